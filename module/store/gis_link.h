@@ -1,0 +1,32 @@
+// The link of a drawing entity to its record: extended data under the application ZGEO_GIS_2000.
+#pragma once
+
+#include <string>
+
+#include "platform/ads/result_buffer.h"
+
+constexpr const char* kGisLinkApplication = "ZGEO_GIS_2000";
+
+struct GisLink {
+    std::string templatePath;
+    std::string outputPath;
+    std::string featureName;
+    std::string keyField;
+    std::string keyValue;
+};
+
+enum class LinkState {
+    kNone,       // no record
+    kCorrupted,  // broken off before the third string; a line about it has been printed
+    kFound,      // the feature and, as far as the record goes, the rest; not the paths are upper-cased and
+                 // trimmed
+};
+
+// RTNORM when an entity carries a whole link, RTERROR otherwise.
+int HasGisLink(const ads_name entity);
+// Writes the link, or refreshes the one that is there, which keeps its number of strings. RTERROR when the
+// entity cannot be opened.
+int WriteGisLink(const ads_name entity, const GisLink& link);
+LinkState ReadGisLink(const ads_name entity, GisLink& link);
+// Takes the link off the entity. The result of the host.
+int EraseGisLink(const ads_name entity);

@@ -1,0 +1,89 @@
+// The output database: one table for each output table name, and in it one record for each linked entity.
+#pragma once
+
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "module/store/field_kind.h"
+#include "platform/ads/result_buffer.h"
+#include "platform/dao/dao.h"
+
+enum class Route { kAccess, kOdbc };
+Route RouteOf(const std::string& path);
+
+// One column of a record and its value as text. Attributes come first, then image columns ("IMAGE_ZGEO/1")
+// and their labels ("LABEL/1"), both of the kind Char.
+struct OutputField {
+    std::string name;
+    FieldKind kind = FieldKind::kChar;
+    std::string value;  // "" is never written: clearing a cell keeps what is stored
+};
+
+// Which record of which table.
+struct RecordKey {
+    std::string table;
+    std::string keyField;
+    std::string keyValue;
+    std::string feature;
+};
+
+// "#AUTO#" gives the present time in seconds since 1970; any other text is itself.
+std::string GeneratedKey(const std::string& keyValue);
+
+// --- The two operations of the sheet, each with its own opening, checks and error box --------------------
+
+struct LoadedRecord {
+    bool found = false;
+    // The columns of the table in their order, by upper-cased name; empty when there is no such table.
+    std::vector<std::string> columns;
+    // The values of the record by upper-cased column name, as text; Null is "". Empty when no record was
+    // found.
+    std::map<std::string, std::string> values;
+
+    bool hasColumn(const std::string& name) const;
+    std::string value(const std::string& name) const;  // "" when there is none
+};
+// Loads a record. A key column that is no text column is replaced by an empty text column. Result: nothing
+// was found (also after an error, which has been shown), or the record.
+LoadedRecord LoadRecord(const std::string& path, const RecordKey& key);
+
+// Opens or creates the output database, creates or extends the table, and writes the record. False when that
+// failed; the reason has been shown.
+bool SaveRecord(const std::string& path, const RecordKey& key, const std::vector<OutputField>& fields);
+
+// --- Their steps, on an open database. Exceptions pass through to the caller. ----------------------------
+
+struct TableState {
+    std::string table;  // the name in statements
+    bool created = false;
+    bool gisKeyAdded = false;  // to a table that was there before
+};
+TableState EnsureOutputTable(CDaoDatabase& database, const RecordKey& key,
+                             const std::vector<OutputField>& fields);
+// Gives GIS_KEY, just added to a table, a value in all its records.
+void FillGisKey(CDaoDatabase& database, Route route, const std::string& table, const std::string& feature);
+void WriteRecord(CDaoDatabase& database, Route route, const RecordKey& key, const TableState& state,
+                 const std::vector<OutputField>& fields);
+
+// Adds a text column of 255 characters, or the column of an attribute's kind.
+CDaoFieldInfo KeyColumn(const std::string& name);
+CDaoFieldInfo AttributeColumn(const std::string& name, FieldKind kind);
+
+// The statement that finds a record. On the ODBC route loading and saving differ by a blank.
+enum class FindPurpose { kLoad, kSave };
+std::string FindRecordStatement(Route route, const RecordKey& key, bool hasGisKey, FindPurpose purpose);
+std::string SelectTable(const std::string& table);
+std::string SelectKeys(const std::string& table);
+std::string SelectByPointId(const std::string& table, const std::string& id);
+
+// --- Other operations ---------------------------------------------------------------------------------
+
+// The key values of a table. They are kept: the next call with the same two names gives the same list.
+const std::vector<std::string>& ListKeys(const std::string& path, const std::string& table);
+
+// Adds records by a list: database, then for each record a short, a table name, and pairs of field and value.
+// 1.0 when done, 0.0 when there is nothing to add, -1.0 for an empty list, -2.0 for no such file, -3.0 for a
+// malformed list, -4.0 after an error of the engine, which has been shown. The list stays the caller's.
+double BulkAddRecords(const resbuf* arguments);

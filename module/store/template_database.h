@@ -1,0 +1,63 @@
+// The template database: the attributes of each feature, its category, and the table that it writes to.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/dao/dao.h"
+
+// Makes a template with its two tables and no rows, at the path in the request's outputPath ("0" or "1" in
+// front, as CreateOutputDatabase). 1 or 0.
+int CreateTemplateDatabase();
+// Creates the two tables of a template, each where it is missing.
+void EnsureTemplateTables(CDaoDatabase& database);
+// 1 when a file holds both tables with their columns in place, 0 otherwise.
+int IsTemplateDatabase(const std::string& path);
+// Creates ZGEO_LINKS where it is missing. True when it and ZGEO_SMART_PROMPTING are then both there.
+bool EnsureLinksTable(CDaoDatabase& database);
+// Whether a feature is defined: 1, 0, or -2 when the file is no template.
+int FeatureExists(const std::string& path, const std::string& name);
+
+// --- Work on an open template. Exceptions pass through to the caller. -----------------------------------
+
+bool HasPromptingTable(const CDaoDatabase& database);
+// Whether a feature of exactly this name has rows.
+bool HasFeature(CDaoDatabase& database, const std::string& feature);
+// The names of all features in upper case, each once, in the order of the rows.
+std::vector<std::string> ReadFeatureNames(CDaoDatabase& database);
+
+// One attribute of a feature, as it stands in the table.
+struct FeatureRow {
+    std::string fieldName;  // with its prefixes
+    std::string fieldPrompt;
+    std::string defaultValue;
+    std::string listValues;
+};
+std::vector<FeatureRow> ReadFeatureRows(CDaoDatabase& database, const std::string& feature);
+
+// A feature and the output table that it writes to.
+struct FeatureTable {
+    std::string feature;
+    std::string table;
+};
+// The feature that was used last, if any.
+std::optional<FeatureTable> ReadCurrentFeature(CDaoDatabase& database);
+// The table of a feature: that of its row in ZGEO_LINKS, else the feature's own name.
+std::string ReadOutputTable(CDaoDatabase& database, const std::string& feature);
+// Makes a feature and its table the current ones, and adds their row where it is missing.
+void MarkFeatureCurrent(CDaoDatabase& database, const FeatureTable& current);
+
+// --- Statements ---------------------------------------------------------------------------------------
+// A quote in a value is not doubled: it breaks the statement, and the engine says so.
+
+std::string SelectFeatureNames();
+std::string SelectFeatureName(const std::string& feature);
+std::string SelectFeaturePrompts(const std::string& feature);
+std::string SelectFeatureRows(const std::string& feature);
+std::string SelectCurrentLinks();
+std::string SelectLinks(const std::string& feature);
+std::string SelectLink(const std::string& feature, const std::string& table);
+std::string SelectCategories();
+std::string SelectFeatureCategories(const std::string& feature);
+std::string SelectCategory(const std::string& category);

@@ -1,0 +1,210 @@
+// Databases as the module sees them: a database, its table definitions and record sets over statements.
+//
+// Every operation that cannot be done throws a CDaoException whose description is a sentence for the user.
+// Objects close themselves; a record set and a table definition must go before their database does.
+//
+// A record set is a dynaset: it holds the keys of its records and reads each record when it is asked for, so
+// that a change is seen wherever the record is shown. Changes outlast a crash from the moment that the
+// database is closed, and from time to time while it is open. Text compares without regard to case.
+#pragma once
+
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/dao/variant.h"
+
+// Types of a field.
+constexpr int dbBoolean = 1;
+constexpr int dbByte = 2;
+constexpr int dbInteger = 3;  // 16 bits
+constexpr int dbLong = 4;     // 32 bits
+constexpr int dbCurrency = 5;
+constexpr int dbSingle = 6;
+constexpr int dbDouble = 7;
+constexpr int dbDate = 8;
+constexpr int dbBinary = 9;
+constexpr int dbText = 10;  // up to 255 characters
+constexpr int dbLongBinary = 11;
+constexpr int dbMemo = 12;
+constexpr int dbGUID = 15;
+
+// Attributes of a field.
+constexpr int dbFixedField = 1;
+constexpr int dbVariableField = 2;
+constexpr int dbAutoIncrField = 16;
+constexpr int dbUpdatableField = 32;
+
+// Kinds of a record set. A snapshot cannot be changed.
+constexpr int dbOpenTable = 1;
+constexpr int dbOpenDynaset = 2;
+constexpr int dbOpenSnapshot = 4;
+
+// Formats of a new database and options of statements.
+constexpr int dbVersion30 = 32;  // Access 97
+constexpr int dbVersion40 = 64;  // Access 2000
+constexpr int dbSQLPassThrough = 64;
+constexpr const char* dbLangGeneral = ";LANGID=0x0409;CP=1252;COUNTRY=0";
+
+class CDaoException : public std::runtime_error {
+  public:
+    explicit CDaoException(const std::string& description) : std::runtime_error(description) {}
+    std::string description() const { return what(); }
+};
+
+struct CDaoFieldInfo {
+    std::string name;
+    int type = dbText;
+    long size = 0;  // characters of text, bytes of everything else; 0 for memo and long binary
+    int attributes = 0;
+    int ordinalPosition = 0;
+    bool required = false;
+    bool allowZeroLength = false;
+    std::string validationRule;  // "YES" Or "NO", >= 0 And < 100; "" for none
+    std::string defaultValue;    // an expression: "NO" in double quotes, 12; "" for none
+};
+
+struct CDaoTableDefInfo {
+    std::string name;
+    std::string connect;  // "" unless the table is attached from another source
+    bool updatable = true;
+};
+
+namespace dao {
+class Connection;
+class Cursor;
+}  // namespace dao
+
+class CDaoDatabase {
+  public:
+    CDaoDatabase();
+    ~CDaoDatabase();
+    CDaoDatabase(const CDaoDatabase&) = delete;
+    CDaoDatabase& operator=(const CDaoDatabase&) = delete;
+
+    // Makes a new file and opens it. options: dbVersion30 or dbVersion40. A file that exists is an error.
+    void Create(const std::string& path, const char* locale = dbLangGeneral, int options = dbVersion40);
+    // Opens a file or, with an empty path, the source of a connect string that begins "ODBC;".
+    void Open(const std::string& path, bool exclusive = false, bool readOnly = false,
+              const std::string& connect = "");
+    void Close();
+    bool IsOpen() const { return connection_ != nullptr; }
+
+    // The path of the file; for ODBC the data source's own name.
+    std::string GetName() const;
+    // The connect string that the source was really opened with; "" for a file.
+    std::string GetConnect() const;
+    // "3.0" for Access 97, "4.0" for Access 2000.
+    std::string GetVersion() const;
+
+    int GetTableDefCount() const;
+    void GetTableDefInfo(int index, CDaoTableDefInfo& info) const;
+    void GetTableDefInfo(const std::string& name, CDaoTableDefInfo& info) const;
+    void DeleteTableDef(const std::string& name);
+
+    // A statement without records. options: dbSQLPassThrough hands it to a server as it stands.
+    void Execute(const std::string& sql, int options = 0);
+
+    dao::Connection& connection() const;
+
+  private:
+    std::shared_ptr<dao::Connection> connection_;
+};
+
+class CDaoTableDef {
+  public:
+    explicit CDaoTableDef(CDaoDatabase* database) : database_(database) {}
+    ~CDaoTableDef() = default;
+    CDaoTableDef(const CDaoTableDef&) = delete;
+    CDaoTableDef& operator=(const CDaoTableDef&) = delete;
+
+    // A new definition: it takes fields, and becomes a table with Append.
+    void Create(const std::string& name);
+    void Append();
+    // The definition of a table that exists. Changes of its fields take effect at once and keep the records.
+    void Open(const std::string& name);
+    void Close();
+    bool IsOpen() const { return open_; }
+
+    std::string GetName() const { return name_; }
+    // Renames a table.
+    void SetName(const std::string& name);
+
+    // Adds a field at the end. A text field made in this form takes no zero-length text.
+    void CreateField(const std::string& name, int type, long size, int attributes = 0);
+    void CreateField(const CDaoFieldInfo& info);
+    void DeleteField(const std::string& name);
+    void DeleteField(int index);
+
+    int GetFieldCount() const;
+    void GetFieldInfo(int index, CDaoFieldInfo& info) const;
+    void GetFieldInfo(const std::string& name, CDaoFieldInfo& info) const;
+
+  private:
+    int find(const std::string& name) const;
+    void requireOpen() const;
+    void reload();
+
+    CDaoDatabase* database_;
+    std::string name_;
+    std::vector<CDaoFieldInfo> fields_;
+    bool open_ = false;
+    bool appended_ = false;
+};
+
+class CDaoRecordset {
+  public:
+    explicit CDaoRecordset(CDaoDatabase* database) : database_(database) {}
+    ~CDaoRecordset();
+    CDaoRecordset(const CDaoRecordset&) = delete;
+    CDaoRecordset& operator=(const CDaoRecordset&) = delete;
+
+    // Runs a SELECT, or opens a table by its name, and stands on the first record.
+    void Open(int type, const std::string& sql, int options = 0);
+    // An Edit or AddNew that was not ended by Update is dropped.
+    void Close();
+    bool IsOpen() const { return cursor_ != nullptr; }
+
+    bool IsEOF() const;
+    bool IsBOF() const;
+    bool CanUpdate() const;
+    void MoveFirst();
+    void MoveLast();
+    void MoveNext();
+    void MovePrev();
+    // Records visited so far; all of them after MoveLast.
+    long GetRecordCount() const;
+
+    void AddNew();
+    void Edit();
+    // Writes the record that AddNew or Edit began. After AddNew the current record is the one it was before.
+    void Update();
+    void CancelUpdate();
+    // Deletes the current record; MoveNext goes on behind it.
+    void Delete();
+
+    int GetFieldCount() const;
+    void GetFieldInfo(int index, CDaoFieldInfo& info) const;
+    void GetFieldInfo(const std::string& name, CDaoFieldInfo& info) const;
+    // The value of the current record, or of the one being written.
+    dao::Variant GetFieldValue(const std::string& name) const;
+    dao::Variant GetFieldValue(int index) const;
+    // Converts the value to the field's type: text that is no number cannot go into a Long field.
+    void SetFieldValue(const std::string& name, const dao::Variant& value);
+    void SetFieldValue(int index, const dao::Variant& value);
+    void SetFieldValueNull(const std::string& name) { SetFieldValue(name, dao::Variant()); }
+
+  private:
+    enum class Mode { kNone, kAdd, kEdit };
+    int find(const std::string& name) const;
+    void requireOpen() const;
+    void requireRecord() const;
+
+    CDaoDatabase* database_;
+    std::unique_ptr<dao::Cursor> cursor_;
+    Mode mode_ = Mode::kNone;
+    std::vector<dao::Variant> buffer_;  // of Edit and AddNew
+    std::vector<bool> touched_;         // fields set since then
+};

@@ -1,0 +1,89 @@
+// What a database engine gives to the classes of dao.h.
+//
+// An engine is chosen by what a source is, not by its name. The classes above it convert values to the types
+// of the fields and check sizes, required fields and zero-length text; an engine keeps records, runs
+// statements and checks validation rules. All errors are CDaoExceptions.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/dao/dao.h"
+
+namespace dao {
+
+// What Open was asked for.
+struct Source {
+    std::string path;     // as it stands on disk; "" for a connect string
+    std::string connect;  // "ODBC;..." or ""
+    std::string head;     // the first bytes of the file, at most 64
+    bool exclusive = false;
+    bool readOnly = false;
+};
+
+// The records of one statement, by position from 0. Positions are of the records as they were found; a record
+// that was added comes last, one that was deleted keeps its position.
+class Cursor {
+  public:
+    virtual ~Cursor() = default;
+    virtual const std::vector<CDaoFieldInfo>& fields() const = 0;
+    virtual bool updatable() const = 0;
+
+    // Stands on a position. False when there are fewer records; the cursor then stands nowhere.
+    virtual bool moveTo(long position) = 0;
+    // The number of all records: it may have to read to the end.
+    virtual long count() = 0;
+    // The current record. It throws where the record was deleted.
+    virtual Variant value(int field) = 0;
+
+    // Writes the fields that are marked, in a new record or in the current one.
+    virtual void insert(const std::vector<Variant>& values, const std::vector<bool>& touched) = 0;
+    virtual void update(const std::vector<Variant>& values, const std::vector<bool>& touched) = 0;
+    virtual void remove() = 0;
+};
+
+// An open database.
+class Connection {
+  public:
+    virtual ~Connection() = default;
+    virtual std::string name() const = 0;
+    virtual std::string connect() const { return ""; }
+    virtual std::string version() const { return "4.0"; }
+
+    virtual std::vector<CDaoTableDefInfo> tables() = 0;
+    virtual std::vector<CDaoFieldInfo> fields(const std::string& table) = 0;
+    virtual void createTable(const std::string& table, const std::vector<CDaoFieldInfo>& fields) = 0;
+    virtual void deleteTable(const std::string& table) = 0;
+    virtual void renameTable(const std::string& table, const std::string& newName) = 0;
+    virtual void createField(const std::string& table, const CDaoFieldInfo& field) = 0;
+    virtual void deleteField(const std::string& table, const std::string& field) = 0;
+
+    virtual void execute(const std::string& sql, int options) = 0;
+    virtual std::unique_ptr<Cursor> open(int type, const std::string& sql, int options) = 0;
+
+    // Makes all changes last. Called when a database is closed and when an exception is under way.
+    virtual void commit() = 0;
+};
+
+class Engine {
+  public:
+    virtual ~Engine() = default;
+    virtual bool opens(const Source& source) const = 0;
+    virtual std::shared_ptr<Connection> open(const Source& source) = 0;
+    // Whether new files are made by this engine.
+    virtual bool creates() const { return false; }
+    virtual std::shared_ptr<Connection> create(const std::string& path, const std::string& locale,
+                                               int options);
+};
+
+// Engines are asked in the reverse order of registration, the built-in ones last.
+void registerEngine(std::shared_ptr<Engine> engine);
+void unregisterEngine(const Engine* engine);
+
+// How long a statement waits for another process that has the file locked, in milliseconds (3000 at the
+// start).
+void setLockTimeout(int milliseconds);
+int lockTimeout();
+
+}  // namespace dao
