@@ -11,13 +11,13 @@
 
 // How the result of a call reaches Lisp; any other status is itself the integer result.
 enum ReturnStatus : int {
-    kReturnInteger = -300,       // GisReturnInt
-    kReturnReal = -200,          // GisReturnReal
-    kReturnedList = -100,        // a list or nil has been returned already
-    kReturnedOwnString = -5,     // a string has been returned already
-    kReturnedString = -4,        // a string or nil has been returned already
+    kReturnInteger = -300,    // GisReturnInt
+    kReturnReal = -200,       // GisReturnReal
+    kReturnedList = -100,     // a list or nil has been returned already
+    kReturnedOwnString = -5,  // a string has been returned already
+    kReturnedString = -4,     // a string or nil has been returned already
     kReturnNil = -3,
-    kReturnEntity = -2,          // GisReturnEntity
+    kReturnEntity = -2,  // GisReturnEntity
     kFeatureNotInTemplate = -1,
 };
 

@@ -50,7 +50,8 @@ bool writeAll(int fd, std::string_view content) {
     return true;
 }
 
-// Makes the renaming itself last: without it a crash may bring the old name back, which is still a whole file.
+// Makes the renaming itself last: without it a crash may bring the old name back, which is still a whole
+// file.
 void syncFolder(const std::string& folder) {
     Descriptor d(::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (d.get() >= 0) ::fsync(d.get());
@@ -93,12 +94,16 @@ std::string onDisk(std::string_view path) {
     if (p.empty() || fs::exists(p, error)) return p;
     std::string folder = folderOf(p);
     std::string name = nameOf(p);
-    for (fs::directory_iterator it(folder.empty() ? "." : folder, error), end; !error && it != end; it.increment(error))
-        if (text::equalNoCase(it->path().filename().string(), name)) return folder + it->path().filename().string();
+    for (fs::directory_iterator it(folder.empty() ? "." : folder, error), end; !error && it != end;
+         it.increment(error))
+        if (text::equalNoCase(it->path().filename().string(), name))
+            return folder + it->path().filename().string();
     return p;
 }
 
-bool exists(std::string_view path) { return isRegular(onDisk(path)); }
+bool exists(std::string_view path) {
+    return isRegular(onDisk(path));
+}
 
 bool isFolder(std::string_view path) {
     std::error_code error;
@@ -122,7 +127,7 @@ bool folderIsWritable(std::string_view path) {
 
 std::optional<std::string> read(std::string_view path) {
     Descriptor d(::open(onDisk(path).c_str(), O_RDONLY | O_CLOEXEC));
-    struct stat info{};
+    struct stat info {};
     if (d.get() < 0 || ::fstat(d.get(), &info) != 0 || S_ISDIR(info.st_mode)) return std::nullopt;
     std::string content;
     content.reserve(static_cast<size_t>(info.st_size));
@@ -162,7 +167,7 @@ bool replace(std::string_view path, std::string_view content) {
     std::error_code error;
     // A link is followed, so that what it points at is replaced and not the link.
     if (fs::is_symlink(target, error)) target = fs::weakly_canonical(target, error).string();
-    struct stat old{};
+    struct stat old {};
     bool existed = ::stat(target.c_str(), &old) == 0;
     if (existed && ::access(target.c_str(), W_OK) != 0) return false;
 
@@ -171,8 +176,8 @@ bool replace(std::string_view path, std::string_view content) {
     if (d.get() < 0) return false;
     mode_t mask = ::umask(0);
     ::umask(mask);
-    bool written = ::fchmod(d.get(), existed ? old.st_mode & 07777 : 0666 & ~mask) == 0 && writeAll(d.get(), content) &&
-                   ::fsync(d.get()) == 0;
+    bool written = ::fchmod(d.get(), existed ? old.st_mode & 07777 : 0666 & ~mask) == 0 &&
+                   writeAll(d.get(), content) && ::fsync(d.get()) == 0;
     written = d.close() && written;
     if (!written || ::rename(temporary.c_str(), target.c_str()) != 0) {
         ::unlink(temporary.c_str());

@@ -46,18 +46,28 @@ std::string mapped(std::string_view s) {
         }
         size_t start = i;
         char32_t c = nextCodePoint(s, i);
-        if (c == 0xFFFD) out.append(s.substr(start, i - start));  // malformed bytes stay as they are
-        else appendUtf8(out, Map(c));
+        if (c == 0xFFFD)
+            out.append(s.substr(start, i - start));  // malformed bytes stay as they are
+        else
+            appendUtf8(out, Map(c));
     }
     return out;
 }
 
 }  // namespace
 
-std::string upper(std::string_view s) { return mapped<upperOf>(s); }
-std::string lower(std::string_view s) { return mapped<lowerOf>(s); }
-bool equalNoCase(std::string_view a, std::string_view b) { return a == b || upper(a) == upper(b); }
-bool startsWith(std::string_view s, std::string_view prefix) { return s.substr(0, prefix.size()) == prefix; }
+std::string upper(std::string_view s) {
+    return mapped<upperOf>(s);
+}
+std::string lower(std::string_view s) {
+    return mapped<lowerOf>(s);
+}
+bool equalNoCase(std::string_view a, std::string_view b) {
+    return a == b || upper(a) == upper(b);
+}
+bool startsWith(std::string_view s, std::string_view prefix) {
+    return s.substr(0, prefix.size()) == prefix;
+}
 
 bool endsWithNoCase(std::string_view s, std::string_view suffix) {
     return s.size() >= suffix.size() && equalNoCase(s.substr(s.size() - suffix.size()), suffix);
@@ -73,7 +83,9 @@ std::string_view trimRight(std::string_view s) {
     return last == std::string_view::npos ? std::string_view{} : s.substr(0, last + 1);
 }
 
-std::string_view trim(std::string_view s) { return trimLeft(trimRight(s)); }
+std::string_view trim(std::string_view s) {
+    return trimLeft(trimRight(s));
+}
 
 std::vector<std::string> split(std::string_view s, char separator) {
     std::vector<std::string> pieces;
@@ -111,7 +123,9 @@ std::string stripZeros(std::string s) {
     return s;
 }
 
-std::string fromReal(double value) { return stripZeros(format("%.9lf", value)); }
+std::string fromReal(double value) {
+    return stripZeros(format("%.9lf", value));
+}
 
 double toReal(std::string_view s) {
     s = trimLeft(s);
@@ -122,7 +136,9 @@ double toReal(std::string_view s) {
     return error == std::errc() ? value : 0;
 }
 
-long toLong(std::string_view s) { return std::strtol(std::string(s).c_str(), nullptr, 10); }
+long toLong(std::string_view s) {
+    return std::strtol(std::string(s).c_str(), nullptr, 10);
+}
 
 std::string format(const char* pattern, ...) {
     va_list args;
@@ -152,7 +168,8 @@ void appendUtf8(std::string& out, char32_t c) {
     } else if (c < 0x10000) {
         put(0xE0 | (c >> 12)), put(0x80 | ((c >> 6) & 0x3F)), put(0x80 | (c & 0x3F));
     } else {
-        put(0xF0 | (c >> 18)), put(0x80 | ((c >> 12) & 0x3F)), put(0x80 | ((c >> 6) & 0x3F)), put(0x80 | (c & 0x3F));
+        put(0xF0 | (c >> 18)), put(0x80 | ((c >> 12) & 0x3F)), put(0x80 | ((c >> 6) & 0x3F)),
+            put(0x80 | (c & 0x3F));
     }
 }
 

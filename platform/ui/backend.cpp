@@ -1,0 +1,46 @@
+#include "platform/ui/backend.h"
+
+#include "platform/files/files.h"
+
+namespace ui {
+namespace {
+
+Backend* g_backend = nullptr;
+
+}  // namespace
+
+Backend* backend() {
+    return g_backend;
+}
+void setBackend(Backend* backend) {
+    g_backend = backend;
+}
+
+int messageBox(const std::string& title, const std::string& text, unsigned flags) {
+    if (g_backend) return g_backend->messageBox({title, text, flags});
+    unsigned buttons = flags & 0xF;
+    return buttons == kBoxOk ? kOk : buttons == kBoxYesNo ? kNo : kCancel;
+}
+
+std::optional<std::string> fileBox(const FileBox& box) {
+    if (!g_backend) return std::nullopt;
+    std::optional<std::string> path = g_backend->fileBox(box);
+    if (path) *path = files::native(*path);
+    return path;
+}
+
+std::optional<std::string> namePrompt(const NamePrompt& prompt) {
+    return g_backend ? g_backend->namePrompt(prompt) : std::nullopt;
+}
+
+bool askYesNo(const std::string& title, const std::string& question) {
+    return messageBox(title, question, kBoxAlert | kBoxYesNo) == kYes;
+}
+
+std::unique_ptr<FontMetrics> metricsOf(const Font& font) {
+    std::unique_ptr<FontMetrics> metrics = g_backend ? g_backend->metrics(font) : nullptr;
+    if (metrics) return metrics;
+    return std::make_unique<FixedFontMetrics>(font.height, font.width ? font.width : (font.height + 1) / 2);
+}
+
+}  // namespace ui

@@ -1,0 +1,78 @@
+// The side of the user interface that shows things, and the boxes that every part of the program may use.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/ui/dialog.h"
+#include "platform/ui/font.h"
+
+namespace ui {
+
+// Flags of a message box: what buttons and icon it has. They add up.
+constexpr unsigned kBoxOk = 0x0;
+constexpr unsigned kBoxOkCancel = 0x1;
+constexpr unsigned kBoxYesNoCancel = 0x3;
+constexpr unsigned kBoxYesNo = 0x4;
+constexpr unsigned kBoxExclamation = 0x30;
+constexpr unsigned kBoxTopMost = 0x40000;
+// What most messages of the module use: a top-most box with OK and the exclamation icon.
+constexpr unsigned kBoxAlert = kBoxTopMost | kBoxExclamation;
+
+struct MessageBox {
+    std::string title;
+    std::string text;
+    unsigned flags = kBoxAlert;
+};
+
+struct FileBox {
+    bool save = false;  // false: an existing file is to be opened
+    std::string title;
+    std::string filter;            // "Text|*.txt|All|*.*||": pairs of a description and its patterns
+    std::string pattern;           // shown first, "*.mdb"
+    std::string folder;            // where it starts; "" leaves it to the view
+    std::string defaultExtension;  // added to a name without one, without the "."
+    bool mustExist = false;
+    bool askOverwrite = false;
+};
+
+struct NamePrompt {
+    std::string title;
+    std::string caption;
+    std::string text;  // shown at first
+};
+
+class Backend {
+  public:
+    virtual ~Backend() = default;
+    // Shows a dialog; false when it cannot be made.
+    virtual bool open(Dialog& dialog) = 0;
+    // Lets a person act once, or a bounded time pass.
+    virtual void waitForEvent(Dialog& dialog) = 0;
+    virtual void close(Dialog& dialog) = 0;
+    // kOk, kCancel, kYes or kNo.
+    virtual int messageBox(const MessageBox& box) = 0;
+    virtual std::optional<std::string> fileBox(const FileBox& box) = 0;
+    virtual std::optional<std::string> namePrompt(const NamePrompt& prompt) = 0;
+    virtual std::unique_ptr<FontMetrics> metrics(const Font& font) = 0;
+    // Shows what has changed, in the middle of long work.
+    virtual void refresh() {}
+};
+
+// The present backend; null when there is none. A program sets it once, a test for a while. It stays the
+// caller's.
+Backend* backend();
+void setBackend(Backend* backend);
+
+// A box with the given title and text. Without a backend the answer is that of a person who is not there:
+// kOk where only OK is offered, else kCancel or kNo.
+int messageBox(const std::string& title, const std::string& text, unsigned flags = kBoxAlert);
+// The chosen path, with "/" between folders; nothing when the person cancelled.
+std::optional<std::string> fileBox(const FileBox& box);
+std::optional<std::string> namePrompt(const NamePrompt& prompt);
+// Yes or No; No without a backend.
+bool askYesNo(const std::string& title, const std::string& question);
+
+}  // namespace ui

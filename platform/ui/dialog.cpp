@@ -1,0 +1,391 @@
+#include "platform/ui/dialog.h"
+
+#include <algorithm>
+#include <cctype>
+
+#include "platform/text/text.h"
+#include "platform/ui/backend.h"
+
+namespace ui {
+
+Dialog::Dialog(int resource, std::string title) : resource_(resource), title_(std::move(title)) {}
+Dialog::~Dialog() = default;
+
+void Dialog::setTitle(std::string title) {
+    title_ = std::move(title);
+    if (view_) view_->titleChanged();
+}
+
+void Dialog::own(std::unique_ptr<Control> control) {
+    control->dialog_ = this;
+    controls_.push_back(std::move(control));
+}
+
+Control* Dialog::find(int id) const {
+    for (const auto& control : controls_)
+        if (control->id() == id) return control.get();
+    return nullptr;
+}
+
+Control* Dialog::find(std::string_view idOrCaption) const {
+    if (!idOrCaption.empty() &&
+        std::all_of(idOrCaption.begin(), idOrCaption.end(), [](unsigned char c) { return std::isdigit(c); }))
+        if (Control* byId = find(static_cast<int>(text::toLong(idOrCaption)))) return byId;
+    std::string wanted = plainCaption(text::trim(idOrCaption));
+    Control* labelled = nullptr;
+    for (size_t i = 0; i < controls_.size(); ++i) {
+        Control& control = *controls_[i];
+        if (control.kind() == ControlKind::Edit || plainCaption(text::trim(control.text())) != wanted)
+            continue;
+        if (control.kind() != ControlKind::Label) return &control;
+        // A label names the control behind it.
+        if (!labelled)
+            labelled = i + 1 < controls_.size() && controls_[i + 1]->kind() != ControlKind::Label
+                           ? controls_[i + 1].get()
+                           : &control;
+    }
+    return labelled;
+}
+
+std::vector<RadioButton*> Dialog::radioGroup(int group) const {
+    std::vector<RadioButton*> members;
+    for (const auto& control : controls_)
+        if (auto* radio = dynamic_cast<RadioButton*>(control.get()); radio && radio->group() == group)
+            members.push_back(radio);
+    return members;
+}
+
+void Dialog::setRectangle(int id, const Rect& rectangle) {
+    rectangles_[id] = rectangle;
+    if (Control* control = find(id)) controlChanged(*control);
+}
+
+void Dialog::controlChanged(Control& control) {
+    if (view_) view_->controlChanged(control);
+}
+
+bool Dialog::open() {
+    if (!backend()) return false;
+    running_ = true;
+    result_ = kCancel;
+    onOpen();
+    if (!find(focus_)) focusNext();
+    if (!running_) return true;
+    if (!backend()->open(*this)) running_ = false;
+    return running_;
+}
+
+void Dialog::waitForEvent() {
+    if (running_) backend()->waitForEvent(*this);
+}
+
+void Dialog::close() {
+    running_ = false;
+    if (backend()) backend()->close(*this);
+    view_ = nullptr;
+}
+
+int Dialog::runModal() {
+    if (!open()) return kNotCreated;
+    while (running_) waitForEvent();
+    close();
+    return result_;
+}
+
+void Dialog::end(int result) {
+    result_ = result;
+    running_ = false;
+    if (view_) view_->ended();
+}
+
+void Dialog::setFocus(int id) {
+    Control* control = find(id);
+    if (!control || focus_ == id) return;
+    if (auto* grid = dynamic_cast<Grid*>(find(focus_)); grid && grid->editing()) grid->setEditing(false);
+    focus_ = id;
+    if (view_) view_->focusChanged(id);
+    onFocus(*control);
+}
+
+void Dialog::focusNext(bool backwards) {
+    size_t count = controls_.size();
+    auto current =
+        std::find_if(controls_.begin(), controls_.end(), [&](const auto& c) { return c->id() == focus_; });
+    size_t at = current == controls_.end() ? (backwards ? 0 : count - 1)
+                                           : static_cast<size_t>(current - controls_.begin());
+    for (size_t step = 0; step < count; ++step) {
+        at = backwards ? (at + count - 1) % count : (at + 1) % count;
+        if (controls_[at]->takesFocus()) return setFocus(controls_[at]->id());
+    }
+}
+
+// --- What a person does ---------------------------------------------------------------------------------
+
+std::string Dialog::cannotUse(const Control& control) const {
+    std::string name = control.text().empty() ? std::to_string(control.id()) : plainCaption(control.text());
+    if (!control.visible()) return "\"" + name + "\" is not visible";
+    if (!control.enabled()) return "\"" + name + "\" is disabled";
+    return {};
+}
+
+std::string Dialog::userFocus(Control& control) {
+    if (std::string problem = cannotUse(control); !problem.empty()) return problem;
+    if (!control.takesFocus()) return "this control does not take the focus";
+    setFocus(control.id());
+    return {};
+}
+
+std::string Dialog::userText(Control& control, std::string text) {
+    auto* edit = dynamic_cast<Edit*>(&control);
+    auto* dropDown = dynamic_cast<DropDown*>(&control);
+    if (!edit && !(dropDown && dropDown->editable())) return "text cannot be typed into this control";
+    if (std::string problem = userFocus(control); !problem.empty()) return problem;
+    if (edit && edit->readOnly()) return "this edit is read-only";
+    if (edit && edit->maxLength() > 0) {
+        size_t end = 0;
+        for (int n = 0; end < text.size() && n < edit->maxLength(); ++n) text::nextCodePoint(text, end);
+        text.resize(end);
+    }
+    if (text == control.text()) return {};
+    control.setText(std::move(text));
+    onTextChange(control);
+    return {};
+}
+
+std::string Dialog::userPick(Control& control, int index, bool add) {
+    if (std::string problem = userFocus(control); !problem.empty()) return problem;
+    if (auto* list = dynamic_cast<List*>(&control)) {
+        if (index < 0 || index >= list->count()) return "there is no such item";
+        if (list->multiple() && add)
+            list->selectItem(index, !list->isSelected(index));
+        else
+            list->select(index);
+    } else if (auto* dropDown = dynamic_cast<DropDown*>(&control)) {
+        if (index < 0 || index >= dropDown->count()) return "there is no such item";
+        dropDown->select(index);
+    } else if (auto* tabs = dynamic_cast<Tabs*>(&control)) {
+        if (index < 0 || index >= tabs->pageCount()) return "there is no such page";
+        tabs->setPage(index);
+    } else if (auto* tree = dynamic_cast<Tree*>(&control)) {
+        tree->select(index);
+        if (tree->selected() < 0) return "there is no such node";
+    } else {
+        return "nothing can be picked in this control";
+    }
+    onSelection(control);
+    return {};
+}
+
+std::string Dialog::userCheck(Control& control, bool on) {
+    auto* box = dynamic_cast<CheckBox*>(&control);
+    auto* radio = dynamic_cast<RadioButton*>(&control);
+    if (!box && !radio) return "this control cannot be checked";
+    if (std::string problem = userFocus(control); !problem.empty()) return problem;
+    if (radio && !on) return "a radio button is cleared by another of its group";
+    if ((box ? box->checked() : radio->checked()) == on) return {};
+    if (box)
+        box->check(on);
+    else
+        radio->check();
+    onCommand(control.id());
+    return {};
+}
+
+std::string Dialog::userClick(Control& control) {
+    if (auto* box = dynamic_cast<CheckBox*>(&control)) return userCheck(control, !box->checked());
+    if (control.kind() == ControlKind::RadioButton) return userCheck(control, true);
+    if (control.kind() != ControlKind::Button) return userFocus(control);
+    if (std::string problem = userFocus(control); !problem.empty()) return problem;
+    onCommand(control.id());
+    return {};
+}
+
+std::string Dialog::userDoubleClick(Control& control, int index) {
+    if (std::string problem = userPick(control, index); !problem.empty()) return problem;
+    if (running_) onDoubleClick(control);
+    return {};
+}
+
+std::string Dialog::userMenu(Menu& menu, int command) {
+    Menu::Entry* entry = menu.find(command);
+    if (!entry) return "there is no such menu entry";
+    if (!entry->enabled) return "\"" + plainCaption(entry->caption) + "\" is disabled";
+    onCommand(command);
+    return {};
+}
+
+void Dialog::onCommand(int id) {
+    if (id == kOk)
+        onOk();
+    else if (id == kCancel)
+        onCancel();
+}
+
+// Enter outside a button: the default button's work, with the focus left where it is.
+void Dialog::enterDefault() {
+    for (const auto& control : controls_)
+        if (auto* button = dynamic_cast<Button*>(control.get()); button && button->isDefault()) {
+            if (button->enabled() && button->visible()) onCommand(button->id());
+            return;
+        }
+    onCommand(kOk);
+}
+
+std::string Dialog::userKey(const Key& key) {
+    if (onKey(key)) return {};
+    Control* focused = find(focus_);
+    if (key.alt && key.name.size() == 1) {
+        char letter = static_cast<char>(std::toupper(static_cast<unsigned char>(key.name[0])));
+        for (const auto& control : controls_)
+            if (control->kind() != ControlKind::Edit && control->takesFocus() &&
+                mnemonicOf(control->text()) == letter)
+                return userClick(*control);
+        return "no control has this mnemonic";
+    }
+    for (const auto& control : controls_)
+        if (auto* menu = dynamic_cast<Menu*>(control.get()))
+            for (const Menu::Entry& entry : menu->entries())
+                if (!entry.shortcut.empty() && text::equalNoCase(entry.shortcut, keyText(key)))
+                    return userMenu(*menu, entry.command);
+    if (auto* grid = dynamic_cast<Grid*>(focused)) {
+        if (std::string answer = userGridKey(*grid, key); answer != "pass") return answer;
+    }
+    if (key.is("Tab")) {
+        focusNext(key.shift);
+    } else if (key.is("Enter")) {
+        if (focused && focused->kind() == ControlKind::Button) return userClick(*focused);
+        enterDefault();
+    } else if (key.is("Escape")) {
+        onCancel();
+    } else if (key.is("Space") && focused &&
+               (focused->kind() == ControlKind::Button || focused->kind() == ControlKind::CheckBox ||
+                focused->kind() == ControlKind::RadioButton)) {
+        return userClick(*focused);
+    } else if (auto* items = dynamic_cast<ItemControl*>(focused); items && (key.is("Down") || key.is("Up"))) {
+        int next = items->selected() + (key.is("Down") ? 1 : -1);
+        if (next >= 0 && next < items->count()) return userPick(*items, next);
+    } else if (focused && focused->kind() == ControlKind::Edit && !key.control &&
+               (key.name.size() == 1 || key.is("Space"))) {
+        return userText(*focused, focused->text() + (key.is("Space") ? " " : key.name));
+    } else {
+        return "this key does nothing here";
+    }
+    return {};
+}
+
+// Keys that every grid knows; "pass" hands the key on to the dialog.
+std::string Dialog::userGridKey(Grid& grid, const Key& key) {
+    CellPosition at = grid.active();
+    if (key.is("Escape")) {
+        if (!grid.editing()) return "pass";
+        grid.cancelEdit();
+        return {};
+    }
+    if (key.is("Enter") || key.is("Tab")) return "pass";
+    const CellType& type = grid.type(at.column, at.row);
+    if (key.is("Space") && type.kind == CellKind::CheckBox) {
+        return userCell(grid, at, grid.checked(at.column, at.row) ? "0" : "1");
+    }
+    if (key.is("Space") && type.kind == CellKind::Button) {
+        onCellClick(grid, at);
+        return {};
+    }
+    std::string typed = key.is("Space") ? " " : key.name;
+    bool character = !key.control && !key.alt && characterCount(typed) == 1;
+    if (character || key.is("Backspace") || key.is("Delete")) {
+        if (type.kind == CellKind::Static || type.kind == CellKind::CheckBox)
+            return "this cell is not edited";
+        std::string before = grid.editing() ? grid.editText() : std::string();
+        if (character) return userEdit(grid, before + typed);
+        while (!before.empty() && (before.back() & 0xC0) == 0x80) before.pop_back();
+        if (!before.empty()) before.pop_back();
+        return userEdit(grid, key.is("Delete") ? std::string() : before);
+    }
+    if (grid.editing() && (key.is("Left") || key.is("Right") || key.is("Home") || key.is("End"))) return {};
+    if (key.is("Left"))
+        --at.column;
+    else if (key.is("Right"))
+        ++at.column;
+    else if (key.is("Up"))
+        --at.row;
+    else if (key.is("Down"))
+        ++at.row;
+    else if (key.is("PageUp"))
+        at.row = std::max(1, at.row - 10);
+    else if (key.is("PageDown"))
+        at.row = std::min(grid.rows(), at.row + 10);
+    else if (key.is("Home"))
+        at.column = 1;
+    else if (key.is("End"))
+        at.column = grid.columns();
+    else
+        return "pass";
+    grid.setActive(at.column, at.row);
+    return {};
+}
+
+std::string Dialog::userActivate(Grid& grid, CellPosition at) {
+    if (std::string problem = userFocus(grid); !problem.empty()) return problem;
+    if (!grid.has(at.column, at.row)) return "there is no such cell";
+    grid.setActive(at.column, at.row);
+    onCellClick(grid, at);
+    return {};
+}
+
+std::string Dialog::userEdit(Grid& grid, std::string text) {
+    CellPosition at = grid.active();
+    const CellType& type = grid.type(at.column, at.row);
+    if (type.kind == CellKind::Edit || (type.kind == CellKind::DropDown && type.editable)) {
+        std::string allowed = Grid::filtered(type, text);
+        if (allowed != text && grid.editing() && allowed == grid.editText())
+            return "the cell does not take this character";
+        if (!grid.editing()) grid.setEditing(true);
+        grid.editText_ = allowed;
+        grid.changed();
+        return {};
+    }
+    if (type.kind == CellKind::DropDown) {
+        // Typing in a closed list picks the next item that begins so.
+        for (const std::string& choice : type.items)
+            if (text::startsWith(text::upper(choice), text::upper(text))) {
+                if (!grid.editing()) grid.setEditing(true);
+                grid.editText_ = choice;
+                grid.changed();
+                return {};
+            }
+        return "no item of the list begins so";
+    }
+    return "this cell is not edited";
+}
+
+std::string Dialog::userCell(Grid& grid, CellPosition at, const std::string& text) {
+    if (std::string problem = userActivate(grid, at); !problem.empty()) return problem;
+    if (!running_ || !grid.has(at.column, at.row)) return {};
+    const CellType type = grid.type(at.column, at.row);
+    if (type.kind == CellKind::CheckBox) {
+        bool on = text == "1";
+        if (grid.checked(at.column, at.row) == on) return {};
+        grid.setChecked(at.column, at.row, on);
+        onCellChange(grid, at);
+        return {};
+    }
+    if (type.kind == CellKind::DropDown && !type.editable &&
+        std::find(type.items.begin(), type.items.end(), text) == type.items.end())
+        return "\"" + text + "\" is not in the list of this cell";
+    if (type.kind == CellKind::Static) return "this cell is not edited";
+    if (type.kind == CellKind::Button) {
+        onCellClick(grid, at);
+        return {};
+    }
+    grid.setEditing(true);
+    grid.editText_ = type.kind == CellKind::DropDown ? text : Grid::filtered(type, text);
+    grid.setEditing(false);
+    return {};
+}
+
+std::string Dialog::userClose() {
+    onClose();
+    return {};
+}
+
+}  // namespace ui

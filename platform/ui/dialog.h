@@ -1,0 +1,156 @@
+// A dialog as a model: its controls, its layout, and what it does when a person acts on it.
+//
+// A module's dialog derives from Dialog, adds its controls in the constructor, fills them in onOpen and
+// reacts in the other on... functions. A backend shows the model and turns what a person does into calls of
+// the user... functions, which hold the rules of focus, default buttons and keys in one place; so a script
+// and a window cannot differ.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "platform/ui/control.h"
+#include "platform/ui/grid.h"
+#include "platform/ui/key.h"
+#include "platform/ui/layout.h"
+
+namespace ui {
+
+// Ids of the standard buttons, and the results that they end a dialog with.
+constexpr int kOk = 1;
+constexpr int kCancel = 2;
+constexpr int kYes = 6;
+constexpr int kNo = 7;
+constexpr int kNotCreated = -1;
+
+// The picture of a dialog that a backend keeps in step with the model.
+class DialogView {
+  public:
+    virtual ~DialogView() = default;
+    virtual void controlChanged(Control& control) = 0;
+    virtual void focusChanged(int id) = 0;
+    virtual void titleChanged() = 0;
+    virtual void ended() = 0;
+};
+
+class Dialog {
+  public:
+    Dialog(int resource, std::string title);
+    virtual ~Dialog();
+    Dialog(const Dialog&) = delete;
+    Dialog& operator=(const Dialog&) = delete;
+
+    int resource() const { return resource_; }
+    const std::string& title() const { return title_; }
+    void setTitle(std::string title);
+
+    // --- Making ---------------------------------------------------------------------------------------
+
+    // Adds a control; the order is that of the Tab key. The dialog owns it.
+    template <class C, class... Arguments>
+    C& add(int id, Arguments&&... arguments) {
+        auto control = std::make_unique<C>(id, std::forward<Arguments>(arguments)...);
+        C& added = *control;
+        own(std::move(control));
+        return added;
+    }
+    const std::vector<std::unique_ptr<Control>>& controls() const { return controls_; }
+    Control* find(int id) const;
+    // A control by its id in digits, or by its caption or the caption in front of it, with or without "&".
+    Control* find(std::string_view idOrCaption) const;
+    std::vector<RadioButton*> radioGroup(int group) const;
+
+    const Layout& layout() const { return layout_; }
+    void setLayout(Layout layout) { layout_ = std::move(layout); }
+    // A dialog that is placed to the pixel has rectangles in place of a layout.
+    const std::map<int, Rect>& rectangles() const { return rectangles_; }
+    void setRectangle(int id, const Rect& rectangle);
+    Size size() const { return size_; }  // of the inside; zero leaves it to the view
+    void setSize(Size size) { size_ = size; }
+
+    // --- Running --------------------------------------------------------------------------------------
+
+    // Shows the dialog until it ends. The result that end() was given; kNotCreated when no backend can
+    // show it.
+    int runModal();
+    // For a caller with a loop of its own: open, wait for one event as long as running, close.
+    bool open();
+    void waitForEvent();
+    void close();
+    bool running() const { return running_; }
+    void end(int result);
+    int result() const { return result_; }
+
+    int focus() const { return focus_; }
+    // Moves the focus without asking whether the control takes it.
+    void setFocus(int id);
+    // To the next control that takes the focus, or the one before; wraps.
+    void focusNext(bool backwards = false);
+
+    void setView(DialogView* view) { view_ = view; }
+    void controlChanged(Control& control);
+
+    // --- What a person does -------------------------------------------------------------------------
+    // Each gives "" when it was done, or else why it cannot be.
+
+    std::string userFocus(Control& control);
+    std::string userText(Control& control, std::string text);
+    // An item of a list, drop-down, tabs or tree; add: to the selection of a multiple list.
+    std::string userPick(Control& control, int index, bool add = false);
+    std::string userCheck(Control& control, bool on);
+    std::string userClick(Control& control);
+    std::string userDoubleClick(Control& control, int index);
+    std::string userMenu(Menu& menu, int command);
+    std::string userKey(const Key& key);
+    // Makes a cell active, as a click into it does.
+    std::string userActivate(Grid& grid, CellPosition at);
+    // Types into the active cell from the beginning, without ending the editing.
+    std::string userEdit(Grid& grid, std::string text);
+    // A whole entry: the cell made active, the text or choice put in (a check box takes "1" or "0"), the
+    // editing ended.
+    std::string userCell(Grid& grid, CellPosition at, const std::string& text);
+    std::string userClose();
+
+    // --- What the dialog does about it ----------------------------------------------------------------
+
+    // Fills the controls, before the dialog is seen.
+    virtual void onOpen() {}
+    // A button was pressed, a check box or radio button changed, a menu entry chosen.
+    virtual void onCommand(int id);
+    virtual void onSelection(Control&) {}
+    virtual void onTextChange(Control&) {}
+    virtual void onDoubleClick(Control&) {}
+    virtual void onFocus(Control&) {}
+    // A cell got another content by the user: text, choice or check mark.
+    virtual void onCellChange(Grid&, CellPosition) {}
+    virtual void onCellClick(Grid&, CellPosition) {}
+    // A key before the dialog sees it; true: it is dealt with.
+    virtual bool onKey(const Key&) { return false; }
+    virtual void onOk() { end(kOk); }
+    virtual void onCancel() { end(kCancel); }
+    // The frame's close button.
+    virtual void onClose() { onCancel(); }
+
+  private:
+    void own(std::unique_ptr<Control> control);
+    std::string cannotUse(const Control& control) const;
+    std::string userGridKey(Grid& grid, const Key& key);
+    void enterDefault();
+
+    int resource_;
+    std::string title_;
+    std::vector<std::unique_ptr<Control>> controls_;
+    Layout layout_;
+    std::map<int, Rect> rectangles_;
+    Size size_;
+    DialogView* view_ = nullptr;
+    bool running_ = false;
+    int result_ = kNotCreated;
+    int focus_ = 0;
+};
+
+}  // namespace ui

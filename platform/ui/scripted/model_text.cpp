@@ -1,0 +1,206 @@
+// A dialog printed as text, for logs and for a console.
+#include <algorithm>
+
+#include "platform/text/text.h"
+#include "platform/ui/scripted/scripted_backend.h"
+
+namespace ui {
+namespace {
+
+std::string quoted(const std::string& s) {
+    return "\"" + text::replaceAll(s, "\n", "\\n") + "\"";
+}
+
+std::string kindName(ControlKind kind) {
+    switch (kind) {
+        case ControlKind::Label:
+            return "label";
+        case ControlKind::Edit:
+            return "edit";
+        case ControlKind::Button:
+            return "button";
+        case ControlKind::CheckBox:
+            return "check";
+        case ControlKind::RadioButton:
+            return "radio";
+        case ControlKind::GroupBox:
+            return "group";
+        case ControlKind::List:
+            return "list";
+        case ControlKind::DropDown:
+            return "drop-down";
+        case ControlKind::Tree:
+            return "tree";
+        case ControlKind::Grid:
+            return "grid";
+        case ControlKind::Progress:
+            return "progress";
+        case ControlKind::Picture:
+            return "picture";
+        case ControlKind::Tabs:
+            return "tabs";
+        case ControlKind::Menu:
+            return "menu";
+    }
+    return {};
+}
+
+std::string listText(const ItemControl& control) {
+    const auto* list = dynamic_cast<const List*>(&control);
+    std::string out;
+    for (int i = 0; i < control.count(); ++i) {
+        bool chosen = list ? list->isSelected(i) : i == control.selected();
+        out += "\n    " + std::string(chosen ? "> " : "  ") + control.item(i);
+    }
+    return out;
+}
+
+std::string dropDownText(const DropDown& control) {
+    std::string shown = control.editable() ? control.text() : control.selectedText();
+    return " " + quoted(shown) + " of {" + text::join(control.items(), "|") + "}";
+}
+
+std::string cellText(const Cell& cell) {
+    switch (cell.type.kind) {
+        case CellKind::CheckBox:
+            return std::string(cell.checked ? "[x] " : "[ ] ") + cell.type.label;
+        case CellKind::Button:
+            return "<" + cell.type.label + ">";
+        case CellKind::DropDown:
+            return cell.text + " {" + text::join(cell.type.items, "|") + "}";
+        case CellKind::Edit:
+            return "'" + cell.text + "'";
+        case CellKind::Static:
+            break;
+    }
+    return cell.text;
+}
+
+std::string gridText(const Grid& grid) {
+    std::vector<size_t> widths(static_cast<size_t>(grid.columns()) + 1, 0);
+    for (int column = 1; column <= grid.columns(); ++column)
+        for (int row = 1; row <= grid.rows(); ++row) {
+            size_t& width = widths[static_cast<size_t>(column)];
+            width = std::max(width, static_cast<size_t>(characterCount(cellText(grid.cell(column, row)))));
+        }
+    std::string out = text::format(" %d x %d", grid.columns(), grid.rows());
+    if (grid.rows() > 0) out += text::format(", at (%d, %d)", grid.active().column, grid.active().row);
+    if (grid.editing()) out += ", editing " + quoted(grid.editText());
+    for (int row = 1; row <= grid.rows(); ++row) {
+        out += "\n   ";
+        for (int column = 1; column <= grid.columns(); ++column) {
+            std::string cell = cellText(grid.cell(column, row));
+            out += " " + cell;
+            if (column < grid.columns())
+                out.append(
+                    widths[static_cast<size_t>(column)] - static_cast<size_t>(characterCount(cell)) + 1, ' ');
+        }
+    }
+    return out;
+}
+
+std::string treeText(const Tree& tree, int parent, int depth) {
+    std::string out;
+    for (size_t i = 0; i < tree.nodes().size(); ++i) {
+        const Tree::Node& node = tree.nodes()[i];
+        if (node.removed || node.parent != parent) continue;
+        int index = static_cast<int>(i);
+        out += "\n    " + std::string(static_cast<size_t>(depth) * 2, ' ') +
+               (tree.selected() == index ? "> " : "  ") + node.text;
+        out += treeText(tree, index, depth + 1);
+    }
+    return out;
+}
+
+std::string menuText(const Menu& menu) {
+    std::string out;
+    for (const Menu::Entry& entry : menu.entries())
+        out += "\n    " + std::string(static_cast<size_t>(entry.level) * 2, ' ') +
+               plainCaption(entry.caption) + (entry.enabled ? "" : " (disabled)");
+    return out;
+}
+
+std::string contentText(const Control& control) {
+    std::string caption = control.text().empty() ? "" : " " + quoted(plainCaption(control.text()));
+    switch (control.kind()) {
+        case ControlKind::Edit:
+            return " " + quoted(control.text()) +
+                   (static_cast<const Edit&>(control).readOnly() ? " (read-only)" : "");
+        case ControlKind::CheckBox:
+            return (static_cast<const CheckBox&>(control).checked() ? " [x]" : " [ ]") + caption;
+        case ControlKind::RadioButton:
+            return (static_cast<const RadioButton&>(control).checked() ? " (o)" : " ( )") + caption;
+        case ControlKind::List:
+            return listText(static_cast<const List&>(control));
+        case ControlKind::DropDown:
+            return dropDownText(static_cast<const DropDown&>(control));
+        case ControlKind::Grid:
+            return gridText(static_cast<const Grid&>(control));
+        case ControlKind::Tree:
+            return treeText(static_cast<const Tree&>(control), -1, 0);
+        case ControlKind::Menu:
+            return menuText(static_cast<const Menu&>(control));
+        case ControlKind::Picture:
+            return " " + quoted(static_cast<const Picture&>(control).path());
+        case ControlKind::Progress: {
+            const auto& progress = static_cast<const Progress&>(control);
+            return text::format(" %d of %d to %d", progress.position(), progress.from(), progress.to());
+        }
+        case ControlKind::Tabs: {
+            const auto& tabs = static_cast<const Tabs&>(control);
+            return " " + quoted(tabs.pages()[static_cast<size_t>(tabs.page())]) + " of {" +
+                   text::join(tabs.pages(), "|") + "}";
+        }
+        default:
+            return caption;
+    }
+}
+
+}  // namespace
+
+std::string modelText(const Dialog& dialog) {
+    std::string out = text::format("[%d] %s", dialog.resource(), dialog.title().c_str());
+    for (const auto& control : dialog.controls()) {
+        if (!control->visible()) continue;
+        out += text::format("\n%c %d %s", control->id() == dialog.focus() ? '*' : ' ', control->id(),
+                            kindName(control->kind()).c_str());
+        out += contentText(*control);
+        if (!control->enabled()) out += " (disabled)";
+    }
+    return out;
+}
+
+std::string stepText(const Step& step) {
+    std::string control =
+        " " + (step.control.find_first_not_of("0123456789") == std::string::npos ? step.control
+                                                                                 : quoted(step.control));
+    switch (step.kind) {
+        case Step::Kind::Text:
+            return "(text" + control + " " + quoted(step.text) + ")";
+        case Step::Kind::Pick:
+            return "(pick" + control + " " + quoted(step.text) + ")";
+        case Step::Kind::PickAlso:
+            return "(pick-also" + control + " " + quoted(step.text) + ")";
+        case Step::Kind::DoubleClick:
+            return "(double-click" + control + " " + quoted(step.text) + ")";
+        case Step::Kind::Check:
+            return "(check" + control + (step.on ? " T)" : " nil)");
+        case Step::Kind::Cell:
+            return text::format("(cell %d %d ", step.column, step.row) + quoted(step.text) + ")";
+        case Step::Kind::Focus:
+            return "(focus" + control + ")";
+        case Step::Kind::Key:
+            return "(key " + quoted(step.text) + ")";
+        case Step::Kind::Click:
+            return "(click" + control + ")";
+        case Step::Kind::Menu:
+            return "(menu " + quoted(step.text) + ")";
+        case Step::Kind::Show:
+            return "(show)";
+        case Step::Kind::Close:
+            return "(close)";
+    }
+    return {};
+}
+
+}  // namespace ui

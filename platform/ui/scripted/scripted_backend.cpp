@@ -1,0 +1,206 @@
+#include "platform/ui/scripted/scripted_backend.h"
+
+#include <algorithm>
+#include <cctype>
+
+#include "platform/text/text.h"
+
+namespace ui {
+namespace {
+
+// The index that a pick names: an item's exact text first, then digits.
+int indexOf(const std::vector<std::string>& items, const std::string& wanted) {
+    auto it = std::find(items.begin(), items.end(), wanted);
+    if (it != items.end()) return static_cast<int>(it - items.begin());
+    bool digits = !wanted.empty() &&
+                  std::all_of(wanted.begin(), wanted.end(), [](unsigned char c) { return std::isdigit(c); });
+    return digits ? static_cast<int>(text::toLong(wanted)) : -1;
+}
+
+int indexOf(Control& control, const std::string& wanted) {
+    if (auto* items = dynamic_cast<ItemControl*>(&control)) return indexOf(items->items(), wanted);
+    if (auto* tabs = dynamic_cast<Tabs*>(&control)) return indexOf(tabs->pages(), wanted);
+    if (auto* tree = dynamic_cast<Tree*>(&control)) {
+        // A path of texts with "/" between them.
+        int node = -1;
+        for (const std::string& part : text::split(wanted, '/'))
+            if ((node = tree->find(part, node)) < 0) return -1;
+        return node;
+    }
+    return -1;
+}
+
+Grid* gridOf(Dialog& dialog, const std::string& name) {
+    if (!name.empty()) return dynamic_cast<Grid*>(dialog.find(name));
+    for (const auto& control : dialog.controls())
+        if (auto* grid = dynamic_cast<Grid*>(control.get())) return grid;
+    return nullptr;
+}
+
+std::string performMenu(Dialog& dialog, const std::string& caption) {
+    for (const auto& control : dialog.controls())
+        if (auto* menu = dynamic_cast<Menu*>(control.get()))
+            for (const Menu::Entry& entry : menu->entries())
+                if (entry.command && plainCaption(entry.caption) == plainCaption(caption))
+                    return dialog.userMenu(*menu, entry.command);
+    return "there is no menu entry \"" + caption + "\"";
+}
+
+int buttonOf(std::string_view name) {
+    if (text::equalNoCase(name, "OK")) return kOk;
+    if (text::equalNoCase(name, "Yes")) return kYes;
+    if (text::equalNoCase(name, "No")) return kNo;
+    return kCancel;
+}
+
+std::string buttonText(int button) {
+    return button == kOk ? "OK" : button == kYes ? "Yes" : button == kNo ? "No" : "Cancel";
+}
+
+}  // namespace
+
+void ScriptedBackend::answer(int resource, std::vector<Step> steps) {
+    scripts_[resource].push_back(std::move(steps));
+}
+
+std::vector<std::string> ScriptedBackend::unused() const {
+    std::vector<std::string> left;
+    for (const auto& [resource, queue] : scripts_)
+        for (size_t i = 0; i < queue.size(); ++i)
+            left.push_back("steps for dialog " + std::to_string(resource));
+    for (const std::string& box : boxes_) left.push_back("box \"" + box + "\"");
+    for (const std::string& file : files_) left.push_back("file \"" + file + "\"");
+    for (const std::string& name : names_) left.push_back("name \"" + name + "\"");
+    return left;
+}
+
+bool ScriptedBackend::open(Dialog& dialog) {
+    log_.push_back(text::format("dialog %d: ", dialog.resource()) + dialog.title());
+    std::deque<Step> steps;
+    auto script = scripts_.find(dialog.resource());
+    if (script != scripts_.end() && !script->second.empty()) {
+        const std::vector<Step>& first = script->second.front();
+        steps.assign(first.begin(), first.end());
+        script->second.pop_front();
+    }
+    running_.emplace_back(&dialog, std::move(steps));
+    return true;
+}
+
+void ScriptedBackend::close(Dialog& dialog) {
+    for (size_t i = running_.size(); i-- > 0;) {
+        if (running_[i].first != &dialog) continue;
+        for (const Step& step : running_[i].second) log_.push_back("  left over: " + stepText(step));
+        running_.erase(running_.begin() + static_cast<long>(i));
+        log_.push_back(
+            text::format("dialog %d ended with %s", dialog.resource(), buttonText(dialog.result()).c_str()));
+        return;
+    }
+}
+
+std::optional<Step> ScriptedBackend::nextStep(Dialog& dialog) {
+    for (auto& [running, steps] : running_) {
+        if (running != &dialog || steps.empty()) continue;
+        Step step = std::move(steps.front());
+        steps.pop_front();
+        return step;
+    }
+    return asker_ ? asker_->step(modelText(dialog)) : std::nullopt;
+}
+
+void ScriptedBackend::waitForEvent(Dialog& dialog) {
+    std::optional<Step> step = nextStep(dialog);
+    if (!step) {
+        log_.push_back(
+            text::format("  dialog %d has no steps left and is cancelled; it showed\n", dialog.resource()) +
+            modelText(dialog));
+        dialog.userClose();
+        if (dialog.running()) dialog.end(kCancel);
+        return;
+    }
+    std::string problem = perform(dialog, *step);
+    if (step->kind == Step::Kind::Show) return;
+    log_.push_back("  " + stepText(*step) + (problem.empty() ? "" : ": " + problem));
+}
+
+std::string ScriptedBackend::perform(Dialog& dialog, const Step& step) {
+    switch (step.kind) {
+        case Step::Kind::Show:
+            log_.push_back(modelText(dialog));
+            return {};
+        case Step::Kind::Close:
+            return dialog.userClose();
+        case Step::Kind::Menu:
+            return performMenu(dialog, step.text);
+        case Step::Kind::Key: {
+            std::optional<Key> key = parseKey(step.text);
+            return key ? dialog.userKey(*key) : "\"" + step.text + "\" is no key";
+        }
+        case Step::Kind::Cell: {
+            Grid* grid = gridOf(dialog, step.control);
+            return grid ? dialog.userCell(*grid, {step.column, step.row}, step.text) : "there is no grid";
+        }
+        default:
+            break;
+    }
+    Control* control = dialog.find(step.control);
+    if (!control) return "there is no control \"" + step.control + "\"";
+    switch (step.kind) {
+        case Step::Kind::Text:
+            return dialog.userText(*control, step.text);
+        case Step::Kind::Pick:
+            return dialog.userPick(*control, indexOf(*control, step.text));
+        case Step::Kind::PickAlso:
+            return dialog.userPick(*control, indexOf(*control, step.text), true);
+        case Step::Kind::DoubleClick:
+            return dialog.userDoubleClick(*control, indexOf(*control, step.text));
+        case Step::Kind::Check:
+            return dialog.userCheck(*control, step.on);
+        case Step::Kind::Focus:
+            return dialog.userFocus(*control);
+        default:
+            return dialog.userClick(*control);
+    }
+}
+
+std::optional<std::string> ScriptedBackend::nextAnswer(std::deque<std::string>& queue,
+                                                       const std::string& question) {
+    if (queue.empty()) return asker_ ? asker_->answer(question) : std::nullopt;
+    std::string answer = std::move(queue.front());
+    queue.pop_front();
+    return answer;
+}
+
+int ScriptedBackend::messageBox(const MessageBox& box) {
+    unsigned buttons = box.flags & 0xF;
+    // Without an answer the box is dismissed: by its only button, or by the one that does nothing.
+    int answer = buttons == kBoxOk ? kOk : buttons == kBoxYesNo ? kNo : kCancel;
+    std::string shown = "box [" + box.title + "] \"" + box.text + text::format("\" flags 0x%x", box.flags);
+    if (std::optional<std::string> given = nextAnswer(boxes_, shown)) answer = buttonOf(*given);
+    log_.push_back(shown + " -> " + buttonText(answer));
+    return answer;
+}
+
+std::optional<std::string> ScriptedBackend::fileBox(const FileBox& box) {
+    std::string shown = std::string(box.save ? "save file" : "open file") + " box \"" + box.filter +
+                        "\" pattern \"" + box.pattern + "\" in \"" + box.folder + "\"";
+    std::optional<std::string> path = nextAnswer(files_, shown);
+    if (path && path->empty()) path.reset();
+    log_.push_back(shown + " -> " + path.value_or("Cancel"));
+    return path;
+}
+
+std::optional<std::string> ScriptedBackend::namePrompt(const NamePrompt& prompt) {
+    std::string shown =
+        "name prompt [" + prompt.title + "] \"" + prompt.caption + "\" shows \"" + prompt.text + "\"";
+    std::optional<std::string> name = nextAnswer(names_, shown);
+    if (name && name->empty()) name.reset();
+    log_.push_back(shown + " -> " + name.value_or("Cancel"));
+    return name;
+}
+
+std::unique_ptr<FontMetrics> ScriptedBackend::metrics(const Font& font) {
+    return std::make_unique<FixedFontMetrics>(font.height, font.width ? font.width : (font.height + 1) / 2);
+}
+
+}  // namespace ui

@@ -1,0 +1,98 @@
+// A user interface that is answered by a script: tests, batch runs, and a console's way to answer a dialog.
+//
+// Steps are queued for the next dialog with a resource id. A dialog for which no steps are left is shown to
+// the asker, if there is one; otherwise it is cancelled, and the log says so with what it showed.
+#pragma once
+
+#include <deque>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/ui/backend.h"
+
+namespace ui {
+
+// One thing that a person does to a dialog. A control is named by its id in digits or by its caption.
+struct Step {
+    enum class Kind {
+        Text,         // control, text
+        Pick,         // control, text: the item's text, or its index from 0
+        PickAlso,     // the same, joined to a multiple selection
+        DoubleClick,  // control, text: an item as for Pick
+        Check,        // control, on
+        Cell,         // column, row, text; control names the grid where there are several
+        Focus,        // control
+        Key,          // text: "Enter", "Shift+Tab", "x"
+        Click,        // control
+        Menu,         // text: the caption of the entry
+        Show,         // prints the model to the log
+        Close,        // the frame's close button
+    };
+    Kind kind = Kind::Show;
+    std::string control;
+    std::string text;
+    bool on = true;
+    int column = 0;
+    int row = 0;
+};
+
+// The step as it is written: (cell 2 3 "OAK").
+std::string stepText(const Step& step);
+
+// A dialog as text: its title, then a line a control, the cells of its grids in a table.
+std::string modelText(const Dialog& dialog);
+
+// Someone at a console who answers what the script does not.
+class Asker {
+  public:
+    virtual ~Asker() = default;
+    // The next step for a dialog, which is shown as text first; nothing to cancel it.
+    virtual std::optional<Step> step(const std::string& model) = 0;
+    virtual std::optional<std::string> answer(const std::string& question) = 0;
+};
+
+class ScriptedBackend : public Backend {
+  public:
+    // --- The script -----------------------------------------------------------------------------------
+
+    void answer(int resource, std::vector<Step> steps);
+    // For the next message box: "OK", "Cancel", "Yes" or "No".
+    void answerBox(std::string button) { boxes_.push_back(std::move(button)); }
+    // For the next file box and the next name prompt; "" cancels.
+    void answerFile(std::string path) { files_.push_back(std::move(path)); }
+    void answerName(std::string name) { names_.push_back(std::move(name)); }
+    void setAsker(Asker* asker) { asker_ = asker; }
+
+    // What was shown and done, a line or a block of lines each.
+    const std::vector<std::string>& log() const { return log_; }
+    void clearLog() { log_.clear(); }
+    // Answers that nothing has asked for yet, each as text; a test looks that there are none.
+    std::vector<std::string> unused() const;
+
+    // --- Backend --------------------------------------------------------------------------------------
+
+    bool open(Dialog& dialog) override;
+    void waitForEvent(Dialog& dialog) override;
+    void close(Dialog& dialog) override;
+    int messageBox(const MessageBox& box) override;
+    std::optional<std::string> fileBox(const FileBox& box) override;
+    std::optional<std::string> namePrompt(const NamePrompt& prompt) override;
+    // The measures of a fixed font: as high as asked for, half as wide.
+    std::unique_ptr<FontMetrics> metrics(const Font& font) override;
+
+  private:
+    std::optional<Step> nextStep(Dialog& dialog);
+    // "" when the step was done, else why not.
+    std::string perform(Dialog& dialog, const Step& step);
+    std::optional<std::string> nextAnswer(std::deque<std::string>& queue, const std::string& question);
+
+    std::map<int, std::deque<std::vector<Step>>> scripts_;
+    std::vector<std::pair<Dialog*, std::deque<Step>>> running_;  // the innermost dialog last
+    std::deque<std::string> boxes_, files_, names_;
+    Asker* asker_ = nullptr;
+    std::vector<std::string> log_;
+};
+
+}  // namespace ui
