@@ -1,0 +1,27 @@
+// Entity names and selection sets between the C interface and the drawing.
+#pragma once
+
+#include <functional>
+
+#include "hostcad/drawing/current_drawing.h"
+#include "hostcad/drawing/selection_set.h"
+#include "platform/ads/result_buffer.h"
+
+namespace hostcad {
+
+// The name of an object of the current drawing; that of kNoObject names nothing.
+void nameOf(ObjectId id, ads_name name);
+// The object that a name names in the current drawing: 0 for names of nothing, of selection sets, and of
+// drawings that were closed. The object may be erased.
+ObjectId idOf(const ads_name name);
+
+// The selection set behind a name, or null.
+SelectionSet* selectionOf(const ads_name name);
+// Gives a set a name. It is freed by acedSSFree, and with the drawing.
+void nameSelection(SelectionSet set, ads_name name);
+
+// What acedSSGet with a null mode calls to let the user select: it fills the set and returns RTNORM, RTCAN or
+// RTERROR. Without one, such a call gives RTERROR.
+void setUserSelection(std::function<int(SelectionSet&)> select);
+
+}  // namespace hostcad

@@ -1,0 +1,95 @@
+#include "hostcad/drawing/arena.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace hostcad {
+namespace {
+
+constexpr size_t kBlockBytes = size_t{1} << 18;
+constexpr size_t kLongestShared = 64;
+
+// Enough to tell the short texts of a drawing apart: layers, subclass markers, tags, field values.
+size_t hashOf(std::string_view s) {
+    uint64_t front = 0, back = 0;
+    std::memcpy(&front, s.data(), std::min<size_t>(s.size(), 8));
+    std::memcpy(&back, s.data() + s.size() - std::min<size_t>(s.size(), 8), std::min<size_t>(s.size(), 8));
+    uint64_t h =
+        (front * 0x9E3779B97F4A7C15u) ^ (back * 0xC2B2AE3D27D4EB4Fu) ^ (s.size() * 0x165667B19E3779F9u);
+    return h ^ (h >> 32);
+}
+
+}  // namespace
+
+void* GroupArena::allocate(size_t bytes, size_t alignment) {
+    auto misaligned = reinterpret_cast<uintptr_t>(free_) % alignment;
+    size_t padding = misaligned ? alignment - misaligned : 0;
+    if (bytes + padding > static_cast<size_t>(end_ - free_)) {
+        // A list that is larger than a block gets a block of its own, and the present one goes on being
+        // filled.
+        bool own = bytes > kBlockBytes / 4;
+        size_t size = own ? bytes : kBlockBytes;
+        blocks_.emplace_back(new char[size]);
+        footprint_ += size;
+        char* block = blocks_.back().get();
+        if (own) return block;
+        free_ = block;
+        end_ = block + size;
+        padding = 0;
+    }
+    char* place = free_ + padding;
+    free_ = place + bytes;
+    return place;
+}
+
+Group GroupArena::text(int code, std::string_view value) {
+    Group group{static_cast<int16_t>(code), ValueKind::Text, static_cast<uint32_t>(value.size()), {}};
+    group.bytes = "";
+    if (value.empty()) return group;
+    std::string_view* shared = nullptr;
+    if (value.size() <= kLongestShared) {
+        shared = &recent_[hashOf(value) % recent_.size()];
+        if (*shared == value) {
+            group.bytes = shared->data();
+            return group;
+        }
+    }
+    char* bytes = static_cast<char*>(allocate(value.size(), 1));
+    std::memcpy(bytes, value.data(), value.size());
+    if (shared) *shared = {bytes, value.size()};
+    group.bytes = bytes;
+    return group;
+}
+
+Group GroupArena::point(int code, double x, double y) {
+    auto* coordinates = static_cast<double*>(allocate(2 * sizeof(double), alignof(double)));
+    coordinates[0] = x, coordinates[1] = y;
+    Group group{static_cast<int16_t>(code), ValueKind::Point, 2, {}};
+    group.coordinates = coordinates;
+    return group;
+}
+
+Group GroupArena::point(int code, double x, double y, double z) {
+    auto* coordinates = static_cast<double*>(allocate(3 * sizeof(double), alignof(double)));
+    coordinates[0] = x, coordinates[1] = y, coordinates[2] = z;
+    Group group{static_cast<int16_t>(code), ValueKind::Point, 3, {}};
+    group.coordinates = coordinates;
+    return group;
+}
+
+Group GroupArena::binary(int code, std::string_view bytes) {
+    Group group{static_cast<int16_t>(code), ValueKind::Binary, static_cast<uint32_t>(bytes.size()), {}};
+    char* copy = static_cast<char*>(allocate(bytes.size(), 1));
+    if (!bytes.empty()) std::memcpy(copy, bytes.data(), bytes.size());
+    group.bytes = copy;
+    return group;
+}
+
+Groups GroupArena::store(Groups groups) {
+    if (groups.empty()) return {};
+    auto* copy = static_cast<Group*>(allocate(groups.size_bytes(), alignof(Group)));
+    std::memcpy(static_cast<void*>(copy), groups.data(), groups.size_bytes());
+    return {copy, groups.size()};
+}
+
+}  // namespace hostcad

@@ -1,0 +1,23 @@
+#include "hostcad/drawing/current_drawing.h"
+
+#include "hostcad/dxf/blank_drawing.h"
+
+namespace hostcad {
+namespace {
+
+std::unique_ptr<Drawing>& holder() {
+    static std::unique_ptr<Drawing> drawing = blankDrawing();
+    return drawing;
+}
+
+}  // namespace
+
+Drawing& currentDrawing() {
+    return *holder();
+}
+
+void setCurrentDrawing(std::unique_ptr<Drawing> drawing) {
+    holder() = std::move(drawing);
+}
+
+}  // namespace hostcad

@@ -1,0 +1,14 @@
+// The drawing that the host works on. There is always one: a blank one at the start.
+#pragma once
+
+#include <memory>
+
+#include "hostcad/drawing/drawing.h"
+
+namespace hostcad {
+
+Drawing& currentDrawing();
+// Takes the drawing over; the old one is gone, and with it all its names and selection sets.
+void setCurrentDrawing(std::unique_ptr<Drawing> drawing);
+
+}  // namespace hostcad

@@ -1,0 +1,147 @@
+// The groups of a text file: a line with the code, a line with the value.
+#pragma once
+
+#include <charconv>
+#include <cmath>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <string_view>
+
+#include "hostcad/drawing/group.h"
+#include "hostcad/dxf/dxf_error.h"
+#include "platform/text/text.h"
+
+namespace hostcad {
+
+class AsciiTags {
+  public:
+    explicit AsciiTags(std::string_view content)
+        : next_(content.data()), end_(content.data() + content.size()) {
+        if (content.substr(0, 3) == "\xEF\xBB\xBF") next_ += 3;
+    }
+
+    // Steps to the next group. False at the end of the file.
+    bool next() {
+        if (next_ == end_) return false;
+        ++line_;
+        if (!readCode()) {
+            if (text::trim(value_).empty() && restIsBlank()) return false;
+            fail("a group code is expected, but the line is \"" + excerpt() + "\"");
+        }
+        if (code_ < 0 || code_ > kLastGroupCode)
+            fail("group code " + std::to_string(code_) + " is out of range");
+        if (next_ == end_) fail("the file ends behind a group code");
+        ++line_;
+        value_ = takeLine();
+        return true;
+    }
+
+    int code() const { return code_; }
+    std::string_view text() const { return value_; }
+
+    double real() const {
+        std::string_view s = number();
+        double value = 0;
+        auto [stop, error] = std::from_chars(s.data(), s.data() + s.size(), value);
+        if (error == std::errc::result_out_of_range && stop == s.data() + s.size())
+            value = std::strtod(std::string(s).c_str(), nullptr);  // 0 for one that is too small
+        else if (error != std::errc() || stop != s.data() + s.size())
+            failNumber("number");
+        if (!std::isfinite(value)) failNumber("number");
+        return value;
+    }
+
+    int64_t integer() const {
+        std::string_view s = number();
+        int64_t value = 0;
+        auto [stop, error] = std::from_chars(s.data(), s.data() + s.size(), value);
+        if (error == std::errc() && stop == s.data() + s.size()) return value;
+        // Some programs write whole numbers as reals.
+        double whole = 0;
+        auto [realStop, realError] = std::from_chars(s.data(), s.data() + s.size(), whole);
+        if (realError != std::errc() || realStop != s.data() + s.size() || std::floor(whole) != whole ||
+            std::abs(whole) > 9e18)
+            failNumber("whole number");
+        return static_cast<int64_t>(whole);
+    }
+
+    // The bytes of a chunk in hexadecimal digits. False when the value is none: it is a text then.
+    bool chunk(std::string& bytes) const {
+        std::string_view digits = text::trim(value_);
+        if (digits.size() % 2 != 0) return false;
+        bytes.clear();
+        for (size_t i = 0; i < digits.size(); i += 2) {
+            unsigned byte = 0;
+            auto [stop, error] = std::from_chars(digits.data() + i, digits.data() + i + 2, byte, 16);
+            if (error != std::errc() || stop != digits.data() + i + 2) return false;
+            bytes += static_cast<char>(byte);
+        }
+        return true;
+    }
+
+    [[noreturn]] void fail(const std::string& what) const {
+        throw DxfError("Line " + std::to_string(line_) + ": " + what + ".");
+    }
+
+  private:
+    std::string_view takeLine() {
+        const char* start = next_;
+        const char* feed =
+            static_cast<const char*>(std::memchr(start, '\n', static_cast<size_t>(end_ - start)));
+        const char* stop = feed ? feed : end_;
+        next_ = feed ? feed + 1 : end_;
+        if (stop != start && stop[-1] == '\r') --stop;
+        return {start, static_cast<size_t>(stop - start)};
+    }
+
+    // Reads the line of a code. False, with the line in value_, when it is no number.
+    bool readCode() {
+        const char* start = next_;
+        const char* p = start;
+        while (p != end_ && (*p == ' ' || *p == '\t')) ++p;
+        bool negative = p != end_ && *p == '-';
+        if (negative) ++p;
+        int code = 0;
+        const char* digits = p;
+        for (; p != end_ && *p >= '0' && *p <= '9'; ++p)
+            if (code < 100000) code = code * 10 + (*p - '0');
+        bool anyDigits = p != digits;
+        while (p != end_ && (*p == ' ' || *p == '\t' || *p == '\r')) ++p;
+        if (!anyDigits || (p != end_ && *p != '\n')) {
+            value_ = takeLine();
+            return false;
+        }
+        code_ = negative ? -code : code;
+        next_ = p == end_ ? end_ : p + 1;
+        return true;
+    }
+
+    bool restIsBlank() const { return text::trim({next_, static_cast<size_t>(end_ - next_)}).empty(); }
+
+    std::string_view number() const {
+        std::string_view s = text::trim(value_);
+        if (s.size() > 1 && s[0] == '+' && s[1] != '-') s.remove_prefix(1);
+        return s;
+    }
+
+    [[noreturn]] void failNumber(const char* wanted) const {
+        fail("group " + std::to_string(code_) + " needs a " + wanted + ", but the line is \"" + excerpt() +
+             "\"");
+    }
+
+    // The value as it can stand in a message.
+    std::string excerpt() const {
+        std::string out;
+        for (char c : value_.substr(0, 40)) out += c >= ' ' && c < 0x7F ? c : '?';
+        return value_.size() > 40 ? out + "..." : out;
+    }
+
+    const char* next_;
+    const char* end_;
+    size_t line_ = 0;
+    int code_ = 0;
+    std::string_view value_;
+};
+
+}  // namespace hostcad

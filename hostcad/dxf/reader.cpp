@@ -1,0 +1,195 @@
+#include <charconv>
+
+#include "hostcad/drawing/loader.h"
+#include "hostcad/dxf/ascii_tags.h"
+#include "hostcad/dxf/binary_tags.h"
+#include "hostcad/dxf/dxf.h"
+#include "hostcad/dxf/text_codec.h"
+#include "platform/files/files.h"
+
+namespace hostcad {
+namespace {
+
+// A handle as hexadecimal digits. False when the text is none.
+bool parseHandle(std::string_view text, uint64_t& handle) {
+    text = text::trim(text);
+    auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), handle, 16);
+    return error == std::errc() && stop == text.data() + text.size() && text[0] != '-';
+}
+
+// Turns the groups of a file into runs for the loader. Tags is AsciiTags or BinaryTags.
+template <class Tags>
+class Reader {
+  public:
+    Reader(Tags& tags, DxfFormat format)
+        : tags_(tags), format_(format), loader_(format), codec_(format.version, 1252) {}
+
+    std::unique_ptr<Drawing> read() {
+        while (tags_.next()) {
+            if (tags_.code() == kComment) continue;
+            if (tags_.code() != 0) tags_.fail("a SECTION is expected here");
+            if (tags_.text() == "EOF") return finish();
+            if (tags_.text() != "SECTION") tags_.fail("a SECTION or EOF is expected here");
+            readSection();
+        }
+        // A file without its last line has lost nothing as long as every section is complete.
+        if (!anySection_) tags_.fail("the file holds no drawing");
+        return finish();
+    }
+
+  private:
+    static constexpr int kComment = 999;
+
+    std::unique_ptr<Drawing> finish() { return loader_.finish(format_); }
+
+    void readSection() {
+        anySection_ = true;
+        if (!nextTag() || tags_.code() != 2) tags_.fail("the name of the section is missing");
+        section_ = tags_.text();
+        loader_.beginSection(section_);
+        header_ = section_ == "HEADER";
+        while (nextTag()) {
+            if (tags_.code() == 0) {
+                flush();
+                if (tags_.text() == "ENDSEC") return;
+                if (tags_.text() == "EOF" || tags_.text() == "SECTION") break;
+            } else if (header_ && tags_.code() == 9) {
+                flush();
+            }
+            addGroup();
+        }
+        tags_.fail("the file ends within section " + section_);
+    }
+
+    // The next group that is no comment.
+    bool nextTag() {
+        if (pending_) {
+            pending_ = false;
+            return true;
+        }
+        while (tags_.next())
+            if (tags_.code() != kComment) return true;
+        return false;
+    }
+
+    void flush() {
+        if (groups_.empty()) return;
+        if (header_) noteVariable();
+        loader_.add(groups_);
+        groups_.clear();
+    }
+
+    // The variables that say how the rest of the file is to be read.
+    void noteVariable() {
+        if (groups_[0].code != 9 || groups_.size() < 2) return;
+        std::string_view name = groups_[0].text();
+        if (name == "$ACADVER") {
+            format_.version = versionOf(text::trim(groups_[1].text()));
+        } else if (name == "$DWGCODEPAGE") {
+            codePage_ = codePageOf(groups_[1].text());
+        } else {
+            return;
+        }
+        codec_ = TextCodec(format_.version, codePage_);
+    }
+
+    void addGroup() {
+        int code = tags_.code();
+        switch (kindOfCode(code)) {
+            case ValueKind::Text:
+                return addText(code);
+            case ValueKind::Real:
+                groups_.push_back(realGroup(code, tags_.real()));
+                return;
+            case ValueKind::Integer:
+                groups_.push_back(integerGroup(code, tags_.integer()));
+                return;
+            case ValueKind::Point:
+                return addPoint(code);
+            case ValueKind::Handle:
+                return addHandle(code);
+            case ValueKind::Binary:
+                if (!tags_.chunk(chunk_)) return addText(code);
+                groups_.push_back(loader_.arena().binary(code, chunk_));
+                return;
+        }
+    }
+
+    void addText(int code) { groups_.push_back(loader_.arena().text(code, codec_.decode(tags_.text()))); }
+
+    void addHandle(int code) {
+        uint64_t handle = 0;
+        // Group 5 of a dimension style is the name of a block.
+        bool isName = code == 5 && !groups_.empty() && groups_[0].text() == "DIMSTYLE";
+        if (!isName && parseHandle(tags_.text(), handle))
+            groups_.push_back(handleGroup(code, handle));
+        else
+            addText(code);
+    }
+
+    // The coordinates of a point follow each other. A first one that stands alone is a real.
+    void addPoint(int code) {
+        double x = tags_.real();
+        pending_ = nextTag();
+        if (!pending_ || tags_.code() != secondCoordinate(code)) {
+            groups_.push_back(realGroup(code, x));
+            return;
+        }
+        double y = tags_.real();
+        pending_ = false;
+        pending_ = nextTag();
+        if (!pending_ || tags_.code() != thirdCoordinate(code)) {
+            groups_.push_back(loader_.arena().point(code, x, y));
+            return;
+        }
+        groups_.push_back(loader_.arena().point(code, x, y, tags_.real()));
+        pending_ = false;
+    }
+
+    Tags& tags_;
+    DxfFormat format_;
+    DrawingLoader loader_;
+    TextCodec codec_;
+    int codePage_ = 1252;
+    std::string section_;
+    bool header_ = false;
+    bool anySection_ = false;
+    bool pending_ = false;  // the present tag was looked at and is still to be taken
+    std::vector<Group> groups_;
+    std::string chunk_;
+};
+
+}  // namespace
+
+std::unique_ptr<Drawing> parseDxf(std::string_view content, std::string& error) {
+    try {
+        if (content.substr(0, kBinarySentinel.size()) == kBinarySentinel) {
+            BinaryTags tags(content);
+            return Reader<BinaryTags>(tags, {DrawingVersion::R12, true, false}).read();
+        }
+        size_t firstLine = content.find('\n');
+        bool carriageReturns =
+            firstLine != std::string_view::npos && firstLine > 0 && content[firstLine - 1] == '\r';
+        AsciiTags tags(content);
+        return Reader<AsciiTags>(tags, {DrawingVersion::R12, false, carriageReturns}).read();
+    } catch (const DxfError& problem) {
+        error = problem.message;
+        return nullptr;
+    }
+}
+
+std::unique_ptr<Drawing> readDxf(const std::string& path, std::string& error) {
+    std::optional<std::string> content = files::read(path);
+    if (!content) {
+        error = "Cannot read " + path + ".";
+        return nullptr;
+    }
+    std::unique_ptr<Drawing> drawing = parseDxf(*content, error);
+    if (drawing)
+        drawing->setPath(files::onDisk(path));
+    else
+        error = path + ": " + error;
+    return drawing;
+}
+
+}  // namespace hostcad
