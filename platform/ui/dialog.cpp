@@ -388,4 +388,9 @@ std::string Dialog::userClose() {
     return {};
 }
 
+void Dialog::userResize(Size size) {
+    size_ = size;
+    onResize(size);
+}
+
 }  // namespace ui

@@ -114,6 +114,8 @@ class Dialog {
     // editing ended.
     std::string userCell(Grid& grid, CellPosition at, const std::string& text);
     std::string userClose();
+    // Gives the inside of the window another size.
+    void userResize(Size size);
 
     // --- What the dialog does about it ----------------------------------------------------------------
 
@@ -128,6 +130,8 @@ class Dialog {
     // A cell got another content by the user: text, choice or check mark.
     virtual void onCellChange(Grid&, CellPosition) {}
     virtual void onCellClick(Grid&, CellPosition) {}
+    // Another size of the inside, of a dialog that is placed to the pixel.
+    virtual void onResize(Size) {}
     // A key before the dialog sees it; true: it is dealt with.
     virtual bool onKey(const Key&) { return false; }
     virtual void onOk() { end(kOk); }

@@ -31,8 +31,8 @@ struct Step {
         Close,        // the frame's close button
     };
     Kind kind = Kind::Show;
-    std::string control;
-    std::string text;
+    std::string control{};
+    std::string text{};
     bool on = true;
     int column = 0;
     int row = 0;

@@ -1,0 +1,242 @@
+// The rules of dialogs that every view obeys: focus, keys, the default button, the grid; driven by scripts.
+#include <gtest/gtest.h>
+
+#include "platform/ui/backend.h"
+#include "platform/ui/scripted/scripted_backend.h"
+
+using ui::Step;
+
+namespace {
+
+Step click(std::string control) {
+    return {Step::Kind::Click, std::move(control)};
+}
+Step key(std::string name) {
+    return {Step::Kind::Key, "", std::move(name)};
+}
+Step type(std::string control, std::string text) {
+    return {Step::Kind::Text, std::move(control), std::move(text)};
+}
+Step pick(std::string control, std::string item) {
+    return {Step::Kind::Pick, std::move(control), std::move(item)};
+}
+Step cell(int column, int row, std::string text) {
+    return {Step::Kind::Cell, "", std::move(text), true, column, row};
+}
+Step show() {
+    return {Step::Kind::Show};
+}
+
+// A dialog that writes down what happens to it.
+class Form : public ui::Dialog {
+  public:
+    Form() : ui::Dialog(900, "Form") {
+        add<ui::Label>(10, "&Name:");
+        add<ui::Edit>(11);
+        add<ui::Edit>(12, true);
+        add<ui::CheckBox>(13, "&Sure");
+        add<ui::RadioButton>(14, "One", 1);
+        add<ui::RadioButton>(15, "Two", 1);
+        add<ui::DropDown>(16);
+        add<ui::Grid>(17, 2, 3);
+        add<ui::Button>(18, "&Apply");
+        add<ui::Button>(ui::kOk, "OK", true);
+        add<ui::Button>(ui::kCancel, "Cancel");
+        for (const char* item : {"ASH", "OAK"}) get<ui::DropDown>(16).addItem(item);
+        auto& grid = get<ui::Grid>(17);
+        grid.setColumnType(1, ui::CellType::fixed());
+        grid.setType(2, 2, ui::CellType::edit(ui::CharacterSet::Numeric, 4));
+        grid.setType(2, 3, ui::CellType::dropDown("YES\tNO"));
+    }
+    template <class C>
+    C& get(int id) {
+        return static_cast<C&>(*find(id));
+    }
+    std::string happened;
+
+  private:
+    void note(const std::string& what) { happened += what + ";"; }
+    void onCommand(int id) override {
+        if (id > ui::kCancel) note("command " + std::to_string(id));
+        Dialog::onCommand(id);
+    }
+    void onTextChange(ui::Control& c) override { note("text " + c.text()); }
+    void onSelection(ui::Control& c) override {
+        note("selection " + static_cast<ui::ItemControl&>(c).selectedText());
+    }
+    void onCellChange(ui::Grid& g, ui::CellPosition at) override {
+        note("cell " + std::to_string(at.column) + "," + std::to_string(at.row) + "=" +
+             g.text(at.column, at.row));
+    }
+    void onOk() override {
+        note("ok from " + std::to_string(focus()));
+        if (focus() == ui::kOk) end(ui::kOk);
+    }
+};
+
+class UiTest : public testing::Test {
+  protected:
+    void SetUp() override { ui::setBackend(&backend_); }
+    void TearDown() override { ui::setBackend(nullptr); }
+    int run(Form& form, std::vector<Step> steps) {
+        backend_.answer(900, std::move(steps));
+        return form.runModal();
+    }
+    bool logged(const std::string& part) const {
+        for (const std::string& line : backend_.log())
+            if (line.find(part) != std::string::npos) return true;
+        return false;
+    }
+    ui::ScriptedBackend backend_;
+};
+
+}  // namespace
+
+TEST_F(UiTest, ControlsAreFoundByCaptionAndByTheLabelInFront) {
+    Form form;
+    EXPECT_EQ(form.find("Name:"), form.find(11));
+    EXPECT_EQ(form.find("&Apply"), form.find(18));
+    EXPECT_EQ(form.find("Apply"), form.find(18));
+    EXPECT_EQ(form.find("16"), form.find(16));
+    EXPECT_EQ(form.find("nothing"), nullptr);
+}
+
+TEST_F(UiTest, EnterPressesTheDefaultButtonWithTheFocusLeftWhereItIs) {
+    Form form;
+    EXPECT_EQ(run(form, {type("Name:", "A1"), key("Enter"), click("OK")}), ui::kOk);
+    EXPECT_EQ(form.happened, "text A1;ok from 11;ok from 1;");
+}
+
+TEST_F(UiTest, WhatCannotBeDoneIsRefusedAndToldInTheLog) {
+    Form form;
+    form.find(18)->enable(false);
+    form.find(13)->show(false);
+    run(form, {type("12", "x"), click("Apply"), click("Sure"), pick("16", "ELM"), click("none"),
+               cell(1, 1, "x"), cell(2, 3, "MAYBE"), key("Nonsense"), click("Cancel")});
+    EXPECT_EQ(form.happened, "");
+    EXPECT_TRUE(logged("read-only") && logged("is disabled") && logged("is not visible") &&
+                logged("no such item"));
+    EXPECT_TRUE(logged("no control \"none\"") && logged("not edited") &&
+                logged("\"MAYBE\" is not in the list"));
+}
+
+TEST_F(UiTest, RadiosExcludeEachOtherAndMnemonicsClick) {
+    Form form;
+    run(form,
+        {{Step::Kind::Check, "One"}, {Step::Kind::Check, "Two"}, key("Alt+s"), key("Alt+A"), key("Escape")});
+    EXPECT_EQ(form.happened, "command 14;command 15;command 13;command 18;");
+    EXPECT_FALSE(form.get<ui::RadioButton>(14).checked());
+    EXPECT_TRUE(form.get<ui::RadioButton>(15).checked());
+    EXPECT_TRUE(form.get<ui::CheckBox>(13).checked());
+    EXPECT_EQ(form.result(), ui::kCancel);
+}
+
+TEST_F(UiTest, TheGridTakesWhatItsCellsAllow) {
+    Form form;
+    run(form, {cell(2, 1, "any text"), cell(2, 2, "1a2.5-99"), cell(2, 3, "NO"), cell(2, 3, "NO"),
+               click("Cancel")});
+    // The numeric cell drops letters and keeps four characters; an entry that changes nothing is no change.
+    EXPECT_EQ(form.happened, "cell 2,1=any text;cell 2,2=12.5;cell 2,3=NO;");
+}
+
+TEST_F(UiTest, TypingEditsAndLeavingTheCellKeepsWhatWasTyped) {
+    Form form;
+    run(form, {{Step::Kind::Focus, "17"},
+               key("Right"),
+               key("a"),
+               key("b"),
+               key("Backspace"),
+               key("c"),
+               key("Down"),
+               key("x"),
+               key("7"),
+               key("Escape"),
+               key("Tab"),
+               click("Cancel")});
+    EXPECT_EQ(form.happened, "cell 2,1=ac;");
+    EXPECT_EQ(form.get<ui::Grid>(17).text(2, 2), "");
+    EXPECT_EQ(form.get<ui::Grid>(17).active().row, 2);
+}
+
+TEST_F(UiTest, MovingTheFocusAwayEndsEditing) {
+    Form form;
+    run(form, {{Step::Kind::Focus, "17"}, key("Right"), key("z"), click("Apply"), click("Cancel")});
+    EXPECT_EQ(form.happened, "cell 2,1=z;command 18;");
+}
+
+TEST_F(UiTest, ADialogWithoutStepsIsCancelledAndTold) {
+    Form form;
+    EXPECT_EQ(run(form, {type("11", "kept")}), ui::kCancel);
+    EXPECT_TRUE(logged("has no steps left and is cancelled"));
+    EXPECT_TRUE(logged("11 edit \"kept\""));
+}
+
+TEST_F(UiTest, TheModelIsPrintedAsAPersonWouldSeeIt) {
+    Form form;
+    run(form, {cell(2, 2, "12"), show(), click("Cancel")});
+    EXPECT_TRUE(logged("[900] Form"));
+    EXPECT_TRUE(logged("* 17 grid 2 x 3, at (2, 2)"));
+    EXPECT_TRUE(logged("drop-down \"\" of {ASH|OAK}"));
+    EXPECT_TRUE(logged("'12'"));
+}
+
+TEST_F(UiTest, BoxesAreAnsweredInOrderAndDismissedWithoutAnAnswer) {
+    backend_.answerBox("Yes");
+    EXPECT_TRUE(ui::askYesNo("Please confirm", "Really?"));
+    EXPECT_FALSE(ui::askYesNo("Please confirm", "Really?"));
+    EXPECT_EQ(ui::messageBox("Error", "No!"), ui::kOk);
+    backend_.answerFile("folder\\file.mdb");
+    EXPECT_EQ(ui::fileBox({}), "folder/file.mdb");
+    EXPECT_EQ(ui::fileBox({}), std::nullopt);
+    EXPECT_TRUE(logged("box [Error] \"No!\" flags 0x40030 -> OK"));
+}
+
+TEST_F(UiTest, WithoutABackendNothingIsShown) {
+    ui::setBackend(nullptr);
+    Form form;
+    EXPECT_EQ(form.runModal(), ui::kNotCreated);
+    EXPECT_FALSE(ui::askYesNo("a", "b"));
+}
+
+TEST(Grid, RowsAndTypesMoveTogether) {
+    ui::Grid grid(1, 2, 2);
+    grid.setText(1, 1, "first");
+    grid.setText(1, 2, "second");
+    grid.setType(2, 2, ui::CellType::checkBox("No image!"));
+    grid.insertRow(2);
+    EXPECT_EQ(grid.text(1, 3), "second");
+    EXPECT_EQ(grid.type(2, 3).kind, ui::CellKind::CheckBox);
+    grid.swapRows(1, 3);
+    EXPECT_EQ(grid.text(1, 3), "first");
+    EXPECT_EQ(grid.type(2, 1).label, "No image!");
+    grid.removeRow(2);
+    EXPECT_EQ(grid.rows(), 2);
+    grid.setColumns(3);
+    EXPECT_EQ(grid.text(1, 2), "first");
+    grid.clearRows(1, 2);
+    EXPECT_EQ(grid.text(1, 2), "");
+    // Nothing outside the grid can be reached.
+    grid.setText(9, 9, "x");
+    grid.setActive(0, 7);
+    EXPECT_EQ(grid.text(9, 9), "");
+    EXPECT_EQ(grid.active().row, 1);
+}
+
+TEST(Grid, WidthsAreMeasuredInTheGridsFont) {
+    ui::Grid grid(1, 2, 1);
+    grid.setFont({"Courier New", 16, 8, 400});
+    grid.setColumnWidthInCharacters(1, 16.0);
+    EXPECT_EQ(grid.columnWidth(1), 128);
+    grid.setText(1, 1, "\xC3\xA9tage");  // five characters in six bytes
+    EXPECT_DOUBLE_EQ(grid.neededWidth(1, 1), 5.0);
+}
+
+TEST(Key, IsReadFromText) {
+    EXPECT_TRUE(ui::parseKey("shift+tab")->shift);
+    EXPECT_EQ(ui::parseKey("f3")->name, "F3");
+    EXPECT_EQ(ui::parseKey("+")->name, "+");
+    EXPECT_EQ(ui::parseKey("\xC3\xA9")->name, "\xC3\xA9");
+    EXPECT_FALSE(ui::parseKey("Hyper+x"));
+    EXPECT_FALSE(ui::parseKey("Enterr"));
+    EXPECT_EQ(ui::keyText(*ui::parseKey("Ctrl+Alt+x")), "Ctrl+Alt+x");
+}

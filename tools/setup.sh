@@ -1,0 +1,34 @@
+# Sourced by ./run and ./test: installs what a fresh Debian 12 machine lacks, and builds a preset.
+
+packages="g++ cmake ninja-build pkg-config libsqlite3-dev sqlite3 libgtest-dev python3 python3-ezdxf"
+
+# Only what is missing, and nothing at all when everything is there.
+install_missing() {
+    local missing=()
+    for package in $packages; do
+        dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'ok installed' || missing+=("$package")
+    done
+    [ ${#missing[@]} -eq 0 ] && return 0
+    local as_root=()
+    if [ "$(id -u)" -ne 0 ]; then
+        command -v sudo >/dev/null || { echo "Please install as root: ${missing[*]}" >&2; return 1; }
+        as_root=(sudo)
+    fi
+    echo "Installing: ${missing[*]}"
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get update -qq >/dev/null
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+}
+
+# build_preset PRESET [CMAKE-ARGUMENT ...]
+build_preset() {
+    local preset=$1 launcher=()
+    shift
+    command -v ccache >/dev/null && launcher=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
+    local log=build/$preset.log
+    mkdir -p build
+    if ! { cmake --preset "$preset" "${launcher[@]}" "$@" && cmake --build --preset "$preset"; } >"$log" 2>&1; then
+        tail -n 60 "$log" >&2
+        echo "The build has failed; all of its output is in $log." >&2
+        return 1
+    fi
+}
