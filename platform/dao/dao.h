@@ -116,7 +116,7 @@ class CDaoDatabase {
 class CDaoTableDef {
   public:
     explicit CDaoTableDef(CDaoDatabase* database) : database_(database) {}
-    ~CDaoTableDef() = default;
+    ~CDaoTableDef();
     CDaoTableDef(const CDaoTableDef&) = delete;
     CDaoTableDef& operator=(const CDaoTableDef&) = delete;
 
@@ -152,11 +152,12 @@ class CDaoTableDef {
     std::vector<CDaoFieldInfo> fields_;
     bool open_ = false;
     bool appended_ = false;
+    bool changed_ = false;  // something in the database that is to last
 };
 
 class CDaoRecordset {
   public:
-    explicit CDaoRecordset(CDaoDatabase* database) : database_(database) {}
+    explicit CDaoRecordset(CDaoDatabase* database);
     ~CDaoRecordset();
     CDaoRecordset(const CDaoRecordset&) = delete;
     CDaoRecordset& operator=(const CDaoRecordset&) = delete;
@@ -198,13 +199,20 @@ class CDaoRecordset {
 
   private:
     enum class Mode { kNone, kAdd, kEdit };
+    enum class Place { kEmpty, kBefore, kRecord, kBehind };
     int find(const std::string& name) const;
+    size_t checked(int index) const;
     void requireOpen() const;
+    void requireUpdatable() const;
     void requireRecord() const;
+    void moveTo(long position, Place otherwise);
 
     CDaoDatabase* database_;
     std::unique_ptr<dao::Cursor> cursor_;
     Mode mode_ = Mode::kNone;
+    Place place_ = Place::kEmpty;
+    long position_ = 0;
+    long visited_ = 0;
     std::vector<dao::Variant> buffer_;  // of Edit and AddNew
     std::vector<bool> touched_;         // fields set since then
 };

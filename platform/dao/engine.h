@@ -70,6 +70,9 @@ class Engine {
   public:
     virtual ~Engine() = default;
     virtual bool opens(const Source& source) const = 0;
+    // The connection to a file that this process has open already, to be shared: the file must then not even
+    // be read from elsewhere, since closing it would drop the locks that this process holds on it.
+    virtual std::shared_ptr<Connection> alreadyOpen(const Source&) { return nullptr; }
     virtual std::shared_ptr<Connection> open(const Source& source) = 0;
     // Whether new files are made by this engine.
     virtual bool creates() const { return false; }

@@ -1,0 +1,325 @@
+#include "platform/dao/access_sql.h"
+
+#include <algorithm>
+#include <array>
+
+#include "platform/dao/dao.h"
+#include "platform/text/text.h"
+
+namespace dao {
+namespace {
+
+struct Token {
+    enum Kind { kWord, kName, kText, kNumber, kDate, kSymbol, kEnd } kind = kEnd;
+    std::string text;  // without brackets and quotes
+    bool is(std::string_view word) const { return kind == kWord && text::equalNoCase(text, word); }
+    bool isSymbol(std::string_view symbol) const { return kind == kSymbol && text == symbol; }
+};
+
+[[noreturn]] void syntaxError(const std::string& what, std::string_view sql) {
+    throw CDaoException("Syntax error (" + what + ") in the statement: " + std::string(sql));
+}
+
+bool isWordStart(char c) {
+    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_' || (c & 0x80);
+}
+bool isDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+
+class Tokenizer {
+  public:
+    explicit Tokenizer(std::string_view sql) : sql_(sql) {}
+
+    std::vector<Token> all() {
+        std::vector<Token> tokens;
+        while (skipBlanks()) tokens.push_back(next());
+        while (!tokens.empty() && tokens.back().isSymbol(";")) tokens.pop_back();
+        return tokens;
+    }
+
+  private:
+    bool skipBlanks() {
+        while (at_ < sql_.size() && (sql_[at_] == ' ' || (sql_[at_] >= '\t' && sql_[at_] <= '\r'))) ++at_;
+        return at_ < sql_.size();
+    }
+
+    Token next() {
+        char c = sql_[at_];
+        if (c == '\'' || c == '"') return {Token::kText, quoted(c)};
+        if (c == '[') return {Token::kName, enclosed(']', "a bracket is missing")};
+        if (c == '`') return {Token::kName, enclosed('`', "a quote of a name is missing")};
+        if (c == '#') return {Token::kDate, enclosed('#', "a # of a date is missing")};
+        if (isWordStart(c))
+            return {Token::kWord, while_([](char d) { return isWordStart(d) || isDigit(d) || d == '$'; })};
+        if (isDigit(c) || (c == '.' && at_ + 1 < sql_.size() && isDigit(sql_[at_ + 1])))
+            return {Token::kNumber, number()};
+        for (std::string_view pair : {"<>", "<=", ">="})
+            if (sql_.substr(at_, 2) == pair) return at_ += 2, Token{Token::kSymbol, std::string(pair)};
+        if (std::string_view("()*,=<>+-/&.;").find(c) == std::string_view::npos)
+            syntaxError("the character " + std::string(1, c), sql_);
+        ++at_;
+        return {Token::kSymbol, std::string(1, c)};
+    }
+
+    // Text up to the closing quote; a doubled quote stands for one.
+    std::string quoted(char quote) {
+        std::string out;
+        for (++at_; at_ < sql_.size(); ++at_) {
+            if (sql_[at_] == quote && (at_ + 1 >= sql_.size() || sql_[at_ + 1] != quote)) return ++at_, out;
+            if (sql_[at_] == quote) ++at_;
+            out += sql_[at_];
+        }
+        syntaxError("a quote is missing", sql_);
+    }
+
+    std::string enclosed(char closing, const char* missing) {
+        size_t end = sql_.find(closing, at_ + 1);
+        if (end == std::string_view::npos) syntaxError(missing, sql_);
+        std::string out(sql_.substr(at_ + 1, end - at_ - 1));
+        at_ = end + 1;
+        return out;
+    }
+
+    template <typename Test>
+    std::string while_(Test test) {
+        size_t begin = at_;
+        while (at_ < sql_.size() && test(sql_[at_])) ++at_;
+        return std::string(sql_.substr(begin, at_ - begin));
+    }
+
+    std::string number() {
+        std::string out = while_([](char d) { return isDigit(d) || d == '.'; });
+        if (at_ < sql_.size() && (sql_[at_] == 'e' || sql_[at_] == 'E')) {
+            out += sql_[at_++];
+            if (at_ < sql_.size() && (sql_[at_] == '-' || sql_[at_] == '+')) out += sql_[at_++];
+            out += while_(isDigit);
+        }
+        return out;
+    }
+
+    std::string_view sql_;
+    size_t at_ = 0;
+};
+
+bool isKeyword(const Token& token) {
+    static constexpr std::array<std::string_view, 33> kWords = {
+        "SELECT", "FROM", "WHERE",  "AND",    "OR",   "NOT",   "IN",       "IS", "NULL",  "LIKE",   "BETWEEN",
+        "ORDER",  "BY",   "GROUP",  "HAVING", "ASC",  "DESC",  "DISTINCT", "AS", "ALL",   "UPDATE", "SET",
+        "INSERT", "INTO", "VALUES", "DELETE", "JOIN", "INNER", "LEFT",     "ON", "UNION", "EXISTS", "OUTER"};
+    return token.kind == Token::kWord && std::any_of(kWords.begin(), kWords.end(), [&](auto word) {
+               return text::equalNoCase(token.text, word);
+           });
+}
+
+bool isName(const Token& token) {
+    return token.kind == Token::kName || (token.kind == Token::kWord && !isKeyword(token));
+}
+
+bool hasForeignLetters(std::string_view s) {
+    return std::any_of(s.begin(), s.end(), [](char c) { return (c & 0x80) != 0; });
+}
+
+std::string dateLiteral(const std::string& s) {
+    Date date;
+    if (!dateFromText(s, date)) throw CDaoException("#" + s + "# is no date.");
+    Calendar c = calendarOf(date);
+    return text::format("'%04d-%02d-%02d %02d:%02d:%02d'", c.year, c.month, c.day, c.hour, c.minute,
+                        c.second);
+}
+
+// Writes tokens for SQLite.
+class Writer {
+  public:
+    explicit Writer(const std::vector<Token>& tokens) : tokens_(tokens) {}
+
+    std::string write(size_t begin, size_t end) {
+        std::vector<std::string> pieces;
+        bool condition = conditionFromStart_;
+        for (size_t i = begin; i < end; ++i) {
+            const Token& t = tokens_[i];
+            if (t.is("WHERE") || t.is("HAVING") || t.is("SET") || t.is("VALUES")) condition = true;
+            // SQLite compares text without regard to case only in the English alphabet. Other letters are
+            // folded by a function, which costs the index.
+            bool compared = (t.isSymbol("=") || t.isSymbol("<>")) && i > begin && i + 1 < end &&
+                            isName(tokens_[i - 1]) && tokens_[i + 1].kind == Token::kText &&
+                            hasForeignLetters(tokens_[i + 1].text) && !inSet_;
+            if (compared) {
+                pieces.back() = "UCASE(" + pieces.back() + ")";
+                pieces.push_back(t.text);
+                pieces.push_back(quotedText(text::upper(tokens_[++i].text)));
+                continue;
+            }
+            if (t.is("SET")) inSet_ = true;
+            if (t.is("WHERE")) inSet_ = false;
+            pieces.push_back(one(i, end, condition));
+        }
+        return text::join(pieces, " ");
+    }
+    void conditionFromStart() { conditionFromStart_ = true; }
+
+  private:
+    std::string one(size_t i, size_t end, bool condition) const {
+        const Token& t = tokens_[i];
+        bool call = i + 1 < end && tokens_[i + 1].isSymbol("(");
+        switch (t.kind) {
+            case Token::kName:
+                return quotedName(t.text);
+            case Token::kText:
+                return quotedText(t.text);
+            case Token::kDate:
+                return dateLiteral(t.text);
+            case Token::kSymbol:
+                return t.text == "&" ? "||" : t.text;
+            case Token::kWord:
+                if (condition && (t.is("TRUE") || t.is("YES"))) return "-1";
+                if (condition && (t.is("FALSE") || t.is("NO"))) return "0";
+                return isKeyword(t) || call ? t.text : quotedName(t.text);
+            default:
+                return t.text;
+        }
+    }
+
+    const std::vector<Token>& tokens_;
+    bool conditionFromStart_ = false;
+    bool inSet_ = false;
+};
+
+// The plain form of a SELECT, if it has one.
+class PlainSelect {
+  public:
+    PlainSelect(const std::vector<Token>& tokens, AccessStatement& out) : tokens_(tokens), out_(out) {}
+
+    void read() {
+        size_t i = 1;
+        if (!readColumns(i) || !at(i).is("FROM") || !isName(at(i + 1))) return;
+        out_.table = at(i + 1).text;
+        i += 2;
+        size_t where = 0, order = 0, end = tokens_.size();
+        int depth = 0;
+        for (size_t k = i; k < end; ++k) {
+            if (at(k).isSymbol("(")) ++depth;
+            if (at(k).isSymbol(")")) --depth;
+            if (at(k).is("SELECT") || at(k).is("UNION") || at(k).is("GROUP") || at(k).is("HAVING")) return;
+            if (depth == 0 && at(k).is("WHERE")) where = k;
+            if (depth == 0 && at(k).is("ORDER")) order = k;
+        }
+        if (i != end && i != where && i != order) return;  // a join, an alias
+        if (where && order && order < where) return;
+        Writer writer(tokens_);
+        writer.conditionFromStart();
+        size_t whereEnd = order ? order : end;
+        if (where) {
+            out_.where = writer.write(where + 1, whereEnd);
+            readEqualities(where + 1, whereEnd);
+        }
+        if (order) out_.orderBy = writer.write(order, end);
+        out_.plain = true;
+    }
+
+  private:
+    const Token& at(size_t i) const {
+        static const Token kNone;
+        return i < tokens_.size() ? tokens_[i] : kNone;
+    }
+
+    bool readColumns(size_t& i) {
+        if (at(i).isSymbol("*")) {
+            out_.columns.push_back("*");
+            ++i;
+            return true;
+        }
+        for (;; ++i) {
+            if (!isName(at(i))) return false;
+            out_.columns.push_back(at(i++).text);
+            if (!at(i).isSymbol(",")) return true;
+        }
+    }
+
+    // name = literal, joined by AND, up to anything else.
+    void readEqualities(size_t i, size_t end) {
+        std::vector<std::string> found;
+        while (i + 2 < end && isName(at(i)) && at(i + 1).isSymbol("=") && at(i + 2).kind == Token::kText &&
+               !hasForeignLetters(at(i + 2).text)) {
+            found.push_back(at(i).text);
+            i += 3;
+            if (i < end && !at(i).is("AND")) return;
+            ++i;
+        }
+        if (i >= end) out_.equalities = std::move(found);
+    }
+
+    const std::vector<Token>& tokens_;
+    AccessStatement& out_;
+};
+
+}  // namespace
+
+std::string quotedName(std::string_view name) {
+    return "\"" + text::replaceAll(name, "\"", "\"\"") + "\"";
+}
+std::string quotedText(std::string_view s) {
+    return "'" + text::replaceAll(s, "'", "''") + "'";
+}
+
+AccessStatement translateStatement(std::string_view sql) {
+    std::vector<Token> tokens = Tokenizer(sql).all();
+    if (tokens.empty()) syntaxError("it is empty", sql);
+    AccessStatement out;
+    out.select = tokens[0].is("SELECT");
+    bool changes = tokens[0].is("UPDATE") || tokens[0].is("INSERT") || tokens[0].is("DELETE");
+    if (!out.select && !changes) syntaxError("SELECT, INSERT, UPDATE or DELETE is expected", sql);
+    for (const Token& t : tokens)
+        if (t.isSymbol(";")) syntaxError("there is text behind the end", sql);
+    if (tokens[0].is("DELETE") && tokens.size() > 1 && tokens[1].isSymbol("*"))
+        tokens.erase(tokens.begin() + 1);
+    out.sql = Writer(tokens).write(0, tokens.size());
+    if (out.select) PlainSelect(tokens, out).read();
+    return out;
+}
+
+std::string translateRule(std::string_view rule, const std::string& field) {
+    // A rule leaves out what it speaks of: "YES" Or "NO" means field = "YES" or field = "NO".
+    std::vector<Token> tokens = Tokenizer(rule).all();
+    std::vector<Token> full;
+    bool operand = true;  // a comparison begins here
+    for (const Token& t : tokens) {
+        bool comparison =
+            t.kind == Token::kSymbol && std::string_view("<>=").find(t.text[0]) != std::string_view::npos;
+        bool other = t.is("IN") || t.is("LIKE") || t.is("BETWEEN") || t.is("IS");
+        bool literal = t.kind == Token::kText || t.kind == Token::kNumber || t.kind == Token::kDate;
+        if (operand && (comparison || other || literal)) {
+            full.push_back({Token::kName, field});
+            if (literal) full.push_back({Token::kSymbol, "="});
+        }
+        if (!t.isSymbol("(") && !t.is("NOT")) operand = t.is("AND") || t.is("OR");
+        full.push_back(t);
+    }
+    // BETWEEN a AND b keeps its AND to itself.
+    for (size_t i = 0; i + 5 < full.size(); ++i)
+        if (full[i].is("BETWEEN") && full[i + 2].is("AND") && full[i + 3].text == field &&
+            full[i + 4].isSymbol("="))
+            full.erase(full.begin() + static_cast<long>(i) + 3, full.begin() + static_cast<long>(i) + 5);
+    if (full.empty()) throw CDaoException("The validation rule of the field " + field + " is empty.");
+    Writer writer(full);
+    writer.conditionFromStart();
+    return writer.write(0, full.size());
+}
+
+std::string translateDefault(std::string_view expression, bool isText) {
+    std::string_view s = text::trim(expression);
+    if (!s.empty() && s.front() == '=') s = text::trim(s.substr(1));
+    std::vector<Token> tokens;
+    bool literal = !s.empty() && (s.front() == '"' || s.front() == '\'' || s.front() == '#');
+    if (isText && !literal) return quotedText(s);
+    tokens = Tokenizer(s).all();
+    if (!literal &&
+        !(tokens.size() == 1 && (tokens[0].kind == Token::kNumber || tokens[0].kind == Token::kWord)) &&
+        !(tokens.size() == 2 && tokens[0].isSymbol("-") && tokens[1].kind == Token::kNumber))
+        throw CDaoException("The default value " + std::string(s) + " is no text, number or date.");
+    Writer writer(tokens);
+    writer.conditionFromStart();
+    return writer.write(0, tokens.size());
+}
+
+}  // namespace dao

@@ -1,0 +1,40 @@
+// Statements in the dialect of Access, as SQLite understands them.
+//
+// Names may stand in brackets, text in single or double quotes, dates between # signs; True, False, Yes and
+// No are -1 and 0 in conditions; UCASE and LCASE are functions of the engine. A word that is no word of SQL
+// is a name, so that a misspelt field is an error and never silently a text.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace dao {
+
+struct AccessStatement {
+    bool select = false;
+    std::string sql;  // the whole statement for SQLite
+
+    // Set when a SELECT reads plain columns of one table, so that each of its records is a record of the
+    // table.
+    bool plain = false;
+    std::string table;
+    std::vector<std::string> columns;     // "*" alone for all
+    std::string where;                    // "" for none
+    std::string orderBy;                  // "" for none
+    std::vector<std::string> equalities;  // columns that must equal a literal
+};
+
+// Throws a CDaoException for text that is no statement.
+AccessStatement translateStatement(std::string_view sql);
+
+// A validation rule of a field ("YES" Or "NO", >= 0 And < 100) as a condition of SQLite.
+std::string translateRule(std::string_view rule, const std::string& field);
+// The default of a field as an expression of SQLite.
+std::string translateDefault(std::string_view expression, bool isText);
+
+// A name in double quotes, text in single quotes, each doubled inside.
+std::string quotedName(std::string_view name);
+std::string quotedText(std::string_view text);
+
+}  // namespace dao

@@ -1,0 +1,198 @@
+#include "platform/dao/convert.h"
+
+#include <charconv>
+#include <cmath>
+#include <limits>
+
+#include "platform/text/text.h"
+
+namespace dao {
+namespace {
+
+std::string_view nameOfType(int type) {
+    switch (type) {
+        case dbBoolean:
+            return "Yes or No";
+        case dbByte:
+        case dbInteger:
+        case dbLong:
+            return "whole numbers";
+        case dbCurrency:
+            return "amounts of money";
+        case dbSingle:
+        case dbDouble:
+            return "numbers";
+        case dbDate:
+            return "dates";
+        default:
+            return "text";
+    }
+}
+
+[[noreturn]] void conversionError(const Variant& value, const CDaoFieldInfo& field) {
+    std::string what = value.is<Binary>() ? "binary data" : "\"" + toText(value) + "\"";
+    throw CDaoException("Data type conversion error: the field " + field.name + " holds " +
+                        std::string(nameOfType(field.type)) + ", and " + what + " cannot be converted.");
+}
+
+[[noreturn]] void overflow(const Variant& value, const CDaoFieldInfo& field) {
+    throw CDaoException("Overflow: the number " + toText(value) + " is out of the range of the field " +
+                        field.name + ".");
+}
+
+// The whole text as one number with a decimal point, blanks around it allowed.
+bool numberFromText(std::string_view s, double& number) {
+    s = text::trim(s);
+    if (!s.empty() && s.front() == '+') s.remove_prefix(1);
+    // from_chars would also take "inf" and "nan".
+    size_t digit = s.find_first_not_of("-.");
+    if (digit == std::string_view::npos || s[digit] < '0' || s[digit] > '9') return false;
+    auto [end, error] = std::from_chars(s.data(), s.data() + s.size(), number);
+    return error == std::errc() && end == s.data() + s.size();
+}
+
+// Any value that counts as a number.
+struct ToNumber {
+    const Variant& value;
+    const CDaoFieldInfo& field;
+    double operator()(std::monostate) const { return 0; }
+    double operator()(bool v) const { return v ? -1 : 0; }
+    double operator()(uint8_t v) const { return v; }
+    double operator()(int16_t v) const { return v; }
+    double operator()(int32_t v) const { return v; }
+    double operator()(float v) const { return static_cast<double>(v); }
+    double operator()(double v) const { return v; }
+    double operator()(Currency v) const { return static_cast<double>(v.tenThousandths) / 10000.0; }
+    double operator()(Date v) const { return v.days; }
+    double operator()(const std::string& v) const {
+        double number;
+        if (!numberFromText(v, number)) conversionError(value, field);
+        return number;
+    }
+    double operator()(const Binary&) const { conversionError(value, field); }
+};
+
+double toNumber(const Variant& value, const CDaoFieldInfo& field) {
+    return std::visit(ToNumber{value, field}, value.content());
+}
+
+template <typename T>
+Variant toWhole(const Variant& value, const CDaoFieldInfo& field) {
+    if (value.is<T>()) return value;
+    double number = std::nearbyint(toNumber(value, field));
+    if (!(number >= std::numeric_limits<T>::min() && number <= std::numeric_limits<T>::max()))
+        overflow(value, field);
+    return Variant(static_cast<T>(number));
+}
+
+Variant toSingle(const Variant& value, const CDaoFieldInfo& field) {
+    if (value.is<float>()) return value;
+    double number = toNumber(value, field);
+    if (std::fabs(number) > static_cast<double>(std::numeric_limits<float>::max())) overflow(value, field);
+    return Variant(static_cast<float>(number));
+}
+
+Variant toCurrency(const Variant& value, const CDaoFieldInfo& field) {
+    if (value.is<Currency>()) return value;
+    double amount = std::nearbyint(toNumber(value, field) * 10000.0);
+    if (!(std::fabs(amount) < 9.2e18)) overflow(value, field);
+    return Variant(Currency{static_cast<int64_t>(amount)});
+}
+
+Variant toBoolean(const Variant& value, const CDaoFieldInfo& field) {
+    if (value.is<bool>()) return value;
+    if (value.is<std::string>()) {
+        std::string_view word = text::trim(value.get<std::string>());
+        for (const char* yes : {"True", "Yes", "On"})
+            if (text::equalNoCase(word, yes)) return Variant(true);
+        for (const char* no : {"False", "No", "Off"})
+            if (text::equalNoCase(word, no)) return Variant(false);
+    }
+    return Variant(toNumber(value, field) != 0);
+}
+
+Variant toDate(const Variant& value, const CDaoFieldInfo& field) {
+    if (value.is<Date>()) return value;
+    Date date;
+    if (value.is<std::string>()) {
+        if (!dateFromText(value.get<std::string>(), date)) conversionError(value, field);
+        return Variant(date);
+    }
+    date.days = toNumber(value, field);
+    if (!(date.days >= -657434.0 && date.days < 2958466.0)) overflow(value, field);
+    return Variant(date);
+}
+
+Variant toTextValue(const Variant& value, const CDaoFieldInfo& field) {
+    if (value.is<Binary>()) conversionError(value, field);
+    Variant result = value.is<std::string>() ? value : Variant(toText(value));
+    const std::string& s = result.get<std::string>();
+    long limit = field.type == dbText ? (field.size > 0 ? field.size : 255) : 0;
+    if (limit && static_cast<long>(s.size()) > limit && characters(s) > limit)
+        throw CDaoException("The text for the field " + field.name + " is too long: it holds " +
+                            std::to_string(limit) + " characters.");
+    return result;
+}
+
+Variant toBinary(const Variant& value, const CDaoFieldInfo& field) {
+    Binary bytes;
+    if (value.is<Binary>())
+        bytes = value.get<Binary>();
+    else if (value.is<std::string>())
+        bytes.assign(value.get<std::string>().begin(), value.get<std::string>().end());
+    else
+        conversionError(value, field);
+    if (field.type == dbBinary && field.size > 0 && static_cast<long>(bytes.size()) > field.size)
+        throw CDaoException("The data for the field " + field.name + " is too long: it holds " +
+                            std::to_string(field.size) + " bytes.");
+    return Variant(std::move(bytes));
+}
+
+}  // namespace
+
+long characters(std::string_view s) {
+    long count = 0;
+    for (char c : s) count += (static_cast<unsigned char>(c) & 0xC0) != 0x80;
+    return count;
+}
+
+bool isTextType(int type) {
+    return type == dbText || type == dbMemo || type == dbGUID;
+}
+
+Variant convertTo(const Variant& value, const CDaoFieldInfo& field) {
+    if (value.isNull()) return value;
+    switch (field.type) {
+        case dbBoolean:
+            return toBoolean(value, field);
+        case dbByte:
+            return toWhole<uint8_t>(value, field);
+        case dbInteger:
+            return toWhole<int16_t>(value, field);
+        case dbLong:
+            return toWhole<int32_t>(value, field);
+        case dbCurrency:
+            return toCurrency(value, field);
+        case dbSingle:
+            return toSingle(value, field);
+        case dbDouble:
+            return value.is<double>() ? value : Variant(toNumber(value, field));
+        case dbDate:
+            return toDate(value, field);
+        case dbBinary:
+        case dbLongBinary:
+            return toBinary(value, field);
+        default:
+            return toTextValue(value, field);
+    }
+}
+
+void checkValue(const Variant& value, const CDaoFieldInfo& field) {
+    if (value.isNull() && field.required)
+        throw CDaoException("The field " + field.name + " must have a value.");
+    if (!field.allowZeroLength && isTextType(field.type) && value.is<std::string>() &&
+        value.get<std::string>().empty())
+        throw CDaoException("The field " + field.name + " cannot hold text of no length.");
+}
+
+}  // namespace dao

@@ -1,0 +1,73 @@
+#include "platform/dao/dao.h"
+#include "platform/dao/engines.h"
+#include "platform/text/text.h"
+
+CDaoDatabase::CDaoDatabase() = default;
+
+CDaoDatabase::~CDaoDatabase() {
+    try {
+        Close();
+    } catch (const CDaoException&) {
+        // Whoever wants to hear of a failing commit calls Close.
+    }
+}
+
+void CDaoDatabase::Create(const std::string& path, const char* locale, int options) {
+    Close();
+    connection_ = dao::createSource(path, locale, options);
+}
+
+void CDaoDatabase::Open(const std::string& path, bool exclusive, bool readOnly, const std::string& connect) {
+    Close();
+    connection_ = dao::openSource(path, exclusive, readOnly, connect);
+}
+
+void CDaoDatabase::Close() {
+    // The connection is let go even when the commit fails.
+    std::shared_ptr<dao::Connection> closing = std::move(connection_);
+    connection_ = nullptr;
+    if (closing) closing->commit();
+}
+
+dao::Connection& CDaoDatabase::connection() const {
+    if (!connection_) throw CDaoException("The database is not open.");
+    return *connection_;
+}
+
+std::string CDaoDatabase::GetName() const {
+    return connection().name();
+}
+std::string CDaoDatabase::GetConnect() const {
+    return connection().connect();
+}
+std::string CDaoDatabase::GetVersion() const {
+    return connection().version();
+}
+
+int CDaoDatabase::GetTableDefCount() const {
+    return static_cast<int>(connection().tables().size());
+}
+
+void CDaoDatabase::GetTableDefInfo(int index, CDaoTableDefInfo& info) const {
+    std::vector<CDaoTableDefInfo> tables = connection().tables();
+    if (index < 0 || index >= static_cast<int>(tables.size()))
+        throw CDaoException("There is no table of the number " + std::to_string(index) + ".");
+    info = tables[static_cast<size_t>(index)];
+}
+
+void CDaoDatabase::GetTableDefInfo(const std::string& name, CDaoTableDefInfo& info) const {
+    for (CDaoTableDefInfo& table : connection().tables())
+        if (text::equalNoCase(table.name, name)) {
+            info = std::move(table);
+            return;
+        }
+    throw CDaoException("Cannot find the table " + name + ".");
+}
+
+void CDaoDatabase::DeleteTableDef(const std::string& name) {
+    connection().deleteTable(name);
+}
+
+void CDaoDatabase::Execute(const std::string& sql, int options) {
+    connection().execute(sql, options);
+}

@@ -1,0 +1,94 @@
+#include "platform/dao/engines.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+#include "platform/files/files.h"
+#include "platform/text/text.h"
+
+namespace dao {
+namespace {
+
+std::vector<std::shared_ptr<Engine>>& engines() {
+    static std::vector<std::shared_ptr<Engine>> list = {sqliteEngine()};
+    return list;
+}
+
+int lockTimeoutMilliseconds = 3000;
+
+std::string readHead(const std::string& path) {
+    if (files::isFolder(path)) throw CDaoException("\"" + path + "\" is a folder, not a database.");
+    std::FILE* file = std::fopen(path.c_str(), "rb");
+    if (!file) {
+        if (errno == ENOENT || errno == ENOTDIR)
+            throw CDaoException("Cannot find the file \"" + path + "\".");
+        throw CDaoException("Cannot open the file \"" + path + "\": " + std::strerror(errno) + ".");
+    }
+    char bytes[64];
+    size_t size = std::fread(bytes, 1, sizeof bytes, file);
+    std::fclose(file);
+    return std::string(bytes, size);
+}
+
+bool isAccessFile(std::string_view head) {
+    return head.size() >= 20 && head.substr(0, 4) == std::string_view("\0\1\0\0", 4) &&
+           (head.substr(4, 15) == "Standard Jet DB" || head.substr(4, 15) == "Standard ACE DB");
+}
+
+[[noreturn]] void noEngine(const Source& source) {
+    if (!source.connect.empty())
+        throw CDaoException("This version cannot open ODBC sources: there is no engine for \"" +
+                            source.connect + "\".");
+    if (isAccessFile(source.head))
+        throw CDaoException("\"" + source.path + "\" is an Access file; this version cannot open it yet.");
+    throw CDaoException("The file \"" + source.path + "\" is no database, or one of an unknown format.");
+}
+
+}  // namespace
+
+std::shared_ptr<Connection> Engine::create(const std::string&, const std::string&, int) {
+    throw CDaoException("This engine makes no new files.");
+}
+
+void registerEngine(std::shared_ptr<Engine> engine) {
+    engines().push_back(std::move(engine));
+}
+
+void unregisterEngine(const Engine* engine) {
+    std::erase_if(engines(), [engine](const auto& e) { return e.get() == engine; });
+}
+
+void setLockTimeout(int milliseconds) {
+    lockTimeoutMilliseconds = std::max(0, milliseconds);
+}
+int lockTimeout() {
+    return lockTimeoutMilliseconds;
+}
+
+std::shared_ptr<Connection> openSource(const std::string& path, bool exclusive, bool readOnly,
+                                       const std::string& connect) {
+    Source source{files::onDisk(path), connect, "", exclusive, readOnly};
+    if (path.empty() && connect.empty()) throw CDaoException("No database was named.");
+    if (!path.empty()) {
+        for (const auto& engine : engines())
+            if (auto open = engine->alreadyOpen(source)) return open;
+        source.head = readHead(source.path);
+    }
+    for (auto it = engines().rbegin(); it != engines().rend(); ++it)
+        if ((*it)->opens(source)) return (*it)->open(source);
+    noEngine(source);
+}
+
+std::shared_ptr<Connection> createSource(const std::string& path, const std::string& locale, int options) {
+    std::string target = files::native(path);
+    if (target.empty()) throw CDaoException("No database was named.");
+    if (files::isFolder(target)) throw CDaoException("\"" + target + "\" is a folder, not a database.");
+    if (files::exists(target)) throw CDaoException("The database \"" + target + "\" exists already.");
+    for (auto it = engines().rbegin(); it != engines().rend(); ++it)
+        if ((*it)->creates()) return (*it)->create(target, locale, options);
+    throw CDaoException("This version makes no new databases.");
+}
+
+}  // namespace dao

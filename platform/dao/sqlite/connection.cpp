@@ -1,0 +1,339 @@
+#include "platform/dao/sqlite/connection.h"
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <filesystem>
+
+#include "platform/dao/access_sql.h"
+#include "platform/dao/engines.h"
+#include "platform/dao/names.h"
+#include "platform/dao/sqlite/cursor.h"
+#include "platform/dao/sqlite/schema.h"
+#include "platform/files/files.h"
+#include "platform/text/text.h"
+
+namespace dao::sqlite {
+namespace {
+
+constexpr int kApplicationId = 0x4E6F4749;
+// Below this many rows a search reads them all as fast as an index would find one.
+constexpr int64_t kRowsWorthAnIndex = 1000;
+constexpr const char* kRebuilding = "MSysRebuilding";
+
+// Changes the case of every letter of text, not only of the English ones.
+template <std::string (*Change)(std::string_view)>
+void changeCase(sqlite3_context* context, int, sqlite3_value** arguments) {
+    auto* bytes = reinterpret_cast<const char*>(sqlite3_value_text(arguments[0]));
+    if (!bytes) return sqlite3_result_null(context);
+    std::string changed = Change({bytes, static_cast<size_t>(sqlite3_value_bytes(arguments[0]))});
+    sqlite3_result_text(context, changed.c_str(), static_cast<int>(changed.size()), SQLITE_TRANSIENT);
+}
+
+// A file without any permission to write is read-only for everybody, as a file with the read-only attribute
+// is.
+bool isReadOnlyFile(const std::string& path) {
+    struct stat s;
+    return ::stat(path.c_str(), &s) == 0 && !(s.st_mode & 0222);
+}
+
+sqlite3* openHandle(const std::string& path, int flags) {
+    sqlite3* db = nullptr;
+    std::string absolute = std::filesystem::absolute(path).string();
+    if (sqlite3_open_v2(absolute.c_str(), &db, flags | SQLITE_OPEN_NOMUTEX, nullptr) == SQLITE_OK) {
+        sqlite3_extended_result_codes(db, 1);
+        sqlite3_busy_timeout(db, lockTimeout());
+        return db;
+    }
+    std::string reason = db ? sqlite3_errmsg(db) : "out of memory";
+    sqlite3_close(db);
+    throw CDaoException("Cannot open the database \"" + path + "\": " + reason + ".");
+}
+
+int64_t pragmaInteger(sqlite3* db, const char* pragma) {
+    Statement s(db, std::string("PRAGMA ") + pragma);
+    return s.step() ? s.integer(0) : 0;
+}
+
+bool findNoCase(const std::vector<std::string>& names, std::string_view wanted) {
+    return std::any_of(names.begin(), names.end(),
+                       [&](const auto& name) { return text::equalNoCase(name, wanted); });
+}
+
+}  // namespace
+
+void makeEmptyFile(const std::string& path, int version) {
+    sqlite3* db = openHandle(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+    std::string pragmas = "PRAGMA application_id = " + std::to_string(kApplicationId) +
+                          "; PRAGMA user_version = " + std::to_string(version);
+    int result = sqlite3_exec(db, pragmas.c_str(), nullptr, nullptr, nullptr);
+    std::string reason = sqlite3_errmsg(db);
+    sqlite3_close(db);
+    if (result == SQLITE_OK) return;
+    files::remove(path);
+    throw CDaoException("Cannot make the database \"" + path + "\": " + reason + ".");
+}
+
+SqliteConnection::SqliteConnection(const Source& source) : path_(source.path) {
+    bool readOnly = source.readOnly || isReadOnlyFile(path_);
+    db_ = openHandle(path_, readOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE);
+    try {
+        sqlite3_db_config(db_, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
+        sqlite3_create_function_v2(db_, "UCASE", 1, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr,
+                                   changeCase<text::upper>, nullptr, nullptr, nullptr);
+        sqlite3_create_function_v2(db_, "LCASE", 1, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr,
+                                   changeCase<text::lower>, nullptr, nullptr, nullptr);
+        run("PRAGMA synchronous = EXTRA");
+        run("PRAGMA cache_size = -16000");
+        if (source.exclusive) {
+            run("PRAGMA locking_mode = EXCLUSIVE");
+            run("BEGIN EXCLUSIVE");
+            run("COMMIT");
+        }
+        // The first reading of the file: it tells a damaged and a locked one.
+        version_ = pragmaInteger(db_, "user_version") == 3 ? "3.0" : "4.0";
+        pragmaInteger(db_, "schema_version");
+    } catch (...) {
+        sqlite3_close_v2(db_);
+        throw;
+    }
+}
+
+SqliteConnection::~SqliteConnection() {
+    statements_.clear();
+    sqlite3_close_v2(db_);
+}
+
+std::vector<CDaoTableDefInfo> SqliteConnection::tables() {
+    auto s = prepared(
+        "SELECT name FROM sqlite_master WHERE type = 'table' AND name NOT LIKE 'sqlite\\_%' ESCAPE '\\'");
+    Resetting resetting(*s);
+    std::vector<CDaoTableDefInfo> tables;
+    while (s->step()) tables.push_back({s->text(0), "", true});
+    return tables;
+}
+
+std::vector<CDaoFieldInfo> SqliteConnection::fields(const std::string& table) {
+    return describeTable(db_, table);
+}
+
+std::string SqliteConnection::findTable(const std::string& name, bool& isView) {
+    auto s = prepared(
+        "SELECT name, type = 'view' FROM sqlite_master WHERE name = ?1 COLLATE NOCASE AND "
+        "type IN ('table', 'view')");
+    Resetting resetting(*s);
+    Variant wanted(name);
+    s->bind(1, wanted);
+    if (!s->step()) return "";
+    isView = s->integer(1) != 0;
+    return s->text(0);
+}
+
+void SqliteConnection::requireTable(const std::string& table) {
+    bool isView = false;
+    if (findTable(table, isView).empty() || isView)
+        throw CDaoException("Cannot find the table " + table + ".");
+}
+
+template <typename Change>
+void SqliteConnection::changeSchema(Change change) {
+    beginWrite();
+    run("SAVEPOINT change");
+    try {
+        change();
+    } catch (...) {
+        sqlite3_exec(db_, "ROLLBACK TO change; RELEASE change", nullptr, nullptr, nullptr);
+        throw;
+    }
+    run("RELEASE change");
+}
+
+void SqliteConnection::createTable(const std::string& table, const std::vector<CDaoFieldInfo>& fields) {
+    bool isView = false;
+    if (!findTable(table, isView).empty()) throw CDaoException("The table " + table + " exists already.");
+    changeSchema([&] { run(createTableStatement(table, fields)); });
+}
+
+void SqliteConnection::deleteTable(const std::string& table) {
+    requireTable(table);
+    changeSchema([&] { run("DROP TABLE " + quotedName(table)); });
+}
+
+void SqliteConnection::renameTable(const std::string& table, const std::string& newName) {
+    requireTable(table);
+    bool isView = false;
+    if (!text::equalNoCase(table, newName) && !findTable(newName, isView).empty())
+        throw CDaoException("The table " + newName + " exists already.");
+    changeSchema([&] {
+        // The indexes made here carry the table's name. They come back under the new one when they are
+        // wanted.
+        for (const std::string& index : indexesWith(table, "")) run("DROP INDEX " + quotedName(index));
+        run("ALTER TABLE " + quotedName(table) + " RENAME TO " + quotedName(newName));
+    });
+}
+
+void SqliteConnection::createField(const std::string& table, const CDaoFieldInfo& field) {
+    requireTable(table);
+    changeSchema([&] {
+        if (!(field.attributes & dbAutoIncrField))
+            return run("ALTER TABLE " + quotedName(table) + " ADD COLUMN " + columnDefinition(field));
+        std::vector<CDaoFieldInfo> all = fields(table);
+        for (const CDaoFieldInfo& other : all)
+            if (other.attributes & dbAutoIncrField)
+                throw CDaoException("The table " + table + " has a field that counts by itself already.");
+        all.push_back(field);
+        rebuild(table, all);
+    });
+}
+
+void SqliteConnection::deleteField(const std::string& table, const std::string& field) {
+    requireTable(table);
+    std::vector<CDaoFieldInfo> all = fields(table);
+    int index = findField(all, field);
+    if (index < 0) noSuchField(field);
+    if (all.size() == 1)
+        throw CDaoException("The field " + field + " is the only one of the table " + table + ".");
+    bool counts = (all[static_cast<size_t>(index)].attributes & dbAutoIncrField) != 0;
+    changeSchema([&] {
+        for (const std::string& name : indexesWith(table, field)) run("DROP INDEX " + quotedName(name));
+        all.erase(all.begin() + index);
+        if (counts)
+            rebuild(table, all);
+        else
+            run("ALTER TABLE " + quotedName(table) + " DROP COLUMN " + quotedName(field));
+    });
+}
+
+void SqliteConnection::rebuild(const std::string& table, const std::vector<CDaoFieldInfo>& newFields) {
+    if (!isOwnTable(db_, table))
+        throw CDaoException("The table " + table +
+                            " was made by another program, which alone can change it so.");
+    std::vector<CDaoFieldInfo> oldFields = fields(table);
+    std::vector<std::string> kept;
+    for (const CDaoFieldInfo& field : newFields)
+        if (findField(oldFields, field.name) >= 0) kept.push_back(quotedName(field.name));
+    std::string columns = text::join(kept, ", ");
+    run(createTableStatement(kRebuilding, newFields));
+    run("INSERT INTO " + quotedName(kRebuilding) + " (" + columns + ") SELECT " + columns + " FROM " +
+        quotedName(table) + " ORDER BY rowid");
+    run("DROP TABLE " + quotedName(table));
+    run("ALTER TABLE " + quotedName(kRebuilding) + " RENAME TO " + quotedName(table));
+}
+
+std::vector<std::string> SqliteConnection::indexesWith(const std::string& table, const std::string& column) {
+    std::vector<std::string> found;
+    Statement list(db_, "PRAGMA index_list(" + quotedName(table) + ")");
+    while (list.step()) {
+        if (list.text(3) != "c") continue;  // part of a UNIQUE or PRIMARY KEY
+        Statement info(db_, "PRAGMA index_info(" + quotedName(list.text(1)) + ")");
+        bool has = column.empty();
+        while (info.step()) has = has || text::equalNoCase(info.text(2), column);
+        if (has) found.push_back(list.text(1));
+    }
+    return found;
+}
+
+void SqliteConnection::indexFor(const std::string& table, const std::vector<std::string>& columns) {
+    Statement size(db_, "SELECT max(rowid) FROM " + quotedName(table));
+    if (!size.step() || size.integer(0) < kRowsWorthAnIndex) return;
+    size.reset();
+    std::vector<CDaoFieldInfo> all = fields(table);
+    for (const std::string& column : columns) {
+        int field = findField(all, column);
+        if (field < 0 || (all[static_cast<size_t>(field)].attributes & dbAutoIncrField)) return;
+    }
+    Statement list(db_, "PRAGMA index_list(" + quotedName(table) + ")");
+    while (list.step()) {
+        Statement info(db_, "PRAGMA index_info(" + quotedName(list.text(1)) + ")");
+        if (info.step() && findNoCase(columns, info.text(2))) return;
+    }
+    list.reset();
+    std::vector<std::string> quoted;
+    for (const std::string& column : columns) quoted.push_back(quotedName(column));
+    std::string name = table + " by " + text::join(columns, ", ");
+    sqlite3_busy_timeout(db_, 0);
+    sqlite3_exec(db_,
+                 ("CREATE INDEX IF NOT EXISTS " + quotedName(name) + " ON " + quotedName(table) + " (" +
+                  text::join(quoted, ", ") + ")")
+                     .c_str(),
+                 nullptr, nullptr, nullptr);
+    sqlite3_busy_timeout(db_, lockTimeout());
+}
+
+void SqliteConnection::execute(const std::string& sql, int) {
+    AccessStatement statement = translateStatement(sql);
+    if (statement.select) throw CDaoException("A SELECT is opened as a record set and cannot be executed.");
+    Statement s(db_, statement.sql);
+    beginWrite();
+    s.run();
+    wrote();
+}
+
+std::unique_ptr<Cursor> SqliteConnection::open(int type, const std::string& sql, int) {
+    bool isView = false;
+    std::string whole = findTable(std::string(text::trim(sql)), isView);
+    AccessStatement statement = translateStatement(whole.empty() ? sql : "SELECT * FROM [" + whole + "]");
+    if (!statement.select) throw CDaoException("A record set needs a SELECT: " + sql);
+    if (statement.plain && type != dbOpenSnapshot) {
+        statement.table = findTable(std::string(statement.table), isView);
+        std::string rowId = statement.table.empty() || isView ? "" : rowIdOf(statement.table);
+        if (!rowId.empty()) {
+            if (!statement.equalities.empty()) indexFor(statement.table, statement.equalities);
+            return std::make_unique<KeyCursor>(shared_from_this(), statement, rowId);
+        }
+    }
+    return std::make_unique<SnapshotCursor>(shared_from_this(), statement.sql);
+}
+
+std::string SqliteConnection::rowIdOf(const std::string& table) {
+    std::vector<CDaoFieldInfo> all = fields(table);
+    for (const char* name : {"rowid", "_rowid_", "oid"}) {
+        if (findField(all, name) >= 0) continue;
+        sqlite3_stmt* probe = nullptr;
+        std::string sql = std::string("SELECT ") + name + " FROM " + quotedName(table);
+        bool good = sqlite3_prepare_v2(db_, sql.c_str(), -1, &probe, nullptr) == SQLITE_OK;
+        sqlite3_finalize(probe);
+        return good ? name : "";
+    }
+    return "";
+}
+
+void SqliteConnection::run(const std::string& sql) {
+    Statement(db_, sql).run();
+}
+
+std::shared_ptr<Statement> SqliteConnection::prepared(const std::string& sql) {
+    constexpr size_t kKept = 64;
+    auto it = statements_.find(sql);
+    if (it != statements_.end()) return it->second;
+    if (statements_.size() >= kKept) statements_.clear();  // those in use live on with their users
+    return statements_[sql] = std::make_shared<Statement>(db_, sql);
+}
+
+void SqliteConnection::beginWrite() {
+    if (!sqlite3_get_autocommit(db_)) return;
+    prepared("BEGIN IMMEDIATE")->run();
+    writes_ = 0;
+    began_ = std::chrono::steady_clock::now();
+}
+
+void SqliteConnection::wrote() {
+    ++writes_;
+    bool lookAtClock = writes_ % 64 == 0;
+    if (writes_ >= kWritesShared ||
+        (lookAtClock && std::chrono::steady_clock::now() - began_ >= std::chrono::seconds(kSecondsShared)))
+        commit();
+}
+
+void SqliteConnection::commit() {
+    if (sqlite3_get_autocommit(db_)) return;
+    try {
+        prepared("COMMIT")->run();
+    } catch (const CDaoException&) {
+        // What cannot be made to last is undone, so that the file is not left locked.
+        if (!sqlite3_get_autocommit(db_)) sqlite3_exec(db_, "ROLLBACK", nullptr, nullptr, nullptr);
+        throw;
+    }
+}
+
+}  // namespace dao::sqlite

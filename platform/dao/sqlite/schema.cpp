@@ -1,0 +1,244 @@
+#include "platform/dao/sqlite/schema.h"
+
+#include <algorithm>
+#include <cctype>
+#include <utility>
+
+#include "platform/dao/access_sql.h"
+#include "platform/dao/convert.h"
+#include "platform/dao/names.h"
+#include "platform/dao/sqlite/statement.h"
+#include "platform/text/text.h"
+
+namespace dao::sqlite {
+namespace {
+
+constexpr std::string_view kRulePrefix = "rule ";
+
+std::string declaredType(const CDaoFieldInfo& field) {
+    switch (field.type) {
+        case dbBoolean:
+            return "BOOLEAN";
+        case dbByte:
+            return "TINYINT";
+        case dbInteger:
+            return "SMALLINT";
+        case dbLong:
+            return "INTEGER";
+        case dbCurrency:
+            return "CURRENCY";
+        case dbSingle:
+            return "FLOAT4";
+        case dbDouble:
+            return "DOUBLE";
+        case dbDate:
+            return "DATETIME";
+        case dbBinary:
+            return "BLOB(" + std::to_string(field.size) + ")";
+        case dbLongBinary:
+            return "BLOB";
+        case dbGUID:
+            return "TEXT_GUID";
+        case dbMemo:
+            return "TEXT";
+        default:
+            return "TEXT(" + std::to_string(field.size) + ")";
+    }
+}
+
+// The tokens of a CREATE TABLE statement: names and texts with their quotes taken off, everything else as it
+// is.
+struct SchemaToken {
+    std::string text;
+    bool quoted = false;
+    bool is(std::string_view word) const { return !quoted && text::equalNoCase(text, word); }
+    bool operator==(const SchemaToken&) const = default;
+};
+
+size_t skipComment(std::string_view sql, size_t at) {
+    if (sql.substr(at, 2) == "--") return std::min(sql.find('\n', at), sql.size());
+    if (sql.substr(at, 2) == "/*") {
+        size_t end = sql.find("*/", at + 2);
+        return end == std::string_view::npos ? sql.size() : end + 2;
+    }
+    return at;
+}
+
+SchemaToken quotedToken(std::string_view sql, size_t& at) {
+    char closing = sql[at] == '[' ? ']' : sql[at];
+    SchemaToken token{"", true};
+    for (++at; at < sql.size(); ++at) {
+        if (sql[at] == closing) {
+            if (closing == ']' || at + 1 >= sql.size() || sql[at + 1] != closing) break;
+            ++at;
+        }
+        token.text += sql[at];
+    }
+    if (at < sql.size()) ++at;
+    return token;
+}
+
+std::vector<SchemaToken> schemaTokens(std::string_view sql) {
+    std::vector<SchemaToken> tokens;
+    auto isWord = [](char c) {
+        return std::isalnum(static_cast<unsigned char>(c)) || c == '_' || c == '.' || (c & 0x80);
+    };
+    for (size_t at = 0; at < sql.size();) {
+        char c = sql[at];
+        if (size_t behind = skipComment(sql, at); behind != at) {
+            at = behind;
+        } else if (std::isspace(static_cast<unsigned char>(c))) {
+            ++at;
+        } else if (c == '"' || c == '\'' || c == '[' || c == '`') {
+            tokens.push_back(quotedToken(sql, at));
+        } else if (isWord(c)) {
+            size_t begin = at;
+            while (at < sql.size() && isWord(sql[at])) ++at;
+            tokens.push_back({std::string(sql.substr(begin, at - begin))});
+        } else {
+            tokens.push_back({std::string(1, c)});
+            ++at;
+        }
+    }
+    return tokens;
+}
+
+using ColumnTokens = std::vector<SchemaToken>;
+
+// The definitions between the outer parentheses of CREATE TABLE, one list of tokens each.
+std::vector<ColumnTokens> splitDefinitions(const std::string& sql) {
+    std::vector<ColumnTokens> definitions;
+    int depth = 0;
+    for (SchemaToken& t : schemaTokens(sql)) {
+        if (t.is(")") && --depth == 0) break;
+        if (depth == 1 && t.is(","))
+            definitions.emplace_back();
+        else if (depth >= 1)
+            definitions.back().push_back(t);
+        if (t.is("(") && ++depth == 1) definitions.emplace_back();
+    }
+    return definitions;
+}
+
+// What the CHECKs of a column say about its field.
+void readChecks(const ColumnTokens& column, CDaoFieldInfo& field) {
+    field.allowZeroLength = isTextType(field.type);
+    for (size_t i = 0; i + 1 < column.size(); ++i) {
+        if (column[i].is("CONSTRAINT") && i + 2 < column.size() && column[i + 2].is("CHECK"))
+            if (std::string rule = ruleOfConstraint(column[i + 1].text); !rule.empty())
+                field.validationRule = rule;
+        if (column[i].is("CHECK") && i + 7 < column.size() && column[i + 2].is("length") &&
+            column[i + 6].is("BETWEEN") && column[i + 7].is("1"))
+            field.allowZeroLength = false;
+        if (column[i].is("AUTOINCREMENT")) field.attributes |= dbAutoIncrField;
+    }
+}
+
+std::string storedSql(sqlite3* db, const std::string& table) {
+    Statement s(db,
+                "SELECT sql FROM sqlite_master WHERE name = ?1 COLLATE NOCASE AND type IN ('table', 'view')");
+    Variant name(table);
+    s.bind(1, name);
+    if (!s.step()) throw CDaoException("Cannot find the table " + table + ".");
+    return s.text(0);
+}
+
+// DEFAULT 'NO' as the expression "NO"; numbers stay.
+std::string defaultExpression(const std::string& sql) {
+    if (sql.size() < 2 || sql.front() != '\'') return sql == "NULL" ? "" : sql;
+    std::string content = text::replaceAll(std::string_view(sql).substr(1, sql.size() - 2), "''", "'");
+    return "\"" + text::replaceAll(content, "\"", "\"\"") + "\"";
+}
+
+long sizeInType(std::string_view declared) {
+    size_t open = declared.find('(');
+    return open == std::string_view::npos ? 0 : text::toLong(declared.substr(open + 1));
+}
+
+}  // namespace
+
+std::string columnDefinition(const CDaoFieldInfo& field) {
+    std::string name = quotedName(field.name);
+    if (field.attributes & dbAutoIncrField) return name + " INTEGER PRIMARY KEY AUTOINCREMENT";
+    std::string out = name + " " + declaredType(field);
+    if (isTextType(field.type)) out += " COLLATE NOCASE";
+    if (field.required) out += " NOT NULL";
+    if (!field.defaultValue.empty())
+        out += " DEFAULT " + translateDefault(field.defaultValue, isTextType(field.type));
+    std::string size = std::to_string(field.size);
+    if (field.type == dbText)
+        out +=
+            " CHECK(length(" + name + ") " + (field.allowZeroLength ? "<= " : "BETWEEN 1 AND ") + size + ")";
+    else if (isTextType(field.type) && !field.allowZeroLength)
+        out += " CHECK(length(" + name + ") BETWEEN 1 AND 1000000000)";
+    if (!field.validationRule.empty())
+        out += " CONSTRAINT " + quotedName(std::string(kRulePrefix) + field.validationRule) + " CHECK(" +
+               translateRule(field.validationRule, field.name) + ")";
+    return out;
+}
+
+std::string createTableStatement(const std::string& table, const std::vector<CDaoFieldInfo>& fields) {
+    std::vector<std::string> columns;
+    for (const CDaoFieldInfo& field : fields) columns.push_back("\n  " + columnDefinition(field));
+    return "CREATE TABLE " + quotedName(table) + " (" + text::join(columns, ",") + "\n)";
+}
+
+std::vector<CDaoFieldInfo> describeTable(sqlite3* db, const std::string& table) {
+    std::vector<ColumnTokens> definitions = splitDefinitions(storedSql(db, table));
+    std::vector<CDaoFieldInfo> fields;
+    Statement s(db, "PRAGMA table_xinfo(" + quotedName(table) + ")");
+    while (s.step()) {
+        if (s.integer(6) != 0) continue;  // hidden and computed columns
+        CDaoFieldInfo field;
+        field.name = s.text(1);
+        typeOfColumn(s.text(2), field);
+        // A column of another program may have a name that could not be given here.
+        std::string name = std::exchange(field.name, "x");
+        field = completed(field);
+        field.name = name;
+        field.required = s.integer(3) != 0;
+        field.defaultValue = defaultExpression(s.text(4));
+        field.ordinalPosition = static_cast<int>(fields.size());
+        field.allowZeroLength = isTextType(field.type);
+        for (const ColumnTokens& column : definitions)
+            if (!column.empty() && column[0].text == field.name) readChecks(column, field);
+        fields.push_back(std::move(field));
+    }
+    return fields;
+}
+
+bool isOwnTable(sqlite3* db, const std::string& table) {
+    return splitDefinitions(storedSql(db, table)) ==
+           splitDefinitions(createTableStatement(table, describeTable(db, table)));
+}
+
+void typeOfColumn(std::string_view declared, CDaoFieldInfo& field) {
+    // The first word that occurs in the type decides.
+    static constexpr struct {
+        std::string_view word;
+        int type;
+    } kTypes[] = {
+        {"GUID", dbGUID},         {"BOOL", dbBoolean},      {"TINYINT", dbByte},   {"SMALLINT", dbInteger},
+        {"INT", dbLong},          {"CURRENCY", dbCurrency}, {"MONEY", dbCurrency}, {"FLOAT4", dbSingle},
+        {"FLOA", dbDouble},       {"DOUB", dbDouble},       {"REAL", dbDouble},    {"DEC", dbDouble},
+        {"NUM", dbDouble},        {"DATE", dbDate},         {"TIME", dbDate},      {"BLOB", dbLongBinary},
+        {"BINARY", dbLongBinary},
+    };
+    std::string type = text::upper(text::trim(declared));
+    long size = sizeInType(type);
+    bool sized = size > 0 && size <= 255;
+    field.type = sized ? dbText : dbMemo;
+    for (const auto& known : kTypes)
+        if (type.find(known.word) != std::string::npos) {
+            field.type = known.type == dbLongBinary && sized ? dbBinary : known.type;
+            break;
+        }
+    field.size = field.type == dbText || field.type == dbBinary ? size : 0;
+}
+
+std::string ruleOfConstraint(std::string_view constraint) {
+    return text::startsWith(constraint, kRulePrefix) ? std::string(constraint.substr(kRulePrefix.size()))
+                                                     : "";
+}
+
+}  // namespace dao::sqlite

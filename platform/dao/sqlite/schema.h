@@ -1,0 +1,36 @@
+// Tables as SQLite holds them, readable by any of its tools.
+//
+//   "GIS_NAME" TEXT(255) COLLATE NOCASE CHECK(length("GIS_NAME") BETWEEN 1 AND 255)
+//   "IS_CURRENT" TEXT(255) COLLATE NOCASE DEFAULT 'NO' CHECK(length("IS_CURRENT") <= 255)
+//       CONSTRAINT "rule ""YES"" Or ""NO""" CHECK("IS_CURRENT" = 'YES' OR "IS_CURRENT" = 'NO')
+//   "NO_GIS" INTEGER PRIMARY KEY AUTOINCREMENT
+//
+// The declared type, the CHECK on the length and the name of the rule's constraint are all that is needed to
+// read a field's properties back. Tables made by other programs are read as far as these go.
+#pragma once
+
+#include <sqlite3.h>
+
+#include <string>
+#include <vector>
+
+#include "platform/dao/dao.h"
+
+namespace dao::sqlite {
+
+// One column of CREATE TABLE or ALTER TABLE ADD COLUMN.
+std::string columnDefinition(const CDaoFieldInfo& field);
+std::string createTableStatement(const std::string& table, const std::vector<CDaoFieldInfo>& fields);
+
+// The fields of a table or view. Throws when there is none of that name.
+std::vector<CDaoFieldInfo> describeTable(sqlite3* db, const std::string& table);
+// Whether a table is exactly what createTableStatement makes of its fields, so that it can be built anew
+// without losing anything.
+bool isOwnTable(sqlite3* db, const std::string& table);
+
+// The type of a field by the declared type of a column, and the size of text and binary ones.
+void typeOfColumn(std::string_view declared, CDaoFieldInfo& field);
+// The rule behind the name of its constraint; "" for other constraints.
+std::string ruleOfConstraint(std::string_view constraint);
+
+}  // namespace dao::sqlite
