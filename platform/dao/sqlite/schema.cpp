@@ -123,7 +123,7 @@ std::vector<ColumnTokens> splitDefinitions(const std::string& sql) {
 // What the CHECKs of a column say about its field.
 void readChecks(const ColumnTokens& column, CDaoFieldInfo& field) {
     field.allowZeroLength = isTextType(field.type);
-    for (size_t i = 0; i + 1 < column.size(); ++i) {
+    for (size_t i = 0; i < column.size(); ++i) {
         if (column[i].is("CONSTRAINT") && i + 2 < column.size() && column[i + 2].is("CHECK"))
             if (std::string rule = ruleOfConstraint(column[i + 1].text); !rule.empty())
                 field.validationRule = rule;

@@ -1,0 +1,48 @@
+// A folder for the files of one test, removed at its end, and the sqlite3 program as an independent reader.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+
+class ScratchFolder {
+  public:
+    ScratchFolder() {
+        std::string pattern = (std::filesystem::temp_directory_path() / "norvane-XXXXXX").string();
+        path_ = ::mkdtemp(pattern.data());
+    }
+    ~ScratchFolder() {
+        std::error_code ignored;
+        std::filesystem::remove_all(path_, ignored);
+    }
+    ScratchFolder(const ScratchFolder&) = delete;
+    ScratchFolder& operator=(const ScratchFolder&) = delete;
+    std::string operator()(const std::string& name) const { return path_ + "/" + name; }
+    const std::string& path() const { return path_; }
+
+  private:
+    std::string path_;
+};
+
+// What a command prints.
+inline std::string outputOf(const std::string& command) {
+    std::string out;
+    std::FILE* pipe = ::popen((command + " 2>&1").c_str(), "r");
+    if (!pipe) return out;
+    char buffer[4096];
+    while (size_t n = std::fread(buffer, 1, sizeof buffer, pipe)) out.append(buffer, n);
+    ::pclose(pipe);
+    return out;
+}
+
+// The sqlite3 program's answer to a statement: fields separated by "|", a line for each row.
+inline std::string sqlite3(const std::string& file, const std::string& sql) {
+    return outputOf("sqlite3 '" + file + "' \"" + sql + "\"");
+}
+
+inline bool haveSqlite3() {
+    return std::system("sqlite3 --version >/dev/null 2>&1") == 0;
+}
