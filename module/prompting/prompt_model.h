@@ -1,0 +1,75 @@
+// The attributes of a feature as rows of a sheet: what a row's cell is, and what may be saved.
+//
+// Nothing here knows a grid control: cells are read and written through PromptCells.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "module/store/field_kind.h"
+#include "module/store/template_database.h"
+
+struct PromptRow {
+    std::string name;  // the column of the output table
+    bool required = false;
+    FieldKind kind = FieldKind::kChar;
+    std::string prompt;
+    std::string defaultValue;  // a plain default, or a special code
+    std::string listValues;    // choices between commas
+    std::string imageValue;    // of an image row: its path, or "No image!"
+};
+
+struct FieldName {
+    std::string name;
+    bool required = false;
+    FieldKind kind = FieldKind::kChar;
+};
+// "~" in front makes a field required, then ".." Real or "." Int: "~..DEPTH" is a required Real DEPTH.
+FieldName parseFieldName(std::string_view raw);
+// The row of a record of the template.
+PromptRow promptRowOf(const FeatureRow& record);
+
+// What stands in column 2 of a row.
+enum class PromptCell { kEditNumber, kEditText, kDropDown, kStatic };
+struct CellDecision {
+    PromptCell cell = PromptCell::kEditText;
+    std::string content;   // after loading; special rows are filled later
+    bool special = false;  // the default is a special code or an equation
+};
+// A row without a list has no default: it starts empty whatever DEFAULT_VALUE holds.
+CellDecision decideCell(const PromptRow& row);
+// The choices of a drop-down with tabs between them, as the grid takes them.
+std::string tabbedChoices(const PromptRow& row);
+
+// The cells of a sheet. Columns are 1 (prompt) and 2 (value), rows count from 1.
+class PromptCells {
+  public:
+    virtual ~PromptCells() = default;
+    virtual int rowCount() const = 0;
+    virtual bool isCheckBox(int column, int row) const = 0;
+    virtual std::string cellText(int column, int row) const = 0;
+    virtual void setCellText(int column, int row, const std::string& text) = 0;
+};
+
+// 2: all of the text reads as an integer (0x and octal included, of any size); 1: as a real within range;
+// 0: neither.
+int classifyNumber(const std::string& text);
+
+// 1: a good feature name; 0: empty; -1: it holds a character that is not allowed.
+int checkFeatureName(const std::string& text);
+
+// Why a sheet cannot be saved.
+struct PromptFault {
+    std::string message;
+    int row = 0;  // from 1; 0 when it is the feature's name that is wrong
+};
+// The fault of a feature name, if any.
+std::optional<PromptFault> featureNameFault(const std::string& text);
+// The same, told in a box titled "Error". True when the name is good.
+bool validateFeatureName(const std::string& text);
+// The first fault of a sheet: a required row that is empty, else a value that is not of its row's kind, else
+// the name. requiredFlags holds the flag of each row by its position.
+std::optional<PromptFault> validateRows(const std::string& feature, const std::vector<PromptRow>& rows,
+                                        const std::vector<bool>& requiredFlags, const PromptCells& cells);

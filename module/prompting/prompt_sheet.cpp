@@ -1,0 +1,338 @@
+#include "module/prompting/prompt_sheet.h"
+
+#include <algorithm>
+
+#include "module/host/automation_call.h"
+#include "module/host/gis_request.h"
+#include "module/prompting/dialog_state.h"
+#include "module/prompting/form_engine.h"
+#include "module/prompting/sheet_controls.h"
+#include "module/store/database.h"
+#include "module/store/gis_link.h"
+#include "platform/files/files.h"
+#include "platform/text/text.h"
+#include "platform/ui/backend.h"
+
+using namespace sheet;
+
+bool PromptSheet::Cells::isCheckBox(int column, int row) const {
+    return grid_.type(column, row).kind == ui::CellKind::CheckBox;
+}
+
+PromptSheet::PromptSheet()
+    : ui::Dialog(kResource, "GIS Smart Prompting"), point_(pointContextOf(PromptRequest)) {
+    AddSheetControls(*this);
+    grid_ = static_cast<ui::Grid*>(find(kGrid));
+    features_ = static_cast<ui::DropDown*>(find(kFeatures));
+    cells_ = std::make_unique<Cells>(*grid_);
+}
+
+// --- Opening ----------------------------------------------------------------------------------------------
+
+void PromptSheet::onOpen() {
+    find(kImageCounter)->setText("0 / 0");
+    bool jpeg = readState(state::kImageFormat) == "JPG";
+    static_cast<ui::RadioButton*>(find(jpeg ? kJpg : kBmp))->check();
+    formEngine_ = DetectFormEngine();
+    showLinkState();
+    if (CheckDao()) {
+        find(kOutputPath)->setText(PromptRequest.outputPath);
+        PromptRequest.keyValue = GeneratedKey(PromptRequest.keyValue);
+        find(kBanner)->setText(PromptRequest.keyField + " : " + PromptRequest.keyValue);
+        find(kTemplatePath)->setText(PromptRequest.templatePath);
+        if (openTemplate()) {
+            ShowDatabaseErrors([&] {
+                fillFeatures();
+                selectFirstFeature();
+            });
+            loadFeature(FlagEntry::kOnce);
+        }
+    }
+    fillForms();
+    setFocus(kGrid);
+}
+
+void PromptSheet::showLinkState() {
+    bool linked = HasGisLink(PromptRequest.entity) == RTNORM;
+    setTitle(title() + (linked ? " - Entity has GIS Data" : " - Entity has no GIS Data"));
+}
+
+// Opens the template anew; true when both of its tables are there to work with.
+bool PromptSheet::openTemplate() {
+    templateTablesFound_ = false;
+    ShowDatabaseErrors([&] {
+        template_ = std::make_unique<CDaoDatabase>();
+        template_->Open(PromptRequest.templatePath);
+        templateTablesFound_ = EnsureLinksTable(*template_);
+    });
+    return templateTablesFound_;
+}
+
+void PromptSheet::fillFeatures() {
+    features_->clearItems();
+    for (const std::string& name : ReadFeatureNames(*template_)) features_->addItem(name);
+}
+
+void PromptSheet::selectFirstFeature() {
+    std::string wanted = PromptRequest.featureName;
+    if (wanted.empty()) {
+        std::optional<FeatureTable> current = ReadCurrentFeature(*template_);
+        if (current) {
+            wanted = current->feature;
+            table_ = current->table;
+        }
+    }
+    features_->select(features_->findExact(wanted));
+    if (features_->selected() < 0 && features_->count() > 0) features_->select(0);
+}
+
+void PromptSheet::loadFeature(FlagEntry flags) {
+    feature_ = features_->selectedText();
+    if (feature_.empty()) return;
+    ShowDatabaseErrors([&] {
+        table_ = ReadOutputTable(*template_, feature_);
+        find(kOutputTable)->setText(table_);
+        readRows(flags);
+    });
+    if (!rows_.empty()) {
+        grid_->setActive(2, 1);
+        LoadedRecord record;
+        if (!PromptRequest.outputPath.empty()) record = LoadRecord(PromptRequest.outputPath, recordKey());
+        showRecord(record);
+        fillTextCodes(record);
+    }
+    refresh(RefreshReason::kLoadOrSave);
+    sizeColumns();
+}
+
+void PromptSheet::readRows(FlagEntry flags) {
+    for (const FeatureRow& record : ReadFeatureRows(*template_, feature_)) {
+        PromptRow row = promptRowOf(record);
+        requiredFlags_.push_back(row.required);
+        if (flags == FlagEntry::kTwice) requiredFlags_.push_back(row.required);
+        addRow(row);
+    }
+}
+
+void PromptSheet::addRow(const PromptRow& row) {
+    rows_.push_back(row);
+    names_.push_back(row.name);
+    int number = static_cast<int>(rows_.size());
+    grid_->setRows(number);
+    grid_->setType(1, number, ui::CellType::fixed());
+    grid_->setText(1, number, row.prompt);
+
+    CellDecision decision = decideCell(row);
+    switch (decision.cell) {
+        case PromptCell::kEditNumber:
+            grid_->setType(2, number, ui::CellType::edit(ui::CharacterSet::Numeric));
+            break;
+        case PromptCell::kEditText:
+            grid_->setType(2, number, ui::CellType::edit());
+            break;
+        case PromptCell::kDropDown:
+            grid_->setType(2, number, ui::CellType::dropDown(tabbedChoices(row)));
+            break;
+        case PromptCell::kStatic:
+            grid_->setType(2, number, ui::CellType::fixed());
+            break;
+    }
+    grid_->setText(2, number, decision.content);
+    if (decision.special) specialRows_.push_back({number, row.defaultValue});
+}
+
+void PromptSheet::showRecord(const LoadedRecord& record) {
+    if (!record.found) return;
+    for (size_t i = 0; i < rows_.size(); ++i) {
+        std::string value = record.value(text::upper(rows_[i].name));
+        if (!value.empty()) grid_->setText(2, static_cast<int>(i) + 1, value);
+    }
+    for (const std::string& column : record.columns)
+        if (text::startsWith(column, "IMAGE_ZGEO/") || text::startsWith(column, "LABEL/"))
+            carried_.push_back({column, FieldKind::kChar, record.value(column)});
+}
+
+// The four text codes keep what was stored when the record was first saved.
+void PromptSheet::fillTextCodes(const LoadedRecord& record) {
+    for (const SpecialRow& special : specialRows_) {
+        std::string column(storedColumnOf(special.code));
+        bool isRow = std::any_of(names_.begin(), names_.end(),
+                                 [&](const std::string& name) { return text::equalNoCase(name, column); });
+        std::string value;
+        if (textCodeValue(special.code, isRow ? record.value(column) : "", point_, value))
+            grid_->setText(2, special.row, value);
+    }
+}
+
+void PromptSheet::refresh(RefreshReason reason) {
+    refreshSpecialRows(specialRows_, point_, names_, *cells_, reason);
+}
+
+void PromptSheet::sizeColumns() {
+    constexpr double kNarrowestPrompt = 16.0;  // characters
+    constexpr int kNarrowestValue = 130;       // pixels
+    constexpr int kScrollBar = 17;
+    double prompt = kNarrowestPrompt;
+    int value = kNarrowestValue;
+    for (int row = 1; row <= grid_->rows(); ++row) {
+        prompt = std::max(prompt, grid_->neededWidth(1, row));
+        bool checkBox = cells_->isCheckBox(2, row);
+        const std::string& shown = checkBox ? grid_->type(2, row).label : grid_->text(2, row);
+        value = std::max(value, ui::characterCount(shown) * 8 + (checkBox ? 24 : 8));
+    }
+    grid_->setColumnWidthInCharacters(1, prompt);
+    grid_->setColumnWidth(2, std::max(value, grid_->clientWidth() - grid_->columnWidth(1) - kScrollBar - 1));
+}
+
+void PromptSheet::clearRows() {
+    rows_.clear();
+    names_.clear();
+    requiredFlags_.clear();
+    specialRows_.clear();
+    carried_.clear();
+    grid_->setRows(0);
+}
+
+// --- Reactions ----------------------------------------------------------------------------------------
+
+void PromptSheet::onSelection(ui::Control& control) {
+    if (&control != features_ || !templateTablesFound_ || features_->selectedText().empty()) return;
+    clearRows();
+    if (openTemplate()) loadFeature(FlagEntry::kTwice);
+}
+
+void PromptSheet::onCellChange(ui::Grid&, ui::CellPosition) {
+    if (closing_) return;
+    refresh(RefreshReason::kCellChange);
+    sizeColumns();
+}
+
+bool PromptSheet::onKey(const ui::Key& key) {
+    if (key.is("F3")) {
+        setFocus(kGrid);
+        grid_->setActive(2, 1);
+        return true;
+    }
+    if (focus() != kGrid) return false;
+    if (key.is("Tab") && !key.shift) {
+        tabInGrid();
+    } else if (key.is("Enter")) {
+        enterInGrid();
+    } else if (key.is("F4")) {
+        grid_->setEditing(false);
+        focusNext();
+    } else {
+        return false;
+    }
+    return true;
+}
+
+void PromptSheet::tabInGrid() {
+    ui::CellPosition at = grid_->active();
+    if (at.column == 1)
+        grid_->setActive(2, at.row);
+    else
+        grid_->setActive(1, at.row < grid_->rows() ? at.row + 1 : 1);
+}
+
+void PromptSheet::enterInGrid() {
+    ui::CellPosition at = grid_->active();
+    if (!grid_->editing() && grid_->type(at.column, at.row).kind != ui::CellKind::Button) {
+        grid_->setEditing(true);
+        // A cell that is not edited takes the key as the way on.
+        if (grid_->editing()) return;
+    }
+    if (at.column == 1)
+        grid_->setActive(2, at.row);
+    else
+        grid_->setActive(2, at.row < grid_->rows() ? at.row + 1 : 1);
+}
+
+// --- Leaving ------------------------------------------------------------------------------------------
+
+void PromptSheet::onOk() {
+    refresh(RefreshReason::kLoadOrSave);
+    // Enter in the grid or in another control must never close the sheet.
+    if (focus() != ui::kOk || !template_ || !template_->IsOpen()) return;
+    if (showFault()) return;
+    writeState(table_, state::kOutputTable);
+    if (!save()) return;
+    GisReturnStatus = 1;
+    PromptRequest.featureName = feature_;
+    ShowDatabaseErrors([&] { MarkFeatureCurrent(*template_, {feature_, table_}); });
+    ShowDatabaseErrors([&] { template_->Close(); });
+    closing_ = true;
+    rememberFormChoice();
+    end(ui::kOk);
+}
+
+void PromptSheet::onCancel() {
+    closing_ = true;
+    template_.reset();
+    clearRows();
+    GisReturnStatus = 0;
+    end(ui::kCancel);
+}
+
+bool PromptSheet::showFault() {
+    std::optional<PromptFault> fault = validateRows(feature_, rows_, requiredFlags_, *cells_);
+    if (!fault) return false;
+    ui::messageBox("Error", fault->message);
+    if (fault->row > 0) {
+        setFocus(kGrid);
+        grid_->setActive(2, fault->row);
+        grid_->setEditing(true);
+    }
+    return true;
+}
+
+RecordKey PromptSheet::recordKey() const {
+    return {table_, PromptRequest.keyField, PromptRequest.keyValue, feature_};
+}
+
+std::vector<OutputField> PromptSheet::outputFields() const {
+    std::vector<OutputField> fields;
+    for (size_t i = 0; i < rows_.size(); ++i)
+        if (!rows_[i].name.empty())
+            fields.push_back({rows_[i].name, rows_[i].kind, grid_->text(2, static_cast<int>(i) + 1)});
+    fields.insert(fields.end(), carried_.begin(), carried_.end());
+    return fields;
+}
+
+bool PromptSheet::save() {
+    return SaveRecord(PromptRequest.outputPath, recordKey(), outputFields());
+}
+
+// --- Forms of the output database -----------------------------------------------------------------------
+
+void PromptSheet::fillForms() {
+    auto* forms = static_cast<ui::DropDown*>(find(kForms));
+    for (const std::string& form :
+         ReadFormNames(formEngine_, PromptRequest.binDirectory, PromptRequest.outputPath))
+        forms->addItem(form);
+    restoreFormChoice();
+    if (forms->count() > 0) return;
+    static_cast<ui::CheckBox*>(find(kUseForm))->check(false);
+    find(kUseForm)->enable(false);
+    forms->enable(false);
+}
+
+void PromptSheet::restoreFormChoice() {
+    std::string choice = readState(state::kFormChoice);
+    size_t bar = choice.rfind('|');
+    if (choice.empty() || bar == std::string::npos) return;
+    auto* forms = static_cast<ui::DropDown*>(find(kForms));
+    int form = forms->findExact(choice.substr(bar + 1));
+    if (form < 0 || !text::equalNoCase(choice.substr(1, bar - 1), PromptRequest.outputPath)) return;
+    forms->select(form);
+    static_cast<ui::CheckBox*>(find(kUseForm))->check(choice.front() == '+');
+}
+
+void PromptSheet::rememberFormChoice() {
+    bool use = static_cast<ui::CheckBox*>(find(kUseForm))->checked();
+    std::string form = static_cast<ui::DropDown*>(find(kForms))->selectedText();
+    std::string argument = PromptRequest.outputPath + "|" + form;
+    writeState((use ? "+" : "-") + argument, state::kFormChoice);
+    PromptRequest.accessVersionCode = static_cast<int>(formEngine_);
+    if (use && !form.empty() && !PromptRequest.outputPath.empty()) PromptRequest.formsArgument = argument;
+}

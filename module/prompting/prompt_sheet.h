@@ -1,0 +1,94 @@
+// GIS Smart Prompting: the sheet on which the attributes of one entity are entered.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "module/prompting/prompt_model.h"
+#include "module/prompting/special_codes.h"
+#include "module/store/output_database.h"
+#include "platform/dao/dao.h"
+#include "platform/ui/dialog.h"
+
+// Which Access the forms of a database would be shown with.
+enum class FormEngine : int { kNone = 0, kAccess97 = 1, kAccess2000 = 2 };
+
+class PromptSheet : public ui::Dialog {
+  public:
+    // Works on PromptRequest: shows the feature and the record that it names. Leaving by OK puts the saved
+    // feature into it, sets GisReturnStatus to 1, and leaves the chosen form in formsArgument.
+    PromptSheet();
+
+  private:
+    // The grid as the prompt model sees it.
+    class Cells : public PromptCells {
+      public:
+        explicit Cells(ui::Grid& grid) : grid_(grid) {}
+        int rowCount() const override { return grid_.rows(); }
+        bool isCheckBox(int column, int row) const override;
+        std::string cellText(int column, int row) const override { return grid_.text(column, row); }
+        void setCellText(int column, int row, const std::string& text) override {
+            grid_.setText(column, row, text);
+        }
+
+      private:
+        ui::Grid& grid_;
+    };
+
+    void onOpen() override;
+    void onSelection(ui::Control& control) override;
+    void onCellChange(ui::Grid& grid, ui::CellPosition at) override;
+    bool onKey(const ui::Key& key) override;
+    void onOk() override;
+    void onCancel() override;
+
+    void showLinkState();
+
+    // Opening and changing the feature.
+    bool openTemplate();
+    void fillFeatures();
+    void selectFirstFeature();
+    // Reads the rows of the selected feature and its record. A change of feature enters each flag twice.
+    enum class FlagEntry { kOnce, kTwice };
+    void loadFeature(FlagEntry flags);
+    void readRows(FlagEntry flags);
+    void addRow(const PromptRow& row);
+    void showRecord(const LoadedRecord& record);
+    void fillTextCodes(const LoadedRecord& record);
+    void refresh(RefreshReason reason);
+    void sizeColumns();
+    void clearRows();
+
+    // Keys of the grid.
+    void tabInGrid();
+    void enterInGrid();
+
+    // Leaving.
+    bool showFault();
+    std::vector<OutputField> outputFields() const;
+    RecordKey recordKey() const;
+    bool save();
+
+    // Forms of the output database.
+    void fillForms();
+    void restoreFormChoice();
+    void rememberFormChoice();
+
+    ui::Grid* grid_ = nullptr;
+    ui::DropDown* features_ = nullptr;
+    std::unique_ptr<Cells> cells_;
+    std::unique_ptr<CDaoDatabase> template_;
+    bool templateTablesFound_ = false;
+    PointContext point_;
+
+    std::string feature_;
+    std::string table_;
+    std::vector<PromptRow> rows_;
+    std::vector<std::string> names_;
+    std::vector<bool> requiredFlags_;
+    std::vector<SpecialRow> specialRows_;
+    std::vector<OutputField> carried_;  // image columns of the record, which go back as they came
+    FormEngine formEngine_ = FormEngine::kNone;
+    bool closing_ = false;
+};

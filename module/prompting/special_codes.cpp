@@ -1,0 +1,176 @@
+#include "module/prompting/special_codes.h"
+
+#include <algorithm>
+#include <ctime>
+#include <functional>
+
+#include "platform/text/text.h"
+
+PointContext pointContextOf(const PromptRequestRecord& request) {
+    return {request.northing,  request.easting,      request.elevation, request.latitude,
+            request.longitude, request.rawElevation, request.rodHeight, request.hrms,
+            request.vrms,      request.featureName,  request.instrument};
+}
+
+std::array<NumberCode, 9> numberCodes(const PointContext& p) {
+    auto always = [](std::string_view code, double value) { return NumberCode{code, value, true, true}; };
+    auto optional = [](std::string_view code, const OptionalReal& v) {
+        return NumberCode{code, v.value, v.available(), false};
+    };
+    return {always("$NOR", p.northing),    always("$EAS", p.easting),     always("$ELV", p.elevation),
+            optional("$LAT", p.latitude),  optional("$LON", p.longitude), optional("$REL", p.rawElevation),
+            optional("$HGT", p.rodHeight), optional("$HRM", p.hrms),      optional("$VRM", p.vrms)};
+}
+
+namespace {
+
+constexpr size_t kMarkLength = 5;  // "$EQN="
+constexpr std::string_view kOperators = "/*-+";
+
+std::string nineDecimals(double value) {
+    return text::format("%.9lf", value);
+}
+
+// The number that a missing operand stands for beside an operator.
+double neutralOf(char op) {
+    return op == '/' || op == '*' ? 1.0 : 0.0;
+}
+std::string neutralTextOf(char op) {
+    return op == '/' || op == '*' ? "1" : "0";
+}
+
+// Puts the present content of the rows in place of their names: the first occurrence of each, in row order.
+// Names match anywhere, also inside longer words.
+std::string withRowValues(std::string expression, const std::vector<std::string>& names,
+                          const PromptCells& cells) {
+    std::string value;
+    for (int row = 1; row <= cells.rowCount(); ++row) {
+        size_t index = static_cast<size_t>(row) - 1;
+        std::string name = index < names.size() ? names[index] : text::upper(cells.cellText(1, row));
+        size_t at = name.empty() ? std::string::npos : expression.find(name);
+        if (at == std::string::npos) continue;
+        // A check box has no number: the value that was read before it stays in force.
+        if (!cells.isCheckBox(2, row)) value = cells.cellText(2, row);
+        expression.replace(at, name.size(), value.empty() ? "0" : value);
+    }
+    return expression;
+}
+
+// Operands and operators in turn. A single token when there is no operator.
+std::vector<std::string> tokensOf(std::string_view expression) {
+    std::vector<std::string> tokens;
+    std::string operand;
+    char last = 0;
+    for (char c : expression) {
+        if (kOperators.find(c) == std::string_view::npos) {
+            operand += c;
+            continue;
+        }
+        tokens.push_back(operand.empty() ? neutralTextOf(c) : operand);
+        tokens.emplace_back(1, c);
+        operand.clear();
+        last = c;
+    }
+    if (last)
+        tokens.push_back(operand.empty() ? neutralTextOf(last) : operand);
+    else if (!operand.empty())
+        tokens.push_back(operand);
+    return tokens;
+}
+
+double applied(char op, double left, double right) {
+    switch (op) {
+        case '/':
+            return left == 0.0 || right == 0.0 ? 0.0 : left / right;
+        case '*':
+            return left * right;
+        case '-':
+            return left - right;
+        default:
+            return left + right;
+    }
+}
+
+// Replaces every occurrence of one operator with its neighbours by their result, from left to right.
+void sweep(std::vector<std::string>& tokens, char op) {
+    const std::string mark(1, op);
+    for (;;) {
+        auto at = std::find(tokens.begin(), tokens.end(), mark);
+        if (at == tokens.end()) return;
+        bool hasLeft = at != tokens.begin();
+        bool hasRight = at + 1 != tokens.end();
+        double left = hasLeft ? text::toReal(*(at - 1)) : neutralOf(op);
+        double right = hasRight ? text::toReal(*(at + 1)) : neutralOf(op);
+        *at = nineDecimals(applied(op, left, right));
+        if (hasRight) tokens.erase(at + 1);
+        if (hasLeft) tokens.erase(at - 1);
+    }
+}
+
+bool isTextCode(std::string_view code) {
+    return !storedColumnOf(code).empty();
+}
+
+std::tm localNow() {
+    std::time_t now = std::time(nullptr);
+    std::tm parts{};
+    localtime_r(&now, &parts);
+    return parts;
+}
+
+}  // namespace
+
+std::string evaluateEquation(std::string_view code, const PointContext& point,
+                             const std::vector<std::string>& names, const PromptCells& cells) {
+    std::string expression = text::upper(code.substr(std::min(code.size(), kMarkLength)));
+    for (const NumberCode& number : numberCodes(point))
+        expression = text::replaceAll(expression, number.code, nineDecimals(number.value));
+    std::vector<std::string> tokens = tokensOf(withRowValues(std::move(expression), names, cells));
+    // One round is enough: operands and operators alternate, so that each sweep takes its operator out whole.
+    for (char op : kOperators) sweep(tokens, op);
+    return text::fromReal(tokens.empty() ? 0.0 : text::toReal(tokens.front()));
+}
+
+void refreshSpecialRows(const std::vector<SpecialRow>& specialRows, const PointContext& point,
+                        const std::vector<std::string>& names, PromptCells& cells, RefreshReason reason) {
+    const auto numbers = numberCodes(point);
+    for (const SpecialRow& special : specialRows) {
+        if (isTextCode(special.code)) continue;
+        std::string plain = text::upper(special.code);
+        bool written = reason == RefreshReason::kCellChange && special.code.find('|') != std::string::npos;
+        auto number = std::find_if(numbers.begin(), numbers.end(), [&](const NumberCode& n) {
+            return !written && plain == std::string(kEquationMark) + "=" + std::string(n.code);
+        });
+        if (number != numbers.end() && !number->available) continue;  // what the cell holds stays
+        if (number != numbers.end() && number->alwaysUsed)
+            cells.setCellText(2, special.row, text::fromReal(number->value));
+        else
+            cells.setCellText(2, special.row, evaluateEquation(special.code, point, names, cells));
+    }
+}
+
+std::string_view storedColumnOf(std::string_view code) {
+    if (code == kDescriptionCode) return "DESCRIPTION";
+    if (code == kDateCode) return "DATE";
+    if (code == kTimeCode) return "TIME";
+    if (code == kInstrumentCode) return "INSTRUMENT";
+    return {};
+}
+
+bool textCodeValue(std::string_view code, const std::string& stored, const PointContext& point,
+                   std::string& value) {
+    if (!isTextCode(code)) return false;
+    if (!stored.empty()) {
+        value = stored;
+    } else if (code == kDescriptionCode) {
+        value = point.description;
+    } else if (code == kInstrumentCode) {
+        if (point.instrument.empty()) return false;
+        value = point.instrument;
+    } else {
+        std::tm now = localNow();
+        value = code == kDateCode ? text::format("%d/%d/%d", now.tm_mon + 1, now.tm_mday, now.tm_year + 1900)
+                                  : text::format("%d:%d:%d", now.tm_hour, now.tm_min, now.tm_sec);
+    }
+    return true;
+}
