@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "platform/dao/dao.h"
 
@@ -34,8 +35,8 @@ void OpenDatabase(CDaoDatabase& database, const std::string& path);
 bool IsOdbcPath(const std::string& path);
 // What Open needs as its connect string for a path: "" for a file.
 std::string OpenConnectString(const std::string& path);
-// Keeps the connect string, the name and the user of a source that has been opened.
-void RememberConnection(const CDaoDatabase& database);
+// Keeps the connect string, the name and the user of a source that was opened by a path.
+void RememberConnection(const CDaoDatabase& database, const std::string& path);
 // The user of an open ODBC source, upper case; "" when it is not known, and for files.
 std::string ConnectionUser(const CDaoDatabase& database);
 

@@ -84,6 +84,6 @@ std::string SelectByPointId(const std::string& table, const std::string& id);
 const std::vector<std::string>& ListKeys(const std::string& path, const std::string& table);
 
 // Adds records by a list: database, then for each record a short, a table name, and pairs of field and value.
-// 1.0 when done, 0.0 when there is nothing to add, -1.0 for an empty list, -2.0 for no such file, -3.0 for a
-// malformed list, -4.0 after an error of the engine, which has been shown. The list stays the caller's.
+// 1.0 when done, 0.0 when there is nothing to add or DAO is missing, -1.0 for an empty list, -2.0 for no such file, -4.0
+// after an error of the engine, which has been shown; records added before it stay. The list stays the caller's.
 double BulkAddRecords(const resbuf* arguments);

@@ -1,0 +1,141 @@
+// Records added in bulk from a list that a Lisp routine has built.
+#include <algorithm>
+#include <limits>
+#include <string_view>
+#include <unordered_map>
+
+#include "module/store/database.h"
+#include "module/store/output_database.h"
+#include "platform/files/files.h"
+#include "platform/text/text.h"
+
+namespace {
+
+constexpr double kDone = 1.0;
+constexpr double kNothing = 0.0;
+constexpr double kEmptyList = -1.0;
+constexpr double kNoFile = -2.0;
+constexpr double kFailed = -4.0;
+constexpr size_t kLongestPath = 1023;
+
+// One record to add. The values are those of the list, which outlives it.
+struct NewRecord {
+    std::string table;
+    std::vector<std::pair<std::string, std::string_view>> values;
+};
+
+std::string_view stringOf(const resbuf* item) {
+    return item && item->restype == RTSTR && item->resval.rstring ? item->resval.rstring : std::string_view();
+}
+
+std::string nameOf(const resbuf* item) {
+    return text::upper(text::trim(stringOf(item)));
+}
+
+bool isMarker(const resbuf* item) {
+    return item && item->restype == RTSHORT;
+}
+
+// A marker and a table name begin a record; an empty name leaves what follows to the record before. Values
+// that are empty, and fields without a name, are dropped.
+std::vector<NewRecord> readRecords(const resbuf* item) {
+    std::vector<NewRecord> records;
+    while (item) {
+        if (isMarker(item)) {
+            item = item->rbnext;
+            if (!item || isMarker(item)) continue;
+            if (std::string table = nameOf(item); !table.empty()) records.push_back({std::move(table), {}});
+            item = item->rbnext;
+            continue;
+        }
+        if (records.empty()) break;
+        const resbuf* field = item;
+        item = item->rbnext;
+        if (stringOf(field).data() == nullptr) continue;
+        if (!item || isMarker(item)) continue;
+        std::string name = nameOf(field);
+        std::string_view value = stringOf(item);
+        if (!name.empty() && !value.empty()) records.back().values.emplace_back(std::move(name), value);
+        item = item->rbnext;
+    }
+    return records;
+}
+
+dao::Variant valueFor(int type, std::string_view value) {
+    constexpr long kLeast = std::numeric_limits<int32_t>::min(), kMost = std::numeric_limits<int32_t>::max();
+    switch (type) {
+        case dbInteger:
+        case dbLong:
+            return static_cast<int32_t>(std::clamp(text::toLong(value), kLeast, kMost));
+        case dbSingle:
+            return static_cast<float>(text::toReal(value));
+        case dbDouble:
+            return text::toReal(value);
+        default:
+            return value;
+    }
+}
+
+// The table that records are being added to.
+class OpenTable {
+  public:
+    OpenTable(CDaoDatabase& database, const std::string& table) : records_(&database) {
+        records_.Open(dbOpenDynaset, SelectTable(table));
+        CDaoFieldInfo field;
+        for (int i = 0; i < records_.GetFieldCount(); ++i) {
+            records_.GetFieldInfo(i, field);
+            for (int type : {dbInteger, dbLong, dbSingle, dbDouble, dbText, dbMemo})
+                if (field.type == type) fields_[text::upper(field.name)] = {i, type};
+        }
+    }
+
+    void add(const NewRecord& record) {
+        records_.AddNew();
+        for (const auto& [name, value] : record.values)
+            if (auto field = fields_.find(name); field != fields_.end())
+                records_.SetFieldValue(field->second.index, valueFor(field->second.type, value));
+        records_.Update();
+    }
+
+  private:
+    struct Field {
+        int index;
+        int type;
+    };
+    CDaoRecordset records_;
+    std::unordered_map<std::string, Field> fields_;
+};
+
+void addRecords(CDaoDatabase& database, const std::vector<NewRecord>& records) {
+    std::unordered_map<std::string, std::string> tables;
+    for (const std::string& table : UserTables(database)) tables[text::upper(table)] = table;
+    std::string present;
+    std::unique_ptr<OpenTable> open;
+    for (const NewRecord& record : records) {
+        auto table = tables.find(record.table);
+        if (table == tables.end()) continue;
+        if (!open || present != record.table) {
+            open = std::make_unique<OpenTable>(database, table->second);
+            present = record.table;
+        }
+        open->add(record);
+    }
+}
+
+}  // namespace
+
+double BulkAddRecords(const resbuf* arguments) {
+    if (!arguments) return kEmptyList;
+    std::string path(stringOf(arguments));
+    if (path.empty() || path.size() > kLongestPath || !files::exists(path)) return kNoFile;
+    std::vector<NewRecord> records = readRecords(arguments->rbnext);
+    if (records.empty()) return kNothing;
+    switch (WithDatabase(path, [&](CDaoDatabase& database) { addRecords(database, records); })) {
+        case DatabaseOutcome::kDone:
+            return kDone;
+        case DatabaseOutcome::kNoDao:
+            return kNothing;
+        default:
+            return kFailed;
+    }
+}

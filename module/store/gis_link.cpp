@@ -1,0 +1,104 @@
+#include "module/store/gis_link.h"
+
+#include <array>
+
+#include "module/host/ads_owners.h"
+#include "module/host/host_helpers.h"
+#include "platform/ads/editor.h"
+#include "platform/text/text.h"
+
+namespace {
+
+constexpr int kExtendedData = -3;
+constexpr int kApplicationName = 1001;
+constexpr int kString = 1000;
+
+// The five strings in the order of the record.
+std::array<std::string GisLink::*, 5> members() {
+    return {&GisLink::templatePath, &GisLink::outputPath, &GisLink::featureName, &GisLink::keyField,
+            &GisLink::keyValue};
+}
+
+ResultBuffers entityWithLink(const ads_name entity) {
+    ResultBuffers applications(acutBuildList(RTSTR, kGisLinkApplication, 0));
+    return ResultBuffers(acdbEntGetX(entity, applications.get()));
+}
+
+// The next string of the record behind an item; null when there is none.
+const resbuf* nextString(const resbuf* item) {
+    return item ? FindResultBuffer(item->rbnext, kString) : nullptr;
+}
+
+ResultBuffers newRecord(const GisLink& link) {
+    return ResultBuffers(acutBuildList(kApplicationName, kGisLinkApplication, 1002, "{", kString,
+                                       link.templatePath.c_str(), kString, link.outputPath.c_str(), kString,
+                                       link.featureName.c_str(), kString, link.keyField.c_str(), kString,
+                                       link.keyValue.c_str(), 1002, "}", 0));
+}
+
+// Overwrites the strings that stand one behind the other, as far as there are any.
+void overwrite(resbuf* item, const GisLink& link) {
+    item = FindResultBuffer(item, kString);
+    for (auto member : members()) {
+        if (!item || item->restype != kString) return;
+        acad_free(item->resval.rstring);
+        item->resval.rstring = acad_strdup((link.*member).c_str());
+        item = item->rbnext;
+    }
+}
+
+}  // namespace
+
+int HasGisLink(const ads_name entity) {
+    ResultBuffers data = entityWithLink(entity);
+    const resbuf* item = FindResultBuffer(data.get(), kExtendedData);
+    if (!item) return RTERROR;
+    for (size_t i = 0; i < members().size(); ++i)
+        if (!(item = nextString(item))) return RTERROR;
+    return RTNORM;
+}
+
+int WriteGisLink(const ads_name entity, const GisLink& link) {
+    OpenObject<AcDbObject> object(entity, AcDb::kForRead);
+    if (!object) return RTERROR;
+    ResultBuffers record(object->xData(kGisLinkApplication));
+    if (record) {
+        overwrite(record.get(), link);
+    } else {
+        acdbRegApp(kGisLinkApplication);
+        record = newRecord(link);
+    }
+    bool written = object->upgradeOpen() == Acad::eOk && object->setXData(record.get()) == Acad::eOk;
+    return written ? RTNORM : RTERROR;
+}
+
+LinkState ReadGisLink(const ads_name entity, GisLink& link) {
+    link = {};
+    ResultBuffers data = entityWithLink(entity);
+    const resbuf* item = FindResultBuffer(data.get(), kExtendedData);
+    if (!item) return LinkState::kNone;
+    size_t strings = 0;
+    for (auto member : members()) {
+        if (!(item = nextString(item))) break;
+        link.*member = item->resval.rstring ? item->resval.rstring : "";
+        ++strings;
+    }
+    if (strings < 3) {
+        acutPrintf("\nGIS Data corrupted! Please run Audit Links!");
+        return LinkState::kCorrupted;
+    }
+    for (auto member : {&GisLink::featureName, &GisLink::keyField, &GisLink::keyValue})
+        link.*member = text::trim(text::upper(link.*member));
+    return LinkState::kFound;
+}
+
+int EraseGisLink(const ads_name entity) {
+    ResultBuffers data = entityWithLink(entity);
+    if (!data) return RTERROR;
+    resbuf* last = data.get();
+    while (last->rbnext && last->rbnext->restype != kExtendedData) last = last->rbnext;
+    ResultBuffers cut(last->rbnext);
+    last->rbnext = acutNewRb(kExtendedData);
+    last->rbnext->rbnext = acutBuildList(kApplicationName, kGisLinkApplication, 0);
+    return acdbEntMod(data.get());
+}

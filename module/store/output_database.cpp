@@ -1,0 +1,279 @@
+#include "module/store/output_database.h"
+
+#include <algorithm>
+#include <ctime>
+
+#include "module/store/database.h"
+#include "platform/files/files.h"
+#include "platform/text/text.h"
+
+namespace {
+
+constexpr const char* kGisKey = "GIS_KEY";
+constexpr const char* kAutomatic = "#AUTO#";
+
+bool contains(const std::vector<std::string>& names, const std::string& upperName) {
+    return std::find(names.begin(), names.end(), upperName) != names.end();
+}
+
+std::vector<std::string> columnsOf(const CDaoTableDef& table) {
+    std::vector<std::string> columns;
+    CDaoFieldInfo field;
+    for (int i = 0; i < table.GetFieldCount(); ++i) {
+        table.GetFieldInfo(i, field);
+        columns.push_back(text::upper(field.name));
+    }
+    return columns;
+}
+
+// The key column of a table is always text; one of another type loses its values.
+void makeKeyColumnText(CDaoTableDef& table, const std::string& keyField) {
+    CDaoFieldInfo field;
+    for (int i = 0; i < table.GetFieldCount(); ++i) {
+        table.GetFieldInfo(i, field);
+        if (!text::equalNoCase(field.name, keyField) || field.type == dbText) continue;
+        table.DeleteField(i);
+        table.CreateField(KeyColumn(field.name));
+        return;
+    }
+}
+
+// Adds the fields that a table lacks. Names that are empty or come twice are passed over.
+class MissingColumns {
+  public:
+    explicit MissingColumns(CDaoTableDef& table) : table_(table), present_(columnsOf(table)) {}
+    // True when the column was missing.
+    bool add(const CDaoFieldInfo& field) {
+        std::string upper = text::upper(field.name);
+        if (upper.empty() || contains(present_, upper)) return false;
+        table_.CreateField(field);
+        present_.push_back(std::move(upper));
+        return true;
+    }
+
+  private:
+    CDaoTableDef& table_;
+    std::vector<std::string> present_;
+};
+
+// What stands in the statements of a route.
+RecordKey routed(Route route, RecordKey key) {
+    if (route == Route::kOdbc) {
+        key.keyField = text::upper(key.keyField);
+        key.keyValue = text::upper(key.keyValue);
+        key.feature = text::upper(key.feature);
+    }
+    return key;
+}
+
+std::string odbcCondition(const RecordKey& k) {
+    return " WHERE UCASE(" + k.keyField + ") = '" + k.keyValue + "' AND UCASE(GIS_KEY) = '" + k.feature + "'";
+}
+
+void writeThroughRecordset(CDaoDatabase& database, const RecordKey& key, const TableState& state,
+                           const std::vector<OutputField>& fields) {
+    CDaoRecordset records(&database);
+    records.Open(dbOpenDynaset,
+                 FindRecordStatement(Route::kAccess, key, !state.gisKeyAdded, FindPurpose::kSave));
+    if (records.IsEOF())
+        records.AddNew();
+    else
+        records.Edit();
+    records.SetFieldValue(key.keyField, key.keyValue);
+    records.SetFieldValue(kGisKey, key.feature);
+    for (const OutputField& field : fields) {
+        if (field.name.empty() || field.value.empty()) continue;
+        if (field.kind == FieldKind::kReal)
+            records.SetFieldValue(field.name, text::toReal(field.value));
+        else
+            records.SetFieldValue(field.name, field.value);
+    }
+    records.Update();
+    records.Close();
+}
+
+void writeThroughStatements(CDaoDatabase& database, const RecordKey& key,
+                            const std::vector<OutputField>& fields) {
+    RecordKey k = routed(Route::kOdbc, key);
+    CDaoRecordset records(&database);
+    records.Open(dbOpenDynaset, FindRecordStatement(Route::kOdbc, key, true, FindPurpose::kSave));
+    bool found = !records.IsEOF();
+    records.Close();
+    if (found) database.Execute("DELETE FROM " + k.table + odbcCondition(k), dbSQLPassThrough);
+    std::string names = k.keyField + ",GIS_KEY";
+    std::string values = "'" + k.keyValue + "','" + k.feature + "'";
+    for (const OutputField& field : fields) {
+        if (field.name.empty() || field.value.empty()) continue;
+        names += "," + field.name;
+        values += ",'" + field.value + "'";
+    }
+    database.Execute("INSERT INTO " + k.table + " (" + names + ") VALUES(" + values + ")", dbSQLPassThrough);
+}
+
+}  // namespace
+
+Route RouteOf(const std::string& path) {
+    return IsOdbcPath(path) ? Route::kOdbc : Route::kAccess;
+}
+
+std::string GeneratedKey(const std::string& keyValue) {
+    return keyValue == kAutomatic ? text::format("%ld", static_cast<long>(std::time(nullptr))) : keyValue;
+}
+
+bool LoadedRecord::hasColumn(const std::string& name) const {
+    return contains(columns, text::upper(name));
+}
+
+std::string LoadedRecord::value(const std::string& name) const {
+    auto it = values.find(text::upper(name));
+    return it == values.end() ? "" : it->second;
+}
+
+LoadedRecord LoadRecord(const std::string& path, const RecordKey& key) {
+    LoadedRecord record;
+    WithDatabase(path, [&](CDaoDatabase& database) {
+        std::string table = FindUserTable(database, key.table);
+        if (table.empty()) return;
+        CDaoTableDef definition(&database);
+        definition.Open(table);
+        makeKeyColumnText(definition, key.keyField);
+        record.columns = columnsOf(definition);
+        definition.Close();
+        if (!record.hasColumn(key.keyField)) return;
+
+        Route route = RouteOf(path);
+        RecordKey wanted = key;
+        wanted.table = route == Route::kOdbc ? QualifiedTable(database, key.table) : table;
+        CDaoRecordset records(&database);
+        records.Open(dbOpenDynaset,
+                     FindRecordStatement(route, wanted, record.hasColumn(kGisKey), FindPurpose::kLoad));
+        if (records.IsEOF()) return;
+        record.found = true;
+        CDaoFieldInfo field;
+        for (int i = 0; i < records.GetFieldCount(); ++i) {
+            records.GetFieldInfo(i, field);
+            record.values[text::upper(field.name)] = dao::toText(records.GetFieldValue(i));
+        }
+    });
+    return record;
+}
+
+bool SaveRecord(const std::string& path, const RecordKey& key, const std::vector<OutputField>& fields) {
+    if (!CheckDao()) return false;
+    return ShowDatabaseErrors([&] {
+        Route route = RouteOf(path);
+        CDaoDatabase database;
+        if (route == Route::kAccess && !files::exists(path))
+            database.Create(path, dbLangGeneral, dbVersion30);
+        else
+            OpenDatabase(database, path);
+        TableState state = EnsureOutputTable(database, key, fields);
+        if (state.gisKeyAdded) FillGisKey(database, route, state.table, key.feature);
+        WriteRecord(database, route, key, state, fields);
+        database.Close();
+    });
+}
+
+TableState EnsureOutputTable(CDaoDatabase& database, const RecordKey& key,
+                             const std::vector<OutputField>& fields) {
+    TableState state;
+    std::string present = FindUserTable(database, key.table);
+    CDaoTableDef table(&database);
+    state.created = present.empty();
+    if (state.created)
+        table.Create(key.table);
+    else
+        table.Open(present);
+    MissingColumns columns(table);
+    columns.add(KeyColumn(key.keyField));
+    bool gisKeyAdded = columns.add(KeyColumn(kGisKey));
+    for (const OutputField& field : fields) columns.add(AttributeColumn(field.name, field.kind));
+    if (state.created) table.Append();
+    state.gisKeyAdded = gisKeyAdded && !state.created;
+    state.table = database.GetConnect().empty() ? table.GetName() : QualifiedTable(database, key.table);
+    return state;
+}
+
+void FillGisKey(CDaoDatabase& database, Route route, const std::string& table, const std::string& feature) {
+    if (route == Route::kOdbc)
+        return database.Execute("UPDATE " + table + " SET GIS_KEY = '" + table + "'", dbSQLPassThrough);
+    CDaoRecordset records(&database);
+    for (records.Open(dbOpenDynaset, "SELECT GIS_KEY FROM [" + table + "]"); !records.IsEOF();
+         records.MoveNext()) {
+        records.Edit();
+        records.SetFieldValue(kGisKey, feature);
+        records.Update();
+    }
+}
+
+void WriteRecord(CDaoDatabase& database, Route route, const RecordKey& key, const TableState& state,
+                 const std::vector<OutputField>& fields) {
+    RecordKey placed = key;
+    placed.table = state.table;
+    if (route == Route::kOdbc)
+        writeThroughStatements(database, placed, fields);
+    else
+        writeThroughRecordset(database, placed, state, fields);
+}
+
+CDaoFieldInfo KeyColumn(const std::string& name) {
+    CDaoFieldInfo field;
+    field.name = name;
+    field.type = dbText;
+    field.size = 255;
+    field.attributes = dbVariableField | dbUpdatableField;
+    return field;
+}
+
+CDaoFieldInfo AttributeColumn(const std::string& name, FieldKind kind) {
+    CDaoFieldInfo field = KeyColumn(name);
+    field.allowZeroLength = kind == FieldKind::kChar;
+    if (kind == FieldKind::kChar) return field;
+    field.type = kind == FieldKind::kReal ? dbDouble : dbLong;
+    field.size = kind == FieldKind::kReal ? 7 : 4;
+    field.attributes = dbUpdatableField;
+    return field;
+}
+
+std::string FindRecordStatement(Route route, const RecordKey& key, bool hasGisKey, FindPurpose purpose) {
+    RecordKey k = routed(route, key);
+    if (route == Route::kAccess)
+        return SelectTable(k.table) + " WHERE [" + k.keyField + "] = '" + k.keyValue + "'" +
+               (hasGisKey ? " AND GIS_KEY = '" + k.feature + "'" : "");
+    std::string select = "SELECT * FROM " + k.table;
+    if (!hasGisKey) return select + " WHERE UCASE(" + k.keyField + ") = '" + k.keyValue + "'";
+    if (purpose == FindPurpose::kSave) return select + odbcCondition(k);
+    // Servers have always been sent this one without the blank.
+    return select + " WHERE UCASE(" + k.keyField + ") = '" + k.keyValue + "' AND UCASE(GIS_KEY) ='" +
+           k.feature + "'";
+}
+
+std::string SelectTable(const std::string& table) {
+    return "SELECT * FROM [" + table + "]";
+}
+
+std::string SelectKeys(const std::string& table) {
+    return "SELECT PT_ID FROM [" + table + "]";
+}
+
+std::string SelectByPointId(const std::string& table, const std::string& id) {
+    return SelectTable(table) + " WHERE PT_ID = '" + id + "'";
+}
+
+const std::vector<std::string>& ListKeys(const std::string& path, const std::string& table) {
+    static std::string listedPath, listedTable;
+    static std::vector<std::string> keys;
+    if (path == listedPath && table == listedTable) return keys;
+    keys.clear();
+    DatabaseOutcome outcome = WithDatabase(path, [&](CDaoDatabase& database) {
+        CDaoRecordset records(&database);
+        for (records.Open(dbOpenDynaset, SelectKeys(table)); !records.IsEOF(); records.MoveNext()) {
+            std::string key = dao::toText(records.GetFieldValue(0));
+            if (!key.empty()) keys.push_back(std::move(key));
+        }
+    });
+    bool done = outcome == DatabaseOutcome::kDone;
+    listedPath = done ? path : "";
+    listedTable = done ? table : "";
+    return keys;
+}
