@@ -17,11 +17,14 @@ ObjectId idOf(const ads_name name);
 
 // The selection set behind a name, or null.
 SelectionSet* selectionOf(const ads_name name);
-// Gives a set a name. It is freed by acedSSFree, and with the drawing.
+// Gives a set a name. It is freed by freeSelection, and with the drawing.
 void nameSelection(SelectionSet set, ads_name name);
+// False when the name names no set.
+bool freeSelection(const ads_name name);
 
 // What acedSSGet with a null mode calls to let the user select: it fills the set and returns RTNORM, RTCAN or
 // RTERROR. Without one, such a call gives RTERROR.
-void setUserSelection(std::function<int(SelectionSet&)> select);
+using UserSelection = std::function<int(SelectionSet&)>;
+void setUserSelection(UserSelection select);
 
 }  // namespace hostcad

@@ -2,7 +2,9 @@
 #include <cctype>
 #include <string_view>
 
+#include "hostcad/ads/wild_cards.h"
 #include "platform/ads/result_buffer.h"
+#include "platform/text/text.h"
 
 namespace {
 
@@ -10,7 +12,7 @@ struct Element {
     enum Kind { AnyRun, One, Set } kind;
     std::string_view set;  // the characters between the brackets
     bool negated = false;
-    char literal = 0;      // for One: 0 means a class in `set`
+    char literal = 0;  // for One: 0 means a class in `set`
 };
 
 // Reads one element of a pattern that is not empty and moves the pattern behind it.
@@ -18,7 +20,8 @@ Element nextElement(std::string_view& pattern) {
     char c = pattern.front();
     pattern.remove_prefix(1);
     switch (c) {
-        case '*': return {Element::AnyRun, {}};
+        case '*':
+            return {Element::AnyRun, {}};
         case '?':
         case '#':
         case '@':
@@ -40,7 +43,8 @@ Element nextElement(std::string_view& pattern) {
             pattern = body.substr(close + 1);
             return {Element::Set, body.substr(0, close), negated};
         }
-        default: return {Element::One, {}, false, c};
+        default:
+            return {Element::One, {}, false, c};
     }
 }
 
@@ -61,10 +65,14 @@ bool accepts(const Element& e, char c) {
     if (e.set.empty()) return e.literal == c;
     unsigned char u = static_cast<unsigned char>(c);
     switch (e.set.front()) {
-        case '#': return std::isdigit(u) != 0;
-        case '@': return std::isalpha(u) != 0;
-        case '.': return std::isalnum(u) == 0;
-        default: return true;
+        case '#':
+            return std::isdigit(u) != 0;
+        case '@':
+            return std::isalpha(u) != 0;
+        case '.':
+            return std::isalnum(u) == 0;
+        default:
+            return true;
     }
 }
 
@@ -102,9 +110,12 @@ bool matches(std::string_view text, std::string_view pattern) {
 std::string_view nextAlternative(std::string_view& all, bool& last) {
     bool bracket = false;
     for (size_t i = 0; i < all.size(); ++i) {
-        if (all[i] == '`') ++i;
-        else if (all[i] == '[') bracket = true;
-        else if (all[i] == ']') bracket = false;
+        if (all[i] == '`')
+            ++i;
+        else if (all[i] == '[')
+            bracket = true;
+        else if (all[i] == ']')
+            bracket = false;
         else if (all[i] == ',' && !bracket) {
             std::string_view one = all.substr(0, i);
             all.remove_prefix(i + 1);
@@ -117,13 +128,25 @@ std::string_view nextAlternative(std::string_view& all, bool& last) {
 
 }  // namespace
 
-extern "C" int acutWcMatch(const char* text, const char* pattern) {
-    if (!text || !pattern) return RTERROR;
-    std::string_view all = pattern;
+namespace hostcad {
+
+bool matchesWildCards(std::string_view text, std::string_view pattern) {
     for (bool last = false; !last;) {
-        std::string_view one = nextAlternative(all, last);
+        std::string_view one = nextAlternative(pattern, last);
         bool negated = !one.empty() && one.front() == '~';
-        if (matches(text, one.substr(negated ? 1 : 0)) != negated) return RTNORM;
+        if (matches(text, one.substr(negated ? 1 : 0)) != negated) return true;
     }
-    return RTERROR;
+    return false;
+}
+
+bool matchesNoCase(std::string_view text, std::string_view pattern) {
+    // Most patterns are plain names.
+    if (pattern.find_first_of("#@.*?~[`,") == std::string_view::npos) return text::equalNoCase(text, pattern);
+    return matchesWildCards(text::upper(text), text::upper(pattern));
+}
+
+}  // namespace hostcad
+
+extern "C" int acutWcMatch(const char* text, const char* pattern) {
+    return text && pattern && hostcad::matchesWildCards(text, pattern) ? RTNORM : RTERROR;
 }

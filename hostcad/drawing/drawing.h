@@ -190,6 +190,8 @@ class Drawing {
     // Calls the observer after each change, until it is removed by the number that this gives.
     int addObserver(Observer observer);
     void removeObserver(int number);
+    // Tells the observers of a change: for an entity whose subentities were changed.
+    void announce(ObjectId id, Change change);
 
   private:
     friend class DrawingLoader;
@@ -215,7 +217,6 @@ class Drawing {
     ObjectId spaceNamed(std::string_view name);
     void remember(ObjectId id);
     void added(ObjectId id);
-    void announce(ObjectId id, Change change);
     void forgetSymbols(ObjectId id);
     ObjectId firstLiving(ObjectId id) const;
     ObjectId firstLivingIn(ObjectId block, ObjectId id) const;

@@ -1,0 +1,49 @@
+// Group lists between the C interface (chains of resbufs) and the drawing (groups in the arena).
+#pragma once
+
+#include <vector>
+
+#include "hostcad/drawing/drawing.h"
+#include "platform/ads/result_buffer.h"
+
+namespace hostcad {
+
+// A list under construction. Whoever takes it releases it with acutRelRb.
+class ListBuilder {
+  public:
+    ListBuilder() = default;
+    ~ListBuilder() { acutRelRb(head_); }
+    ListBuilder(const ListBuilder&) = delete;
+    ListBuilder& operator=(const ListBuilder&) = delete;
+
+    void add(const Drawing& drawing, const Group& group);
+    void addName(int code, ObjectId id);
+    void addText(int code, std::string_view text);
+    void addInteger(int code, int64_t value);
+    void addMark(int code);  // an item without a value
+    resbuf* take();
+
+  private:
+    resbuf* append(int code);
+
+    resbuf* head_ = nullptr;
+    resbuf** tail_ = &head_;
+};
+
+// One item as a group with its values in the drawing's arena; points with so many coordinates. A name of an
+// object becomes its handle.
+Group groupOf(Drawing& drawing, const resbuf& item, int coordinates = 3);
+
+// Extended data given as a list that begins with 1001, cut into groups. False when an application is not
+// registered, a code or brace is wrong, or a text is too long.
+bool xdataFromList(Drawing& drawing, const resbuf* list, std::vector<Group>& groups);
+// Bytes that the extended data takes of the kMostXDataBytes that an entity may have.
+size_t xdataSize(Groups xdata);
+constexpr size_t kMostXDataBytes = 16383;
+constexpr size_t kLongestXDataText = 255;
+
+// Puts the extended data of the applications in `changes` in the place of what they had; an application with
+// nothing but its name loses its data.
+void mergeXData(std::vector<Group>& groups, Groups changes);
+
+}  // namespace hostcad
