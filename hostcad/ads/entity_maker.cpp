@@ -78,10 +78,20 @@ int endBlock(Drawing& drawing) {
 int makeRecord(Drawing& drawing, std::string_view table, std::string_view marker, Groups given) {
     std::string_view name = textOf(given, 2);
     if (!isSymbolName(name, true) || drawing.record(table, name)) return RTERROR;
+    auto isHead = [](const Group& g) {
+        return g.code == 0 || g.code == 5 || g.code == 105 || g.code == 330 || g.code == 100;
+    };
     std::vector<Group> own;
-    for (const Group& group : given)
-        if (group.code != 0 && group.code != 5 && group.code != 105 && group.code != 330 && group.code != 100)
-            own.push_back(group);
+    std::copy_if(given.begin(), given.end(), std::back_inserter(own),
+                 [&](const Group& g) { return !isHead(g); });
+    if (table == "LAYER") {
+        // What the list leaves out is that of any new layer.
+        ObjectId layer = ensureLayer(drawing, name);
+        std::vector<Group> groups(drawing.groups(layer).begin(), drawing.groups(layer).end());
+        for (const Group& group : own) putGroup(groups, group);
+        drawing.setGroups(layer, groups);
+        return RTNORM;
+    }
     drawing.appendRecord(table, recordGroups(drawing, table, marker, own));
     return RTNORM;
 }

@@ -36,13 +36,6 @@ std::map<std::string, ObjectId>& cursors() {
     return positions;
 }
 
-bool hasAttributeDefinitions(const Drawing& drawing, ObjectId block) {
-    constexpr int64_t kConstant = 2;
-    for (ObjectId id = drawing.firstEntityOf(block); id; id = drawing.nextEntityOf(block, id))
-        if (drawing.type(id) == "ATTDEF" && !(integerOf(drawing.groups(id), 70) & kConstant)) return true;
-    return false;
-}
-
 resbuf* blockList(const Drawing& drawing, ObjectId block) {
     constexpr int64_t kHasAttributes = 2;
     Groups groups = drawing.groups(block);
@@ -57,7 +50,12 @@ resbuf* blockList(const Drawing& drawing, ObjectId block) {
     return list.take();
 }
 
-// A record without what only the file needs: handle, owner, markers.
+// What only the file needs of a record: handle, owner, markers. In a dimension style group 5 is a block's
+// name.
+bool isInFileOnly(int code, std::string_view type) {
+    return (code == 5 && type != "DIMSTYLE") || code == 105 || code == 330 || code == 100 || code == 102;
+}
+
 resbuf* recordList(const Drawing& drawing, ObjectId record) {
     constexpr int64_t kReferenced = 64;  // says nothing since the table was last cleaned up
     ListBuilder list;
@@ -65,10 +63,7 @@ resbuf* recordList(const Drawing& drawing, ObjectId record) {
     for (const Group& group : drawing.groups(record)) {
         if (group.code >= kFirstXDataCode) break;
         if (group.code == 102) control = group.text() != "}";
-        bool inFileOnly = group.code == 5 || group.code == 105 || group.code == 330 || group.code == 100 ||
-                          group.code == 102;
-        if (control || (inFileOnly && drawing.type(record) != "DIMSTYLE") || (inFileOnly && group.code != 5))
-            continue;
+        if (control || isInFileOnly(group.code, drawing.type(record))) continue;
         if (group.code == 70)
             list.addInteger(70, group.asInteger() & ~kReferenced);
         else

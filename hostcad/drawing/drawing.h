@@ -248,4 +248,7 @@ class Drawing {
     int lastObserver_ = 0;
 };
 
+// A block that asks for attributes when it is inserted: it has definitions that are not constant.
+bool hasAttributeDefinitions(const Drawing& drawing, ObjectId block);
+
 }  // namespace hostcad

@@ -119,4 +119,11 @@ ObjectId Drawing::blockOfRecord(ObjectId record) const {
     return objects_[record].kind == ObjectKind::Block ? record : block(symbol(record));
 }
 
+bool hasAttributeDefinitions(const Drawing& drawing, ObjectId block) {
+    constexpr int64_t kConstant = 2;
+    for (ObjectId id = drawing.firstEntityOf(block); id; id = drawing.nextEntityOf(block, id))
+        if (drawing.type(id) == "ATTDEF" && !(integerOf(drawing.groups(id), 70) & kConstant)) return true;
+    return false;
+}
+
 }  // namespace hostcad

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/ads/entities.h"
@@ -11,6 +12,10 @@ class List {
   public:
     explicit List(resbuf* head) : head_(head) {}
     List(List&& other) noexcept : head_(other.release()) {}
+    List& operator=(List&& other) noexcept {
+        std::swap(head_, other.head_);
+        return *this;
+    }
     List(const List&) = delete;
     List& operator=(const List&) = delete;
     ~List() { acutRelRb(head_); }
@@ -61,7 +66,11 @@ class List {
     resbuf* head_;
 };
 
-inline List applications(const char* name) { return List(acutBuildList(RTSTR, name, 0)); }
+inline List applications(const char* name) {
+    return List(acutBuildList(RTSTR, name, 0));
+}
 
 // Makes an entity from the list; true when that was done.
-inline bool make(resbuf* list) { return acdbEntMake(List(list).get()) == RTNORM; }
+inline bool make(resbuf* list) {
+    return acdbEntMake(List(list).get()) == RTNORM;
+}
