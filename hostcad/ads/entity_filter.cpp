@@ -76,7 +76,7 @@ bool holds(Relation relation, double value, double wanted) {
 
 // Names compare without case, other texts with it.
 bool isNameCode(int code) {
-    return code <= 3 || (code >= 6 && code <= 8) || code == 410;
+    return (code <= 3 && code != 1) || (code >= 6 && code <= 8) || code == 410;
 }
 
 }  // namespace
