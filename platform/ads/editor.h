@@ -38,6 +38,11 @@ int acedArxUnload(const char* path);
 // The file names of the loaded modules without their folders, lower case: RTSTR items, the caller's.
 resbuf* acedArxLoaded();
 
+// Where the host finds a file: the path as it stands, beside the drawing, or among the support files.
+// result: kPathSize bytes. RTERROR when there is no such file.
+constexpr int kPathSize = 4096;
+int acedFindFile(const char* name, char* result);
+
 // --- Lisp symbols -------------------------------------------------------------------------------------
 
 // RTNORM when the symbol exists and is not nil; *value is a new list for the caller to release (or null).
@@ -60,7 +65,11 @@ int acedGetString(int blanks, const char* prompt, char* result);
 int acedGetInt(const char* prompt, int* result);
 int acedGetReal(const char* prompt, ads_real* result);
 int acedGetPoint(const ads_point base, const char* prompt, ads_point result);  // base may be null
+// The opposite corner of a box that begins at base.
+int acedGetCorner(const ads_point base, const char* prompt, ads_point result);
 int acedGetDist(const ads_point base, const char* prompt, ads_real* result);
+// Radians, counter-clockwise from the x axis.
+int acedGetAngle(const ads_point base, const char* prompt, ads_real* result);
 int acedEntSel(const char* prompt, ads_name entity, ads_point picked);
 
 // --- Variables and commands ---------------------------------------------------------------------------
@@ -71,7 +80,7 @@ int acedSetVar(const char* name, const resbuf* value);
 // A command with its answers: type/value pairs, ended by RTNONE or 0. Only RTSTR, RTREAL, RTSHORT, RTLONG,
 // RTPOINT, RT3DPOINT, RTENAME and RTPICKS occur; an empty string is Enter.
 int acedCommand(int type, ...);
-// The same with a list.
+// The same with a list. Null, or a single RTNIL, cancels the command in progress.
 int acedCmd(const resbuf* answers);
 
 // --- Messages and display -----------------------------------------------------------------------------

@@ -1,0 +1,334 @@
+// Variables, commands, messages and display, for modules and Lisp.
+#include <cmath>
+#include <cstdarg>
+#include <cstdio>
+
+#include "hostcad/editor/host.h"
+#include "hostcad/lisp/result_values.h"
+#include "platform/ads/editor.h"
+#include "platform/ads/runtime.h"
+#include "platform/text/text.h"
+#include "platform/ui/backend.h"
+
+using hostcad::CommandProcessor;
+using hostcad::Coordinates;
+using hostcad::Host;
+using hostcad::Input;
+using hostcad::VariableValue;
+namespace lisp = hostcad::lisp;
+
+namespace {
+
+// --- Command answers ---------------------------------------------------------------------------------
+
+// What stands for an answer of the user.
+constexpr std::string_view kPause = "\\";
+
+Coordinates coordinatesOf(const resbuf& item, bool isFlat) {
+    return {item.resval.rpoint[0], item.resval.rpoint[1], isFlat ? 0 : item.resval.rpoint[2]};
+}
+
+// An entity with the point where it was picked, as ENTSEL gives it.
+Input takePickedEntity(const resbuf*& item) {
+    Input input = Input::cancel();
+    for (item = item->rbnext; item && item->restype != RTLE; item = item->rbnext) {
+        if (item->restype == RTENAME)
+            input = Input::ofEntity({item->resval.rlname[0], item->resval.rlname[1]}, input.point);
+        if (item->restype == RT3DPOINT) input.point = coordinatesOf(*item, false);
+    }
+    if (item) item = item->rbnext;
+    return input;
+}
+
+Input takeInput(const resbuf*& item) {
+    const resbuf& here = *item;
+    if (here.restype == RTLB) return takePickedEntity(item);
+    item = here.rbnext;
+    switch (here.restype) {
+        case RTSTR:
+            return Input::ofText(here.resval.rstring ? here.resval.rstring : "");
+        case RTREAL:
+        case RTANG:
+        case RTORINT:
+            return Input::ofNumber(here.resval.rreal);
+        case RTSHORT:
+            return Input::ofNumber(here.resval.rint);
+        case RTLONG:
+            return Input::ofNumber(static_cast<double>(here.resval.rlong));
+        case RTPOINT:
+            return Input::ofPoint(coordinatesOf(here, true));
+        case RT3DPOINT:
+            return Input::ofPoint(coordinatesOf(here, false));
+        case RTENAME:
+            return Input::ofEntity({here.resval.rlname[0], here.resval.rlname[1]});
+        case RTPICKS:
+            return Input::ofSet({here.resval.rlname[0], here.resval.rlname[1]});
+        default:
+            return Input::cancel();
+    }
+}
+
+// An answer of the user, who is asked until one fits.
+CommandProcessor::Result feedFromUser(CommandProcessor& commands) {
+    CommandProcessor::Result result;
+    do result = commands.feedFromUser();
+    while (result == CommandProcessor::Result::Refused && commands.isActive());
+    return result;
+}
+
+// Says for its lifetime that answers come from a program.
+class Scripted {
+  public:
+    explicit Scripted(CommandProcessor& commands) : commands_(commands), was_(commands.isScripted()) {
+        commands_.setScripted(true);
+    }
+    ~Scripted() { commands_.setScripted(was_); }
+    Scripted(const Scripted&) = delete;
+    Scripted& operator=(const Scripted&) = delete;
+
+  private:
+    CommandProcessor& commands_;
+    bool was_;
+};
+
+int runCommand(Host& host, const resbuf* answers) {
+    CommandProcessor& commands = host.commands();
+    Scripted scripted(commands);
+    for (const resbuf* item = answers; item;) {
+        Input input = takeInput(item);
+        if (input.kind == Input::Kind::Cancel) {
+            commands.cancel();
+            continue;
+        }
+        bool isPause = commands.isActive() && input.kind == Input::Kind::Text && input.text == kPause;
+        if (!isPause && commands.isActive() && host.variables().integer("CMDECHO"))
+            host.write(commands.prompt().text);
+        CommandProcessor::Result result = isPause ? feedFromUser(commands) : commands.feed(input);
+        if (result == CommandProcessor::Result::Unknown) return RTERROR;
+        if (result == CommandProcessor::Result::Cancelled) return RTCAN;
+    }
+    return RTNORM;
+}
+
+}  // namespace
+
+extern "C" {
+
+// --- Variables ---------------------------------------------------------------------------------------
+
+int acedGetVar(const char* name, resbuf* value) {
+    if (!Host::current() || !name || !value) return RTERROR;
+    std::optional<VariableValue> got = Host::current()->variables().get(name);
+    if (!got) return RTERROR;
+    value->restype = got->type;
+    switch (got->type) {
+        case RTSHORT:
+            value->resval.rint = static_cast<short>(got->integer);
+            break;
+        case RTREAL:
+            value->resval.rreal = got->real;
+            break;
+        case RTSTR:
+            value->resval.rstring = acad_strdup(got->text.c_str());
+            break;
+        default:
+            ads_point_set(got->point.data(), value->resval.rpoint);
+    }
+    return RTNORM;
+}
+
+int acedSetVar(const char* name, const resbuf* value) {
+    if (!Host::current() || !name || !value) return RTERROR;
+    VariableValue given;
+    given.type = value->restype;
+    switch (value->restype) {
+        case RTSHORT:
+            given.integer = value->resval.rint;
+            break;
+        case RTLONG:
+            given.integer = value->resval.rlong;
+            break;
+        case RTREAL:
+            given.real = value->resval.rreal;
+            break;
+        case RTSTR:
+            given.text = value->resval.rstring ? value->resval.rstring : "";
+            break;
+        case RTPOINT:
+        case RT3DPOINT:
+            given.point = coordinatesOf(*value, value->restype == RTPOINT);
+            break;
+        default:
+            return RTERROR;
+    }
+    return Host::current()->variables().set(name, given).empty() ? RTNORM : RTERROR;
+}
+
+// --- Commands ----------------------------------------------------------------------------------------
+
+int acedCmd(const resbuf* answers) {
+    Host* host = Host::current();
+    if (!host) return RTERROR;
+    if (!answers) {
+        host->commands().cancel();
+        return RTNORM;
+    }
+    try {
+        lisp::Interpreter::Guard guard(host->lisp());
+        return runCommand(*host, answers);
+    } catch (const lisp::Error& error) {
+        host->commands().cancel();
+        if (error.kind == lisp::Error::Kind::Cancel) return RTCAN;
+        host->write("\n; error: " + error.fullText() + "\n");
+        return RTERROR;
+    }
+}
+
+int acedCommand(int type, ...) {
+    resbuf* head = nullptr;
+    resbuf** tail = &head;
+    va_list args;
+    va_start(args, type);
+    bool isKnown = true;
+    for (; isKnown && type != 0 && type != RTNONE; type = va_arg(args, int)) {
+        resbuf* item = acutNewRb(type);
+        *tail = item;
+        tail = &item->rbnext;
+        switch (type) {
+            case RTSTR: {
+                const char* text = va_arg(args, const char*);
+                item->resval.rstring = acad_strdup(text ? text : "");
+                break;
+            }
+            case RTREAL:
+                item->resval.rreal = va_arg(args, double);
+                break;
+            case RTSHORT:
+                item->resval.rint = static_cast<short>(va_arg(args, int));
+                break;
+            case RTLONG:
+                item->resval.rlong = va_arg(args, long);
+                break;
+            case RTPOINT: {
+                const double* p = va_arg(args, const double*);
+                item->resval.rpoint[0] = p[0], item->resval.rpoint[1] = p[1];
+                break;
+            }
+            case RT3DPOINT:
+                ads_point_set(va_arg(args, const double*), item->resval.rpoint);
+                break;
+            case RTENAME:
+            case RTPICKS:
+                ads_name_set(va_arg(args, const long*), item->resval.rlname);
+                break;
+            default:
+                isKnown = false;
+        }
+    }
+    va_end(args);
+    lisp::ResultList owner(head);
+    return isKnown ? acedCmd(head) : RTERROR;
+}
+
+// --- Messages and display ----------------------------------------------------------------------------
+
+int acutPrintf(const char* format, ...) {
+    va_list args, again;
+    va_start(args, format);
+    va_copy(again, args);
+    int length = std::vsnprintf(nullptr, 0, format, args);
+    va_end(args);
+    std::string text(length > 0 ? static_cast<size_t>(length) : 0, '\0');
+    if (length > 0) std::vsnprintf(text.data(), text.size() + 1, format, again);
+    va_end(again);
+    if (Host::current())
+        Host::current()->write(text);
+    else
+        std::fputs(text.c_str(), stdout);
+    return RTNORM;
+}
+
+int acedAlert(const char* message) {
+    if (ui::backend())
+        ui::messageBox("Message", message, ui::kBoxOk);
+    else
+        acutPrintf("\n%s\n", message);
+    return RTNORM;
+}
+
+int acedRedraw(const ads_name entity, int mode) {
+    Host* host = Host::current();
+    if (!host || mode < 1 || mode > 4) return RTERROR;
+    if (!entity) {
+        host->view().redraw();
+        return RTNORM;
+    }
+    hostcad::EntityName name{entity[0], entity[1]};
+    if (mode <= 2)
+        host->view().redrawEntity(name, mode == 1);
+    else
+        host->view().highlight(name, mode == 3);
+    return RTNORM;
+}
+
+int acedCoordFromPixelToWorld(int, const int pixel[2], ads_point world) {
+    Host* host = Host::current();
+    if (!host || host->view().pixelHeight() <= 0) return RTERROR;
+    const hostcad::ViewBox& box = host->viewBox();
+    double unitsPerPixel = box.height / host->view().pixelHeight();
+    world[0] = box.centre[0] + (pixel[0] - host->view().pixelWidth() / 2.0) * unitsPerPixel;
+    world[1] = box.centre[1] + (pixel[1] - host->view().pixelHeight() / 2.0) * unitsPerPixel;
+    world[2] = 0;
+    return RTNORM;
+}
+
+int acedSetStatusBarProgressMeter(const char* label, int from, int to) {
+    if (!Host::current()) return RTERROR;
+    Host::current()->view().startMeter(label ? label : "", from, to);
+    return RTNORM;
+}
+
+int acedSetStatusBarProgressMeterPos(int position) {
+    if (!Host::current()) return RTERROR;
+    Host::current()->view().setMeter(position);
+    return RTNORM;
+}
+
+void acedRestoreStatusBar() {
+    if (Host::current()) Host::current()->view().endMeter();
+}
+}
+
+// --- The host's registry -----------------------------------------------------------------------------
+
+namespace {
+
+class DynamicLinker : public AcRxDynamicLinker {
+  public:
+    bool registerAppMDIAware(void* packet) override { return packet != nullptr; }
+    bool unlockApplication(void* packet) override {
+        if (!Host::current() || !packet) return false;
+        Host::current()->modules().unlock(packet);
+        return true;
+    }
+};
+
+DynamicLinker theLinker;
+
+class SystemRegistry : public AcRxDictionary {
+  public:
+    AcRxObject* at(const char* key) const override {
+        return key && std::string_view(key) == "DynamicLinker" ? &theLinker : nullptr;
+    }
+};
+
+}  // namespace
+
+AcRxDictionary* acrxSysRegistry() {
+    static SystemRegistry registry;
+    return &registry;
+}
+
+bool acrxUnlockApplication(void* packet) {
+    return theLinker.unlockApplication(packet);
+}

@@ -1,0 +1,32 @@
+#include "hostcad/editor/command.h"
+
+#include "hostcad/editor/host.h"
+
+namespace hostcad {
+
+void Command::ask(Prompt prompt, Handler handler) {
+    prompt_ = std::move(prompt);
+    handler_ = std::move(handler);
+}
+
+void Command::ask(Prompt::Kind kind, const std::string& text, Handler handler, const std::string& keywords,
+                  int bits) {
+    ask(Prompt{kind, text, bits, Keywords(keywords), {}}, std::move(handler));
+}
+
+void Command::askFrom(const Coordinates& base, Prompt::Kind kind, const std::string& text, Handler handler,
+                      const std::string& keywords, int bits) {
+    ask(Prompt{kind, text, bits, Keywords(keywords), base}, std::move(handler));
+}
+
+void Command::answer(const Answer& answer) {
+    Handler handler = std::move(handler_);
+    handler_ = nullptr;
+    if (handler) handler(answer);
+}
+
+void Command::say(const std::string& text) {
+    host_.write(text);
+}
+
+}  // namespace hostcad

@@ -1,0 +1,87 @@
+#include "hostcad/editor/entity_making.h"
+
+#include "hostcad/drawing/current_drawing.h"
+#include "hostcad/editor/host.h"
+#include "platform/ads/entities.h"
+
+namespace hostcad {
+
+resbuf& GroupList::add(int code) {
+    *tail_ = acutNewRb(code);
+    resbuf& item = **tail_;
+    tail_ = &item.rbnext;
+    return item;
+}
+
+GroupList& GroupList::text(int code, const std::string& value) {
+    add(code).resval.rstring = acad_strdup(value.c_str());
+    return *this;
+}
+
+GroupList& GroupList::real(int code, double value) {
+    add(code).resval.rreal = value;
+    return *this;
+}
+
+GroupList& GroupList::integer(int code, int value) {
+    resbuf& item = add(code);
+    if (groupKindOf(code) == GroupKind::Long)
+        item.resval.rlong = value;
+    else
+        item.resval.rint = static_cast<short>(value);
+    return *this;
+}
+
+GroupList& GroupList::point(int code, const Coordinates& value) {
+    ads_point_set(value.data(), add(code).resval.rpoint);
+    return *this;
+}
+
+bool makeEntity(Host& host, const GroupList& groups) {
+    if (acdbEntMake(groups.list()) == RTNORM) return true;
+    host.write("\nThe drawing does not take this entity.\n");
+    return false;
+}
+
+namespace {
+
+void addWidthsAndBulge(GroupList& groups, const PolylineCorner& corner) {
+    groups.real(40, corner.startWidth).real(41, corner.endWidth).real(42, corner.bulge);
+}
+
+bool makeLightPolyline(Host& host, const std::vector<PolylineCorner>& corners, bool isClosed) {
+    GroupList groups;
+    groups.text(0, "LWPOLYLINE").text(100, "AcDbEntity").text(100, "AcDbPolyline");
+    groups.integer(90, static_cast<int>(corners.size()))
+        .integer(70, isClosed)
+        .real(38, corners.front().at[2]);
+    for (const PolylineCorner& corner : corners) {
+        groups.point(10, {corner.at[0], corner.at[1], 0});
+        addWidthsAndBulge(groups, corner);
+    }
+    return makeEntity(host, groups);
+}
+
+bool makeOldPolyline(Host& host, const std::vector<PolylineCorner>& corners, bool isClosed) {
+    GroupList head;
+    head.text(0, "POLYLINE").integer(66, 1).point(10, {0, 0, corners.front().at[2]}).integer(70, isClosed);
+    if (!makeEntity(host, head)) return false;
+    for (const PolylineCorner& corner : corners) {
+        GroupList vertex;
+        vertex.text(0, "VERTEX").point(10, corner.at);
+        addWidthsAndBulge(vertex, corner);
+        if (!makeEntity(host, vertex)) return false;
+    }
+    GroupList end;
+    end.text(0, "SEQEND");
+    return makeEntity(host, end);
+}
+
+}  // namespace
+
+bool makePolyline(Host& host, const std::vector<PolylineCorner>& corners, bool isClosed) {
+    bool isLight = hasSubclasses(currentDrawing().version()) && host.variables().integer("PLINETYPE") > 0;
+    return isLight ? makeLightPolyline(host, corners, isClosed) : makeOldPolyline(host, corners, isClosed);
+}
+
+}  // namespace hostcad

@@ -1,0 +1,189 @@
+// OPEN, NEW, SAVE, QSAVE, SAVEAS, QUIT.
+#include "hostcad/drawing/current_drawing.h"
+#include "hostcad/editor/command.h"
+#include "hostcad/editor/command_processor.h"
+#include "hostcad/editor/host.h"
+#include "platform/files/files.h"
+#include "platform/text/text.h"
+#include "platform/ui/backend.h"
+
+namespace hostcad {
+
+namespace {
+
+class FileCommand : public Command {
+  public:
+    using Command::Command;
+    // The drawing that the step would belong to may be gone at the end.
+    bool isUndoable() const override { return false; }
+
+  protected:
+    // Goes on at once when nothing would be lost, else asks.
+    void unlessChangesAreKept(const std::function<void()>& goOn) {
+        if (!currentDrawing().modified()) {
+            goOn();
+            return;
+        }
+        ask(
+            Prompt::Kind::Keyword,
+            "\nThe drawing has changes that are not saved. Discard them? [Yes/No] <No>: ",
+            [goOn](const Answer& answer) {
+                if (answer.isKeyword("Yes")) goOn();
+            },
+            "Yes No");
+    }
+
+    // The name of a file: from a box where the user likes boxes, else from the command line.
+    void askName(const std::string& prompt, bool isSaving,
+                 const std::function<void(const std::string&)>& use) {
+        bool wantsBox = host_.variables().integer("FILEDIA") != 0 && !host_.commands().isScripted();
+        if (wantsBox) {
+            useBox(isSaving, use);
+            return;
+        }
+        ask(Prompt::Kind::Line, prompt, [this, isSaving, use](const Answer& answer) {
+            if (answer.text == "~")
+                useBox(isSaving, use);
+            else
+                use(answer.text);
+        });
+    }
+
+    void report(const std::string& problem) {
+        if (!problem.empty()) say("\n" + problem + "\n");
+    }
+
+  private:
+    void useBox(bool isSaving, const std::function<void(const std::string&)>& use) {
+        ui::FileBox box;
+        box.save = isSaving;
+        box.title = isSaving ? "Save Drawing As" : "Select File";
+        box.filter = "Drawing (*.dxf)|*.dxf||";
+        box.pattern = isSaving ? files::nameOf(currentDrawing().path()) : "*.dxf";
+        box.folder = files::folderOf(currentDrawing().path());
+        box.defaultExtension = "dxf";
+        box.mustExist = !isSaving;
+        box.askOverwrite = isSaving;
+        if (std::optional<std::string> path = ui::fileBox(box)) use(*path);
+    }
+};
+
+class OpenCommand : public FileCommand {
+  public:
+    using FileCommand::FileCommand;
+    void start() override {
+        unlessChangesAreKept([this] {
+            askName("\nEnter name of drawing to open: ", false, [this](const std::string& name) {
+                if (!name.empty()) report(host_.openDrawing(name));
+            });
+        });
+    }
+};
+
+class NewCommand : public FileCommand {
+  public:
+    using FileCommand::FileCommand;
+    void start() override {
+        unlessChangesAreKept([this] {
+            ask(Prompt::Kind::Line, "\nEnter template file name or [. (for none)] <.>: ",
+                [this](const Answer& answer) { makeFrom(answer.text); });
+        });
+    }
+
+  private:
+    void makeFrom(const std::string& name) {
+        std::string problem = name.empty() || name == "." ? host_.newDrawing() : host_.openDrawing(name);
+        report(problem);
+        if (problem.empty()) currentDrawing().setPath("");
+    }
+};
+
+class SaveCommand : public FileCommand {
+  public:
+    // isQuick: under the drawing's own name, where it has one, without asking.
+    SaveCommand(Host& host, bool isQuick) : FileCommand(host), isQuick_(isQuick) {}
+    void start() override {
+        const std::string& own = currentDrawing().path();
+        if (isQuick_ && !own.empty()) {
+            report(host_.saveDrawing());
+            return;
+        }
+        askName("\nSave drawing as <" + own + ">: ", true, [this](const std::string& name) {
+            report(host_.saveDrawing(name, !currentDrawing().path().empty()));
+        });
+    }
+
+  private:
+    bool isQuick_;
+};
+
+class SaveAsCommand : public FileCommand {
+  public:
+    using FileCommand::FileCommand;
+    void start() override { askVersion(); }
+
+  private:
+    void askVersion() {
+        const DxfFormat& format = currentDrawing().format();
+        std::string now = versionName(format.version) + (format.binary ? ", binary" : ", text");
+        ask(
+            Prompt::Kind::Keyword,
+            "\nEnter file version or kind [R12/R2000/R2004/R2007/R2010/R2013/R2018/Binary/Text] <" + now +
+                ">: ",
+            [this](const Answer& answer) { takeVersion(answer); },
+            "R12 R2000,2000 R2004,2004 R2007,2007 R2010,2010 R2013,2013 R2018,2018 Binary Text");
+    }
+
+    void takeVersion(const Answer& answer) {
+        if (answer.kind == Answer::Kind::None) {
+            askName("\nSave drawing as <" + currentDrawing().path() + ">: ", true,
+                    [this](const std::string& name) { saveUnder(name); });
+            return;
+        }
+        DxfFormat format = currentDrawing().format();
+        if (answer.text == "Binary" || answer.text == "Text")
+            format.binary = answer.text == "Binary";
+        else
+            versionOfName(answer.text, format.version);
+        currentDrawing().setFormat(format);
+        askVersion();
+    }
+
+    void saveUnder(const std::string& name) {
+        std::string path = files::native(name);
+        if (!path.empty() && files::extensionOf(path).empty()) path += ".dxf";
+        bool isForeign = !path.empty() && files::exists(path) && path != currentDrawing().path();
+        bool asksInBox = host_.variables().integer("FILEDIA") != 0 && !host_.commands().isScripted();
+        if (!isForeign || asksInBox) {
+            report(host_.saveDrawing(path));
+            return;
+        }
+        ask(
+            Prompt::Kind::Keyword, "\nA file of that name exists. Replace it? [Yes/No] <No>: ",
+            [this, path](const Answer& answer) {
+                if (answer.isKeyword("Yes")) report(host_.saveDrawing(path));
+            },
+            "Yes No");
+    }
+};
+
+class QuitCommand : public FileCommand {
+  public:
+    using FileCommand::FileCommand;
+    void start() override {
+        unlessChangesAreKept([this] { host_.quit(); });
+    }
+};
+
+}  // namespace
+
+void defineFileCommands(CommandProcessor& commands) {
+    commands.define("OPEN", [](Host& host) { return std::make_unique<OpenCommand>(host); });
+    commands.define("NEW", [](Host& host) { return std::make_unique<NewCommand>(host); });
+    commands.define("SAVE", [](Host& host) { return std::make_unique<SaveCommand>(host, false); });
+    commands.define("QSAVE", [](Host& host) { return std::make_unique<SaveCommand>(host, true); });
+    commands.define("SAVEAS", [](Host& host) { return std::make_unique<SaveAsCommand>(host); });
+    commands.define("QUIT", [](Host& host) { return std::make_unique<QuitCommand>(host); });
+}
+
+}  // namespace hostcad

@@ -1,0 +1,352 @@
+#include "hostcad/editor/host.h"
+
+#include <cstdlib>
+#include <ctime>
+#include <filesystem>
+
+#include "hostcad/ads/host_names.h"
+#include "hostcad/drawing/current_drawing.h"
+#include "hostcad/dxf/blank_drawing.h"
+#include "hostcad/dxf/dxf.h"
+#include "hostcad/editor/object_selection.h"
+#include "hostcad/lisp/printer.h"
+#include "platform/ads/result_buffer.h"
+#include "platform/files/files.h"
+#include "platform/text/text.h"
+
+namespace hostcad {
+
+namespace {
+
+Host* theHost = nullptr;
+
+std::string withSeparator(std::string folder) {
+    if (!folder.empty() && folder.back() != '/') folder += '/';
+    return folder;
+}
+
+std::string absolutePath(const std::string& path) {
+    std::error_code error;
+    std::filesystem::path absolute = std::filesystem::absolute(path, error);
+    return error ? path : absolute.lexically_normal().string();
+}
+
+// The folder that a person's settings live in; made when it is missing.
+std::string userFolder() {
+    auto environment = [](const char* name) -> std::string {
+        const char* value = std::getenv(name);
+        return value ? value : "";
+    };
+    std::string folder = environment("NORVANE_USER_DIR");
+    if (folder.empty()) {
+        std::string config = environment("XDG_CONFIG_HOME");
+        if (config.empty()) config = withSeparator(environment("HOME")) + ".config";
+        folder = withSeparator(config) + "norvane";
+    }
+    std::error_code ignored;
+    std::filesystem::create_directories(folder, ignored);
+    return withSeparator(absolutePath(folder));
+}
+
+// Days since the beginning of the Julian calendar, with the time of day as the fraction.
+double julianDay(std::time_t now) {
+    std::tm local{};
+    localtime_r(&now, &local);
+    constexpr double kUnixEpoch = 2440588;  // whole days count from midnight here
+    double seconds = static_cast<double>(now) + static_cast<double>(local.tm_gmtoff);
+    return kUnixEpoch + seconds / 86400;
+}
+
+// 20050621.143000: the date and time as one number.
+double calendarNumber(std::time_t now) {
+    std::tm t{};
+    localtime_r(&now, &t);
+    double date = (t.tm_year + 1900) * 10000.0 + (t.tm_mon + 1) * 100.0 + t.tm_mday;
+    return date + t.tm_hour / 1e2 + t.tm_min / 1e4 + t.tm_sec / 1e6;
+}
+
+}  // namespace
+
+Host* Host::current() {
+    return theHost;
+}
+
+Host::Host(Output& output, InputSource& source, View& view) : commandLine_(output, source), view_(view) {
+    theHost = this;
+    lisp_ = std::make_unique<lisp::Interpreter>([this](std::string_view text) { write(text); });
+    commands_ = std::make_unique<CommandProcessor>(*this);
+    modules_ = std::make_unique<Modules>(*this);
+    defineVariables();
+    setUserSelection([this](SelectionSet& set) { return selectObjects(*this, set); });
+    readViewBox();
+}
+
+Host::~Host() {
+    modules_.reset();
+    commands_.reset();
+    lisp_.reset();
+    setUserSelection(nullptr);
+    theHost = nullptr;
+}
+
+// --- Asking ------------------------------------------------------------------------------------------
+
+Conventions Host::conventions() const {
+    Conventions c;
+    c.lastPoint = variables_.point("LASTPOINT");
+    c.elevation = variables_.real("ELEVATION");
+    c.angleFormat = static_cast<int>(variables_.integer("AUNITS"));
+    c.angleBase = variables_.real("ANGBASE");
+    c.isClockwise = variables_.integer("ANGDIR") == 1;
+    return c;
+}
+
+void Host::setLastPoint(const Coordinates& point) {
+    variables_.set("LASTPOINT", VariableValue::ofPoint(point));
+}
+
+Answer Host::ask(Prompt prompt) {
+    bool isPoint = prompt.kind == Prompt::Kind::Point;
+    Answer answer = commandLine_.ask(std::move(prompt), conventions());
+    if (isPoint && answer.isValue()) setLastPoint(answer.point);
+    return answer;
+}
+
+// --- Running -----------------------------------------------------------------------------------------
+
+bool Host::runLine(const std::string& line) {
+    std::string_view typed = text::trim(line);
+    try {
+        if (!typed.empty() && (typed.front() == '(' || typed.front() == '!')) {
+            if (typed.front() == '!') typed.remove_prefix(1);
+            lisp::Value value = lisp_->runText(typed);
+            write("\n" + lisp::toText(value) + "\n");
+        } else if (commands_->feed(Input::ofText(std::string(typed))) == CommandProcessor::Result::Unknown) {
+            return false;
+        }
+        finishCommands();
+        return true;
+    } catch (const lisp::Error& error) {
+        commands_->cancel();
+        if (error.kind == lisp::Error::Kind::Quit) return true;
+        write("\n; error: " + error.fullText() + "\n");
+        return false;
+    }
+}
+
+void Host::runScript(const std::string& path) {
+    lisp_->runFile(path);
+    finishCommands();
+}
+
+void Host::finishCommands() {
+    commands_->finish();
+}
+
+// --- Drawings ----------------------------------------------------------------------------------------
+
+std::string Host::replaceDrawing(std::unique_ptr<Drawing> drawing) {
+    modules_->drawingClosing();
+    setCurrentDrawing(std::move(drawing));
+    readViewBox();
+    modules_->drawingOpened();
+    return "";
+}
+
+std::string Host::openDrawing(const std::string& name) {
+    if (modules_->isBusy()) return "The drawing cannot be changed while a module is at work.";
+    std::string path = findFile(name);
+    if (path.empty() && files::extensionOf(name).empty()) path = findFile(name + ".dxf");
+    if (path.empty()) return "There is no file " + name + ".";
+    std::string error;
+    std::unique_ptr<Drawing> drawing = readDxf(path, error);
+    if (!drawing) return "Cannot open " + path + ": " + error;
+    drawing->setPath(path);
+    return replaceDrawing(std::move(drawing));
+}
+
+std::string Host::newDrawing() {
+    if (modules_->isBusy()) return "The drawing cannot be changed while a module is at work.";
+    return replaceDrawing(blankDrawing());
+}
+
+std::string Host::saveDrawing(const std::string& name, bool isCopy) {
+    Drawing& drawing = currentDrawing();
+    std::string path = files::native(name.empty() ? drawing.path() : name);
+    if (path.empty()) return "The drawing has no name yet.";
+    if (files::extensionOf(path).empty()) path += ".dxf";
+    if (!text::equalNoCase(files::extensionOf(path), "dxf"))
+        return "Drawings are written as DXF only: give a name that ends in .dxf.";
+    path = absolutePath(path);
+    std::string error;
+    if (!writeDxf(drawing, path, drawing.format(), error)) return "Cannot save " + path + ": " + error;
+    if (isCopy && path != drawing.path()) return "";
+    drawing.setPath(path);
+    drawing.setModified(false);
+    return "";
+}
+
+// --- Files -------------------------------------------------------------------------------------------
+
+std::string Host::findFile(const std::string& name) const {
+    std::string path = files::native(name);
+    if (path.empty()) return "";
+    if (files::exists(path)) return absolutePath(files::onDisk(path));
+    if (path.front() == '/') return "";
+    std::vector<std::string> folders{files::folderOf(currentDrawing().path())};
+    folders.insert(folders.end(), supportFolders_.begin(), supportFolders_.end());
+    for (const std::string& folder : folders) {
+        std::string candidate = files::join(folder, path);
+        if (!folder.empty() && files::exists(candidate)) return absolutePath(files::onDisk(candidate));
+    }
+    return "";
+}
+
+void Host::addSupportFolder(const std::string& folder) {
+    supportFolders_.push_back(withSeparator(folder));
+}
+
+void Host::setFolders(const std::string& programFolder, const std::string& supportFolder) {
+    auto set = [this](const char* symbol, std::string folder) {
+        lisp_->intern(symbol)->value = lisp::Value::string(withSeparator(std::move(folder)));
+    };
+    std::error_code error;
+    std::string temporary = std::filesystem::temp_directory_path(error).string();
+    set("lspdir$", absolutePath(supportFolder));
+    set("usrdir$", userFolder());
+    set("tmpdir$", error ? "/tmp" : temporary);
+    set("exedir$", absolutePath(programFolder));
+    addSupportFolder(supportFolder);
+    addSupportFolder(programFolder);
+}
+
+// --- View --------------------------------------------------------------------------------------------
+
+namespace {
+
+constexpr std::string_view kActiveView = "*ACTIVE";
+
+double aspectOf(const View& view) {
+    return view.pixelHeight() > 0 ? static_cast<double>(view.pixelWidth()) / view.pixelHeight() : 1;
+}
+
+}  // namespace
+
+void Host::readViewBox() {
+    const Drawing& drawing = currentDrawing();
+    ViewBox box;
+    if (ObjectId record = drawing.record("VPORT", kActiveView)) {
+        Groups groups = drawing.groups(record);
+        if (const Group* centre = find(groups, 12)) box.centre = {centre->x(), centre->y(), 0};
+        box.height = realOf(groups, 40, 1);
+    } else {
+        Groups centre = drawing.headerVariable("$VIEWCTR");
+        if (!centre.empty()) box.centre = {centre.front().x(), centre.front().y(), 0};
+        box.height = drawing.headerReal("$VIEWSIZE", 1);
+    }
+    if (!(box.height > 0)) box.height = 1;
+    box.width = box.height * aspectOf(view_);
+    viewBox_ = box;
+    earlierViews_.clear();
+    view_.show(viewBox_);
+}
+
+void Host::setViewBox(const Coordinates& centre, double height) {
+    constexpr size_t kMostEarlierViews = 10;
+    earlierViews_.push_back(viewBox_);
+    if (earlierViews_.size() > kMostEarlierViews) earlierViews_.erase(earlierViews_.begin());
+    viewBox_ = {centre, height, height * aspectOf(view_)};
+    keepViewBox();
+}
+
+void Host::restoreViewBox() {
+    if (earlierViews_.empty()) return;
+    viewBox_ = earlierViews_.back();
+    earlierViews_.pop_back();
+    keepViewBox();
+}
+
+void Host::keepViewBox() {
+    Drawing& drawing = currentDrawing();
+    const auto& [centre, height, width] = viewBox_;
+    if (ObjectId record = drawing.record("VPORT", kActiveView)) {
+        Groups old = drawing.groups(record);
+        std::vector<Group> groups(old.begin(), old.end());
+        for (Group& group : groups) {
+            if (group.code == 12) group = drawing.arena().point(12, centre[0], centre[1]);
+            if (group.code == 40) group = realGroup(40, height);
+        }
+        drawing.setGroups(record, groups);
+    } else {
+        drawing.setHeaderPoint("$VIEWCTR", 10, centre[0], centre[1], 0);
+        drawing.setHeaderReal("$VIEWSIZE", 40, height);
+    }
+    view_.show(viewBox_);
+}
+
+// --- Variables ---------------------------------------------------------------------------------------
+
+void Host::defineVariables() {
+    using V = VariableValue;
+    auto number = [](long n) { return [n] { return V::ofInteger(n); }; };
+    variables_.define("ACADVER", [] { return V::ofText("16.1"); });
+    variables_.define("DATE", [] { return V::ofReal(julianDay(std::time(nullptr))); });
+    variables_.define("CDATE", [] { return V::ofReal(calendarNumber(std::time(nullptr))); });
+    variables_.define("DWGNAME", [] {
+        std::string name = files::nameOf(currentDrawing().path());
+        return V::ofText(name.empty() ? "Drawing.dxf" : name);
+    });
+    variables_.define("DWGPREFIX", [] {
+        std::string folder = files::folderOf(currentDrawing().path());
+        return V::ofText(folder.empty() ? withSeparator(absolutePath(".")) : folder);
+    });
+    variables_.define("DWGTITLED", [] { return V::ofInteger(!currentDrawing().path().empty()); });
+    variables_.define("DBMOD", [] { return V::ofInteger(currentDrawing().modified()); });
+    variables_.define("LOGINNAME", [] {
+        const char* user = std::getenv("USER");
+        return V::ofText(user ? user : "");
+    });
+    variables_.define("TEMPPREFIX", [this] {
+        lisp::Value folder = lisp_->intern("tmpdir$")->value;
+        return V::ofText(folder.isString() ? folder.asString() : "/tmp/");
+    });
+    variables_.define("VIEWCTR", [this] { return V::ofPoint(viewBox_.centre); });
+    variables_.define("VIEWSIZE", [this] { return V::ofReal(viewBox_.height); });
+    variables_.define("SCREENSIZE", [this] {
+        return V::ofPoint(
+            {static_cast<double>(view_.pixelWidth()), static_cast<double>(view_.pixelHeight()), 0}, true);
+    });
+    variables_.define("CMDNAMES", [this] { return V::ofText(commands_->activeName()); });
+    variables_.define("CMDACTIVE", [this] { return V::ofInteger(commands_->isActive()); });
+    variables_.define("HANDLES", number(1));
+    variables_.define("WORLDUCS", number(1));
+    variables_.define(
+        "CLAYER", [] { return V::ofText(currentDrawing().headerText("$CLAYER", "0")); },
+        [](const V& value) -> std::string {
+            Drawing& drawing = currentDrawing();
+            ObjectId layer = drawing.record("LAYER", value.text);
+            if (!layer) return "There is no layer " + value.text + ".";
+            constexpr int kFrozen = 1;
+            if (integerOf(drawing.groups(layer), 70) & kFrozen)
+                return "The layer " + value.text + " is frozen.";
+            drawing.setHeaderText("$CLAYER", 8, drawing.symbol(layer));
+            return "";
+        });
+    // The colour of new entities: a number in the file, a word or number here.
+    variables_.define(
+        "CECOLOR",
+        [] {
+            int64_t colour = currentDrawing().headerInteger("$CECOLOR", 256);
+            return V::ofText(colour == 256 ? "BYLAYER" : colour == 0 ? "BYBLOCK" : std::to_string(colour));
+        },
+        [](const V& value) -> std::string {
+            std::string word = text::upper(value.text);
+            long colour = word == "BYLAYER" ? 256 : word == "BYBLOCK" ? 0 : text::toLong(word);
+            if (colour < 0 || colour > 256 || (colour == 0 && word != "BYBLOCK"))
+                return "There is no colour " + word + ".";
+            currentDrawing().setHeaderInteger("$CECOLOR", 62, colour);
+            return "";
+        });
+}
+
+}  // namespace hostcad

@@ -1,0 +1,94 @@
+// The CAD host: one object that owns what a session has. A program makes one, with a command line to talk
+// over and a view to show, and drives it with lines of input; modules reach it through platform/ads.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "hostcad/editor/command_line.h"
+#include "hostcad/editor/command_processor.h"
+#include "hostcad/editor/modules.h"
+#include "hostcad/editor/variables.h"
+#include "hostcad/editor/view.h"
+#include "hostcad/lisp/interpreter.h"
+
+namespace hostcad {
+
+class Host {
+  public:
+    // All three stay the caller's. There is one host in a process at a time.
+    Host(Output& output, InputSource& source, View& view);
+    ~Host();
+    Host(const Host&) = delete;
+    Host& operator=(const Host&) = delete;
+
+    // The host of the process; null before it is made.
+    static Host* current();
+
+    lisp::Interpreter& lisp() { return *lisp_; }
+    CommandLine& commandLine() { return commandLine_; }
+    CommandProcessor& commands() { return *commands_; }
+    Modules& modules() { return *modules_; }
+    Variables& variables() { return variables_; }
+    View& view() { return view_; }
+
+    void write(std::string_view text) { commandLine_.write(text); }
+    Answer ask(Prompt prompt);
+    Conventions conventions() const;
+    void setLastPoint(const Coordinates& point);
+
+    // --- What a program does with the host ---
+    // A line typed at the command prompt: a command's name, a Lisp expression, or !symbol. Errors are told on
+    // the command line; false after one.
+    bool runLine(const std::string& line);
+    // A file of Lisp. Commands that it leaves unfinished are finished with the user. Throws lisp::Error.
+    void runScript(const std::string& path);
+    // What a script leaves open when it ends.
+    void finishCommands();
+    // Ends what is going on, as Escape does. May come from a signal handler.
+    void cancel() { lisp_->cancel(); }
+
+    // --- Drawings: "" when done, else why not ---
+    std::string openDrawing(const std::string& path);
+    std::string newDrawing();
+    // An empty path saves under the drawing's own name; another one becomes its name, unless it is a copy.
+    std::string saveDrawing(const std::string& path = "", bool isCopy = false);
+
+    // --- Files ---
+    // The path of a file: as given, beside the drawing, or in a support folder. "" when it is nowhere.
+    std::string findFile(const std::string& name) const;
+    // A folder with its separator at the end; folders are looked through in the order of adding.
+    void addSupportFolder(const std::string& folder);
+    // Sets the Lisp symbols that say where things are: lspdir$, usrdir$, tmpdir$, exedir$.
+    void setFolders(const std::string& programFolder, const std::string& supportFolder);
+
+    // --- View ---
+    const ViewBox& viewBox() const { return viewBox_; }
+    // Keeps it in the drawing and shows it.
+    void setViewBox(const Coordinates& centre, double height);
+    // Back to what was shown before the last change of the view.
+    void restoreViewBox();
+
+    bool wantsQuit() const { return wantsQuit_; }
+    void quit() { wantsQuit_ = true; }
+
+  private:
+    void defineVariables();
+    std::string replaceDrawing(std::unique_ptr<class Drawing> drawing);
+    void readViewBox();
+    void keepViewBox();
+
+    CommandLine commandLine_;
+    View& view_;
+    Variables variables_;
+    std::unique_ptr<lisp::Interpreter> lisp_;
+    std::unique_ptr<CommandProcessor> commands_;
+    std::unique_ptr<Modules> modules_;
+    std::vector<std::string> supportFolders_;
+    ViewBox viewBox_;
+    std::vector<ViewBox> earlierViews_;
+    bool wantsQuit_ = false;
+};
+
+}  // namespace hostcad

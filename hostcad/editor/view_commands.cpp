@@ -1,0 +1,136 @@
+// ZOOM, REGEN.
+#include <algorithm>
+#include <cmath>
+
+#include "hostcad/drawing/current_drawing.h"
+#include "hostcad/editor/command.h"
+#include "hostcad/editor/command_processor.h"
+#include "hostcad/editor/host.h"
+#include "hostcad/geometry/extents.h"
+#include "platform/text/text.h"
+
+namespace hostcad {
+
+namespace {
+
+class ViewCommand : public Command {
+  public:
+    using Command::Command;
+    // What is seen is no change of the drawing's content.
+    bool isUndoable() const override { return false; }
+};
+
+class ZoomCommand : public ViewCommand {
+  public:
+    using ViewCommand::ViewCommand;
+    void start() override {
+        ask(
+            Prompt::Kind::Point,
+            "\nSpecify corner of window, enter a scale factor (nX), or "
+            "[All/Center/Extents/Previous/Scale/Window]: ",
+            [this](const Answer& answer) { takeOption(answer); }, "All Center Extents Previous Scale Window",
+            kAnyText);
+    }
+
+  private:
+    void takeOption(const Answer& answer) {
+        if (answer.kind == Answer::Kind::None) return;
+        if (answer.isValue()) {
+            askSecondCorner(answer.point);
+        } else if (answer.text == "All" || answer.text == "Extents") {
+            showExtents(answer.text == "All");
+        } else if (answer.text == "Center") {
+            ask(Prompt::Kind::Point, "\nSpecify center point: ", [this](const Answer& a) {
+                askHeight(a.isValue() ? a.point : host_.viewBox().centre);
+            });
+        } else if (answer.text == "Window") {
+            ask(Prompt::Kind::Point, "\nSpecify first corner: ", [this](const Answer& a) {
+                if (a.isValue()) askSecondCorner(a.point);
+            });
+        } else if (answer.text == "Scale") {
+            ask(Prompt::Kind::Text,
+                "\nEnter a scale factor (nX): ", [this](const Answer& a) { scale(a.text); });
+        } else if (answer.text == "Previous") {
+            host_.restoreViewBox();
+        } else {
+            scale(answer.text);
+        }
+    }
+
+    void askSecondCorner(const Coordinates& first) {
+        askFrom(first, Prompt::Kind::Point,
+                "\nSpecify opposite corner: ", [this, first](const Answer& answer) {
+                    if (answer.isValue()) showBox(first, answer.point);
+                });
+    }
+
+    void askHeight(const Coordinates& centre) {
+        double height = host_.viewBox().height;
+        ask(
+            Prompt::Kind::Distance, text::format("\nEnter magnification (nX) or height <%.4f>: ", height),
+            [this, centre, height](const Answer& answer) {
+                double wanted = answer.isValue() ? answer.number : height;
+                if (answer.kind == Answer::Kind::Keyword) wanted = height / factorOf(answer.text);
+                if (wanted > 0 && std::isfinite(wanted)) host_.setViewBox(centre, wanted);
+            },
+            "", kAnyText);
+    }
+
+    // 2X doubles what is seen; a number alone counts from the view of the drawing's limits.
+    void scale(const std::string& typed) {
+        double factor = factorOf(typed);
+        bool isRelative = text::endsWithNoCase(typed, "x");
+        if (!(factor > 0)) {
+            say("\nA scale factor above zero is needed.");
+            return;
+        }
+        double whole = host_.viewBox().height;
+        if (!isRelative) {
+            Coordinates low = host_.variables().point("LIMMIN"), high = host_.variables().point("LIMMAX");
+            if (high[1] > low[1]) whole = high[1] - low[1];
+        }
+        host_.setViewBox(host_.viewBox().centre, whole / factor);
+    }
+
+    static double factorOf(const std::string& typed) { return text::toReal(typed); }
+
+    void showExtents(bool withLimits) {
+        const Drawing& drawing = currentDrawing();
+        Box box = extentsOfBlock(drawing, drawing.currentSpace(), true);
+        if (withLimits || box.empty()) {
+            Coordinates low = host_.variables().point("LIMMIN"), high = host_.variables().point("LIMMAX");
+            if (high[0] > low[0] && high[1] > low[1]) {
+                box.add(low[0], low[1]);
+                box.add(high[0], high[1]);
+            }
+        }
+        if (!box.empty()) showBox({box.minX, box.minY, 0}, {box.maxX, box.maxY, 0});
+    }
+
+    // A box without size keeps the height of the view.
+    void showBox(const Coordinates& a, const Coordinates& b) {
+        Coordinates centre{(a[0] + b[0]) / 2, (a[1] + b[1]) / 2, 0};
+        const ViewBox& now = host_.viewBox();
+        double aspect = now.width / now.height;
+        double height = std::max(std::abs(b[1] - a[1]), std::abs(b[0] - a[0]) / aspect);
+        host_.setViewBox(centre, height > 0 ? height : now.height);
+    }
+};
+
+class RegenCommand : public ViewCommand {
+  public:
+    using ViewCommand::ViewCommand;
+    void start() override {
+        host_.view().redraw();
+        say("\nRegenerating model.\n");
+    }
+};
+
+}  // namespace
+
+void defineViewCommands(CommandProcessor& commands) {
+    commands.define("ZOOM", [](Host& host) { return std::make_unique<ZoomCommand>(host); });
+    commands.define("REGEN", [](Host& host) { return std::make_unique<RegenCommand>(host); });
+}
+
+}  // namespace hostcad
