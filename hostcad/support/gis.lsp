@@ -1,0 +1,1 @@
+;; placeholder while the commands are being written
