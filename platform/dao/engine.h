@@ -34,8 +34,8 @@ class Cursor {
     virtual bool moveTo(long position) = 0;
     // The number of all records: it may have to read to the end.
     virtual long count() = 0;
-    // The current record. It throws where the record was deleted.
-    virtual Variant value(int field) = 0;
+    // A value of the current record, good until the next call. It throws where the record was deleted.
+    virtual const Variant& value(int field) = 0;
 
     // Writes the fields that are marked, in a new record or in the current one.
     virtual void insert(const std::vector<Variant>& values, const std::vector<bool>& touched) = 0;

@@ -114,7 +114,18 @@ std::vector<CDaoTableDefInfo> SqliteConnection::tables() {
 }
 
 std::vector<CDaoFieldInfo> SqliteConnection::fields(const std::string& table) {
-    return describeTable(db_, table);
+    return *sharedFields(table);
+}
+
+std::shared_ptr<const std::vector<CDaoFieldInfo>> SqliteConnection::sharedFields(const std::string& table) {
+    auto version = prepared("PRAGMA schema_version");
+    Resetting resetting(*version);
+    int64_t schema = version->step() ? version->integer(0) : -1;
+    if (schema != fieldsSchema_) fields_.clear();
+    fieldsSchema_ = schema;
+    auto& known = fields_[table];
+    if (!known) known = std::make_shared<const std::vector<CDaoFieldInfo>>(describeTable(db_, table));
+    return known;
 }
 
 std::string SqliteConnection::findTable(const std::string& name, bool& isView) {
@@ -143,6 +154,7 @@ void SqliteConnection::changeSchema(Change change) {
         change();
     } catch (...) {
         sqlite3_exec(db_, "ROLLBACK TO change; RELEASE change", nullptr, nullptr, nullptr);
+        fieldsSchema_ = -1;
         throw;
     }
     run("RELEASE change");
@@ -332,6 +344,7 @@ void SqliteConnection::commit() {
     } catch (const CDaoException&) {
         // What cannot be made to last is undone, so that the file is not left locked.
         if (!sqlite3_get_autocommit(db_)) sqlite3_exec(db_, "ROLLBACK", nullptr, nullptr, nullptr);
+        fieldsSchema_ = -1;
         throw;
     }
 }

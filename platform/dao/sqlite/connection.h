@@ -51,6 +51,8 @@ class SqliteConnection : public Connection, public std::enable_shared_from_this<
     void beginWrite();
     // To be called after each write: commits when enough has been written.
     void wrote();
+    // The fields of a table, kept as long as the schema is not changed.
+    std::shared_ptr<const std::vector<CDaoFieldInfo>> sharedFields(const std::string& table);
     // The name of a table as it stands; "" when there is none. isView is set for views.
     std::string findTable(const std::string& name, bool& isView);
     // Gives a large table the index that a search for these columns wants, unless it has one. A search that
@@ -72,6 +74,8 @@ class SqliteConnection : public Connection, public std::enable_shared_from_this<
     std::string path_;
     std::string version_;
     std::unordered_map<std::string, std::shared_ptr<Statement>> statements_;
+    std::unordered_map<std::string, std::shared_ptr<const std::vector<CDaoFieldInfo>>> fields_;
+    int64_t fieldsSchema_ = -1;  // the version of the schema that they belong to
     int writes_ = 0;
     std::chrono::steady_clock::time_point began_;
 };

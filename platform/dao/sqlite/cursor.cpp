@@ -10,30 +10,34 @@
 namespace dao::sqlite {
 namespace {
 
-std::vector<CDaoFieldInfo> selectFields(const std::vector<CDaoFieldInfo>& all,
-                                        const AccessStatement& statement) {
+using Fields = std::shared_ptr<const std::vector<CDaoFieldInfo>>;
+
+constexpr int64_t kMostReadAhead = 512;
+
+Fields selectFields(Fields all, const AccessStatement& statement) {
     if (statement.columns == std::vector<std::string>{"*"}) return all;
-    std::vector<CDaoFieldInfo> selected;
+    auto selected = std::make_shared<std::vector<CDaoFieldInfo>>();
     for (const std::string& column : statement.columns) {
-        int field = findField(all, column);
+        int field = findField(*all, column);
         if (field < 0) noSuchField(column);
-        selected.push_back(all[static_cast<size_t>(field)]);
+        selected->push_back((*all)[static_cast<size_t>(field)]);
     }
     return selected;
 }
 
-std::string keyStatement(const AccessStatement& statement, const std::string& rowId) {
-    std::string sql = "SELECT " + rowId + " FROM " + quotedName(statement.table) + " WHERE ";
+std::string columnList(const std::vector<CDaoFieldInfo>& fields) {
+    std::vector<std::string> columns;
+    for (const CDaoFieldInfo& field : fields) columns.push_back(quotedName(field.name));
+    return text::join(columns, ", ");
+}
+
+std::string queryStatement(const AccessStatement& statement, const std::vector<CDaoFieldInfo>& fields,
+                           const std::string& rowId) {
+    std::string sql =
+        "SELECT " + rowId + ", " + columnList(fields) + " FROM " + quotedName(statement.table) + " WHERE ";
     if (!statement.where.empty()) sql += "(" + statement.where + ")";
     if (!statement.orderBy.empty()) return sql + (statement.where.empty() ? "1 " : " ") + statement.orderBy;
     return sql + (statement.where.empty() ? "" : " AND ") + rowId + " > ?1 ORDER BY " + rowId + " LIMIT ?2";
-}
-
-std::string rowStatement(const std::vector<CDaoFieldInfo>& fields, const std::string& table,
-                         const std::string& rowId) {
-    std::vector<std::string> columns;
-    for (const CDaoFieldInfo& field : fields) columns.push_back(quotedName(field.name));
-    return "SELECT " + text::join(columns, ", ") + " FROM " + table + " WHERE " + rowId + " = ?1";
 }
 
 }  // namespace
@@ -41,66 +45,111 @@ std::string rowStatement(const std::vector<CDaoFieldInfo>& fields, const std::st
 KeyCursor::KeyCursor(std::shared_ptr<SqliteConnection> connection, const AccessStatement& statement,
                      const std::string& rowId)
     : connection_(std::move(connection)),
+      fields_(selectFields(connection_->sharedFields(statement.table), statement)),
       table_(quotedName(statement.table)),
       rowId_(rowId),
       ordered_(!statement.orderBy.empty()),
-      fields_(selectFields(connection_->fields(statement.table), statement)),
-      keyQuery_(connection_->handle(), keyStatement(statement, rowId)),
-      rowQuery_(connection_->prepared(rowStatement(fields_, table_, rowId))) {}
-
-void KeyCursor::findKeys(size_t wanted) {
-    while (!allKeys_ && keys_.size() < wanted) {
-        size_t limit = std::max({wanted - keys_.size(), keys_.size() * 4, size_t{8}});
-        int64_t asked = static_cast<int64_t>(std::min(limit, size_t{1} << 40));
-        Resetting resetting(keyQuery_);
-        if (!ordered_) {
-            keyQuery_.bind(1, keys_.empty() ? std::numeric_limits<int64_t>::min() : keys_.back());
-            keyQuery_.bind(2, asked);
-        }
-        int64_t found = 0;
-        for (; keyQuery_.step(); ++found) keys_.push_back(keyQuery_.integer(0));
-        allKeys_ = ordered_ || found < asked;
-    }
-}
-
-bool KeyCursor::moveTo(long position) {
-    loadedAt_ = -1;
-    findKeys(static_cast<size_t>(position) + 1);
-    position_ = position < static_cast<long>(keys_.size()) ? position : -1;
-    return position_ >= 0;
-}
-
-long KeyCursor::count() {
-    findKeys(std::numeric_limits<size_t>::max());
-    return static_cast<long>(keys_.size());
-}
+      query_(connection_->handle(), queryStatement(statement, *fields_, rowId)),
+      byKey_(connection_->prepared("SELECT " + columnList(*fields_) + " FROM " + table_ + " WHERE " + rowId +
+                                   " = ?1")) {}
 
 int64_t KeyCursor::key() const {
     if (position_ < 0) throw CDaoException("There is no current record.");
     return keys_[static_cast<size_t>(position_)];
 }
 
-Variant KeyCursor::value(int field) {
-    int64_t changes = sqlite3_total_changes64(connection_->handle());
-    if (loadedAt_ != changes) {
-        rowQuery_->bind(1, key());
-        Resetting resetting(*rowQuery_);
-        if (!rowQuery_->step()) throw CDaoException("The record has been deleted.");
-        row_.resize(fields_.size());
-        for (size_t i = 0; i < fields_.size(); ++i)
-            row_[i] = rowQuery_->value(static_cast<int>(i), fields_[i].type);
-        loadedAt_ = changes;
+void KeyCursor::takeRecord(Statement& statement, int firstColumn, int64_t key) {
+    readKeys_.push_back(key);
+    int column = firstColumn;
+    for (const CDaoFieldInfo& field : *fields_) readValues_.push_back(statement.value(column++, field.type));
+}
+
+void KeyCursor::readAhead(int64_t behind, int64_t limit, bool newKeys) {
+    readKeys_.clear();
+    readValues_.clear();
+    readIndex_ = 0;
+    readAt_ = changes();
+    Resetting resetting(query_);
+    query_.bind(1, behind);
+    query_.bind(2, limit);
+    int64_t found = 0;
+    for (; query_.step(); ++found) {
+        takeRecord(query_, 1, query_.integer(0));
+        if (newKeys) keys_.push_back(readKeys_.back());
     }
-    return row_[static_cast<size_t>(field)];
+    if (newKeys) allKeys_ = found < limit;
+}
+
+void KeyCursor::findKeys(size_t position, bool withRecords) {
+    if (allKeys_ || position < keys_.size()) return;
+    int64_t last = keys_.empty() ? std::numeric_limits<int64_t>::min() : keys_.back();
+    if (!ordered_ && withRecords && position == keys_.size()) {
+        readAhead(last, readNext_, true);
+        readNext_ = std::min(readNext_ * 4, kMostReadAhead);
+        return;
+    }
+    Resetting resetting(query_);
+    if (!ordered_) {
+        query_.bind(1, last);
+        query_.bind(2, int64_t{-1});
+    }
+    while (query_.step()) keys_.push_back(query_.integer(0));
+    allKeys_ = true;
+}
+
+bool KeyCursor::moveTo(long position) {
+    findKeys(static_cast<size_t>(position), true);
+    position_ = position < static_cast<long>(keys_.size()) ? position : -1;
+    return position_ >= 0;
+}
+
+long KeyCursor::count() {
+    findKeys(std::numeric_limits<size_t>::max(), false);
+    return static_cast<long>(keys_.size());
+}
+
+size_t KeyCursor::recordIndex() {
+    int64_t wanted = key();
+    bool fresh = readAt_ == changes();
+    if (fresh) {
+        // Nearly always it is the record found last, or the next one.
+        for (size_t i : {readIndex_, readIndex_ + 1})
+            if (i < readKeys_.size() && readKeys_[i] == wanted) return readIndex_ = i;
+        auto it = std::lower_bound(readKeys_.begin(), readKeys_.end(), wanted);
+        if (it != readKeys_.end() && *it == wanted)
+            return readIndex_ = static_cast<size_t>(it - readKeys_.begin());
+    }
+    bool goesOn = fresh && !readKeys_.empty() && wanted > readKeys_.back();
+    if (!ordered_ && goesOn) {
+        readAhead(wanted - 1, readNext_, false);
+        readNext_ = std::min(readNext_ * 4, kMostReadAhead);
+        if (!readKeys_.empty() && readKeys_.front() == wanted) return readIndex_;
+    } else if (!fresh) {
+        readNext_ = 1;
+    }
+    // It has been changed, or no longer fits the statement: still it is a record of this set.
+    readKeys_.clear();
+    readValues_.clear();
+    readIndex_ = 0;
+    Resetting resetting(*byKey_);
+    byKey_->bind(1, wanted);
+    if (!byKey_->step()) throw CDaoException("The record has been deleted.");
+    takeRecord(*byKey_, 0, wanted);
+    readAt_ = changes();
+    return 0;
+}
+
+const Variant& KeyCursor::value(int field) {
+    return readValues_[recordIndex() * fields_->size() + static_cast<size_t>(field)];
 }
 
 Statement& KeyCursor::statementFor(Writing& writing, const std::vector<bool>& touched, bool inserts) {
     if (writing.statement && writing.touched == touched) return *writing.statement;
     std::vector<std::string> columns, parameters;
-    for (size_t i = 0; i < fields_.size(); ++i) {
+    for (size_t i = 0; i < fields_->size(); ++i) {
         if (!touched[i]) continue;
         std::string parameter = "?" + std::to_string(columns.size() + 1);
-        columns.push_back(quotedName(fields_[i].name) + (inserts ? "" : " = " + parameter));
+        columns.push_back(quotedName((*fields_)[i].name) + (inserts ? "" : " = " + parameter));
         parameters.push_back(parameter);
     }
     std::string sql;
@@ -186,7 +235,7 @@ bool SnapshotCursor::moveTo(long position) {
     return position_ >= 0;
 }
 
-Variant SnapshotCursor::value(int field) {
+const Variant& SnapshotCursor::value(int field) {
     if (position_ < 0) throw CDaoException("There is no current record.");
     return rows_[static_cast<size_t>(position_)][static_cast<size_t>(field)];
 }

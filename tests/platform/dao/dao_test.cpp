@@ -343,6 +343,26 @@ TEST_F(Dao, FieldsComeAndGoInATableWithRecords) {
 TEST_F(Dao, ALargeTableIsSearchedByAnIndex) {
     for (int i = 1; i <= 1500; ++i) add(std::to_string(i), "TREE");
     EXPECT_EQ(column("SELECT PT_ID FROM [POLES] WHERE [PT_ID] = '700' AND GIS_KEY = 'TREE'"), Strings{"700"});
+    // A walk over all of it sees each record once and as it is, whatever is changed on the way.
+    CDaoRecordset records(&db);
+    int visited = 0;
+    for (records.Open(dbOpenDynaset, "SELECT * FROM POLES WHERE GIS_KEY = 'TREE'"); !records.IsEOF();
+         records.MoveNext()) {
+        ASSERT_EQ(toText(records.GetFieldValue("PT_ID")), std::to_string(++visited));
+        if (visited % 7) continue;
+        records.Edit();
+        records.SetFieldValue("GIS_KEY", "SEEN");
+        records.Update();
+        ASSERT_EQ(toText(records.GetFieldValue("GIS_KEY")), "SEEN");
+        if (visited % 2)
+            db.Execute("UPDATE POLES SET OWNER = 'x' WHERE PT_ID = '" + std::to_string(visited + 1) + "'");
+        if (visited % 2 == 0) continue;
+        records.MoveNext();
+        ASSERT_EQ(toText(records.GetFieldValue("PT_ID")) + toText(records.GetFieldValue("OWNER")),
+                  std::to_string(++visited) + "x");
+    }
+    EXPECT_EQ(visited, 1500);
+    records.Close();
     db.Close();
     if (!haveSqlite3()) GTEST_SKIP() << "the sqlite3 program is not installed";
     std::string plan =
