@@ -1,0 +1,312 @@
+// The store on SQLite files: what it makes and writes is read back by the sqlite3 program.
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <cstdlib>
+#include <fstream>
+
+#include "module/host/ads_owners.h"
+#include "module/host/gis_request.h"
+#include "module/store/database.h"
+#include "module/store/output_database.h"
+#include "module/store/template_database.h"
+#include "tests/module/host_double.h"
+#include "tests/platform/dao/scratch.h"
+
+namespace {
+
+using Strings = std::vector<std::string>;
+
+class Store : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        if (!haveSqlite3()) GTEST_SKIP() << "the sqlite3 program is not installed";
+        ::setenv("NORVANE_REGISTRY", folder("registry.ini").c_str(), 1);
+        PromptRequest = {};
+    }
+
+    void removeDao() { std::ofstream(folder("registry.ini")) << "[-HKEY_CLASSES_ROOT\\DAO.DBEngine.36]\n"; }
+
+    std::string makeTemplate() {
+        PromptRequest.outputPath = "0" + folder("template.mdb");
+        EXPECT_EQ(CreateTemplateDatabase(), 1);
+        return folder("template.mdb");
+    }
+
+    void addFeature(const std::string& name, const Strings& fields) {
+        for (const std::string& field : fields)
+            sqlite3(folder("template.mdb"),
+                    "INSERT INTO ZGEO_SMART_PROMPTING(GIS_NAME,FIELD_NAME,FIELD_PROMPT) VALUES('" + name +
+                        "','" + field + "','Prompt of " + field + "')");
+    }
+
+    ScratchFolder folder;
+    HostDoubleBackend backend;
+};
+
+TEST_F(Store, NewDatabasesTakeTheirNameByTheRule) {
+    auto made = [](const std::string& text) {
+        NewDatabaseName name = ParseNewDatabaseName(text);
+        return std::to_string(name.version) + " " + name.path;
+    };
+    EXPECT_EQ(made("1C:\\data\\out"), "64 C:\\data\\out.mdb");
+    EXPECT_EQ(made("0C:\\data\\out.xyz"), "32 C:\\data\\out.mdb");
+    EXPECT_EQ(made("0C:\\data\\my.files\\out.mdb"), "32 ");
+    EXPECT_EQ(made("0out.db"), "32 ");
+    EXPECT_EQ(made("2out.mdb"), "0 out.mdb");
+    EXPECT_EQ(made("") + made("0"), "0 32 .mdb");
+
+    PromptRequest.outputPath = "1" + folder("out.xyz");
+    EXPECT_EQ(CreateOutputDatabase(), 1);
+    EXPECT_EQ(sqlite3(folder("out.mdb"), "PRAGMA user_version"), "4\n");
+    EXPECT_EQ(CreateOutputDatabase(), 0) << "the file exists";
+    EXPECT_EQ(host().boxes.size(), 1u);
+    PromptRequest.outputPath = "2" + folder("other");
+    EXPECT_EQ(CreateOutputDatabase(), 0);
+    PromptRequest.outputPath = "0" + folder("nowhere/out");
+    EXPECT_EQ(CreateOutputDatabase(), 0);
+    EXPECT_EQ(host().boxes.size(), 1u) << "a folder that cannot be written to is no error of the engine";
+    EXPECT_EQ(host().printed, "");
+}
+
+TEST_F(Store, WithoutDaoNothingIsDone) {
+    std::string path = makeTemplate();
+    EXPECT_EQ(IsDaoAvailable("3.6"), 1);
+    EXPECT_EQ(IsDaoAvailable("3.2"), 0);
+    removeDao();
+    EXPECT_EQ(IsDaoAvailable("3.6"), 0);
+    EXPECT_EQ(IsTemplateDatabase(path), 0);
+    EXPECT_EQ(host().printed, "\nPlease install DAO 3.6...");
+    EXPECT_EQ(FeatureExists(path, "TREE"), 0);
+    EXPECT_FALSE(SaveRecord(folder("out.mdb"), {"T", "PT_ID", "1", "T"}, {}));
+    EXPECT_FALSE(std::filesystem::exists(folder("out.mdb")));
+}
+
+TEST_F(Store, ATemplateIsMadeAndKnownByItsColumns) {
+    std::string path = makeTemplate();
+    EXPECT_EQ(sqlite3(path, "SELECT name||' '||type FROM pragma_table_info('ZGEO_SMART_PROMPTING')"),
+              "NO_GIS INTEGER\nGIS_NAME TEXT(255)\nFIELD_NAME TEXT(255)\nFIELD_PROMPT TEXT(255)\n"
+              "DEFAULT_VALUE TEXT(255)\nLIST_VALUES TEXT(255)\n");
+    EXPECT_EQ(sqlite3(path, "SELECT name FROM pragma_table_info('ZGEO_CAT')"),
+              "INDEX_CAT_GIS\nCAT_GIS_NAME\nGIS_NAME\n");
+    EXPECT_EQ(sqlite3(path, "INSERT INTO ZGEO_CAT VALUES(1,'','X')").find("Error"), 0u) << "no zero length";
+    EXPECT_EQ(sqlite3(path, "INSERT INTO ZGEO_SMART_PROMPTING(DEFAULT_VALUE) VALUES('')"), "")
+        << "zero length allowed";
+    EXPECT_EQ(IsTemplateDatabase(path), 1);
+    // A seventh column does no harm, two columns in each other's place do, and names of tables have no case.
+    sqlite3(path, "ALTER TABLE ZGEO_SMART_PROMPTING ADD COLUMN MORE");
+    EXPECT_EQ(IsTemplateDatabase(path), 1);
+    sqlite3(folder("swapped.mdb"),
+            "CREATE TABLE ZGEO_SMART_PROMPTING(NO_GIS INTEGER, FIELD_NAME TEXT, GIS_NAME TEXT); "
+            "CREATE TABLE ZGEO_CAT(INDEX_CAT_GIS INTEGER)");
+    EXPECT_EQ(IsTemplateDatabase(folder("swapped.mdb")), 0);
+    sqlite3(folder("cased.mdb"),
+            "CREATE TABLE zgeo_smart_prompting(NO_GIS INTEGER); CREATE TABLE zgeo_cat(INDEX_CAT_GIS)");
+    EXPECT_EQ(IsTemplateDatabase(folder("cased.mdb")), 1);
+    sqlite3(folder("case.mdb"),
+            "CREATE TABLE ZGEO_SMART_PROMPTING(no_gis INTEGER); CREATE TABLE ZGEO_CAT(INDEX_CAT_GIS)");
+    EXPECT_EQ(IsTemplateDatabase(folder("case.mdb")), 0);
+    EXPECT_TRUE(host().boxes.empty());
+    std::ofstream(folder("text.mdb")) << "no database";
+    EXPECT_EQ(IsTemplateDatabase(folder("text.mdb")), 0);
+    EXPECT_EQ(host().boxes, Strings{"Error: The file \"" + folder("text.mdb") +
+                                    "\" is no database, or one of an unknown format."});
+}
+
+TEST_F(Store, LinksAreMadeOnFirstNeedAndOneFeatureIsCurrent) {
+    std::string path = makeTemplate();
+    EXPECT_EQ(WithDatabase(path,
+                           [](CDaoDatabase& db) {
+                               EXPECT_TRUE(EnsureLinksTable(db));
+                               EXPECT_FALSE(ReadCurrentFeature(db));
+                               MarkFeatureCurrent(db, {"TREE", "PLANTS"});
+                               MarkFeatureCurrent(db, {"POLE", "POLES"});
+                               MarkFeatureCurrent(db, {"tree", "plants"});
+                               EXPECT_EQ(ReadOutputTable(db, "TREE"), "PLANTS");
+                               EXPECT_EQ(ReadOutputTable(db, "PARCEL"), "PARCEL");
+                               EXPECT_EQ(ReadCurrentFeature(db)->feature, "TREE");
+                           }),
+              DatabaseOutcome::kDone);
+    EXPECT_EQ(sqlite3(path, "SELECT * FROM ZGEO_LINKS"), "TREE|PLANTS||YES\nPOLE|POLES||NO\n");
+    sqlite3(path, "INSERT INTO ZGEO_LINKS(GIS_NAME,LPN_NAME) VALUES('A','')");
+    EXPECT_EQ(sqlite3(path, "SELECT IS_CURRENT FROM ZGEO_LINKS WHERE GIS_NAME='A'"), "NO\n");
+    EXPECT_EQ(sqlite3(path, "UPDATE ZGEO_LINKS SET IS_CURRENT='MAYBE'").find("Error"), 0u);
+
+    sqlite3(folder("other.mdb"), "CREATE TABLE OTHER(A)");
+    WithDatabase(folder("other.mdb"), [](CDaoDatabase& db) { EXPECT_FALSE(EnsureLinksTable(db)); });
+}
+
+TEST_F(Store, FeaturesAreReadAsTheTableHasThem) {
+    std::string path = makeTemplate();
+    addFeature("TREE", {"~..HEIGHT", "SPECIES"});
+    addFeature("tree", {".COUNT"});
+    addFeature("POLE", {"OWNER"});
+    WithDatabase(path, [](CDaoDatabase& db) {
+        EXPECT_EQ(ReadFeatureNames(db), (Strings{"TREE", "POLE"}));
+        Strings fields;
+        for (const FeatureRow& row : ReadFeatureRows(db, "Tree"))
+            fields.push_back(row.fieldName + "/" + row.fieldPrompt);
+        EXPECT_EQ(fields, (Strings{"~..HEIGHT/Prompt of ~..HEIGHT", "SPECIES/Prompt of SPECIES",
+                                   ".COUNT/Prompt of .COUNT"}));
+    });
+    EXPECT_EQ(FeatureExists(path, "tree"), 1);
+    EXPECT_EQ(FeatureExists(path, "TREE12"), 0);
+    EXPECT_EQ(FeatureExists(path, "O'BRIEN"), 0);
+    EXPECT_EQ(host().boxes.size(), 1u) << "a quote breaks the statement";
+    sqlite3(folder("other.mdb"), "CREATE TABLE OTHER(A)");
+    EXPECT_EQ(FeatureExists(folder("other.mdb"), "TREE"), -2);
+    EXPECT_EQ(FeatureExists(folder("missing.mdb"), "TREE"), -2);
+    EXPECT_EQ(host().boxes.size(), 2u);
+}
+
+const std::vector<OutputField> kTree = {{"HEIGHT", FieldKind::kReal, "12.5"},
+                                        {"COUNT", FieldKind::kInt, "3"},
+                                        {"SPECIES", FieldKind::kChar, "O'Brien's oak"},
+                                        {"EMPTY", FieldKind::kChar, ""},
+                                        {"IMAGE_ZGEO/1", FieldKind::kChar, "No image!"},
+                                        {"LABEL/1", FieldKind::kChar, "crown"}};
+
+TEST_F(Store, ARecordIsWrittenAndLoaded) {
+    std::string path = folder("out.mdb");
+    RecordKey key{"TREE", "PT_ID", "1042", "TREE"};
+    ASSERT_TRUE(SaveRecord(path, key, kTree));
+    EXPECT_EQ(sqlite3(path, "PRAGMA user_version"), "3\n") << "Access 97";
+    EXPECT_EQ(sqlite3(path, "SELECT name||' '||type FROM pragma_table_info('TREE')"),
+              "PT_ID TEXT(255)\nGIS_KEY TEXT(255)\nHEIGHT DOUBLE\nCOUNT INTEGER\nSPECIES TEXT(255)\nEMPTY "
+              "TEXT(255)\n"
+              "IMAGE_ZGEO/1 TEXT(255)\nLABEL/1 TEXT(255)\n");
+    EXPECT_EQ(sqlite3(path, "SELECT * FROM TREE"), "1042|TREE|12.5|3|O'Brien's oak||No image!|crown\n");
+
+    // A second save edits the record, keeps what is empty now, and adds the columns that are new.
+    ASSERT_TRUE(SaveRecord(path, key,
+                           {{"HEIGHT", FieldKind::kReal, ""},
+                            {"COUNT", FieldKind::kInt, "4"},
+                            {"NOTE", FieldKind::kChar, "new"}}));
+    EXPECT_EQ(sqlite3(path, "SELECT HEIGHT,COUNT,NOTE FROM TREE"), "12.5|4|new\n");
+    // Another feature in the same table keeps its own record under the same key.
+    ASSERT_TRUE(SaveRecord(path, {"tree", "pt_id", "1042", "BUSH"}, {{"COUNT", FieldKind::kInt, "9"}}));
+    EXPECT_EQ(sqlite3(path, "SELECT GIS_KEY,COUNT FROM TREE"), "TREE|4\nBUSH|9\n");
+
+    LoadedRecord loaded = LoadRecord(path, key);
+    EXPECT_TRUE(loaded.found);
+    EXPECT_EQ(loaded.columns, (Strings{"PT_ID", "GIS_KEY", "HEIGHT", "COUNT", "SPECIES", "EMPTY",
+                                       "IMAGE_ZGEO/1", "LABEL/1", "NOTE"}));
+    EXPECT_EQ(loaded.value("height") + " " + loaded.value("COUNT") + " " + loaded.value("SPECIES"),
+              "12.5 4 O'Brien's oak");
+    EXPECT_EQ(loaded.value("EMPTY") + loaded.value("NONE"), "");
+    EXPECT_FALSE(LoadRecord(path, {"TREE", "PT_ID", "9", "TREE"}).found);
+    EXPECT_TRUE(LoadRecord(path, {"POLE", "PT_ID", "9", "POLE"}).columns.empty());
+    EXPECT_TRUE(host().boxes.empty());
+}
+
+TEST_F(Store, ATableOfOldRecordsGetsItsFeatureOnTheFirstSave) {
+    std::string path = folder("out.mdb");
+    sqlite3(
+        path,
+        "CREATE TABLE POLES(PT_ID TEXT(255), OWNER TEXT(255)); INSERT INTO POLES VALUES('1','a'),('2','b')");
+    RecordKey key{"POLES", "PT_ID", "2", "POLE"};
+    EXPECT_TRUE(LoadRecord(path, key).found);
+    ASSERT_TRUE(SaveRecord(path, key, {{"OWNER", FieldKind::kChar, "c"}}));
+    EXPECT_EQ(sqlite3(path, "SELECT * FROM POLES"), "1|a|POLE\n2|c|POLE\n");
+}
+
+TEST_F(Store, AKeyColumnThatIsNoTextIsReplacedWhenARecordIsLoaded) {
+    std::string path = folder("out.mdb");
+    sqlite3(path, "CREATE TABLE POLES(PT_ID INTEGER, OWNER TEXT(255)); INSERT INTO POLES VALUES(1,'a')");
+    LoadedRecord loaded = LoadRecord(path, {"POLES", "PT_ID", "1", "POLE"});
+    EXPECT_FALSE(loaded.found);
+    EXPECT_EQ(loaded.columns, (Strings{"OWNER", "PT_ID"}));
+    EXPECT_EQ(sqlite3(path, "SELECT * FROM POLES"), "a|\n");
+}
+
+TEST_F(Store, WhatCannotBeWrittenIsSaidAndChangesNothing) {
+    std::string path = folder("out.mdb");
+    RecordKey key{"TREE", "PT_ID", "1", "TREE"};
+    ASSERT_TRUE(SaveRecord(path, key, kTree));
+    auto refusal = [&](const RecordKey& k, const std::vector<OutputField>& fields) {
+        host().boxes.clear();
+        EXPECT_FALSE(SaveRecord(path, k, fields));
+        EXPECT_EQ(host().boxes.size(), 1u);
+        return host().boxes.empty() ? "" : host().boxes[0];
+    };
+    EXPECT_EQ(refusal({"TREE", "PT_ID", "O'Brien", "TREE"}, {}).substr(0, 20), "Error: Syntax error ");
+    EXPECT_EQ(refusal(key, {{"COUNT", FieldKind::kInt, "99999999999"}}).substr(0, 15), "Error: Overflow");
+    EXPECT_EQ(refusal(key, {{"COUNT", FieldKind::kInt, "0x1F"}}).substr(0, 33),
+              "Error: Data type conversion error");
+    EXPECT_NE(refusal(key, {{"SPECIES", FieldKind::kChar, std::string(256, 'x')}}), "");
+    EXPECT_NE(refusal({"TREE", "PT_ID", "", "TREE"}, {}), "");
+    EXPECT_NE(refusal(key, {{"A.B", FieldKind::kChar, "x"}}), "");
+    EXPECT_EQ(sqlite3(path, "SELECT * FROM TREE"), "1|TREE|12.5|3|O'Brien's oak||No image!|crown\n");
+    ::chmod(path.c_str(), 0444);
+    EXPECT_EQ(refusal(key, kTree),
+              "Error: The database \"" + path + "\" cannot be changed: it is read-only.");
+    EXPECT_TRUE(LoadRecord(path, key).found);
+    EXPECT_EQ(sqlite3(path, "PRAGMA integrity_check"), "ok\n");
+}
+
+TEST_F(Store, KeysAreListedOnceForATable) {
+    std::string path = folder("out.mdb");
+    sqlite3(path,
+            "CREATE TABLE A(PT_ID TEXT); INSERT INTO A VALUES('1'),(NULL),(''),('2'); CREATE TABLE B(PT_ID "
+            "TEXT)");
+    EXPECT_EQ(ListKeys(path, "A"), (Strings{"1", "2"}));
+    sqlite3(path, "INSERT INTO A VALUES('3')");
+    EXPECT_EQ(ListKeys(path, "A"), (Strings{"1", "2"})) << "kept until the path or the table changes";
+    EXPECT_TRUE(ListKeys(path, "B").empty());
+    EXPECT_EQ(ListKeys(path, "A"), (Strings{"1", "2", "3"}));
+    EXPECT_TRUE(ListKeys(path, "NONE").empty());
+    EXPECT_EQ(host().boxes.size(), 1u);
+}
+
+TEST_F(Store, RecordsInBulk) {
+    std::string path = folder("out.mdb");
+    sqlite3(
+        path,
+        "CREATE TABLE TREE(PT_ID TEXT(255), N INTEGER, S SMALLINT, R DOUBLE, F FLOAT4, M TEXT, L BOOLEAN);"
+        "CREATE TABLE POLE(PT_ID TEXT(255))");
+    auto bulk = [](resbuf* list) { return BulkAddRecords(ResultBuffers(list).get()); };
+    const char* p = path.c_str();
+    EXPECT_EQ(bulk(nullptr), -1.0);
+    EXPECT_EQ(bulk(acutBuildList(RTSHORT, 1, RTSTR, p, 0)), -2.0);
+    EXPECT_EQ(bulk(acutBuildList(RTSTR, "", 0)), -2.0);
+    EXPECT_EQ(bulk(acutBuildList(RTSTR, std::string(1024, 'x').c_str(), 0)), -2.0);
+    EXPECT_EQ(bulk(acutBuildList(RTSTR, folder("missing.mdb").c_str(), 0)), -2.0);
+    EXPECT_EQ(bulk(acutBuildList(RTSTR, p, 0)), 0.0);
+    EXPECT_EQ(bulk(acutBuildList(RTSTR, p, RTSTR, "PT_ID", RTSTR, "1", RTSHORT, 1, RTSTR, "TREE", 0)), 0.0)
+        << "what stands before the first table ends the walk";
+    EXPECT_EQ(sqlite3(path, "SELECT count(*) FROM TREE"), "0\n");
+
+    EXPECT_EQ(
+        bulk(acutBuildList(RTSTR, p,                                                                      //
+                           RTSHORT, 1, RTSTR, " tree ", RTSTR, "pt_id", RTSTR, " 1 ",                     //
+                           RTSTR, "N", RTSTR, "7x", RTSTR, "S", RTSTR, "8", RTSTR, "R", RTSTR, "1.5e3",   //
+                           RTSTR, "F", RTSTR, "0.5", RTSTR, "M", RTSTR, "it's", RTSTR, "L", RTSTR, "1",   //
+                           RTSHORT, 1, RTSTR, "NOWHERE", RTSTR, "PT_ID", RTSTR, "x",                      //
+                           RTSHORT, 1, RTSTR, "POLE", RTSTR, "NONE", RTSTR, "x",                          //
+                           RTSHORT, 1, RTSTR, "TREE", RTSTR, "PT_ID", RTSTR, "2", RTSTR, "M", RTSTR, "",  //
+                           RTSHORT, 1, RTSTR, "", RTSTR, "N", RTSTR, "5", RTSTR, "M", 0)),
+        1.0);
+    EXPECT_EQ(sqlite3(path, "SELECT * FROM TREE"), " 1 |7|8|1500.0|0.5|it's|\n2|5|||||\n")
+        << "yes/no fields are left out; an empty table name leaves its pairs to the record before";
+    EXPECT_EQ(sqlite3(path, "SELECT count(*) FROM POLE WHERE PT_ID IS NULL"), "1\n");
+    EXPECT_TRUE(host().boxes.empty());
+
+    EXPECT_EQ(bulk(acutBuildList(RTSTR, p, RTSHORT, 1, RTSTR, "POLE", RTSTR, "PT_ID", RTSTR, "kept",  //
+                                 RTSHORT, 1, RTSTR, "TREE", RTSTR, "S", RTSTR, "99999", 0)),
+              -4.0);
+    EXPECT_EQ(host().boxes.size(), 1u);
+    EXPECT_EQ(sqlite3(path, "SELECT count(*) FROM POLE WHERE PT_ID = 'kept'"), "1\n")
+        << "what came before stays";
+    removeDao();
+    EXPECT_EQ(bulk(acutBuildList(RTSTR, p, RTSHORT, 1, RTSTR, "POLE", RTSTR, "PT_ID", RTSTR, "x", 0)), 0.0);
+}
+
+TEST_F(Store, AGeneratedKeyIsTheTime) {
+    long before = static_cast<long>(std::time(nullptr));
+    long key = std::stol(GeneratedKey("#AUTO#"));
+    EXPECT_GE(key, before);
+    EXPECT_LE(key, static_cast<long>(std::time(nullptr)));
+    EXPECT_EQ(GeneratedKey("1042") + GeneratedKey("#auto#"), "1042#auto#");
+}
+
+}  // namespace
