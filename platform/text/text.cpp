@@ -63,7 +63,14 @@ std::string lower(std::string_view s) {
     return mapped<lowerOf>(s);
 }
 bool equalNoCase(std::string_view a, std::string_view b) {
-    return a == b || upper(a) == upper(b);
+    // The two cases of a letter take the same number of bytes.
+    if (a.size() != b.size()) return false;
+    for (size_t i = 0; i < a.size(); ++i) {
+        if (a[i] == b[i]) continue;
+        if ((a[i] | b[i]) & 0x80) return upper(a) == upper(b);
+        if (upperOf(static_cast<char32_t>(a[i])) != upperOf(static_cast<char32_t>(b[i]))) return false;
+    }
+    return true;
 }
 bool startsWith(std::string_view s, std::string_view prefix) {
     return s.substr(0, prefix.size()) == prefix;
