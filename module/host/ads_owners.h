@@ -91,7 +91,7 @@ class OpenObject {
   private:
     void open(AcDbObjectId id, AcDb::OpenMode mode) {
         AcDbObject* object = nullptr;
-        if (acdbOpenAcDbObject(object, id, mode) != Acad::eOk) return;
+        if (acdbOpenAcDbObject(object, id, mode) != Acad::eOk || !object) return;
         object_ = dynamic_cast<T*>(object);
         if (!object_) object->close();
     }

@@ -170,7 +170,23 @@ std::string ReadOutputTable(CDaoDatabase& database, const std::string& feature) 
     return table.empty() ? feature : table;
 }
 
+namespace {
+
+// Whether the feature and its table are marked, and nothing else is: then there is nothing to write.
+bool isOnlyCurrent(CDaoDatabase& database, const FeatureTable& wanted) {
+    CDaoRecordset records(&database);
+    records.Open(dbOpenDynaset, SelectCurrentLinks());
+    if (records.IsEOF() || !text::equalNoCase(fieldText(records, "GIS_NAME"), wanted.feature) ||
+        !text::equalNoCase(fieldText(records, "TABLE_NAME"), wanted.table))
+        return false;
+    records.MoveNext();
+    return records.IsEOF();
+}
+
+}  // namespace
+
 void MarkFeatureCurrent(CDaoDatabase& database, const FeatureTable& current) {
+    if (isOnlyCurrent(database, current)) return;
     CDaoRecordset records(&database);
     for (records.Open(dbOpenDynaset, SelectCurrentLinks()); !records.IsEOF(); records.MoveNext()) {
         records.Edit();

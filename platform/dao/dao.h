@@ -99,6 +99,7 @@ class CDaoDatabase {
     // "3.0" for Access 97, "4.0" for Access 2000.
     std::string GetVersion() const;
 
+    // The tables are listed anew by GetTableDefCount, so that a walk by index costs one reading of the list.
     int GetTableDefCount() const;
     void GetTableDefInfo(int index, CDaoTableDefInfo& info) const;
     void GetTableDefInfo(const std::string& name, CDaoTableDefInfo& info) const;
@@ -111,6 +112,7 @@ class CDaoDatabase {
 
   private:
     std::shared_ptr<dao::Connection> connection_;
+    mutable std::vector<CDaoTableDefInfo> tables_;
 };
 
 class CDaoTableDef {

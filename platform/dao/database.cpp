@@ -26,6 +26,7 @@ void CDaoDatabase::Close() {
     // The connection is let go even when the commit fails.
     std::shared_ptr<dao::Connection> closing = std::move(connection_);
     connection_ = nullptr;
+    tables_.clear();
     if (closing) closing->commit();
 }
 
@@ -45,14 +46,15 @@ std::string CDaoDatabase::GetVersion() const {
 }
 
 int CDaoDatabase::GetTableDefCount() const {
-    return static_cast<int>(connection().tables().size());
+    tables_ = connection().tables();
+    return static_cast<int>(tables_.size());
 }
 
 void CDaoDatabase::GetTableDefInfo(int index, CDaoTableDefInfo& info) const {
-    std::vector<CDaoTableDefInfo> tables = connection().tables();
-    if (index < 0 || index >= static_cast<int>(tables.size()))
+    if (tables_.empty()) tables_ = connection().tables();
+    if (index < 0 || index >= static_cast<int>(tables_.size()))
         throw CDaoException("There is no table of the number " + std::to_string(index) + ".");
-    info = tables[static_cast<size_t>(index)];
+    info = tables_[static_cast<size_t>(index)];
 }
 
 void CDaoDatabase::GetTableDefInfo(const std::string& name, CDaoTableDefInfo& info) const {
