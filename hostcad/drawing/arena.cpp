@@ -6,18 +6,38 @@
 namespace hostcad {
 namespace {
 
-constexpr size_t kBlockBytes = size_t{1} << 18;
+constexpr size_t kFirstBlockBytes = size_t{1} << 16;
+constexpr size_t kBlockBytes = size_t{1} << 21;
 constexpr size_t kLongestShared = 64;
 
-// Enough to tell the short texts of a drawing apart: layers, subclass markers, tags, field values.
-size_t hashOf(std::string_view s) {
+// The first and the last bytes of a text; of one with at most 16 bytes they are all of it.
+struct Ends {
     uint64_t front = 0, back = 0;
-    std::memcpy(&front, s.data(), std::min<size_t>(s.size(), 8));
-    std::memcpy(&back, s.data() + s.size() - std::min<size_t>(s.size(), 8), std::min<size_t>(s.size(), 8));
-    uint64_t h =
-        (front * 0x9E3779B97F4A7C15u) ^ (back * 0xC2B2AE3D27D4EB4Fu) ^ (s.size() * 0x165667B19E3779F9u);
-    return h ^ (h >> 32);
-}
+
+    explicit Ends(std::string_view s) {
+        const char* p = s.data();
+        size_t n = s.size();
+        if (n >= 8) {
+            std::memcpy(&front, p, 8);
+            std::memcpy(&back, p + n - 8, 8);
+        } else if (n >= 4) {
+            std::memcpy(&front, p, 4);
+            std::memcpy(&back, p + n - 4, 4);
+        } else if (n > 0) {
+            front = static_cast<unsigned char>(p[0]);
+            back = static_cast<unsigned char>(p[n / 2]) | uint64_t{static_cast<unsigned char>(p[n - 1])} << 8;
+        }
+    }
+
+    bool operator==(const Ends& other) const { return front == other.front && back == other.back; }
+
+    // Enough to tell the short texts of a drawing apart: layers, subclass markers, tags, field values.
+    size_t hash(size_t size) const {
+        uint64_t h =
+            (front * 0x9E3779B97F4A7C15u) ^ (back * 0xC2B2AE3D27D4EB4Fu) ^ (size * 0x165667B19E3779F9u);
+        return h ^ (h >> 32);
+    }
+};
 
 }  // namespace
 
@@ -27,14 +47,15 @@ void* GroupArena::allocate(size_t bytes, size_t alignment) {
     if (bytes + padding > static_cast<size_t>(end_ - free_)) {
         // A list that is larger than a block gets a block of its own, and the present one goes on being
         // filled.
-        bool own = bytes > kBlockBytes / 4;
-        size_t size = own ? bytes : kBlockBytes;
+        size_t next = std::clamp(footprint_, kFirstBlockBytes, kBlockBytes);
+        bool own = bytes > next / 4;
+        size_t size = own ? bytes : next;
         blocks_.emplace_back(new char[size]);
         footprint_ += size;
         char* block = blocks_.back().get();
         if (own) return block;
         free_ = block;
-        end_ = block + size;
+        end_ = block + next;
         padding = 0;
     }
     char* place = free_ + padding;
@@ -48,8 +69,10 @@ Group GroupArena::text(int code, std::string_view value) {
     if (value.empty()) return group;
     std::string_view* shared = nullptr;
     if (value.size() <= kLongestShared) {
-        shared = &recent_[hashOf(value) % recent_.size()];
-        if (*shared == value) {
+        Ends ends(value);
+        shared = &recent_[ends.hash(value.size()) % recent_.size()];
+        if (shared->size() == value.size() && Ends(*shared) == ends &&
+            (value.size() <= 16 || *shared == value)) {
             group.bytes = shared->data();
             return group;
         }

@@ -5,8 +5,12 @@
 namespace hostcad {
 
 size_t HandleIndex::slotOf(uint64_t handle) const {
+    // Handles are mostly numbered in the order of the file: neighbours share a run of slots, so that most
+    // look-ups find their memory in the cache. The runs are scattered.
+    constexpr int kRunBits = 6;
     size_t mask = entries_.size() - 1;
-    size_t slot = (handle * 0x9E3779B97F4A7C15u) >> 20 & mask;
+    uint64_t run = (handle >> kRunBits) * 0x9E3779B97F4A7C15u;
+    size_t slot = ((run >> 32) << kRunBits | (handle & ((1u << kRunBits) - 1))) & mask;
     while (entries_[slot].handle && entries_[slot].handle != handle) slot = (slot + 1) & mask;
     return slot;
 }

@@ -6,7 +6,11 @@
 
 namespace hostcad {
 
-DrawingLoader::DrawingLoader(DxfFormat format) : drawing_(std::make_unique<Drawing>(format)) {}
+DrawingLoader::DrawingLoader(DxfFormat format, size_t bytes) : drawing_(std::make_unique<Drawing>(format)) {
+    // More than most files have. Memory that stays unused is only reserved.
+    constexpr size_t kBytesOfObject = 128;
+    drawing_->objects_.reserve(bytes / kBytesOfObject);
+}
 
 DrawingLoader::~DrawingLoader() = default;
 

@@ -12,7 +12,8 @@ namespace hostcad {
 // entity) and is lenient: what stands in a place where it makes no sense is kept there all the same.
 class DrawingLoader {
   public:
-    explicit DrawingLoader(DxfFormat format);
+    // bytes: the size of the file, from which the number of objects is guessed.
+    DrawingLoader(DxfFormat format, size_t bytes);
     ~DrawingLoader();
 
     GroupArena& arena();

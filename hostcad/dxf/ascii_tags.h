@@ -41,6 +41,8 @@ class AsciiTags {
     std::string_view text() const { return value_; }
 
     double real() const {
+        double exact = 0;
+        if (readShortDecimal(exact)) return exact;
         std::string_view s = number();
         double value = 0;
         auto [stop, error] = std::from_chars(s.data(), s.data() + s.size(), value);
@@ -114,6 +116,29 @@ class AsciiTags {
         }
         code_ = negative ? -code : code;
         next_ = p == end_ ? end_ : p + 1;
+        return true;
+    }
+
+    // Most numbers have few enough digits that the digits and the power of ten are both exact as doubles, and
+    // so is their quotient. False for any other number, and for what is none.
+    bool readShortDecimal(double& value) const {
+        static constexpr double kPowers[] = {1,   1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                             1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+        const char* p = value_.data();
+        const char* end = p + value_.size();
+        bool negative = p != end && *p == '-';
+        if (negative) ++p;
+        if (end - p > 16 || p == end) return false;
+        int64_t digits = 0;
+        const char* start = p;
+        for (; p != end && *p >= '0' && *p <= '9'; ++p) digits = digits * 10 + (*p - '0');
+        int count = static_cast<int>(p - start), places = 0;
+        if (p != end && *p == '.') {
+            for (++p; p != end && *p >= '0' && *p <= '9'; ++p, ++places) digits = digits * 10 + (*p - '0');
+        }
+        if (p != end || count == 0 || count + places > 15) return false;
+        value = static_cast<double>(digits) / kPowers[places];
+        if (negative) value = -value;
         return true;
     }
 

@@ -1,5 +1,3 @@
-#include <charconv>
-
 #include "hostcad/drawing/loader.h"
 #include "hostcad/dxf/ascii_tags.h"
 #include "hostcad/dxf/binary_tags.h"
@@ -13,16 +11,26 @@ namespace {
 // A handle as hexadecimal digits. False when the text is none.
 bool parseHandle(std::string_view text, uint64_t& handle) {
     text = text::trim(text);
-    auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), handle, 16);
-    return error == std::errc() && stop == text.data() + text.size() && text[0] != '-';
+    if (text.empty() || text.size() > 16) return false;
+    handle = 0;
+    for (char c : text) {
+        int digit = c >= '0' && c <= '9'   ? c - '0'
+                    : c >= 'A' && c <= 'F' ? c - 'A' + 10
+                    : c >= 'a' && c <= 'f' ? c - 'a' + 10
+                                           : -1;
+        if (digit < 0) return false;
+        handle = handle << 4 | static_cast<uint64_t>(digit);
+    }
+    return true;
 }
 
 // Turns the groups of a file into runs for the loader. Tags is AsciiTags or BinaryTags.
 template <class Tags>
 class Reader {
   public:
-    Reader(Tags& tags, DxfFormat format)
-        : tags_(tags), format_(format), loader_(format), codec_(format.version, 1252) {}
+    // bytes: the size of the file.
+    Reader(Tags& tags, DxfFormat format, size_t bytes)
+        : tags_(tags), format_(format), loader_(format, bytes), codec_(format.version, 1252) {}
 
     std::unique_ptr<Drawing> read() {
         while (tags_.next()) {
@@ -165,13 +173,13 @@ std::unique_ptr<Drawing> parseDxf(std::string_view content, std::string& error) 
     try {
         if (content.substr(0, kBinarySentinel.size()) == kBinarySentinel) {
             BinaryTags tags(content);
-            return Reader<BinaryTags>(tags, {DrawingVersion::R12, true, false}).read();
+            return Reader<BinaryTags>(tags, {DrawingVersion::R12, true, false}, content.size()).read();
         }
         size_t firstLine = content.find('\n');
         bool carriageReturns =
             firstLine != std::string_view::npos && firstLine > 0 && content[firstLine - 1] == '\r';
         AsciiTags tags(content);
-        return Reader<AsciiTags>(tags, {DrawingVersion::R12, false, carriageReturns}).read();
+        return Reader<AsciiTags>(tags, {DrawingVersion::R12, false, carriageReturns}, content.size()).read();
     } catch (const DxfError& problem) {
         error = problem.message;
         return nullptr;

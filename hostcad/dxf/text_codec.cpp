@@ -43,7 +43,7 @@ constexpr auto kSpecial = [] {
 TextCodec::TextCodec(DrawingVersion version, int codePage)
     : unicode_(hasUnicodeText(version)), page_(codePage) {}
 
-bool TextCodec::isPlain(std::string_view s) const {
+bool TextCodec::isPlain(std::string_view s) {
     for (char c : s)
         if (kSpecial[static_cast<unsigned char>(c)]) return false;
     return true;

@@ -22,7 +22,7 @@ class TextCodec {
     std::string_view encode(std::string_view utf8) { return isPlain(utf8) ? utf8 : encodeSlowly(utf8); }
 
   private:
-    bool isPlain(std::string_view s) const;
+    static bool isPlain(std::string_view s);
     std::string_view decodeSlowly(std::string_view bytes);
     std::string_view encodeSlowly(std::string_view utf8);
     bool decodeEscape(std::string_view bytes, size_t& position);
