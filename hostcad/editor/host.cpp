@@ -82,6 +82,7 @@ Host::Host(Output& output, InputSource& source, View& view) : commandLine_(outpu
 }
 
 Host::~Host() {
+    modules_->unloadAll();  // while modules can still ask the host for what they need to go
     modules_.reset();
     commands_.reset();
     lisp_.reset();

@@ -93,7 +93,7 @@ std::string gridText(const Grid& grid) {
             out += " " + cell;
             if (column < grid.columns())
                 out.append(
-                    widths[static_cast<size_t>(column)] - static_cast<size_t>(characterCount(cell)) + 1, ' ');
+                    widths[static_cast<size_t>(column)] - static_cast<size_t>(characterCount(cell)), ' ');
         }
     }
     return out;

@@ -1,0 +1,162 @@
+// gps.ini and featlink.ini through the settings dialog, the chooser and the slots.
+#include <csignal>
+#include <random>
+
+#include <sys/wait.h>
+
+#include "tests/module/module_fixture.h"
+
+class Settings : public ModuleTest {
+  protected:
+    std::string store(int slot, const std::string& value) {
+        return lisp("(cf:gis_smart_prompting 2 " + std::to_string(slot) + " \"" + value + "\")");
+    }
+    std::string fetch(int slot) {
+        return lisp("(progn (setq ret_string nil) (cf:gis_smart_prompting 3 " + std::to_string(slot) +
+                    ") ret_string)");
+    }
+};
+
+TEST_F(Settings, PathsStandBehindTheAnchorInTheirOrder) {
+    write("gps.ini", "is_database=");
+    store(2, "x.mdb");
+    EXPECT_EQ(read("gps.ini"), "is_database=\ngisoutfile=x.mdb\n");
+    store(1, "y.mdb");
+    EXPECT_EQ(read("gps.ini"), "is_database=\ngismdbfile=y.mdb\ngisoutfile=x.mdb\n");
+    EXPECT_EQ(read("featlink.ini"), "#2x.mdb\n#1y.mdb\n");
+}
+
+TEST_F(Settings, LinesOfOthersAreKeptAsTheyStand) {
+    std::string others = "; the host's own\r\n  is_database=no\r\nspeed=\xE9 1\n\nis_database=\n";
+    write("gps.ini", others + "gisoutfile=old.mdb   \nlast");
+    EXPECT_EQ(fetch(2), "\"old.mdb\"");
+    EXPECT_EQ(read("gps.ini"), others + "gisoutfile=old.mdb   \nlast");
+    store(2, "a=b;c.mdb");
+    EXPECT_EQ(read("gps.ini"), others + "gisoutfile=a=b;c.mdb\nlast\n");
+    EXPECT_EQ(fetch(2), "\"a=b;c.mdb\"");
+}
+
+TEST_F(Settings, WithoutTheAnchorTheFileIsNeverChanged) {
+    write("gps.ini", "gisoutfile=old.mdb\n");
+    store(1, "t.mdb");
+    store(2, "o.mdb");
+    EXPECT_EQ(read("gps.ini"), "gisoutfile=old.mdb\n");
+    EXPECT_EQ(fetch(1), "nil");  // no fallback to what is remembered
+    EXPECT_EQ(fetch(2), "\"old.mdb\"");
+}
+
+TEST_F(Settings, AnEmptyLineOverwritesWhatIsRemembered) {
+    write("featlink.ini", "#1remembered.mdb\n");
+    write("gps.ini", "is_database=\ngismdbfile=\n");
+    EXPECT_EQ(fetch(1), "nil");
+    EXPECT_EQ(read("featlink.ini"), "#1\n");
+}
+
+TEST_F(Settings, RememberedValuesHaveTheirTags) {
+    write("featlink.ini", "  /images/  \n\n&2one\n&2two\n#Aten\n");
+    EXPECT_EQ(fetch(0), "\"/images/\"");
+    EXPECT_EQ(fetch(5), "\"two\"");  // the last one counts
+    EXPECT_EQ(fetch(17), "\"ten\"");
+    store(5, "three");  // the first one is replaced
+    store(0, "/other/");
+    store(10, "seven");
+    EXPECT_EQ(read("featlink.ini"), "/other/\n&2three\n&2two\n#Aten\n&7seven\n");
+}
+
+TEST_F(Settings, ANumberForTheFolderIsNoFolder) {
+    lisp("(setq usrdir$ nil)");
+    EXPECT_EQ(lisp("(cf:gis_smart_prompting 7)"), "0");
+    EXPECT_FALSE(fs::exists(path("gps.ini")));
+}
+
+TEST_F(Settings, FoldersInPlaceOfFilesDoNoHarm) {
+    fs::create_directory(path("gps.ini"));
+    fs::create_directory(path("featlink.ini"));
+    EXPECT_EQ(store(1, "t.mdb"), "0");
+    EXPECT_EQ(store(5, "five"), "0");
+    EXPECT_EQ(fetch(1), "nil");
+    EXPECT_EQ(fetch(5), "nil");
+    EXPECT_EQ(lisp("(cf:gis_smart_prompting 7)"), "0");
+    EXPECT_EQ(printed(), "\nCannot find GIS settings file!");
+    EXPECT_TRUE(fs::is_directory(path("gps.ini")));
+}
+
+TEST_F(Settings, TheDialogShowsAndWritesBothPaths) {
+    write("gps.ini", "is_database=\nis_objdata=1\n");
+    write("featlink.ini", "#2" + path("old.mdb") + "\n");
+    write("old.mdb", "x");
+    answer(146, {show(), click("Select Template MDB File"), click("Select Output MDB File"), show(),
+                 click("Exit")});
+    answer(149, {click("New Access 2000 Format")});
+    answer(149, {click("New Access '97 Format")});
+    ui_.answerFile(path("t.xyz"));
+    ui_.answerFile(path("new.mdb"));
+    EXPECT_EQ(lisp("(cf:gis_smart_prompting 7)"), "0");
+    EXPECT_TRUE(shown("1105 edit \"" + path("old.mdb")));
+    EXPECT_TRUE(shown("box [Alert] \"New template database is empty!\\nPlease use <Define Template Database> "
+                      "command to "
+                      "create GIS prompts!\" flags 0x40030") ||
+                shown("New template database is empty!\nPlease use <Define Template Database> command"));
+    EXPECT_EQ(read("gps.ini"), "is_database=\ngismdbfile=" + path("t.mdb") +
+                                   "\ngisoutfile=" + path("new.mdb") + "\nis_objdata=0\n");
+    EXPECT_EQ(
+        sqlite("t.mdb",
+               "select name from sqlite_master where name like 'ZGEO_%' and type='table' order by name"),
+        "ZGEO_CAT\nZGEO_SMART_PROMPTING\n");
+    EXPECT_FALSE(shown("1109"));  // the choice of a format is hidden
+}
+
+TEST_F(Settings, OnlyATemplateIsTakenAsOne) {
+    lisp("(cf:gis_smart_prompting)");
+    write("text.mdb", "this is no database");
+    answer(146, {click("1004"), click("Exit")});
+    answer(149, {click("Existing"), click("Existing"), {ui::Step::Kind::Close}});
+    ui_.answerFile(path("text.mdb"));
+    lisp("(cf:gis_smart_prompting 7)");
+    EXPECT_TRUE(
+        shown("box [Error] \"" + path("text.mdb") + " is not a GIS template database!\" flags 0x40030"));
+    EXPECT_EQ(read("gps.ini"), "is_database=\ngisoutfile=\ngismdbfile=\nis_objdata=0\n");
+}
+
+TEST_F(Settings, AnExistingTemplateIsChosen) {
+    makeTemplate();
+    write("gps.ini", "is_database=\ngisoutfile=ODBC;DSN=server;UID=me\n");
+    answer(146, {click("1004"), click("Exit")});
+    answer(149, {click("Existing")});
+    ui_.answerFile(path("template.mdb"));
+    lisp("(cf:gis_smart_prompting 7)");
+    // A connect string is not tested as a file.
+    EXPECT_EQ(read("gps.ini"), "is_database=\ngismdbfile=" + path("template.mdb") +
+                                   "\ngisoutfile=ODBC;DSN=server;UID=me\nis_objdata=0\n");
+}
+
+TEST_F(Settings, LeavingByTheFrameChangesNothing) {
+    write("gps.ini", "is_database=\ngismdbfile=gone.mdb\n");
+    answer(146, {{ui::Step::Kind::Close}});
+    lisp("(cf:gis_smart_prompting 7)");
+    EXPECT_EQ(read("gps.ini"), "is_database=\ngismdbfile=gone.mdb\n");
+}
+
+TEST_F(Settings, AKilledWriterLeavesTheOldFileOrTheNewOne) {
+    const std::string others(3000, 'h');
+    write("gps.ini", "is_database=\n" + others + "\n");
+    const std::string values[] = {std::string(900, 'a'), std::string(1000, 'b')};
+    std::mt19937 random(7);
+    for (int round = 0; round < 40; ++round) {
+        pid_t writer = fork();
+        if (writer == 0) {
+            for (int i = 0;; ++i) store(1, values[i % 2]);
+        }
+        usleep(500 + random() % 8000);
+        kill(writer, SIGKILL);
+        waitpid(writer, nullptr, 0);
+        std::string whole = read("gps.ini");
+        bool known = whole == "is_database=\n" + others + "\n";
+        for (const std::string& value : values)
+            known |= whole == "is_database=\ngismdbfile=" + value + "\n" + others + "\n";
+        ASSERT_TRUE(known) << round << ": " << whole.size() << " bytes";
+        std::string state = read("featlink.ini");
+        ASSERT_TRUE(state.empty() || state == "#1" + values[0] + "\n" || state == "#1" + values[1] + "\n")
+            << round;
+    }
+}
