@@ -1,1 +1,256 @@
-;; placeholder while the commands are being written
+;; The commands of Norvane GIS.
+;;
+;; The module has one function, cf:gis_smart_prompting, whose first argument says what is to be done. Each
+;; command below is a short way to one of its codes. Read them, change them, write your own: a routine of
+;; yours that draws a point can call gis:prompt-entity as GIS-PROMPT does.
+;;
+;;   GIS-PROMPT      1  fills the sheet of an entity's feature and links the entity to the record
+;;   GIS-SLOT     2, 3  shows or changes a remembered value
+;;   GIS-LINKS       4  links blocks to records that exist
+;;   GIS-BLOCKLINKS  5  settings of title block links
+;;   GIS-TITLES      6  inserts or updates title blocks
+;;   GIS-SETTINGS    7  the current template and output database
+;;   GIS-AUDIT       8  finds and mends links that lead nowhere
+;;   GIS-EXPORT      9  linked entities with their records to a shape file
+;;   GIS-EXPORTSET  10  the same for one kind of shape, without a dialog
+;;   GIS-IMPORT     11  a shape file into the drawing and the database
+;;   GIS-AUTOMATION 12  calls a program by its automation interface
+;;   GIS-POLYGON    13  finds the polygon round a point
+;;   GIS-DATABASE   14  chooses or makes a database
+;;   GIS-EDITOR     15  defines the features of the template
+;;   GIS-UTILITIES  16  imports and edits tables
+;;   GIS-BLOCKS     17  inserts blocks from records
+;;   GIS-QUERY      18  shows the records of entities that are picked
+;;   GIS-RECORD     19  adds a record to the output database
+;;   GIS-POLYLINKS  20  links areas by the text inside
+;;   GIS-FEATURE    21  says whether a feature is defined
+
+;; --- Current databases -----------------------------------------------------------------------------------
+
+;; The remembered value of a slot from 0 to 29; nil when it is empty. An empty slot leaves ret_string as it
+;; was, so it is cleared first.
+(defun gis:value (slot)
+  (setq ret_string nil)
+  (cf:gis_smart_prompting 3 slot)
+  ret_string)
+
+(defun gis:template () (gis:value 1))
+(defun gis:output () (gis:value 2))
+
+;; Whether both databases are chosen. Where one is not, the settings are shown once.
+(defun gis:databases-chosen ()
+  (if (not (and (gis:template) (gis:output)))
+    (cf:gis_smart_prompting 7))
+  (cond ((and (gis:template) (gis:output)))
+        (t (prompt "\nNo databases are chosen: run GIS-SETTINGS.")
+           nil)))
+
+;; --- Entities --------------------------------------------------------------------------------------------
+
+;; The value of a block reference's attribute; nil without such an attribute.
+(defun gis:attribute (block tag / entity data value)
+  (if (= (cdr (assoc 66 (entget block))) 1)
+    (setq entity (entnext block)))
+  (while entity
+    (setq data (entget entity))
+    (cond ((/= (cdr (assoc 0 data)) "ATTRIB") (setq entity nil))
+          ((= (strcase (cdr (assoc 2 data))) tag)
+           (setq value (cdr (assoc 1 data)) entity nil))
+          (t (setq entity (entnext entity)))))
+  value)
+
+;; Survey points are blocks of this name; PT# is their number and DESC2 their description.
+(defun gis:survey-point-p (entity / data)
+  (setq data (entget entity))
+  (and (= (cdr (assoc 0 data)) "INSERT")
+       (= (strcase (cdr (assoc 2 data))) "SRVPNO1")))
+
+;; Text that says nothing counts as none.
+(defun gis:text-or-nil (text)
+  (if (and text (/= (vl-string-trim " " text) "")) text))
+
+;; The key of an entity's record: the point number, or the handle.
+(defun gis:key (entity)
+  (cond ((and (gis:survey-point-p entity) (gis:text-or-nil (gis:attribute entity "PT#"))))
+        (t (cdr (assoc 5 (entget entity))))))
+
+;; The description of a survey point, which names its feature; nil for others.
+(defun gis:description (entity)
+  (if (gis:survey-point-p entity)
+    (gis:text-or-nil (gis:attribute entity "DESC2"))))
+
+;; Northing, easting and elevation of an entity's first point. The vertices of light polylines have no
+;; heights of their own.
+(defun gis:coordinates (entity / data at)
+  (setq data (entget entity)
+        at (cdr (assoc 10 data)))
+  (if at
+    (mapcar 'float (list (cadr at) (car at)
+                         (cond ((caddr at)) ((cdr (assoc 38 data))) (0.0))))
+    (list 0.0 0.0 0.0)))
+
+;; --- Smart prompting -------------------------------------------------------------------------------------
+
+;; Whether the template defines a feature, with or without the digits at the end of its name: TREE12 opens
+;; TREE.
+(defun gis:feature-known-p (name)
+  (or (= (cf:gis_smart_prompting 21 (gis:template) (strcase name)) 1)
+      (= (cf:gis_smart_prompting 21 (gis:template)
+           (vl-string-right-trim "0123456789" (strcase name))) 1)))
+
+;; Opens the sheet for an entity. The result is 1 when a record was saved, 0 otherwise. With a feature that
+;; the template does not have, or none, the sheet opens all the same and lets the user choose.
+(defun gis:prompt-entity (entity key feature / known)
+  (setq known (and feature (gis:feature-known-p feature)))
+  (if (and feature (not known))
+    (prompt (strcat "\nThe feature " feature " is not defined; choose one in the sheet.")))
+  (apply 'cf:gis_smart_prompting
+    (append (list 1 lspdir$ (gis:template) (gis:output) "PT_ID" key)
+            (gis:coordinates entity)
+            (list entity
+                  (cond (feature) (""))
+                  (if known 1 0)
+                  0.0 0.0 0.0 0.0 0.0 0.0 ""))))
+
+;; A new point where the user shows it; nil when nothing was drawn.
+(defun gis:draw-point (/ at echo last)
+  (if (setq at (getpoint "\nSpecify a point: "))
+    (progn
+      (setq echo (getvar "CMDECHO") last (entlast))
+      (setvar "CMDECHO" 0)
+      (command "_.POINT" at)
+      (setvar "CMDECHO" echo)
+      (if (not (eq last (entlast))) (entlast)))))
+
+;; Selects an entity or draws a point, and opens the sheet. Auto switches generated keys on and off: the
+;; record then gets the next free number in place of the point number or handle.
+(defun c:gis-prompt (/ picked entity isAuto saved)
+  (if (gis:databases-chosen)
+    (progn
+      (while (not entity)
+        (initget "Point Auto")
+        (setq picked (entsel (strcat "\nSelect object or [Point/Auto keys "
+                                     (if isAuto "off" "on") "]: ")))
+        (cond ((= picked "Auto") (setq isAuto (not isAuto)))
+              ((= picked "Point") (setq entity (gis:draw-point)))
+              ((listp picked) (setq entity (car picked))))
+        ;; Enter ends the command; a pick beside everything asks again.
+        (if (and (not picked) (= (getvar "ERRNO") 52)) (setq entity 'NONE)))
+      (if (/= entity 'NONE)
+        (progn
+          (setq saved (gis:prompt-entity entity
+                                         (if isAuto "#AUTO#" (gis:key entity))
+                                         (gis:description entity)))
+          (prompt (if (= saved 1) "\nThe record is saved and linked." "\nNothing was saved."))))))
+  (princ))
+
+;; Shows a remembered value and takes a new one.
+(defun c:gis-slot (/ slot old new)
+  (initget 5)
+  (setq slot (getint "\nNumber of the value (0 to 29): "))
+  (setq old (gis:value slot)
+        new (getstring t (strcat "\nNew value <" (cond (old) ("empty")) ">: ")))
+  (if (/= new "")
+    (cf:gis_smart_prompting 2 slot new))
+  (princ))
+
+;; Says whether the template defines a feature.
+(defun c:gis-feature (/ name answer)
+  (if (gis:databases-chosen)
+    (progn
+      (setq name (strcase (getstring t "\nFeature: "))
+            answer (cf:gis_smart_prompting 21 (gis:template) name))
+      (prompt (strcat "\n" name
+                      (cond ((= answer 1) " is defined.")
+                            ((= answer 0) " is not defined.")
+                            ((= answer -1) ": there is no template file.")
+                            (t ": the template file is no template."))))))
+  (princ))
+
+;; --- Links -----------------------------------------------------------------------------------------------
+
+(defun c:gis-links () (cf:gis_smart_prompting 4) (princ))
+(defun c:gis-blocklinks () (cf:gis_smart_prompting 5) (princ))
+(defun c:gis-titles () (cf:gis_smart_prompting 6) (princ))
+(defun c:gis-audit () (cf:gis_smart_prompting 8) (princ))
+(defun c:gis-query () (cf:gis_smart_prompting 18) (princ))
+
+(defun c:gis-polylinks ()
+  (if (gis:databases-chosen)
+    (cf:gis_smart_prompting 20 lspdir$ (gis:template) (gis:output)))
+  (princ))
+
+;; Marks the polygon round a point.
+(defun c:gis-polygon (/ at found)
+  (if (setq at (getpoint "\nPick a point inside polygon: "))
+    (if (= (type (setq found (cf:gis_smart_prompting 13 at))) 'ENAME)
+      (prompt (strcat "\nThe polygon has the handle " (cdr (assoc 5 (entget found))) "."))
+      (prompt "\nThere is no polygon round this point.")))
+  (princ))
+
+;; --- Databases -------------------------------------------------------------------------------------------
+
+(defun c:gis-settings () (cf:gis_smart_prompting 7) (princ))
+(defun c:gis-editor () (cf:gis_smart_prompting 15) (princ))
+(defun c:gis-utilities () (cf:gis_smart_prompting 16) (princ))
+(defun c:gis-blocks () (cf:gis_smart_prompting 17) (princ))
+
+(defun c:gis-database (/ path)
+  (if (setq path (cf:gis_smart_prompting 14))
+    (prompt (strcat "\n" path)))
+  (princ))
+
+;; Adds one record to a table of the output database: its fields and values are asked for until Enter.
+(defun c:gis-record (/ table field pairs result)
+  (if (gis:databases-chosen)
+    (progn
+      (setq table (getstring t "\nTable: "))
+      (while (/= (setq field (getstring t "\nField (Enter when done): ")) "")
+        (setq pairs (append pairs (list field (getstring t (strcat "\n" field ": "))))))
+      (setq result (apply 'cf:gis_smart_prompting (append (list 19 (gis:output) 0 table) pairs)))
+      (prompt (if (= result 1.0) "\nThe record is added." "\nThe record could not be added."))))
+  (princ))
+
+;; --- Exchange --------------------------------------------------------------------------------------------
+
+(defun gis:shape-file () (getfiled "Shape File to Write" "" "shp" 1))
+
+(defun c:gis-export (/ file)
+  (if (setq file (gis:shape-file))
+    (cf:gis_smart_prompting 9 file))
+  (princ))
+
+;; The kinds of shapes, as they are asked for, and their numbers.
+(setq gis:shape-types
+  '(("Point" . 1) ("PointZ" . 11) ("polyGon" . 5) ("polygonZ" . 15) ("polyLine" . 3) ("polylineZ" . 13)))
+
+(defun c:gis-exportset (/ file set kind)
+  (if (and (setq file (gis:shape-file))
+           (setq set (ssget)))
+    (progn
+      (initget 1 "Point PointZ,PZ polyGon,G polygonZ,GZ polyLine,L polylineZ,LZ")
+      (setq kind (getkword "\nShapes [Point/PointZ/polyGon/polygonZ/polyLine/polylineZ] by P, PZ, G, GZ, L or LZ: "))
+      (prompt (if (= (cf:gis_smart_prompting 10 file set (cdr (assoc kind gis:shape-types))) 1)
+                "\nThe shape file is written."
+                "\nNothing was written."))))
+  (princ))
+
+;; Reads a shape file. The function gives a list of what was imported, or nil.
+(defun c:gis-import (/ imported)
+  (if (setq imported (cf:gis_smart_prompting 11))
+    (prompt (strcat "\n" (itoa (length imported)) " items imported.")))
+  (princ))
+
+;; --- Other programs --------------------------------------------------------------------------------------
+
+;; Calls a method of a class in a library that is driven by automation, with one text.
+(defun c:gis-automation (/ library program class method text)
+  (setq library (getstring t "\nLibrary: ")
+        program (getstring t "\nProgram id: ")
+        class (getstring t "\nClass: ")
+        method (getstring t "\nMethod: ")
+        text (getstring t "\nArgument: "))
+  (prompt (strcat "\n" (cf:gis_smart_prompting 12 library program class method text)))
+  (princ))
+
+(princ)
