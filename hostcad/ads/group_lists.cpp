@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <limits>
 #include <utility>
 
@@ -43,6 +44,21 @@ uint64_t handleOfName(const Drawing& drawing, const ads_name name) {
     return name[0] == 0 ? static_cast<uint64_t>(name[1]) : 0;
 }
 
+// Angles are degrees in the drawing and radians in lists. On the way back the noise of the two conversions is
+// rounded away, so that what was not changed comes back as it was.
+bool isAngleCode(int code) {
+    return code >= 50 && code <= 58;
+}
+
+constexpr double kRadiansPerDegree = 3.14159265358979323846 / 180;
+
+double degreesOf(double radians) {
+    double degrees = radians / kRadiansPerDegree;
+    constexpr double kSteps = 1e11;
+    double rounded = std::round(degrees * kSteps) / kSteps;
+    return std::abs(degrees) < 1e4 ? rounded : degrees;
+}
+
 bool isXDataCode(int code) {
     constexpr int kCodes[] = {1000, 1002, 1003, 1004, 1005, 1010, 1011,
                               1012, 1013, 1040, 1041, 1042, 1070, 1071};
@@ -74,7 +90,7 @@ void ListBuilder::add(const Drawing& drawing, const Group& group) {
             value.rstring = copyText(group.text());
             break;
         case GroupKind::Real:
-            value.rreal = group.asReal();
+            value.rreal = isAngleCode(group.code) ? group.asReal() * kRadiansPerDegree : group.asReal();
             break;
         case GroupKind::Point:
             value.rpoint[0] = group.x(), value.rpoint[1] = group.y(), value.rpoint[2] = group.z();
@@ -134,7 +150,7 @@ Group groupOf(Drawing& drawing, const resbuf& item, int coordinates) {
         case GroupKind::Text:
             break;
         case GroupKind::Real:
-            return realGroup(code, value.rreal);
+            return realGroup(code, isAngleCode(code) ? degreesOf(value.rreal) : value.rreal);
         case GroupKind::Point: {
             const double* p = value.rpoint;
             return coordinates == 2 ? arena.point(code, p[0], p[1]) : arena.point(code, p[0], p[1], p[2]);

@@ -2,7 +2,8 @@
 //
 // A group list is a chain of resbufs whose restype is a DXF group code. Points (10 with 20 and 30) are one
 // item. Group -1 is the entity's name, 330 and the like are names, -3 begins the extended data: each
-// application's part follows it as 1001 and its groups.
+// application's part follows it as 1001 and its groups. Angles (groups 50 to 58) are in radians, though files
+// have degrees.
 #pragma once
 
 #include "platform/ads/result_buffer.h"

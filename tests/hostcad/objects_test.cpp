@@ -52,7 +52,7 @@ class Objects : public testing::TestWithParam<DrawingVersion> {
         ASSERT_TRUE(make(acutBuildList(RTDXF0, "BLOCK", 2, name, 70, 2, 10, base, 0)));
         ASSERT_TRUE(make(acutBuildList(RTDXF0, "CIRCLE", 10, base, 40, 1.0, 0)));
         ASSERT_TRUE(make(acutBuildList(RTDXF0, "ATTDEF", 8, "TAGS", 10, at, 40, 2.0, 1, "none", 3, "Number?",
-                                       2, "PT#", 70, 1, 73, 9, 50, 90.0, 62, 3, 0)));
+                                       2, "PT#", 70, 1, 73, 9, 50, 1.5707963267948966, 62, 3, 0)));
         ASSERT_TRUE(
             make(acutBuildList(RTDXF0, "ATTDEF", 10, at, 40, 2.0, 1, "X", 3, "", 2, "FIXED", 70, 2, 0)));
         ASSERT_TRUE(make(acutBuildList(RTDXF0, "ENDBLK", 0)));
@@ -184,7 +184,7 @@ TEST_P(Objects, ReferencesGetTheirAttributesFromTheDefinitions) {
     List list(acdbEntGet(attribute));
     EXPECT_NEAR(list.find(10)->resval.rpoint[0], 98, 1e-9);
     EXPECT_NEAR(list.find(10)->resval.rpoint[1], 52, 1e-9);
-    EXPECT_NEAR(list.find(50)->resval.rreal, 180, 1e-9);
+    EXPECT_NEAR(list.find(50)->resval.rreal, 3.141592653589793, 1e-9);
     EXPECT_EQ(list.find(40)->resval.rreal, 6);
     EXPECT_EQ(audit(), "");
     if (!ezdxfIsInstalled()) return;
