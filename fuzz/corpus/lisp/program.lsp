@@ -1,0 +1,5 @@
+(defun fact (n / r) (setq r 1) (while (> n 1) (setq r (* r n) n (1- n))) r)
+(foreach x '(1 2.5 "a\n\101" sym (1 . 2) nil) (print (vl-prin1-to-string x)))
+(princ (mapcar '(lambda (a b) (strcat (itoa a) (rtos b 2 3))) '(1 2) '(0.5 -1e9)))
+(vl-catch-all-apply 'car '(5))
+(defun *error* (m) (princ m)) (nth 9 (vl-sort '(3 1 2) '<))

@@ -1,0 +1,1 @@
+(defun f (x) (cons x (f (list x)))) (f `A`)
