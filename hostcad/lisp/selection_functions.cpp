@@ -65,7 +65,7 @@ Value ssget(Interpreter&, const Arguments& a) {
     if (a.has(i)) filter = fromEntityList(a.list(i));
     // A point alone selects what is there: a crossing box without size.
     if (mode.empty() && count == 1) {
-        mode = "C";
+        mode += 'C';
         places[1] = places[0];
     }
     ads_name set;
