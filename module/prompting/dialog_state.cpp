@@ -70,6 +70,7 @@ void writeState(const std::string& value, int index) {
     bool replaced = false;
     for (std::string& entry : entries) {
         if (!belongsTo(entry, index)) continue;
+        if (entry == line) return;  // nothing to write: a save of the sheet need not wait for the disk
         entry = line;
         replaced = true;
         break;

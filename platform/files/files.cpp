@@ -50,13 +50,6 @@ bool writeAll(int fd, std::string_view content) {
     return true;
 }
 
-// Makes the renaming itself last: without it a crash may bring the old name back, which is still a whole
-// file.
-void syncFolder(const std::string& folder) {
-    Descriptor d(::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (d.get() >= 0) ::fsync(d.get());
-}
-
 }  // namespace
 
 std::string native(std::string_view path) {
@@ -183,7 +176,7 @@ bool replace(std::string_view path, std::string_view content) {
         ::unlink(temporary.c_str());
         return false;
     }
-    syncFolder(folderOf(target));
+    // The folder is not synced: a crash may bring the old name back, which is still a whole file.
     return true;
 }
 

@@ -118,9 +118,15 @@ void ScriptedBackend::waitForEvent(Dialog& dialog) {
         if (dialog.running()) dialog.end(kCancel);
         return;
     }
+    if (step->kind == Step::Kind::Show) {
+        log_.push_back(modelText(dialog));
+        return;
+    }
+    // Written down first, so that what the step brings about stands below it.
+    size_t line = log_.size();
+    log_.push_back("  " + stepText(*step));
     std::string problem = perform(dialog, *step);
-    if (step->kind == Step::Kind::Show) return;
-    log_.push_back("  " + stepText(*step) + (problem.empty() ? "" : ": " + problem));
+    if (!problem.empty() && line < log_.size()) log_[line] += ": " + problem;
 }
 
 std::string ScriptedBackend::perform(Dialog& dialog, const Step& step) {
