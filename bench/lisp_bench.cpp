@@ -16,7 +16,9 @@ void run(benchmark::State& state, const std::string& preparation, const std::str
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
-void countingLoop(benchmark::State& state) { run(state, "", "(setq i 0) (repeat n (setq i (1+ i)))"); }
+void countingLoop(benchmark::State& state) {
+    run(state, "", "(setq i 0) (repeat n (setq i (1+ i)))");
+}
 BENCHMARK(countingLoop)->RangeMultiplier(10)->Range(10000, 1000000)->Unit(benchmark::kMillisecond);
 
 void functionCalls(benchmark::State& state) {

@@ -16,8 +16,8 @@ constexpr size_t kMostMemory = size_t{32} << 20;
 
 // What reaches beyond the program: files, modules, the environment.
 constexpr const char* kForbidden[] = {
-    "OPEN",     "LOAD",         "ARXLOAD",         "SETENV",        "VL-FILE-DELETE",   "VL-FILE-RENAME",
-    "VL-MKDIR", "VL-FILE-COPY", "VL-FILE-SYSTIME", "VL-FILE-SIZE",  "VL-DIRECTORY-FILES", "VL-FILENAME-MKTEMP",
+    "OPEN",     "LOAD",         "ARXLOAD",         "SETENV",       "VL-FILE-DELETE",     "VL-FILE-RENAME",
+    "VL-MKDIR", "VL-FILE-COPY", "VL-FILE-SYSTIME", "VL-FILE-SIZE", "VL-DIRECTORY-FILES", "VL-FILENAME-MKTEMP",
     "GETFILED", "FINDFILE",
 };
 

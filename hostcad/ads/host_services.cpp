@@ -104,8 +104,9 @@ int runCommand(Host& host, const resbuf* answers) {
         if (!isPause && commands.isActive() && host.variables().integer("CMDECHO"))
             host.write(commands.prompt().text);
         CommandProcessor::Result result = isPause ? feedFromUser(commands) : commands.feed(input);
-        if (result == CommandProcessor::Result::Unknown) return RTERROR;
+        if (result == CommandProcessor::Result::Unknown) return RTREJ;
         if (result == CommandProcessor::Result::Cancelled) return RTCAN;
+        if (result == CommandProcessor::Result::Abandoned) return RTERROR;
     }
     return RTNORM;
 }

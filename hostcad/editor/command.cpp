@@ -29,4 +29,8 @@ void Command::say(const std::string& text) {
     host_.write(text);
 }
 
+void Command::note(const std::string& text) {
+    if (!host_.commands().isQuiet()) host_.write(text);
+}
+
 }  // namespace hostcad

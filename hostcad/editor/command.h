@@ -38,7 +38,10 @@ class Command {
              int bits = 0);
     void askFrom(const Coordinates& base, Prompt::Kind kind, const std::string& text, Handler handler,
                  const std::string& keywords = "", int bits = 0);
+    // What the user must know.
     void say(const std::string& text);
+    // What a person at the command line sees; a program that works quietly (CMDECHO 0) does without.
+    void note(const std::string& text);
 
     Host& host_;
 

@@ -51,6 +51,10 @@ std::string CommandProcessor::resolve(std::string_view typed) const {
     return factories_.count(name) ? name : "";
 }
 
+bool CommandProcessor::isQuiet() const {
+    return isScripted_ && host_.variables().integer("CMDECHO") == 0;
+}
+
 bool CommandProcessor::start(std::string_view typed) {
     std::string name = resolve(typed);
     if (name.empty()) {
@@ -89,7 +93,7 @@ CommandProcessor::Result CommandProcessor::feed(const Input& input) {
     }
     if (answer->kind == Answer::Kind::Cancelled || answer->kind == Answer::Kind::NoInput) {
         cancel();
-        return Result::Cancelled;
+        return answer->kind == Answer::Kind::NoInput ? Result::Abandoned : Result::Cancelled;
     }
     if (answer->isValue() && command_->prompt().kind == Prompt::Kind::Point)
         host_.setLastPoint(answer->point);
@@ -108,10 +112,12 @@ CommandProcessor::Result CommandProcessor::feedFromUser() {
     return feed(input);
 }
 
-bool CommandProcessor::finish() {
-    while (isActive())
-        if (feedFromUser() == Result::Cancelled) return false;
-    return true;
+CommandProcessor::Result CommandProcessor::finish() {
+    while (isActive()) {
+        Result result = feedFromUser();
+        if (result == Result::Cancelled || result == Result::Abandoned) return result;
+    }
+    return Result::Taken;
 }
 
 void CommandProcessor::cancel() {

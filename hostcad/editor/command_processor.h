@@ -19,22 +19,24 @@ class CommandProcessor {
     enum class Result {
         Taken,
         Refused,    // it does not fit what is asked; the user was told, and it is still asked
-        Cancelled,  // the command is over, by Escape or for want of an answer
-        Unknown     // no command has that name
+        Cancelled,  // by Escape; the command is over
+        Abandoned,  // nobody is there to answer; the user was told, and the command is over
+        Unknown     // no command has that name; the user was told
     };
     // One answer to the command in progress, or the name of a command where there is none. Throws lisp::Error
     // when that is a command written in Lisp and fails.
     Result feed(const Input& input);
     // The same with an answer of the user to what the command in progress asks.
     Result feedFromUser();
-    // Asks the user for answers until the command in progress is over. False when it was cancelled or nobody
-    // answered.
-    bool finish();
+    // Asks the user for answers until the command in progress is over: Taken, Cancelled or Abandoned.
+    Result finish();
     void cancel();
     bool isActive() const { return command_ != nullptr; }
     // Answers come from a program, so no command shows a box in place of a prompt.
     bool isScripted() const { return isScripted_; }
     void setScripted(bool on) { isScripted_ = on; }
+    // Such a program does not want to see prompts and notes either.
+    bool isQuiet() const;
     // What the command in progress asks now.
     const Prompt& prompt() const { return command_->prompt(); }
     // The name of the command in progress, "" when there is none.

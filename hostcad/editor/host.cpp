@@ -125,7 +125,7 @@ bool Host::runLine(const std::string& line) {
         } else if (commands_->feed(Input::ofText(std::string(typed))) == CommandProcessor::Result::Unknown) {
             return false;
         }
-        finishCommands();
+        commands_->finish();
         return true;
     } catch (const lisp::Error& error) {
         commands_->cancel();
@@ -137,11 +137,9 @@ bool Host::runLine(const std::string& line) {
 
 void Host::runScript(const std::string& path) {
     lisp_->runFile(path);
-    finishCommands();
-}
-
-void Host::finishCommands() {
-    commands_->finish();
+    std::string open = commands_->activeName();
+    if (commands_->finish() == CommandProcessor::Result::Abandoned)
+        throw lisp::Error("the script leaves the command " + open + " without its answers");
 }
 
 // --- Drawings ----------------------------------------------------------------------------------------

@@ -44,8 +44,6 @@ class Host {
     bool runLine(const std::string& line);
     // A file of Lisp. Commands that it leaves unfinished are finished with the user. Throws lisp::Error.
     void runScript(const std::string& path);
-    // What a script leaves open when it ends.
-    void finishCommands();
     // Ends what is going on, as Escape does. May come from a signal handler.
     void cancel() { lisp_->cancel(); }
 

@@ -234,7 +234,7 @@ class InsertCommand : public Command {
             attributes_.push_back({id, std::string(textOf(drawing.groups(id), 1))});
         }
         if (!attributes_.empty() && host_.variables().integer("ATTREQ")) {
-            say("\nEnter attribute values");
+            note("\nEnter attribute values");
             askAttribute(0);
         } else {
             draw();

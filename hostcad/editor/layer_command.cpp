@@ -30,7 +30,7 @@ class LayerCommand : public Command {
   public:
     using Command::Command;
     void start() override {
-        say("\nCurrent layer: \"" + currentLayer() + "\"");
+        note("\nCurrent layer: \"" + currentLayer() + "\"");
         askOption();
     }
 

@@ -162,10 +162,12 @@ void ObjectSelection::select(const char* mode, const void* first, const void* se
 void ObjectSelection::join(const std::vector<ObjectId>& entities) {
     int count = 0;
     for (ObjectId id : entities) count += isRemoving_ ? set_.remove(id) : set_.add(id);
-    host_.write(text::format("\n%zu found", entities.size()));
-    if (isRemoving_) host_.write(text::format(", %d removed", count));
-    if (set_.size() != entities.size() || isRemoving_) host_.write(text::format(", %zu total", set_.size()));
     askObjects();
+    if (host_.commands().isQuiet()) return;
+    std::string found = text::format("\n%zu found", entities.size());
+    if (isRemoving_) found += text::format(", %d removed", count);
+    if (set_.size() != entities.size() || isRemoving_) found += text::format(", %zu total", set_.size());
+    host_.write(found);
 }
 
 int selectObjects(Host& host, SelectionSet& set) {

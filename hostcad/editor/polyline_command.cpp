@@ -39,7 +39,7 @@ class PolylineCommand : public Command {
         ask(Prompt::Kind::Point, "\nSpecify start point: ", [this](const Answer& answer) {
             if (answer.kind != Answer::Kind::Value && answer.kind != Answer::Kind::None) return;
             corners_.push_back({answer.isValue() ? answer.point : host_.variables().point("LASTPOINT")});
-            say(text::format("\nCurrent line-width is %.4f", endWidth_));
+            note(text::format("\nCurrent line-width is %.4f", endWidth_));
             askNext();
         });
     }

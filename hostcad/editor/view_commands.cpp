@@ -122,7 +122,7 @@ class RegenCommand : public ViewCommand {
     using ViewCommand::ViewCommand;
     void start() override {
         host_.view().redraw();
-        say("\nRegenerating model.\n");
+        note("\nRegenerating model.\n");
     }
 };
 

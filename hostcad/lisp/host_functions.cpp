@@ -25,7 +25,7 @@ Value getvar(Interpreter&, const Arguments& a) {
 
 Value setvar(Interpreter&, const Arguments& a) {
     std::string name = a[0].isSymbol() ? a[0].asSymbol()->name : a.string(0);
-    if (acedSetVar(name.c_str(), toResults(a[1]).get()) != RTNORM)
+    if (acedSetVar(name.c_str(), toAnswers(a.behind(1)).get()) != RTNORM)
         throw Error("cannot set the variable " + text::upper(name));
     return a[1];
 }
@@ -45,10 +45,12 @@ Value version(Interpreter&, const Arguments&) {
 
 // --- Commands ----------------------------------------------------------------------------------------
 
-// Without arguments, and for nil, the command in progress is cancelled.
+// Without arguments, and for nil, the command in progress is cancelled. A name that no command has is told on
+// the command line and no error.
 bool runCommand(const Arguments& a) {
-    int status = a.size() == 0 ? acedCmd(nullptr) : acedCmd(toResults(a).get());
+    int status = a.size() == 0 ? acedCmd(nullptr) : acedCmd(toAnswers(a).get());
     if (status == RTCAN) throw Error("Function cancelled", Error::Kind::Cancel);
+    if (status == RTERROR) throw Error("the command failed");
     return status == RTNORM;
 }
 

@@ -34,9 +34,11 @@ void setPoint(resbuf& item, const Point& p) {
     for (int i = 0; i < 3; ++i) item.resval.rpoint[i] = p.at[i];
 }
 
-// A list of whole numbers only is a list, not a point.
-bool isPoint(const Value& v, Point& p) {
+enum class WholeNumbers { AreLists, ArePoints };
+
+bool isPoint(const Value& v, Point& p, WholeNumbers rule) {
     if (!v.isPair() || !readPoint(v, p)) return false;
+    if (rule == WholeNumbers::ArePoints) return true;
     for (Items items(v); !items.done(); items.next())
         if ((*items).isReal()) return true;
     return false;
@@ -80,10 +82,10 @@ void addAtom(Chain& chain, const Value& v) {
 
 constexpr int kDeepest = 500;  // nesting of lists at the boundary
 
-void addValue(Chain& chain, const Value& v, int depth = 0) {
+void addValue(Chain& chain, const Value& v, WholeNumbers rule, int depth = 0) {
     if (depth > kDeepest) throw Error("list is nested too deep to be passed to a module");
     Point p;
-    if (isPoint(v, p)) {
+    if (isPoint(v, p, rule)) {
         setPoint(chain.add(p.dimensions == 3 ? RT3DPOINT : RTPOINT), p);
         return;
     }
@@ -93,10 +95,10 @@ void addValue(Chain& chain, const Value& v, int depth = 0) {
     }
     chain.add(RTLB);
     Items items(v);
-    for (; !items.done(); items.next()) addValue(chain, *items, depth + 1);
+    for (; !items.done(); items.next()) addValue(chain, *items, rule, depth + 1);
     if (!items.rest().isNil()) {
         chain.add(RTDOTE);
-        addValue(chain, items.rest(), depth + 1);
+        addValue(chain, items.rest(), rule, depth + 1);
     }
     chain.add(RTLE);
 }
@@ -315,13 +317,19 @@ ResultList copyOf(const resbuf* list) {
 
 ResultList toResults(const Arguments& values) {
     Chain chain;
-    for (const Value& value : values) addValue(chain, value);
+    for (const Value& value : values) addValue(chain, value, WholeNumbers::AreLists);
     return chain.take();
 }
 
 ResultList toResults(const Value& value) {
     Chain chain;
-    addValue(chain, value);
+    addValue(chain, value, WholeNumbers::AreLists);
+    return chain.take();
+}
+
+ResultList toAnswers(const Arguments& values) {
+    Chain chain;
+    for (const Value& value : values) addValue(chain, value, WholeNumbers::ArePoints);
     return chain.take();
 }
 

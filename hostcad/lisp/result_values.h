@@ -23,6 +23,8 @@ ResultList copyOf(const resbuf* list);
 // module can take (a function, a file) throws Error.
 ResultList toResults(const Arguments& values);
 ResultList toResults(const Value& value);
+// The same where a list of whole numbers can only be a point: answers to commands, values of variables.
+ResultList toAnswers(const Arguments& values);
 
 // The first value of a list, and how many buffers it takes: `item` moves behind it. Group codes give the
 // dotted pair that they are in an entity's list.

@@ -70,8 +70,10 @@
   (if (and text (/= (vl-string-trim " " text) "")) text))
 
 ;; The key of an entity's record: the point number, or the handle.
-(defun gis:key (entity)
-  (cond ((and (gis:survey-point-p entity) (gis:text-or-nil (gis:attribute entity "PT#"))))
+(defun gis:key (entity / number)
+  (if (gis:survey-point-p entity)
+    (setq number (gis:text-or-nil (gis:attribute entity "PT#"))))
+  (cond (number)
         (t (cdr (assoc 5 (entget entity))))))
 
 ;; The description of a survey point, which names its feature; nil for others.

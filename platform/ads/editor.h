@@ -78,7 +78,8 @@ int acedEntSel(const char* prompt, ads_name entity, ads_point picked);
 int acedGetVar(const char* name, resbuf* value);
 int acedSetVar(const char* name, const resbuf* value);
 // A command with its answers: type/value pairs, ended by RTNONE or 0. Only RTSTR, RTREAL, RTSHORT, RTLONG,
-// RTPOINT, RT3DPOINT, RTENAME and RTPICKS occur; an empty string is Enter.
+// RTPOINT, RT3DPOINT, RTENAME and RTPICKS occur; an empty string is Enter. RTREJ: there is no such command;
+// RTCAN: the user ended it; RTERROR: it failed, or nobody answered what was left to the user.
 int acedCommand(int type, ...);
 // The same with a list. Null, or a single RTNIL, cancels the command in progress.
 int acedCmd(const resbuf* answers);
