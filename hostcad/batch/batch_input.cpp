@@ -43,10 +43,16 @@ std::string echoOf(const Input& input) {
 
 }  // namespace
 
+void BatchInput::add(const lisp::Value& value) {
+    inputOf(value);
+    queue_.push_back(value);
+}
+
 Input BatchInput::next(const Prompt&) {
     if (!queue_.empty()) {
-        Input input = std::move(queue_.front());
+        given_ = std::move(queue_.front());
         queue_.pop_front();
+        Input input = inputOf(given_);
         output_.write(echoOf(input) + "\n");
         return input;
     }

@@ -15,7 +15,9 @@ namespace hostcad {
 class BatchInput : public InputSource {
   public:
     BatchInput(Output& output, bool asksKeyboard) : output_(output), asksKeyboard_(asksKeyboard) {}
-    void add(Input input) { queue_.push_back(std::move(input)); }
+    // Queues a value as an answer, and keeps it until it is used: it may be a selection set that nothing
+    // else holds. Throws lisp::Error for what can be no answer.
+    void add(const lisp::Value& value);
     // Answers that nothing has asked for.
     size_t leftOver() const { return queue_.size(); }
     Input next(const Prompt& prompt) override;
@@ -23,7 +25,8 @@ class BatchInput : public InputSource {
   private:
     Output& output_;
     bool asksKeyboard_;
-    std::deque<Input> queue_;
+    std::deque<lisp::Value> queue_;
+    lisp::Value given_;
 };
 
 // The keyboard as an answer to dialogs: each is shown as text, and steps are typed as in a script, the

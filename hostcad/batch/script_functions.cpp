@@ -131,7 +131,7 @@ std::optional<ui::Step> readTypedStep(Interpreter& interpreter, const std::strin
 void defineScriptFunctions(Host& host, BatchInput& input, ui::ScriptedBackend& backend) {
     Interpreter& lisp = host.lisp();
     lisp.defineExternal("host:input", [&input](Interpreter&, const Arguments& a) {
-        for (const Value& value : a) input.add(inputOf(value));
+        for (const Value& value : a) input.add(value);
         return Value();
     });
     lisp.defineExternal("ui:answer", [&backend](Interpreter&, const Arguments& a) {
