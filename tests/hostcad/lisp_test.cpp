@@ -219,7 +219,8 @@ TEST_F(LispTest, Compares) {
         {"(minusp -4.293)", "T"},
         {"(zerop 0.0)", "T"},
         {"(boundp 'nobody-set-this)", "nil"},
-        {"(mapcar 'type (list 1 1.0 \"a\" 'a '(1) car (lambda (x) x)))", "(INT REAL STR SYM LIST SUBR USUBR)"},
+        {"(mapcar 'type (list 1 1.0 \"a\" 'a '(1) car (lambda (x) x)))",
+         "(INT REAL STR SYM LIST SUBR USUBR)"},
         {"(type nil)", "nil"},
     });
 }
@@ -451,9 +452,11 @@ class LispFilesTest : public LispTest {
 TEST_F(LispFilesTest, ReadAndWriteLines) {
     check({
         {"(open \"/nowhere/at/all\" \"r\")", "nil"},
-        {"(setq f (open path \"w\")) (write-line \"one\" f) (princ '(2 \"x\") f) (write-char 10 f) (close f)", "nil"},
+        {"(setq f (open path \"w\")) (write-line \"one\" f) (princ '(2 \"x\") f) (write-char 10 f) (close f)",
+         "nil"},
         {"(setq f (open path \"a\")) (prin1 \"q\" f) (close f)", "nil"},
-        {"(setq f (open path \"r\")) (setq l (list (read-line f) (read-line f) (read-line f) (read-line f))) (close f) l",
+        {"(setq f (open path \"r\")) (setq l (list (read-line f) (read-line f) (read-line f) (read-line f))) "
+         "(close f) l",
          "(\"one\" \"(2 x)\" \"\\\"q\\\"\" nil)"},
         {"(setq f (open path \"r\")) (setq l (list (read-char f) (read-char f))) (close f) l", "(111 110)"},
         {"(read-line f)", ("error: file not open: " + folder_ + "a.txt").c_str()},
@@ -474,7 +477,8 @@ TEST_F(LispFilesTest, TakeOldCodePagesAndLineEnds) {
     check({
         {"(setq f (open path \"r\")) (setq l (list (read-line f) (read-line f) (read-line f))) (close f) l",
          "(\"caf\xC3\xA9\" \"next\" nil)"},
-        {"(setq f (open path \"r\")) (setq n nil) (while (setq c (read-char f)) (setq n (cons c n))) (close f) (reverse n)",
+        {"(setq f (open path \"r\")) (setq n nil) (while (setq c (read-char f)) (setq n (cons c n))) (close "
+         "f) (reverse n)",
          "(99 97 102 233 10 110 101 120 116 10)"},
     });
 }
