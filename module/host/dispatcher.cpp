@@ -181,15 +181,36 @@ void featureExists(ArgumentReader& in) {
         GisReturnInt = FeatureExists(PromptRequest.templatePath, PromptRequest.featureName);
 }
 
-// A code that is not here does nothing and gives 0.
-struct FunctionCode {
-    int code;
-    void (*operation)(ArgumentReader&);
+// All codes in their order. One whose tool is not built does nothing and gives 0, as without its arguments.
+using Operation = void (*)(ArgumentReader&);
+constexpr Operation kNotBuilt = nullptr;
+constexpr Operation kOperations[] = {
+    promptForEntity,  // 1
+    storeSlot,        // 2
+    fetchSlot,        // 3
+    kNotBuilt,        // 4 links from blocks
+    kNotBuilt,        // 5 block link settings
+    kNotBuilt,        // 6 title blocks
+    runSettings,      // 7
+    kNotBuilt,        // 8 audit of links
+    kNotBuilt,        // 9 export to shape files
+    kNotBuilt,        // 10 export of a given set
+    kNotBuilt,        // 11 import of shape files
+    callAutomation,   // 12
+    kNotBuilt,        // 13 polygon around a point
+    chooseFile,       // 14
+    kNotBuilt,        // 15 editor of the template
+    kNotBuilt,        // 16 database utilities
+    kNotBuilt,        // 17 blocks from data
+    queryEntities,    // 18
+    bulkAdd,          // 19
+    linkPolylines,    // 20
+    featureExists,    // 21
 };
-constexpr FunctionCode kFunctionCodes[] = {
-    {1, promptForEntity}, {2, storeSlot},      {3, fetchSlot}, {7, runSettings},    {12, callAutomation},
-    {14, chooseFile},     {18, queryEntities}, {19, bulkAdd},  {20, linkPolylines}, {21, featureExists},
-};
+
+Operation operationOf(int code) {
+    return code >= 1 && code <= static_cast<int>(std::size(kOperations)) ? kOperations[code - 1] : kNotBuilt;
+}
 
 void readEnvironment() {
     GetLispValue(LispDirectory, "lspdir$");
@@ -209,8 +230,7 @@ void DispatchGisRequest() {
     ArgumentReader in(arguments.get());
     int code = 0;
     if (in.shortInteger(code))
-        for (const FunctionCode& function : kFunctionCodes)
-            if (function.code == code) function.operation(in);
+        if (Operation operation = operationOf(code)) operation(in);
 
     GisFileArgument.clear();
     FileChooserResult.clear();
