@@ -104,7 +104,7 @@ bool replaceValues(Drawing& drawing, Groups old, const Given& given, std::vector
         // A text in place of a reference has no name, so it cannot have come back.
         bool unnamed = group.kind == ValueKind::Text && groupKindOf(group.code) == GroupKind::Name;
         if (fixed || unnamed) continue;
-        Group value = groupOf(drawing, *given.items[k], group.size == 2 ? 2 : 3);
+        Group value = groupOf(drawing, *given.items[k], &group);
         // Of single coordinates (group 10 without 20) only the first counts.
         if (group.kind == ValueKind::Real && value.kind == ValueKind::Point)
             value = realGroup(group.code, value.x());
@@ -113,13 +113,11 @@ bool replaceValues(Drawing& drawing, Groups old, const Given& given, std::vector
     return textOf(groups, 0) == textOf(old, 0);
 }
 
-// The items as groups. Points have as many coordinates as those of the same code had in the entity.
+// The items as groups, like those of the same code that the entity had.
 std::vector<Group> groupsOf(Drawing& drawing, Groups old, const Given& given) {
     std::vector<Group> groups;
-    for (const resbuf* item : given.items) {
-        const Group* like = find(old, item->restype);
-        groups.push_back(groupOf(drawing, *item, like && like->size == 2 ? 2 : 3));
-    }
+    for (const resbuf* item : given.items)
+        groups.push_back(groupOf(drawing, *item, find(old, item->restype)));
     return groups;
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "hostcad/ads/group_lists.h"
 #include "hostcad/ads/host_names.h"
 #include "hostcad/ads/wild_cards.h"
 #include "platform/text/text.h"
@@ -244,7 +245,7 @@ bool EntityFilter::Node::matchesGroup(const Group& group) const {
             return matchesText(group.text());
         case ValueKind::Real:
         case ValueKind::Integer:
-            return holds(relations[0], group.asReal(),
+            return holds(relations[0], isAngleCode(code) ? radiansOf(group.asReal()) : group.asReal(),
                          groupKindOf(code) == GroupKind::Point ? point[0] : number);
         case ValueKind::Point: {
             double values[3] = {group.x(), group.y(), group.z()};

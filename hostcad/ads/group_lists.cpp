@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cmath>
 #include <limits>
+#include <numbers>
 #include <utility>
 
 #include "hostcad/ads/host_names.h"
@@ -44,19 +45,11 @@ uint64_t handleOfName(const Drawing& drawing, const ads_name name) {
     return name[0] == 0 ? static_cast<uint64_t>(name[1]) : 0;
 }
 
-// Angles are degrees in the drawing and radians in lists. On the way back the noise of the two conversions is
-// rounded away, so that what was not changed comes back as it was.
-bool isAngleCode(int code) {
-    return code >= 50 && code <= 58;
-}
-
-constexpr double kRadiansPerDegree = 3.14159265358979323846 / 180;
-
+// The noise of the conversion to radians is rounded away: 90 degrees come back as 90.
 double degreesOf(double radians) {
-    double degrees = radians / kRadiansPerDegree;
     constexpr double kSteps = 1e11;
-    double rounded = std::round(degrees * kSteps) / kSteps;
-    return std::abs(degrees) < 1e4 ? rounded : degrees;
+    double degrees = radians * 180 / std::numbers::pi;
+    return std::abs(degrees) < 1e4 ? std::round(degrees * kSteps) / kSteps : degrees;
 }
 
 bool isXDataCode(int code) {
@@ -90,7 +83,7 @@ void ListBuilder::add(const Drawing& drawing, const Group& group) {
             value.rstring = copyText(group.text());
             break;
         case GroupKind::Real:
-            value.rreal = isAngleCode(group.code) ? group.asReal() * kRadiansPerDegree : group.asReal();
+            value.rreal = isAngleCode(group.code) ? radiansOf(group.asReal()) : group.asReal();
             break;
         case GroupKind::Point:
             value.rpoint[0] = group.x(), value.rpoint[1] = group.y(), value.rpoint[2] = group.z();
@@ -140,7 +133,15 @@ void ListBuilder::addMark(int code) {
 
 // --- Lists from a caller ------------------------------------------------------------------------------
 
-Group groupOf(Drawing& drawing, const resbuf& item, int coordinates) {
+bool isAngleCode(int code) {
+    return code >= 50 && code <= 58;
+}
+
+double radiansOf(double degrees) {
+    return degrees * std::numbers::pi / 180;
+}
+
+Group groupOf(Drawing& drawing, const resbuf& item, const Group* like) {
     GroupArena& arena = drawing.arena();
     int code = item.restype;
     const ads_u_val& value = item.resval;
@@ -150,10 +151,13 @@ Group groupOf(Drawing& drawing, const resbuf& item, int coordinates) {
         case GroupKind::Text:
             break;
         case GroupKind::Real:
-            return realGroup(code, isAngleCode(code) ? degreesOf(value.rreal) : value.rreal);
+            if (!isAngleCode(code)) return realGroup(code, value.rreal);
+            if (like && radiansOf(like->asReal()) == value.rreal) return realGroup(code, like->asReal());
+            return realGroup(code, degreesOf(value.rreal));
         case GroupKind::Point: {
             const double* p = value.rpoint;
-            return coordinates == 2 ? arena.point(code, p[0], p[1]) : arena.point(code, p[0], p[1], p[2]);
+            bool flat = like && like->kind == ValueKind::Point && like->size == 2;
+            return flat ? arena.point(code, p[0], p[1]) : arena.point(code, p[0], p[1], p[2]);
         }
         case GroupKind::Short:
             return integerGroup(code, value.rint);
@@ -176,7 +180,7 @@ Group groupOf(Drawing& drawing, const resbuf& item, int coordinates) {
 }
 
 bool xdataFromList(Drawing& drawing, const resbuf* list, std::vector<Group>& groups) {
-    TextCodec codec(drawing.version(), drawing.codePage());
+    TextCodec codec(drawing.format(), drawing.codePage());
     int depth = 0;
     for (; list; list = list->rbnext) {
         int code = list->restype;

@@ -23,7 +23,8 @@ enum class DrawingVersion : int {
 struct DxfFormat {
     DrawingVersion version = DrawingVersion::R2000;
     bool binary = false;
-    bool carriageReturns = false;  // lines of a text file end with CR LF
+    bool carriageReturns = false;   // lines of a text file end with CR LF
+    bool lowerCaseEscapes = false;  // \U+ and small digits stand for characters outside the code page
 };
 
 // Entities have owners and subclass markers, tables and blocks have records.

@@ -30,7 +30,7 @@ class Reader {
   public:
     // bytes: the size of the file.
     Reader(Tags& tags, DxfFormat format, size_t bytes)
-        : tags_(tags), format_(format), loader_(format, bytes), codec_(format.version, 1252) {}
+        : tags_(tags), format_(format), loader_(format, bytes), codec_(format) {}
 
     std::unique_ptr<Drawing> read() {
         while (tags_.next()) {
@@ -48,7 +48,9 @@ class Reader {
   private:
     static constexpr int kComment = 999;
 
-    std::unique_ptr<Drawing> finish() { return loader_.finish(format_); }
+    std::unique_ptr<Drawing> finish() {
+        format_.lowerCaseEscapes = codec_.lowerCaseEscapes();
+        return loader_.finish(format_); }
 
     void readSection() {
         anySection_ = true;
@@ -93,12 +95,10 @@ class Reader {
         std::string_view name = groups_[0].text();
         if (name == "$ACADVER") {
             format_.version = versionOf(text::trim(groups_[1].text()));
+            codec_.setVersion(format_.version);
         } else if (name == "$DWGCODEPAGE") {
-            codePage_ = codePageOf(groups_[1].text());
-        } else {
-            return;
+            codec_.setCodePage(codePageOf(groups_[1].text()));
         }
-        codec_ = TextCodec(format_.version, codePage_);
     }
 
     void addGroup() {
@@ -158,7 +158,6 @@ class Reader {
     DxfFormat format_;
     DrawingLoader loader_;
     TextCodec codec_;
-    int codePage_ = 1252;
     std::string section_;
     bool header_ = false;
     bool anySection_ = false;
@@ -173,13 +172,16 @@ std::unique_ptr<Drawing> parseDxf(std::string_view content, std::string& error) 
     try {
         if (content.substr(0, kBinarySentinel.size()) == kBinarySentinel) {
             BinaryTags tags(content);
-            return Reader<BinaryTags>(tags, {DrawingVersion::R12, true, false}, content.size()).read();
+            return Reader<BinaryTags>(tags, {.version = DrawingVersion::R12, .binary = true}, content.size())
+                .read();
         }
         size_t firstLine = content.find('\n');
         bool carriageReturns =
             firstLine != std::string_view::npos && firstLine > 0 && content[firstLine - 1] == '\r';
         AsciiTags tags(content);
-        return Reader<AsciiTags>(tags, {DrawingVersion::R12, false, carriageReturns}, content.size()).read();
+        return Reader<AsciiTags>(tags, {.version = DrawingVersion::R12, .carriageReturns = carriageReturns},
+                                 content.size())
+            .read();
     } catch (const DxfError& problem) {
         error = problem.message;
         return nullptr;

@@ -11,18 +11,6 @@ namespace {
 
 constexpr size_t kEscapeLength = 7;  // \U+20AC
 
-// The 16 bits behind \U+ at a position, or -1. Only capital digits, as encode writes them.
-int escapedUnit(std::string_view s, size_t position) {
-    if (s.size() - position < kEscapeLength || s.compare(position, 3, "\\U+") != 0) return -1;
-    int value = 0;
-    for (char c : s.substr(position + 3, 4)) {
-        int digit = c >= '0' && c <= '9' ? c - '0' : c >= 'A' && c <= 'F' ? c - 'A' + 10 : -1;
-        if (digit < 0) return -1;
-        value = value * 16 + digit;
-    }
-    return value;
-}
-
 bool isHighSurrogate(int unit) {
     return unit >= 0xD800 && unit < 0xDC00;
 }
@@ -40,13 +28,29 @@ constexpr auto kSpecial = [] {
 
 }  // namespace
 
-TextCodec::TextCodec(DrawingVersion version, int codePage)
-    : unicode_(hasUnicodeText(version)), page_(codePage) {}
+TextCodec::TextCodec(const DxfFormat& format, int codePage)
+    : unicode_(hasUnicodeText(format.version)),
+      page_(codePage),
+      digits_(format.lowerCaseEscapes ? Digits::Small : Digits::Unknown) {}
 
 bool TextCodec::isPlain(std::string_view s) {
     for (char c : s)
         if (kSpecial[static_cast<unsigned char>(c)]) return false;
     return true;
+}
+
+// The 16 bits behind \U+ at a position, or -1. The digits must be of the kind that encode will write.
+int TextCodec::escapedUnit(std::string_view s, size_t position) const {
+    if (s.size() - position < kEscapeLength || s.compare(position, 3, "\\U+") != 0) return -1;
+    int value = 0;
+    for (char c : s.substr(position + 3, 4)) {
+        bool capital = c >= 'A' && c <= 'F' && digits_ != Digits::Small;
+        bool small = c >= 'a' && c <= 'f' && digits_ != Digits::Capital;
+        int digit = c >= '0' && c <= '9' ? c - '0' : capital ? c - 'A' + 10 : small ? c - 'a' + 10 : -1;
+        if (digit < 0) return -1;
+        value = value * 16 + digit;
+    }
+    return value;
 }
 
 bool TextCodec::decodeEscape(std::string_view bytes, size_t& position) {
@@ -62,6 +66,12 @@ bool TextCodec::decodeEscape(std::string_view bytes, size_t& position) {
     } else if (text::byteOf(codePoint, page_) >= 0) {
         return false;
     }
+    // Letters of both kinds in one text would not come back as they were.
+    std::string_view escape = bytes.substr(position, length);
+    bool capital = escape.find_first_of("ABCDEF", 3) != std::string_view::npos;
+    bool small = escape.find_first_of("abcdef", 3) != std::string_view::npos;
+    if (capital && small) return false;
+    if (capital || small) digits_ = small ? Digits::Small : Digits::Capital;
     text::appendUtf8(buffer_, codePoint);
     position += length;
     return true;
@@ -88,13 +98,13 @@ std::string_view TextCodec::decodeSlowly(std::string_view bytes) {
 }
 
 void TextCodec::appendEscape(char32_t codePoint) {
+    const char* pattern = digits_ == Digits::Small ? "\\U+%04x" : "\\U+%04X";
     if (codePoint > 0xFFFF) {
         codePoint -= 0x10000;
-        buffer_ += text::format("\\U+%04X\\U+%04X", 0xD800 + static_cast<unsigned>(codePoint >> 10),
-                                0xDC00 + static_cast<unsigned>(codePoint & 0x3FF));
-    } else {
-        buffer_ += text::format("\\U+%04X", static_cast<unsigned>(codePoint));
+        buffer_ += text::format(pattern, 0xD800 + static_cast<unsigned>(codePoint >> 10));
+        codePoint = 0xDC00 + (codePoint & 0x3FF);
     }
+    buffer_ += text::format(pattern, static_cast<unsigned>(codePoint));
 }
 
 std::string_view TextCodec::encodeSlowly(std::string_view utf8) {

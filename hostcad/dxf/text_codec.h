@@ -10,11 +10,18 @@ namespace hostcad {
 
 // What decode changes, encode changes back to the same bytes:
 //  - characters outside the code page stand in the file as \U+ and four digits; such a text of a character
-//    that the page has is left alone, and so is \M+ (a character of another page);
+//    that the page has is left alone, and so is \M+ (a character of another page). Some programs write the
+//    digits in small letters: what the first such text of a file has goes for all of it;
 //  - line feeds and carriage returns stand in the file as ^J and ^M.
 class TextCodec {
   public:
-    TextCodec(DrawingVersion version, int codePage);
+    explicit TextCodec(const DxfFormat& format, int codePage = 1252);
+
+    // The form that the texts so far showed the file to have.
+    bool lowerCaseEscapes() const { return digits_ == Digits::Small; }
+    // Before anything is decoded, the header of a file says what it is.
+    void setVersion(DrawingVersion version) { unicode_ = hasUnicodeText(version); }
+    void setCodePage(int codePage) { page_ = codePage; }
 
     // The text in UTF-8: the argument itself when nothing is to be changed, else a view of an own buffer that
     // the next call overwrites.
@@ -25,11 +32,15 @@ class TextCodec {
     static bool isPlain(std::string_view s);
     std::string_view decodeSlowly(std::string_view bytes);
     std::string_view encodeSlowly(std::string_view utf8);
+    int escapedUnit(std::string_view bytes, size_t position) const;
     bool decodeEscape(std::string_view bytes, size_t& position);
     void appendEscape(char32_t codePoint);
 
+    enum class Digits { Unknown, Capital, Small };
+
     bool unicode_;
     int page_;
+    Digits digits_ = Digits::Unknown;
     std::string buffer_;
 };
 

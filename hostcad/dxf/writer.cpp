@@ -1,8 +1,10 @@
 #include <charconv>
+#include <limits>
 
 #include "hostcad/dxf/binary_codes.h"
 #include "hostcad/dxf/dxf.h"
 #include "hostcad/dxf/text_codec.h"
+#include "hostcad/dxf/version_fit.h"
 #include "platform/files/files.h"
 
 namespace hostcad {
@@ -12,7 +14,7 @@ namespace {
 class AsciiOutput {
   public:
     AsciiOutput(std::string& out, DxfFormat format, int codePage)
-        : out_(out), lineEnd_(format.carriageReturns ? "\r\n" : "\n"), codec_(format.version, codePage) {}
+        : out_(out), lineEnd_(format.carriageReturns ? "\r\n" : "\n"), codec_(format, codePage) {}
 
     void text(int code, std::string_view value) {
         putCode(code);
@@ -81,11 +83,16 @@ class AsciiOutput {
 class BinaryOutput {
   public:
     BinaryOutput(std::string& out, DxfFormat format, int codePage)
-        : out_(out), shortCodes_(format.version <= DrawingVersion::R12), codec_(format.version, codePage) {
+        : out_(out), shortCodes_(format.version <= DrawingVersion::R12), codec_(format, codePage) {
         out_ += kBinarySentinel;
     }
 
+    // What the file cannot hold; "" when it holds everything.
+    const std::string& problem() const { return problem_; }
+
     void text(int code, std::string_view value) {
+        // A chunk whose digits made no sense was kept as a text.
+        if (binaryValueOf(code) == BinaryValue::Chunk) return chunk(code, value);
         putCode(code);
         out_ += codec_.encode(value);
         out_ += '\0';
@@ -100,13 +107,13 @@ class BinaryOutput {
         putCode(code);
         switch (binaryValueOf(code)) {
             case BinaryValue::Int8:
-                put(static_cast<int8_t>(value));
+                putWhole<uint8_t>(code, value);
                 break;
             case BinaryValue::Int16:
-                put(static_cast<int16_t>(value));
+                putWhole<int16_t>(code, value);
                 break;
             case BinaryValue::Int32:
-                put(static_cast<int32_t>(value));
+                putWhole<int32_t>(code, value);
                 break;
             default:
                 put(value);
@@ -140,6 +147,14 @@ class BinaryOutput {
         out_.append(reinterpret_cast<const char*>(&value), sizeof value);
     }
 
+    template <class T>
+    void putWhole(int code, int64_t value) {
+        if (value < std::numeric_limits<T>::min() || value > std::numeric_limits<T>::max())
+            problem_ = "A binary file cannot hold the number " + std::to_string(value) + " in group " +
+                       std::to_string(code) + ".";
+        put(static_cast<T>(value));
+    }
+
     void putCode(int code) {
         if (!shortCodes_) return put(static_cast<int16_t>(code));
         if (code < 255) return put(static_cast<uint8_t>(code));
@@ -150,21 +165,30 @@ class BinaryOutput {
     std::string& out_;
     bool shortCodes_;
     TextCodec codec_;
+    std::string problem_;
 };
 
 // Walks the sections of a drawing. Output is AsciiOutput or BinaryOutput.
 template <class Output>
 class Writer {
   public:
-    Writer(const Drawing& drawing, DxfFormat format, Output& output)
-        : drawing_(drawing), format_(format), output_(output) {}
+    Writer(const Drawing& drawing, DxfFormat format, const VersionFit& fit, Output& output)
+        : drawing_(drawing), format_(format), fit_(fit), output_(output) {}
 
     void write() {
-        for (const Section& section : drawing_.sections()) writeSection(section);
+        for (const Section& section : drawing_.sections())
+            if (fit_.keepsSection(section.name) && !isHidden(section)) writeSection(section);
         output_.text(0, "EOF");
     }
 
   private:
+    // A section that the file did not have, and that holds nothing for it now.
+    bool isHidden(const Section& section) const {
+        ObjectId id = section.first;
+        while (id && drawing_.object(id).hidden) id = drawing_.object(id).next;
+        return section.first && !id;
+    }
+
     void writeSection(const Section& section) {
         output_.text(0, "SECTION");
         output_.text(2, section.name);
@@ -176,7 +200,12 @@ class Writer {
         const Object& object = drawing_.object(id);
         if (object.erased || object.hidden) return;
         if (object.kind == ObjectKind::HeaderVariable && writeVariable(id)) return;
-        putGroups(drawing_.groups(id));
+        if (fit_.keepsAll()) {
+            putGroups(drawing_.groups(id));
+        } else {
+            fit_.keep(id, kept_);
+            putGroups(kept_);
+        }
         for (ObjectId part = object.firstPart; part; part = drawing_.object(part).next) writeObject(part);
         if (object.end)
             writeObject(object.end);
@@ -230,29 +259,27 @@ class Writer {
 
     const Drawing& drawing_;
     DxfFormat format_;
+    const VersionFit& fit_;
     Output& output_;
+    std::vector<Group> kept_;
 };
-
-template <class Output>
-void writeAs(const Drawing& drawing, const DxfFormat& format, std::string& content) {
-    Output output(content, format, drawing.codePage());
-    Writer<Output>(drawing, format, output).write();
-}
 
 }  // namespace
 
 bool formatDxf(const Drawing& drawing, const DxfFormat& format, std::string& content, std::string& error) {
-    if (hasSubclasses(format.version) != hasSubclasses(drawing.version())) {
-        error = "A drawing of version " + versionName(drawing.version()) + " cannot be saved as " +
-                versionName(format.version) + ".";
-        return false;
-    }
+    VersionFit fit(drawing, format.version);
+    error = fit.obstacle();
+    if (!error.empty()) return false;
     content.clear();
-    if (format.binary)
-        writeAs<BinaryOutput>(drawing, format, content);
-    else
-        writeAs<AsciiOutput>(drawing, format, content);
-    return true;
+    if (format.binary) {
+        BinaryOutput output(content, format, drawing.codePage());
+        Writer<BinaryOutput>(drawing, format, fit, output).write();
+        error = output.problem();
+    } else {
+        AsciiOutput output(content, format, drawing.codePage());
+        Writer<AsciiOutput>(drawing, format, fit, output).write();
+    }
+    return error.empty();
 }
 
 bool writeDxf(const Drawing& drawing, const std::string& path, const DxfFormat& format, std::string& error) {
