@@ -119,8 +119,9 @@ bool touchesPolygon(const Shape& shape, std::span<const Point> polygon) {
     if (meetsEdges(shape, polygon, true)) return true;
     // Nothing meets the edge, so each piece is inside as a whole or not at all.
     auto inside = [&](Point p) { return containsPoint(polygon, p); };
-    return std::any_of(shape.segments.begin(), shape.segments.end(),
-                       [&](const Segment& s) { return inside(s.from); }) ||
+    auto beginsInside = [&](const Segment& s) { return inside(s.from); };
+    return std::any_of(shape.segments.begin(), shape.segments.end(), beginsInside) ||
+           std::any_of(shape.endless.begin(), shape.endless.end(), beginsInside) ||
            std::any_of(shape.arcs.begin(), shape.arcs.end(),
                        [&](const Arc& a) { return inside(a.at(a.start)); }) ||
            std::any_of(shape.points.begin(), shape.points.end(), inside) ||
