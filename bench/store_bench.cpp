@@ -7,8 +7,11 @@
 #include <filesystem>
 #include <string>
 
+#include "hostcad/drawing/current_drawing.h"
+#include "hostcad/dxf/blank_drawing.h"
 #include "module/host/ads_owners.h"
 #include "module/store/database.h"
+#include "module/store/gis_link.h"
 #include "module/store/output_database.h"
 #include "module/store/template_database.h"
 
@@ -164,6 +167,31 @@ void ReadTemplate(benchmark::State& state) {
     }
 }
 BENCHMARK(ReadTemplate)->Arg(10)->Arg(100)->Arg(1000)->Unit(benchmark::kMillisecond);
+
+// Points of which every other one is linked.
+void HasLink(benchmark::State& state) {
+    std::vector<AcDbObjectId> entities;
+    const ads_point at = {1, 2, 3};
+    hostcad::setCurrentDrawing(hostcad::blankDrawing());
+    ResultBuffers point(acutBuildList(RTDXF0, "POINT", 8, "0", 10, at, 0));
+    for (int i = 0; i < state.range(0); ++i) {
+        ads_name entity;
+        acdbEntMake(point.get());
+        acdbEntLast(entity);
+        if (i % 2) WriteGisLink(entity, {"template.mdb", "output.mdb", "TREE", "PT_ID", std::to_string(i)});
+        acdbGetObjectId(entities.emplace_back(), entity);
+    }
+    for (auto _ : state) {
+        long linked = 0;
+        for (AcDbObjectId id : entities) {
+            ads_name entity;
+            acdbGetAdsName(entity, id);
+            linked += HasGisLink(entity) == RTNORM;
+        }
+        if (linked != state.range(0) / 2) state.SkipWithError("wrong count");
+    }
+}
+BENCHMARK(HasLink)->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 
