@@ -56,6 +56,7 @@ void TileDialog::create(const std::string& title, int widthChars, int heightChar
     window_ = std::make_unique<Window>(*this, resource, title);
     style_ = style;
     ui::Font font{fontSize < kLargeFont ? "Lucida Console" : "Arial", fontSize, 0, bold ? 984 : 400};
+    window_->setFont(font);
     std::unique_ptr<ui::FontMetrics> metrics = ui::metricsOf(font);
     measures_.charHeight = metrics->height();
     measures_.charWidth = (metrics->width(kLetters) / 26 + 1) / 2;

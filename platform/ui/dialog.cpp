@@ -232,7 +232,10 @@ void Dialog::enterDefault() {
 }
 
 std::string Dialog::userKey(const Key& key) {
-    if (onKey(key)) return {};
+    return onKey(key) ? std::string() : userUnclaimedKey(key);
+}
+
+std::string Dialog::userUnclaimedKey(const Key& key) {
     Control* focused = find(focus_);
     if (key.alt && key.name.size() == 1) {
         char letter = static_cast<char>(std::toupper(static_cast<unsigned char>(key.name[0])));
@@ -273,6 +276,26 @@ std::string Dialog::userKey(const Key& key) {
     return {};
 }
 
+// A letter picks the next item that begins so, the arrows the one above or below.
+std::string Dialog::userListCellKey(Grid& grid, const std::string& key) {
+    CellPosition at = grid.active();
+    const std::vector<std::string>& items = grid.type(at.column, at.row).items;
+    const std::string& shown = grid.editing() ? grid.editText() : grid.text(at.column, at.row);
+    const int count = static_cast<int>(items.size());
+    const int present =
+        static_cast<int>(std::find(items.begin(), items.end(), shown) - items.begin()) % (count + 1);
+    auto pick = [&](int index) { return userEdit(grid, items[static_cast<size_t>(index)]); };
+    if (key == "Down")
+        return present == count ? (count ? pick(0) : "") : pick(std::min(present + 1, count - 1));
+    if (key == "Up") return present == count ? "" : pick(std::max(present - 1, 0));
+    for (int step = 1; step <= count; ++step) {
+        int index = (present + step) % count;
+        if (text::startsWith(text::upper(items[static_cast<size_t>(index)]), text::upper(key)))
+            return pick(index);
+    }
+    return "no item of the list begins so";
+}
+
 // Keys that every grid knows; "pass" hands the key on to the dialog.
 std::string Dialog::userGridKey(Grid& grid, const Key& key) {
     CellPosition at = grid.active();
@@ -292,6 +315,9 @@ std::string Dialog::userGridKey(Grid& grid, const Key& key) {
     }
     std::string typed = key.is("Space") ? " " : key.name;
     bool character = !key.control && !key.alt && characterCount(typed) == 1;
+    bool closedList = type.kind == CellKind::DropDown && !type.editable;
+    if (closedList && (character || (grid.editing() && (key.is("Up") || key.is("Down")))))
+        return userListCellKey(grid, character ? typed : key.name);
     if (character || key.is("Backspace") || key.is("Delete")) {
         if (type.kind == CellKind::Static || type.kind == CellKind::CheckBox)
             return "this cell is not edited";
@@ -345,15 +371,12 @@ std::string Dialog::userEdit(Grid& grid, std::string text) {
         return {};
     }
     if (type.kind == CellKind::DropDown) {
-        // Typing in a closed list picks the next item that begins so.
-        for (const std::string& choice : type.items)
-            if (text::startsWith(text::upper(choice), text::upper(text))) {
-                if (!grid.editing()) grid.setEditing(true);
-                grid.editText_ = choice;
-                grid.changed();
-                return {};
-            }
-        return "no item of the list begins so";
+        if (std::find(type.items.begin(), type.items.end(), text) == type.items.end())
+            return "\"" + text + "\" is not in the list of this cell";
+        if (!grid.editing()) grid.setEditing(true);
+        grid.editText_ = std::move(text);
+        grid.changed();
+        return {};
     }
     return "this cell is not edited";
 }
@@ -369,16 +392,11 @@ std::string Dialog::userCell(Grid& grid, CellPosition at, const std::string& tex
         onCellChange(grid, at);
         return {};
     }
-    if (type.kind == CellKind::DropDown && !type.editable &&
-        std::find(type.items.begin(), type.items.end(), text) == type.items.end())
-        return "\"" + text + "\" is not in the list of this cell";
-    if (type.kind == CellKind::Static) return "this cell is not edited";
     if (type.kind == CellKind::Button) {
         onCellClick(grid, at);
         return {};
     }
-    grid.setEditing(true);
-    grid.editText_ = type.kind == CellKind::DropDown ? text : Grid::filtered(type, text);
+    if (std::string problem = userEdit(grid, text); !problem.empty()) return problem;
     grid.setEditing(false);
     return {};
 }

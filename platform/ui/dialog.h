@@ -8,6 +8,7 @@
 
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -69,6 +70,9 @@ class Dialog {
     // A dialog that is placed to the pixel has rectangles in place of a layout.
     const std::map<int, Rect>& rectangles() const { return rectangles_; }
     void setRectangle(int id, const Rect& rectangle);
+    // Of all controls but grids; nothing leaves it to the view.
+    const std::optional<Font>& font() const { return font_; }
+    void setFont(const Font& font) { font_ = font; }
     Size size() const { return size_; }  // of the inside; zero leaves it to the view
     void setSize(Size size) { size_ = size; }
 
@@ -106,6 +110,8 @@ class Dialog {
     std::string userDoubleClick(Control& control, int index);
     std::string userMenu(Menu& menu, int command);
     std::string userKey(const Key& key);
+    // The same for a key that onKey has let pass.
+    std::string userUnclaimedKey(const Key& key);
     // Makes a cell active, as a click into it does.
     std::string userActivate(Grid& grid, CellPosition at);
     // Types into the active cell from the beginning, without ending the editing.
@@ -143,6 +149,7 @@ class Dialog {
     void own(std::unique_ptr<Control> control);
     std::string cannotUse(const Control& control) const;
     std::string userGridKey(Grid& grid, const Key& key);
+    std::string userListCellKey(Grid& grid, const std::string& key);
     void enterDefault();
 
     int resource_;
@@ -151,6 +158,7 @@ class Dialog {
     Layout layout_;
     std::map<int, Rect> rectangles_;
     Size size_;
+    std::optional<Font> font_;
     DialogView* view_ = nullptr;
     bool running_ = false;
     int result_ = kNotCreated;

@@ -1,0 +1,355 @@
+#include "platform/ui/qt/control_widgets.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMenuBar>
+#include <QPixmap>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSignalBlocker>
+#include <QTabBar>
+#include <QTreeWidget>
+
+#include "platform/ui/qt/dialog_window.h"
+#include "platform/ui/qt/grid_view.h"
+#include "platform/ui/qt/qt_text.h"
+
+namespace ui {
+namespace {
+
+// What all of them share: a widget of the kind Q for a control of the kind C.
+template <class C, class Q>
+class Shown : public ControlWidget {
+  public:
+    Shown(Control& control, Dialog& dialog, DialogWindow& window)
+        : control_(static_cast<C&>(control)), dialog_(dialog), window_(window), q_(new Q(&window)) {}
+    QWidget* widget() override { return q_; }
+    void update() override {
+        QSignalBlocker quiet(q_);
+        q_->setEnabled(control_.enabled());
+        q_->setVisible(control_.visible());
+        show();
+    }
+
+  protected:
+    virtual void show() = 0;
+    C& control_;
+    Dialog& dialog_;
+    DialogWindow& window_;
+    Q* q_;  // the window's
+};
+
+class LabelWidget : public Shown<Label, QLabel> {
+  public:
+    using Shown::Shown;
+    void setBuddy(QWidget* buddy) override { q_->setBuddy(buddy); }
+
+  private:
+    void show() override {
+        constexpr Qt::Alignment kAlignments[] = {Qt::AlignLeft, Qt::AlignHCenter, Qt::AlignRight};
+        q_->setAlignment(kAlignments[control_.alignment()] | Qt::AlignVCenter);
+        q_->setText(toQt(control_.text()));
+    }
+};
+
+class GroupWidget : public Shown<GroupBox, QGroupBox> {
+  public:
+    using Shown::Shown;
+
+  private:
+    void show() override { q_->setTitle(toQt(control_.text())); }
+};
+
+class EditWidget : public Shown<Edit, QLineEdit> {
+  public:
+    EditWidget(Control& control, Dialog& dialog, DialogWindow& window) : Shown(control, dialog, window) {
+        QObject::connect(q_, &QLineEdit::textEdited, q_, [this](const QString& text) {
+            dialog_.userText(control_, fromQt(text));
+            update();
+        });
+    }
+    bool takesText() const override { return true; }
+
+  private:
+    void show() override {
+        q_->setReadOnly(control_.readOnly());
+        if (control_.maxLength() > 0) q_->setMaxLength(control_.maxLength());
+        QString text = toQt(control_.text());
+        if (q_->text() != text) {
+            q_->setText(text);
+            // A path is told apart by its end.
+            if (control_.readOnly()) q_->setToolTip(text);
+        }
+        if (control_.selectionTo() != from_ || control_.selectionFrom() != to_) {
+            from_ = control_.selectionTo();
+            to_ = control_.selectionFrom();
+            if (from_ == -1)
+                q_->selectAll();
+            else
+                q_->setSelection(to_, from_ - to_);
+        }
+    }
+    int from_ = 0, to_ = 0;
+};
+
+class ButtonWidget : public Shown<Button, QPushButton> {
+  public:
+    ButtonWidget(Control& control, Dialog& dialog, DialogWindow& window) : Shown(control, dialog, window) {
+        q_->setAutoDefault(false);
+        q_->setFocusPolicy(Qt::StrongFocus);
+        QObject::connect(q_, &QPushButton::clicked, q_, [this] { dialog_.userClick(control_); });
+    }
+
+  private:
+    void show() override {
+        q_->setText(toQt(control_.text()));
+        q_->setDefault(control_.isDefault());
+    }
+};
+
+class CheckWidget : public Shown<CheckBox, QCheckBox> {
+  public:
+    CheckWidget(Control& control, Dialog& dialog, DialogWindow& window) : Shown(control, dialog, window) {
+        QObject::connect(q_, &QCheckBox::clicked, q_, [this](bool on) {
+            dialog_.userCheck(control_, on);
+            update();
+        });
+    }
+
+  private:
+    void show() override {
+        q_->setText(toQt(control_.text()));
+        q_->setChecked(control_.checked());
+    }
+};
+
+class RadioWidget : public Shown<RadioButton, QRadioButton> {
+  public:
+    RadioWidget(Control& control, Dialog& dialog, DialogWindow& window) : Shown(control, dialog, window) {
+        q_->setAutoExclusive(false);  // the model knows the groups
+        QObject::connect(q_, &QRadioButton::clicked, q_, [this] {
+            dialog_.userCheck(control_, true);
+            update();
+        });
+    }
+
+  private:
+    void show() override {
+        q_->setText(toQt(control_.text()));
+        q_->setChecked(control_.checked());
+    }
+};
+
+class ListWidget : public Shown<List, QListWidget> {
+  public:
+    ListWidget(Control& control, Dialog& dialog, DialogWindow& window) : Shown(control, dialog, window) {
+        q_->setSelectionMode(control_.multiple() ? QAbstractItemView::MultiSelection
+                                                 : QAbstractItemView::SingleSelection);
+        QObject::connect(q_, &QListWidget::itemClicked, q_, [this](QListWidgetItem* item) {
+            dialog_.userPick(control_, q_->row(item), control_.multiple());
+            update();
+        });
+        QObject::connect(q_, &QListWidget::itemDoubleClicked, q_,
+                         [this](QListWidgetItem* item) { dialog_.userDoubleClick(control_, q_->row(item)); });
+    }
+
+  private:
+    void show() override {
+        QStringList items;
+        for (const std::string& item : control_.items()) items << toQt(item);
+        if (items != shown_) {
+            q_->clear();
+            q_->addItems(items);
+            shown_ = items;
+        }
+        for (int i = 0; i < q_->count(); ++i) q_->item(i)->setSelected(control_.isSelected(i));
+        q_->setCurrentRow(control_.selected(), QItemSelectionModel::NoUpdate);
+        if (QListWidgetItem* item = q_->item(control_.selected())) q_->scrollToItem(item);
+    }
+    QStringList shown_;
+};
+
+class DropDownWidget : public Shown<DropDown, QComboBox> {
+  public:
+    DropDownWidget(Control& control, Dialog& dialog, DialogWindow& window) : Shown(control, dialog, window) {
+        q_->setEditable(control_.editable());
+        q_->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+        QObject::connect(q_, QOverload<int>::of(&QComboBox::activated), q_, [this](int index) {
+            dialog_.userPick(control_, index);
+            if (dialog_.running()) update();
+        });
+        if (!control_.editable()) return;
+        q_->lineEdit()->setObjectName(QString::number(control_.id()));
+        q_->lineEdit()->installEventFilter(&window_);
+        QObject::connect(q_->lineEdit(), &QLineEdit::textEdited, q_,
+                         [this](const QString& text) { dialog_.userText(control_, fromQt(text)); });
+    }
+    bool takesText() const override { return control_.editable(); }
+
+  private:
+    void show() override {
+        QStringList items;
+        for (const std::string& item : control_.items()) items << toQt(item);
+        if (items != shown_) {
+            q_->clear();
+            q_->addItems(items);
+            shown_ = items;
+        }
+        q_->setCurrentIndex(control_.selected());
+        if (control_.editable() && q_->currentText() != toQt(control_.text()))
+            q_->setEditText(toQt(control_.text()));
+    }
+    QStringList shown_;
+};
+
+class TreeWidget : public Shown<Tree, QTreeWidget> {
+  public:
+    TreeWidget(Control& control, Dialog& dialog, DialogWindow& window) : Shown(control, dialog, window) {
+        q_->setHeaderHidden(true);
+        QObject::connect(q_, &QTreeWidget::itemClicked, q_, [this](QTreeWidgetItem* item) {
+            dialog_.userPick(control_, item->data(0, Qt::UserRole).toInt());
+        });
+        QObject::connect(q_, &QTreeWidget::itemDoubleClicked, q_, [this](QTreeWidgetItem* item) {
+            dialog_.userDoubleClick(control_, item->data(0, Qt::UserRole).toInt());
+        });
+    }
+
+  private:
+    void show() override {
+        q_->clear();
+        std::vector<QTreeWidgetItem*> items;
+        for (size_t i = 0; i < control_.nodes().size(); ++i) {
+            const Tree::Node& node = control_.nodes()[i];
+            items.push_back(nullptr);
+            if (node.removed) continue;
+            auto* item = node.parent < 0 ? new QTreeWidgetItem(q_)
+                                         : new QTreeWidgetItem(items[static_cast<size_t>(node.parent)]);
+            item->setText(0, toQt(node.text));
+            item->setData(0, Qt::UserRole, static_cast<int>(i));
+            items.back() = item;
+        }
+        for (size_t i = 0; i < items.size(); ++i)
+            if (items[i]) items[i]->setExpanded(control_.nodes()[i].expanded);
+        if (control_.selected() >= 0) q_->setCurrentItem(items[static_cast<size_t>(control_.selected())]);
+    }
+};
+
+class ProgressWidget : public Shown<Progress, QProgressBar> {
+  public:
+    using Shown::Shown;
+
+  private:
+    void show() override {
+        q_->setRange(control_.from(), control_.to());
+        q_->setValue(control_.position());
+    }
+};
+
+class PictureWidget : public Shown<Picture, QLabel> {
+  public:
+    PictureWidget(Control& control, Dialog& dialog, DialogWindow& window) : Shown(control, dialog, window) {
+        q_->setFrameShape(QFrame::StyledPanel);
+        q_->setAlignment(Qt::AlignCenter);
+        q_->setFixedSize(window_.scaled(control_.width()), window_.scaled(control_.height()));
+    }
+
+  private:
+    void show() override {
+        QPixmap picture(toQt(control_.path()));
+        if (picture.isNull()) return q_->clear();
+        q_->setPixmap(
+            picture.scaled(q_->size() - QSize(2, 2), Qt::KeepAspectRatio, Qt::SmoothTransformation));
+    }
+};
+
+class TabsWidget : public Shown<Tabs, QTabBar> {
+  public:
+    TabsWidget(Control& control, Dialog& dialog, DialogWindow& window) : Shown(control, dialog, window) {
+        for (const std::string& page : control_.pages()) q_->addTab(toQt(page));
+        QObject::connect(q_, &QTabBar::tabBarClicked, q_,
+                         [this](int page) { dialog_.userPick(control_, page); });
+    }
+
+  private:
+    void show() override { q_->setCurrentIndex(control_.page()); }
+};
+
+class MenuWidget : public Shown<Menu, QMenuBar> {
+  public:
+    using Shown::Shown;
+
+  private:
+    void show() override {
+        q_->clear();
+        std::vector<QMenu*> open;
+        const auto& entries = control_.entries();
+        for (size_t i = 0; i < entries.size(); ++i) {
+            const Menu::Entry& entry = entries[i];
+            size_t level = static_cast<size_t>(entry.level);
+            open.resize(std::min(open.size(), level));
+            bool heading = i + 1 < entries.size() && entries[i + 1].level > entry.level;
+            QMenu* parent = open.empty() ? nullptr : open.back();
+            if (heading) {
+                open.push_back(parent ? parent->addMenu(toQt(entry.caption))
+                                      : q_->addMenu(toQt(entry.caption)));
+                continue;
+            }
+            if (entry.caption.empty()) {
+                if (parent) parent->addSeparator();
+                continue;
+            }
+            QAction* action =
+                parent ? parent->addAction(toQt(entry.caption)) : q_->addAction(toQt(entry.caption));
+            action->setEnabled(entry.enabled);
+            action->setCheckable(entry.checked);
+            action->setChecked(entry.checked);
+            if (!entry.shortcut.empty()) action->setShortcut(QKeySequence(toQt(entry.shortcut)));
+            int command = entry.command;
+            QObject::connect(action, &QAction::triggered, q_,
+                             [this, command] { dialog_.userMenu(control_, command); });
+        }
+    }
+};
+
+}  // namespace
+
+std::unique_ptr<ControlWidget> makeControlWidget(Control& control, Dialog& dialog, DialogWindow& window) {
+    switch (control.kind()) {
+        case ControlKind::Label:
+            return std::make_unique<LabelWidget>(control, dialog, window);
+        case ControlKind::GroupBox:
+            return std::make_unique<GroupWidget>(control, dialog, window);
+        case ControlKind::Edit:
+            return std::make_unique<EditWidget>(control, dialog, window);
+        case ControlKind::Button:
+            return std::make_unique<ButtonWidget>(control, dialog, window);
+        case ControlKind::CheckBox:
+            return std::make_unique<CheckWidget>(control, dialog, window);
+        case ControlKind::RadioButton:
+            return std::make_unique<RadioWidget>(control, dialog, window);
+        case ControlKind::List:
+            return std::make_unique<ListWidget>(control, dialog, window);
+        case ControlKind::DropDown:
+            return std::make_unique<DropDownWidget>(control, dialog, window);
+        case ControlKind::Tree:
+            return std::make_unique<TreeWidget>(control, dialog, window);
+        case ControlKind::Progress:
+            return std::make_unique<ProgressWidget>(control, dialog, window);
+        case ControlKind::Picture:
+            return std::make_unique<PictureWidget>(control, dialog, window);
+        case ControlKind::Tabs:
+            return std::make_unique<TabsWidget>(control, dialog, window);
+        case ControlKind::Menu:
+            return std::make_unique<MenuWidget>(control, dialog, window);
+        case ControlKind::Grid:
+            return std::make_unique<GridWidget>(static_cast<Grid&>(control), dialog, window);
+    }
+    return nullptr;
+}
+
+}  // namespace ui

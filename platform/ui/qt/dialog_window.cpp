@@ -1,0 +1,187 @@
+#include "platform/ui/qt/dialog_window.h"
+
+#include <QBoxLayout>
+#include <QCloseEvent>
+#include <QGroupBox>
+#include <QKeyEvent>
+#include <QMenuBar>
+#include <QScreen>
+
+#include "platform/ui/qt/control_widgets.h"
+#include "platform/ui/qt/qt_text.h"
+
+namespace ui {
+
+DialogWindow::DialogWindow(Dialog& dialog, QWidget* parent) : QDialog(parent), dialog_(dialog) {
+    setWindowTitle(toQt(dialog.title()));
+    setModal(true);
+    setSizeGripEnabled(true);
+    if (dialog.font()) setFont(qtFont(*dialog.font()));
+    makeWidgets();
+    arrange();
+    installEventFilter(this);
+    dialog_.setView(this);
+}
+
+DialogWindow::~DialogWindow() {
+    dialog_.setView(nullptr);
+}
+
+int DialogWindow::scaled(int pixels) const {
+    return qRound(pixels * (screen() ? screen()->logicalDotsPerInch() / 96.0 : 1.0));
+}
+
+ControlWidget* DialogWindow::find(int id) const {
+    auto it = widgets_.find(id);
+    return it == widgets_.end() ? nullptr : it->second.get();
+}
+
+QWidget* DialogWindow::widgetOf(int id) const {
+    ControlWidget* control = find(id);
+    return control ? control->widget() : nullptr;
+}
+
+// --- Making -----------------------------------------------------------------------------------------------
+
+void DialogWindow::makeWidgets() {
+    for (const auto& control : dialog_.controls()) {
+        std::unique_ptr<ControlWidget> made = makeControlWidget(*control, dialog_, *this);
+        made->widget()->setObjectName(QString::number(control->id()));
+        made->widget()->installEventFilter(this);
+        made->update();
+        widgets_[control->id()] = std::move(made);
+    }
+    // Labels lend their mnemonic to the control behind them.
+    for (size_t i = 0; i + 1 < dialog_.controls().size(); ++i)
+        if (dialog_.controls()[i]->kind() == ControlKind::Label)
+            find(dialog_.controls()[i]->id())->setBuddy(widgetOf(dialog_.controls()[i + 1]->id()));
+}
+
+void DialogWindow::arrange() {
+    if (!dialog_.rectangles().empty()) return placeRectangles();
+    auto* column = new QVBoxLayout(this);
+    for (const auto& control : dialog_.controls())
+        if (control->kind() == ControlKind::Menu) column->setMenuBar(widgetOf(control->id()));
+    place(*column, dialog_.layout());
+    Size size = dialog_.size();
+    if (size.width > 0) resize(scaled(size.width), scaled(size.height));
+}
+
+void DialogWindow::place(QBoxLayout& into, const Layout& part) {
+    auto nest = [&](QBoxLayout* inner) {
+        into.addLayout(inner, part.stretch);
+        for (const Layout& child : part.children) place(*inner, child);
+    };
+    switch (part.kind) {
+        case Layout::Kind::Column:
+            nest(new QVBoxLayout);
+            break;
+        case Layout::Kind::Row:
+            nest(new QHBoxLayout);
+            break;
+        case Layout::Kind::Spring:
+            into.addStretch(part.stretch);
+            break;
+        case Layout::Kind::Item:
+            if (QWidget* widget = widgetOf(part.control)) into.addWidget(widget, part.stretch);
+            break;
+        case Layout::Kind::Group: {
+            QWidget* box = widgetOf(part.control);
+            if (!box) break;
+            auto* inner = new QVBoxLayout(box);
+            for (const Layout& child : part.children) place(*inner, child);
+            into.addWidget(box, part.stretch);
+            break;
+        }
+    }
+}
+
+void DialogWindow::placeRectangles() {
+    for (const auto& [id, rectangle] : dialog_.rectangles())
+        if (QWidget* widget = widgetOf(id)) {
+            widget->setParent(this);
+            widget->setGeometry(rectangle.left, rectangle.top, rectangle.width, rectangle.height);
+            if (dialog_.find(id)->kind() == ControlKind::GroupBox) widget->lower();
+        }
+    Size size = dialog_.size();
+    if (size.width > 0) resize(size.width, size.height);
+}
+
+// --- From the model ---------------------------------------------------------------------------------------
+
+void DialogWindow::controlChanged(Control& control) {
+    ControlWidget* shown = find(control.id());
+    if (!shown) return;
+    shown->update();
+    auto rectangle = dialog_.rectangles().find(control.id());
+    if (rectangle == dialog_.rectangles().end()) return;
+    const Rect& r = rectangle->second;
+    shown->widget()->setGeometry(r.left, r.top, r.width, r.height);
+}
+
+void DialogWindow::focusChanged(int) {
+    showFocus();
+}
+
+void DialogWindow::showFocus() {
+    if (ControlWidget* shown = find(dialog_.focus())) shown->takeFocus();
+}
+
+void DialogWindow::titleChanged() {
+    setWindowTitle(toQt(dialog_.title()));
+}
+
+void DialogWindow::ended() {
+    hide();
+}
+
+// --- To the model -----------------------------------------------------------------------------------------
+
+bool DialogWindow::offerKey(const QKeyEvent& event, bool isText) {
+    std::optional<Key> key = keyOf(event);
+    if (!key) return false;
+    if (dialog_.onKey(*key)) return true;
+    bool dialogKey = key->is("Enter") || key->is("Escape") || key->is("Tab") || key->alt || key->control;
+    // What a person types into an edit is the edit's own business; the rest is the model's.
+    if (isText && !(dialogKey && !key->control)) return false;
+    return dialog_.userUnclaimedKey(*key).empty();
+}
+
+bool DialogWindow::eventFilter(QObject* watched, QEvent* event) {
+    auto* widget = qobject_cast<QWidget*>(watched);
+    if (event->type() == QEvent::ShortcutOverride) {
+        event->accept();
+        return true;
+    }
+    if (event->type() == QEvent::KeyPress && dialog_.running()) {
+        ControlWidget* control = widget ? find(widget->objectName().toInt()) : nullptr;
+        if (control || watched == this) {
+            bool isText = control && control->takesText();
+            if (offerKey(*static_cast<QKeyEvent*>(event), isText)) return true;
+            // Keys that mean nothing to a dialog must not reach the frame, where Escape and Enter would end
+            // it.
+            return watched == this;
+        }
+    }
+    if (event->type() == QEvent::FocusIn && widget && watched != this) {
+        int id = widget->objectName().toInt();
+        if (find(id) && dialog_.running()) dialog_.setFocus(id);
+    }
+    return QDialog::eventFilter(watched, event);
+}
+
+void DialogWindow::closeEvent(QCloseEvent* event) {
+    if (dialog_.running()) dialog_.userClose();
+    event->setAccepted(!dialog_.running());
+}
+
+void DialogWindow::reject() {
+    if (dialog_.running()) dialog_.onCancel();
+}
+
+void DialogWindow::resizeEvent(QResizeEvent* event) {
+    QDialog::resizeEvent(event);
+    if (!dialog_.rectangles().empty() && dialog_.running()) dialog_.userResize({width(), height()});
+}
+
+}  // namespace ui

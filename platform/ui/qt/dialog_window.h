@@ -1,0 +1,55 @@
+// The window of a dialog: widgets made from its model and kept in step with it, both ways.
+#pragma once
+
+#include <QDialog>
+#include <map>
+#include <memory>
+
+#include "platform/ui/dialog.h"
+
+class QBoxLayout;
+
+namespace ui {
+
+class ControlWidget;
+
+class DialogWindow : public QDialog, public DialogView {
+  public:
+    DialogWindow(Dialog& dialog, QWidget* parent);
+    ~DialogWindow() override;
+
+    // The widget of a control; null when there is none.
+    QWidget* widgetOf(int id) const;
+    // Gives the keyboard to the control that has the focus in the model.
+    void showFocus();
+    // Pixels of the model, at 96 dpi, as pixels of this screen.
+    int scaled(int pixels) const;
+
+    // Offers a key to the model in the order in which dialogs see keys. True when it has been dealt with and
+    // the widget must not see it.
+    bool offerKey(const QKeyEvent& event, bool isText);
+
+    // DialogView
+    void controlChanged(Control& control) override;
+    void focusChanged(int id) override;
+    void titleChanged() override;
+    void ended() override;
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void reject() override;
+
+  private:
+    void makeWidgets();
+    void arrange();
+    void place(QBoxLayout& into, const Layout& part);
+    void placeRectangles();
+    ControlWidget* find(int id) const;
+
+    Dialog& dialog_;
+    std::map<int, std::unique_ptr<ControlWidget>> widgets_;
+};
+
+}  // namespace ui

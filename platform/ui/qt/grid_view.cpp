@@ -1,0 +1,291 @@
+#include "platform/ui/qt/grid_view.h"
+
+#include <QComboBox>
+#include <QFontMetrics>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QScrollBar>
+#include <QStyledItemDelegate>
+
+#include "platform/ui/qt/dialog_window.h"
+#include "platform/ui/qt/qt_text.h"
+
+namespace ui {
+namespace {
+
+constexpr int kArrowWidth = 18;  // of a drop-down's button, at 96 dpi
+
+// Draws the arrow of a drop-down and the face of a button, which a table has no notion of.
+class CellPainter : public QStyledItemDelegate {
+  public:
+    CellPainter(const GridCells& cells, DialogWindow& window, QObject* parent)
+        : QStyledItemDelegate(parent), cells_(cells), window_(window) {}
+
+    void paint(QPainter* painter, const QStyleOptionViewItem& option,
+               const QModelIndex& index) const override {
+        CellPosition at = GridCells::positionOf(index);
+        const CellType& type = cells_.grid().type(at.column, at.row);
+        if (type.kind == CellKind::Button) {
+            QStyleOptionButton button;
+            button.rect = option.rect;
+            button.text = toQt(type.label);
+            button.state = QStyle::State_Enabled | QStyle::State_Raised;
+            option.widget->style()->drawControl(QStyle::CE_PushButton, &button, painter, option.widget);
+            return;
+        }
+        QStyledItemDelegate::paint(painter, option, index);
+        if (type.kind == CellKind::DropDown) {
+            QStyleOption arrow;
+            arrow.initFrom(option.widget);
+            int width = window_.scaled(kArrowWidth);
+            arrow.rect = QRect(option.rect.right() - width, option.rect.top(), width, option.rect.height())
+                             .adjusted(3, 3, -3, -3);
+            option.widget->style()->drawPrimitive(QStyle::PE_IndicatorArrowDown, &arrow, painter,
+                                                  option.widget);
+        }
+        bool active = cells_.grid().active() == at;
+        if (!active) return;
+        painter->save();
+        painter->setPen(QPen(option.palette.color(QPalette::Highlight), window_.scaled(2)));
+        painter->drawRect(option.rect.adjusted(1, 1, -2, -2));
+        painter->restore();
+    }
+
+  private:
+    const GridCells& cells_;
+    DialogWindow& window_;
+};
+
+}  // namespace
+
+// --- The cells ---------------------------------------------------------------------------------------------
+
+QVariant GridCells::data(const QModelIndex& index, int role) const {
+    CellPosition at = positionOf(index);
+    const Cell& cell = grid_.cell(at.column, at.row);
+    switch (role) {
+        case Qt::DisplayRole:
+        case Qt::ToolTipRole:
+            return toQt(cell.type.kind == CellKind::CheckBox ? cell.type.label : cell.text);
+        case Qt::CheckStateRole:
+            if (cell.type.kind != CellKind::CheckBox) return {};
+            return static_cast<int>(cell.checked ? Qt::Checked : Qt::Unchecked);
+        case Qt::FontRole:
+            return qtFont(grid_.font());
+        case Qt::BackgroundRole:
+            if (cell.background != kOwnColour) return QColor(QRgb(cell.background));
+            // What cannot be typed into is told apart by its ground.
+            return cell.type.kind == CellKind::Static ? QVariant(QColor(0xF0, 0xF0, 0xF0)) : QVariant();
+        case Qt::ForegroundRole:
+            if (cell.foreground != kOwnColour) return QColor(QRgb(cell.foreground));
+            return cell.type.kind == CellKind::Static ? QVariant(QColor(0x20, 0x20, 0x20)) : QVariant();
+        default:
+            return {};
+    }
+}
+
+QVariant GridCells::headerData(int section, Qt::Orientation orientation, int role) const {
+    if (role != Qt::DisplayRole) return {};
+    if (orientation == Qt::Vertical) return section + 1;
+    return toQt(grid_.columnHeading(section + 1));
+}
+
+Qt::ItemFlags GridCells::flags(const QModelIndex&) const {
+    return Qt::ItemIsEnabled | Qt::ItemIsSelectable;
+}
+
+void GridCells::refresh() {
+    if (rows_ == grid_.rows() && columns_ == grid_.columns()) {
+        if (rows_ > 0 && columns_ > 0) emit dataChanged(index(0, 0), index(rows_ - 1, columns_ - 1));
+        return;
+    }
+    beginResetModel();
+    rows_ = grid_.rows();
+    columns_ = grid_.columns();
+    endResetModel();
+}
+
+// --- The view ----------------------------------------------------------------------------------------------
+
+GridView::GridView(Grid& grid, Dialog& dialog, DialogWindow& window)
+    : QTableView(&window), grid_(grid), dialog_(dialog), window_(window), cells_(new GridCells(grid, this)) {
+    setModel(cells_);
+    setItemDelegate(new CellPainter(*cells_, window, this));
+    setEditTriggers(QAbstractItemView::NoEditTriggers);
+    setSelectionMode(QAbstractItemView::NoSelection);
+    setTabKeyNavigation(false);
+    setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    verticalHeader()->setDefaultSectionSize(QFontMetrics(qtFont(grid.font())).height() + window.scaled(8));
+    bool headed = false;
+    for (int column = 1; column <= grid.columns(); ++column) headed |= !grid.columnHeading(column).empty();
+    horizontalHeader()->setVisible(headed);
+    setMinimumSize(window.scaled(520), window.scaled(200));
+}
+
+void GridView::refresh() {
+    if (refreshing_) return;
+    refreshing_ = true;
+    cells_->refresh();
+    showColumns();
+    CellPosition at = grid_.active();
+    setCurrentIndex(cells_->indexOf(at));
+    if (grid_.has(at.column, at.row)) scrollTo(cells_->indexOf(at));
+    if (grid_.editing() && grid_.has(at.column, at.row))
+        openEditor();
+    else
+        closeEditor();
+    refreshing_ = false;
+}
+
+void GridView::showColumns() {
+    // Widths of the model are pixels at 96 dpi in a font of known width; here the font may be another.
+    QFontMetrics metrics(qtFont(grid_.font()));
+    for (int column = 1; column <= grid_.columns(); ++column) {
+        int width = window_.scaled(grid_.columnWidth(column));
+        for (int row = 1; row <= grid_.rows(); ++row) {
+            const Cell& cell = grid_.cell(column, row);
+            bool marked = cell.type.kind == CellKind::CheckBox || cell.type.kind == CellKind::DropDown;
+            const std::string& text = cell.type.kind == CellKind::CheckBox ? cell.type.label : cell.text;
+            width = std::max(width, metrics.horizontalAdvance(toQt(text)) +
+                                        window_.scaled(marked ? kArrowWidth + 14 : 14));
+        }
+        setColumnWidth(column - 1, width);
+    }
+    // The last column takes what is left.
+    int used = 0;
+    for (int column = 0; column + 1 < grid_.columns(); ++column) used += columnWidth(column);
+    if (grid_.columns() > 0) {
+        int last = grid_.columns() - 1;
+        setColumnWidth(last, std::max(columnWidth(last), viewport()->width() - used));
+    }
+}
+
+void GridView::resizeEvent(QResizeEvent* event) {
+    QTableView::resizeEvent(event);
+    grid_.setClientWidth(static_cast<int>(viewport()->width() / std::max(0.5, window_.scaled(96) / 96.0)));
+    if (!refreshing_) showColumns();
+}
+
+void GridView::openEditor() {
+    CellPosition at = grid_.active();
+    if (editor_ && !(edited_ == at)) closeEditor();
+    const CellType& type = grid_.type(at.column, at.row);
+    if (!editor_) {
+        edited_ = at;
+        if (type.kind == CellKind::DropDown) {
+            auto* list = new QComboBox;
+            list->setEditable(type.editable);
+            for (const std::string& item : type.items) list->addItem(toQt(item));
+            connect(list, QOverload<int>::of(&QComboBox::activated), this, [this, list](int index) {
+                dialog_.userEdit(grid_, fromQt(list->itemText(index)));
+                grid_.setEditing(false);
+            });
+            editor_ = list;
+        } else {
+            auto* line = new QLineEdit;
+            line->setFrame(false);
+            connect(line, &QLineEdit::textEdited, this, [this](const QString& text) {
+                dialog_.userEdit(grid_, fromQt(text));
+                if (auto* edited = qobject_cast<QLineEdit*>(editor_);
+                    edited && edited->text() != toQt(grid_.editText()))
+                    edited->setText(toQt(grid_.editText()));
+            });
+            editor_ = line;
+        }
+        editor_->setFont(qtFont(grid_.font()));
+        editor_->installEventFilter(this);
+        setIndexWidget(cells_->indexOf(at), editor_);
+        editor_->setFocus();
+    }
+    QString text = toQt(grid_.editText());
+    if (auto* line = qobject_cast<QLineEdit*>(editor_); line && line->text() != text) line->setText(text);
+    if (auto* list = qobject_cast<QComboBox*>(editor_)) list->setCurrentIndex(list->findText(text));
+}
+
+void GridView::closeEditor() {
+    if (!editor_) return;
+    QWidget* editor = editor_;
+    editor_ = nullptr;
+    bool hadFocus = editor->hasFocus();
+    editor->removeEventFilter(this);
+    setIndexWidget(cells_->indexOf(edited_), nullptr);
+    if (hadFocus && dialog_.focus() == grid_.id()) setFocus();
+}
+
+// --- What a person does
+// --------------------------------------------------------------------------------------
+
+bool GridView::isOnArrow(const QModelIndex& index, const QPoint& at) const {
+    return at.x() >= visualRect(index).right() - window_.scaled(kArrowWidth);
+}
+
+void GridView::mousePressEvent(QMouseEvent* event) {
+    QModelIndex index = indexAt(event->pos());
+    if (!index.isValid()) {
+        dialog_.userFocus(grid_);
+        return;
+    }
+    CellPosition at = GridCells::positionOf(index);
+    const CellKind kind = grid_.type(at.column, at.row).kind;
+    setFocus();
+    if (kind == CellKind::CheckBox) {
+        dialog_.userCell(grid_, at, grid_.checked(at.column, at.row) ? "0" : "1");
+    } else if (kind == CellKind::Button) {
+        dialog_.userCell(grid_, at, "");
+    } else {
+        dialog_.userActivate(grid_, at);
+        if (kind != CellKind::DropDown || !isOnArrow(index, event->pos())) return;
+        grid_.setEditing(true);
+        if (auto* list = qobject_cast<QComboBox*>(editor_)) list->showPopup();
+    }
+}
+
+void GridView::mouseDoubleClickEvent(QMouseEvent* event) {
+    if (indexAt(event->pos()).isValid()) grid_.setEditing(true);
+}
+
+// Keys in the editor of a cell: the dialog sees them first, then the grid's own rules, and text stays with
+// the line.
+bool GridView::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == editor_ && event->type() == QEvent::KeyPress) {
+        auto& key = static_cast<QKeyEvent&>(*event);
+        auto* list = qobject_cast<QComboBox*>(editor_);
+        if (list && key.key() == Qt::Key_Down && (key.modifiers() & Qt::AltModifier)) {
+            list->showPopup();
+            return true;
+        }
+        bool isLine = list == nullptr;
+        if (window_.offerKey(key, isLine)) return true;
+        return !isLine;
+    }
+    if (watched == editor_ && event->type() == QEvent::ShortcutOverride) {
+        event->accept();
+        return true;
+    }
+    return QTableView::eventFilter(watched, event);
+}
+
+// --- The control
+// ---------------------------------------------------------------------------------------------
+
+GridWidget::GridWidget(Grid& grid, Dialog& dialog, DialogWindow& window)
+    : grid_(grid), view_(new GridView(grid, dialog, window)) {}
+
+void GridWidget::update() {
+    view_->setEnabled(grid_.enabled());
+    view_->setVisible(grid_.visible());
+    view_->refresh();
+}
+
+void GridWidget::takeFocus() {
+    if (view_->editor())
+        view_->editor()->setFocus();
+    else
+        view_->setFocus();
+}
+
+}  // namespace ui

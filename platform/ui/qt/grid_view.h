@@ -1,0 +1,73 @@
+// The grid of a dialog as a spreadsheet: a table view over the model's cells. What is typed, picked and moved
+// goes through the model; the view only follows its active cell and its editing.
+#pragma once
+
+#include <QAbstractTableModel>
+#include <QTableView>
+#include <QTimer>
+
+#include "platform/ui/qt/control_widgets.h"
+
+namespace ui {
+
+class GridCells : public QAbstractTableModel {
+  public:
+    explicit GridCells(Grid& grid, QObject* parent) : QAbstractTableModel(parent), grid_(grid) {}
+    int rowCount(const QModelIndex& parent = {}) const override { return parent.isValid() ? 0 : rows_; }
+    int columnCount(const QModelIndex& parent = {}) const override { return parent.isValid() ? 0 : columns_; }
+    QVariant data(const QModelIndex& index, int role) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+    Qt::ItemFlags flags(const QModelIndex& index) const override;
+    // Takes over the grid's size and content.
+    void refresh();
+
+    static CellPosition positionOf(const QModelIndex& index) { return {index.column() + 1, index.row() + 1}; }
+    QModelIndex indexOf(CellPosition at) const { return index(at.row - 1, at.column - 1); }
+    Grid& grid() const { return grid_; }
+
+  private:
+    Grid& grid_;
+    int rows_ = 0, columns_ = 0;
+};
+
+class GridView : public QTableView {
+  public:
+    GridView(Grid& grid, Dialog& dialog, DialogWindow& window);
+    void refresh();
+    // The widget that edits the active cell; null when none does.
+    QWidget* editor() const { return editor_; }
+
+  protected:
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    void openEditor();
+    void closeEditor();
+    void showColumns();
+    bool isOnArrow(const QModelIndex& index, const QPoint& at) const;
+
+    Grid& grid_;
+    Dialog& dialog_;
+    DialogWindow& window_;
+    GridCells* cells_;
+    QWidget* editor_ = nullptr;
+    CellPosition edited_;
+    bool refreshing_ = false;
+};
+
+class GridWidget : public ControlWidget {
+  public:
+    GridWidget(Grid& grid, Dialog& dialog, DialogWindow& window);
+    QWidget* widget() override { return view_; }
+    void update() override;
+    void takeFocus() override;
+
+  private:
+    Grid& grid_;
+    GridView* view_;  // the window's
+};
+
+}  // namespace ui

@@ -1,0 +1,143 @@
+#include "platform/ui/qt/qt_backend.h"
+
+#include <QAbstractButton>
+#include <QCoreApplication>
+#include <QEventLoop>
+#include <QFileDialog>
+#include <QFontMetrics>
+#include <QInputDialog>
+#include <QMessageBox>
+#include <algorithm>
+
+#include "platform/files/files.h"
+#include "platform/text/text.h"
+#include "platform/ui/qt/dialog_window.h"
+#include "platform/ui/qt/qt_text.h"
+
+namespace ui {
+namespace {
+
+class QtFontMetrics : public FontMetrics {
+  public:
+    explicit QtFontMetrics(const Font& font) : metrics_(qtFont(font)) {}
+    int height() const override { return metrics_.height(); }
+    int width(std::string_view text) const override { return metrics_.horizontalAdvance(toQt(text)); }
+
+  private:
+    QFontMetrics metrics_;
+};
+
+QMessageBox::StandardButtons buttonsOf(unsigned flags) {
+    switch (flags & 0xF) {
+        case kBoxOkCancel:
+            return QMessageBox::Ok | QMessageBox::Cancel;
+        case kBoxYesNo:
+            return QMessageBox::Yes | QMessageBox::No;
+        case kBoxYesNoCancel:
+            return QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
+        default:
+            return QMessageBox::Ok;
+    }
+}
+
+// "Text (*.txt)|*.txt;*.asc||" in Qt's way of writing it.
+QStringList nameFilters(const std::string& filter) {
+    QStringList filters;
+    std::vector<std::string> pieces = text::split(filter, '|');
+    for (size_t i = 0; i + 1 < pieces.size() && !pieces[i].empty(); i += 2) {
+        std::string description = pieces[i].substr(0, pieces[i].find('('));
+        filters << toQt(std::string(text::trim(description)) + " (" +
+                        text::replaceAll(pieces[i + 1], ";", " ") + ")");
+    }
+    return filters;
+}
+
+}  // namespace
+
+QtBackend::QtBackend(QWidget* owner) : owner_(owner) {}
+QtBackend::~QtBackend() = default;
+
+QWidget* QtBackend::front() const {
+    return windows_.empty() ? owner_ : windows_.back().second.get();
+}
+
+// A box that has gone leaves the keyboard to nobody on some platforms.
+void QtBackend::returnToFront() const {
+    if (QWidget* window = front()) window->activateWindow();
+    if (!windows_.empty()) windows_.back().second->showFocus();
+}
+
+DialogWindow* QtBackend::window(const Dialog& dialog) const {
+    for (const auto& [shown, window] : windows_)
+        if (shown == &dialog) return window.get();
+    return nullptr;
+}
+
+bool QtBackend::open(Dialog& dialog) {
+    auto window = std::make_unique<DialogWindow>(dialog, front());
+    window->show();
+    windows_.emplace_back(&dialog, std::move(window));
+    windows_.back().second->showFocus();
+    return true;
+}
+
+void QtBackend::waitForEvent(Dialog&) {
+    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+}
+
+void QtBackend::close(Dialog& dialog) {
+    std::erase_if(windows_, [&](const auto& entry) { return entry.first == &dialog; });
+    returnToFront();
+}
+
+int QtBackend::messageBox(const MessageBox& box) {
+    QMessageBox qt(box.flags & kBoxExclamation ? QMessageBox::Warning : QMessageBox::NoIcon, toQt(box.title),
+                   toQt(box.text), buttonsOf(box.flags), front());
+    qt.setTextFormat(Qt::PlainText);
+    if (box.flags & kBoxTopMost) qt.setWindowFlag(Qt::WindowStaysOnTopHint);
+    int answer = qt.exec();
+    returnToFront();
+    switch (answer) {
+        case QMessageBox::Ok:
+            return kOk;
+        case QMessageBox::Yes:
+            return kYes;
+        case QMessageBox::No:
+            return kNo;
+        default:
+            return (box.flags & 0xF) == kBoxOk ? kOk : (box.flags & 0xF) == kBoxYesNo ? kNo : kCancel;
+    }
+}
+
+std::optional<std::string> QtBackend::fileBox(const FileBox& box) {
+    QFileDialog qt(front(), toQt(box.title.empty() ? (box.save ? "Save As" : "Open") : box.title));
+    qt.setAcceptMode(box.save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+    qt.setFileMode(box.save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+    qt.setNameFilters(nameFilters(box.filter));
+    if (files::isFolder(box.folder)) qt.setDirectory(toQt(files::native(box.folder)));
+    if (!box.defaultExtension.empty()) qt.setDefaultSuffix(toQt(box.defaultExtension));
+    qt.setOption(QFileDialog::DontConfirmOverwrite, !box.askOverwrite);
+    bool accepted = qt.exec() == QDialog::Accepted && !qt.selectedFiles().isEmpty();
+    returnToFront();
+    if (!accepted) return std::nullopt;
+    return fromQt(qt.selectedFiles().constFirst());
+}
+
+std::optional<std::string> QtBackend::namePrompt(const NamePrompt& prompt) {
+    bool accepted = false;
+    QString name = QInputDialog::getText(front(), toQt(prompt.title), toQt(prompt.caption), QLineEdit::Normal,
+                                         toQt(prompt.text), &accepted);
+    returnToFront();
+    if (!accepted) return std::nullopt;
+    return fromQt(name);
+}
+
+std::unique_ptr<FontMetrics> QtBackend::metrics(const Font& font) {
+    return std::make_unique<QtFontMetrics>(font);
+}
+
+void QtBackend::refresh() {
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+}
+
+}  // namespace ui
