@@ -65,6 +65,8 @@ class Host {
     const ViewBox& viewBox() const { return viewBox_; }
     // Keeps it in the drawing and shows it.
     void setViewBox(const Coordinates& centre, double height);
+    // What the user has moved the view to by hand: no command and no change of the drawing.
+    void noteViewBox(const ViewBox& box) { viewBox_ = box; }
     // Back to what was shown before the last change of the view.
     void restoreViewBox();
 

@@ -1,0 +1,87 @@
+#include "hostcad/window/icons.h"
+
+#include <QPainter>
+#include <QPainterPath>
+
+namespace hostcad {
+namespace {
+
+constexpr int kSize = 48;  // drawn at twice the size at which it is shown
+
+void lens(QPainter& p) {
+    p.drawEllipse(QPointF(20, 20), 13, 13);
+    p.drawLine(QPointF(30, 30), QPointF(42, 42));
+}
+
+void turn(QPainter& p, bool back) {
+    if (!back) {
+        p.translate(kSize, 0);
+        p.scale(-1, 1);
+    }
+    QPainterPath path(QPointF(38, 38));
+    path.cubicTo(44, 14, 22, 10, 10, 20);
+    p.drawPath(path);
+    p.drawPolyline(QPolygonF({QPointF(20, 10), QPointF(9, 20), QPointF(22, 28)}));
+}
+
+void draw(QPainter& p, Icon icon) {
+    switch (icon) {
+        case Icon::New:
+            p.drawPolygon(QPolygonF({{12, 6}, {30, 6}, {38, 14}, {38, 42}, {12, 42}}));
+            break;
+        case Icon::Open:
+            p.drawPolyline(QPolygonF({{6, 40}, {6, 10}, {18, 10}, {22, 16}, {38, 16}, {38, 22}}));
+            p.drawPolygon(QPolygonF({{6, 40}, {13, 22}, {44, 22}, {38, 40}}));
+            break;
+        case Icon::Save:
+            p.drawRect(8, 8, 32, 32);
+            p.drawRect(16, 8, 16, 11);
+            p.drawRect(14, 26, 20, 14);
+            break;
+        case Icon::Undo:
+            turn(p, true);
+            break;
+        case Icon::Redo:
+            turn(p, false);
+            break;
+        case Icon::ZoomExtents:
+            lens(p);
+            p.drawLine(13, 20, 27, 20);
+            p.drawLine(20, 13, 20, 27);
+            break;
+        case Icon::ZoomWindow:
+            lens(p);
+            p.drawRect(14, 15, 12, 10);
+            break;
+        case Icon::ZoomPrevious:
+            lens(p);
+            p.drawPolyline(QPolygonF({QPointF(22, 14), QPointF(15, 20), QPointF(22, 26)}));
+            break;
+        case Icon::Prompting:
+            p.drawRect(6, 8, 36, 32);
+            for (int y : {18, 26, 34}) p.drawLine(6, y - 2, 42, y - 2);
+            p.drawLine(20, 8, 20, 40);
+            break;
+        case Icon::Settings:
+            for (int y : {14, 24, 34}) p.drawLine(6, y, 42, y);
+            p.setBrush(p.pen().color());
+            p.drawEllipse(QPointF(16, 14), 4, 4);
+            p.drawEllipse(QPointF(32, 24), 4, 4);
+            p.drawEllipse(QPointF(20, 34), 4, 4);
+            break;
+    }
+}
+
+}  // namespace
+
+QIcon drawnIcon(Icon icon, const QColor& colour) {
+    QPixmap picture(kSize, kSize);
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(colour, 3, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    draw(painter, icon);
+    return QIcon(picture);
+}
+
+}  // namespace hostcad
