@@ -27,7 +27,18 @@ double distanceToSegment(const Point& p, const Point& a, const Point& b) {
     return std::hypot(p.x - a.x - t * dx, p.y - a.y - t * dy);
 }
 
-// How far a point is from an entity's picture; a text or filled area is hit anywhere inside of its box.
+// A text is hit anywhere in its box.
+bool isInside(const SceneText& text, const Point& p) {
+    double c = std::cos(text.angle), s = std::sin(text.angle);
+    double x = c * (p.x - text.at.x) + s * (p.y - text.at.y),
+           y = c * (p.y - text.at.y) - s * (p.x - text.at.x);
+    double width = 0.8 * text.height * text.widthFactor * static_cast<double>(text.text.size());
+    x += text.shiftX * width;
+    y += text.shiftY * text.height;
+    return x >= 0 && x <= width && y >= 0 && y <= text.height;
+}
+
+// How far a point is from an entity's picture.
 double distanceTo(const SceneEntity& entity, const Point& p) {
     double nearest = 1e300;
     for (const SceneLine& line : entity.lines)
@@ -36,7 +47,8 @@ double distanceTo(const SceneEntity& entity, const Point& p) {
             const Point& b = entity.vertices[line.first + std::min(i + 1, line.count - 1)];
             nearest = std::min(nearest, distanceToSegment(p, a, b));
         }
-    if (entity.lines.empty() && !entity.texts.empty()) nearest = 0;
+    for (const SceneText& text : entity.texts)
+        if (isInside(text, p)) nearest = 0;
     return nearest;
 }
 

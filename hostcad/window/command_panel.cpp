@@ -75,6 +75,7 @@ void CommandPanel::write(std::string_view text) {
 
 void CommandPanel::removeKeywords() {
     while (QLayoutItem* item = keywords_->takeAt(0)) {
+        item->widget()->hide();
         item->widget()->deleteLater();
         delete item;
     }

@@ -63,11 +63,10 @@ SettingsDialog::SettingsDialog(int format) : ui::Dialog(kResource, "GIS Settings
     add<ui::Button>(kSelectSource, "Select D&SN").show(false);
     add<ui::Button>(ui::kOk, "E&xit", true);
     using namespace ui;
-    setLayout(
-        column({row({item(kTemplateCaption), item(kTemplateEdit, 1), item(kSelectTemplate)}),
-                group(kFormatGroup, {row({item(kAccessFormat), item(kObjectFormat)})}),
-                row({item(kOutputCaption), item(kOutputEdit, 1), item(kSelectOutput), item(kSelectSource)}),
-                spring(), row({spring(), item(kOk)})}));
+    Layout paths = table({row({item(kTemplateCaption), item(kTemplateEdit, 1), item(kSelectTemplate)}),
+                          row({item(kOutputCaption), item(kOutputEdit), item(kSelectOutput), item(kSelectSource)})});
+    setLayout(column({paths, group(kFormatGroup, {row({item(kAccessFormat), item(kObjectFormat)})}), spring(),
+                      row({spring(), item(kOk)})}));
 }
 
 void SettingsDialog::onOpen() {

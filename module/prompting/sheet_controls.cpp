@@ -57,10 +57,8 @@ void addLowerFields(ui::Dialog& d) {
 
 ui::Layout arrangement() {
     using namespace ui;
-    Layout upper = column(
-        {row({item(kOutputCaption), item(kOutputPath, 1)}),
-         row({item(kTemplateCaption), item(kTemplatePath, 1)}),
-         row({item(kFeaturesCaption), item(kFeatures, 1), item(kTableCaption), item(kOutputTable, 1)})});
+    Layout upper = table({row({item(kOutputCaption), item(kOutputPath, 1), item(kFeaturesCaption), item(kFeatures)}),
+                          row({item(kTemplateCaption), item(kTemplatePath), item(kTableCaption), item(kOutputTable)})});
     Layout images = group(
         kImageGroup,
         {row({column({item(kPreview), row({spring(), item(kImageCounter), spring()})}),

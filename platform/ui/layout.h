@@ -21,7 +21,7 @@ struct Size {
 };
 
 struct Layout {
-    enum class Kind { Column, Row, Group, Item, Spring };
+    enum class Kind { Column, Row, Table, Group, Item, Spring };
     Kind kind = Kind::Column;
     int control = 0;  // of an item, or of a group's box
     int stretch = 0;  // share of the spare room along the parent's direction
@@ -33,6 +33,10 @@ inline Layout column(std::vector<Layout> children, int stretch = 0) {
 }
 inline Layout row(std::vector<Layout> children, int stretch = 0) {
     return {Layout::Kind::Row, 0, stretch, std::move(children)};
+}
+// Rows whose items stand below each other; stretches are those of the first row.
+inline Layout table(std::vector<Layout> rows, int stretch = 0) {
+    return {Layout::Kind::Table, 0, stretch, std::move(rows)};
 }
 // A group box with a column inside.
 inline Layout group(int box, std::vector<Layout> children, int stretch = 0) {

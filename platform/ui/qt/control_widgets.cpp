@@ -68,6 +68,9 @@ class GroupWidget : public Shown<GroupBox, QGroupBox> {
 class EditWidget : public Shown<Edit, QLineEdit> {
   public:
     EditWidget(Control& control, Dialog& dialog, DialogWindow& window) : Shown(control, dialog, window) {
+        // Read-only ones show paths.
+        constexpr int kPathWidth = 340;
+        if (control_.readOnly() && dialog_.rectangles().empty()) q_->setMinimumWidth(window_.scaled(kPathWidth));
         QObject::connect(q_, &QLineEdit::textEdited, q_, [this](const QString& text) {
             dialog_.userText(control_, fromQt(text));
             update();

@@ -2,6 +2,7 @@
 
 #include <QBoxLayout>
 #include <QCloseEvent>
+#include <QGridLayout>
 #include <QGroupBox>
 #include <QKeyEvent>
 #include <QMenuBar>
@@ -67,6 +68,16 @@ void DialogWindow::arrange() {
     if (size.width > 0) resize(scaled(size.width), scaled(size.height));
 }
 
+void DialogWindow::placeTable(QGridLayout& into, const Layout& table) {
+    for (size_t row = 0; row < table.children.size(); ++row)
+        for (size_t column = 0; column < table.children[row].children.size(); ++column) {
+            const Layout& cell = table.children[row].children[column];
+            QWidget* widget = cell.kind == Layout::Kind::Item ? widgetOf(cell.control) : nullptr;
+            if (row == 0) into.setColumnStretch(static_cast<int>(column), cell.stretch);
+            if (widget) into.addWidget(widget, static_cast<int>(row), static_cast<int>(column));
+        }
+}
+
 void DialogWindow::place(QBoxLayout& into, const Layout& part) {
     auto nest = [&](QBoxLayout* inner) {
         into.addLayout(inner, part.stretch);
@@ -79,6 +90,12 @@ void DialogWindow::place(QBoxLayout& into, const Layout& part) {
         case Layout::Kind::Row:
             nest(new QHBoxLayout);
             break;
+        case Layout::Kind::Table: {
+            auto* inner = new QGridLayout;
+            into.addLayout(inner, part.stretch);
+            placeTable(*inner, part);
+            break;
+        }
         case Layout::Kind::Spring:
             into.addStretch(part.stretch);
             break;

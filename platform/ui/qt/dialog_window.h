@@ -8,6 +8,7 @@
 #include "platform/ui/dialog.h"
 
 class QBoxLayout;
+class QGridLayout;
 
 namespace ui {
 
@@ -45,6 +46,7 @@ class DialogWindow : public QDialog, public DialogView {
     void makeWidgets();
     void arrange();
     void place(QBoxLayout& into, const Layout& part);
+    void placeTable(QGridLayout& into, const Layout& table);
     void placeRectangles();
     ControlWidget* find(int id) const;
 
