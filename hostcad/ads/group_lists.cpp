@@ -16,7 +16,7 @@ namespace {
 
 char* copyText(std::string_view text) {
     char* copy = static_cast<char*>(acad_malloc(text.size() + 1));
-    std::memcpy(copy, text.data(), text.size());
+    std::copy(text.begin(), text.end(), copy);
     copy[text.size()] = '\0';
     return copy;
 }

@@ -77,7 +77,8 @@ constexpr int kLastCode = 1071;
 GroupKind searchKindOf(int type) {
     for (const Range& range : kGroupRanges)
         if (type >= range.first && type <= range.last) return range.kind;
-    return GroupKind::None;
+    // Codes of files that have no meaning are carried as texts.
+    return type >= 0 && type <= kLastCode ? GroupKind::Text : GroupKind::None;
 }
 
 bool holdsText(GroupKind kind) {

@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "hostcad/drawing/loader.h"
 #include "hostcad/dxf/ascii_tags.h"
 #include "hostcad/dxf/binary_tags.h"
@@ -33,6 +35,7 @@ class Reader {
         : tags_(tags), format_(format), loader_(format, bytes), codec_(format) {}
 
     std::unique_ptr<Drawing> read() {
+        readForm();
         while (tags_.next()) {
             if (tags_.code() == kComment) continue;
             if (tags_.code() != 0) tags_.fail("a SECTION is expected here");
@@ -50,12 +53,13 @@ class Reader {
 
     std::unique_ptr<Drawing> finish() {
         format_.lowerCaseEscapes = codec_.lowerCaseEscapes();
-        return loader_.finish(format_); }
+        return loader_.finish(format_);
+    }
 
     void readSection() {
         anySection_ = true;
         if (!nextTag() || tags_.code() != 2) tags_.fail("the name of the section is missing");
-        section_ = tags_.text();
+        section_ = codec_.decode(tags_.text());
         loader_.beginSection(section_);
         header_ = section_ == "HEADER";
         while (nextTag()) {
@@ -84,21 +88,36 @@ class Reader {
 
     void flush() {
         if (groups_.empty()) return;
-        if (header_) noteVariable();
         loader_.add(groups_);
         groups_.clear();
     }
 
-    // The variables that say how the rest of the file is to be read.
-    void noteVariable() {
-        if (groups_[0].code != 9 || groups_.size() < 2) return;
-        std::string_view name = groups_[0].text();
-        if (name == "$ACADVER") {
-            format_.version = versionOf(text::trim(groups_[1].text()));
-            codec_.setVersion(format_.version);
-        } else if (name == "$DWGCODEPAGE") {
-            codec_.setCodePage(codePageOf(groups_[1].text()));
+    // The header says how texts are to be read, those in front of it included, so it is looked at first.
+    void readForm() {
+        bool inHeader = false, versionSeen = false, pageSeen = false;
+        std::string_view variable;
+        for (Tags ahead = tags_; ahead.next();) {
+            std::string_view text = isText(ahead) ? ahead.text() : std::string_view();
+            if (ahead.code() == 0) {
+                if (inHeader && text == "ENDSEC") break;
+            } else if (ahead.code() == 2 && !inHeader) {
+                inHeader = text == "HEADER";
+            } else if (variable == "$ACADVER" && !std::exchange(versionSeen, true)) {
+                format_.version = versionOf(text::trim(text));
+            } else if (variable == "$DWGCODEPAGE" && !std::exchange(pageSeen, true)) {
+                codec_.setCodePage(codePageOf(text));
+            }
+            if (ahead.code() != kComment)
+                variable = inHeader && ahead.code() == 9 ? text : std::string_view();
         }
+        codec_.setVersion(format_.version);
+    }
+
+    // The value is a text, or stands in place of a handle and is none.
+    static bool isText(const Tags& tags) {
+        uint64_t handle = 0;
+        ValueKind kind = kindOfCode(tags.code());
+        return kind == ValueKind::Text || (kind == ValueKind::Handle && !parseHandle(tags.text(), handle));
     }
 
     void addGroup() {
@@ -128,7 +147,8 @@ class Reader {
     void addHandle(int code) {
         uint64_t handle = 0;
         // Group 5 of a dimension style is the name of a block.
-        bool isName = code == 5 && !groups_.empty() && groups_[0].text() == "DIMSTYLE";
+        bool isName =
+            code == 5 && section_ == "TABLES" && !groups_.empty() && groups_[0].text() == "DIMSTYLE";
         if (!isName && parseHandle(tags_.text(), handle))
             groups_.push_back(handleGroup(code, handle));
         else
