@@ -1,14 +1,13 @@
 #include "hostcad/drawing/drawing.h"
 
 #include <algorithm>
-#include <atomic>
 
 #include "platform/text/text.h"
 
 namespace hostcad {
 namespace {
 
-std::atomic<long> lastSerial{0};
+long lastSerial = 0;
 
 }  // namespace
 

@@ -1,6 +1,7 @@
 // The shapes of entities by their types.
 #include <algorithm>
 #include <numbers>
+#include <tuple>
 
 #include "hostcad/geometry/shape_builder.h"
 #include "platform/text/text.h"
@@ -307,63 +308,59 @@ void ShapeBuilder::spline(const Frame& frame, Groups groups) {
 // --- Hatches ------------------------------------------------------------------------------------------
 
 void ShapeBuilder::hatch(const Frame& frame, Groups groups) {
-    constexpr int64_t kPolylinePath = 2;
-    enum Edge { Line = 1, CircularArc, EllipticArc, Spline };
-    double elevation = pointOf(groups, 10).z;
-    auto at = [&](const Group& g) { return Point{g.x(), g.y(), elevation}; };
     // The boundary begins with the number of paths (91) and ends at the style (75). Each path begins with its
-    // kind (92), each edge of a path of edges with its type (72).
-    auto group = std::find_if(groups.begin(), groups.end(), [](const Group& g) { return g.code == 91; });
-    auto stop = std::find_if(group, groups.end(),
+    // kind (92).
+    auto isPath = [](const Group& g) { return g.code == 92; };
+    auto first = std::find_if(groups.begin(), groups.end(), [](const Group& g) { return g.code == 91; });
+    auto stop = std::find_if(first, groups.end(),
                              [](const Group& g) { return g.code == 75 || g.code >= kFirstXDataCode; });
-    while (group != stop) {
-        if (group->code != 92) {
-            ++group;
-            continue;
+    Frame plane = frame * translation({0, 0, pointOf(groups, 10).z});
+    for (auto path = std::find_if(first, stop, isPath); path != stop;) {
+        auto next = std::find_if(path + 1, stop, isPath);
+        hatchPath(plane, Groups(path, next));
+        path = next;
+    }
+}
+
+void ShapeBuilder::hatchPath(const Frame& frame, Groups path) {
+    constexpr int64_t kOfVertices = 2;
+    if (path[0].asInteger() & kOfVertices) {
+        std::vector<PolylinePoint> vertices;
+        for (const Group& group : path) {
+            if (group.code == 10)
+                vertices.push_back({{group.x(), group.y(), 0}});
+            else if (group.code == 42 && !vertices.empty())
+                vertices.back().bulge = group.asReal();
         }
-        bool ofVertices = group->asInteger() & kPolylinePath;
-        auto end = std::find_if(group + 1, stop, [](const Group& g) { return g.code == 92; });
-        if (ofVertices) {
-            std::vector<PolylinePoint> vertices;
-            for (auto g = group; g != end; ++g) {
-                if (g->code == 10)
-                    vertices.push_back({at(*g)});
-                else if (g->code == 42 && !vertices.empty())
-                    vertices.back().bulge = g->asReal();
-            }
-            polyline(frame, vertices, true);
-            group = end;
-            continue;
-        }
-        auto isEdge = [](const Group& g) { return g.code == 72; };
-        for (auto edge = std::find_if(group, end, isEdge); edge != end;) {
-            auto next = std::find_if(edge + 1, end, isEdge);
-            Groups own(edge, next);
-            Point first = pointOf(own, 10), second = pointOf(own, 11);
-            first.z = elevation;
-            double start = realOf(own, 50) * kDegree, finish = realOf(own, 51) * kDegree;
-            // Clockwise edges give their angles mirrored.
-            if (integerOf(own, 73, 1) == 0) std::tie(start, finish) = std::pair(-finish, -start);
-            switch (integerOf(own, 72)) {
-                case Line:
-                    segment(frame, first, {second.x, second.y, elevation});
-                    break;
-                case CircularArc:
-                    arc(frame, first, realOf(own, 40), start, sweepOf(start, finish));
-                    break;
-                case EllipticArc:
-                    ellipse(frame, first, second, crossProduct({0, 0, 1}, second) * realOf(own, 40), start,
-                            sweepOf(start, finish));
-                    break;
-                case Spline:
-                    spline(frame * translation({0, 0, elevation}), own);
-                    break;
-                default:
-                    break;
-            }
-            edge = next;
-        }
-        group = end;
+        return polyline(frame, vertices, true);
+    }
+    // Each edge begins with its type (72).
+    auto isEdge = [](const Group& g) { return g.code == 72; };
+    for (auto edge = std::find_if(path.begin(), path.end(), isEdge); edge != path.end();) {
+        auto next = std::find_if(edge + 1, path.end(), isEdge);
+        hatchEdge(frame, Groups(edge, next));
+        edge = next;
+    }
+}
+
+void ShapeBuilder::hatchEdge(const Frame& frame, Groups edge) {
+    enum Type { Line = 1, CircularArc, EllipticArc, Spline };
+    Point first = pointOf(edge, 10), second = pointOf(edge, 11);
+    double start = realOf(edge, 50) * kDegree, end = realOf(edge, 51) * kDegree;
+    // Clockwise edges give their angles mirrored.
+    if (integerOf(edge, 73, 1) == 0) std::tie(start, end) = std::pair(-end, -start);
+    switch (integerOf(edge, 72)) {
+        case Line:
+            return segment(frame, first, second);
+        case CircularArc:
+            return arc(frame, first, realOf(edge, 40), start, sweepOf(start, end));
+        case EllipticArc:
+            return ellipse(frame, first, second, crossProduct({0, 0, 1}, second) * realOf(edge, 40), start,
+                           sweepOf(start, end));
+        case Spline:
+            return spline(frame, edge);
+        default:
+            return;
     }
 }
 

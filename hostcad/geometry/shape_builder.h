@@ -32,6 +32,8 @@ class ShapeBuilder {
     void ellipseEntity(const Frame& frame, Groups groups);
     void spline(const Frame& frame, Groups groups);
     void hatch(const Frame& frame, Groups groups);
+    void hatchPath(const Frame& frame, Groups path);
+    void hatchEdge(const Frame& frame, Groups edge);
     void text(const Frame& frame, Groups groups, bool attribute);
     void paragraph(const Frame& frame, Groups groups);
     void image(const Frame& frame, Groups groups);

@@ -112,7 +112,7 @@ TEST_P(Entities, EntitiesOfAllKindsAreMadeWithoutMarkersAndPassTheAudit) {
     EXPECT_EQ(make(acutBuildList(RTDXF0, "MTEXT", 10, kOrigin, 40, 2.0, 1, "a\\Pb", 0)), later);
     EXPECT_EQ(make(acutBuildList(RTDXF0, "ELLIPSE", 10, kOrigin, 11, axis, 40, 0.5, 0)), later);
     EXPECT_EQ(selected("X", nullptr), later ? 13 : 10);
-    EXPECT_TRUE(acdbTblSearch("LAYER", "new-layer", 0) != nullptr);
+    EXPECT_TRUE(List(acdbTblSearch("LAYER", "new-layer", 0)));
     EXPECT_EQ(audit(), "");
 }
 

@@ -98,6 +98,27 @@ TEST_F(Geometry, OtherCurvesAreChords) {
     expectBox(spline({{0, 0}, {5, 9}, {10, 0}}, {3, 2, 1}, {}), 0, 0, 10, 9);
 }
 
+TEST_F(Geometry, HatchesShowTheirBoundaries) {
+    auto hatch = [&](std::vector<Group> path) {
+        std::vector<Group> given{type("HATCH"), at(10, 0, 0), arena_.text(2, "SOLID"), integerGroup(91, 1)};
+        given.insert(given.end(), path.begin(), path.end());
+        given.push_back(integerGroup(75, 0));
+        given.push_back(at(10, 99, 99));  // a seed point is no boundary
+        return add(given);
+    };
+    auto flat = [&](int code, double x, double y) { return arena_.point(code, x, y); };
+    expectBox(hatch({integerGroup(92, 2), integerGroup(93, 2), flat(10, 0, 0), realGroup(42, 1),
+                     flat(10, 2, 0), realGroup(42, 1)}),
+              0, -1, 2, 1);
+    // A line, and a clockwise quarter of a circle from the top to the right, with mirrored angles.
+    ObjectId edges = hatch({integerGroup(92, 1), integerGroup(93, 2), integerGroup(72, 1), flat(10, 1, 0),
+                            flat(11, 0, 1), integerGroup(72, 2), flat(10, 0, 0), realGroup(40, 1),
+                            realGroup(50, 270), realGroup(51, 360), integerGroup(73, 0)});
+    expectBox(edges, 0, 0, 1, 1);
+    ASSERT_EQ(shape(edges).arcs.size(), 1u);
+    EXPECT_TRUE(shape(edges).arcs[0].covers(std::numbers::pi / 4));
+}
+
 TEST_F(Geometry, ReferencesShowTheirBlocksTurnedScaledAndNested) {
     ObjectId inner = addBlock(*drawing_, "INNER", 0, 1, 1, 0);
     add({type("LINE"), at(10, 1, 1), at(11, 2, 1)}, inner);
