@@ -175,9 +175,8 @@ void MainWindow::write(std::string_view text) {
 void MainWindow::runLine(const std::string& line) {
     // A command that is chosen from a menu ends the one that is waiting.
     if (isWaiting()) {
+        afterwards_ = line;
         supply(Input::cancel());
-        QMetaObject::invokeMethod(
-            this, [this, line] { runLine(line); }, Qt::QueuedConnection);
         return;
     }
     if (running_ || !host_) return;
@@ -192,6 +191,7 @@ void MainWindow::runLine(const std::string& line) {
     follow();
     panel_->clearPrompt();
     if (host_->wantsQuit()) close();
+    if (std::string next = std::exchange(afterwards_, {}); !next.empty()) runLine(next);
 }
 
 void MainWindow::openDrawing(const std::string& path) {

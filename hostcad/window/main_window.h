@@ -98,6 +98,7 @@ class MainWindow : public QMainWindow, public Output, public InputSource, public
     bool running_ = false;
     bool closing_ = false;
     std::string lastLine_;
+    std::string afterwards_;  // what was chosen while a prompt was waiting
 };
 
 }  // namespace hostcad

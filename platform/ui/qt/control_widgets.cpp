@@ -70,7 +70,8 @@ class EditWidget : public Shown<Edit, QLineEdit> {
     EditWidget(Control& control, Dialog& dialog, DialogWindow& window) : Shown(control, dialog, window) {
         // Read-only ones show paths.
         constexpr int kPathWidth = 340;
-        if (control_.readOnly() && dialog_.rectangles().empty()) q_->setMinimumWidth(window_.scaled(kPathWidth));
+        if (control_.readOnly() && dialog_.rectangles().empty())
+            q_->setMinimumWidth(window_.scaled(kPathWidth));
         QObject::connect(q_, &QLineEdit::textEdited, q_, [this](const QString& text) {
             dialog_.userText(control_, fromQt(text));
             update();
@@ -115,36 +116,24 @@ class ButtonWidget : public Shown<Button, QPushButton> {
     }
 };
 
-class CheckWidget : public Shown<CheckBox, QCheckBox> {
+// Check boxes and radio buttons. The model knows the groups of the latter.
+template <class C, class Q>
+class MarkWidget : public Shown<C, Q> {
   public:
-    CheckWidget(Control& control, Dialog& dialog, DialogWindow& window) : Shown(control, dialog, window) {
-        QObject::connect(q_, &QCheckBox::clicked, q_, [this](bool on) {
-            dialog_.userCheck(control_, on);
-            update();
+    MarkWidget(Control& control, Dialog& dialog, DialogWindow& window)
+        : Shown<C, Q>(control, dialog, window) {
+        this->q_->setAutoExclusive(false);
+        QObject::connect(this->q_, &Q::clicked, this->q_, [this](bool on) {
+            bool isRadio = this->control_.kind() == ControlKind::RadioButton;
+            this->dialog_.userCheck(this->control_, isRadio || on);
+            this->update();
         });
     }
 
   private:
     void show() override {
-        q_->setText(toQt(control_.text()));
-        q_->setChecked(control_.checked());
-    }
-};
-
-class RadioWidget : public Shown<RadioButton, QRadioButton> {
-  public:
-    RadioWidget(Control& control, Dialog& dialog, DialogWindow& window) : Shown(control, dialog, window) {
-        q_->setAutoExclusive(false);  // the model knows the groups
-        QObject::connect(q_, &QRadioButton::clicked, q_, [this] {
-            dialog_.userCheck(control_, true);
-            update();
-        });
-    }
-
-  private:
-    void show() override {
-        q_->setText(toQt(control_.text()));
-        q_->setChecked(control_.checked());
+        this->q_->setText(toQt(this->control_.text()));
+        this->q_->setChecked(this->control_.checked());
     }
 };
 
@@ -332,9 +321,9 @@ std::unique_ptr<ControlWidget> makeControlWidget(Control& control, Dialog& dialo
         case ControlKind::Button:
             return std::make_unique<ButtonWidget>(control, dialog, window);
         case ControlKind::CheckBox:
-            return std::make_unique<CheckWidget>(control, dialog, window);
+            return std::make_unique<MarkWidget<CheckBox, QCheckBox>>(control, dialog, window);
         case ControlKind::RadioButton:
-            return std::make_unique<RadioWidget>(control, dialog, window);
+            return std::make_unique<MarkWidget<RadioButton, QRadioButton>>(control, dialog, window);
         case ControlKind::List:
             return std::make_unique<ListWidget>(control, dialog, window);
         case ControlKind::DropDown:
