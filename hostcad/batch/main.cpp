@@ -114,6 +114,7 @@ int main(int count, char** words) {
         std::fputs(hostcad::kHelp, stdout);
         return 0;
     }
+    hostcad::lisp::Interpreter::allowDeepRecursion();
     int status = run(options, programFolder(words[0]));
     ui::setBackend(nullptr);
     return status;

@@ -1,6 +1,7 @@
 #include "hostcad/lisp/interpreter.h"
 
 #include <pthread.h>
+#include <sys/resource.h>
 
 #include <algorithm>
 
@@ -112,6 +113,16 @@ Interpreter::Interpreter(Output output)
 
 Interpreter::~Interpreter() = default;
 
+void Interpreter::allowDeepRecursion() {
+    rlimit stack{};
+    if (getrlimit(RLIMIT_STACK, &stack) != 0 || stack.rlim_cur == RLIM_INFINITY) return;
+    rlim_t wanted =
+        stack.rlim_max == RLIM_INFINITY ? kLargestStack : std::min<rlim_t>(stack.rlim_max, kLargestStack);
+    if (wanted <= stack.rlim_cur) return;
+    stack.rlim_cur = wanted;
+    setrlimit(RLIMIT_STACK, &stack);
+}
+
 // --- Names -------------------------------------------------------------------------------------------
 
 Symbol* Interpreter::intern(std::string_view name) {
@@ -194,26 +205,26 @@ void Interpreter::evalArguments(const Value& operands, ArgumentBuffer& arguments
 
 // What stands at the front of a call, as something to be called. A list counts as a function that is
 // written out: (LAMBDA (X) ...) or ((X) ...).
-Value Interpreter::functionFrom(const Value& value, const Value& name) {
-    switch (value.type()) {
-        case Type::Builtin:
-        case Type::Function:
-        case Type::External:
-            return value;
-        case Type::Symbol:
-            return functionFrom(value.asSymbol()->value, value);
-        case Type::Pair: {
-            const Value& head = value.car();
-            if (head.isSymbol() && head.asSymbol() == lambda_)
-                return makeFunction(nullptr, value.cdr().car(), value.cdr().cdr());
-            if (head.isList()) return makeFunction(nullptr, head, value.cdr());
-            break;
-        }
-        default:
-            break;
+Value Interpreter::functionFrom(const Value& given, const Value& name) {
+    // A symbol stands for its value, which may be another symbol, but not without end: T is its own value.
+    constexpr int kMostSymbols = 10;
+    const Value* value = &given;
+    const Value* called = &name;
+    for (int i = 0; value->isSymbol() && i < kMostSymbols; ++i) {
+        called = value;
+        value = &value->asSymbol()->value;
     }
-    if (name.isSymbol() && value.isNil()) throw Error("no function definition: " + toShortText(name));
-    throw Error("bad function: " + toShortText(value));
+    bool isMade =
+        value->type() == Type::Builtin || value->type() == Type::Function || value->type() == Type::External;
+    if (isMade) return *value;
+    if (value->isPair()) {
+        const Value& head = value->car();
+        if (head.isSymbol() && head.asSymbol() == lambda_)
+            return makeFunction(nullptr, value->cdr().car(), value->cdr().cdr());
+        if (head.isList()) return makeFunction(nullptr, head, value->cdr());
+    }
+    if (called->isSymbol() && value->isNil()) throw Error("no function definition: " + toShortText(*called));
+    throw Error("bad function: " + toShortText(*value));
 }
 
 Value Interpreter::evalCall(const Pair& call) {

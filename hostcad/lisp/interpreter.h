@@ -28,6 +28,10 @@ class Interpreter {
     Interpreter(const Interpreter&) = delete;
     Interpreter& operator=(const Interpreter&) = delete;
 
+    // Lets the main thread's stack grow to what deep recursion needs, where the system allows it. A program
+    // calls it before it makes its interpreter.
+    static void allowDeepRecursion();
+
     // --- Running programs ---
     // Each throws Error. The value of the last expression; nil without any.
     Value runText(std::string_view text, const std::string& sourceName = "");

@@ -70,9 +70,33 @@ bool parseNumber(std::string_view word, Value& number) {
 struct Reader::Level {
     enum class Kind { List, Quote } kind;
     std::uint32_t place;
-    std::vector<Value> items;
+    std::vector<Value> items = {};
     enum class Dot { None, Seen, Done } dot = Dot::None;
-    Value tail;
+    Value tail = {};
+
+    void addDot() {
+        if (kind == Kind::Quote || items.empty() || dot != Dot::None) throw Error("misplaced dot on input");
+        dot = Dot::Seen;
+    }
+
+    void add(Value value) {
+        if (dot == Dot::Done) throw Error("misplaced dot on input");
+        if (dot == Dot::Seen) {
+            tail = std::move(value);
+            dot = Dot::Done;
+        } else {
+            items.push_back(std::move(value));
+        }
+    }
+
+    Value close() {
+        if (kind == Kind::Quote) throw Error("syntax error: nothing behind a quote");
+        if (dot == Dot::Seen) throw Error("misplaced dot on input");
+        Value list = std::move(tail);
+        for (size_t i = items.size(); i-- > 0;)
+            list = Value::pair(std::move(items[i]), std::move(list), place);
+        return list;
+    }
 };
 
 Reader::Reader(Interpreter& interpreter, std::string_view text, std::uint32_t source)
@@ -84,7 +108,7 @@ char Reader::peek(size_t ahead) const {
     return at_ + ahead < text_.size() ? text_[at_ + ahead] : '\0';
 }
 
-std::uint32_t Reader::place() const {
+std::uint32_t Reader::placeHere() const {
     return Interpreter::makePlace(source_, line_);
 }
 
@@ -174,6 +198,21 @@ Value Reader::readAtom() {
     return Value::symbol(interpreter_.intern(word));
 }
 
+// Puts a value that is complete where it belongs: into the quotations round it, and into the list that is
+// open. True when no list is: the value is the expression.
+bool Reader::place(std::vector<Level>& levels, Value& value) {
+    while (!levels.empty() && levels.back().kind == Level::Kind::Quote) {
+        std::uint32_t at = levels.back().place;
+        levels.pop_back();
+        Value quoted = Value::pair(std::move(value), {}, at);
+        value = Value::pair(Value::symbol(interpreter_.quoteSymbol()), std::move(quoted), at);
+    }
+    if (levels.empty()) return true;
+    levels.back().add(std::move(value));
+    return false;
+}
+
+// Nests are kept in a list of their own, so that their depth is a matter of memory and not of the stack.
 bool Reader::read(Value& expression) {
     std::vector<Level> levels;
     while (true) {
@@ -183,61 +222,31 @@ bool Reader::read(Value& expression) {
             throw Error("malformed list on input");
         }
         char c = text_[at_];
+        bool isDot = c == '.' && (at_ + 1 >= text_.size() || endsWord(text_[at_ + 1]));
+        if (c == '(' || c == '\'') {
+            Heap::expect(sizeof(Level) * (levels.size() + 1));
+            levels.push_back({c == '(' ? Level::Kind::List : Level::Kind::Quote, placeHere()});
+            ++at_;
+            continue;
+        }
+        if (isDot) {
+            if (levels.empty()) throw Error("misplaced dot on input");
+            levels.back().addDot();
+            ++at_;
+            continue;
+        }
         Value value;
-        if (c == '(') {
-            Heap::expect(sizeof(Level) * (levels.size() + 1));
-            levels.push_back({Level::Kind::List, place(), {}, Level::Dot::None, {}});
-            ++at_;
-            continue;
-        }
-        if (c == '\'') {
-            Heap::expect(sizeof(Level) * (levels.size() + 1));
-            levels.push_back({Level::Kind::Quote, place(), {}, Level::Dot::None, {}});
-            ++at_;
-            continue;
-        }
         if (c == ')') {
-            if (levels.empty()) {
-                ++at_;
-                throw Error("extra right paren on input");
-            }
-            Level& level = levels.back();
-            if (level.kind == Level::Kind::Quote) throw Error("syntax error: nothing behind a quote");
-            if (level.dot == Level::Dot::Seen) throw Error("misplaced dot on input");
-            ++at_;
-            value = level.tail;
-            for (size_t i = level.items.size(); i-- > 0;)
-                value = Value::pair(std::move(level.items[i]), std::move(value), level.place);
+            if (levels.empty()) throw Error("extra right paren on input");
+            value = levels.back().close();
             levels.pop_back();
-        } else if (c == '"') {
-            value = readString();
-        } else if (c == '.' && (at_ + 1 >= text_.size() || endsWord(text_[at_ + 1]))) {
             ++at_;
-            bool fits = !levels.empty() && levels.back().kind == Level::Kind::List &&
-                        !levels.back().items.empty() && levels.back().dot == Level::Dot::None;
-            if (!fits) throw Error("misplaced dot on input");
-            levels.back().dot = Level::Dot::Seen;
-            continue;
         } else {
-            value = readAtom();
+            value = c == '"' ? readString() : readAtom();
         }
-        while (!levels.empty() && levels.back().kind == Level::Kind::Quote) {
-            std::uint32_t quoted = levels.back().place;
-            levels.pop_back();
-            value = Value::pair(Value::symbol(interpreter_.quoteSymbol()),
-                                Value::pair(std::move(value), {}, quoted), quoted);
-        }
-        if (levels.empty()) {
+        if (place(levels, value)) {
             expression = std::move(value);
             return true;
-        }
-        Level& level = levels.back();
-        if (level.dot == Level::Dot::Done) throw Error("misplaced dot on input");
-        if (level.dot == Level::Dot::Seen) {
-            level.tail = std::move(value);
-            level.dot = Level::Dot::Done;
-        } else {
-            level.items.push_back(std::move(value));
         }
     }
 }

@@ -33,7 +33,8 @@ class Reader {
     Value readAtom();
     std::string_view nextWord();
     char peek(size_t ahead = 0) const;
-    std::uint32_t place() const;
+    bool place(std::vector<Level>& levels, Value& value);
+    std::uint32_t placeHere() const;
 
     Interpreter& interpreter_;
     std::string_view text_;

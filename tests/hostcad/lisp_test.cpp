@@ -346,6 +346,8 @@ TEST_F(LispTest, RunsPrograms) {
         {"(defun me () (defun me () 'new) 'old) (list (me) (me))", "(OLD NEW)"},
         {"(nobody 1)", "error: no function definition: NOBODY"},
         {"(\"text\" 1)", "error: bad function: \"text\""},
+        {"(t 1)", "error: bad function: T"},
+        {"(setq one 'two two 'one) (vl-catch-all-error-p (vl-catch-all-apply 'one nil))", "T"},
         {"(sq)", "error: too few arguments"},
         {"(sq 1 2)", "error: too many arguments"},
         {"(car)", "error: too few arguments"},
@@ -401,7 +403,7 @@ TEST_F(LispTest, EndsEndlessRecursionWithAnError) {
          "error: stack limit reached"},
         {"told", "\"told: stack limit reached\""},
         {"(setq f '(lambda (g) (g g))) (f f)", "error: stack limit reached"},
-        {"(defun fine (n) (if (= n 0) 0 (1+ (fine (1- n))))) (fine 2000)", "2000"},
+        {"(defun fine (n) (if (= n 0) 0 (1+ (fine (1- n))))) (fine 1000)", "1000"},
     });
 }
 
