@@ -1,6 +1,4 @@
 // Asking the user on behalf of modules and Lisp.
-#include <cmath>
-
 #include "hostcad/ads/host_names.h"
 #include "hostcad/editor/host.h"
 #include "hostcad/editor/object_selection.h"
