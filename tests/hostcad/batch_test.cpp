@@ -158,6 +158,47 @@ TEST_F(BatchTest, LoadsTheModuleAndItsCommands) {
     EXPECT_TRUE(std::filesystem::exists(folder_ + "user/gps.ini"));
 }
 
+// The commands of gis.lsp on the sample drawing, with the sample's features.
+TEST_F(BatchTest, ReachesTheModuleByCommands) {
+    const char* prepare =
+        "(load \"" NORVANE_SOURCE_DIR "/samples/features.lsp\") (load \"" NORVANE_SOURCE_DIR
+        "/samples/entities.lsp\")"
+        "(ui:answer 146 '(click \"Select Template MDB File\") '(click \"Select Output MDB File\") '(click "
+        "\"Exit\"))"
+        "(ui:answer 149 '(click \"New Access 2000 Format\"))"
+        "(ui:answer 149 '(click \"New Access 2000 Format\"))"
+        "(ui:file \"template.mdb\" \"output.mdb\")"
+        "(c:gis-settings) (sample:fill-template (gis:template))"
+        "(defun link (e) (mapcar 'cdr (cddr (cadr (assoc -3 (entget e '(\"ZGEO_GIS_2000\")))))))"
+        "(setq point (sample:point \"3\"))";
+    const char* program =
+        // A survey point, described as EP, which is no feature: the sheet opens all the same, with the first.
+        "(host:input (list point '(0.0 0.0))) (ui:answer 134 '(cell 2 2 \"14\") '(click \"OK\")) "
+        "(c:gis-prompt)"
+        "(print (link point))"
+        // A drawn point with a generated key.
+        "(host:input \"Auto\" \"Point\" \"1000,2000,5\") (ui:answer 134 '(cell 2 2 \"7\") '(click \"OK\")) "
+        "(c:gis-prompt)"
+        "(print (list (gis:coordinates (entlast)) (nth 3 (link (entlast)))))"
+        // Nothing picked, and Enter.
+        "(host:input \"\") (c:gis-prompt)"
+        // A lot: no survey point, so its handle is the key.
+        "(setq lot (sample:lot 4)) (print (= (gis:key lot) (cdr (assoc 5 (entget lot))))) (print "
+        "(gis:description lot))"
+        "(host:input \"TREE\" \"BUSH\") (c:gis-feature) (c:gis-feature)"
+        "(host:input 20 \"remembered\" 20 \"\") (c:gis-slot) (c:gis-slot)";
+    EXPECT_EQ(run(std::string(prepare) + program, "--drawing " NORVANE_SOURCE_DIR "/samples/survey.dxf"), 0)
+        << problems_;
+    EXPECT_TRUE(said("The feature EP is not defined"));
+    EXPECT_TRUE(said("\"TREE\" \"PT_ID\" \"3\" ")) << out_;
+    EXPECT_TRUE(said("((2000.0 1000.0 5.0) \"PT_ID\")")) << out_;
+    EXPECT_TRUE(said("T \nnil"));
+    EXPECT_TRUE(said("TREE is defined."));
+    EXPECT_TRUE(said("BUSH is not defined."));
+    EXPECT_TRUE(said("New value <remembered>: "));
+    EXPECT_EQ(problems_, "");
+}
+
 // A call of the module as it was written down on a page, backquotes included.
 TEST_F(BatchTest, RunsACallWithBackquotesWordForWord) {
     EXPECT_EQ(run("(setq lspdir lspdir$ tmpl \"no.mdb\" outp \"no2.mdb\" n 1.0 e 2.0 z 3.0"
