@@ -1,6 +1,7 @@
 // Records added in bulk from a list that a Lisp routine has built.
 #include <algorithm>
 #include <limits>
+#include <memory>
 #include <string_view>
 #include <unordered_map>
 
@@ -18,18 +19,18 @@ constexpr double kNoFile = -2.0;
 constexpr double kFailed = -4.0;
 constexpr size_t kLongestPath = 1023;
 
-// One record to add. The values are those of the list, which outlives it.
+// One record to add. All texts are those of the list, which outlives it.
 struct NewRecord {
-    std::string table;
-    std::vector<std::pair<std::string, std::string_view>> values;
+    std::string_view table;
+    std::vector<std::pair<std::string_view, std::string_view>> values;  // by field
 };
 
 std::string_view stringOf(const resbuf* item) {
     return item && item->restype == RTSTR && item->resval.rstring ? item->resval.rstring : std::string_view();
 }
 
-std::string nameOf(const resbuf* item) {
-    return text::upper(text::trim(stringOf(item)));
+std::string_view nameOf(const resbuf* item) {
+    return text::trim(stringOf(item));
 }
 
 bool isMarker(const resbuf* item) {
@@ -44,7 +45,7 @@ std::vector<NewRecord> readRecords(const resbuf* item) {
         if (isMarker(item)) {
             item = item->rbnext;
             if (!item || isMarker(item)) continue;
-            if (std::string table = nameOf(item); !table.empty()) records.push_back({std::move(table), {}});
+            if (std::string_view table = nameOf(item); !table.empty()) records.push_back({table, {}});
             item = item->rbnext;
             continue;
         }
@@ -53,9 +54,8 @@ std::vector<NewRecord> readRecords(const resbuf* item) {
         item = item->rbnext;
         if (stringOf(field).data() == nullptr) continue;
         if (!item || isMarker(item)) continue;
-        std::string name = nameOf(field);
-        std::string_view value = stringOf(item);
-        if (!name.empty() && !value.empty()) records.back().values.emplace_back(std::move(name), value);
+        std::string_view name = nameOf(field), value = stringOf(item);
+        if (!name.empty() && !value.empty()) records.back().values.emplace_back(name, value);
         item = item->rbnext;
     }
     return records;
@@ -92,33 +92,43 @@ class OpenTable {
     void add(const NewRecord& record) {
         records_.AddNew();
         for (const auto& [name, value] : record.values)
-            if (auto field = fields_.find(name); field != fields_.end())
-                records_.SetFieldValue(field->second.index, valueFor(field->second.type, value));
+            if (const Field& field = fieldOf(name); field.index >= 0)
+                records_.SetFieldValue(field.index, valueFor(field.type, value));
         records_.Update();
     }
 
   private:
     struct Field {
-        int index;
-        int type;
+        int index = -1;  // the table has no such field
+        int type = 0;
     };
+
+    // The same spellings come again in every record.
+    const Field& fieldOf(std::string_view name) {
+        auto [spelling, isNew] = spellings_.try_emplace(name);
+        if (isNew)
+            if (auto field = fields_.find(text::upper(name)); field != fields_.end())
+                spelling->second = field->second;
+        return spelling->second;
+    }
+
     CDaoRecordset records_;
     std::unordered_map<std::string, Field> fields_;
+    std::unordered_map<std::string_view, Field> spellings_;
 };
 
 void addRecords(CDaoDatabase& database, const std::vector<NewRecord>& records) {
     std::unordered_map<std::string, std::string> tables;
     for (const std::string& table : UserTables(database)) tables[text::upper(table)] = table;
-    std::string present;
-    std::unique_ptr<OpenTable> open;
+    std::string_view present;
+    std::unique_ptr<OpenTable> open;  // null when there is no table of the present name
     for (const NewRecord& record : records) {
-        auto table = tables.find(record.table);
-        if (table == tables.end()) continue;
-        if (!open || present != record.table) {
-            open = std::make_unique<OpenTable>(database, table->second);
+        if (record.table != present) {
             present = record.table;
+            auto table = tables.find(text::upper(present));
+            open = table == tables.end() ? nullptr : std::make_unique<OpenTable>(database, table->second);
         }
-        open->add(record);
+        if (open) open->add(record);
     }
 }
 

@@ -123,15 +123,15 @@ Variant toDate(const Variant& value, const CDaoFieldInfo& field) {
     return Variant(date);
 }
 
-Variant toTextValue(const Variant& value, const CDaoFieldInfo& field) {
+Variant toTextValue(Variant value, const CDaoFieldInfo& field) {
     if (value.is<Binary>()) conversionError(value, field);
-    Variant result = value.is<std::string>() ? value : Variant(toText(value));
-    const std::string& s = result.get<std::string>();
+    if (!value.is<std::string>()) value = Variant(toText(value));
+    const std::string& s = value.get<std::string>();
     long limit = field.type == dbText ? (field.size > 0 ? field.size : 255) : 0;
     if (limit && static_cast<long>(s.size()) > limit && characters(s) > limit)
         throw CDaoException("The text for the field " + field.name + " is too long: it holds " +
                             std::to_string(limit) + " characters.");
-    return result;
+    return value;
 }
 
 Variant toBinary(const Variant& value, const CDaoFieldInfo& field) {
@@ -160,7 +160,7 @@ bool isTextType(int type) {
     return type == dbText || type == dbMemo || type == dbGUID;
 }
 
-Variant convertTo(const Variant& value, const CDaoFieldInfo& field) {
+Variant convertTo(Variant value, const CDaoFieldInfo& field) {
     if (value.isNull()) return value;
     switch (field.type) {
         case dbBoolean:
@@ -183,7 +183,7 @@ Variant convertTo(const Variant& value, const CDaoFieldInfo& field) {
         case dbLongBinary:
             return toBinary(value, field);
         default:
-            return toTextValue(value, field);
+            return toTextValue(std::move(value), field);
     }
 }
 

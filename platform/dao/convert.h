@@ -7,7 +7,7 @@ namespace dao {
 
 // The value in the type of a field. Throws for text that is no number of the field's kind, a number out of
 // range, text longer than the field. Reals go to whole numbers by rounding, halves to the even neighbour.
-Variant convertTo(const Variant& value, const CDaoFieldInfo& field);
+Variant convertTo(Variant value, const CDaoFieldInfo& field);
 
 // The checks on a value that is about to be written: required fields, zero-length text.
 void checkValue(const Variant& value, const CDaoFieldInfo& field);

@@ -195,8 +195,8 @@ class CDaoRecordset {
     dao::Variant GetFieldValue(const std::string& name) const;
     dao::Variant GetFieldValue(int index) const;
     // Converts the value to the field's type: text that is no number cannot go into a Long field.
-    void SetFieldValue(const std::string& name, const dao::Variant& value);
-    void SetFieldValue(int index, const dao::Variant& value);
+    void SetFieldValue(const std::string& name, dao::Variant value);
+    void SetFieldValue(int index, dao::Variant value);
     void SetFieldValueNull(const std::string& name) { SetFieldValue(name, dao::Variant()); }
 
   private:

@@ -156,17 +156,17 @@ dao::Variant CDaoRecordset::GetFieldValue(int index) const {
     return cursor_->value(index);
 }
 
-void CDaoRecordset::SetFieldValue(const std::string& name, const dao::Variant& value) {
-    SetFieldValue(find(name), value);
+void CDaoRecordset::SetFieldValue(const std::string& name, dao::Variant value) {
+    SetFieldValue(find(name), std::move(value));
 }
 
-void CDaoRecordset::SetFieldValue(int index, const dao::Variant& value) {
+void CDaoRecordset::SetFieldValue(int index, dao::Variant value) {
     size_t field = checked(index);
     if (mode_ == Mode::kNone) throw CDaoException("A field is set between an Edit or AddNew and its Update.");
     const CDaoFieldInfo& info = cursor_->fields()[field];
     if (info.attributes & dbAutoIncrField)
         throw CDaoException("The field " + info.name + " counts by itself and cannot be set.");
-    buffer_[field] = dao::convertTo(value, info);
+    buffer_[field] = dao::convertTo(std::move(value), info);
     touched_[field] = true;
 }
 

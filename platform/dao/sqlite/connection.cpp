@@ -330,11 +330,9 @@ void SqliteConnection::beginWrite() {
 }
 
 void SqliteConnection::wrote() {
-    ++writes_;
-    bool lookAtClock = writes_ % 64 == 0;
-    if (writes_ >= kWritesShared ||
-        (lookAtClock && std::chrono::steady_clock::now() - began_ >= std::chrono::seconds(kSecondsShared)))
-        commit();
+    constexpr int kWritesBetweenLooks = 64;
+    if (++writes_ % kWritesBetweenLooks != 0) return;
+    if (std::chrono::steady_clock::now() - began_ >= std::chrono::seconds(kSecondsShared)) commit();
 }
 
 void SqliteConnection::commit() {

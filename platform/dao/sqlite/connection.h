@@ -2,9 +2,8 @@
 //
 // The file is one file at all times but during a write (a rollback journal stands beside it then), so that it
 // can be copied and mailed like the databases it stands for. Writes share a transaction that begins with the
-// first of them and ends when the database or a changed table definition is closed, and at the latest after
-// kWritesShared writes or the first write kSecondsShared seconds after its start. Every commit is synced to
-// the disk, its folder included.
+// first of them and ends when the database or a changed table definition is closed, and while writing goes on
+// every kSecondsShared seconds. Every commit is synced to the disk, its folder included.
 //
 // All databases of a process that are open on one file share one connection: they see each other's writes,
 // and cannot lock each other out.
@@ -20,7 +19,6 @@
 
 namespace dao::sqlite {
 
-constexpr int kWritesShared = 10000;
 constexpr int kSecondsShared = 2;
 
 // Makes a file that holds an empty database of a format version: 3 for Access 97, 4 for Access 2000.
