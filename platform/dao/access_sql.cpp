@@ -128,6 +128,16 @@ std::string dateLiteral(const std::string& s) {
                         c.second);
 }
 
+// Parts of statements are put into others between parentheses, which they must not close.
+bool parenthesesMatch(const std::vector<Token>& tokens) {
+    int depth = 0;
+    for (const Token& t : tokens) {
+        if (t.isSymbol("(")) ++depth;
+        if (t.isSymbol(")") && --depth < 0) return false;
+    }
+    return depth == 0;
+}
+
 // Writes tokens for SQLite.
 class Writer {
   public:
@@ -265,6 +275,7 @@ std::string quotedText(std::string_view s) {
 AccessStatement translateStatement(std::string_view sql) {
     std::vector<Token> tokens = Tokenizer(sql).all();
     if (tokens.empty()) syntaxError("it is empty", sql);
+    if (!parenthesesMatch(tokens)) syntaxError("a parenthesis is missing", sql);
     AccessStatement out;
     out.select = tokens[0].is("SELECT");
     bool changes = tokens[0].is("UPDATE") || tokens[0].is("INSERT") || tokens[0].is("DELETE");
@@ -300,7 +311,9 @@ std::string translateRule(std::string_view rule, const std::string& field) {
         if (full[i].is("BETWEEN") && full[i + 2].is("AND") && full[i + 3].text == field &&
             full[i + 4].isSymbol("="))
             full.erase(full.begin() + static_cast<long>(i) + 3, full.begin() + static_cast<long>(i) + 5);
-    if (full.empty()) throw CDaoException("The validation rule of the field " + field + " is empty.");
+    if (full.empty() || !parenthesesMatch(tokens))
+        throw CDaoException("The validation rule of the field " + field +
+                            " is no condition: " + std::string(rule));
     Writer writer(full);
     writer.conditionFromStart();
     return writer.write(0, full.size());
@@ -313,9 +326,9 @@ std::string translateDefault(std::string_view expression, bool isText) {
     bool literal = !s.empty() && (s.front() == '"' || s.front() == '\'' || s.front() == '#');
     if (isText && !literal) return quotedText(s);
     tokens = Tokenizer(s).all();
-    if (!literal &&
-        !(tokens.size() == 1 && (tokens[0].kind == Token::kNumber || tokens[0].kind == Token::kWord)) &&
-        !(tokens.size() == 2 && tokens[0].isSymbol("-") && tokens[1].kind == Token::kNumber))
+    bool single = tokens.size() == 1 && tokens[0].kind != Token::kSymbol && tokens[0].kind != Token::kName;
+    bool negative = tokens.size() == 2 && tokens[0].isSymbol("-") && tokens[1].kind == Token::kNumber;
+    if (!single && !negative)
         throw CDaoException("The default value " + std::string(s) + " is no text, number or date.");
     Writer writer(tokens);
     writer.conditionFromStart();

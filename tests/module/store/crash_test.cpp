@@ -57,4 +57,28 @@ TEST(StoreCrash, WhatWasReportedSavedIsThereAfterAKill) {
     }
 }
 
+// Two programs on one file wait for each other.
+TEST(StoreTogether, TwoProcessesSaveIntoOneDatabase) {
+    if (!haveSqlite3()) GTEST_SKIP() << "the sqlite3 program is not installed";
+    ScratchFolder folder;
+    ::setenv("NORVANE_REGISTRY", folder("registry.ini").c_str(), 1);
+    HostDoubleBackend backend;
+    std::string path = folder("out.mdb");
+    auto save = [&](const std::string& who, int count) {
+        for (int i = 0; i < count; ++i)
+            if (!SaveRecord(path, {"TREE", "PT_ID", who + std::to_string(i), "TREE"},
+                            {{"N", FieldKind::kInt, std::to_string(i)}}))
+                return false;
+        return true;
+    };
+    ASSERT_TRUE(save("first", 1));
+    pid_t child = ::fork();
+    if (child == 0) ::_exit(save("child", 60) ? 0 : 1);
+    EXPECT_TRUE(save("parent", 60)) << (host().boxes.empty() ? "" : host().boxes[0]);
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(sqlite3(path, "SELECT count(DISTINCT PT_ID), count(*) FROM TREE"), "121|121\n");
+}
+
 }  // namespace

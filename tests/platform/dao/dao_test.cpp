@@ -255,7 +255,8 @@ TEST_F(Dao, StatementsOfTheDialect) {
     for (const char* wrong :
          {"", "SELECT", "SELECT * FROM", "SELEKT * FROM POLES", "SELECT * FROM POLES WHERE OWNER = 'O'Brien'",
           "SELECT * FROM [POLES", "SELECT * FROM POLES; DROP TABLE POLES",
-          "SELECT * FROM POLES WHERE OWNER = 'O'Neil", "SELECT * FROM POLES WHERE SEEN = #13/13/2004#"})
+          "SELECT * FROM POLES WHERE OWNER = 'O'Neil", "SELECT * FROM POLES WHERE SEEN = #13/13/2004#",
+          "SELECT * FROM POLES WHERE PT_ID = '1') OR (PT_ID = '2'"})
         EXPECT_NE(descriptionOf([&] { column(wrong); }), "no exception") << wrong;
     EXPECT_NE(descriptionOf([&] { db.Execute("DROP TABLE POLES"); }), "no exception");
     EXPECT_EQ(column("poles").size(), 2u);
