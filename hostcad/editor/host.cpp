@@ -48,21 +48,36 @@ std::string userFolder() {
     return withSeparator(absolutePath(folder));
 }
 
-// Days since the beginning of the Julian calendar, with the time of day as the fraction.
-double julianDay(std::time_t now) {
+struct Moment {
     std::tm local{};
-    localtime_r(&now, &local);
-    constexpr double kUnixEpoch = 2440588;  // whole days count from midnight here
-    double seconds = static_cast<double>(now) + static_cast<double>(local.tm_gmtoff);
-    return kUnixEpoch + seconds / 86400;
+    double seconds = 0;  // within the minute, with their fraction
+};
+
+Moment now() {
+    timespec time{};
+    clock_gettime(CLOCK_REALTIME, &time);
+    Moment moment;
+    localtime_r(&time.tv_sec, &moment.local);
+    moment.seconds = moment.local.tm_sec + static_cast<double>(time.tv_nsec) / 1e9;
+    return moment;
 }
 
-// 20050621.143000: the date and time as one number.
-double calendarNumber(std::time_t now) {
-    std::tm t{};
-    localtime_r(&now, &t);
+// Days since the beginning of the Julian calendar, whole ones at midnight, with the time of day as the
+// fraction.
+double julianDay(const Moment& moment) {
+    const std::tm& t = moment.local;
+    int toMarch = (14 - (t.tm_mon + 1)) / 12;  // years begin in March, so that leap days come last
+    long year = t.tm_year + 1900 + 4800 - toMarch;
+    long month = t.tm_mon + 1 + 12 * toMarch - 3;
+    long day = t.tm_mday + (153 * month + 2) / 5 + 365 * year + year / 4 - year / 100 + year / 400 - 32045;
+    return static_cast<double>(day) + (t.tm_hour * 3600 + t.tm_min * 60 + moment.seconds) / 86400;
+}
+
+// 20050621.143000250: the date and time as one number.
+double calendarNumber(const Moment& moment) {
+    const std::tm& t = moment.local;
     double date = (t.tm_year + 1900) * 10000.0 + (t.tm_mon + 1) * 100.0 + t.tm_mday;
-    return date + t.tm_hour / 1e2 + t.tm_min / 1e4 + t.tm_sec / 1e6;
+    return date + t.tm_hour / 1e2 + t.tm_min / 1e4 + moment.seconds / 1e6;
 }
 
 }  // namespace
@@ -289,8 +304,8 @@ void Host::defineVariables() {
     using V = VariableValue;
     auto number = [](long n) { return [n] { return V::ofInteger(n); }; };
     variables_.define("ACADVER", [] { return V::ofText("16.1"); });
-    variables_.define("DATE", [] { return V::ofReal(julianDay(std::time(nullptr))); });
-    variables_.define("CDATE", [] { return V::ofReal(calendarNumber(std::time(nullptr))); });
+    variables_.define("DATE", [] { return V::ofReal(julianDay(now())); });
+    variables_.define("CDATE", [] { return V::ofReal(calendarNumber(now())); });
     variables_.define("DWGNAME", [] {
         std::string name = files::nameOf(currentDrawing().path());
         return V::ofText(name.empty() ? "Drawing.dxf" : name);
