@@ -132,6 +132,7 @@ Answer Host::ask(Prompt prompt) {
 
 bool Host::runLine(const std::string& line) {
     std::string_view typed = text::trim(line);
+    lisp_->clearCancel();
     try {
         if (!typed.empty() && (typed.front() == '(' || typed.front() == '!')) {
             if (typed.front() == '!') typed.remove_prefix(1);
@@ -151,6 +152,7 @@ bool Host::runLine(const std::string& line) {
 }
 
 void Host::runScript(const std::string& path) {
+    lisp_->clearCancel();
     lisp_->runFile(path);
     std::string open = commands_->activeName();
     if (commands_->finish() == CommandProcessor::Result::Abandoned)

@@ -68,6 +68,8 @@ class Interpreter {
     };
     // Ends the running program with "Function cancelled" at its next step. May come from a signal handler.
     void cancel() { cancelled_ = true; }
+    // Forgets a cancellation that came when nothing ran.
+    void clearCancel() { cancelled_ = false; }
     // A guarded run ends with an error after so many steps; 0: no limit.
     void limitSteps(std::uint64_t steps);
     // Throws where the stack or the steps are used up, or the user has cancelled.
