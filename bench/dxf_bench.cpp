@@ -4,6 +4,7 @@
 //   dxf_bench FILE...      these files
 // With ezdxf installed, its time for opening the same file (up to 100 MB) is shown beside ours.
 #include <sys/wait.h>
+#include <time.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -23,8 +24,25 @@ using namespace hostcad;
 
 namespace {
 
-double seconds() {
-    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+// Seconds by the clock on the wall, and of the processor: on a machine that does other things too, the second
+// tells more.
+struct Time {
+    double wall = 0, processor = 0;
+};
+
+Time now() {
+    timespec used{};
+    ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &used);
+    return {std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count(),
+            static_cast<double>(used.tv_sec) + static_cast<double>(used.tv_nsec) * 1e-9};
+}
+
+template <class Work>
+Time timeOf(Work work) {
+    Time start = now();
+    work();
+    Time end = now();
+    return {end.wall - start.wall, end.processor - start.processor};
 }
 
 double megabytes(double bytes) {
@@ -88,27 +106,41 @@ bool makeSurvey(const std::string& path, int entities) {
     return writeDxf(*drawing, path, drawing->format(), error);
 }
 
-// The time of looking at every main entity for the extended data of one application.
-double lookForLinks(long& entities) {
+// Looks at every main entity for the extended data of one application, and counts them.
+long lookForLinks() {
     resbuf* application = acutBuildList(RTSTR, "SURVEY_APP", 0);
     const Drawing& drawing = currentDrawing();
-    double start = seconds();
+    long entities = 0;
     for (ObjectId id = drawing.firstEntity(); id; id = drawing.nextEntity(id), ++entities) {
         ads_name name;
         nameOf(id, name);
         acutRelRb(acdbEntGetX(name, application));
     }
-    double time = seconds() - start;
     acutRelRb(application);
-    return time;
+    return entities;
+}
+
+void show(const char* what, double bytes, Time time) {
+    std::printf("  %-12s %7.3f s, processor %7.3f s: %4.0f MB/s, %4.0f MB/s\n", what, time.wall,
+                time.processor, megabytes(bytes) / time.wall, megabytes(bytes) / time.processor);
+}
+
+void compareWithEzdxf(const std::string& path, double opened) {
+    std::string script =
+        "/usr/bin/python3 -c \"\nimport time, sys\ntry: import ezdxf\nexcept ImportError: sys.exit()\n"
+        "t = time.time(); ezdxf.readfile('" +
+        path +
+        "'); t = time.time() - t\n"
+        "print(f'  ezdxf opens it in {t:.2f} s, {t / " +
+        std::to_string(opened) + ":.0f} times as long')\"";
+    if (std::system(script.c_str()) != 0) std::printf("  no time of ezdxf\n");
 }
 
 void measure(const std::string& path) {
     auto size = static_cast<double>(std::filesystem::file_size(path));
-    std::string error, copy = path + ".saved";
-    double start = seconds();
-    auto drawing = readDxf(path, error);
-    double opened = seconds() - start;
+    std::string error, copy = path + ".saved", content;
+    std::unique_ptr<Drawing> drawing;
+    Time opened = timeOf([&] { drawing = readDxf(path, error); });
     if (!drawing) {
         std::printf("%s\n", error.c_str());
         return;
@@ -116,39 +148,24 @@ void measure(const std::string& path) {
     double peak = peakMemory();
     setCurrentDrawing(std::move(drawing));
     long entities = 0;
-    double looked = lookForLinks(entities);
-    start = seconds();
-    bool saved = writeDxf(currentDrawing(), copy, currentDrawing().format(), error);
-    double wrote = seconds() - start;
+    Time looked = timeOf([&] { entities = lookForLinks(); });
+    std::printf("%ld entities, %.1f MB, peak memory %.2f times the file\n", entities, megabytes(size),
+                peak / size);
+    show("open", size, opened);
+    show("save", size, timeOf([&] { writeDxf(currentDrawing(), copy, currentDrawing().format(), error); }));
+    std::filesystem::remove(copy);
     DxfFormat binary = currentDrawing().format();
     binary.binary = true;
-    std::string content;
-    start = seconds();
-    saved = saved && formatDxf(currentDrawing(), binary, content, error);
-    double wroteBinary = seconds() - start;
-    start = seconds();
-    saved = saved && parseDxf(content, error) != nullptr;
-    double openedBinary = seconds() - start;
-    std::filesystem::remove(copy);
-    std::printf(
-        "%8ld entities %7.1f MB: open %6.3f s (%4.0f MB/s, peak memory %.2f times the file), "
-        "save %6.3f s (%4.0f MB/s), entgetx %4.0f ns each (%.0f ms)\n",
-        entities, megabytes(size), opened, megabytes(size) / opened, peak / size, wrote,
-        megabytes(size) / wrote, looked / static_cast<double>(entities) * 1e9, looked * 1e3);
-    std::printf("%26.1f MB binary: open %6.3f s (%4.0f MB/s), save to memory %6.3f s%s\n",
-                megabytes(static_cast<double>(content.size())), openedBinary,
-                megabytes(static_cast<double>(content.size())) / openedBinary, wroteBinary,
-                saved ? "" : " FAILED");
+    Time formatted = timeOf([&] { formatDxf(currentDrawing(), binary, content, error); });
+    auto binarySize = static_cast<double>(content.size());
+    show("to binary", binarySize, formatted);
+    show("from binary", binarySize, timeOf([&] { parseDxf(content, error); }));
+    std::printf("  lists with extended data: %.0f ms, processor %.0f ms, %.0f ns each\n", looked.wall * 1e3,
+                looked.processor * 1e3, looked.processor / static_cast<double>(entities) * 1e9);
+    if (!error.empty()) std::printf("  %s\n", error.c_str());
     std::fflush(stdout);
-    if (size > 100e6) return;
-    std::string script =
-        "/usr/bin/python3 -c \"\nimport time, sys\ntry: import ezdxf\nexcept ImportError: sys.exit()\n"
-        "t = time.time(); ezdxf.readfile('" +
-        path +
-        "'); t = time.time() - t\n"
-        "print(f'%26s ezdxf opens it in {t:.2f} s, {t / " +
-        std::to_string(opened) + ":.0f} times as long' % '')\"";
-    if (std::system(script.c_str()) != 0) std::printf("no time of ezdxf\n");
+    constexpr double kLargestForEzdxf = 100e6;
+    if (size < kLargestForEzdxf) compareWithEzdxf(path, opened.wall);
 }
 
 // Each file is measured in a process of its own, so that its peak of memory is its own.

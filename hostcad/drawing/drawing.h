@@ -104,6 +104,7 @@ class Drawing {
     // Erases an object with its parts, or brings it back.
     void setErased(ObjectId id, bool erased);
     GroupArena& arena() { return arena_; }
+    const GroupArena& arena() const { return arena_; }
     uint64_t newHandle() { return nextHandle_++; }
     // The handle that newHandle gives next.
     uint64_t handleSeed() const { return nextHandle_; }

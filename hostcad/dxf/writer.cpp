@@ -14,7 +14,14 @@ namespace {
 class AsciiOutput {
   public:
     AsciiOutput(std::string& out, DxfFormat format, int codePage)
-        : out_(out), lineEnd_(format.carriageReturns ? "\r\n" : "\n"), codec_(format, codePage) {}
+        : out_(out), lineEnd_(format.carriageReturns ? "\r\n" : "\n"), codec_(format, codePage) {
+        // Codes stand to the right of three columns.
+        for (int code = 0; code <= kLastGroupCode; ++code) {
+            std::string digits = std::to_string(code);
+            codeLines_.push_back(std::string(digits.size() < 3 ? 3 - digits.size() : 0, ' ') + digits +
+                                 std::string(lineEnd_));
+        }
+    }
 
     void text(int code, std::string_view value) {
         putCode(code);
@@ -58,13 +65,7 @@ class AsciiOutput {
     }
 
   private:
-    void putCode(int code) {
-        char digits[8] = {' ', ' ', ' '};
-        char* begin = digits + (code < 10 ? 2 : code < 100 ? 1 : 0);
-        auto [end, error] = std::to_chars(begin, digits + sizeof digits, code);
-        out_.append(digits, static_cast<size_t>(end - digits));
-        out_ += lineEnd_;
-    }
+    void putCode(int code) { out_ += codeLines_[static_cast<size_t>(code)]; }
 
     void putHex(uint64_t value) {
         char digits[16];
@@ -77,6 +78,7 @@ class AsciiOutput {
     std::string& out_;
     std::string_view lineEnd_;
     TextCodec codec_;
+    std::vector<std::string> codeLines_;
 };
 
 // Groups as the bytes of a binary file.
@@ -271,6 +273,8 @@ bool formatDxf(const Drawing& drawing, const DxfFormat& format, std::string& con
     error = fit.obstacle();
     if (!error.empty()) return false;
     content.clear();
+    // A file is about as large as its groups in memory; what is not needed of this is never touched.
+    content.reserve(drawing.arena().footprint());
     if (format.binary) {
         BinaryOutput output(content, format, drawing.codePage());
         Writer<BinaryOutput>(drawing, format, fit, output).write();
