@@ -20,6 +20,7 @@ void addUpperFields(ui::Dialog& d) {
 void addGrid(ui::Dialog& d) {
     auto& grid = d.add<ui::Grid>(kGrid, 2, 0);
     grid.setFont({"Courier New", 16, 8, 400});
+    grid.setWholeRows(true);
 }
 
 // Their place is kept; they come to life with the images of a record.

@@ -33,6 +33,10 @@ std::optional<std::string> namePrompt(const NamePrompt& prompt) {
     return g_backend ? g_backend->namePrompt(prompt) : std::nullopt;
 }
 
+bool print(const PrintJob& job) {
+    return g_backend && g_backend->print(job);
+}
+
 bool askYesNo(const std::string& title, const std::string& question) {
     return messageBox(title, question, kBoxAlert | kBoxYesNo) == kYes;
 }

@@ -8,6 +8,7 @@
 
 #include "platform/ui/dialog.h"
 #include "platform/ui/font.h"
+#include "platform/ui/print_job.h"
 
 namespace ui {
 
@@ -56,6 +57,8 @@ class Backend {
     virtual int messageBox(const MessageBox& box) = 0;
     virtual std::optional<std::string> fileBox(const FileBox& box) = 0;
     virtual std::optional<std::string> namePrompt(const NamePrompt& prompt) = 0;
+    // False when nothing was printed.
+    virtual bool print(const PrintJob& job) = 0;
     virtual std::unique_ptr<FontMetrics> metrics(const Font& font) = 0;
     // Shows what has changed, in the middle of long work.
     virtual void refresh() {}

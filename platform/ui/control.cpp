@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 
+#include "platform/text/text.h"
 #include "platform/ui/dialog.h"
 
 namespace ui {
@@ -208,6 +209,40 @@ void Tree::clearNodes() {
 void Tree::select(int index) {
     selected_ = isNode(index) ? index : -1;
     changed();
+}
+
+bool Tree::hasChildren(int index) const {
+    return std::any_of(nodes_.begin(), nodes_.end(),
+                       [&](const Node& node) { return !node.removed && node.parent == index; });
+}
+
+std::vector<std::vector<int>> Tree::children() const {
+    std::vector<std::vector<int>> children(nodes_.size() + 1);
+    for (size_t i = 0; i < nodes_.size(); ++i)
+        if (!nodes_[i].removed)
+            children[nodes_[i].parent < 0 ? nodes_.size() : static_cast<size_t>(nodes_[i].parent)].push_back(
+                static_cast<int>(i));
+    if (!sorted_) return children;
+    for (std::vector<int>& siblings : children)
+        std::stable_sort(siblings.begin(), siblings.end(), [&](int a, int b) {
+            return text::upper(nodes_[static_cast<size_t>(a)].text) <
+                   text::upper(nodes_[static_cast<size_t>(b)].text);
+        });
+    return children;
+}
+
+std::vector<int> Tree::seenNodes() const {
+    const std::vector<std::vector<int>> below = children();
+    std::vector<int> seen, waiting(below.back().rbegin(), below.back().rend());
+    while (!waiting.empty()) {
+        int node = waiting.back();
+        waiting.pop_back();
+        seen.push_back(node);
+        const std::vector<int>& next = below[static_cast<size_t>(node)];
+        if (nodes_[static_cast<size_t>(node)].expanded)
+            waiting.insert(waiting.end(), next.rbegin(), next.rend());
+    }
+    return seen;
 }
 
 int Tree::find(std::string_view text, int parent) const {

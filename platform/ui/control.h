@@ -198,11 +198,13 @@ class Tree : public Control {
     struct Node {
         std::string text;
         int parent = -1;  // index of the parent, -1 at the top
-        int image = 0;
+        int image = 0;    // 0 a folder, 1 a leaf
         bool expanded = false;
         bool removed = false;  // indices of the other nodes stay as they are
     };
-    explicit Tree(int id) : Control(ControlKind::Tree, id, {}) {}
+    // sorted: the nodes below a node are shown by their text, without regard to case; else in the order in
+    // which they were added.
+    explicit Tree(int id, bool sorted = false) : Control(ControlKind::Tree, id, {}), sorted_(sorted) {}
     const std::vector<Node>& nodes() const { return nodes_; }
     int addNode(int parent, std::string text, int image = 0);  // its index
     void setNode(int index, std::string text, int image);
@@ -211,11 +213,17 @@ class Tree : public Control {
     void clearNodes();
     int selected() const { return selected_; }
     void select(int index);
+    bool hasChildren(int index) const;
+    // The nodes below each node as they are shown; those at the top stand behind the last.
+    std::vector<std::vector<int>> children() const;
+    // The nodes that no closed one above hides, from top to bottom.
+    std::vector<int> seenNodes() const;
     // The node of that text below a parent; -1 for none.
     int find(std::string_view text, int parent = -1) const;
 
   private:
     bool isNode(int index) const;
+    bool sorted_;
     std::vector<Node> nodes_;
     int selected_ = -1;
 };

@@ -148,6 +148,11 @@ class Dialog {
   private:
     void own(std::unique_ptr<Control> control);
     std::string cannotUse(const Control& control) const;
+    std::string userMnemonic(char letter);
+    std::optional<std::string> userShortcut(const Key& key);
+    std::string userControlKey(Control& control, const Key& key);
+    std::string userItemKey(ItemControl& items, const Key& key);
+    std::string userTreeKey(Tree& tree, const Key& key);
     std::string userGridKey(Grid& grid, const Key& key);
     std::string userListCellKey(Grid& grid, const std::string& key);
     void enterDefault();

@@ -86,6 +86,9 @@ class Grid : public Control {
     double columnWidthInCharacters(int column) const;
     void setColumnWidthInCharacters(int column, double characters);
     int rowHeight() const;
+    // A grid of whole rows is never shown with a part of one at its lower edge.
+    bool wholeRows() const { return wholeRows_; }
+    void setWholeRows(bool on) { wholeRows_ = on; }
     // The width that a cell's text needs, in characters.
     double neededWidth(int column, int row) const;
     const Font& font() const { return font_; }
@@ -124,6 +127,7 @@ class Grid : public Control {
     std::string editText_;
     Font font_{"Courier New", 16, 8, 400};
     int clientWidth_ = 400;
+    bool wholeRows_ = false;
 };
 
 }  // namespace ui

@@ -34,5 +34,6 @@ class HostDoubleBackend : public ui::Backend {
     }
     std::optional<std::string> fileBox(const ui::FileBox&) override { return std::nullopt; }
     std::optional<std::string> namePrompt(const ui::NamePrompt&) override { return std::nullopt; }
+    bool print(const ui::PrintJob&) override { return false; }
     std::unique_ptr<ui::FontMetrics> metrics(const ui::Font&) override { return nullptr; }
 };

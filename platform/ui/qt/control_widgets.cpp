@@ -13,11 +13,11 @@
 #include <QRadioButton>
 #include <QSignalBlocker>
 #include <QTabBar>
-#include <QTreeWidget>
 
 #include "platform/ui/qt/dialog_window.h"
 #include "platform/ui/qt/grid_view.h"
 #include "platform/ui/qt/qt_text.h"
+#include "platform/ui/qt/tree_widget.h"
 
 namespace ui {
 namespace {
@@ -176,6 +176,7 @@ class DropDownWidget : public Shown<DropDown, QComboBox> {
             if (dialog_.running()) update();
         });
         if (!control_.editable()) return;
+        q_->setCompleter(nullptr);  // what is typed is what counts
         q_->lineEdit()->setObjectName(QString::number(control_.id()));
         q_->lineEdit()->installEventFilter(&window_);
         QObject::connect(q_->lineEdit(), &QLineEdit::textEdited, q_,
@@ -197,38 +198,6 @@ class DropDownWidget : public Shown<DropDown, QComboBox> {
             q_->setEditText(toQt(control_.text()));
     }
     QStringList shown_;
-};
-
-class TreeWidget : public Shown<Tree, QTreeWidget> {
-  public:
-    TreeWidget(Control& control, Dialog& dialog, DialogWindow& window) : Shown(control, dialog, window) {
-        q_->setHeaderHidden(true);
-        QObject::connect(q_, &QTreeWidget::itemClicked, q_, [this](QTreeWidgetItem* item) {
-            dialog_.userPick(control_, item->data(0, Qt::UserRole).toInt());
-        });
-        QObject::connect(q_, &QTreeWidget::itemDoubleClicked, q_, [this](QTreeWidgetItem* item) {
-            dialog_.userDoubleClick(control_, item->data(0, Qt::UserRole).toInt());
-        });
-    }
-
-  private:
-    void show() override {
-        q_->clear();
-        std::vector<QTreeWidgetItem*> items;
-        for (size_t i = 0; i < control_.nodes().size(); ++i) {
-            const Tree::Node& node = control_.nodes()[i];
-            items.push_back(nullptr);
-            if (node.removed) continue;
-            auto* item = node.parent < 0 ? new QTreeWidgetItem(q_)
-                                         : new QTreeWidgetItem(items[static_cast<size_t>(node.parent)]);
-            item->setText(0, toQt(node.text));
-            item->setData(0, Qt::UserRole, static_cast<int>(i));
-            items.back() = item;
-        }
-        for (size_t i = 0; i < items.size(); ++i)
-            if (items[i]) items[i]->setExpanded(control_.nodes()[i].expanded);
-        if (control_.selected() >= 0) q_->setCurrentItem(items[static_cast<size_t>(control_.selected())]);
-    }
 };
 
 class ProgressWidget : public Shown<Progress, QProgressBar> {
@@ -277,6 +246,8 @@ class MenuWidget : public Shown<Menu, QMenuBar> {
 
   private:
     void show() override {
+        // The entry that has brought the change about may still be in its menu.
+        for (QMenu* menu : q_->findChildren<QMenu*>(Qt::FindDirectChildrenOnly)) menu->deleteLater();
         q_->clear();
         std::vector<QMenu*> open;
         const auto& entries = control_.entries();
@@ -329,7 +300,7 @@ std::unique_ptr<ControlWidget> makeControlWidget(Control& control, Dialog& dialo
         case ControlKind::DropDown:
             return std::make_unique<DropDownWidget>(control, dialog, window);
         case ControlKind::Tree:
-            return std::make_unique<TreeWidget>(control, dialog, window);
+            return makeTreeWidget(static_cast<Tree&>(control), dialog, window);
         case ControlKind::Progress:
             return std::make_unique<ProgressWidget>(control, dialog, window);
         case ControlKind::Picture:

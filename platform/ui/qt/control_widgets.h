@@ -14,6 +14,8 @@ class ControlWidget {
   public:
     virtual ~ControlWidget() = default;
     virtual QWidget* widget() = 0;
+    // What stands in the layout: the widget, or a frame round it.
+    virtual QWidget* placed() { return widget(); }
     // Takes over what has changed in the model.
     virtual void update() = 0;
     // A person types text into it, so that plain keys are its own.

@@ -42,6 +42,11 @@ QWidget* DialogWindow::widgetOf(int id) const {
     return control ? control->widget() : nullptr;
 }
 
+QWidget* DialogWindow::placedOf(int id) const {
+    ControlWidget* control = find(id);
+    return control ? control->placed() : nullptr;
+}
+
 // --- Making -----------------------------------------------------------------------------------------------
 
 void DialogWindow::makeWidgets() {
@@ -72,7 +77,7 @@ void DialogWindow::placeTable(QGridLayout& into, const Layout& table) {
     for (size_t row = 0; row < table.children.size(); ++row)
         for (size_t column = 0; column < table.children[row].children.size(); ++column) {
             const Layout& cell = table.children[row].children[column];
-            QWidget* widget = cell.kind == Layout::Kind::Item ? widgetOf(cell.control) : nullptr;
+            QWidget* widget = cell.kind == Layout::Kind::Item ? placedOf(cell.control) : nullptr;
             if (row == 0) into.setColumnStretch(static_cast<int>(column), cell.stretch);
             if (widget) into.addWidget(widget, static_cast<int>(row), static_cast<int>(column));
         }
@@ -100,7 +105,7 @@ void DialogWindow::place(QBoxLayout& into, const Layout& part) {
             into.addStretch(part.stretch);
             break;
         case Layout::Kind::Item:
-            if (QWidget* widget = widgetOf(part.control)) into.addWidget(widget, part.stretch);
+            if (QWidget* widget = placedOf(part.control)) into.addWidget(widget, part.stretch);
             break;
         case Layout::Kind::Group: {
             QWidget* box = widgetOf(part.control);
@@ -115,7 +120,7 @@ void DialogWindow::place(QBoxLayout& into, const Layout& part) {
 
 void DialogWindow::placeRectangles() {
     for (const auto& [id, rectangle] : dialog_.rectangles())
-        if (QWidget* widget = widgetOf(id)) {
+        if (QWidget* widget = placedOf(id)) {
             widget->setParent(this);
             widget->setGeometry(rectangle.left, rectangle.top, rectangle.width, rectangle.height);
             if (dialog_.find(id)->kind() == ControlKind::GroupBox) widget->lower();
@@ -133,7 +138,7 @@ void DialogWindow::controlChanged(Control& control) {
     auto rectangle = dialog_.rectangles().find(control.id());
     if (rectangle == dialog_.rectangles().end()) return;
     const Rect& r = rectangle->second;
-    shown->widget()->setGeometry(r.left, r.top, r.width, r.height);
+    shown->placed()->setGeometry(r.left, r.top, r.width, r.height);
 }
 
 void DialogWindow::focusChanged(int) {
@@ -164,6 +169,18 @@ bool DialogWindow::offerKey(const QKeyEvent& event, bool isText) {
     return dialog_.userUnclaimedKey(*key).empty();
 }
 
+// Alt and the letter of a menu's heading, which no control has claimed.
+bool DialogWindow::openMenu(const QKeyEvent& key) {
+    if (!(key.modifiers() & Qt::AltModifier)) return false;
+    for (auto* bar : findChildren<QMenuBar*>())
+        for (QAction* heading : bar->actions())
+            if (QKeySequence::mnemonic(heading->text()) == QKeySequence(Qt::ALT | key.key())) {
+                bar->setActiveAction(heading);
+                return true;
+            }
+    return false;
+}
+
 bool DialogWindow::eventFilter(QObject* watched, QEvent* event) {
     auto* widget = qobject_cast<QWidget*>(watched);
     if (event->type() == QEvent::ShortcutOverride) {
@@ -174,7 +191,8 @@ bool DialogWindow::eventFilter(QObject* watched, QEvent* event) {
         ControlWidget* control = widget ? find(widget->objectName().toInt()) : nullptr;
         if (control || watched == this) {
             bool isText = control && control->takesText();
-            if (offerKey(*static_cast<QKeyEvent*>(event), isText)) return true;
+            auto& key = *static_cast<QKeyEvent*>(event);
+            if (offerKey(key, isText) || openMenu(key)) return true;
             // Keys that mean nothing to a dialog must not reach the frame, where Escape and Enter would end
             // it.
             return watched == this;

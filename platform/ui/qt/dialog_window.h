@@ -48,7 +48,10 @@ class DialogWindow : public QDialog, public DialogView {
     void place(QBoxLayout& into, const Layout& part);
     void placeTable(QGridLayout& into, const Layout& table);
     void placeRectangles();
+    bool openMenu(const QKeyEvent& key);
     ControlWidget* find(int id) const;
+    // What stands in the layout for a control; null when there is none.
+    QWidget* placedOf(int id) const;
 
     Dialog& dialog_;
     std::map<int, std::unique_ptr<ControlWidget>> widgets_;

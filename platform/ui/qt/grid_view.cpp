@@ -118,6 +118,7 @@ GridView::GridView(Grid& grid, Dialog& dialog, DialogWindow& window)
     setTabKeyNavigation(false);
     setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+    if (grid.wholeRows()) setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     verticalHeader()->setDefaultSectionSize(QFontMetrics(qtFont(grid.font())).height() + window.scaled(8));
     bool headed = false;
@@ -170,6 +171,16 @@ void GridView::resizeEvent(QResizeEvent* event) {
     if (!refreshing_) showColumns();
 }
 
+int GridView::heightOfWholeRows(int available) const {
+    constexpr int kMargin = 4;  // at 96 dpi
+    int row = verticalHeader()->defaultSectionSize();
+    // The scroll bar's room is kept free also while there is none, so that the rows do not jump.
+    int others = 2 * frameWidth() + style()->pixelMetric(QStyle::PM_ScrollBarExtent) +
+                 (horizontalHeader()->isVisible() ? horizontalHeader()->sizeHint().height() : 0);
+    int rows = std::max(0, available - window_.scaled(kMargin) - others - 1) / row;
+    return rows * row + others;
+}
+
 void GridView::openEditor() {
     CellPosition at = grid_.active();
     if (editor_ && !(edited_ == at)) closeEditor();
@@ -216,8 +227,7 @@ void GridView::closeEditor() {
     if (hadFocus && dialog_.focus() == grid_.id()) setFocus();
 }
 
-// --- What a person does
-// --------------------------------------------------------------------------------------
+// --- What a person does -----------------------------------------------------------------------------------
 
 bool GridView::isOnArrow(const QModelIndex& index, const QPoint& at) const {
     return at.x() >= visualRect(index).right() - window_.scaled(kArrowWidth);
@@ -269,15 +279,33 @@ bool GridView::eventFilter(QObject* watched, QEvent* event) {
     return QTableView::eventFilter(watched, event);
 }
 
-// --- The control
-// ---------------------------------------------------------------------------------------------
+// --- The control ------------------------------------------------------------------------------------------
+
+WholeRowsFrame::WholeRowsFrame(GridView& view, QWidget* parent) : QWidget(parent), view_(view) {
+    view.setParent(this);
+    setMinimumSize(view.minimumSize());
+    setSizePolicy(view.sizePolicy());
+    view.setMinimumSize(0, 0);
+}
+
+// As much of a record as a small screen leaves room for is seen at once.
+QSize WholeRowsFrame::sizeHint() const {
+    constexpr int kWishedRows = 11;
+    return {minimumWidth(), view_.verticalHeader()->defaultSectionSize() * (kWishedRows + 1)};
+}
+
+void WholeRowsFrame::resizeEvent(QResizeEvent*) {
+    view_.setGeometry(0, 0, width(), view_.heightOfWholeRows(height()));
+}
 
 GridWidget::GridWidget(Grid& grid, Dialog& dialog, DialogWindow& window)
-    : grid_(grid), view_(new GridView(grid, dialog, window)) {}
+    : grid_(grid), view_(new GridView(grid, dialog, window)) {
+    if (grid.wholeRows()) frame_ = new WholeRowsFrame(*view_, &window);
+}
 
 void GridWidget::update() {
     view_->setEnabled(grid_.enabled());
-    view_->setVisible(grid_.visible());
+    placed()->setVisible(grid_.visible());
     view_->refresh();
 }
 

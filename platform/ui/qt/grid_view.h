@@ -36,6 +36,8 @@ class GridView : public QTableView {
     void refresh();
     // The widget that edits the active cell; null when none does.
     QWidget* editor() const { return editor_; }
+    // The greatest height up to this one at which the last row that is seen is a whole one.
+    int heightOfWholeRows(int available) const;
 
   protected:
     void mousePressEvent(QMouseEvent* event) override;
@@ -58,16 +60,31 @@ class GridView : public QTableView {
     bool refreshing_ = false;
 };
 
+// The room that a layout gives to a grid of whole rows: the grid stands at its top and may be a little lower.
+class WholeRowsFrame : public QWidget {
+  public:
+    WholeRowsFrame(GridView& view, QWidget* parent);
+    QSize sizeHint() const override;
+
+  protected:
+    void resizeEvent(QResizeEvent* event) override;
+
+  private:
+    GridView& view_;
+};
+
 class GridWidget : public ControlWidget {
   public:
     GridWidget(Grid& grid, Dialog& dialog, DialogWindow& window);
     QWidget* widget() override { return view_; }
+    QWidget* placed() override { return frame_ ? frame_ : static_cast<QWidget*>(view_); }
     void update() override;
     void takeFocus() override;
 
   private:
     Grid& grid_;
-    GridView* view_;  // the window's
+    GridView* view_;            // the window's
+    QWidget* frame_ = nullptr;  // the window's; of a grid of whole rows
 };
 
 }  // namespace ui

@@ -12,6 +12,7 @@
 #include "platform/files/files.h"
 #include "platform/text/text.h"
 #include "platform/ui/qt/dialog_window.h"
+#include "platform/ui/qt/qt_printing.h"
 #include "platform/ui/qt/qt_text.h"
 
 namespace ui {
@@ -130,6 +131,12 @@ std::optional<std::string> QtBackend::namePrompt(const NamePrompt& prompt) {
     returnToFront();
     if (!accepted) return std::nullopt;
     return fromQt(name);
+}
+
+bool QtBackend::print(const PrintJob& job) {
+    bool printed = printWithDialog(job, front());
+    returnToFront();
+    return printed;
 }
 
 std::unique_ptr<FontMetrics> QtBackend::metrics(const Font& font) {

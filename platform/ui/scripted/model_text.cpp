@@ -92,8 +92,8 @@ std::string gridText(const Grid& grid) {
             std::string cell = cellText(grid.cell(column, row));
             out += " " + cell;
             if (column < grid.columns())
-                out.append(
-                    widths[static_cast<size_t>(column)] - static_cast<size_t>(characterCount(cell)), ' ');
+                out.append(widths[static_cast<size_t>(column)] - static_cast<size_t>(characterCount(cell)),
+                           ' ');
         }
     }
     return out;

@@ -205,6 +205,22 @@ std::optional<std::string> ScriptedBackend::namePrompt(const NamePrompt& prompt)
     return name;
 }
 
+bool ScriptedBackend::print(const PrintJob& job) {
+    log_.push_back("print job [" + job.title + "] of " + std::to_string(job.pages.size()) + " pages");
+    for (size_t page = 0; page < job.pages.size(); ++page) {
+        if (job.onPage && !job.onPage(page)) return true;
+        std::string shown = "page " + std::to_string(page + 1);
+        for (int row = job.pages[page].first; row <= job.pages[page].last; ++row) {
+            std::vector<std::string> cells;
+            for (int column = 1; column <= job.table.columns(); ++column)
+                cells.push_back(job.table.text(column, row));
+            shown += "\n" + text::join(cells, " | ");
+        }
+        log_.push_back(shown);
+    }
+    return true;
+}
+
 std::unique_ptr<FontMetrics> ScriptedBackend::metrics(const Font& font) {
     return std::make_unique<FixedFontMetrics>(font.height, font.width ? font.width : (font.height + 1) / 2);
 }

@@ -79,6 +79,8 @@ class ScriptedBackend : public Backend {
     int messageBox(const MessageBox& box) override;
     std::optional<std::string> fileBox(const FileBox& box) override;
     std::optional<std::string> namePrompt(const NamePrompt& prompt) override;
+    // Logs the pages as text.
+    bool print(const PrintJob& job) override;
     // The measures of a fixed font: as high as asked for, half as wide.
     std::unique_ptr<FontMetrics> metrics(const Font& font) override;
 

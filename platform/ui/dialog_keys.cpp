@@ -1,0 +1,228 @@
+// What a key does in a dialog that has not claimed it for itself.
+#include <algorithm>
+#include <cctype>
+
+#include "platform/text/text.h"
+#include "platform/ui/dialog.h"
+
+namespace ui {
+
+constexpr int kPage = 10;  // rows or items of PageUp and PageDown
+// Handed on: the key means nothing to the control with the focus.
+constexpr const char* kPass = "pass";
+
+// Enter outside a button: the default button's work, with the focus left where it is.
+void Dialog::enterDefault() {
+    for (const auto& control : controls_)
+        if (auto* button = dynamic_cast<Button*>(control.get()); button && button->isDefault()) {
+            if (button->enabled() && button->visible()) onCommand(button->id());
+            return;
+        }
+    onCommand(kOk);
+}
+
+std::string Dialog::userKey(const Key& key) {
+    return onKey(key) ? std::string() : userUnclaimedKey(key);
+}
+
+// Alt and a letter: the control whose caption has the mnemonic, or the one behind the label that has it.
+std::string Dialog::userMnemonic(char letter) {
+    for (size_t i = 0; i < controls_.size(); ++i) {
+        Control& control = *controls_[i];
+        if (control.kind() == ControlKind::Edit || mnemonicOf(control.text()) != letter) continue;
+        if (control.takesFocus()) return userClick(control);
+        if (control.kind() == ControlKind::Label && i + 1 < controls_.size() &&
+            controls_[i + 1]->takesFocus())
+            return userFocus(*controls_[i + 1]);
+    }
+    return "no control has this mnemonic";
+}
+
+// Nothing when no menu has the key as its shortcut.
+std::optional<std::string> Dialog::userShortcut(const Key& key) {
+    for (const auto& control : controls_)
+        if (auto* menu = dynamic_cast<Menu*>(control.get()))
+            for (const Menu::Entry& entry : menu->entries())
+                if (!entry.shortcut.empty() && text::equalNoCase(entry.shortcut, keyText(key)))
+                    return userMenu(*menu, entry.command);
+    return std::nullopt;
+}
+
+std::string Dialog::userUnclaimedKey(const Key& key) {
+    if (key.alt && key.name.size() == 1)
+        return userMnemonic(static_cast<char>(std::toupper(static_cast<unsigned char>(key.name[0]))));
+    if (std::optional<std::string> answer = userShortcut(key)) return *answer;
+    Control* focused = find(focus_);
+    if (focused)
+        if (std::string answer = userControlKey(*focused, key); answer != kPass) return answer;
+    if (key.is("Tab"))
+        focusNext(key.shift);
+    else if (key.is("Enter"))
+        enterDefault();
+    else if (key.is("Escape"))
+        onCancel();
+    else
+        return "this key does nothing here";
+    return {};
+}
+
+std::string Dialog::userControlKey(Control& control, const Key& key) {
+    if (auto* grid = dynamic_cast<Grid*>(&control)) return userGridKey(*grid, key);
+    if (auto* items = dynamic_cast<ItemControl*>(&control)) return userItemKey(*items, key);
+    if (auto* tree = dynamic_cast<Tree*>(&control)) return userTreeKey(*tree, key);
+    if (auto* tabs = dynamic_cast<Tabs*>(&control); tabs && (key.is("Left") || key.is("Right"))) {
+        int page = tabs->page() + (key.is("Left") ? -1 : 1);
+        return page >= 0 && page < tabs->pageCount() ? userPick(control, page) : std::string();
+    }
+    switch (control.kind()) {
+        case ControlKind::Button:
+            return key.is("Enter") || key.is("Space") ? userClick(control) : kPass;
+        case ControlKind::CheckBox:
+        case ControlKind::RadioButton:
+            return key.is("Space") ? userClick(control) : kPass;
+        case ControlKind::Edit:
+            if (!key.control && !key.alt && (characterCount(key.name) == 1 || key.is("Space")))
+                return userText(control, control.text() + (key.is("Space") ? " " : key.name));
+            return kPass;
+        default:
+            return kPass;
+    }
+}
+
+// Arrows pick the item above or below; in a list of several, Shift takes it too and the space bar takes or
+// leaves the present one.
+std::string Dialog::userItemKey(ItemControl& items, const Key& key) {
+    auto* list = dynamic_cast<List*>(&items);
+    const int last = items.count() - 1, present = items.selected();
+    if (list && list->multiple() && key.is("Space"))
+        return present >= 0 ? userPick(items, present, true) : std::string();
+    int next = present;
+    if (key.is("Down"))
+        next = present + 1;
+    else if (key.is("Up"))
+        next = present - 1;
+    else if (list && key.is("PageDown"))
+        next = present + kPage;
+    else if (list && key.is("PageUp"))
+        next = present - kPage;
+    else if (key.is("Home") && !(items.kind() == ControlKind::DropDown))
+        next = 0;
+    else if (key.is("End") && !(items.kind() == ControlKind::DropDown))
+        next = last;
+    else
+        return kPass;
+    next = std::clamp(next, 0, std::max(0, last));
+    return last < 0 || next == present ? std::string() : userPick(items, next, key.shift);
+}
+
+// Arrows walk the nodes that are seen, and open and close those with others below them.
+std::string Dialog::userTreeKey(Tree& tree, const Key& key) {
+    const std::vector<int> seen = tree.seenNodes();
+    if (seen.empty()) return kPass;
+    const int last = static_cast<int>(seen.size()) - 1;
+    const int selected = tree.selected();
+    const int at = static_cast<int>(std::find(seen.begin(), seen.end(), selected) - seen.begin());
+    auto pick = [&](int place) {
+        int node = seen[static_cast<size_t>(std::clamp(place, 0, last))];
+        return node == selected ? std::string() : userPick(tree, node);
+    };
+    if (at > last)  // nothing that is seen is selected
+        return key.is("Down") || key.is("Home") ? pick(0)
+               : key.is("Up") || key.is("End")  ? pick(last)
+                                                : kPass;
+    const Tree::Node& node = tree.nodes()[static_cast<size_t>(selected)];
+    if (key.is("Down")) return pick(at + 1);
+    if (key.is("Up")) return pick(at - 1);
+    if (key.is("PageDown")) return pick(at + kPage);
+    if (key.is("PageUp")) return pick(at - kPage);
+    if (key.is("Home")) return pick(0);
+    if (key.is("End")) return pick(last);
+    if (key.is("Right")) {
+        if (node.expanded || !tree.hasChildren(selected)) return pick(at + (node.expanded ? 1 : 0));
+        tree.expand(selected);
+        return {};
+    }
+    if (key.is("Left")) {
+        if (!(node.expanded && tree.hasChildren(selected)))
+            return node.parent >= 0 ? userPick(tree, node.parent) : std::string();
+        tree.expand(selected, false);
+        return {};
+    }
+    return kPass;
+}
+
+// A letter picks the next item that begins so, the arrows the one above or below.
+std::string Dialog::userListCellKey(Grid& grid, const std::string& key) {
+    CellPosition at = grid.active();
+    const std::vector<std::string>& items = grid.type(at.column, at.row).items;
+    const std::string& shown = grid.editing() ? grid.editText() : grid.text(at.column, at.row);
+    const int count = static_cast<int>(items.size());
+    const int present =
+        static_cast<int>(std::find(items.begin(), items.end(), shown) - items.begin()) % (count + 1);
+    auto pick = [&](int index) { return userEdit(grid, items[static_cast<size_t>(index)]); };
+    if (key == "Down")
+        return present == count ? (count ? pick(0) : "") : pick(std::min(present + 1, count - 1));
+    if (key == "Up") return present == count ? "" : pick(std::max(present - 1, 0));
+    for (int step = 1; step <= count; ++step) {
+        int index = (present + step) % count;
+        if (text::startsWith(text::upper(items[static_cast<size_t>(index)]), text::upper(key)))
+            return pick(index);
+    }
+    return "no item of the list begins so";
+}
+
+// Keys that every grid knows; kPass hands the key on to the dialog.
+std::string Dialog::userGridKey(Grid& grid, const Key& key) {
+    CellPosition at = grid.active();
+    if (key.is("Escape")) {
+        if (!grid.editing()) return kPass;
+        grid.cancelEdit();
+        return {};
+    }
+    if (key.is("Enter") || key.is("Tab")) return kPass;
+    const CellType& type = grid.type(at.column, at.row);
+    if (key.is("Space") && type.kind == CellKind::CheckBox) {
+        return userCell(grid, at, grid.checked(at.column, at.row) ? "0" : "1");
+    }
+    if (key.is("Space") && type.kind == CellKind::Button) {
+        onCellClick(grid, at);
+        return {};
+    }
+    std::string typed = key.is("Space") ? " " : key.name;
+    bool character = !key.control && !key.alt && characterCount(typed) == 1;
+    bool closedList = type.kind == CellKind::DropDown && !type.editable;
+    if (closedList && (character || (grid.editing() && (key.is("Up") || key.is("Down")))))
+        return userListCellKey(grid, character ? typed : key.name);
+    if (character || key.is("Backspace") || key.is("Delete")) {
+        if (type.kind == CellKind::Static || type.kind == CellKind::CheckBox)
+            return "this cell is not edited";
+        std::string before = grid.editing() ? grid.editText() : std::string();
+        if (character) return userEdit(grid, before + typed);
+        while (!before.empty() && (before.back() & 0xC0) == 0x80) before.pop_back();
+        if (!before.empty()) before.pop_back();
+        return userEdit(grid, key.is("Delete") ? std::string() : before);
+    }
+    if (grid.editing() && (key.is("Left") || key.is("Right") || key.is("Home") || key.is("End"))) return {};
+    if (key.is("Left"))
+        --at.column;
+    else if (key.is("Right"))
+        ++at.column;
+    else if (key.is("Up"))
+        --at.row;
+    else if (key.is("Down"))
+        ++at.row;
+    else if (key.is("PageUp"))
+        at.row = std::max(1, at.row - kPage);
+    else if (key.is("PageDown"))
+        at.row = std::min(grid.rows(), at.row + kPage);
+    else if (key.is("Home"))
+        at.column = 1;
+    else if (key.is("End"))
+        at.column = grid.columns();
+    else
+        return kPass;
+    grid.setActive(at.column, at.row);
+    return {};
+}
+
+}  // namespace ui

@@ -1,0 +1,88 @@
+// A person at the screen: a list of actions, each done when the window before it has settled.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+#include <functional>
+#include <string>
+#include <vector>
+
+class QtPerson {
+  public:
+    using Action = std::function<void()>;
+
+    // Begins when the program next waits for an event.
+    void does(std::vector<Action> actions) {
+        actions_ = std::move(actions);
+        next_ = 0;
+        step();
+    }
+    bool finished() const { return next_ == actions_.size(); }
+
+    static QWidget* window() { return QApplication::activeModalWidget(); }
+    template <class W>
+    static W* child(int id) {
+        return window() ? window()->findChild<W*>(QString::number(id)) : nullptr;
+    }
+    static Action press(Qt::Key key, Qt::KeyboardModifiers with = Qt::NoModifier) {
+        return [=] {
+            QWidget* target = QApplication::focusWidget() ? QApplication::focusWidget() : window();
+            ASSERT_NE(target, nullptr);
+            QTest::keyClick(target, key, with);
+        };
+    }
+    static Action type(std::string text) {
+        return [=] {
+            for (char c : text) {
+                ASSERT_NE(QApplication::focusWidget(), nullptr);
+                QTest::keyClick(QApplication::focusWidget(), c);
+            }
+        };
+    }
+    static Action clickButton(int id) {
+        return [=] {
+            ASSERT_NE(child<QPushButton>(id), nullptr);
+            QTest::mouseClick(child<QPushButton>(id), Qt::LeftButton);
+        };
+    }
+    static Action see(std::function<bool()> what, std::string name) {
+        return [=] { EXPECT_TRUE(what()) << name; };
+    }
+    static Action focusOn(int id) {
+        return see(
+            [=] {
+                return QApplication::focusWidget() &&
+                       QApplication::focusWidget()->objectName() == QString::number(id);
+            },
+            "focus on " + std::to_string(id));
+    }
+
+  private:
+    // The next one is set off first: an action may open a window with an event loop of its own.
+    void step() {
+        constexpr int kPause = 15;  // milliseconds
+        QTimer::singleShot(kPause, &context_, [this] {
+            if (next_ >= actions_.size()) return;
+            Action action = actions_[next_++];
+            step();
+            action();
+        });
+    }
+
+    std::vector<Action> actions_;
+    size_t next_ = 0;
+    QObject context_;
+};
+
+// The main function of a test program with windows.
+inline int runQtTests(int argc, char** argv) {
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+    testing::InitGoogleTest(&argc, argv);
+    QApplication application(argc, argv);
+    return RUN_ALL_TESTS();
+}

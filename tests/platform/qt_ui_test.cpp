@@ -1,0 +1,238 @@
+// Every kind of control, the boxes and print jobs in real windows on the offscreen platform, worked by key
+// and mouse events: what a person does must reach the model, and what the model does must be seen.
+#include <QComboBox>
+#include <QFileDialog>
+#include <QListWidget>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QPdfWriter>
+#include <QProgressBar>
+#include <QTabBar>
+#include <QTreeWidget>
+#include <filesystem>
+#include <fstream>
+
+#include "platform/ui/backend.h"
+#include "platform/ui/qt/dialog_window.h"
+#include "platform/ui/qt/qt_backend.h"
+#include "platform/ui/qt/qt_printing.h"
+#include "tests/platform/qt_person.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+enum Id {
+    kMenu = 100,
+    kName,
+    kNameLabel,
+    kTree,
+    kList,
+    kMany,
+    kDrop,
+    kTabs,
+    kBar,
+    kMark,
+    kApply = 200,
+    kSave
+};
+
+class Everything : public ui::Dialog {
+  public:
+    Everything() : ui::Dialog(900, "Everything") {
+        auto& menu = add<ui::Menu>(kMenu);
+        menu.entries() = {{0, "&File", 0, true, false, ""}, {kSave, "&Save", 1, true, false, "Ctrl+S"}};
+        add<ui::Label>(kNameLabel, "&Name:");
+        add<ui::Edit>(kName);
+        auto& tree = add<ui::Tree>(kTree, true);
+        int trees = tree.addNode(-1, "TREES"), poles = tree.addNode(-1, "POLES");
+        tree.addNode(trees, "OAK", 1), tree.addNode(trees, "ASH", 1), tree.addNode(poles, "LAMP", 1);
+        auto& list = add<ui::List>(kList);
+        auto& many = add<ui::List>(kMany, true);
+        auto& drop = add<ui::DropDown>(kDrop, true);
+        for (const char* item : {"one", "two", "three"})
+            list.addItem(item), many.addItem(item), drop.addItem(item);
+        add<ui::Tabs>(kTabs, std::vector<std::string>{"First", "Second"});
+        add<ui::Progress>(kBar).setRange(0, 4);
+        add<ui::CheckBox>(kMark, "&Mark");
+        add<ui::Button>(kApply, "&Apply");
+        add<ui::Button>(ui::kOk, "OK", true);
+        add<ui::Button>(ui::kCancel, "Cancel");
+        using namespace ui;
+        setLayout(
+            column({row({item(kNameLabel), item(kName, 1)}), row({item(kTree), item(kList), item(kMany)}, 1),
+                    item(kDrop), item(kTabs), item(kBar),
+                    row({item(kMark), spring(), item(kApply), item(ui::kOk), item(ui::kCancel)})}));
+    }
+
+    std::string seen;
+    int focusAtOk = 0;
+
+  private:
+    void onCommand(int id) override {
+        if (id == kApply || id == kSave || id == kMark) seen += std::to_string(id) + " ";
+        if (id == kApply) static_cast<ui::Progress*>(find(kBar))->setPosition(3);
+        Dialog::onCommand(id);
+    }
+    void onSelection(ui::Control& control) override {
+        seen += std::to_string(control.id()) + ":";
+        if (auto* tree = dynamic_cast<ui::Tree*>(&control))
+            seen += tree->nodes()[static_cast<size_t>(tree->selected())].text + " ";
+        else if (auto* items = dynamic_cast<ui::ItemControl*>(&control))
+            seen += items->selectedText() + " ";
+        else
+            seen += std::to_string(static_cast<ui::Tabs&>(control).page()) + " ";
+    }
+    void onOk() override {
+        focusAtOk = focus();
+        end(ui::kOk);
+    }
+};
+
+class QtUi : public testing::Test, protected QtPerson {
+  protected:
+    void SetUp() override {
+        ui::setBackend(&backend_);
+        std::string pattern = (fs::temp_directory_path() / "norvane-qt-XXXXXX").string();
+        folder_ = mkdtemp(pattern.data());
+    }
+    void TearDown() override {
+        EXPECT_TRUE(finished()) << "not every action was reached";
+        ui::setBackend(nullptr);
+        fs::remove_all(folder_);
+    }
+
+    ui::QtBackend backend_;
+    fs::path folder_;
+};
+
+void makeTable(ui::Grid& table) {
+    table.setColumns(3);
+    table.setRows(40);
+    for (int row = 1; row <= 40; ++row) table.setText(1, row, "FIELD " + std::to_string(row));
+    table.setColours(2, 2, 0x000000, 0xFFFFFF);
+}
+
+}  // namespace
+
+TEST_F(QtUi, IsWorkedByKeyboardAlone) {
+    Everything dialog;
+    does({press(Qt::Key_N, Qt::AltModifier), focusOn(kName), type("MH 7"),  // the label's mnemonic
+          press(Qt::Key_Tab), focusOn(kTree), press(Qt::Key_Down), press(Qt::Key_Right), press(Qt::Key_Right),
+          press(Qt::Key_Left), press(Qt::Key_Left), press(Qt::Key_Down), press(Qt::Key_Right),
+          press(Qt::Key_End), press(Qt::Key_Tab), focusOn(kList), press(Qt::Key_Down), press(Qt::Key_End),
+          press(Qt::Key_Tab), focusOn(kMany), press(Qt::Key_Down), press(Qt::Key_Down, Qt::ShiftModifier),
+          press(Qt::Key_Tab), type("o"), press(Qt::Key_Tab), focusOn(kTabs), press(Qt::Key_Right),
+          press(Qt::Key_Tab), focusOn(kMark), press(Qt::Key_Space), press(Qt::Key_A, Qt::AltModifier),
+          see([] { return child<QProgressBar>(kBar)->value() == 3; }, "progress"),
+          press(Qt::Key_S, Qt::ControlModifier), press(Qt::Key_M, Qt::AltModifier),
+          // Enter outside a button is the default button's, and leaves the focus where it is.
+          press(Qt::Key_Enter)});
+    EXPECT_EQ(dialog.runModal(), ui::kOk);
+    EXPECT_EQ(dialog.find(kName)->text(), "MH 7");
+    EXPECT_EQ(
+        dialog.seen,
+        "103:POLES 103:LAMP 103:POLES 103:TREES 103:OAK 104:one 104:three 105:one 105:two 107:1 109 200 "
+        "201 109 ");
+    EXPECT_EQ(static_cast<ui::List*>(dialog.find(kMany))->selection(), (std::vector<int>{0, 1}));
+    EXPECT_EQ(dialog.find(kDrop)->text(), "o");
+    EXPECT_EQ(dialog.focusAtOk, kMark);
+}
+
+TEST_F(QtUi, IsWorkedByMouse) {
+    Everything dialog;
+    auto clickIn = [](QWidget* view, const QRect& at) {
+        QTest::mouseClick(view, Qt::LeftButton, {}, at.center());
+    };
+    does({[&] {
+              auto* tree = child<QTreeWidget>(kTree);
+              tree->topLevelItem(1)->setExpanded(true);
+              clickIn(tree->viewport(), tree->visualItemRect(tree->topLevelItem(1)->child(0)));
+          },
+          [&] {
+              auto* list = child<QListWidget>(kMany);
+              clickIn(list->viewport(), list->visualItemRect(list->item(2)));
+              clickIn(list->viewport(), list->visualItemRect(list->item(0)));
+          },
+          [&] { clickIn(child<QTabBar>(kTabs), child<QTabBar>(kTabs)->tabRect(1)); },
+          [&] {
+              auto* bar = window()->findChild<QMenuBar*>();
+              bar->actions()[0]->menu()->actions()[0]->trigger();
+          },
+          [] { window()->close(); }});
+    EXPECT_EQ(dialog.runModal(), ui::kCancel);
+    EXPECT_EQ(dialog.seen, "103:ASH 105:three 105:one 107:1 201 ");
+    EXPECT_EQ(static_cast<ui::List*>(dialog.find(kMany))->selection(), (std::vector<int>{0, 2}));
+}
+
+TEST_F(QtUi, AMenuIsOpenedByItsLetter) {
+    Everything dialog;
+    does({press(Qt::Key_F, Qt::AltModifier),
+          see([] { return QApplication::activePopupWidget() != nullptr; }, "menu"),
+          [] { QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_S); }, press(Qt::Key_Escape)});
+    EXPECT_EQ(dialog.runModal(), ui::kCancel);
+    EXPECT_EQ(dialog.seen, "201 ");
+}
+
+TEST_F(QtUi, BoxesAnswerWhatWasPressed) {
+    auto box = [](QMessageBox::StandardButton button) {
+        return [=] {
+            auto* shown = qobject_cast<QMessageBox*>(window());
+            ASSERT_NE(shown, nullptr);
+            QTest::mouseClick(shown->button(button), Qt::LeftButton);
+        };
+    };
+    does({box(QMessageBox::Yes), press(Qt::Key_Escape), box(QMessageBox::Cancel), press(Qt::Key_Enter)});
+    EXPECT_EQ(ui::messageBox("Please confirm", "<b>Go on?</b>", ui::kBoxAlert | ui::kBoxYesNo), ui::kYes);
+    EXPECT_EQ(ui::messageBox("Alert", "Done"), ui::kOk);
+    EXPECT_EQ(ui::messageBox("Alert", "Save?", ui::kBoxYesNoCancel), ui::kCancel);
+    EXPECT_EQ(ui::messageBox("Error", "No"), ui::kOk);
+}
+
+TEST_F(QtUi, FileBoxesStartInTheirFolderAndKnowTheirFilter) {
+    std::ofstream(folder_ / "plan.mdb") << "x";
+    std::ofstream(folder_ / "plan.txt") << "x";
+    ui::FileBox open;
+    open.filter = "Microsoft Access Databases (*.mdb)|*.mdb||";
+    open.folder = folder_.string();
+    open.mustExist = true;
+    ui::FileBox save = open;
+    save.save = true;
+    save.defaultExtension = "mdb";
+    save.askOverwrite = true;
+    auto boxShows = [this] {
+        auto* shown = qobject_cast<QFileDialog*>(window());
+        return shown && shown->directory().absolutePath().toStdString() == folder_.string() &&
+               shown->nameFilters() == QStringList{"Microsoft Access Databases (*.mdb)"};
+    };
+    does({see(boxShows, "open box"), type("plan.mdb"), press(Qt::Key_Enter), see(boxShows, "save box"),
+          type("new"), press(Qt::Key_Enter), press(Qt::Key_Escape)});
+    EXPECT_EQ(ui::fileBox(open), (folder_ / "plan.mdb").string());
+    EXPECT_EQ(ui::fileBox(save), (folder_ / "new.mdb").string());
+    EXPECT_EQ(ui::fileBox(open), std::nullopt);
+}
+
+TEST_F(QtUi, APrintJobBecomesAFileOfPages) {
+    qputenv("HOME", folder_.string().c_str());
+    ui::Grid table(1);
+    makeTable(table);
+    std::vector<size_t> told;
+    ui::PrintJob job{"Definitions...", table, {{1, 35}, {36, 40}}, {}, [&](size_t page) {
+                         told.push_back(page);
+                         return true;
+                     }};
+    does({press(Qt::Key_Enter), press(Qt::Key_Escape)});
+    EXPECT_TRUE(ui::print(job));
+    EXPECT_EQ(told, (std::vector<size_t>{0, 1}));
+    std::ifstream in(folder_ / "Definitions.pdf", std::ios::binary);
+    std::string pdf{std::istreambuf_iterator<char>(in), {}};
+    EXPECT_EQ(pdf.substr(0, 5), "%PDF-");
+    EXPECT_NE(pdf.find("/Count 2"), std::string::npos);
+    told.clear();
+    EXPECT_FALSE(ui::print(job));  // cancelled
+    EXPECT_TRUE(told.empty());
+}
+
+int main(int argc, char** argv) {
+    return runQtTests(argc, argv);
+}
