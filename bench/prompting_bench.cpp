@@ -2,16 +2,7 @@
 // template, against the number of records in the table.
 #include <benchmark/benchmark.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <string>
-#include <vector>
-
-#include "hostcad/editor/host.h"
-#include "module/host/gis_request.h"
-#include "module/store/database.h"
-#include "module/store/output_database.h"
-#include "module/store/template_database.h"
+#include "bench/prompting_host.h"
 #include "platform/ui/scripted/scripted_backend.h"
 
 namespace {
@@ -19,33 +10,13 @@ namespace {
 constexpr int kFeatures = 1000;
 constexpr int kAttributes = 15;
 
-class Quiet : public hostcad::Output, public hostcad::InputSource {
-  public:
-    void write(std::string_view) override {}
-    hostcad::Input next(const hostcad::Prompt&) override { return hostcad::Input::end(); }
-};
-
 class PromptingBench {
   public:
-    PromptingBench() {
-        std::string pattern = (std::filesystem::temp_directory_path() / "norvane-bench-XXXXXX").string();
-        folder_ = std::string(mkdtemp(pattern.data())) + "/";
-        setenv("NORVANE_USER_DIR", folder_.c_str(), 1);
-        ui::setBackend(&ui_);
-        std::string programs = std::filesystem::read_symlink("/proc/self/exe").parent_path().string() + "/";
-        host_.setFolders(programs, programs);
-        host_.newDrawing();
-        if (!host_.modules().load(programs + "norvane_gis.arx")) std::abort();
-        run("(setq usrdir$ \"" + folder_ + "\" ent (entmakex '((0 . \"POINT\") (10 1.0 2.0 3.0))))");
-        makeTemplate();
-    }
-    ~PromptingBench() { std::filesystem::remove_all(folder_); }
-
     void fillTable(int records) {
-        std::filesystem::remove(folder_ + "output.mdb");
+        std::filesystem::remove(host_.output());
         prompt("first");  // makes the database and the table
         CDaoDatabase database;
-        database.Open(folder_ + "output.mdb");
+        database.Open(host_.output());
         CDaoRecordset rows(&database);
         rows.Open(dbOpenDynaset, "SELECT * FROM [F1X]");
         for (int i = 1; i < records; ++i) {
@@ -61,35 +32,13 @@ class PromptingBench {
         ui_.answer(134, {{ui::Step::Kind::Cell, "", "value", true, 2, 1},
                          {ui::Step::Kind::Cell, "", key, true, 2, 2},
                          {ui::Step::Kind::Click, "1"}});
-        run("(if (/= 1 (cf:gis_smart_prompting 1 \"" + folder_ + "\" \"" + folder_ + "template.mdb\" \"" + folder_ +
-            "output.mdb\" \"PT_ID\" \"" + key + "\" 1.0 2.0 3.0 ent \"F1X\" 1)) (exit))");
+        host_.run("(if (/= 1 " + host_.call(key) + ") (exit))");
         ui_.clearLog();
     }
 
   private:
-    void run(const std::string& text) { host_.lisp().runText(text); }
-
-    void makeTemplate() {
-        CDaoDatabase database;
-        database.Create(folder_ + "template.mdb");
-        EnsureTemplateTables(database);
-        CDaoRecordset rows(&database);
-        rows.Open(dbOpenDynaset, "SELECT * FROM ZGEO_SMART_PROMPTING");
-        for (int feature = 1; feature <= kFeatures; ++feature)
-            for (int attribute = 1; attribute <= kAttributes; ++attribute) {
-                rows.AddNew();
-                rows.SetFieldValue("GIS_NAME", "F" + std::to_string(feature) + "X");
-                rows.SetFieldValue("FIELD_NAME", "FIELD" + std::to_string(attribute));
-                rows.SetFieldValue("FIELD_PROMPT", "Prompt " + std::to_string(attribute));
-                rows.Update();
-            }
-    }
-
-    std::string folder_;
-    Quiet quiet_;
-    hostcad::NoView view_;
     ui::ScriptedBackend ui_;
-    hostcad::Host host_{quiet_, quiet_, view_};
+    PromptingHost host_{ui_, kFeatures, kAttributes};
 };
 
 PromptingBench& bench() {
