@@ -4,9 +4,9 @@
 
 #include "hostcad/ads/group_lists.h"
 #include "hostcad/ads/host_names.h"
-#include "hostcad/ads/wild_cards.h"
 #include "hostcad/drawing/entity_builder.h"
 #include "platform/ads/entities.h"
+#include "platform/text/wild_cards.h"
 
 using namespace hostcad;
 
@@ -48,7 +48,7 @@ std::vector<size_t> listOrder(Groups groups) {
 bool isWanted(std::string_view application, const resbuf* wanted) {
     for (; wanted; wanted = wanted->rbnext)
         if (wanted->restype == RTSTR && wanted->resval.rstring &&
-            matchesNoCase(application, wanted->resval.rstring))
+            text::matchesNoCase(application, wanted->resval.rstring))
             return true;
     return false;
 }

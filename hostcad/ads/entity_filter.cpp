@@ -5,8 +5,8 @@
 
 #include "hostcad/ads/group_lists.h"
 #include "hostcad/ads/host_names.h"
-#include "hostcad/ads/wild_cards.h"
 #include "platform/text/text.h"
+#include "platform/text/wild_cards.h"
 
 namespace hostcad {
 
@@ -213,7 +213,7 @@ bool EntityFilter::Node::matches(const Drawing& drawing, ObjectId entity) const 
         case Application: {
             Groups xdata = xdataOf(drawing.groups(entity));
             return std::any_of(xdata.begin(), xdata.end(), [&](const Group& group) {
-                return group.code == kApplicationCode && matchesNoCase(group.text(), text);
+                return group.code == kApplicationCode && text::matchesNoCase(group.text(), text);
             });
         }
         case Test:
@@ -232,7 +232,7 @@ bool EntityFilter::Node::matches(const Drawing& drawing, ObjectId entity) const 
 bool EntityFilter::Node::matchesText(std::string_view value) const {
     Relation relation = relations[0];
     if (relation == Relation::Any) return true;
-    bool equal = isNameCode(code) ? matchesNoCase(value, text) : matchesWildCards(value, text);
+    bool equal = isNameCode(code) ? text::matchesNoCase(value, text) : text::matchesWildCards(value, text);
     if (relation == Relation::Equal) return equal;
     if (relation == Relation::Unequal) return !equal;
     int order = value.compare(text);

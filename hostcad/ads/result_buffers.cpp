@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "platform/ads/result_buffer.h"
+#include "platform/text/wild_cards.h"
 
 namespace {
 
@@ -193,5 +194,9 @@ resbuf* acutBuildList(int type, ...) {
 
 ads_real acutDistance(const ads_point from, const ads_point to) {
     return std::hypot(to[0] - from[0], to[1] - from[1], to[2] - from[2]);
+}
+
+int acutWcMatch(const char* text, const char* pattern) {
+    return text && pattern && text::matchesWildCards(text, pattern) ? RTNORM : RTERROR;
 }
 }

@@ -1,9 +1,7 @@
-// Wild-card patterns of the host.
-#include <cctype>
-#include <string_view>
+#include "platform/text/wild_cards.h"
 
-#include "hostcad/ads/wild_cards.h"
-#include "platform/ads/result_buffer.h"
+#include <cctype>
+
 #include "platform/text/text.h"
 
 namespace {
@@ -128,7 +126,7 @@ std::string_view nextAlternative(std::string_view& all, bool& last) {
 
 }  // namespace
 
-namespace hostcad {
+namespace text {
 
 bool matchesWildCards(std::string_view text, std::string_view pattern) {
     for (bool last = false; !last;) {
@@ -141,12 +139,8 @@ bool matchesWildCards(std::string_view text, std::string_view pattern) {
 
 bool matchesNoCase(std::string_view text, std::string_view pattern) {
     // Most patterns are plain names.
-    if (pattern.find_first_of("#@.*?~[`,") == std::string_view::npos) return text::equalNoCase(text, pattern);
-    return matchesWildCards(text::upper(text), text::upper(pattern));
+    if (pattern.find_first_of("#@.*?~[`,") == std::string_view::npos) return equalNoCase(text, pattern);
+    return matchesWildCards(upper(text), upper(pattern));
 }
 
-}  // namespace hostcad
-
-extern "C" int acutWcMatch(const char* text, const char* pattern) {
-    return text && pattern && hostcad::matchesWildCards(text, pattern) ? RTNORM : RTERROR;
-}
+}  // namespace text
