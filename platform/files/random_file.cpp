@@ -1,0 +1,174 @@
+#include "platform/files/random_file.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+
+#include "platform/files/files.h"
+
+namespace files {
+namespace {
+
+constexpr size_t kSmallWindow = 512;
+constexpr size_t kLargeWindow = size_t{1} << 18;
+
+int flagsOf(RandomFile::Mode mode) {
+    switch (mode) {
+        case RandomFile::Mode::kRead:
+            return O_RDONLY | O_CLOEXEC;
+        case RandomFile::Mode::kUpdate:
+            return O_RDWR | O_CLOEXEC;
+        default:
+            return O_RDWR | O_CREAT | O_CLOEXEC;  // emptied only once it is ours
+    }
+}
+
+// The file of this descriptor is still the one of that name: it was not replaced while we waited for it.
+bool isFileOf(int descriptor, const std::string& path) {
+    struct stat opened {
+    }, named{};
+    return ::fstat(descriptor, &opened) == 0 && ::stat(path.c_str(), &named) == 0 &&
+           opened.st_ino == named.st_ino && opened.st_dev == named.st_dev;
+}
+
+int openDescriptor(const std::string& path, RandomFile::Mode mode, RandomFile::Sharing sharing) {
+    for (;;) {
+        int descriptor = ::open(path.c_str(), flagsOf(mode), 0666);
+        if (descriptor < 0 || sharing == RandomFile::Sharing::kAny) return descriptor;
+        bool locked = ::flock(descriptor, LOCK_EX | LOCK_NB) == 0;
+        if (locked && isFileOf(descriptor, path)) return descriptor;
+        ::close(descriptor);
+        if (!locked) return -1;
+    }
+}
+
+}  // namespace
+
+std::unique_ptr<RandomFile> RandomFile::open(std::string_view path, Mode mode, Sharing sharing) {
+    int descriptor = openDescriptor(onDisk(path), mode, sharing);
+    if (descriptor < 0) return nullptr;
+    struct stat info {};
+    if (::fstat(descriptor, &info) != 0 || !S_ISREG(info.st_mode) ||
+        (mode == Mode::kCreate && ::ftruncate(descriptor, 0) != 0)) {
+        ::close(descriptor);
+        return nullptr;
+    }
+    int64_t size = mode == Mode::kCreate ? 0 : info.st_size;
+    return std::unique_ptr<RandomFile>(new RandomFile(descriptor, size));
+}
+
+RandomFile::~RandomFile() {
+    flush();
+    ::close(descriptor_);
+}
+
+// How much to read for a view, and from where.
+size_t RandomFile::windowFor(int64_t position, size_t count, int64_t& from) {
+    int64_t end = position + static_cast<int64_t>(count);
+    int64_t windowEnd = start_ + static_cast<int64_t>(length_);
+    bool forwards = position >= start_ && position <= windowEnd;
+    bool backwards = position < start_ && end >= start_;
+    readAhead_ =
+        forwards || backwards ? std::clamp(readAhead_ * 2, kSmallWindow, kLargeWindow) : kSmallWindow;
+    size_t wanted = std::max(count, readAhead_);
+    from = backwards ? std::max<int64_t>(0, end - static_cast<int64_t>(wanted)) : position;
+    return static_cast<size_t>(std::min<int64_t>(static_cast<int64_t>(wanted), size_ - from));
+}
+
+bool RandomFile::load(int64_t from, size_t count) {
+    if (window_.size() < count) window_.resize(std::max(count, kSmallWindow));
+    start_ = from;
+    length_ = 0;
+    while (length_ < count) {
+        ssize_t n = ::pread(descriptor_, window_.data() + length_, count - length_,
+                            from + static_cast<int64_t>(length_));
+        if (n < 0 && errno == EINTR) continue;
+        if (n <= 0) break;
+        length_ += static_cast<size_t>(n);
+    }
+    return length_ == count;
+}
+
+const char* RandomFile::view(int64_t position, size_t count) {
+    if (position < 0 || position > size_ || count > static_cast<size_t>(size_ - position)) return nullptr;
+    int64_t end = position + static_cast<int64_t>(count);
+    if (position < start_ || end > start_ + static_cast<int64_t>(length_)) {
+        flush();
+        int64_t from = 0;
+        size_t wanted = windowFor(position, count, from);
+        // A file that others have cut short meanwhile may still hold what was asked for.
+        if (!load(from, wanted) && end > start_ + static_cast<int64_t>(length_)) return nullptr;
+    }
+    return window_.data() + (position - start_);
+}
+
+void RandomFile::markDirty(size_t from, size_t to) {
+    bool clean = dirtyFrom_ == dirtyTo_;
+    dirtyFrom_ = clean ? from : std::min(dirtyFrom_, from);
+    dirtyTo_ = clean ? to : std::max(dirtyTo_, to);
+}
+
+bool RandomFile::write(int64_t position, std::string_view bytes) {
+    if (failed_ || position < 0) return false;
+    if (bytes.empty()) return true;
+    bool joins = bytes.size() < kLargeWindow && position >= start_ &&
+                 position <= start_ + static_cast<int64_t>(length_) &&
+                 position + static_cast<int64_t>(bytes.size()) <= start_ + static_cast<int64_t>(kLargeWindow);
+    if (!joins) {
+        flush();
+        start_ = position;
+        length_ = 0;
+    }
+    if (!failed_ && bytes.size() >= kLargeWindow) {
+        failed_ = !writeAll(position, bytes.data(), bytes.size());
+    } else if (!failed_) {
+        size_t from = static_cast<size_t>(position - start_);
+        size_t to = from + bytes.size();
+        if (window_.size() < to) window_.resize(std::min(kLargeWindow, std::max(to, window_.size() * 2)));
+        std::memcpy(window_.data() + from, bytes.data(), bytes.size());
+        length_ = std::max(length_, to);
+        markDirty(from, to);
+    }
+    if (!failed_) size_ = std::max(size_, position + static_cast<int64_t>(bytes.size()));
+    return !failed_;
+}
+
+bool RandomFile::writeAll(int64_t position, const char* bytes, size_t count) {
+    while (count > 0) {
+        ssize_t n = ::pwrite(descriptor_, bytes, count, position);
+        if (n < 0 && errno == EINTR) continue;
+        if (n <= 0) return false;
+        bytes += n;
+        position += n;
+        count -= static_cast<size_t>(n);
+    }
+    return true;
+}
+
+bool RandomFile::flush() {
+    if (dirtyFrom_ != dirtyTo_) {
+        failed_ = failed_ || !writeAll(start_ + static_cast<int64_t>(dirtyFrom_), window_.data() + dirtyFrom_,
+                                       dirtyTo_ - dirtyFrom_);
+        dirtyFrom_ = dirtyTo_ = 0;
+    }
+    return !failed_;
+}
+
+bool RandomFile::sync() {
+    return flush() && ::fsync(descriptor_) == 0;
+}
+
+bool RandomFile::truncate(int64_t size) {
+    if (!flush() || ::ftruncate(descriptor_, size) != 0) return false;
+    size_ = size;
+    start_ = 0;
+    length_ = 0;
+    return true;
+}
+
+}  // namespace files

@@ -1,0 +1,66 @@
+// A file that is read and written at any place.
+//
+// One window of the file is kept in memory. A walk through the file, forwards or backwards, reads ever larger
+// windows; a jump reads little more than what was asked for. Writes that follow one another are gathered.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace files {
+
+class RandomFile {
+  public:
+    enum class Mode {
+        kRead,
+        kUpdate,  // an existing file, read and write
+        kCreate,  // read and write; an existing file is emptied
+    };
+    enum class Sharing {
+        kAny,
+        kDenyWriters,  // refused while another opener, in this process or not, holds the file in this way
+    };
+
+    // Null when the file cannot be opened so; it is then untouched. A folder cannot be opened.
+    static std::unique_ptr<RandomFile> open(std::string_view path, Mode mode,
+                                            Sharing sharing = Sharing::kAny);
+    // Writes what is gathered.
+    ~RandomFile();
+    RandomFile(const RandomFile&) = delete;
+    RandomFile& operator=(const RandomFile&) = delete;
+
+    // In bytes, with what is gathered.
+    int64_t size() const { return size_; }
+    // `count` bytes from a position on, valid until the next call; null when not all of them are there.
+    const char* view(int64_t position, size_t count);
+    // False when it has failed, now or before. A place behind the end leaves zeros before it.
+    bool write(int64_t position, std::string_view bytes);
+    // Hands over what is gathered to the system. False when any write so far has failed.
+    bool flush();
+    // The same, down to the disk.
+    bool sync();
+    bool truncate(int64_t size);
+
+  private:
+    explicit RandomFile(int descriptor, int64_t size) : descriptor_(descriptor), size_(size) {}
+    size_t windowFor(int64_t position, size_t count, int64_t& from);
+    bool load(int64_t from, size_t count);
+    bool writeAll(int64_t position, const char* bytes, size_t count);
+    void markDirty(size_t from, size_t to);
+
+    int descriptor_;
+    int64_t size_;
+    bool failed_ = false;
+    // The window: length_ bytes of the file from start_ on, of which those from dirtyFrom_ to dirtyTo_ are
+    // not yet in the file.
+    std::vector<char> window_;
+    int64_t start_ = 0;
+    size_t length_ = 0;
+    size_t dirtyFrom_ = 0, dirtyTo_ = 0;
+    size_t readAhead_ = 0;
+};
+
+}  // namespace files
