@@ -1,0 +1,10 @@
+#include "module/exchange/file_stem.h"
+
+#include "platform/files/files.h"
+
+std::string fileStem(std::string_view path) {
+    std::string stem = files::native(path);
+    size_t at = stem.find_last_of("./");
+    if (at != std::string::npos && stem[at] == '.') stem.resize(at);
+    return stem;
+}

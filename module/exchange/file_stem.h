@@ -1,0 +1,8 @@
+// The path of a file of a set, from a path that may name any file of it.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+// The path without the extension of its last part, with "/" between its parts.
+std::string fileStem(std::string_view path);

@@ -1,0 +1,56 @@
+// Shape files: the pair of a main file (.shp) and an index file (.shx).
+//
+// A failure is a null or a -1, and nothing is printed: the caller words the message. The two files are valid
+// only after ShapeClose: until then they hold a header without records.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include "module/exchange/shape_object.h"
+#include "platform/files/random_file.h"
+
+// X, Y, Z, M.
+using ShapeBounds = std::array<double, 4>;
+
+// One open pair.
+struct ShapeHandle {
+    std::unique_ptr<files::RandomFile> shpFile;
+    std::unique_ptr<files::RandomFile> shxFile;
+    int32_t shapeType = 0;
+    int32_t fileSize = 0;  // bytes of the .shp; where the next appended record goes
+    int32_t recordCount = 0;
+    int32_t recordCapacity = 0;          // entries in the two arrays of the index
+    std::vector<int32_t> recordOffsets;  // of each record's header, in bytes
+    std::vector<int32_t> recordSizes;    // in bytes, without the header of 8
+    ShapeBounds boundsMin{}, boundsMax{};
+    int32_t updated = 0;  // a write was tried: ShapeClose writes the headers and the index
+    std::vector<char> workBuffer;
+};
+
+// Opens the pair that a path names with or without extension, in either case of letters. Mode "r+b", "rb+" or
+// "r+" allows writing, any other only reading.
+ShapeHandle* ShapeOpen(std::string_view path, std::string_view mode);
+// Makes an empty pair in place of one that is there, and opens it for writing. An unknown type is refused
+// when the first record is written.
+ShapeHandle* ShapeCreate(std::string_view path, int32_t shapeType);
+// Every out argument may be null.
+void ShapeGetInfo(const ShapeHandle* handle, int32_t* recordCount, int32_t* shapeType, ShapeBounds* boundsMin,
+                  ShapeBounds* boundsMax);
+// A new object for the caller, or null. With listForm its vertices are a list, which needs two at least;
+// points are always in arrays. What the record does not hold of Z and M is 0.
+ShapeObject* ShapeReadObject(ShapeHandle* handle, int32_t index, int32_t listForm);
+// Writes an object over the record of that index, or behind the last with -1. The index, or -1. The object
+// must be in array form; the type of the file rules what is written of it.
+int32_t ShapeWriteObject(ShapeHandle* handle, int32_t index, const ShapeObject* object);
+// Writes headers and index if anything was written, and closes. False when not all of it reached the files.
+// Null is allowed.
+bool ShapeClose(ShapeHandle* handle);
+
+struct ShapeCloser {
+    void operator()(ShapeHandle* handle) const { ShapeClose(handle); }
+};
+using OpenShapeFile = std::unique_ptr<ShapeHandle, ShapeCloser>;

@@ -1,0 +1,125 @@
+#include "module/exchange/shape_object.h"
+
+#include <algorithm>
+
+namespace shape {
+
+bool isPoint(int32_t type) {
+    return type == kPoint || type == kPointZ || type == kPointM;
+}
+bool isMultipoint(int32_t type) {
+    return type == kMultipoint || type == kMultipointZ || type == kMultipointM;
+}
+bool hasParts(int32_t type) {
+    return type == kArc || type == kPolygon || type == kArcZ || type == kPolygonZ || type == kArcM ||
+           type == kPolygonM || type == kMultipatch;
+}
+bool hasZ(int32_t type) {
+    return type == kPointZ || type == kArcZ || type == kPolygonZ || type == kMultipointZ ||
+           type == kMultipatch;
+}
+bool hasM(int32_t type) {
+    return type == kPointM || type == kArcM || type == kPolygonM || type == kMultipointM;
+}
+bool isKnown(int32_t type) {
+    return isPoint(type) || isMultipoint(type) || hasParts(type);
+}
+
+}  // namespace shape
+
+ShapeObject::~ShapeObject() {
+    while (vertexList) {
+        ShapeVertexNode* next = vertexList->next;
+        delete vertexList;
+        vertexList = next;
+    }
+}
+
+void ShapeObject::allocateArrays(int32_t count) {
+    size_t n = static_cast<size_t>(count);
+    double* first = single_;
+    if (count > 1) {
+        block_ = std::make_unique<double[]>(n * 4);
+        first = block_.get();
+    } else {
+        n = 1;
+        std::fill(single_, single_ + 4, 0.0);
+    }
+    x = first;
+    y = first + n;
+    z = first + n * 2;
+    m = first + n * 3;
+    vertexCount = count;
+}
+
+void ShapeObject::dropArrays() {
+    block_.reset();
+    x = y = z = m = nullptr;
+}
+
+ShapeObject* ShapeCreateObject(int32_t shapeType, int32_t shapeId, int32_t partCount,
+                               const int32_t* partStarts, const int32_t* partTypes, int32_t vertexCount,
+                               const double* x, const double* y, const double* z, const double* m,
+                               int32_t listForm) {
+    if (vertexCount < 0 || (vertexCount > 0 && (!x || !y))) return nullptr;
+    auto object = std::make_unique<ShapeObject>();
+    object->shapeType = shapeType;
+    object->shapeId = shapeId;
+    object->listForm = listForm;
+    if (shape::hasParts(shapeType)) {
+        object->partCount = std::max(partCount, 1);
+        size_t parts = static_cast<size_t>(object->partCount);
+        object->partStarts.assign(parts, 0);
+        object->partTypes.assign(parts, shape::kRing);
+        if (partCount > 0 && partStarts) std::copy_n(partStarts, partCount, object->partStarts.begin());
+        if (partCount > 0 && partTypes) std::copy_n(partTypes, partCount, object->partTypes.begin());
+    }
+    object->allocateArrays(vertexCount);
+    if (vertexCount > 0) {
+        std::copy_n(x, vertexCount, object->x);
+        std::copy_n(y, vertexCount, object->y);
+        if (z && shape::hasZ(shapeType)) std::copy_n(z, vertexCount, object->z);
+        if (m && (shape::hasZ(shapeType) || shape::hasM(shapeType))) std::copy_n(m, vertexCount, object->m);
+    }
+    ShapeComputeExtents(object.get());
+    return object.release();
+}
+
+namespace {
+
+void startExtents(ShapeObject& o, double x, double y, double z, double m) {
+    o.xMin = o.xMax = x;
+    o.yMin = o.yMax = y;
+    o.zMin = o.zMax = z;
+    o.mMin = o.mMax = m;
+}
+
+void widen(double& low, double& high, double value) {
+    low = std::min(low, value);
+    high = std::max(high, value);
+}
+
+void widenExtents(ShapeObject& o, double x, double y, double z, double m) {
+    widen(o.xMin, o.xMax, x);
+    widen(o.yMin, o.yMax, y);
+    widen(o.zMin, o.zMax, z);
+    widen(o.mMin, o.mMax, m);
+}
+
+}  // namespace
+
+void ShapeComputeExtents(ShapeObject* object) {
+    ShapeObject& o = *object;
+    if (o.vertexList) {
+        const ShapeVertexNode* v = o.vertexList;
+        startExtents(o, v->x, v->y, v->z, v->m);
+        for (; v; v = v->next) widenExtents(o, v->x, v->y, v->z, v->m);
+    } else if (o.x && o.vertexCount > 0) {
+        startExtents(o, o.x[0], o.y[0], o.z[0], o.m[0]);
+        for (int32_t i = 1; i < o.vertexCount; ++i) widenExtents(o, o.x[i], o.y[i], o.z[i], o.m[i]);
+    }
+}
+
+void ShapeDestroyObject(ShapeObject* object) {
+    delete object;
+}

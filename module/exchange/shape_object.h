@@ -1,0 +1,85 @@
+// One shape in memory: a point, or vertices in parts.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+namespace shape {
+
+enum Type : int32_t {
+    kPoint = 1,
+    kArc = 3,
+    kPolygon = 5,
+    kMultipoint = 8,
+    kPointZ = 11,
+    kArcZ = 13,
+    kPolygonZ = 15,
+    kMultipointZ = 18,
+    kPointM = 21,
+    kArcM = 23,
+    kPolygonM = 25,
+    kMultipointM = 28,
+    kMultipatch = 31,
+};
+constexpr int32_t kRing = 5;  // the type of a part, unless it is told
+
+bool isPoint(int32_t type);
+bool isMultipoint(int32_t type);
+bool hasParts(int32_t type);  // arcs, polygons, multipatches
+bool hasZ(int32_t type);      // the types that hold Z (and M beside it)
+bool hasM(int32_t type);      // the types that hold M alone
+bool isKnown(int32_t type);
+
+}  // namespace shape
+
+struct ShapeVertexNode {
+    double x = 0, y = 0, z = 0, m = 0;
+    ShapeVertexNode* next = nullptr;
+};
+
+// Vertices are either in the four arrays, or in the list; the object owns both.
+struct ShapeObject {
+    ShapeObject() = default;
+    ~ShapeObject();
+    ShapeObject(const ShapeObject&) = delete;
+    ShapeObject& operator=(const ShapeObject&) = delete;
+
+    int32_t shapeType = 0;
+    int32_t shapeId = -1;  // index of its record, -1 until it has one
+    int32_t partCount = 0;
+    std::vector<int32_t> partStarts;  // index of the first vertex of each part
+    std::vector<int32_t> partTypes;
+    int32_t vertexCount = 0;
+    double *x = nullptr, *y = nullptr, *z = nullptr, *m = nullptr;  // array form; else null
+    ShapeVertexNode* vertexList = nullptr;                          // list form; else null
+    double xMin = 0, yMin = 0, zMin = 0, mMin = 0;
+    double xMax = 0, yMax = 0, zMax = 0, mMax = 0;
+    int32_t listForm = 0;
+
+    // Makes the arrays, zeroed, for so many vertices.
+    void allocateArrays(int32_t count);
+    void dropArrays();
+
+  private:
+    // One block holds the four arrays; a single vertex needs none.
+    std::unique_ptr<double[]> block_;
+    double single_[4] = {};
+};
+
+// An object of copies of what is handed in, in array form whatever listForm says, with its extents. Types
+// with parts get one at least. partStarts, partTypes, z and m may be null; Z and M are taken only by the
+// types that hold them. Null when the vertices are missing.
+ShapeObject* ShapeCreateObject(int32_t shapeType, int32_t shapeId, int32_t partCount,
+                               const int32_t* partStarts, const int32_t* partTypes, int32_t vertexCount,
+                               const double* x, const double* y, const double* z, const double* m,
+                               int32_t listForm);
+// Sets the extents from the vertices, in either form. Without any they stay.
+void ShapeComputeExtents(ShapeObject* object);
+// Null is allowed.
+void ShapeDestroyObject(ShapeObject* object);
+
+struct ShapeDestroyer {
+    void operator()(ShapeObject* object) const { ShapeDestroyObject(object); }
+};
+using OwnedShape = std::unique_ptr<ShapeObject, ShapeDestroyer>;

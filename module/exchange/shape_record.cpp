@@ -1,0 +1,276 @@
+// Records of a shape file: their bytes as objects and back.
+//
+// A record is a header of 8 bytes (number and length, the only big-endian numbers), the type, and by type:
+//   points                  X Y [Z] [M]
+//   multipoints             box, vertex count, XY pairs, [Z range and values], [M range and values]
+//   arcs, polygons, patches box, part count, vertex count, part starts, [part types], XY pairs, [Z], [M]
+#include <algorithm>
+#include <cstring>
+#include <limits>
+
+#include "module/exchange/shape_file.h"
+#include "platform/files/byte_order.h"
+
+namespace {
+
+constexpr size_t kHeaderSize = 8;
+constexpr size_t kTypeAt = 8, kBoxAt = 12, kPointAt = 12, kMultipointCountAt = 44;
+constexpr size_t kPartCountAt = 44, kVertexCountAt = 48, kPartsAt = 52, kMultipointVerticesAt = 48;
+
+// The bytes of a record, header included, read one behind the other.
+class RecordReader {
+  public:
+    RecordReader(const char* bytes, size_t size) : bytes_(bytes), size_(size) {}
+
+    void moveTo(size_t position) { position_ = position; }
+    bool fits(size_t count) const { return position_ <= size_ && count <= size_ - position_; }
+    int32_t integer() { return next<int32_t>(); }
+    double real() { return next<double>(); }
+
+  private:
+    template <typename Number>
+    Number next() {
+        auto value = files::getLittle<Number>(bytes_ + position_);
+        position_ += sizeof(Number);
+        return value;
+    }
+
+    const char* bytes_;
+    size_t size_;
+    size_t position_ = 0;
+};
+
+class RecordWriter {
+  public:
+    explicit RecordWriter(std::vector<char>& bytes) : bytes_(bytes) {}
+
+    void integer(int32_t value) { put(value); }
+    void real(double value) { put(value); }
+    void range(double low, double high, const double* values, int32_t count) {
+        real(low);
+        real(high);
+        for (int32_t i = 0; i < count; ++i) real(values[i]);
+    }
+    size_t size() const { return position_; }
+
+  private:
+    template <typename Number>
+    void put(Number value) {
+        files::putLittle(&bytes_[position_], value);
+        position_ += sizeof value;
+    }
+
+    std::vector<char>& bytes_;
+    size_t position_ = kHeaderSize;
+};
+
+// --- Reading ------------------------------------------------------------------------------------------
+
+void readBox(RecordReader& in, ShapeObject& object) {
+    in.moveTo(kBoxAt);
+    object.xMin = in.real();
+    object.yMin = in.real();
+    object.xMax = in.real();
+    object.yMax = in.real();
+}
+
+// Part starts, and the types of a multipatch. False when they do not fit or point outside the vertices.
+bool readParts(RecordReader& in, ShapeObject& object, int32_t vertexCount) {
+    size_t parts = static_cast<size_t>(object.partCount);
+    bool typed = object.shapeType == shape::kMultipatch;
+    if (!in.fits(parts * (typed ? 8 : 4))) return false;
+    object.partStarts.resize(parts);
+    object.partTypes.assign(parts, shape::kRing);
+    int32_t previous = 0;
+    for (int32_t& start : object.partStarts) {
+        start = in.integer();
+        if (start < previous || start > vertexCount) return false;
+        previous = start;
+    }
+    if (typed)
+        for (int32_t& type : object.partTypes) type = in.integer();
+    return true;
+}
+
+void readRange(RecordReader& in, double& low, double& high, double* values, int32_t count) {
+    low = in.real();
+    high = in.real();
+    for (int32_t i = 0; i < count; ++i) values[i] = in.real();
+}
+
+// Turns the arrays into nodes.
+void makeList(ShapeObject& object) {
+    ShapeVertexNode** tail = &object.vertexList;
+    for (int32_t i = 0; i < object.vertexCount; ++i) {
+        *tail = new ShapeVertexNode{object.x[i], object.y[i], object.z[i], object.m[i], nullptr};
+        tail = &(*tail)->next;
+    }
+    object.dropArrays();
+}
+
+bool readVertices(RecordReader& in, ShapeObject& object, int32_t count) {
+    size_t n = static_cast<size_t>(count);
+    size_t measures = 16 + n * 8;
+    bool z = shape::hasZ(object.shapeType);
+    if (!in.fits(n * 16 + (z ? measures : 0))) return false;
+    object.allocateArrays(count);
+    for (int32_t i = 0; i < count; ++i) {
+        object.x[i] = in.real();
+        object.y[i] = in.real();
+    }
+    if (z) readRange(in, object.zMin, object.zMax, object.z, count);
+    if (in.fits(measures)) readRange(in, object.mMin, object.mMax, object.m, count);
+    return true;
+}
+
+bool readManyVertices(RecordReader& in, ShapeObject& object, int32_t listForm) {
+    bool parts = shape::hasParts(object.shapeType);
+    if (!in.fits(parts ? kPartsAt : kMultipointVerticesAt)) return false;
+    readBox(in, object);
+    in.moveTo(parts ? kPartCountAt : kMultipointCountAt);
+    if (parts) object.partCount = in.integer();
+    int32_t vertexCount = in.integer();
+    if (object.partCount < 0 || vertexCount < 0 || (listForm && vertexCount < 2)) return false;
+    if (parts && !readParts(in, object, vertexCount)) return false;
+    if (!readVertices(in, object, vertexCount)) return false;
+    if (listForm) makeList(object);
+    return true;
+}
+
+bool readPoint(RecordReader& in, ShapeObject& object) {
+    bool z = shape::hasZ(object.shapeType);
+    in.moveTo(kPointAt);
+    if (!in.fits(z ? 24 : 16)) return false;
+    object.allocateArrays(1);
+    *object.x = in.real();
+    *object.y = in.real();
+    if (z) *object.z = in.real();
+    if (in.fits(8)) *object.m = in.real();
+    ShapeComputeExtents(&object);
+    return true;
+}
+
+// --- Writing ------------------------------------------------------------------------------------------
+
+void writeMany(RecordWriter& out, int32_t fileType, const ShapeObject& object) {
+    bool parts = shape::hasParts(fileType);
+    for (double bound : {object.xMin, object.yMin, object.xMax, object.yMax}) out.real(bound);
+    if (parts) out.integer(object.partCount);
+    out.integer(object.vertexCount);
+    if (parts) {
+        size_t count = static_cast<size_t>(object.partCount);
+        for (size_t i = 0; i < count; ++i) out.integer(object.partStarts[i]);
+        for (size_t i = 0; i < count && fileType == shape::kMultipatch; ++i) out.integer(object.partTypes[i]);
+    }
+    for (int32_t i = 0; i < object.vertexCount; ++i) {
+        out.real(object.x[i]);
+        out.real(object.y[i]);
+    }
+    if (shape::hasZ(fileType)) out.range(object.zMin, object.zMax, object.z, object.vertexCount);
+    bool m = fileType != shape::kMultipatch && (shape::hasZ(fileType) || shape::hasM(fileType));
+    if (m) out.range(object.mMin, object.mMax, object.m, object.vertexCount);
+}
+
+void writePoint(RecordWriter& out, int32_t fileType, const ShapeObject& object) {
+    out.real(*object.x);
+    out.real(*object.y);
+    if (shape::hasZ(fileType)) out.real(*object.z);
+    if (fileType != shape::kPoint) out.real(*object.m);
+}
+
+bool isWritable(int32_t fileType, const ShapeObject& object) {
+    if (!shape::isKnown(fileType) || !object.x || object.vertexCount < 0) return false;
+    if (shape::isPoint(fileType)) return object.vertexCount > 0;
+    size_t parts = static_cast<size_t>(std::max(object.partCount, 0));
+    return object.partCount >= 0 && object.partStarts.size() >= parts && object.partTypes.size() >= parts;
+}
+
+// Puts the record into the work buffer. Its size with the header.
+size_t assemble(ShapeHandle& handle, int32_t index, const ShapeObject& object) {
+    size_t most =
+        static_cast<size_t>(object.partCount) * 8 + 128 + static_cast<size_t>(object.vertexCount) * 32;
+    if (handle.workBuffer.size() < most) handle.workBuffer.resize(most);
+    RecordWriter out(handle.workBuffer);
+    out.integer(handle.shapeType);
+    if (shape::isPoint(handle.shapeType))
+        writePoint(out, handle.shapeType, object);
+    else
+        writeMany(out, handle.shapeType, object);
+    files::putBig32(&handle.workBuffer[0], static_cast<uint32_t>(index) + 1);
+    files::putBig32(&handle.workBuffer[4], static_cast<uint32_t>((out.size() - kHeaderSize) / 2));
+    return out.size();
+}
+
+void growIndex(ShapeHandle& handle) {
+    if (handle.recordCount + 1 <= handle.recordCapacity) return;
+    handle.recordCapacity = static_cast<int32_t>(handle.recordCapacity * 1.3 + 100);
+    handle.recordOffsets.resize(static_cast<size_t>(handle.recordCapacity));
+    handle.recordSizes.resize(static_cast<size_t>(handle.recordCapacity));
+}
+
+void widen(ShapeHandle& handle, size_t dimension, const double* values, int32_t count) {
+    auto [low, high] = std::minmax_element(values, values + count);
+    handle.boundsMin[dimension] = std::min(handle.boundsMin[dimension], *low);
+    handle.boundsMax[dimension] = std::max(handle.boundsMax[dimension], *high);
+}
+
+void widenBounds(ShapeHandle& handle, const ShapeObject& object) {
+    if (object.vertexCount == 0) return;
+    const double* values[] = {object.x, object.y, object.z, object.m};
+    for (size_t i = 0; i < std::size(values); ++i) {
+        if (handle.recordCount == 1) handle.boundsMin[i] = handle.boundsMax[i] = values[i][0];
+        widen(handle, i, values[i], object.vertexCount);
+    }
+}
+
+}  // namespace
+
+ShapeObject* ShapeReadObject(ShapeHandle* handle, int32_t index, int32_t listForm) {
+    if (index < 0 || index >= handle->recordCount) return nullptr;
+    int32_t offset = handle->recordOffsets[static_cast<size_t>(index)];
+    int32_t size = handle->recordSizes[static_cast<size_t>(index)];
+    if (offset < 0 || size < 0) return nullptr;
+    const char* record = handle->shpFile->view(offset, static_cast<size_t>(size) + kHeaderSize);
+    if (!record) return nullptr;
+    // A record that shrank keeps its old size in the index; what is behind its own length is dead.
+    uint64_t contents = uint64_t{files::getBig32(record + 4)} * 2;
+    size_t end = static_cast<size_t>(std::min<uint64_t>(contents, static_cast<uint64_t>(size))) + kHeaderSize;
+
+    OwnedShape object(new ShapeObject);
+    object->shapeType = handle->shapeType;
+    object->shapeId = index;
+    object->listForm = listForm;
+    RecordReader in(record, end);
+    bool read = false;
+    if (shape::isPoint(object->shapeType))
+        read = readPoint(in, *object);
+    else if (shape::isKnown(object->shapeType))
+        read = readManyVertices(in, *object, listForm);
+    return read ? object.release() : nullptr;
+}
+
+int32_t ShapeWriteObject(ShapeHandle* handle, int32_t index, const ShapeObject* object) {
+    handle->updated = 1;
+    bool append = index == -1;
+    if (append) index = handle->recordCount;
+    if (index < 0 || (!append && index >= handle->recordCount) || !isWritable(handle->shapeType, *object))
+        return -1;
+    if (append) growIndex(*handle);
+    size_t size = assemble(*handle, index, *object);
+    int32_t& offset = handle->recordOffsets[static_cast<size_t>(index)];
+    int32_t& room = handle->recordSizes[static_cast<size_t>(index)];
+    bool atEnd = append || size - kHeaderSize > static_cast<size_t>(std::max(room, 0));
+    // Sizes are kept in 32 bits.
+    if (atEnd && size > static_cast<size_t>(std::numeric_limits<int32_t>::max() - handle->fileSize))
+        return -1;
+    if (!handle->shpFile->write(atEnd ? handle->fileSize : offset, {handle->workBuffer.data(), size}))
+        return -1;
+    if (atEnd) {
+        offset = handle->fileSize;
+        room = static_cast<int32_t>(size - kHeaderSize);
+        handle->fileSize += static_cast<int32_t>(size);
+    }
+    if (append) ++handle->recordCount;
+    widenBounds(*handle, *object);
+    return index;
+}
