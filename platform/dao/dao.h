@@ -108,10 +108,17 @@ class CDaoDatabase {
     // A statement without records. options: dbSQLPassThrough hands it to a server as it stands.
     void Execute(const std::string& sql, int options = 0);
 
+    // What is changed between the two is kept whole, or not at all: Rollback, Close and the end of the object
+    // undo it. Without a transaction every change is kept as soon as the database is closed.
+    void BeginTrans();
+    void CommitTrans();
+    void Rollback();
+
     dao::Connection& connection() const;
 
   private:
     std::shared_ptr<dao::Connection> connection_;
+    bool transaction_ = false;
     mutable std::vector<CDaoTableDefInfo> tables_;
 };
 

@@ -1,4 +1,7 @@
 #include "platform/dao/dao.h"
+
+#include <utility>
+
 #include "platform/dao/engines.h"
 #include "platform/text/text.h"
 
@@ -27,7 +30,9 @@ void CDaoDatabase::Close() {
     std::shared_ptr<dao::Connection> closing = std::move(connection_);
     connection_ = nullptr;
     tables_.clear();
-    if (closing) closing->commit();
+    if (!closing) return;
+    if (std::exchange(transaction_, false)) closing->endTransaction(false);
+    closing->commit();
 }
 
 dao::Connection& CDaoDatabase::connection() const {
@@ -72,4 +77,20 @@ void CDaoDatabase::DeleteTableDef(const std::string& name) {
 
 void CDaoDatabase::Execute(const std::string& sql, int options) {
     connection().execute(sql, options);
+}
+
+void CDaoDatabase::BeginTrans() {
+    if (transaction_) throw CDaoException("A transaction is under way already.");
+    connection().beginTransaction();
+    transaction_ = true;
+}
+
+void CDaoDatabase::CommitTrans() {
+    if (!std::exchange(transaction_, false)) throw CDaoException("No transaction is under way.");
+    connection().endTransaction(true);
+}
+
+void CDaoDatabase::Rollback() {
+    if (!std::exchange(transaction_, false)) throw CDaoException("No transaction is under way.");
+    connection().endTransaction(false);
 }

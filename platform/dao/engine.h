@@ -62,8 +62,15 @@ class Connection {
     virtual void execute(const std::string& sql, int options) = 0;
     virtual std::unique_ptr<Cursor> open(int type, const std::string& sql, int options) = 0;
 
-    // Makes all changes last. Called when a database is closed and when an exception is under way.
+    // Makes all changes last. Called when a database is closed and when an exception is under way. Does
+    // nothing inside a transaction of the caller's.
     virtual void commit() = 0;
+
+    // A transaction of the caller's: what changes from here on is kept whole or not at all. What was changed
+    // before is made to last first.
+    virtual void beginTransaction() = 0;
+    // Ends it. Nothing happens when none is under way.
+    virtual void endTransaction(bool keep) = 0;
 };
 
 class Engine {

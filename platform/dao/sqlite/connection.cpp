@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <utility>
 
 #include "platform/dao/access_sql.h"
 #include "platform/dao/engines.h"
@@ -335,16 +336,34 @@ void SqliteConnection::wrote() {
     if (std::chrono::steady_clock::now() - began_ >= std::chrono::seconds(kSecondsShared)) commit();
 }
 
+void SqliteConnection::rollback() {
+    if (!sqlite3_get_autocommit(db_)) sqlite3_exec(db_, "ROLLBACK", nullptr, nullptr, nullptr);
+    fieldsSchema_ = -1;
+}
+
 void SqliteConnection::commit() {
-    if (sqlite3_get_autocommit(db_)) return;
+    if (transaction_ || sqlite3_get_autocommit(db_)) return;
     try {
         prepared("COMMIT")->run();
     } catch (const CDaoException&) {
         // What cannot be made to last is undone, so that the file is not left locked.
-        if (!sqlite3_get_autocommit(db_)) sqlite3_exec(db_, "ROLLBACK", nullptr, nullptr, nullptr);
-        fieldsSchema_ = -1;
+        rollback();
         throw;
     }
+}
+
+void SqliteConnection::beginTransaction() {
+    commit();
+    beginWrite();
+    transaction_ = true;
+}
+
+void SqliteConnection::endTransaction(bool keep) {
+    if (!std::exchange(transaction_, false)) return;
+    if (keep)
+        commit();
+    else
+        rollback();
 }
 
 }  // namespace dao::sqlite

@@ -41,6 +41,8 @@ class SqliteConnection : public Connection, public std::enable_shared_from_this<
     void execute(const std::string& sql, int options) override;
     std::unique_ptr<Cursor> open(int type, const std::string& sql, int options) override;
     void commit() override;
+    void beginTransaction() override;
+    void endTransaction(bool keep) override;
 
     sqlite3* handle() const { return db_; }
     // A statement that is used again and again. It must be reset after use.
@@ -59,6 +61,7 @@ class SqliteConnection : public Connection, public std::enable_shared_from_this<
 
   private:
     void run(const std::string& sql);
+    void rollback();
     void requireTable(const std::string& table);
     // Does a change of the schema in the shared transaction; a part of it that fails is undone whole.
     template <typename Change>
@@ -75,6 +78,7 @@ class SqliteConnection : public Connection, public std::enable_shared_from_this<
     std::unordered_map<std::string, std::shared_ptr<const std::vector<CDaoFieldInfo>>> fields_;
     int64_t fieldsSchema_ = -1;  // the version of the schema that they belong to
     int writes_ = 0;
+    bool transaction_ = false;  // the caller's; the shared one must not end before it
     std::chrono::steady_clock::time_point began_;
 };
 

@@ -84,6 +84,8 @@ class RecordingConnection : public dao::Connection {
         return std::make_unique<RecordingCursor>(fields, engine_.found);
     }
     void commit() override {}
+    void beginTransaction() override {}
+    void endTransaction(bool) override {}
 
   private:
     void record(const std::string& sql) {

@@ -389,6 +389,30 @@ TEST_F(Dao, DatabasesOfOneProcessShareTheFile) {
     EXPECT_NE(descriptionOf([&] { alone.Open(folder("out.mdb"), true); }), "no exception");
 }
 
+TEST_F(Dao, ATransactionIsKeptWholeOrNotAtAll) {
+    add("before", "TREE");
+    db.BeginTrans();
+    add("1", "TREE");
+    CDaoTableDef table(&db);
+    table.Open("POLES");
+    table.CreateField(field("LATER", dbText, 10));
+    table.Close();
+    EXPECT_EQ(column("SELECT PT_ID FROM POLES"), (Strings{"before", "1"}));
+    db.Rollback();
+    EXPECT_EQ(column("SELECT PT_ID FROM POLES"), Strings{"before"});
+    EXPECT_NE(descriptionOf([&] { column("SELECT LATER FROM POLES"); }), "no exception");
+
+    db.BeginTrans();
+    add("2", "TREE");
+    db.CommitTrans();
+    db.BeginTrans();
+    add("3", "TREE");
+    db.Close();  // without a word: undone
+    db.Open(folder("out.mdb"));
+    EXPECT_EQ(column("SELECT PT_ID FROM POLES"), (Strings{"before", "2"}));
+    EXPECT_NE(descriptionOf([&] { db.CommitTrans(); }), "no exception");
+}
+
 TEST(DaoFiles, WhatIsNoDatabaseIsRefusedWithItsReason) {
     ScratchFolder folder;
     CDaoDatabase db;
