@@ -1,0 +1,36 @@
+// Making and changing the definitions of tables.
+#pragma once
+
+#include "platform/dao/jet/database.h"
+
+namespace jet {
+
+// A place for a usage map: a row on one of the pages that hold them.
+class MapSpace {
+  public:
+    explicit MapSpace(Store& store) : store_(store) {}
+    // near: a page with maps that may have room; 0 for none.
+    RowId add(uint32_t near);
+    // Takes a map away, and gives back its pages and the page it stood on when nothing else is there.
+    void remove(RowId map);
+
+  private:
+    Store& store_;
+};
+
+// The definition of a new table on a page that is its own already. Its maps are made near other ones.
+TableDefinition newDefinition(Store& store, uint32_t page, const std::vector<Column>& columns, bool system,
+                              uint32_t mapPage);
+// Adds a column behind the others.
+void addColumnTo(Store& store, TableDefinition& definition, const Column& column);
+void removeColumnFrom(Store& store, TableDefinition& definition, size_t column);
+// Adds an index with an empty tree.
+void addIndexTo(Store& store, TableDefinition& definition, const Index& index);
+// Gives back all pages of a table, its definition with them.
+void dropStorage(Store& store, const TableDefinition& definition);
+
+// What the properties add to a column, and the properties of a column.
+void readColumnProperties(const Store& store, const Properties& properties, Column& column);
+void writeColumnProperties(const Store& store, Properties& properties, const Column& column);
+
+}  // namespace jet
