@@ -21,5 +21,7 @@ void defineEntityFunctions(Interpreter& lisp);
 void defineSelectionFunctions(Interpreter& lisp);
 void definePromptFunctions(Interpreter& lisp);
 void defineHostFunctions(Interpreter& lisp);
+// Those that look into databases.
+void defineDatabaseFunctions(Interpreter& lisp);
 
 }  // namespace hostcad::lisp

@@ -109,6 +109,7 @@ Interpreter::Interpreter(Output output)
     defineSelectionFunctions(*this);
     definePromptFunctions(*this);
     defineHostFunctions(*this);
+    defineDatabaseFunctions(*this);
 }
 
 Interpreter::~Interpreter() = default;
@@ -361,13 +362,25 @@ void Interpreter::callErrorHandler(const Error& error) {
 }
 
 void Interpreter::limitSteps(std::uint64_t steps) {
-    nextCheck_ = steps ? steps_ + steps : ~std::uint64_t{0};
+    limit_ = steps ? steps_ + steps : kNever;
+    nextCheck_ = std::min(limit_, nextPulse_);
+}
+
+void Interpreter::setPulse(std::function<void()> pulse) {
+    pulse_ = std::move(pulse);
+    nextPulse_ = pulse_ ? steps_ : kNever;
+    nextCheck_ = std::min(limit_, nextPulse_);
 }
 
 void Interpreter::limitReached(const char* here) {
     if (cancelled_.exchange(false)) throw Error("Function cancelled", Error::Kind::Cancel);
     if (here < stackEnd_) throw Error("stack limit reached");
-    throw Error("too many steps", Error::Kind::Limit);
+    if (steps_ >= limit_) throw Error("too many steps", Error::Kind::Limit);
+    constexpr std::uint64_t kStepsOfPulse = 100000;
+    nextPulse_ = steps_ + kStepsOfPulse;
+    nextCheck_ = std::min(limit_, nextPulse_);
+    pulse_();
+    if (cancelled_.exchange(false)) throw Error("Function cancelled", Error::Kind::Cancel);
 }
 
 // --- Places ------------------------------------------------------------------------------------------

@@ -72,6 +72,9 @@ class Interpreter {
     void clearCancel() { cancelled_ = false; }
     // A guarded run ends with an error after so many steps; 0: no limit.
     void limitSteps(std::uint64_t steps);
+    // Calls a function now and then while a program runs, so that a window lives on; it may cancel(). Null
+    // for none.
+    void setPulse(std::function<void()> pulse);
     // Throws where the stack or the steps are used up, or the user has cancelled.
     void checkLimits() {
         const char* here = static_cast<const char*>(__builtin_frame_address(0));
@@ -114,7 +117,11 @@ class Interpreter {
     int guards_ = 0;
     bool inErrorHandler_ = false;
     std::uint64_t steps_ = 0;
-    std::uint64_t nextCheck_ = ~std::uint64_t{0};
+    static constexpr std::uint64_t kNever = ~std::uint64_t{0};
+    std::uint64_t limit_ = kNever;
+    std::uint64_t nextPulse_ = kNever;
+    std::uint64_t nextCheck_ = kNever;  // the nearer of the two
+    std::function<void()> pulse_;
     const char* stackEnd_ = nullptr;
     std::atomic<bool> cancelled_{false};
 };
