@@ -60,8 +60,10 @@ Answer ask(Prompt prompt) {
     return answer;
 }
 
-int askPoint(const ads_real* base, const char* prompt, ads_point result) {
-    Answer answer = ask(promptOf(Prompt::Kind::Point, prompt, base));
+int askPoint(const ads_real* base, const char* text, ads_point result, bool isCorner = false) {
+    Prompt prompt = promptOf(Prompt::Kind::Point, text, base);
+    prompt.isCorner = isCorner;
+    Answer answer = ask(std::move(prompt));
     if (answer.isValue()) ads_point_set(answer.point.data(), result);
     return statusOf(answer);
 }
@@ -137,7 +139,7 @@ int acedGetPoint(const ads_point base, const char* prompt, ads_point result) {
     return askPoint(base, prompt, result);
 }
 int acedGetCorner(const ads_point base, const char* prompt, ads_point result) {
-    return askPoint(base, prompt, result);
+    return askPoint(base, prompt, result, true);
 }
 
 int acedGetDist(const ads_point base, const char* prompt, ads_real* result) {

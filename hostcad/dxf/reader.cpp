@@ -211,7 +211,7 @@ std::unique_ptr<Drawing> parseDxf(std::string_view content, std::string& error) 
 std::unique_ptr<Drawing> readDxf(const std::string& path, std::string& error) {
     std::optional<std::string> content = files::read(path);
     if (!content) {
-        error = "Cannot read " + path + ".";
+        error = path + ": The file cannot be read.";
         return nullptr;
     }
     std::unique_ptr<Drawing> drawing = parseDxf(*content, error);

@@ -19,6 +19,10 @@ void Command::askFrom(const Coordinates& base, Prompt::Kind kind, const std::str
     ask(Prompt{kind, text, bits, Keywords(keywords), base}, std::move(handler));
 }
 
+void Command::askCorner(const Coordinates& from, const std::string& text, Handler handler) {
+    ask(Prompt{Prompt::Kind::Point, text, 0, {}, from, true}, std::move(handler));
+}
+
 void Command::answer(const Answer& answer) {
     Handler handler = std::move(handler_);
     handler_ = nullptr;

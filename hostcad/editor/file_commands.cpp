@@ -2,10 +2,10 @@
 #include "hostcad/drawing/current_drawing.h"
 #include "hostcad/editor/command.h"
 #include "hostcad/editor/command_processor.h"
+#include "hostcad/editor/file_boxes.h"
 #include "hostcad/editor/host.h"
 #include "platform/files/files.h"
 #include "platform/text/text.h"
-#include "platform/ui/backend.h"
 
 namespace hostcad {
 
@@ -18,10 +18,17 @@ class FileCommand : public Command {
     bool isUndoable() const override { return false; }
 
   protected:
-    // Goes on at once when nothing would be lost, else asks.
+    // The user likes boxes, and no program gives the answers.
+    bool wantsBoxes() { return host_.variables().integer("FILEDIA") != 0 && !host_.commands().isScripted(); }
+
+    // Goes on at once when nothing would be lost, else asks: in a box, or on the command line.
     void unlessChangesAreKept(const std::function<void()>& goOn) {
         if (!currentDrawing().modified()) {
             goOn();
+            return;
+        }
+        if (wantsBoxes()) {
+            if (settleChanges(host_)) goOn();
             return;
         }
         ask(
@@ -36,8 +43,7 @@ class FileCommand : public Command {
     // The name of a file: from a box where the user likes boxes, else from the command line.
     void askName(const std::string& prompt, bool isSaving,
                  const std::function<void(const std::string&)>& use) {
-        bool wantsBox = host_.variables().integer("FILEDIA") != 0 && !host_.commands().isScripted();
-        if (wantsBox) {
+        if (wantsBoxes()) {
             useBox(isSaving, use);
             return;
         }
@@ -55,16 +61,7 @@ class FileCommand : public Command {
 
   private:
     void useBox(bool isSaving, const std::function<void(const std::string&)>& use) {
-        ui::FileBox box;
-        box.save = isSaving;
-        box.title = isSaving ? "Save Drawing As" : "Select File";
-        box.filter = "Drawing (*.dxf)|*.dxf||";
-        box.pattern = isSaving ? files::nameOf(currentDrawing().path()) : "*.dxf";
-        box.folder = files::folderOf(currentDrawing().path());
-        box.defaultExtension = "dxf";
-        box.mustExist = !isSaving;
-        box.askOverwrite = isSaving;
-        if (std::optional<std::string> path = ui::fileBox(box)) use(*path);
+        if (std::optional<std::string> path = chooseDrawing(isSaving)) use(*path);
     }
 };
 
@@ -153,8 +150,7 @@ class SaveAsCommand : public FileCommand {
         std::string path = files::native(name);
         if (!path.empty() && files::extensionOf(path).empty()) path += ".dxf";
         bool isForeign = !path.empty() && files::exists(path) && path != currentDrawing().path();
-        bool asksInBox = host_.variables().integer("FILEDIA") != 0 && !host_.commands().isScripted();
-        if (!isForeign || asksInBox) {
+        if (!isForeign || wantsBoxes()) {
             report(host_.saveDrawing(path));
             return;
         }

@@ -100,7 +100,7 @@ class InsertCommand : public Command {
         std::string error;
         std::unique_ptr<Drawing> source = readDxf(path, error);
         if (!source) {
-            say("\nCannot read " + path + ": " + error + "\n");
+            say("\nCannot insert " + error + "\n");
             return false;
         }
         int skipped = importAsBlock(currentDrawing(), *source, name);

@@ -56,12 +56,19 @@ void ObjectSelection::ask(const std::string& text, Step step) {
     step_ = step;
 }
 
+void ObjectSelection::askOppositeCorner(Step step) {
+    prompt_ = Prompt{Prompt::Kind::Point, "\nSpecify opposite corner: ", 0, {}, corner_, true};
+    step_ = step;
+}
+
 bool ObjectSelection::take(const Answer& answer) {
     if (answer.kind == Answer::Kind::Cancelled || answer.kind == Answer::Kind::NoInput) {
         isCancelled_ = isOver_ = true;
     } else {
         (this->*step_)(answer);
     }
+    if (isOver_)
+        for (ObjectId id : set_.members()) mark(id, false);
     return isOver_;
 }
 
@@ -113,7 +120,7 @@ void ObjectSelection::takePoint(const Coordinates& at) {
         return;
     }
     corner_ = at;
-    ask("\nSpecify opposite corner: ", &ObjectSelection::takeImpliedCorner);
+    askOppositeCorner(&ObjectSelection::takeImpliedCorner);
 }
 
 void ObjectSelection::takeFirstCorner(const Answer& answer) {
@@ -122,7 +129,7 @@ void ObjectSelection::takeFirstCorner(const Answer& answer) {
         return;
     }
     corner_ = answer.point;
-    ask("\nSpecify opposite corner: ", &ObjectSelection::takeSecondCorner);
+    askOppositeCorner(&ObjectSelection::takeSecondCorner);
 }
 
 void ObjectSelection::takeSecondCorner(const Answer& answer) {
@@ -161,13 +168,24 @@ void ObjectSelection::select(const char* mode, const void* first, const void* se
 
 void ObjectSelection::join(const std::vector<ObjectId>& entities) {
     int count = 0;
-    for (ObjectId id : entities) count += isRemoving_ ? set_.remove(id) : set_.add(id);
+    for (ObjectId id : entities) {
+        bool isChanged = isRemoving_ ? set_.remove(id) : set_.add(id);
+        if (!isChanged) continue;
+        ++count;
+        mark(id, !isRemoving_);
+    }
     askObjects();
     if (host_.commands().isQuiet()) return;
     std::string found = text::format("\n%zu found", entities.size());
     if (isRemoving_) found += text::format(", %d removed", count);
     if (set_.size() != entities.size() || isRemoving_) found += text::format(", %zu total", set_.size());
     host_.write(found);
+}
+
+void ObjectSelection::mark(ObjectId id, bool on) {
+    EntityName name{};
+    nameOf(id, name.data());
+    host_.view().highlight(name, on);
 }
 
 int selectObjects(Host& host, SelectionSet& set) {

@@ -27,6 +27,7 @@ class ObjectSelection {
     void askObjects();
     void ask(const std::string& text, Step step);
     void takeObjects(const Answer& answer);
+    void askOppositeCorner(Step step);
     void takeOption(const std::string& option);
     void takePoint(const Coordinates& at);
     void takeFirstCorner(const Answer& answer);
@@ -35,6 +36,8 @@ class ObjectSelection {
     void takeVertex(const Answer& answer);
     void select(const char* mode, const void* first = nullptr, const void* second = nullptr);
     void join(const std::vector<ObjectId>& entities);
+    // Shows in the picture that an entity is selected, or no longer.
+    void mark(ObjectId id, bool on);
 
     Host& host_;
     Prompt prompt_;

@@ -56,6 +56,13 @@ void Keywords::add(std::string_view item, bool isGlobal) {
     words_.push_back(std::move(made));
 }
 
+std::vector<std::string> Keywords::shown() const {
+    std::vector<std::string> words;
+    for (const Word& word : words_)
+        if (!word.isGlobal) words.push_back(word.text);
+    return words;
+}
+
 std::optional<std::string> Keywords::match(std::string_view typed) const {
     typed = text::trim(typed);
     bool onlyGlobal = !typed.empty() && typed.front() == '_';

@@ -23,6 +23,8 @@ class Keywords {
     // The word that the text stands for, as a program knows it.
     std::optional<std::string> match(std::string_view text) const;
     bool empty() const { return words_.empty(); }
+    // The words as a user sees them.
+    std::vector<std::string> shown() const;
 
   private:
     struct Word {
@@ -49,6 +51,7 @@ struct Prompt {
     int bits = 0;
     Keywords keywords;
     std::optional<Coordinates> base;  // what distances, angles and relative points count from
+    bool isCorner = false;            // the point is the corner of a box that begins at the base
 };
 
 // One thing that a person or a script gives.

@@ -58,10 +58,9 @@ class ZoomCommand : public ViewCommand {
     }
 
     void askSecondCorner(const Coordinates& first) {
-        askFrom(first, Prompt::Kind::Point,
-                "\nSpecify opposite corner: ", [this, first](const Answer& answer) {
-                    if (answer.isValue()) showBox(first, answer.point);
-                });
+        askCorner(first, "\nSpecify opposite corner: ", [this, first](const Answer& answer) {
+            if (answer.isValue()) showBox(first, answer.point);
+        });
     }
 
     void askHeight(const Coordinates& centre) {

@@ -389,7 +389,7 @@ TEST(BadFiles, LeaveTheOldFileWhenSavingFails) {
     EXPECT_FALSE(writeDxf(*drawing, folder / "missing/drawing.dxf", drawing->format(), error));
     EXPECT_EQ(error, "Cannot write " + (folder / "missing/drawing.dxf") + ".");
     EXPECT_EQ(readDxf(path, error), nullptr);
-    EXPECT_EQ(error, "Cannot read " + path + ".");
+    EXPECT_EQ(error, path + ": The file cannot be read.");
     files::replace(path, "old");
     EXPECT_FALSE(writeDxf(*drawing, path, {.version = DrawingVersion::R12}, error));
     EXPECT_EQ(files::read(path), "old");

@@ -1,0 +1,43 @@
+#include "hostcad/editor/file_boxes.h"
+
+#include "hostcad/drawing/current_drawing.h"
+#include "hostcad/editor/host.h"
+#include "platform/files/files.h"
+#include "platform/ui/backend.h"
+
+namespace hostcad {
+
+std::optional<std::string> chooseDrawing(bool isSaving) {
+    const std::string& own = currentDrawing().path();
+    ui::FileBox box;
+    box.save = isSaving;
+    box.title = isSaving ? "Save Drawing As" : "Select File";
+    box.filter = "Drawing (*.dxf)|*.dxf||";
+    box.pattern = isSaving ? files::nameOf(own) : "*.dxf";
+    box.folder = files::folderOf(own);
+    box.defaultExtension = "dxf";
+    box.mustExist = !isSaving;
+    box.askOverwrite = isSaving;
+    return ui::fileBox(box);
+}
+
+bool settleChanges(Host& host) {
+    const Drawing& drawing = currentDrawing();
+    if (!drawing.modified()) return true;
+    std::string name = drawing.path().empty() ? "The drawing" : files::nameOf(drawing.path());
+    int answer =
+        ui::messageBox("Unsaved changes", name + " has changes that are not saved.\nSave them first?",
+                       ui::kBoxYesNoCancel | ui::kBoxExclamation);
+    if (answer != ui::kYes) return answer == ui::kNo;
+    std::string path = drawing.path();
+    if (path.empty()) {
+        std::optional<std::string> chosen = chooseDrawing(true);
+        if (!chosen) return false;
+        path = *chosen;
+    }
+    std::string problem = host.saveDrawing(path);
+    if (!problem.empty()) host.write("\n" + problem + "\n");
+    return problem.empty();
+}
+
+}  // namespace hostcad

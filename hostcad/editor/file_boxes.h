@@ -1,0 +1,18 @@
+// Boxes round the files of drawings.
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace hostcad {
+
+class Host;
+
+// The file to open or to save under; nothing when the user cancelled.
+std::optional<std::string> chooseDrawing(bool isSaving);
+
+// Asks what is to become of changes that are not saved, and saves them where that is wanted. False when the
+// drawing must stay: the user has cancelled, or it could not be saved, which the command line tells.
+bool settleChanges(Host& host);
+
+}  // namespace hostcad
