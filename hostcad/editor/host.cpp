@@ -176,7 +176,7 @@ std::string Host::openDrawing(const std::string& name) {
     if (path.empty()) return "There is no file " + name + ".";
     std::string error;
     std::unique_ptr<Drawing> drawing = readDxf(path, error);
-    if (!drawing) return "Cannot open " + path + ": " + error;
+    if (!drawing) return "Cannot open " + error;  // which begins with the path
     drawing->setPath(path);
     return replaceDrawing(std::move(drawing));
 }
@@ -268,18 +268,32 @@ void Host::readViewBox() {
 }
 
 void Host::setViewBox(const Coordinates& centre, double height) {
-    constexpr size_t kMostEarlierViews = 10;
-    earlierViews_.push_back(viewBox_);
-    if (earlierViews_.size() > kMostEarlierViews) earlierViews_.erase(earlierViews_.begin());
+    rememberViewBox();
     viewBox_ = {centre, height, height * aspectOf(view_)};
     keepViewBox();
 }
 
-void Host::restoreViewBox() {
-    if (earlierViews_.empty()) return;
+void Host::rememberViewBox() {
+    constexpr size_t kMostEarlierViews = 30;
+    earlierViews_.push_back(viewBox_);
+    if (earlierViews_.size() > kMostEarlierViews) earlierViews_.erase(earlierViews_.begin());
+}
+
+void Host::noteViewBox(const ViewBox& box, bool begins) {
+    if (begins) rememberViewBox();
+    viewBox_ = box;
+}
+
+bool Host::showEarlierView() {
+    if (earlierViews_.empty()) return false;
     viewBox_ = earlierViews_.back();
     earlierViews_.pop_back();
-    keepViewBox();
+    view_.show(viewBox_);
+    return true;
+}
+
+void Host::restoreViewBox() {
+    if (showEarlierView()) keepViewBox();
 }
 
 void Host::keepViewBox() {

@@ -65,9 +65,12 @@ class Host {
     const ViewBox& viewBox() const { return viewBox_; }
     // Keeps it in the drawing and shows it.
     void setViewBox(const Coordinates& centre, double height);
-    // What the user has moved the view to by hand: no command and no change of the drawing.
-    void noteViewBox(const ViewBox& box) { viewBox_ = box; }
-    // Back to what was shown before the last change of the view.
+    // What the user has moved the view to by hand: no command and no change of the drawing. `begins`: with
+    // it a movement begins, to the start of which the user can go back.
+    void noteViewBox(const ViewBox& box, bool begins);
+    // Back to what was shown before the last change of the view; false when there is no earlier one.
+    bool showEarlierView();
+    // The same as a command: it is kept in the drawing.
     void restoreViewBox();
 
     bool wantsQuit() const { return wantsQuit_; }
@@ -78,6 +81,7 @@ class Host {
     std::string replaceDrawing(std::unique_ptr<class Drawing> drawing);
     void readViewBox();
     void keepViewBox();
+    void rememberViewBox();
 
     CommandLine commandLine_;
     View& view_;

@@ -91,6 +91,32 @@
                          (cond ((caddr at)) ((cdr (assoc 38 data))) (0.0))))
     (list 0.0 0.0 0.0)))
 
+;; --- What the window shows of a link -----------------------------------------------------------------------
+
+;; The window shows the strings of this application's data under these names, and lists the entities that have
+;; it with the string called Feature.
+(setq link-application$ "ZGEO_GIS_2000"
+      link-strings$ '("Template" "Output" "Feature" "Key field" "Key"))
+
+;; The table that a template says a feature writes to; one of the feature's own name where it says nothing.
+(defun gis:table (template feature / row)
+  (setq row (db:record template "ZGEO_LINKS" (list (cons "GIS_NAME" feature))))
+  (setq row (if (listp row) (cdr (assoc "TABLE_NAME" row))))
+  (cond (row) (t feature)))
+
+;; The record that the strings of a link lead to, as pairs of field and value; nil when there is none. A string
+;; says why it cannot be read. Records of old tables have no GIS_KEY.
+(defun link-record (strings / feature table key record)
+  (if (= (length strings) 5)
+    (progn
+      (setq feature (nth 2 strings)
+            table (gis:table (nth 0 strings) feature)
+            key (cons (nth 3 strings) (nth 4 strings))
+            record (db:record (nth 1 strings) table (list key (cons "GIS_KEY" feature))))
+      (if (= (type record) 'STR)
+        (db:record (nth 1 strings) table (list key))
+        record))))
+
 ;; --- Smart prompting -------------------------------------------------------------------------------------
 
 ;; Whether the template defines a feature, with or without the digits at the end of its name: TREE12 opens

@@ -1,13 +1,18 @@
-// The drawing on the screen: painting, zoom and pan, hover and selection marks, and what the mouse points at.
+// The drawing on the screen: zoom and pan, hover and selection marks, and what the mouse points at.
 #pragma once
 
 #include <QImage>
+#include <QTimer>
 #include <QWidget>
 #include <functional>
+#include <optional>
 #include <set>
+#include <vector>
 
 #include "hostcad/editor/view.h"
+#include "hostcad/geometry/frame.h"
 #include "hostcad/window/scene.h"
+#include "hostcad/window/scene_painter.h"
 
 namespace hostcad {
 
@@ -20,24 +25,28 @@ class Canvas : public QWidget {
     // A click; `hit` is the entity under it, 0 for none.
     std::function<void(Point at, ObjectId hit, Qt::KeyboardModifiers)> onClick;
     // A box that was drawn: to the left it crosses, to the right it encloses.
-    std::function<void(Point from, Point to, bool crossing)> onBox;
-    std::function<void()> onViewChanged;
+    std::function<void(const Box& box, bool crossing, Qt::KeyboardModifiers)> onBox;
+    // The user has moved the view; `begins` with the first step of a movement.
+    std::function<void(bool begins)> onViewMoved;
     std::function<void()> onRightClick;
 
     ViewBox view() const;
     void setView(const ViewBox& box);
-    void zoomExtents();
-    void zoomPrevious();
+    // False when there is nothing to show.
+    bool zoomExtents();
     void zoomBy(double factor, QPointF about);
-    // The next box is the new view.
-    void zoomToNextBox() { zoomsToBox_ = true; }
+    // The next box that is drawn is the new view.
+    void zoomToNextBox(bool on) { zoomsToBox_ = on; }
 
     // Marks; the canvas is painted anew.
-    void setSelected(std::set<ObjectId> ids);
-    const std::set<ObjectId>& selected() const { return selected_; }
+    void setSelected(std::vector<ObjectId> ids);
+    // In ascending order.
+    const std::vector<ObjectId>& selected() const { return selected_; }
     void setHighlighted(ObjectId id, bool on);
-    // Where a rubber band begins, as long as a prompt asks for a second point.
-    void setRubberBase(std::optional<Point> base) { rubberBase_ = base; }
+    void clearHighlights();
+    // The rubber band to the mouse from a point on, as a line or as a box; as long as a prompt asks for a
+    // second point.
+    void setRubberBand(std::optional<Point> base, bool isBox = false);
     // Boxes may be drawn: a prompt takes several objects, or none is asked.
     void setTakesBoxes(bool on) { takesBoxes_ = on; }
 
@@ -56,33 +65,31 @@ class Canvas : public QWidget {
     void leaveEvent(QEvent* event) override;
 
   private:
-    QPointF toScreen(const Point& p) const;
-    Point toWorld(QPointF p) const;
-    void changeView(Point centre, double scale, bool remember = true);
-    void paintScene(QPainter& painter);
-    void paintEntity(QPainter& painter, const SceneEntity& entity, const QPen* mark);
-    void paintText(QPainter& painter, const SceneText& text, const QPen* mark);
-    void paintMarks(QPainter& painter);
+    QPointF toScreen(PlanePoint p) const;
+    PlanePoint toWorld(QPointF p) const;
+    void setPlace(PlanePoint centre, double scale);
+    void moveView(PlanePoint centre, double scale);
+    void showBox(const Box& box, double margin);
+    void paintPicture();
+    void paintRubberBand(QPainter& painter);
     void hover(QPointF at);
-
-    struct Place {
-        Point centre;
-        double scale = 1;  // pixels a unit
-    };
+    void endDrag(const QMouseEvent& event);
 
     Scene& scene_;
-    Place place_;
-    std::vector<Place> previous_;
+    ViewPlace place_;  // scale: pixels of the desktop a unit
     QImage picture_;
-    bool stale_ = true;
-    std::set<ObjectId> selected_;
+    bool isStale_ = true;
+    QTimer rest_;  // runs while the view moves
+    std::vector<ObjectId> selected_;
     std::set<ObjectId> highlighted_;
     ObjectId hovered_ = 0;
     std::optional<Point> rubberBase_;
+    bool rubberIsBox_ = false;
     bool takesBoxes_ = true;
     bool zoomsToBox_ = false;
     QPointF mouse_;
     QPointF pressed_;
+    QPointF lastPan_;
     enum class Drag { None, Pan, Box } drag_ = Drag::None;
 };
 

@@ -1,14 +1,11 @@
 #include "hostcad/window/command_panel.h"
 
 #include <QFontDatabase>
-#include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
-#include <QPushButton>
 #include <QRegularExpression>
-#include <QTextBlock>
 #include <QVBoxLayout>
 
 namespace hostcad {
@@ -16,14 +13,41 @@ namespace {
 
 constexpr int kMostLines = 5000;
 
+QString link(const QString& word, const QString& shown) {
+    return "<a href=\"" + word.toHtmlEscaped() + "\">" + shown.toHtmlEscaped() + "</a>";
+}
+
+// The text of a prompt as rich text in which the keywords can be clicked. Prompts list them in brackets,
+// "[Select/Number/<Pick>]", the default one in angles; those that the text does not have stand behind it.
+QString promptWithLinks(const QString& text, const Keywords& keywords) {
+    static const QRegularExpression kWords("[\\[(]([^\\])]*)[\\])]");
+    QStringList missing;
+    for (const std::string& word : keywords.shown()) missing << QString::fromStdString(word);
+    QString rich;
+    qsizetype done = 0;
+    QRegularExpressionMatchIterator matches = kWords.globalMatch(text);
+    while (matches.hasNext() && !keywords.empty()) {
+        QRegularExpressionMatch match = matches.next();
+        QStringList items;
+        for (const QString& item : match.captured(1).split('/')) {
+            QString bare = QString(item).remove('<').remove('>').trimmed();
+            // "Auto keys on" is the keyword Auto and a word on what it does.
+            auto keyword = keywords.match(bare.section(' ', 0, 0).toStdString());
+            items << (keyword ? link(QString::fromStdString(*keyword), item) : item.toHtmlEscaped());
+            if (keyword) missing.removeAll(QString::fromStdString(*keyword));
+        }
+        rich += text.mid(done, match.capturedStart(1) - done).toHtmlEscaped() + items.join('/');
+        done = match.capturedEnd(1);
+    }
+    rich += text.mid(done).toHtmlEscaped();
+    for (QString& word : missing) word = link(word, word);
+    return missing.isEmpty() ? rich : rich + " " + missing.join(" ");
+}
+
 }  // namespace
 
 CommandPanel::CommandPanel(QWidget* parent)
-    : QWidget(parent),
-      history_(new QPlainTextEdit),
-      prompt_(new QLabel),
-      keywords_(new QHBoxLayout),
-      line_(new QLineEdit) {
+    : QWidget(parent), history_(new QPlainTextEdit), prompt_(new QLabel), line_(new QLineEdit) {
     QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
     history_->setFont(fixed);
     history_->setReadOnly(true);
@@ -34,14 +58,19 @@ CommandPanel::CommandPanel(QWidget* parent)
     line_->setPlaceholderText("Command or Lisp expression");
     line_->setAccessibleName("Command line");
     line_->installEventFilter(this);
-    auto* bottom = new QHBoxLayout;
-    bottom->addWidget(prompt_);
-    bottom->addLayout(keywords_);
-    bottom->addWidget(line_, 1);
+    prompt_->setTextFormat(Qt::RichText);
+    prompt_->setWordWrap(true);
+    prompt_->setTextInteractionFlags(Qt::LinksAccessibleByMouse);
+    prompt_->setFocusPolicy(Qt::NoFocus);
+    prompt_->setAccessibleName("Prompt");
+    connect(prompt_, &QLabel::linkActivated, this, [this](const QString& word) {
+        if (onLine) onLine(word.toStdString());
+    });
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(4, 4, 4, 4);
     column->addWidget(history_, 1);
-    column->addLayout(bottom);
+    column->addWidget(prompt_);
+    column->addWidget(line_);
 }
 
 void CommandPanel::write(std::string_view text) {
@@ -73,35 +102,11 @@ void CommandPanel::write(std::string_view text) {
     history_->ensureCursorVisible();
 }
 
-void CommandPanel::removeKeywords() {
-    while (QLayoutItem* item = keywords_->takeAt(0)) {
-        item->widget()->hide();
-        item->widget()->deleteLater();
-        delete item;
-    }
-}
-
-void CommandPanel::showPrompt(const std::string& prompt) {
-    removeKeywords();
-    QString text = QString::fromStdString(prompt).trimmed();
-    // "[Select/Number/<Pick>]" and "(Select/Number/<Pick>)": what is between are words to click.
-    static const QRegularExpression kChoice("[\\[(]([^\\])]*/[^\\])]*)[\\])]");
-    QRegularExpressionMatch match = kChoice.match(text);
-    if (match.hasMatch())
-        for (QString word : match.captured(1).split('/')) {
-            word.remove('<').remove('>');
-            auto* button = new QPushButton(word.trimmed());
-            button->setFocusPolicy(Qt::NoFocus);
-            connect(button, &QPushButton::clicked, this, [this, word] {
-                if (onLine) onLine(word.trimmed().toStdString());
-            });
-            keywords_->addWidget(button);
-        }
-    prompt_->setText(text);
+void CommandPanel::showPrompt(const Prompt& prompt) {
+    prompt_->setText(promptWithLinks(QString::fromStdString(prompt.text).trimmed(), prompt.keywords));
 }
 
 void CommandPanel::clearPrompt() {
-    removeKeywords();
     prompt_->setText("Command:");
 }
 
@@ -128,6 +133,10 @@ bool CommandPanel::eventFilter(QObject* watched, QEvent* event) {
         case Qt::Key_Escape:
             line_->clear();
             if (onEscape) onEscape();
+            return true;
+        case Qt::Key_Delete:
+            if (!line_->text().isEmpty()) return false;
+            if (onDelete) onDelete();
             return true;
         case Qt::Key_Up:
         case Qt::Key_Down:

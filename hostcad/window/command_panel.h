@@ -1,5 +1,5 @@
-// The command line: a history of all that was printed, the present prompt's keywords to click, and a line to
-// type.
+// The command line: a history of all that was printed, the present prompt with its keywords to click, and a
+// line to type.
 #pragma once
 
 #include <QWidget>
@@ -8,7 +8,6 @@
 
 #include "hostcad/editor/prompt.h"
 
-class QHBoxLayout;
 class QLabel;
 class QLineEdit;
 class QPlainTextEdit;
@@ -21,11 +20,11 @@ class CommandPanel : public QWidget {
 
     std::function<void(const std::string&)> onLine;  // Enter, also on an empty line
     std::function<void()> onEscape;
+    std::function<void()> onDelete;  // the key, on an empty line
 
     // Text as it comes; a carriage return writes the line anew.
     void write(std::string_view text);
-    // Keywords stand in brackets in a prompt's text, with bars or slashes between them.
-    void showPrompt(const std::string& prompt);
+    void showPrompt(const Prompt& prompt);
     void clearPrompt();
     void focusLine();
     QString history() const;
@@ -34,11 +33,8 @@ class CommandPanel : public QWidget {
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
-    void removeKeywords();
-
     QPlainTextEdit* history_;
     QLabel* prompt_;
-    QHBoxLayout* keywords_;
     QLineEdit* line_;
     QStringList typed_;
     int recalled_ = 0;

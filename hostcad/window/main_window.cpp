@@ -7,20 +7,21 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QMenuBar>
-#include <QMessageBox>
 #include <QMimeData>
 #include <QProgressBar>
 #include <QSettings>
 #include <QStatusBar>
 #include <QToolBar>
 #include <QTreeWidget>
+#include <algorithm>
 
 #include "hostcad/ads/host_names.h"
+#include "hostcad/editor/file_boxes.h"
 #include "hostcad/window/command_panel.h"
+#include "hostcad/window/entity_list.h"
 #include "hostcad/window/icons.h"
 #include "hostcad/window/menu_file.h"
 #include "hostcad/window/properties.h"
-#include "platform/ads/entities.h"
 
 namespace hostcad {
 namespace {
@@ -29,10 +30,6 @@ constexpr int kMostRecent = 8;
 
 QString toQt(const std::string& text) {
     return QString::fromStdString(text);
-}
-
-Coordinates coordinatesOf(const Point& p) {
-    return {p.x, p.y, 0};
 }
 
 }  // namespace
@@ -48,11 +45,16 @@ MainWindow::MainWindow() {
 }
 
 MainWindow::~MainWindow() {
+    qApp->removeEventFilter(this);
+    list_->clear();
     scene_.attach(nullptr);
 }
 
 void MainWindow::start(Host& host, const std::string& menuFile) {
     host_ = &host;
+    host.lisp().setPulse([this] { breathe(); });
+    links_ = std::make_unique<LinkedRecords>(host.lisp());
+    qApp->installEventFilter(this);
     makeMenus(menuFile);
     makeToolBar();
     follow();
@@ -60,34 +62,46 @@ void MainWindow::start(Host& host, const std::string& menuFile) {
     panel_->focusLine();
 }
 
-// --- Making
-// ---------------------------------------------------------------------------------------------------
+// --- Making ------------------------------------------------------------------------------------------------
 
 void MainWindow::makePanels() {
     panel_ = new CommandPanel(this);
     panel_->onLine = [this](const std::string& line) { lineTyped(line); };
     panel_->onEscape = [this] { escape(); };
-    auto* commands = new QDockWidget("Command line", this);
-    commands->setObjectName("commands");
-    commands->setWidget(panel_);
-    addDockWidget(Qt::BottomDockWidgetArea, commands);
-
+    panel_->onDelete = [this] {
+        if (!canvas_->selected().empty() && !running_) runLine("ERASE");
+    };
+    list_ = new EntityList(this);
+    list_->onSelected = [this](std::vector<ObjectId> ids) {
+        canvas_->setSelected(std::move(ids));
+        showProperties();
+    };
     properties_ = new QTreeWidget(this);
     properties_->setColumnCount(2);
     properties_->setHeaderLabels({"Property", "Value"});
     properties_->setAlternatingRowColors(true);
     properties_->header()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
-    properties_->setMinimumWidth(300);
-    auto* details = new QDockWidget("Properties", this);
-    details->setObjectName("properties");
-    details->setWidget(properties_);
-    addDockWidget(Qt::RightDockWidgetArea, details);
-    resizeDocks({commands}, {190}, Qt::Vertical);
+    properties_->setAccessibleName("Properties");
+
+    auto dock = [this](const char* title, const char* name, QWidget* content, Qt::DockWidgetArea area) {
+        auto* made = new QDockWidget(title, this);
+        made->setObjectName(name);
+        made->setWidget(content);
+        addDockWidget(area, made);
+        return made;
+    };
+    QDockWidget* commands = dock("Command line", "commands", panel_, Qt::BottomDockWidgetArea);
+    QDockWidget* entities = dock("Entities", "entities", list_, Qt::RightDockWidgetArea);
+    QDockWidget* details = dock("Properties", "properties", properties_, Qt::RightDockWidgetArea);
+    resizeDocks({commands}, {180}, Qt::Vertical);
+    resizeDocks({entities, details}, {200, 400}, Qt::Vertical);
+    resizeDocks({entities, details}, {330, 330}, Qt::Horizontal);
 }
 
 void MainWindow::makeStatusBar() {
     coordinates_ = new QLabel("0.0000, 0.0000");
-    coordinates_->setMinimumWidth(240);
+    coordinates_->setMinimumWidth(
+        coordinates_->fontMetrics().horizontalAdvance("-0000000.0000, -0000000.0000"));
     layer_ = new QLabel;
     meterLabel_ = new QLabel;
     meter_ = new QProgressBar;
@@ -109,6 +123,10 @@ void MainWindow::makeMenus(const std::string& menuFile) {
                 connect(recent_, &QMenu::aboutToShow, this, [this] { fillRecent(); });
                 continue;
             }
+            if (entry.command == "@panels") {
+                for (auto* dock : findChildren<QDockWidget*>()) menu->addAction(dock->toggleViewAction());
+                continue;
+            }
             if (entry.caption.empty()) {
                 menu->addSeparator();
                 continue;
@@ -116,7 +134,11 @@ void MainWindow::makeMenus(const std::string& menuFile) {
             QAction* action = menu->addAction(toQt(entry.caption));
             action->setEnabled(entry.enabled);
             if (!entry.shortcut.empty()) action->setShortcut(QKeySequence(toQt(entry.shortcut)));
-            connect(action, &QAction::triggered, this, [this, command = entry.command] { runLine(command); });
+            if (entry.command == "@previous")
+                connect(action, &QAction::triggered, this, [this] { zoomPrevious(); });
+            else
+                connect(action, &QAction::triggered, this,
+                        [this, command = entry.command] { runLine(command); });
         }
     }
 }
@@ -136,9 +158,10 @@ void MainWindow::makeToolBar() {
     add(Icon::Undo, "Undo", [this] { runLine("U"); });
     add(Icon::Redo, "Redo", [this] { runLine("REDO"); });
     bar->addSeparator();
-    add(Icon::ZoomExtents, "Zoom to everything", [this] { canvas_->zoomExtents(); });
-    add(Icon::ZoomWindow, "Zoom to a window", [this] { canvas_->zoomToNextBox(); });
-    add(Icon::ZoomPrevious, "Previous view", [this] { canvas_->zoomPrevious(); });
+    // These go on while a prompt waits.
+    add(Icon::ZoomExtents, "Zoom to everything", [this] { zoomExtents(); });
+    add(Icon::ZoomWindow, "Zoom to a window", [this] { canvas_->zoomToNextBox(true); });
+    add(Icon::ZoomPrevious, "Previous view", [this] { zoomPrevious(); });
     bar->addSeparator();
     add(Icon::Prompting, "GIS smart prompting", [this] { runLine("GIS-PROMPT"); });
     add(Icon::Settings, "GIS settings", [this] { runLine("GIS-SETTINGS"); });
@@ -156,171 +179,80 @@ void MainWindow::fillRecent() {
 void MainWindow::joinCanvas() {
     canvas_->onMove = [this](Point p) { coordinates_->setText(QString::asprintf("%.4f, %.4f", p.x, p.y)); };
     canvas_->onClick = [this](Point at, ObjectId hit, Qt::KeyboardModifiers m) { clicked(at, hit, m); };
-    canvas_->onBox = [this](Point from, Point to, bool crossing) { boxDrawn(from, to, crossing); };
+    canvas_->onBox = [this](const Box& box, bool crossing, Qt::KeyboardModifiers m) {
+        boxDrawn(box, crossing, m);
+    };
     canvas_->onRightClick = [this] {
         if (isWaiting()) supply(Input::enter());
     };
-    canvas_->onViewChanged = [this] {
-        if (host_ && !running_) host_->noteViewBox(canvas_->view());
+    canvas_->onViewMoved = [this](bool begins) {
+        if (host_) host_->noteViewBox(canvas_->view(), begins);
     };
 }
 
-// --- Lines and answers
-// ----------------------------------------------------------------------------------------
-
-void MainWindow::write(std::string_view text) {
-    panel_->write(text);
+void MainWindow::zoomExtents() {
+    if (!canvas_->zoomExtents()) panel_->write("\nThere is nothing to zoom to.\n");
 }
 
-void MainWindow::runLine(const std::string& line) {
-    // A command that is chosen from a menu ends the one that is waiting.
-    if (isWaiting()) {
-        afterwards_ = line;
-        supply(Input::cancel());
-        return;
-    }
-    if (running_ || !host_) return;
-    if (line == "OPEN" || line == "NEW" || line == "QUIT") {
-        if (!mayLoseWork()) return;
-    }
-    running_ = true;
-    lastLine_ = line;
-    panel_->write("\nCommand: " + line);
-    host_->runLine(line);
-    running_ = false;
-    follow();
-    panel_->clearPrompt();
-    if (host_->wantsQuit()) close();
-    if (std::string next = std::exchange(afterwards_, {}); !next.empty()) runLine(next);
+void MainWindow::zoomPrevious() {
+    if (!host_->showEarlierView()) panel_->write("\nThere is no earlier view.\n");
 }
 
-void MainWindow::openDrawing(const std::string& path) {
-    if (isWaiting() || running_ || !mayLoseWork()) return;
-    std::string problem = host_->openDrawing(path);
-    panel_->write("\n" + (problem.empty() ? "Opened " + path : problem) + "\n");
-    follow();
-}
+// --- Following the host ------------------------------------------------------------------------------------
 
-void MainWindow::lineTyped(const std::string& line) {
-    if (isWaiting()) {
-        panel_->write(line);
-        supply(Input::ofText(line));
-    } else if (!line.empty() || !lastLine_.empty()) {
-        runLine(line.empty() ? lastLine_ : line);  // Enter alone says it again
-    }
-}
-
-void MainWindow::escape() {
-    if (isWaiting())
-        supply(Input::cancel());
-    else if (running_)
-        host_->cancel();
-    else
-        select({});
-}
-
-Input MainWindow::next(const Prompt& prompt) {
-    follow();
-    waitsFor_ = prompt.kind;
-    answer_.reset();
-    panel_->showPrompt(prompt.text);
-    canvas_->setTakesBoxes(prompt.kind == Prompt::Kind::Objects);
-    if (prompt.base) canvas_->setRubberBase(Point{(*prompt.base)[0], (*prompt.base)[1], 0});
-    panel_->focusLine();
-    QEventLoop loop;
-    loop_ = &loop;
-    loop.exec();
-    loop_ = nullptr;
-    canvas_->setTakesBoxes(true);
-    canvas_->setRubberBase({});
-    panel_->clearPrompt();
-    return answer_.value_or(closing_ ? Input::end() : Input::cancel());
-}
-
-void MainWindow::supply(Input input) {
-    if (!loop_ || answer_) return;
-    answer_ = std::move(input);
-    loop_->quit();
-}
-
-void MainWindow::clicked(Point at, ObjectId hit, Qt::KeyboardModifiers modifiers) {
-    if (!isWaiting()) {
-        std::set<ObjectId> ids = canvas_->selected();
-        bool removes = modifiers & Qt::ShiftModifier;
-        if (!removes && !(modifiers & Qt::ControlModifier)) ids.clear();
-        if (hit && removes)
-            ids.erase(hit);
-        else if (hit)
-            ids.insert(hit);
-        return select(std::move(ids));
-    }
-    bool wantsEntity = waitsFor_ == Prompt::Kind::Entity || waitsFor_ == Prompt::Kind::Objects;
-    if (wantsEntity && hit) {
-        EntityName name{};
-        nameOf(hit, name.data());
-        supply(Input::ofEntity(name, coordinatesOf(at)));
-    } else if (wantsEntity || waitsFor_ == Prompt::Kind::Point || waitsFor_ == Prompt::Kind::Distance ||
-               waitsFor_ == Prompt::Kind::Angle) {
-        supply(Input::ofPoint(coordinatesOf(at)));
-    }
-}
-
-void MainWindow::boxDrawn(Point from, Point to, bool crossing) {
-    ads_point a{from.x, from.y, 0}, b{to.x, to.y, 0};
-    EntityName set{};
-    if (acedSSGet(crossing ? "C" : "W", a, b, nullptr, set.data()) != RTNORM) {
-        if (!isWaiting()) select({});
-        return;
-    }
-    if (isWaiting()) return supply(Input::ofSet(set));
-    std::set<ObjectId> ids = canvas_->selected();
-    bool removes = QApplication::keyboardModifiers() & Qt::ShiftModifier;
-    for (ObjectId id : selectionOf(set.data())->members())
-        removes ? (void)ids.erase(id) : (void)ids.insert(id);
-    acedSSFree(set.data());
-    select(std::move(ids));
-}
-
-void MainWindow::select(std::set<ObjectId> ids) {
+void MainWindow::select(std::vector<ObjectId> ids) {
     canvas_->setSelected(std::move(ids));
+    list_->select(canvas_->selected());
     showProperties();
 }
 
-// --- Following the host
-// -----------------------------------------------------------------------------------------
+// Another drawing: nothing that points into the old one may stay.
+void MainWindow::takeDrawing() {
+    Drawing& drawing = currentDrawing();
+    shownDrawing_ = drawing.serial();
+    list_->clear();
+    scene_.attach(&drawing);
+    canvas_->setSelected({});
+    canvas_->clearHighlights();
+    preselected_.clear();
+}
 
 void MainWindow::follow() {
     Drawing& drawing = currentDrawing();
-    if (drawing.serial() != shownDrawing_) {
-        shownDrawing_ = drawing.serial();
-        scene_.attach(&drawing);
-        canvas_->setSelected({});
+    if (!host_) return;
+    if (drawing.serial() != listedDrawing_) {
+        if (drawing.serial() != shownDrawing_) takeDrawing();
+        listedDrawing_ = drawing.serial();
         canvas_->zoomExtents();
-        if (scene_.leftOut() > 0)
-            panel_->write("\n" + std::to_string(scene_.leftOut()) +
-                          " entities are not shown: they are too far away or have no place.\n");
+        list_->setDrawing(drawing, *links_);
+        for (const std::string& remark : scene_.remarks()) panel_->write("\n" + remark + "\n");
         if (!drawing.path().empty()) {
             QStringList recent = QSettings().value("recent").toStringList();
             recent.removeAll(toQt(drawing.path()));
             recent.prepend(toQt(drawing.path()));
             QSettings().setValue("recent", recent.mid(0, kMostRecent));
         }
+        showProperties();
     } else if (scene_.update()) {
         canvas_->refresh();
-        std::set<ObjectId> ids = canvas_->selected();
+        std::vector<ObjectId> ids = canvas_->selected();
         std::erase_if(ids, [&](ObjectId id) { return !drawing.exists(id); });
         canvas_->setSelected(std::move(ids));
+        list_->drawingChanged();
+        showProperties();
     }
-    showProperties();
     layer_->setText("Layer " + toQt(drawing.headerText("$CLAYER", "0")));
     QString name = drawing.path().empty() ? "Unnamed drawing" : QFileInfo(toQt(drawing.path())).fileName();
     setWindowTitle(name + "[*] - Norvane GIS");
     setWindowModified(drawing.modified());
 }
 
+// Reading a record runs Lisp, which is left alone while it is at work.
 void MainWindow::showProperties() {
+    propertiesAreOld_ = running_;
+    if (running_ || !links_) return;
     properties_->clear();
-    for (const PropertyGroup& group : propertiesOf(currentDrawing(), canvas_->selected())) {
+    for (const PropertyGroup& group : propertiesOf(currentDrawing(), canvas_->selected(), *links_)) {
         auto* top = new QTreeWidgetItem(properties_, {toQt(group.caption)});
         top->setFirstColumnSpanned(true);
         for (const auto& [name, value] : group.values) {
@@ -332,16 +264,18 @@ void MainWindow::showProperties() {
 }
 
 void MainWindow::show(const ViewBox& box) {
+    // The host shows a view of each drawing that it takes, before anything else is done with it.
+    if (currentDrawing().serial() != shownDrawing_) takeDrawing();
     canvas_->setView(box);
 }
 
 void MainWindow::redraw() {
-    if (scene_.update()) canvas_->refresh();
+    scene_.update();
     canvas_->refresh();
 }
 
 void MainWindow::redrawEntity(const EntityName&, bool) {
-    canvas_->refresh();
+    redraw();
 }
 
 void MainWindow::highlight(const EntityName& entity, bool on) {
@@ -358,7 +292,7 @@ void MainWindow::startMeter(const std::string& label, int from, int to) {
 
 void MainWindow::setMeter(int position) {
     meter_->setValue(position);
-    QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    breathe();
 }
 
 void MainWindow::endMeter() {
@@ -366,24 +300,10 @@ void MainWindow::endMeter() {
     meter_->hide();
 }
 
-// --- The frame
-// --------------------------------------------------------------------------------------------------
-
-bool MainWindow::mayLoseWork() {
-    if (!currentDrawing().modified()) return true;
-    auto answer = QMessageBox::question(this, "Norvane GIS",
-                                        "The drawing has changes that are not saved. Save them first?",
-                                        QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
-    if (answer == QMessageBox::Save) {
-        host_->runLine("QSAVE");
-        follow();
-        return !currentDrawing().modified();
-    }
-    return answer == QMessageBox::Discard;
-}
+// --- The frame ---------------------------------------------------------------------------------------------
 
 void MainWindow::closeEvent(QCloseEvent* event) {
-    if (!closing_ && (!host_ || host_->wantsQuit() || mayLoseWork())) closing_ = true;
+    if (!closing_ && (!host_ || host_->wantsQuit() || settleChanges(*host_))) closing_ = true;
     if (!closing_) return event->ignore();
     if (isWaiting()) supply(Input::cancel());
     event->accept();

@@ -1,15 +1,18 @@
-// The window: the drawing, the command line, menus, the properties of what is selected, and the status bar.
-// It is the host's output, its source of answers, and its view.
+// The window: the drawing, the command line, menus, the list of entities, the properties of what is selected,
+// and the status bar. It is the host's output, its source of answers, and its view.
 #pragma once
 
+#include <QElapsedTimer>
 #include <QEventLoop>
 #include <QMainWindow>
+#include <deque>
 #include <memory>
 #include <optional>
 #include <vector>
 
 #include "hostcad/editor/host.h"
 #include "hostcad/window/canvas.h"
+#include "hostcad/window/linked_record.h"
 #include "hostcad/window/scene.h"
 
 class QLabel;
@@ -19,21 +22,23 @@ class QTreeWidget;
 namespace hostcad {
 
 class CommandPanel;
+class EntityList;
 
 class MainWindow : public QMainWindow, public Output, public InputSource, public View {
   public:
     MainWindow();
     ~MainWindow() override;
 
-    // Joins the window to its host. Menus come from a file of the support folder.
+    // Joins the window to its host, which has loaded its Lisp. Menus come from a file of the support folder.
     void start(Host& host, const std::string& menuFile);
-    // A line as if it had been typed.
+    // A line as if it had been typed. A prompt that waits is ended first.
     void runLine(const std::string& line);
     // Opens a drawing, after a question where unsaved work would be lost.
     void openDrawing(const std::string& path);
 
     Canvas& canvas() { return *canvas_; }
     CommandPanel& commandPanel() { return *panel_; }
+    EntityList& entityList() { return *list_; }
     QTreeWidget& properties() { return *properties_; }
 
     // Output, InputSource
@@ -53,6 +58,7 @@ class MainWindow : public QMainWindow, public Output, public InputSource, public
     using QMainWindow::show;
 
   protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
@@ -65,26 +71,43 @@ class MainWindow : public QMainWindow, public Output, public InputSource, public
     void makeToolBar();
     void fillRecent();
     void joinCanvas();
+    void zoomExtents();
+    void zoomPrevious();
 
+    // --- Lines and answers (window_input.cpp) ---
     void lineTyped(const std::string& line);
     void escape();
     // Gives the waiting prompt its answer.
     void supply(Input input);
     bool isWaiting() const { return loop_ != nullptr; }
+    // Programs run, and nothing is asked.
+    bool isBusy() const;
+    // Lets the window live on while programs run: it is painted, and Escape ends them.
+    void breathe();
+    std::optional<Input> queuedInput(const Prompt& prompt);
+    // A point, entity or set for a prompt for objects; with Shift it is taken out of the selection.
+    void supplyObjects(Input input, Qt::KeyboardModifiers modifiers);
     void clicked(Point at, ObjectId hit, Qt::KeyboardModifiers modifiers);
-    void boxDrawn(Point from, Point to, bool crossing);
-    void select(std::set<ObjectId> ids);
+    void boxDrawn(const Box& box, bool crossing, Qt::KeyboardModifiers modifiers);
+    // Makes what was pointed at the selection; with Shift or Control adds it, or takes it out when all of it
+    // is selected already.
+    void selectPicked(std::vector<ObjectId> picked, Qt::KeyboardModifiers modifiers);
 
+    // --- Following the host ---
+    void select(std::vector<ObjectId> ids);
     // Takes over what a command has changed: another drawing, other entities, the title.
     void follow();
+    void takeDrawing();
     void showProperties();
-    bool mayLoseWork();
 
     Host* host_ = nullptr;
     Scene scene_;
-    long shownDrawing_ = -1;
+    std::unique_ptr<LinkedRecords> links_;
+    long shownDrawing_ = -1;  // in the picture
+    long listedDrawing_ = -1;
     Canvas* canvas_ = nullptr;
     CommandPanel* panel_ = nullptr;
+    EntityList* list_ = nullptr;
     QTreeWidget* properties_ = nullptr;
     QLabel* coordinates_ = nullptr;
     QLabel* layer_ = nullptr;
@@ -95,8 +118,12 @@ class MainWindow : public QMainWindow, public Output, public InputSource, public
     QEventLoop* loop_ = nullptr;  // of the prompt that waits
     Prompt::Kind waitsFor_ = Prompt::Kind::Command;
     std::optional<Input> answer_;
+    std::deque<Input> queue_;            // answers to the prompts to come
+    std::vector<ObjectId> preselected_;  // what was selected when the command began
+    QElapsedTimer lastBreath_;
     bool running_ = false;
     bool closing_ = false;
+    bool propertiesAreOld_ = false;
     std::string lastLine_;
     std::string afterwards_;  // what was chosen while a prompt was waiting
 };

@@ -14,7 +14,9 @@ namespace hostcad {
 struct MenuEntry {
     std::string caption;  // "" is a separator
     std::string shortcut;
-    std::string command;  // a line as it would be typed; "@recent" is the list of recent files
+    // A line as it would be typed. "@recent" is the list of recent files, "@previous" the view before this
+    // one, "@panels" the panels to be shown or hidden.
+    std::string command;
     bool enabled = true;
 };
 

@@ -1,7 +1,6 @@
 // What the window says about the entities that are selected.
 #pragma once
 
-#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -10,13 +9,16 @@
 
 namespace hostcad {
 
+class LinkedRecords;
+
 struct PropertyGroup {
     std::string caption;
     std::vector<std::pair<std::string, std::string>> values;
 };
 
-// Of one entity its properties, the attributes of a block reference and the extended data of each
-// application; of several their number by type; of none the drawing's.
-std::vector<PropertyGroup> propertiesOf(const Drawing& drawing, const std::set<ObjectId>& selected);
+// Of one entity its properties, the attributes of a block reference, the extended data of each application,
+// and the record that it is linked to; of several their number by type; of none the drawing's.
+std::vector<PropertyGroup> propertiesOf(const Drawing& drawing, const std::vector<ObjectId>& selected,
+                                        const LinkedRecords& links);
 
 }  // namespace hostcad

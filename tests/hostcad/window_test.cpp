@@ -171,8 +171,9 @@ TEST_F(Window, DoesTheMainJobWithMouseAndKeys) {
     click(pixelOf(tree));
     std::string shown = propertyText();
     EXPECT_NE(shown.find("PT# = 74"), std::string::npos) << shown;
-    EXPECT_NE(shown.find("ZGEO_GIS_2000\n  1000 = " + path("template.mdb")), std::string::npos) << shown;
-    EXPECT_NE(shown.find("1000 = TREE\n  1000 = PT_ID\n  1000 = 74"), std::string::npos) << shown;
+    EXPECT_NE(shown.find("ZGEO_GIS_2000\n  Template = " + path("template.mdb")), std::string::npos) << shown;
+    EXPECT_NE(shown.find("Feature = TREE\n  Key field = PT_ID\n  Key = 74"), std::string::npos) << shown;
+    EXPECT_NE(shown.find("Linked record\n  PT_ID = 74\n  GIS_KEY = TREE\n  DBH = 14"), std::string::npos) << shown;
     EXPECT_TRUE(window_.isWindowModified());
 
     menuEntry("Save")->trigger();
@@ -257,7 +258,7 @@ TEST_F(Window, AnOddDrawingShowsWhatItCan) {
            "0\nPOINT\n8\n0\n10\n1e30\n20\n0\n30\n0\n0\nPOINT\n8\n0\n10\n3\n20\n4\n30\n0\n0\nENDSEC\n0\nEOF\n";
     window_.openDrawing(path("odd.dxf"));
     QTest::qWait(50);
-    EXPECT_TRUE(window_.commandPanel().history().contains("1 entities are not shown"));
+    EXPECT_TRUE(window_.commandPanel().history().contains("1 entity is not shown"));
     EXPECT_LT(window_.canvas().view().height, 1000);
 }
 

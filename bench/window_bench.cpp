@@ -1,0 +1,197 @@
+// The window with large drawings: the first picture, frames while the view moves, picks, selection of
+// everything, and memory. The whole program runs, on a screen that nobody sees.
+//
+//   window_bench FILE...      drawings; 10 000, 100 000 and 400 000 entities tell how the costs grow
+//
+// Each time is given by the clock on the wall and by the processor: on a machine that does other things too,
+// the second tells more.
+#include <sys/wait.h>
+#include <time.h>
+#include <unistd.h>
+
+#include <QApplication>
+#include <QMouseEvent>
+#include <QWheelEvent>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include "hostcad/dxf/dxf.h"
+#include "hostcad/window/main_window.h"
+
+using namespace hostcad;
+
+namespace {
+
+struct Time {
+    double wall = 0, processor = 0;  // seconds
+};
+
+Time now() {
+    timespec used{};
+    ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &used);
+    return {std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count(),
+            static_cast<double>(used.tv_sec) + static_cast<double>(used.tv_nsec) * 1e-9};
+}
+
+template <class Work>
+Time timeOf(Work work) {
+    Time start = now();
+    work();
+    Time end = now();
+    return {end.wall - start.wall, end.processor - start.processor};
+}
+
+void print(const char* what, Time time, double scale, const char* unit) {
+    std::printf("  %-44s %10.3f %s   (processor %.3f)\n", what, time.wall * scale, unit,
+                time.processor * scale);
+    std::fflush(stdout);
+}
+
+// The most memory that the process has had, in bytes.
+double peakMemory() {
+    std::ifstream status("/proc/self/status");
+    for (std::string line; std::getline(status, line);)
+        if (line.rfind("VmHWM:", 0) == 0) return std::atof(line.c_str() + 6) * 1024;
+    return 0;
+}
+
+// Runs a piece of work in a process of its own, so that no memory of one counts for the next.
+template <class Work>
+bool apart(Work work) {
+    std::fflush(stdout);
+    pid_t child = ::fork();
+    if (child == 0) {
+        work();
+        std::fflush(stdout);
+        ::_exit(0);
+    }
+    int status = 0;
+    return child > 0 && ::waitpid(child, &status, 0) == child && status == 0;
+}
+
+// Average of the frames of a movement: `move` is called with the frame's number before each.
+template <class Move>
+void frames(const char* what, Canvas& canvas, int count, Move move) {
+    Time time = timeOf([&] {
+        for (int i = 0; i < count; ++i) {
+            move(i);
+            canvas.repaint();
+        }
+    });
+    std::printf("  %-44s %10.1f frames/s   (processor %.1f)\n", what, count / time.wall,
+                count / time.processor);
+}
+
+void sendMouse(Canvas& canvas, QEvent::Type type, QPointF at, Qt::MouseButton button, Qt::MouseButtons held) {
+    QMouseEvent event(type, at, canvas.mapToGlobal(at), button, held, {});
+    QApplication::sendEvent(&canvas, &event);
+}
+
+void pan(Canvas& canvas, const char* what) {
+    QPointF start(canvas.width() / 2.0, canvas.height() / 2.0);
+    sendMouse(canvas, QEvent::MouseButtonPress, start, Qt::MiddleButton, Qt::MiddleButton);
+    frames(what, canvas, 40, [&](int i) {
+        sendMouse(canvas, QEvent::MouseMove, start + QPointF(3 * i, 2 * i), Qt::NoButton, Qt::MiddleButton);
+    });
+    sendMouse(canvas, QEvent::MouseButtonRelease, start, Qt::MiddleButton, {});
+}
+
+void zoom(Canvas& canvas, int steps, const char* what) {
+    QPointF at(canvas.width() * 0.4, canvas.height() * 0.45);
+    frames(what, canvas, std::abs(steps), [&](int) {
+        QWheelEvent event(at, canvas.mapToGlobal(at), {}, {0, steps > 0 ? 120 : -120}, Qt::NoButton, {},
+                          Qt::NoScrollPhase, false);
+        QApplication::sendEvent(&canvas, &event);
+    });
+}
+
+void pick(Canvas& canvas, const char* what) {
+    constexpr int kPicks = 200;
+    size_t found = 0;
+    Time time = timeOf([&] {
+        for (int i = 0; i < kPicks; ++i)
+            found += canvas.pick(QPointF(canvas.width() * (0.1 + 0.8 * (i * 37 % kPicks) / kPicks),
+                                         canvas.height() * (0.1 + 0.8 * i / kPicks))) != 0;
+    });
+    print((std::string(what) + ", " + std::to_string(found) + " of 200 hit").c_str(), time, 1e3 / kPicks,
+          "ms");
+}
+
+void selectAll(Canvas& canvas, bool crossing) {
+    // From a corner above the picture to one below it: everything is inside.
+    canvas.zoomExtents();
+    canvas.zoomBy(0.8, QPointF(canvas.width() / 2.0, canvas.height() / 2.0));
+    canvas.repaint();
+    QPointF from(3, 3), to(canvas.width() - 4, canvas.height() - 4);
+    if (crossing) std::swap(from, to);
+    Time time = timeOf([&] {
+        sendMouse(canvas, QEvent::MouseButtonPress, from, Qt::LeftButton, Qt::LeftButton);
+        sendMouse(canvas, QEvent::MouseMove, (from + to) / 2, Qt::NoButton, Qt::LeftButton);
+        sendMouse(canvas, QEvent::MouseMove, to, Qt::NoButton, Qt::LeftButton);
+        sendMouse(canvas, QEvent::MouseButtonRelease, to, Qt::LeftButton, {});
+        canvas.repaint();
+    });
+    print(((crossing ? "crossing selection of " : "window selection of ") +
+           std::to_string(canvas.selected().size()))
+              .c_str(),
+          time, 1e3, "ms");
+    canvas.setSelected({});
+}
+
+void work(const std::string& path, int argc, char** argv) {
+    QApplication application(argc, argv);
+    QApplication::setOrganizationName("norvane-bench");
+    std::setlocale(LC_NUMERIC, "C");
+    MainWindow window;
+    Host host(window, window, window);
+    window.start(host, "");
+    window.resize(1280, 860);
+    window.QMainWindow::show();
+    QApplication::processEvents();
+    double before = peakMemory();
+
+    print("opening up to the first picture", timeOf([&] {
+              window.openDrawing(path);
+              window.repaint();
+              QApplication::processEvents();
+          }),
+          1, "s ");
+    Canvas& canvas = window.canvas();
+    pan(canvas, "panning over all of it");
+    zoom(canvas, 12, "zooming in from all of it");
+    pan(canvas, "panning, six times nearer");
+    zoom(canvas, 12, "zooming in further");
+    pan(canvas, "panning, forty times nearer");
+    pick(canvas, "pick, forty times nearer");
+    zoom(canvas, -24, "zooming out again");
+    canvas.zoomExtents();
+    pick(canvas, "pick with all of it in view");
+    selectAll(canvas, false);
+    selectAll(canvas, true);
+    double size = static_cast<double>(std::filesystem::file_size(path));
+    std::printf("  %-44s %10.0f MB, %.1f times the file\n", "memory at its peak, beyond an empty window",
+                (peakMemory() - before) / 1e6, (peakMemory() - before) / size);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc < 2) return std::fputs("Usage: window_bench FILE...\n", stderr), 2;
+    if (!std::getenv("QT_QPA_PLATFORM")) ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    for (int i = 1; i < argc; ++i) {
+        std::string path = std::filesystem::absolute(argv[i]).string();
+        std::printf("%s, %.1f MB\n", std::filesystem::path(path).filename().c_str(),
+                    static_cast<double>(std::filesystem::file_size(path)) / 1e6);
+        bool done = apart([&] {
+            std::string error;
+            print("opening the file alone", timeOf([&] { readDxf(path, error); }), 1, "s ");
+        });
+        done = done && apart([&] { work(path, argc, argv); });
+        if (!done) std::printf("  it has failed\n");
+    }
+    return 0;
+}

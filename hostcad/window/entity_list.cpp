@@ -1,0 +1,221 @@
+#include "hostcad/window/entity_list.h"
+
+#include <QCheckBox>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QTableView>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "hostcad/window/linked_record.h"
+#include "platform/text/text.h"
+
+namespace hostcad {
+namespace {
+
+QString toQt(std::string_view text) {
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+std::string handleText(uint64_t handle) {
+    return text::format("%lX", static_cast<unsigned long>(handle));
+}
+
+}  // namespace
+
+// --- The table ---------------------------------------------------------------------------------------------
+
+void EntityTable::fill(const Drawing& drawing, const LinkedRecords& links, const QString& filter,
+                       bool onlyLinked) {
+    std::vector<std::string> words;
+    for (const QString& word : filter.toUpper().split(' ', Qt::SkipEmptyParts))
+        words.push_back(word.toStdString());
+    beginResetModel();
+    rows_.clear();
+    for (ObjectId id = drawing.firstEntity(); id; id = drawing.nextEntity(id)) {
+        Groups groups = drawing.groups(id);
+        Row row{id, drawing.object(id).handle, drawing.type(id), textOf(groups, 8, "0"),
+                links.feature(groups)};
+        if ((!onlyLinked || !row.feature.empty()) && passes(row, words)) rows_.push_back(row);
+    }
+    sortRows();
+    endResetModel();
+}
+
+void EntityTable::clear() {
+    beginResetModel();
+    rows_.clear();
+    endResetModel();
+}
+
+bool EntityTable::passes(const Row& row, const std::vector<std::string>& words) const {
+    if (words.empty()) return true;
+    std::string all = text::upper(row.type) + "\n" + text::upper(row.layer) + "\n" + handleText(row.handle) +
+                      "\n" + text::upper(row.feature);
+    return std::all_of(words.begin(), words.end(),
+                       [&](const std::string& word) { return all.find(word) != std::string::npos; });
+}
+
+std::vector<int> EntityTable::rowsOf(const std::vector<ObjectId>& ids) const {
+    std::vector<int> rows;
+    if (ids.empty()) return rows;
+    for (size_t i = 0; i < rows_.size(); ++i)
+        if (std::binary_search(ids.begin(), ids.end(), rows_[i].id)) rows.push_back(static_cast<int>(i));
+    return rows;
+}
+
+int EntityTable::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(rows_.size());
+}
+
+int EntityTable::columnCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : kColumns;
+}
+
+QVariant EntityTable::data(const QModelIndex& index, int role) const {
+    if (role != Qt::DisplayRole || !index.isValid()) return {};
+    const Row& row = rows_[static_cast<size_t>(index.row())];
+    switch (index.column()) {
+        case kType:
+            return toQt(row.type);
+        case kLayer:
+            return toQt(row.layer);
+        case kHandle:
+            return toQt(handleText(row.handle));
+        default:
+            return toQt(row.feature);
+    }
+}
+
+QVariant EntityTable::headerData(int section, Qt::Orientation orientation, int role) const {
+    if (role != Qt::DisplayRole || orientation != Qt::Horizontal) return {};
+    constexpr const char* kNames[] = {"Type", "Layer", "Handle", "Linked feature"};
+    return section < kColumns ? QString(kNames[section]) : QString();
+}
+
+void EntityTable::sort(int column, Qt::SortOrder order) {
+    beginResetModel();
+    sortColumn_ = column;
+    sortOrder_ = order;
+    sortRows();
+    endResetModel();
+}
+
+void EntityTable::sortRows() {
+    auto by = [&](auto key) {
+        std::stable_sort(rows_.begin(), rows_.end(), [&](const Row& a, const Row& b) {
+            return sortOrder_ == Qt::AscendingOrder ? key(a) < key(b) : key(b) < key(a);
+        });
+    };
+    switch (sortColumn_) {
+        case kType:
+            return by([](const Row& row) { return row.type; });
+        case kLayer:
+            return by([](const Row& row) { return row.layer; });
+        case kHandle:
+            return by([](const Row& row) { return row.handle; });
+        case kFeature:
+            return by([](const Row& row) { return row.feature; });
+        default:
+            return;
+    }
+}
+
+// --- The list ----------------------------------------------------------------------------------------------
+
+EntityList::EntityList(QWidget* parent)
+    : QWidget(parent),
+      table_(new EntityTable(this)),
+      filter_(new QLineEdit),
+      onlyLinked_(new QCheckBox("&Linked only")),
+      count_(new QLabel),
+      view_(new QTableView) {
+    constexpr int kPause = 250;  // milliseconds without typing or changes until the list is made anew
+    filter_->setPlaceholderText("Type, layer, handle or feature");
+    filter_->setClearButtonEnabled(true);
+    filter_->setAccessibleName("Filter of the entity list");
+    view_->setModel(table_);
+    view_->setAccessibleName("Entities");
+    view_->setSelectionBehavior(QAbstractItemView::SelectRows);
+    view_->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    view_->setAlternatingRowColors(true);
+    view_->setWordWrap(false);
+    view_->setShowGrid(false);
+    view_->verticalHeader()->hide();
+    view_->verticalHeader()->setDefaultSectionSize(view_->fontMetrics().height() + 4);
+    view_->horizontalHeader()->setStretchLastSection(true);
+    view_->horizontalHeader()->setHighlightSections(false);
+    view_->horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
+    view_->setSortingEnabled(true);
+
+    auto* top = new QHBoxLayout;
+    top->addWidget(filter_, 1);
+    top->addWidget(onlyLinked_);
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(4, 4, 4, 4);
+    column->addLayout(top);
+    column->addWidget(view_, 1);
+    column->addWidget(count_);
+
+    pause_.setSingleShot(true);
+    pause_.setInterval(kPause);
+    connect(filter_, &QLineEdit::textChanged, this, [this] { pause_.start(); });
+    connect(&pause_, &QTimer::timeout, this, [this] { fill(); });
+    connect(onlyLinked_, &QCheckBox::toggled, this, [this] { fill(); });
+    connect(view_->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            [this] { rowsSelected(); });
+    connect(table_, &QAbstractItemModel::modelReset, this, [this] { select(selected_); });
+}
+
+void EntityList::setDrawing(const Drawing& drawing, const LinkedRecords& links) {
+    drawing_ = &drawing;
+    links_ = &links;
+    selected_.clear();
+    fill();
+}
+
+void EntityList::drawingChanged() {
+    pause_.start();
+}
+
+void EntityList::clear() {
+    drawing_ = nullptr;
+    table_->clear();
+}
+
+void EntityList::fill() {
+    if (!drawing_) return;
+    table_->fill(*drawing_, *links_, filter_->text(), onlyLinked_->isChecked());
+    int rows = table_->rowCount();
+    count_->setText(rows == 1 ? QString("1 entity") : QString("%L1 entities").arg(rows));
+}
+
+void EntityList::select(const std::vector<ObjectId>& ids) {
+    selected_ = ids;
+    std::vector<int> rows = table_->rowsOf(ids);
+    QItemSelection selection;
+    for (size_t i = 0; i < rows.size();) {
+        size_t end = i + 1;
+        while (end < rows.size() && rows[end] == rows[end - 1] + 1) ++end;
+        selection.select(table_->index(rows[i], 0), table_->index(rows[end - 1], EntityTable::kColumns - 1));
+        i = end;
+    }
+    isFollowing_ = true;
+    view_->selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
+    isFollowing_ = false;
+    if (!rows.empty()) view_->scrollTo(table_->index(rows.front(), 0));
+}
+
+void EntityList::rowsSelected() {
+    if (isFollowing_ || !onSelected) return;
+    std::vector<ObjectId> ids;
+    for (const QItemSelectionRange& range : view_->selectionModel()->selection())
+        for (int row = range.top(); row <= range.bottom(); ++row) ids.push_back(table_->entity(row));
+    std::sort(ids.begin(), ids.end());
+    selected_ = ids;
+    onSelected(std::move(ids));
+}
+
+}  // namespace hostcad

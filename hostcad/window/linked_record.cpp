@@ -1,0 +1,76 @@
+#include "hostcad/window/linked_record.h"
+
+#include <algorithm>
+
+#include "hostcad/lisp/error.h"
+
+namespace hostcad {
+namespace {
+
+constexpr int kString = 1000;
+
+lisp::Value valueOf(lisp::Interpreter& lisp, const char* name) {
+    const lisp::Symbol* symbol = lisp.find(name);
+    return symbol ? symbol->value : lisp::Value();
+}
+
+std::string textOf(const lisp::Value& value) {
+    return value.isString() ? value.asString() : std::string();
+}
+
+}  // namespace
+
+LinkedRecords::LinkedRecords(lisp::Interpreter& lisp)
+    : lisp_(lisp), application_(textOf(valueOf(lisp, "LINK-APPLICATION$"))) {
+    lisp::Value names = valueOf(lisp, "LINK-STRINGS$");
+    for (lisp::Items item(names); !item.done(); item.next()) names_.push_back(textOf(*item));
+    featurePlace_ = static_cast<size_t>(std::find(names_.begin(), names_.end(), "Feature") - names_.begin());
+}
+
+std::string LinkedRecords::nameOf(size_t string) const {
+    return string < names_.size() ? names_[string] : std::string();
+}
+
+std::optional<std::vector<std::string>> LinkedRecords::strings(Groups groups) const {
+    if (application_.empty()) return {};
+    Groups data = xdataOf(groups, application_);
+    if (data.empty()) return {};
+    std::vector<std::string> strings;
+    for (const Group& group : data)
+        if (group.code == kString) strings.emplace_back(group.text());
+    return strings;
+}
+
+std::string_view LinkedRecords::feature(Groups groups) const {
+    if (application_.empty()) return {};
+    size_t place = 0;
+    for (const Group& group : xdataOf(groups, application_))
+        if (group.code == kString && place++ == featurePlace_) return group.text();
+    return {};
+}
+
+std::vector<std::pair<std::string, std::string>> LinkedRecords::record(
+    const std::vector<std::string>& strings, std::string& problem) const {
+    std::vector<std::pair<std::string, std::string>> fields;
+    problem.clear();
+    lisp::Value function = valueOf(lisp_, "LINK-RECORD");
+    if (!function) return fields;
+    lisp::Interpreter::Guard guard(lisp_);
+    lisp_.clearCancel();
+    try {
+        std::vector<lisp::Value> items;
+        for (const std::string& string : strings) items.push_back(lisp::Value::string(string));
+        lisp::ArgumentBuffer arguments;
+        arguments.add(lisp::Value::list(std::move(items)));
+        lisp::Value result = lisp_.apply(function, arguments.view());
+        if (result.isNil()) problem = "There is no such record.";
+        if (result.isString()) problem = result.asString();
+        for (lisp::Items item(result); !item.done(); item.next())
+            fields.emplace_back(textOf((*item).car()), textOf((*item).cdr()));
+    } catch (const lisp::Error& error) {
+        problem = error.fullText();
+    }
+    return fields;
+}
+
+}  // namespace hostcad

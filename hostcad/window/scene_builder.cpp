@@ -1,0 +1,303 @@
+#include "hostcad/window/scene_builder.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+#include "hostcad/geometry/references.h"
+#include "hostcad/geometry/shape_builder.h"
+#include "hostcad/window/colours.h"
+#include "hostcad/window/drawn_text.h"
+
+namespace hostcad {
+namespace {
+
+constexpr double kDegree = std::numbers::pi / 180;
+constexpr double kFarAway = 1e15;  // beyond it a picture has no digits left
+constexpr size_t kDeepestNesting = 32;
+constexpr size_t kMostCells = 10000;  // of the array of a reference
+// Entities of blocks that one entity and the whole drawing may show: far more than anybody draws, and what
+// a drawing that is out to hang the program gets to.
+constexpr size_t kMostPieces = 100000;
+constexpr size_t kMostPiecesOfAll = 10000000;
+constexpr size_t kMostVertices = 200000000;
+constexpr int kByBlock = 0;
+constexpr int kByLayer = 256;
+
+bool isDrawable(const Box& box) {
+    for (double v : {box.minX, box.minY, box.maxX, box.maxY})
+        if (!(std::abs(v) <= kFarAway)) return false;
+    return true;
+}
+
+Point pointAt(Groups groups, int code) {
+    const Group* group = find(groups, code);
+    return group ? Point{group->x(), group->y(), group->z()} : Point{};
+}
+
+Frame planeOf(const Frame& frame, Groups groups) {
+    const Group* normal = find(groups, 210);
+    return normal ? frame * extrusionFrame({normal->x(), normal->y(), normal->z()}) : frame;
+}
+
+}  // namespace
+
+SceneBuilder::SceneBuilder(const Drawing& drawing, Scene& scene)
+    : drawing_(drawing), scene_(scene), patternScale_(drawing.headerReal("$LTSCALE", 1)) {}
+
+SceneEntity SceneBuilder::build(ObjectId id) {
+    entity_ = {};
+    entity_.id = id;
+    entity_.firstLine = static_cast<uint32_t>(scene_.lines_.size());
+    entity_.firstText = static_cast<uint32_t>(scene_.texts_.size());
+    entity_.visible = layer(textOf(drawing_.groups(id), 8, "0")).shown;
+    blocks_.clear();
+    pieces_ = 0;
+    isShortened_ = false;
+    add(Frame{}, id, {}, false);
+    finish();
+    return entity_;
+}
+
+// Counts what was added, and takes it back where it has no place on a screen.
+void SceneBuilder::finish() {
+    entity_.lineCount = static_cast<uint32_t>(scene_.lines_.size() - entity_.firstLine);
+    entity_.textCount = static_cast<uint32_t>(scene_.texts_.size() - entity_.firstText);
+    Box& box = entity_.box;
+    for (const SceneLine& line : scene_.lines(entity_))
+        for (const PlanePoint& p : scene_.vertices(line)) {
+            // A number that is none would slip through every comparison.
+            if (std::isnan(p.x) || std::isnan(p.y)) box.add(INFINITY, INFINITY);
+            if (!entity_.endless) box.add(p.x, p.y);
+        }
+    for (const SceneText& text : scene_.texts(entity_))
+        for (double x : {0.0, 1.0})
+            for (double y : {0.0, 1.0}) {
+                PlanePoint p = text.corner(x, y);
+                box.add(std::isnan(p.x) ? INFINITY : p.x, std::isnan(p.y) ? INFINITY : p.y);
+            }
+    if (isShortened_) ++scene_.shortened_;
+    if (box.empty() || isDrawable(box)) return;
+    ++scene_.leftOut_;
+    if (entity_.lineCount > 0) scene_.vertices_.resize(scene_.lines(entity_).front().first);
+    scene_.lines_.resize(entity_.firstLine);
+    scene_.texts_.resize(entity_.firstText);
+    entity_.lineCount = entity_.textCount = 0;
+    entity_.visible = false;
+    box = {};
+}
+
+const SceneBuilder::Layer& SceneBuilder::layer(std::string_view name) {
+    auto [it, isNew] = layers_.try_emplace(name);
+    if (!isNew) return it->second;
+    if (ObjectId record = drawing_.record("LAYER", name)) {
+        Groups groups = drawing_.groups(record);
+        int64_t colour = integerOf(groups, 62, 7);
+        constexpr int64_t kFrozen = 1;
+        it->second = {static_cast<int>(std::abs(colour)), colour >= 0 && !(integerOf(groups, 70) & kFrozen),
+                      textOf(groups, 6)};
+    }
+    return it->second;
+}
+
+// Layer 0 within a block is the layer of the reference.
+SceneBuilder::Style SceneBuilder::styleOf(Groups groups, const Style& outer, bool inBlock) {
+    Style style{textOf(groups, 8, "0"), static_cast<int>(integerOf(groups, 62, kByLayer)),
+                textOf(groups, 6, "BYLAYER")};
+    if (inBlock && style.layer == "0") style.layer = outer.layer;
+    const Layer& on = layer(style.layer);
+    if (style.colour == kByLayer) style.colour = on.colour;
+    if (style.colour == kByBlock) style.colour = outer.colour;
+    if (style.lineType == "BYLAYER" || style.lineType == "ByLayer") style.lineType = on.lineType;
+    if (style.lineType == "BYBLOCK" || style.lineType == "ByBlock") style.lineType = outer.lineType;
+    return style;
+}
+
+bool SceneBuilder::isFull() {
+    if (pieces_ < kMostPieces && allPieces_ < kMostPiecesOfAll && scene_.vertices_.size() < kMostVertices)
+        return false;
+    isShortened_ = true;
+    return true;
+}
+
+void SceneBuilder::add(const Frame& frame, ObjectId id, const Style& outer, bool inBlock) {
+    Groups groups = drawing_.groups(id);
+    Style style = styleOf(groups, outer, inBlock);
+    if ((inBlock && !layer(style.layer).shown) || integerOf(groups, 60) == 1) return;
+    std::string_view type = drawing_.type(id);
+    if (type == "INSERT") return addReference(frame, id, style);
+    if (type == "DIMENSION" || type == "ACAD_TABLE") return addBlock(frame, textOf(groups, 2), style);
+    colour_ = static_cast<uint32_t>(integerOf(groups, 420, colourOfIndex(style.colour)));
+    if (type == "TEXT") return addText(frame, groups, false, 1);
+    if (type == "ATTRIB") return addText(frame, groups, true, 1);
+    // A definition shows its tag, and its text where that is the same in every reference.
+    if (type == "ATTDEF") return addText(frame, groups, true, inBlock ? 1 : 2);
+    if (type == "MTEXT") return addParagraph(frame, groups);
+    if (type == "VIEWPORT" || type == "SEQEND") return;
+    pattern_ = scene_.patterns_.number(drawing_, style.lineType, patternScale_ * realOf(groups, 48, 1));
+    shape_.clear();
+    ShapeBuilder(drawing_, shape_).entity(frame, id);
+    if (shape_.empty() && !inBlock) scene_.unknownTypes_.insert(std::string(type));
+    addShape(type == "SOLID" || type == "TRACE");
+}
+
+void SceneBuilder::addReference(const Frame& frame, ObjectId id, const Style& style) {
+    Groups groups = drawing_.groups(id);
+    ObjectId block = drawing_.block(textOf(groups, 2));
+    for (const Frame& inner : referenceFrames(drawing_, frame, groups, kMostCells)) {
+        if (isFull()) break;
+        addContents(inner, block, style);
+    }
+    constexpr int64_t kInvisible = 1;
+    for (ObjectId part = drawing_.firstPart(id); part; part = drawing_.nextPart(part))
+        if (!(integerOf(drawing_.groups(part), 70) & kInvisible)) add(frame, part, style, true);
+}
+
+void SceneBuilder::addBlock(const Frame& frame, std::string_view name, const Style& style) {
+    ObjectId block = drawing_.block(name);
+    if (block && !drawing_.isSpace(block)) addContents(frame, block, style);
+}
+
+void SceneBuilder::addContents(const Frame& frame, ObjectId block, const Style& style) {
+    // A block that contains itself ends where it begins again.
+    if (blocks_.size() >= kDeepestNesting ||
+        std::find(blocks_.begin(), blocks_.end(), block) != blocks_.end()) {
+        isShortened_ = true;
+        return;
+    }
+    blocks_.push_back(block);
+    constexpr int64_t kConstant = 2;
+    for (ObjectId id = drawing_.firstPart(block); id && !isFull(); id = drawing_.nextPart(id)) {
+        ++pieces_;
+        ++allPieces_;
+        if (drawing_.type(id) != "ATTDEF" || integerOf(drawing_.groups(id), 70) & kConstant)
+            add(frame, id, style, true);
+    }
+    blocks_.pop_back();
+}
+
+// --- Lines -------------------------------------------------------------------------------------------------
+
+void SceneBuilder::begin(bool filled) {
+    scene_.lines_.push_back({static_cast<uint32_t>(scene_.vertices_.size()), 0, colour_, pattern_, filled});
+}
+
+void SceneBuilder::vertex(const Point& p) {
+    scene_.vertices_.push_back({p.x, p.y});
+    ++scene_.lines_.back().count;
+}
+
+void SceneBuilder::addShape(bool filled) {
+    const Point* last = nullptr;
+    for (const Segment& s : shape_.segments) {
+        // Segments that follow each other are one line.
+        bool isJoined = last && last->x == s.from.x && last->y == s.from.y;
+        if (!isJoined) {
+            begin();
+            vertex(s.from);
+        }
+        vertex(s.to);
+        last = &s.to;
+    }
+    for (const Arc& arc : shape_.arcs) {
+        constexpr double kStep = 5 * kDegree;
+        constexpr int kMostSteps = 144;
+        double wanted = std::abs(arc.sweep) / kStep + 1;
+        int steps = wanted < kMostSteps ? std::max(static_cast<int>(wanted), 2) : kMostSteps;
+        begin();
+        for (int i = 0; i <= steps; ++i) vertex(arc.at(arc.start + arc.sweep * i / steps));
+    }
+    for (const Point& p : shape_.points) {
+        begin();
+        vertex(p);
+    }
+    for (const auto& area : shape_.areas) {
+        begin(filled);
+        for (const Point& p : area) vertex(p);
+        if (!filled && !area.empty()) vertex(area.front());
+    }
+    for (const Segment& s : shape_.endless) {
+        entity_.endless = true;
+        begin();
+        vertex(s.from);
+        vertex(s.to);
+    }
+}
+
+// --- Texts -------------------------------------------------------------------------------------------------
+
+std::string_view SceneBuilder::keep(std::string text) {
+    return scene_.ownTexts_.emplace_back(std::move(text));
+}
+
+void SceneBuilder::addText(const Frame& frame, Groups groups, bool isAttribute, int shownCode) {
+    enum Horizontal { kLeft, kCentre, kRight, kAligned, kMiddle, kFit };
+    SceneText text;
+    text.text = textOf(groups, shownCode);
+    if (hasTextCodes(text.text)) text.text = keep(withoutTextCodes(text.text));
+    text.width = static_cast<float>(textWidth(text.text));
+    int64_t horizontal = std::clamp<int64_t>(integerOf(groups, 72), kLeft, kFit);
+    int64_t vertical = std::clamp<int64_t>(integerOf(groups, isAttribute ? 74 : 73), 0, 3);
+    double height = realOf(groups, 40, 1), factor = realOf(groups, 41, 1);
+    double angle = realOf(groups, 50) * kDegree;
+    Point at = pointAt(groups, 10);
+    const Group* second = find(groups, 11);
+    if ((horizontal == kAligned || horizontal == kFit) && second) {
+        double dx = second->x() - at.x, dy = second->y() - at.y;
+        angle = std::atan2(dy, dx);
+        if (text.width > 0 && height > 0) factor = std::hypot(dx, dy) / (text.width * height);
+    } else if ((horizontal != kLeft || vertical != 0) && second) {
+        constexpr float kShiftX[] = {0, 0.5, 1, 0, 0.5, 0};
+        constexpr float kShiftY[] = {0, 0, 0.5, 1};
+        at = pointAt(groups, 11);
+        text.shiftX = kShiftX[horizontal];
+        text.shiftY = horizontal == kMiddle ? 0.5f : kShiftY[vertical];
+    }
+    place(planeOf(frame, groups), at, height, angle, text);
+    if (entity_.firstText == scene_.texts_.size()) return;
+    SceneText& placed = scene_.texts_.back();
+    placed.alongX *= static_cast<float>(factor);
+    placed.alongY *= static_cast<float>(factor);
+}
+
+// Lines of a paragraph stand below each other.
+void SceneBuilder::addParagraph(const Frame& frame, Groups groups) {
+    constexpr double kLineSpacing = 5.0 / 3;
+    std::string whole;
+    for (const Group& group : groups)
+        if (group.code == 3 || group.code == 1) whole += group.text();
+    double height = realOf(groups, 40, 1);
+    std::vector<std::string> lines = paragraphLines(whole, height > 0 ? realOf(groups, 41) / height : 0);
+    double angle = realOf(groups, 50) * kDegree;
+    if (const Group* axis = find(groups, 11)) angle = std::atan2(axis->y(), axis->x());
+    int64_t attachment = std::clamp<int64_t>(integerOf(groups, 71, 1), 1, 9) - 1;
+    double spacing = height * kLineSpacing * realOf(groups, 44, 1);
+    double total = height + spacing * (static_cast<double>(lines.size()) - 1);
+    double down = height - total * static_cast<double>(attachment / 3) / 2;
+    Frame plane = planeOf(frame, groups);
+    for (std::string& line : lines) {
+        SceneText text;
+        text.text = keep(std::move(line));
+        text.width = static_cast<float>(textWidth(text.text));
+        text.shiftX = static_cast<float>(attachment % 3) / 2;
+        place(plane, pointAt(groups, 10) + Point{std::sin(angle) * down, -std::cos(angle) * down, 0}, height,
+              angle, text);
+        down += spacing;
+    }
+}
+
+void SceneBuilder::place(const Frame& plane, Point at, double height, double angle, SceneText& text) {
+    if (text.text.empty() || !(height > 0) || isFull()) return;
+    Point along = plane.direction({std::cos(angle), std::sin(angle), 0}) * height;
+    Point up = plane.direction({-std::sin(angle), std::cos(angle), 0}) * height;
+    Point placed = plane(at);
+    text.at = {placed.x, placed.y};
+    text.alongX = static_cast<float>(along.x);
+    text.alongY = static_cast<float>(along.y);
+    text.upX = static_cast<float>(up.x);
+    text.upY = static_cast<float>(up.y);
+    text.colour = colour_;
+    scene_.texts_.push_back(text);
+}
+
+}  // namespace hostcad

@@ -1,0 +1,197 @@
+#include "hostcad/window/scene_painter.h"
+
+#include <QPainter>
+#include <cmath>
+
+#include "hostcad/window/colours.h"
+#include "hostcad/window/drawn_text.h"
+
+namespace hostcad {
+namespace {
+
+// All in pixels of the desktop.
+constexpr double kSmallestEntity = 1.5;  // smaller ones are dots
+constexpr double kSmallestText = 5;      // high; smaller ones are lines
+constexpr double kSmallestTextLine = 0.7;
+constexpr double kLargestText = 3000;
+constexpr double kFinestPattern = 4;  // long; finer ones are plain lines
+constexpr double kSmallestArea = 3;   // smaller ones are dots
+constexpr double kPoint = 2;
+constexpr size_t kTextsOfMovingPicture = 400;
+constexpr int kMarkThickness = 2;
+constexpr uint32_t kOpaque = 0xFF000000;
+
+}  // namespace
+
+ScenePainter::ScenePainter(const Scene& scene, const ViewPlace& place, double pixelRatio)
+    : scene_(scene), place_{place.centre, place.scale * pixelRatio}, pixelRatio_(pixelRatio) {}
+
+void ScenePainter::begin(const QImage& picture) {
+    halfWidth_ = picture.width() / 2.0;
+    halfHeight_ = picture.height() / 2.0;
+    area_ = {};
+    area_.add(place_.centre.x - halfWidth_ / place_.scale, place_.centre.y - halfHeight_ / place_.scale);
+    area_.add(place_.centre.x + halfWidth_ / place_.scale, place_.centre.y + halfHeight_ / place_.scale);
+    texts_.clear();
+    areas_.clear();
+}
+
+void ScenePainter::paint(QImage& picture, const std::vector<bool>& marked, bool isMoving) {
+    begin(picture);
+    picture.fill(kGroundColour);
+    {
+        LineRaster raster(picture);
+        const int plain = std::max(1, static_cast<int>(std::lround(pixelRatio_)));
+        std::span<const SceneEntity> entities = scene_.entities();
+        const double smallest = kSmallestEntity * pixelRatio_ / place_.scale;
+        scene_.visit(area_, [&](size_t place) {
+            const SceneEntity& entity = entities[place];
+            const bool isMarked = place < marked.size() && marked[place];
+            const uint32_t* colour = isMarked ? &kMarkColour : nullptr;
+            if (!entity.endless && entity.box.maxX - entity.box.minX < smallest &&
+                entity.box.maxY - entity.box.minY < smallest)
+                return paintDot(raster, entity, colour);
+            raster.setThickness(isMarked ? kMarkThickness * plain : plain);
+            paintEntity(raster, entity, colour);
+        });
+        if (isMoving && texts_.size() > kTextsOfMovingPicture) {
+            for (const PendingText& text : texts_) paintTextLine(raster, *text.text, text.colour);
+            texts_.clear();
+        }
+    }
+    paintAreas(picture);
+}
+
+void ScenePainter::paintOver(QImage& picture, const std::vector<size_t>& places, uint32_t colour,
+                             int thickness) {
+    begin(picture);
+    {
+        LineRaster raster(picture);
+        raster.setThickness(static_cast<int>(std::lround(thickness * pixelRatio_)));
+        for (size_t place : places)
+            if (const SceneEntity& entity = scene_.entities()[place]; entity.visible)
+                paintEntity(raster, entity, &colour);
+    }
+    paintAreas(picture);
+}
+
+// The picture looks the same and costs a hundredth.
+void ScenePainter::paintDot(LineRaster& raster, const SceneEntity& entity, const uint32_t* colour) {
+    PlanePoint middle{(entity.box.minX + entity.box.maxX) / 2, (entity.box.minY + entity.box.maxY) / 2};
+    if (entity.lineCount > 0)
+        raster.dot(toPicture(middle), 1, kOpaque | (colour ? *colour : scene_.lines(entity).front().colour));
+    else if (entity.textCount > 0)
+        raster.dot(toPicture(middle), 1,
+                   kOpaque | (colour ? *colour : faint(scene_.texts(entity).front().colour)));
+}
+
+void ScenePainter::paintEntity(LineRaster& raster, const SceneEntity& entity, const uint32_t* colour) {
+    for (const SceneLine& line : scene_.lines(entity))
+        paintLine(raster, line, kOpaque | (colour ? *colour : line.colour));
+    for (const SceneText& text : scene_.texts(entity)) {
+        const double height = std::hypot(text.upX, text.upY) * place_.scale / pixelRatio_;
+        const uint32_t shown = kOpaque | (colour ? *colour : text.colour);
+        if (height < kSmallestTextLine || height > kLargestText) continue;
+        if (height < kSmallestText)
+            paintTextLine(raster, text, shown);
+        else
+            texts_.push_back({&text, shown});
+    }
+}
+
+void ScenePainter::paintLine(LineRaster& raster, const SceneLine& line, uint32_t colour) {
+    std::span<const PlanePoint> points = scene_.vertices(line);
+    if (points.size() == 1) {
+        raster.dot(toPicture(points[0]), static_cast<int>(std::lround(kPoint * pixelRatio_)), colour);
+    } else if (line.filled) {
+        Box box;
+        for (const PlanePoint& p : points) box.add(p.x, p.y);
+        if (std::max(box.maxX - box.minX, box.maxY - box.minY) * place_.scale < kSmallestArea * pixelRatio_)
+            raster.dot(toPicture(points[0]), static_cast<int>(kSmallestArea * pixelRatio_) / 2 + 1, colour);
+        else if (meets(box, area_))
+            areas_.push_back({&line, colour});
+    } else if (line.pattern && scene_.pattern(line).length * place_.scale >= kFinestPattern * pixelRatio_) {
+        paintDashes(raster, line, colour);
+    } else {
+        QPointF from = toPicture(points[0]);
+        for (const PlanePoint& p : points.subspan(1)) {
+            QPointF to = toPicture(p);
+            raster.line(from, to, colour);
+            from = to;
+        }
+    }
+}
+
+// The pattern runs on from one piece of a line to the next.
+void ScenePainter::paintDashes(LineRaster& raster, const SceneLine& line, uint32_t colour) {
+    const LinePattern& pattern = scene_.pattern(line);
+    std::span<const PlanePoint> points = scene_.vertices(line);
+    auto distance = [](QPointF a, QPointF b) { return std::hypot(b.x() - a.x(), b.y() - a.y()); };
+    auto lengthOf = [&](size_t dash) { return std::abs(pattern.dashes[dash]) * place_.scale; };
+    double begun = 0;  // length of the line so far, in pixels
+    for (size_t i = 0; i + 1 < points.size(); ++i) {
+        QPointF from = toPicture(points[i]), to = toPicture(points[i + 1]);
+        const QPointF start = from;
+        const double whole = distance(from, to);
+        if (whole > 0 && raster.clip(from, to)) {
+            const QPointF direction = (toPicture(points[i + 1]) - start) / whole;
+            const double end = distance(start, to);
+            double at = distance(start, from);
+            // Where in the pattern the part that is seen begins.
+            double phase = std::fmod(begun + at, pattern.length * place_.scale);
+            size_t dash = 0;
+            while (dash + 1 < pattern.dashes.size() && phase >= lengthOf(dash)) phase -= lengthOf(dash++);
+            while (at < end) {
+                const double stop = at + std::max(lengthOf(dash) - phase, 0.0);
+                if (pattern.dashes[dash] >= 0)
+                    raster.line(start + direction * at, start + direction * std::min(stop, end), colour);
+                at = stop;
+                phase = 0;
+                dash = (dash + 1) % pattern.dashes.size();
+            }
+        }
+        begun += whole;
+    }
+}
+
+void ScenePainter::paintTextLine(LineRaster& raster, const SceneText& text, uint32_t colour) {
+    raster.line(toPicture(text.corner(0, 0.5)), toPicture(text.corner(1, 0.5)), kOpaque | faint(colour));
+}
+
+void ScenePainter::paintAreas(QImage& picture) {
+    if (areas_.empty() && texts_.empty()) return;
+    QPainter painter(&picture);
+    painter.setPen(Qt::NoPen);
+    for (const PendingArea& area : areas_) {
+        QPolygonF polygon;
+        for (const PlanePoint& p : scene_.vertices(*area.line)) polygon << toPicture(p);
+        painter.setBrush(QColor::fromRgb(area.colour));
+        painter.drawPolygon(polygon);
+    }
+    paintTexts(painter);
+}
+
+void ScenePainter::paintTexts(QPainter& painter) {
+    painter.setRenderHint(QPainter::TextAntialiasing);
+    painter.setFont(drawingFont());
+    const double pixel = 1 / drawingFontCapital();
+    for (const PendingText& pending : texts_) {
+        const SceneText& text = *pending.text;
+        Box box;
+        for (double x : {0.0, 1.0})
+            for (double y : {-0.3, 1.3}) {
+                PlanePoint p = text.corner(x, y);
+                box.add(p.x, p.y);
+            }
+        if (!meets(box, area_)) continue;
+        QPointF at = toPicture(text.corner(0, 0));
+        const double s = place_.scale * pixel;
+        painter.setTransform(
+            QTransform(text.alongX * s, -text.alongY * s, -text.upX * s, text.upY * s, at.x(), at.y()));
+        painter.setPen(QColor::fromRgb(pending.colour));
+        painter.drawText(QPointF(), QString::fromUtf8(text.text.data(), static_cast<int>(text.text.size())));
+    }
+    painter.resetTransform();
+}
+
+}  // namespace hostcad

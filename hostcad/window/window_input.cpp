@@ -1,0 +1,209 @@
+// The side of the window that takes what a person does as commands, and as answers to prompts.
+#include <QApplication>
+#include <QKeyEvent>
+#include <algorithm>
+
+#include "hostcad/ads/host_names.h"
+#include "hostcad/editor/file_boxes.h"
+#include "hostcad/window/command_panel.h"
+#include "hostcad/window/main_window.h"
+#include "hostcad/window/scene_picking.h"
+
+namespace hostcad {
+namespace {
+
+constexpr qint64 kBreath = 150;  // milliseconds between two looks at what waits for the window
+
+Coordinates coordinatesOf(const Point& p) {
+    return {p.x, p.y, 0};
+}
+
+Input inputOf(const std::vector<ObjectId>& ids) {
+    SelectionSet set;
+    for (ObjectId id : ids) set.add(id);
+    EntityName name{};
+    nameSelection(std::move(set), name.data());
+    return Input::ofSet(name);
+}
+
+bool isFromUser(QEvent::Type type) {
+    switch (type) {
+        case QEvent::KeyPress:
+        case QEvent::KeyRelease:
+        case QEvent::Shortcut:
+        case QEvent::ShortcutOverride:
+        case QEvent::MouseButtonPress:
+        case QEvent::MouseButtonRelease:
+        case QEvent::MouseButtonDblClick:
+        case QEvent::Wheel:
+        case QEvent::Drop:
+        case QEvent::Close:
+        case QEvent::ContextMenu:
+            return true;
+        default:
+            return false;
+    }
+}
+
+}  // namespace
+
+// --- While programs run ------------------------------------------------------------------------------------
+
+bool MainWindow::isBusy() const {
+    return running_ && !isWaiting() && !QApplication::activeModalWidget();
+}
+
+void MainWindow::breathe() {
+    if (!isBusy() || (lastBreath_.isValid() && lastBreath_.elapsed() < kBreath)) return;
+    QApplication::processEvents();
+    lastBreath_.restart();
+}
+
+// Whoever is busy hears nothing but Escape.
+bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (!isFromUser(event->type()) || !isBusy()) return QMainWindow::eventFilter(watched, event);
+    bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
+    if (isKey && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) host_->cancel();
+    if (event->type() == QEvent::Close) event->ignore();
+    return true;
+}
+
+void MainWindow::write(std::string_view text) {
+    panel_->write(text);
+    breathe();
+}
+
+// --- Lines -------------------------------------------------------------------------------------------------
+
+void MainWindow::runLine(const std::string& line) {
+    // A command that is chosen from a menu ends the one that is waiting.
+    if (isWaiting()) {
+        afterwards_ = line;
+        supply(Input::cancel());
+        return;
+    }
+    if (running_ || !host_) return;
+    running_ = true;
+    lastBreath_.restart();
+    lastLine_ = line;
+    queue_.clear();
+    preselected_ = canvas_->selected();
+    propertiesAreOld_ = !preselected_.empty();  // a command may change the record that is shown
+    panel_->write("\nCommand: " + line);
+    host_->runLine(line);
+    running_ = false;
+    canvas_->clearHighlights();
+    follow();
+    if (propertiesAreOld_) showProperties();
+    panel_->clearPrompt();
+    if (host_->wantsQuit()) close();
+    if (std::string next = std::exchange(afterwards_, {}); !next.empty()) runLine(next);
+}
+
+void MainWindow::openDrawing(const std::string& path) {
+    if (isWaiting() || running_ || !settleChanges(*host_)) return;
+    std::string problem = host_->openDrawing(path);
+    panel_->write("\n" + (problem.empty() ? "Opened " + path : problem) + "\n");
+    follow();
+}
+
+void MainWindow::lineTyped(const std::string& line) {
+    if (isWaiting()) {
+        panel_->write(line);
+        supply(Input::ofText(line));
+    } else if (!line.empty() || !lastLine_.empty()) {
+        runLine(line.empty() ? lastLine_ : line);  // Enter alone says it again
+    }
+}
+
+void MainWindow::escape() {
+    canvas_->zoomToNextBox(false);
+    if (isWaiting())
+        supply(Input::cancel());
+    else if (!running_)
+        select({});
+}
+
+// --- Prompts -----------------------------------------------------------------------------------------------
+
+Input MainWindow::next(const Prompt& prompt) {
+    follow();
+    if (std::optional<Input> input = queuedInput(prompt)) return *input;
+    waitsFor_ = prompt.kind;
+    answer_.reset();
+    panel_->showPrompt(prompt);
+    canvas_->setTakesBoxes(prompt.kind == Prompt::Kind::Objects);
+    if (prompt.base) canvas_->setRubberBand(Point{(*prompt.base)[0], (*prompt.base)[1], 0}, prompt.isCorner);
+    panel_->focusLine();
+    QEventLoop loop;
+    loop_ = &loop;
+    loop.exec();
+    loop_ = nullptr;
+    canvas_->setTakesBoxes(true);
+    canvas_->setRubberBand({});
+    panel_->clearPrompt();
+    lastBreath_.restart();
+    return answer_.value_or(closing_ ? Input::end() : Input::cancel());
+}
+
+std::optional<Input> MainWindow::queuedInput(const Prompt& prompt) {
+    // What is selected answers the first prompt of a command, where that takes objects.
+    std::vector<ObjectId> preselected = std::exchange(preselected_, {});
+    if (prompt.kind == Prompt::Kind::Objects && !preselected.empty()) {
+        queue_.push_back(inputOf(preselected));
+        queue_.push_back(Input::enter());
+    }
+    if (queue_.empty()) return {};
+    Input input = std::move(queue_.front());
+    queue_.pop_front();
+    return input;
+}
+
+void MainWindow::supply(Input input) {
+    if (!loop_ || answer_) return;
+    if (input.kind == Input::Kind::Cancel) queue_.clear();
+    answer_ = std::move(input);
+    loop_->quit();
+}
+
+void MainWindow::supplyObjects(Input input, Qt::KeyboardModifiers modifiers) {
+    bool removes = waitsFor_ == Prompt::Kind::Objects && (modifiers & Qt::ShiftModifier);
+    if (!removes) return supply(std::move(input));
+    queue_.push_back(std::move(input));
+    queue_.push_back(Input::ofText("Add"));
+    supply(Input::ofText("Remove"));
+}
+
+void MainWindow::clicked(Point at, ObjectId hit, Qt::KeyboardModifiers modifiers) {
+    if (!isWaiting()) return selectPicked(hit ? std::vector{hit} : std::vector<ObjectId>{}, modifiers);
+    bool wantsEntity = waitsFor_ == Prompt::Kind::Entity || waitsFor_ == Prompt::Kind::Objects;
+    if (wantsEntity && hit) {
+        EntityName name{};
+        nameOf(hit, name.data());
+        supplyObjects(Input::ofEntity(name, coordinatesOf(at)), modifiers);
+    } else if (wantsEntity || waitsFor_ == Prompt::Kind::Point || waitsFor_ == Prompt::Kind::Distance ||
+               waitsFor_ == Prompt::Kind::Angle) {
+        supply(Input::ofPoint(coordinatesOf(at)));
+    }
+}
+
+void MainWindow::boxDrawn(const Box& box, bool crossing, Qt::KeyboardModifiers modifiers) {
+    std::vector<ObjectId> found = entitiesInBox(currentDrawing(), scene_, box, crossing);
+    if (!isWaiting()) return selectPicked(std::move(found), modifiers);
+    if (!found.empty()) supplyObjects(inputOf(found), modifiers);
+}
+
+void MainWindow::selectPicked(std::vector<ObjectId> picked, Qt::KeyboardModifiers modifiers) {
+    if (!(modifiers & (Qt::ShiftModifier | Qt::ControlModifier))) return select(std::move(picked));
+    std::sort(picked.begin(), picked.end());
+    const std::vector<ObjectId>& old = canvas_->selected();
+    std::vector<ObjectId> selected;
+    if (std::includes(old.begin(), old.end(), picked.begin(), picked.end()))
+        std::set_difference(old.begin(), old.end(), picked.begin(), picked.end(),
+                            std::back_inserter(selected));
+    else
+        std::set_union(old.begin(), old.end(), picked.begin(), picked.end(), std::back_inserter(selected));
+    select(std::move(selected));
+}
+
+}  // namespace hostcad
