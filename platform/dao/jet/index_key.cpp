@@ -46,13 +46,15 @@ void putReal(ByteWriter& out, ByteView bytes) {
         out.bytes[begin] |= 0x80;
 }
 
+constexpr size_t kGuidHalf = 8;
+constexpr uint8_t kAfterFirstHalf = 9, kAfterSecondHalf = 8;
+
 void putGuid(ByteWriter& out, ByteView guid) {
-    constexpr uint8_t kAfterFirstHalf = 9, kAfterSecondHalf = 8;
     putBigEndian(out, guid.part(0, 4));
     putBigEndian(out, guid.part(4, 2));
     putBigEndian(out, guid.part(6, 2));
     out.u8(kAfterFirstHalf);
-    out.put(guid.part(8, 8));
+    out.put(guid.part(kGuidHalf, 8));
     out.u8(kAfterSecondHalf);
 }
 
@@ -102,6 +104,8 @@ void KeyMaker::append(ByteWriter& out, size_t column, const Value& value) const 
     if (ascending) return;
     for (size_t i = begin; i < out.bytes.size(); ++i) out.bytes[i] = static_cast<uint8_t>(~out.bytes[i]);
     if (store_.format.unicode && isText(definition.type)) out.u8(0);
+    // The mark between the halves of a GUID stays as it is.
+    if (definition.type == Type::kGuid) out.bytes[begin + kGuidHalf] = kAfterFirstHalf;
 }
 
 std::optional<KeyMaker::Key> KeyMaker::key(const std::vector<Value>& values) const {

@@ -46,8 +46,10 @@ IndexPage IndexPage::read(PageFile& file, uint32_t number) {
     size_t prefix = format.unicode ? page.u16(format.indexPrefixAt) : page.u8(format.indexPrefixAt);
     ByteView bitmap = page.part(format.indexBitmapAt, format.indexEntriesAt - format.indexBitmapAt);
     ByteView entries = page.from(format.indexEntriesAt);
-    size_t tailSize = kRowSize + (out.node ? kChildSize : 0);
-    Bytes first;
+    size_t childSize = out.node ? kChildSize : 0;
+    out.keys_.reserve(2 * page.size());
+    out.ends_.reserve(page.size() / 8);
+    ByteView common;  // what is left out of all entries but the first
     size_t begin = 0;
     for (size_t byte = 0; byte < bitmap.size(); ++byte) {
         uint8_t bits = bitmap.u8(byte);
@@ -55,19 +57,15 @@ IndexPage IndexPage::read(PageFile& file, uint32_t number) {
             if (!(bits & 1)) continue;
             size_t end = 8 * byte + bit;
             ByteView stored = entries.part(begin, end - begin);
-            Entry entry{{}, 0};
-            if (out.entries_.empty()) {
-                entry.key = first = stored.copy();
-            } else {
-                entry.key = ByteView(first).part(0, prefix).copy();
-                entry.key.insert(entry.key.end(), stored.data(), stored.data() + stored.size());
-            }
-            if (entry.key.size() < tailSize) damaged("an entry of an index is too short");
-            if (out.node) {
-                entry.child = ByteView(entry.key).bigEndian32(entry.key.size() - kChildSize);
-                entry.key.erase(entry.key.end() - kChildSize, entry.key.end());
-            }
-            out.entries_.push_back(std::move(entry));
+            if (common.size() + stored.size() < kRowSize + childSize)
+                damaged("an entry of an index is too short");
+            if (stored.size() < childSize) damaged("an entry of an index is too short");
+            ByteView key = stored.part(0, stored.size() - childSize);
+            out.keys_.insert(out.keys_.end(), common.data(), common.data() + common.size());
+            out.keys_.insert(out.keys_.end(), key.data(), key.data() + key.size());
+            out.ends_.push_back(static_cast<uint32_t>(out.keys_.size()));
+            if (out.node) out.children_.push_back(stored.bigEndian32(key.size()));
+            if (begin == 0) common = stored.part(0, prefix);
             begin = end;
         }
     }
@@ -75,19 +73,17 @@ IndexPage IndexPage::read(PageFile& file, uint32_t number) {
 }
 
 size_t IndexPage::prefix() const {
-    if (node || entries_.size() < 2) return 0;
+    if (node || size() < 2) return 0;
     // What the first and the last entry have in common, all between them have.
-    const Bytes &first = entries_.front().key, &last = entries_.back().key;
+    ByteView first = entry(0), last = entry(size() - 1);
     size_t most = std::min({first.size(), last.size(), size_t{255}});
-    return static_cast<size_t>(
-        std::mismatch(first.begin(), first.begin() + static_cast<long>(most), last.begin()).first -
-        first.begin());
+    return static_cast<size_t>(std::mismatch(first.data(), first.data() + most, last.data()).first -
+                               first.data());
 }
 
 size_t IndexPage::storedSize() const {
-    size_t size = 0;
-    for (const Entry& entry : entries_) size += entry.key.size() + (node ? kChildSize : 0);
-    return entries_.empty() ? 0 : size - (entries_.size() - 1) * prefix();
+    if (empty()) return 0;
+    return keys_.size() + children_.size() * kChildSize - (size() - 1) * prefix();
 }
 
 void IndexPage::write(PageFile& file, uint32_t table, uint32_t number) const {
@@ -107,13 +103,13 @@ void IndexPage::write(PageFile& file, uint32_t table, uint32_t number) const {
         page.setU8(format.indexPrefixAt, static_cast<uint8_t>(prefix));
     page.setU8(format.indexLevelAt, level);
     size_t at = format.indexEntriesAt;
-    for (size_t i = 0; i < entries_.size(); ++i) {
-        ByteView key = ByteView(entries_[i].key).from(i == 0 ? 0 : prefix);
+    for (size_t i = 0; i < size(); ++i) {
+        ByteView key = entry(i).from(i == 0 ? 0 : prefix);
         page.set(at, key);
         at += key.size();
         if (node) {
             ByteWriter child;
-            child.bigEndian32(entries_[i].child);
+            child.bigEndian32(children_[i]);
             page.set(at, child.bytes);
             at += kChildSize;
         }
@@ -126,33 +122,57 @@ void IndexPage::write(PageFile& file, uint32_t table, uint32_t number) const {
 
 void IndexPage::setChild(size_t i, uint32_t page) {
     if (i < size())
-        entries_[i].child = page;
+        children_[i] = page;
     else
         tail = page;
 }
 
 size_t IndexPage::lowerBound(ByteView key) const {
-    auto it = std::lower_bound(entries_.begin(), entries_.end(), key,
-                               [](const Entry& entry, ByteView k) { return compare(entry.key, k) < 0; });
-    return static_cast<size_t>(it - entries_.begin());
+    size_t low = 0, high = size();
+    while (low < high) {
+        size_t middle = (low + high) / 2;
+        if (compare(entry(middle), key) < 0)
+            low = middle + 1;
+        else
+            high = middle;
+    }
+    return low;
 }
 
 void IndexPage::insert(size_t i, ByteView key, uint32_t child) {
-    entries_.insert(entries_.begin() + static_cast<long>(i), Entry{key.copy(), child});
+    auto at = static_cast<std::ptrdiff_t>(begin(i));
+    keys_.insert(keys_.begin() + at, key.data(), key.data() + key.size());
+    ends_.insert(ends_.begin() + static_cast<std::ptrdiff_t>(i), static_cast<uint32_t>(at));
+    for (size_t k = i; k < ends_.size(); ++k) ends_[k] += static_cast<uint32_t>(key.size());
+    if (node) children_.insert(children_.begin() + static_cast<std::ptrdiff_t>(i), child);
+}
+
+void IndexPage::erase(size_t i) {
+    ByteView gone = entry(i);
+    auto size = static_cast<uint32_t>(gone.size());
+    auto at = keys_.begin() + static_cast<std::ptrdiff_t>(begin(i));
+    keys_.erase(at, at + size);
+    ends_.erase(ends_.begin() + static_cast<std::ptrdiff_t>(i));
+    for (size_t k = i; k < ends_.size(); ++k) ends_[k] -= size;
+    if (node) children_.erase(children_.begin() + static_cast<std::ptrdiff_t>(i));
+}
+
+void IndexPage::replace(size_t i, ByteView key) {
+    uint32_t child = node ? children_[i] : 0;
+    erase(i);
+    insert(i, key, child);
 }
 
 void IndexPage::moveEntries(size_t from, IndexPage& to) {
-    auto begin = entries_.begin() + static_cast<long>(from);
-    to.entries_.insert(to.entries_.end(), std::make_move_iterator(begin),
-                       std::make_move_iterator(entries_.end()));
-    entries_.erase(begin, entries_.end());
+    for (size_t i = from; i < size(); ++i) to.append(entry(i), node ? children_[i] : 0);
+    keys_.resize(begin(from));
+    ends_.resize(from);
+    if (node) children_.resize(from);
 }
 
 size_t IndexPage::middle() const {
-    size_t whole = 0;
-    for (const Entry& entry : entries_) whole += entry.key.size();
-    size_t half = 0, i = 0;
-    while (i + 1 < entries_.size() && half < whole / 2) half += entries_[i++].key.size();
+    size_t i = 0;
+    while (i + 1 < size() && begin(i) < keys_.size() / 2) ++i;
     return std::max<size_t>(i, 1);
 }
 

@@ -24,18 +24,18 @@ class IndexPage {
     uint32_t previous = 0, next = 0;
     uint32_t tail = 0;
 
-    size_t size() const { return entries_.size(); }
-    bool empty() const { return entries_.empty(); }
+    size_t size() const { return ends_.size(); }
+    bool empty() const { return ends_.empty(); }
     // Key and row of an entry.
-    ByteView entry(size_t i) const { return entries_[i].key; }
+    ByteView entry(size_t i) const { return {keys_.data() + begin(i), ends_[i] - begin(i)}; }
     // The child at a position; at size() it is the tail.
-    uint32_t child(size_t i) const { return i < size() ? entries_[i].child : tail; }
+    uint32_t child(size_t i) const { return i < size() ? children_[i] : tail; }
     void setChild(size_t i, uint32_t page);
     // The first position whose entry is not less.
     size_t lowerBound(ByteView key) const;
     void insert(size_t i, ByteView key, uint32_t child = 0);
-    void replace(size_t i, ByteView key) { entries_[i].key = key.copy(); }
-    void erase(size_t i) { entries_.erase(entries_.begin() + static_cast<long>(i)); }
+    void replace(size_t i, ByteView key);
+    void erase(size_t i);
     void append(ByteView key, uint32_t child = 0) { insert(size(), key, child); }
     // Moves the entries from a position on to the end of another page.
     void moveEntries(size_t from, IndexPage& to);
@@ -47,13 +47,13 @@ class IndexPage {
     size_t middle() const;
 
   private:
-    struct Entry {
-        Bytes key;
-        uint32_t child;
-    };
+    size_t begin(size_t i) const { return i == 0 ? 0 : ends_[i - 1]; }
     size_t prefix() const;
 
-    std::vector<Entry> entries_;
+    // The entries one behind the other, where each ends, and of nodes the child of each.
+    Bytes keys_;
+    std::vector<uint32_t> ends_;
+    std::vector<uint32_t> children_;
 };
 
 // Entries as they are compared.

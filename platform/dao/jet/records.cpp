@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <random>
 
 namespace jet {
 namespace {
@@ -14,6 +15,16 @@ std::string columnNames(const TableDefinition& definition, const IndexDefinition
         names += (names.empty() ? "" : ", ") + definition.columns[static_cast<size_t>(position)].name;
     }
     return names;
+}
+
+std::string randomGuid() {
+    std::random_device random;
+    Bytes bytes(16);
+    for (uint8_t& byte : bytes) byte = static_cast<uint8_t>(random());
+    // The marks of a GUID made of random numbers.
+    bytes[7] = static_cast<uint8_t>((bytes[7] & 0x0F) | 0x40);
+    bytes[8] = static_cast<uint8_t>((bytes[8] & 0x3F) | 0x80);
+    return guidText(bytes);
 }
 
 }  // namespace
@@ -35,8 +46,6 @@ std::string Records::obstacle() const {
         bool known = fixedSize(column.type) != 0 || column.type == Type::kBoolean ||
                      column.type == Type::kBinary || column.type == Type::kText || isLongValue(column.type);
         if (!known) return "the type of the column " + column.name + " is not known";
-        if (column.flags & ColumnDefinition::kAutoGuid)
-            return "the column " + column.name + " numbers the records of replicas";
     }
     return "";
 }
@@ -115,6 +124,8 @@ LongValues& Records::longValuesOf(size_t column) {
 
 void Records::giveNumbers(std::vector<Value>& values) {
     for (size_t i = 0; i < values.size(); ++i) {
+        if (values[i].isNull() && (definition_->columns[i].flags & ColumnDefinition::kAutoGuid))
+            values[i] = Value(randomGuid());
         if (!definition_->columns[i].autonumber()) continue;
         auto counter = static_cast<int32_t>(definition_->counter);
         if (values[i].isNull()) {

@@ -36,6 +36,8 @@ def same(ours, theirs):
         return True
     if isinstance(ours, bool):
         return ours == bool(theirs)
+    if isinstance(ours, str) and isinstance(theirs, (int, float)):
+        ours = float(ours)  # a decimal number
     if isinstance(ours, (int, float)):
         try:
             return abs(ours - float(theirs)) <= 1e-6 * abs(ours)
@@ -57,6 +59,14 @@ def same_record(ours, theirs):
     return all(same(ours.get(name), theirs.get(name)) for name in {*ours, *theirs})
 
 
+def nearest(record, theirs):
+    """What tells a record from the one of theirs that is most like it."""
+    def different(other):
+        names = [n for n in {*record, *other} if not same(record.get(n), other.get(n))]
+        return {n: (str(record.get(n))[:80], str(unpacked(other.get(n)))[:80]) for n in names}
+    return min(map(different, theirs), key=len, default=record)
+
+
 def compare(jet, path):
     differences, count = [], 0
     tables = output("mdb-tables", "-1", path).splitlines()
@@ -74,7 +84,7 @@ def compare(jet, path):
         for record in ours:
             match = next((t for t in theirs if same_record(record, t)), None)
             if match is None:
-                differences.append(f"{path} {table}: {record} is not among theirs")
+                differences.append(f"{path} {table}: {nearest(record, theirs)}")
                 break
             theirs.remove(match)
     return differences, count

@@ -2,6 +2,7 @@
 #include <cstdio>
 #include <iostream>
 
+#include "platform/dao/jet/check.h"
 #include "platform/dao/jet/tool/print.h"
 
 namespace {
@@ -9,7 +10,22 @@ namespace {
 constexpr const char* kUsage =
     "jet tables FILE               the tables, linked ones with where they come from\n"
     "jet schema FILE [TABLE]       columns, properties and indexes\n"
-    "jet dump [--json] FILE TABLE  the records: comma-separated, or one JSON object a line\n";
+    "jet dump [--json] FILE TABLE  the records: comma-separated, or one JSON object a line\n"
+    "jet create FILE [97|2000]     a new database without tables\n"
+    "jet check FILE                faults of the structure; nothing for a sound file\n";
+
+int create(const std::string& file, const std::string& version) {
+    bool old = version == "97";
+    if (!old && !version.empty() && version != "2000") throw jet::Error("The versions are 97 and 2000.");
+    jet::Database::create(file, old ? jet::Version::kAccess97 : jet::Version::kAccess2000);
+    return 0;
+}
+
+int printFaults(jet::Database& db) {
+    std::vector<std::string> faults = jet::check(db);
+    for (const std::string& fault : faults) std::cout << fault << "\n";
+    return faults.empty() ? 0 : 1;
+}
 
 int run(const std::vector<std::string>& arguments) {
     auto argument = [&](size_t i) { return i < arguments.size() ? arguments[i] : std::string(); };
@@ -23,7 +39,9 @@ int run(const std::vector<std::string>& arguments) {
         std::cerr << kUsage;
         return 2;
     }
+    if (command == "create") return create(file, rest);
     jet::Database db(file, {.readOnly = true});
+    if (command == "check") return printFaults(db);
     if (command == "tables")
         jet::printTables(db, std::cout);
     else if (command == "schema")
