@@ -2,6 +2,7 @@
 
 #include <iterator>
 
+#include "module/features/template_editor.h"
 #include "module/host/ads_owners.h"
 #include "module/host/arguments.h"
 #include "module/host/automation_call.h"
@@ -148,6 +149,13 @@ void callAutomation(ArgumentReader& in) {
     acedRetStr(result.c_str());
 }
 
+// --- Code 15: the editor of the template ------------------------------------------------------------------
+
+void editTemplate(ArgumentReader&) {
+    GisReturnStatus = 1;
+    RunTemplateEditor();
+}
+
 // --- Code 18: query ---------------------------------------------------------------------------------------
 
 void queryEntities(ArgumentReader&) {
@@ -199,7 +207,7 @@ constexpr Operation kOperations[] = {
     callAutomation,   // 12
     kNotBuilt,        // 13 polygon around a point
     chooseFile,       // 14
-    kNotBuilt,        // 15 editor of the template
+    editTemplate,     // 15
     kNotBuilt,        // 16 database utilities
     kNotBuilt,        // 17 blocks from data
     queryEntities,    // 18

@@ -33,6 +33,10 @@ std::optional<std::string> namePrompt(const NamePrompt& prompt) {
     return g_backend ? g_backend->namePrompt(prompt) : std::nullopt;
 }
 
+void information(const std::string& text, int milliseconds) {
+    if (g_backend) g_backend->information(text, milliseconds);
+}
+
 bool print(const PrintJob& job) {
     return g_backend && g_backend->print(job);
 }

@@ -57,6 +57,8 @@ class Backend {
     virtual int messageBox(const MessageBox& box) = 0;
     virtual std::optional<std::string> fileBox(const FileBox& box) = 0;
     virtual std::optional<std::string> namePrompt(const NamePrompt& prompt) = 0;
+    // A text that goes away by itself after some milliseconds.
+    virtual void information(const std::string& text, int milliseconds) = 0;
     // False when nothing was printed.
     virtual bool print(const PrintJob& job) = 0;
     virtual std::unique_ptr<FontMetrics> metrics(const Font& font) = 0;
@@ -75,6 +77,7 @@ int messageBox(const std::string& title, const std::string& text, unsigned flags
 // The chosen path, with "/" between folders; nothing when the person cancelled.
 std::optional<std::string> fileBox(const FileBox& box);
 std::optional<std::string> namePrompt(const NamePrompt& prompt);
+void information(const std::string& text, int milliseconds);
 // Yes or No; No without a backend.
 bool askYesNo(const std::string& title, const std::string& question);
 

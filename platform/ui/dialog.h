@@ -136,6 +136,8 @@ class Dialog {
     // A cell got another content by the user: text, choice or check mark.
     virtual void onCellChange(Grid&, CellPosition) {}
     virtual void onCellClick(Grid&, CellPosition) {}
+    // Another cell is about to become the active one.
+    virtual void onCellLeave(Grid&, CellPosition) {}
     // Another size of the inside, of a dialog that is placed to the pixel.
     virtual void onResize(Size) {}
     // A key before the dialog sees it; true: it is dealt with.

@@ -198,7 +198,8 @@ void Grid::setFont(const Font& font) {
 void Grid::setActive(int column, int row) {
     if (!has(column, row)) return;
     if (editing_) commitEdit();
-    if (!has(column, row)) return;  // the change may have made the grid smaller
+    if (dialog() && !(active_ == CellPosition{column, row})) dialog()->onCellLeave(*this, active_);
+    if (!has(column, row)) return;  // the dialog may have made the grid smaller
     active_ = {column, row};
     changed();
 }
@@ -247,6 +248,7 @@ std::string Grid::filtered(const CellType& type, std::string_view text) {
         text::appendUtf8(out, c);
         ++count;
     }
+    if (type.upperCase) return text::upper(out);
     return out;
 }
 

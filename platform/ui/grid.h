@@ -18,6 +18,7 @@ struct CellType {
     CellKind kind = CellKind::Edit;
     int maxLength = 255;  // characters, of an edit cell
     CharacterSet characters = CharacterSet::Any;
+    bool upperCase = false;          // what is typed is turned to capitals
     std::vector<std::string> items;  // of a drop-down
     bool editable = false;           // a drop-down that takes other text too
     std::string label;               // of a check box or button

@@ -268,7 +268,7 @@ TEST(MenuFile, OffersWhatIsWrittenInIt) {
     EXPECT_EQ(headings[4].caption, "&GIS");
     EXPECT_EQ(headings[4].entries[0].command, "GIS-PROMPT");
     EXPECT_TRUE(headings[4].entries[0].enabled);
-    EXPECT_FALSE(headings[4].entries[3].enabled);
+    EXPECT_FALSE(headings[4].entries[5].enabled);
     EXPECT_TRUE(hostcad::readMenuFile("no such file").empty());
 }
 

@@ -187,6 +187,8 @@ TEST_F(QtUi, BoxesAnswerWhatWasPressed) {
     EXPECT_EQ(ui::messageBox("Alert", "Done"), ui::kOk);
     EXPECT_EQ(ui::messageBox("Alert", "Save?", ui::kBoxYesNoCancel), ui::kCancel);
     EXPECT_EQ(ui::messageBox("Error", "No"), ui::kOk);
+    ui::information("Process done...", 30);  // goes by itself
+    EXPECT_EQ(window(), nullptr);
 }
 
 TEST_F(QtUi, FileBoxesStartInTheirFolderAndKnowTheirFilter) {

@@ -195,16 +195,16 @@ void GridView::openEditor() {
                 dialog_.userEdit(grid_, fromQt(list->itemText(index)));
                 grid_.setEditing(false);
             });
+            if (type.editable) {
+                list->setCompleter(nullptr);  // what is typed is what counts
+                list->setInsertPolicy(QComboBox::NoInsert);
+                followTyping(*list->lineEdit());
+            }
             editor_ = list;
         } else {
             auto* line = new QLineEdit;
             line->setFrame(false);
-            connect(line, &QLineEdit::textEdited, this, [this](const QString& text) {
-                dialog_.userEdit(grid_, fromQt(text));
-                if (auto* edited = qobject_cast<QLineEdit*>(editor_);
-                    edited && edited->text() != toQt(grid_.editText()))
-                    edited->setText(toQt(grid_.editText()));
-            });
+            followTyping(*line);
             editor_ = line;
         }
         editor_->setFont(qtFont(grid_.font()));
@@ -213,8 +213,26 @@ void GridView::openEditor() {
         editor_->setFocus();
     }
     QString text = toQt(grid_.editText());
-    if (auto* line = qobject_cast<QLineEdit*>(editor_); line && line->text() != text) line->setText(text);
     if (auto* list = qobject_cast<QComboBox*>(editor_)) list->setCurrentIndex(list->findText(text));
+    if (QLineEdit* line = editedLine(); line && line->text() != text) line->setText(text);
+}
+
+// What is typed goes to the model, which may take less of it.
+void GridView::followTyping(QLineEdit& line) {
+    line.installEventFilter(this);
+    connect(&line, &QLineEdit::textEdited, this, [this](const QString& text) {
+        dialog_.userEdit(grid_, fromQt(text));
+        QLineEdit* edited = editedLine();
+        if (!edited || edited->text() == toQt(grid_.editText())) return;
+        const int cursor = edited->cursorPosition();
+        edited->setText(toQt(grid_.editText()));
+        edited->setCursorPosition(cursor);
+    });
+}
+
+QLineEdit* GridView::editedLine() const {
+    auto* list = qobject_cast<QComboBox*>(editor_);
+    return list ? list->lineEdit() : qobject_cast<QLineEdit*>(editor_);
 }
 
 void GridView::closeEditor() {
@@ -258,21 +276,35 @@ void GridView::mouseDoubleClickEvent(QMouseEvent* event) {
     if (indexAt(event->pos()).isValid()) grid_.setEditing(true);
 }
 
+bool GridView::isListKey(const QKeyEvent& key) {
+    return key.key() == Qt::Key_Down && (key.modifiers() & Qt::AltModifier);
+}
+
+// Alt and the arrow open the list of the active cell.
+void GridView::keyPressEvent(QKeyEvent* event) {
+    CellPosition at = grid_.active();
+    if (!isListKey(*event) || grid_.type(at.column, at.row).kind != CellKind::DropDown)
+        return QTableView::keyPressEvent(event);
+    grid_.setEditing(true);
+    if (auto* list = qobject_cast<QComboBox*>(editor_)) list->showPopup();
+}
+
 // Keys in the editor of a cell: the dialog sees them first, then the grid's own rules, and text stays with
 // the line.
 bool GridView::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == editor_ && event->type() == QEvent::KeyPress) {
+    const bool isEditor = editor_ && (watched == editor_ || watched == editedLine());
+    if (isEditor && event->type() == QEvent::KeyPress) {
         auto& key = static_cast<QKeyEvent&>(*event);
         auto* list = qobject_cast<QComboBox*>(editor_);
-        if (list && key.key() == Qt::Key_Down && (key.modifiers() & Qt::AltModifier)) {
+        if (list && isListKey(key)) {
             list->showPopup();
             return true;
         }
-        bool isLine = list == nullptr;
+        bool isLine = editedLine() != nullptr;
         if (window_.offerKey(key, isLine)) return true;
         return !isLine;
     }
-    if (watched == editor_ && event->type() == QEvent::ShortcutOverride) {
+    if (isEditor && event->type() == QEvent::ShortcutOverride) {
         event->accept();
         return true;
     }

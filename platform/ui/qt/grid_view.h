@@ -8,6 +8,8 @@
 
 #include "platform/ui/qt/control_widgets.h"
 
+class QLineEdit;
+
 namespace ui {
 
 class GridCells : public QAbstractTableModel {
@@ -43,11 +45,16 @@ class GridView : public QTableView {
     void mousePressEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
     void openEditor();
     void closeEditor();
+    void followTyping(QLineEdit& line);
+    // Where the active cell's text is typed; null when nothing is.
+    QLineEdit* editedLine() const;
+    static bool isListKey(const QKeyEvent& key);
     void showColumns();
     bool isOnArrow(const QModelIndex& index, const QPoint& at) const;
 

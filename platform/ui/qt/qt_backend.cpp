@@ -6,7 +6,10 @@
 #include <QFileDialog>
 #include <QFontMetrics>
 #include <QInputDialog>
+#include <QLabel>
 #include <QMessageBox>
+#include <QTimer>
+#include <QVBoxLayout>
 #include <algorithm>
 
 #include "platform/files/files.h"
@@ -131,6 +134,18 @@ std::optional<std::string> QtBackend::namePrompt(const NamePrompt& prompt) {
     returnToFront();
     if (!accepted) return std::nullopt;
     return fromQt(name);
+}
+
+void QtBackend::information(const std::string& text, int milliseconds) {
+    QDialog box(front());
+    box.setWindowTitle(front() ? front()->windowTitle() : QString());
+    auto* inside = new QVBoxLayout(&box);
+    auto* label = new QLabel(toQt(text));
+    label->setMargin(12);
+    inside->addWidget(label);
+    QTimer::singleShot(milliseconds, &box, &QDialog::accept);
+    box.exec();
+    returnToFront();
 }
 
 bool QtBackend::print(const PrintJob& job) {

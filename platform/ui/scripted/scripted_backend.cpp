@@ -21,11 +21,13 @@ int indexOf(Control& control, const std::string& wanted) {
     if (auto* items = dynamic_cast<ItemControl*>(&control)) return indexOf(items->items(), wanted);
     if (auto* tabs = dynamic_cast<Tabs*>(&control)) return indexOf(tabs->pages(), wanted);
     if (auto* tree = dynamic_cast<Tree*>(&control)) {
-        // A path of texts with "/" between them.
+        // A path of texts with "/" between them, or the text of a node at any depth.
         int node = -1;
         for (const std::string& part : text::split(wanted, '/'))
-            if ((node = tree->find(part, node)) < 0) return -1;
-        return node;
+            if ((node = tree->find(part, node)) < 0) break;
+        if (node >= 0) return node;
+        for (size_t i = 0; i < tree->nodes().size(); ++i)
+            if (!tree->nodes()[i].removed && tree->nodes()[i].text == wanted) return static_cast<int>(i);
     }
     return -1;
 }
@@ -37,13 +39,28 @@ Grid* gridOf(Dialog& dialog, const std::string& name) {
     return nullptr;
 }
 
-std::string performMenu(Dialog& dialog, const std::string& caption) {
+// The captions of an entry and of the headings above it, with "/" between them.
+std::string menuPath(const std::vector<Menu::Entry>& entries, size_t index) {
+    std::string path = plainCaption(entries[index].caption);
+    for (size_t i = index, level = static_cast<size_t>(entries[index].level); i-- > 0 && level > 0;)
+        if (entries[i].level < static_cast<int>(level)) {
+            path = plainCaption(entries[i].caption) + "/" + path;
+            level = static_cast<size_t>(entries[i].level);
+        }
+    return path;
+}
+
+// An entry is named by its caption, or where that is not enough by its path.
+std::string performMenu(Dialog& dialog, const std::string& name) {
     for (const auto& control : dialog.controls())
         if (auto* menu = dynamic_cast<Menu*>(control.get()))
-            for (const Menu::Entry& entry : menu->entries())
-                if (entry.command && plainCaption(entry.caption) == plainCaption(caption))
+            for (size_t i = 0; i < menu->entries().size(); ++i) {
+                const Menu::Entry& entry = menu->entries()[i];
+                if (!entry.command) continue;
+                if (plainCaption(entry.caption) == plainCaption(name) || menuPath(menu->entries(), i) == name)
                     return dialog.userMenu(*menu, entry.command);
-    return "there is no menu entry \"" + caption + "\"";
+            }
+    return "there is no menu entry \"" + name + "\"";
 }
 
 int buttonOf(std::string_view name) {
@@ -203,6 +220,10 @@ std::optional<std::string> ScriptedBackend::namePrompt(const NamePrompt& prompt)
     if (name && name->empty()) name.reset();
     log_.push_back(shown + " -> " + name.value_or("Cancel"));
     return name;
+}
+
+void ScriptedBackend::information(const std::string& text, int) {
+    log_.push_back("information \"" + text + "\"");
 }
 
 bool ScriptedBackend::print(const PrintJob& job) {

@@ -26,7 +26,7 @@ struct Step {
         Focus,        // control
         Key,          // text: "Enter", "Shift+Tab", "x"
         Click,        // control
-        Menu,         // text: the caption of the entry
+        Menu,         // text: the caption of the entry, or its path: "File/Open..."
         Show,         // prints the model to the log
         Close,        // the frame's close button
     };
@@ -79,6 +79,7 @@ class ScriptedBackend : public Backend {
     int messageBox(const MessageBox& box) override;
     std::optional<std::string> fileBox(const FileBox& box) override;
     std::optional<std::string> namePrompt(const NamePrompt& prompt) override;
+    void information(const std::string& text, int milliseconds) override;
     // Logs the pages as text.
     bool print(const PrintJob& job) override;
     // The measures of a fixed font: as high as asked for, half as wide.

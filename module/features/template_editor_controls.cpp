@@ -1,0 +1,65 @@
+#include "module/features/template_editor_controls.h"
+
+namespace editor {
+namespace {
+
+void addMenu(ui::Dialog& dialog) {
+    auto& entries = dialog.add<ui::Menu>(kMenu).entries();
+    auto heading = [&](const char* caption) { entries.push_back({0, caption, 0, true, false, ""}); };
+    auto entry = [&](int command, const char* caption, const char* shortcut = "", bool enabled = true) {
+        entries.push_back({command, caption, 1, enabled, false, shortcut});
+    };
+    // The tools behind these entries are not there yet.
+    constexpr bool kNotBuilt = false;
+    heading("&Template Database");
+    entry(kDatabaseNew, "&New", "Ctrl+N");
+    entry(kDatabaseOpen, "&Open...", "Ctrl+O");
+    entry(kDatabasePrint, "&Print...", "Ctrl+P", kNotBuilt);
+    entry(kExit, "E&xit");
+    heading("&Category");
+    entry(kCategoryNew, "&New");
+    entry(kCategoryDelete, "&Delete");
+    entry(kCategoryRename, "&Rename");
+    entry(kCategorySearch, "&Search");
+    heading("&Feature");
+    entry(kFeatureNew, "&New");
+    entry(kFeatureSaveAs, "&Save As");
+    entry(kFeatureDelete, "&Delete");
+    entry(kFeatureRename, "&Rename");
+    entry(kFeatureImport, "&Import", "", kNotBuilt);
+    entry(kFeatureSearch, "&Search");
+    heading("&GIS File");
+    entry(kFileUpload, "&Upload Features to Fieldline/Geoline/Rapidline", "", kNotBuilt);
+    entry(kFileImport, "&Import");
+    entry(kFileExport, "&Export");
+    entry(kFileDelete, "&Delete");
+}
+
+}  // namespace
+
+void AddEditorControls(ui::Dialog& dialog) {
+    addMenu(dialog);
+    dialog.add<ui::Label>(kPathCaption, "Template Database File:");
+    dialog.add<ui::Edit>(kPath, true);
+    dialog.add<ui::Tree>(kTree, true);
+    dialog.add<ui::Button>(kNewFeature, "&New Feature");
+    dialog.add<ui::Button>(kEditFeature, "&Edit Feature");
+    dialog.add<ui::Label>(kFeatureCaption, "Current Feature:");
+    dialog.add<ui::Edit>(kFeature, true);
+    dialog.add<ui::Grid>(kSheet);
+    dialog.add<ui::Button>(kUp, "&Up");
+    dialog.add<ui::Button>(kDown, "&Down");
+    dialog.add<ui::Button>(kRemove, "&Remove");
+    dialog.add<ui::Button>(kInsert, "&Insert");
+    dialog.add<ui::Button>(kEditValues, "Edit List &Values");
+    using namespace ui;
+    Layout left = column({item(kTree, 1), row({item(kNewFeature), item(kEditFeature)})});
+    Layout right =
+        column({row({item(kFeatureCaption), item(kFeature, 1)}), item(kSheet, 1),
+                row({item(kUp), item(kDown), item(kRemove), item(kInsert), spring(), item(kEditValues)})},
+               1);
+    dialog.setLayout(column({row({item(kPathCaption), item(kPath, 1)}), row({left, right}, 1)}));
+    dialog.setSize({1040, 600});
+}
+
+}  // namespace editor

@@ -1,0 +1,299 @@
+// The editor of the template, from nothing to features that the sheet uses.
+#include <sys/stat.h>
+
+#include "platform/dao/dao.h"
+#include "tests/module/module_fixture.h"
+
+using ui::Step;
+
+class Editor : public ModuleTest {
+  protected:
+    static constexpr int kEditor = 151, kName = 1511, kCategory = 1512, kNewFile = 1513, kValues = 1514,
+                         kCodes = 1515;
+
+    static Step menu(std::string entry) { return {Step::Kind::Menu, "", std::move(entry)}; }
+    static Step at(int column, int row, std::string text) {
+        return {Step::Kind::Cell, "", std::move(text), true, column, row};
+    }
+    static Step tree(std::string node) { return {Step::Kind::Pick, "1003", std::move(node)}; }
+    static Step open(std::string node) { return {Step::Kind::DoubleClick, "1003", std::move(node)}; }
+    static Step text(std::string control, std::string value) {
+        return {Step::Kind::Text, std::move(control), std::move(value)};
+    }
+    void name(const std::string& given) { answer(kName, {text("1001", given), click("OK")}); }
+    void category(const std::string& given) { answer(kCategory, {pick("1002", given), click("OK")}); }
+    void box(const std::string& button) { ui_.answerBox(button); }
+
+    // Runs the editor with these steps and leaves it without saving what is on the sheet.
+    void edit(std::vector<Step> steps) {
+        steps.push_back(menu("Exit"));
+        answer(kEditor, std::move(steps));
+        EXPECT_EQ(lisp("(cf:gis_smart_prompting 15)"), "1");
+        EXPECT_EQ(ui_.unused(), std::vector<std::string>{});
+    }
+    void newTemplate() {
+        answer(kNewFile, {click("New Access 2000 Format")});
+        ui_.answerFile(path("t.mdb"));
+        box("Yes");
+        edit({menu("Template Database/New")});
+    }
+    std::string stored(const std::string& sql) const { return sqlite("t.mdb", sql); }
+    std::string features(const std::string& where = "1") const {
+        return stored(
+            "select GIS_NAME, FIELD_NAME, FIELD_PROMPT, DEFAULT_VALUE, LIST_VALUES from "
+            "ZGEO_SMART_PROMPTING where " +
+            where + " order by NO_GIS");
+    }
+    std::string categories() const {
+        return stored("select INDEX_CAT_GIS, CAT_GIS_NAME, GIS_NAME from ZGEO_CAT order by rowid");
+    }
+
+    // A template of the categories PLANTS and UTILITIES, with the feature TREE saved in the first.
+    void treeTemplate() {
+        newTemplate();
+        name("plants"), name("utilities"), name("tree");
+        box("Yes"), category("PLANTS"), box("Yes");
+        edit({menu("Category/New"), menu("Category/New"), tree("PLANTS"), click("New Feature"),
+              at(1, 1, "species"), at(2, 1, "Species"), at(1, 2, "dbh"), at(2, 2, "Diameter"),
+              at(4, 2, "Yes"), at(5, 2, "Int")});
+        ui_.clearLog();
+    }
+};
+
+TEST_F(Editor, DefinesAFeatureFromNothing) {
+    treeTemplate();
+    EXPECT_EQ(features(), "TREE|SPECIES|Species||\nTREE|~.DBH|Diameter||\n");
+    EXPECT_EQ(categories(), "1|PLANTS|NO_GIS\n1|UTILITIES|NO_GIS\n2|PLANTS|TREE\n");
+    // The sheet uses it at once.
+    makeEntity();
+    answer(134, {cell(1, "OAK"), cell(2, "14"), click("OK")});
+    EXPECT_EQ(lisp("(cf:gis_smart_prompting 1 " + quoted("") + " " + quoted("t.mdb") + " " +
+                   quoted("out.mdb") + " \"PT_ID\" \"7\" 1.0 2.0 3.0 ent \"TREE\" 1)"),
+              "1");
+    EXPECT_EQ(sqlite("out.mdb", "select PT_ID, SPECIES, DBH from TREE"), "7|OAK|14\n");
+}
+
+TEST_F(Editor, SaysThatThereAreUnsavedChangesAndAsks) {
+    treeTemplate();
+    box("No"), box("Yes");
+    edit({open("TREE"), at(2, 1, "Kind of tree"), show()});
+    EXPECT_TRUE(shown("Define Template Database *"));
+    EXPECT_TRUE(shown("box [Alert] \"Current Feature: TREE\nSave Changes?\" flags 0x40034 -> No"));
+    EXPECT_EQ(features().substr(0, 20), "TREE|SPECIES|Species");
+    // Saved at once; the feature takes the last place of its category again.
+    box("Yes"), box("Yes");
+    edit({open("TREE"), at(2, 1, "Kind of tree"), key("Ctrl+S")});
+    EXPECT_TRUE(shown("Feature already exist! Do you want to replace it?"));
+    EXPECT_TRUE(shown("information \"Process done...\""));
+    EXPECT_EQ(features(), "TREE|SPECIES|Kind of tree||\nTREE|~.DBH|Diameter||\n");
+    EXPECT_EQ(categories(), "1|PLANTS|NO_GIS\n1|UTILITIES|NO_GIS\n2|PLANTS|TREE\n");
+    // The exit question, too, can be answered with No.
+    box("No"), box("Yes");
+    edit({menu("Exit")});
+    EXPECT_TRUE(shown("\"               Exit...Please confirm...\" flags 0x40034 -> No"));
+}
+
+TEST_F(Editor, ListsOfValuesAndSpecialCodes) {
+    treeTemplate();
+    name("RED"), name("GREEN");
+    answer(kName, {text("1001", "GREEN"), click("OK"), text("1001", "BLUE"), click("OK")});
+    answer(kValues, {click("Add Value"), click("Add Value"), click("Add Value"), show(), click("MoveUp"),
+                     click("Set Default Value"), click("OK")});
+    answer(kValues, {click("Set Special Code"), show(), click("OK")});
+    answer(kCodes, {pick("1001", "ROD HEIGHT"), show(), click("OK")});
+    box("OK"), box("Yes"), box("Yes");
+    edit({open("TREE"), at(3, 1, ""), click("Edit List Values"), at(1, 3, "x"), at(3, 3, ""),
+          click("Edit List Values"), at(1, 4, "EASTING"), show(), key("Ctrl+S")});
+    EXPECT_TRUE(shown("box [Error] \"Value already exist!\""));
+    EXPECT_TRUE(shown("    > ROD HEIGHT"));
+    EXPECT_EQ(features(),
+              "TREE|SPECIES|Species|BLUE|RED,BLUE,GREEN\nTREE|~.DBH|Diameter||\n"
+              "TREE|ROD_HEIGHT|Rod_height|$EQN=$HGT|$EQN=$HGT\nTREE|EASTING|Easting|$EQN=$EAS|$EQN=$EAS\n");
+}
+
+TEST_F(Editor, ValuesComeAndGo) {
+    treeTemplate();
+    name("A"), name("B"), name("C");
+    // The neighbour of a deleted default becomes the default; a code gives way to a new value among the old
+    // ones.
+    answer(kValues, {click("Add Value"), click("Add Value"), pick("1001", "A"), click("Delete Value"),
+                     click("Set Special Code"), click("Add Value"), show(), click("OK")});
+    answer(kCodes, {pick("1001", "DATE"), click("OK")});
+    answer(kValues, {click("Delete Value"), click("Delete Value"), click("OK")});
+    answer(kValues, {click("Add Value"), click("Cancel")});
+    name("Z");
+    box("No"), box("Yes");
+    edit({open("TREE"), at(3, 1, ""), click("Edit List Values"), show(), click("Edit List Values"), show(),
+          click("Edit List Values"), show()});
+    EXPECT_TRUE(shown("C {B|C} No"));
+    EXPECT_TRUE(shown("edit \"C\" (read-only)"));
+}
+
+TEST_F(Editor, TheSheetFillsItself) {
+    treeTemplate();
+    box("No"), box("Yes");
+    edit({open("TREE"), at(1, 3, "northing"), at(1, 3, "other"), show(),  // the code goes with the name
+          at(3, 1, "OAK"), key("Enter"), focus("1008"), at(3, 2, "$eqn=$dat"), show()});
+    EXPECT_TRUE(shown("'OTHER'   'Northing' ''"));
+    EXPECT_TRUE(shown("'DATE'    'Date'     $EQN=$DAT {$EQN=$DAT} Yes {No|Yes} Char\n"));
+    box("No"), box("Yes");
+    ui_.clearLog();
+    // Enter walks from the name to the values, and adds what was typed to the list.
+    edit({open("TREE"), at(1, 1, "SPECIES"), key("Enter"), key("Enter"), key("O"), key("A"), key("K"),
+          key("Enter"), key("A"), key("S"), key("H"), key("Enter"), show(), key("Delete"), show(),
+          key("Delete"), show()});
+    EXPECT_TRUE(shown("'SPECIES' 'Species'  ASH {OAK|ASH}"));
+    EXPECT_TRUE(shown("OAK {OAK}"));
+}
+
+TEST_F(Editor, RowsMove) {
+    treeTemplate();
+    box("Yes"), box("Yes");
+    edit({open("TREE"), at(1, 1, "SPECIES"), click("Down"), show(), click("Up"), click("Insert"),
+          at(1, 1, "new"), at(2, 1, "New"), at(1, 3, "DBH"), click("Remove"), key("Ctrl+S"), show()});
+    EXPECT_EQ(features(), "TREE|NEW|New||\nTREE|SPECIES|Species||\n");
+}
+
+TEST_F(Editor, FaultsAreShownAndLeadToTheirCell) {
+    treeTemplate();
+    box("OK"), box("No"), box("Yes");
+    edit({open("TREE"), at(1, 2, "SPECIES"), key("Ctrl+S"), show()});
+    EXPECT_TRUE(shown("box [Error] \"There are duplicates in column <ATTRIBUTE (Abbr.)>!\" flags 0x40030"));
+    EXPECT_TRUE(shown("grid 5 x 3, at (2, 2)"));
+    EXPECT_EQ(features().size(), std::string("TREE|SPECIES|Species||\nTREE|~.DBH|Diameter||\n").size());
+    // A name that is refused is asked for again.
+    answer(kName, {text("1001", "a.b"), click("OK"), text("1001", "c"), click("Cancel")});
+    box("OK"), box("Yes");
+    edit({menu("Category/New")});
+    EXPECT_TRUE(shown("Invalid characters in Feature Name or string length more than 64 characters!"));
+}
+
+TEST_F(Editor, CategoriesAreRenamedMergedAndDeleted) {
+    treeTemplate();
+    category("PLANTS"), name("utilities"), box("Yes");
+    edit({menu("Category/Rename"), show()});
+    EXPECT_EQ(categories(), "1|UTILITIES|NO_GIS\n1|UTILITIES|NO_GIS\n2|UTILITIES|TREE\n");
+    category("UTILITIES"), box("No"), box("Yes");
+    edit({menu("Category/Delete")});
+    EXPECT_NE(features(), "");
+    category("UTILITIES"), box("Yes"), box("OK"), box("Yes");
+    edit({menu("Category/Delete"), menu("Category/Delete")});
+    EXPECT_TRUE(shown("No Categories found in the Template Database!"));
+    EXPECT_EQ(categories() + features(), "");
+}
+
+TEST_F(Editor, FeaturesAreCopiedRenamedAndDeleted) {
+    treeTemplate();
+    sqlite("t.mdb",
+           "create table ZGEO_LINKS(GIS_NAME text, TABLE_NAME text, LPN_NAME text, IS_CURRENT text); "
+           "insert into ZGEO_LINKS values('TREE','TREES',null,'YES')");
+    name("bush"), category("UTILITIES"), name("oak"), name("bush"), box("OK"), name("TREE"), box("Yes");
+    edit({tree("TREE"), menu("Feature/Save As"), tree("TREE"), menu("Feature/Rename"), tree("OAK"),
+          menu("Feature/Rename"), tree("OAK"), menu("Feature/Save As")});
+    EXPECT_TRUE(shown("Cannot rename Feature.\nFeature already exist!"));
+    EXPECT_EQ(stored("select distinct GIS_NAME from ZGEO_SMART_PROMPTING order by 1"), "BUSH\nOAK\n");
+    EXPECT_EQ(stored("select GIS_NAME, TABLE_NAME from ZGEO_LINKS"), "OAK|TREES\n");
+}
+
+TEST_F(Editor, TheLastFeatureOfACategoryLeavesItsPlace) {
+    treeTemplate();
+    sqlite("t.mdb", "delete from ZGEO_CAT where GIS_NAME='NO_GIS' and CAT_GIS_NAME='PLANTS'");
+    box("OK"), box("Yes"), box("Yes");
+    edit({tree("PLANTS"), menu("Feature/Delete"), tree("TREE"), menu("Feature/Delete"), show()});
+    EXPECT_TRUE(shown("No Selected Feature found!\nPlease select a feature from the list!"));
+    EXPECT_EQ(features(), "");
+    EXPECT_EQ(categories(), "1|UTILITIES|NO_GIS\n1|PLANTS|NO_GIS\n");
+}
+
+TEST_F(Editor, SearchesWalkTheTree) {
+    treeTemplate();
+    name("bush"), category("UTILITIES");
+    name("*e"), name("*"), name("x*"), box("Yes"), box("OK"), name("q*"), box("No"), name("p*"), box("Yes");
+    box("Yes");
+    edit({tree("TREE"), menu("Feature/Save As"), tree("PLANTS"),
+          menu("Feature/Search"),                                  // TREE, the first of PLANTS
+          menu("Feature/Search"), show(), menu("Feature/Search"),  // the next one; then none
+          menu("Category/Search"), show(), menu("Category/Search"),
+          show()});  // none; then from the beginning
+    EXPECT_TRUE(shown("      UTILITIES\n      > BUSH"));
+    EXPECT_TRUE(shown("The routine has finished searching the Feature List.\nStart from the beginning?"));
+    EXPECT_TRUE(shown("box [Alert] \"No Feature found!\""));
+    EXPECT_TRUE(shown("The routine has finished searching the Category List.\nStart from the beginning?"));
+    EXPECT_FALSE(shown("No Category found!"));
+    EXPECT_TRUE(shown("    > PLANTS"));
+    // The last pattern is offered again.
+    EXPECT_TRUE(shown("(text 1001 \"p*\")"));
+}
+
+TEST_F(Editor, FeatureFilesGoOutAndComeBack) {
+    treeTemplate();
+    ui_.answerFile(path("tree.gis")), ui_.answerFile(path("tree.gis")), ui_.answerFile(path("tree.gis"));
+    box("OK"), box("Yes"), box("Yes");
+    edit({open("TREE"), menu("GIS File/Export"), menu("GIS File/Import"), show(), menu("GIS File/Delete")});
+    EXPECT_TRUE(shown("save file box \"Norvane GIS Files (*.gis)|*.gis||\""));
+    EXPECT_TRUE(
+        shown("box [Details] \"Process done!\nNumber rows stored in    GIS file : 1\nNumber valid rows  from "
+              "GIS file : 2\""));
+    EXPECT_TRUE(shown("edit \"TREE\" (read-only)"));
+    EXPECT_FALSE(fs::exists(path("tree.gis")));
+    // An empty sheet, a file that is none, one that cannot be opened.
+    write("empty.gis", "");
+    fs::create_directory(path("folder.gis"));
+    ui_.answerFile(path("empty.gis")), ui_.answerFile(path("folder.gis"));
+    box("OK"), box("OK"), box("OK"), box("Yes");
+    edit({menu("GIS File/Export"), menu("GIS File/Import"), menu("GIS File/Import")});
+    EXPECT_TRUE(shown("Cannot create an empty *.gis file!"));
+    EXPECT_TRUE(shown("GIS file : -1\nNumber valid rows  from GIS file : 0"));
+    EXPECT_TRUE(shown("Cannot open *.gis file!"));
+}
+
+TEST_F(Editor, TheFormatAskedForHoldsFromTheNextDatabaseOn) {
+    answer(kNewFile, {click("New Access 2000 Format")});
+    answer(kNewFile, {click("New Access '97 Format")});
+    answer(kNewFile, {click("Existing")});
+    ui_.answerFile(path("a.mdb")), ui_.answerFile(path("b.mdb")), ui_.answerFile(path("a.mdb"));
+    box("Yes");
+    edit({menu("Template Database/New"), menu("Template Database/New"), menu("Template Database/New"),
+          show()});
+    EXPECT_TRUE(shown("edit \"" + path("a.mdb") + "\" (read-only)"));
+    auto versionOf = [&](const char* file) {
+        CDaoDatabase database;
+        database.Open(path(file));
+        return database.GetVersion();
+    };
+    EXPECT_EQ(versionOf("a.mdb"), "3.0");
+    EXPECT_EQ(versionOf("b.mdb"), "4.0");
+    EXPECT_EQ(lisp("(cf:gis_smart_prompting 3 25)"), "0");
+    EXPECT_EQ(lisp("ret_string"), "\"97\"");
+}
+
+TEST_F(Editor, WhatIsNoTemplateStaysClosed) {
+    {
+        CDaoDatabase database;
+        database.Create(path("half.mdb"));
+        CDaoTableDef table(&database);
+        table.Create("ZGEO_CAT");
+        table.CreateField("INDEX_CAT_GIS", dbLong, 4);
+        table.Append();
+    }
+    write("text.mdb", "no database");
+    ui_.answerFile(path("half.mdb")), ui_.answerFile(path("text.mdb"));
+    box("OK"), box("OK"), box("Yes");
+    edit({menu("Template Database/Open..."), menu("Template Database/Open..."), show()});
+    EXPECT_TRUE(shown("box [Error] \"" + path("half.mdb") + " is not a template database!\" flags 0x40030"));
+    EXPECT_TRUE(shown("1002 edit \"\" (read-only)"));
+}
+
+TEST_F(Editor, ATemplateThatCannotBeWrittenLosesNothing) {
+    treeTemplate();
+    const std::string before = features() + categories();
+    // A text that does not fit fails in the middle of the save.
+    sqlite("t.mdb",
+           "create trigger full before insert on ZGEO_CAT begin select raise(abort, 'no more room'); end");
+    box("Yes"), box("OK"), box("No"), box("Yes");
+    edit({open("TREE"), at(2, 1, "Kind"), key("Ctrl+S"), show()});
+    EXPECT_TRUE(shown("no more room"));
+    EXPECT_TRUE(shown("Define Template Database *"));
+    sqlite("t.mdb", "drop trigger full");
+    EXPECT_EQ(features() + categories(), before);
+}
