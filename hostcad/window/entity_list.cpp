@@ -149,6 +149,9 @@ EntityList::EntityList(QWidget* parent)
     view_->horizontalHeader()->setHighlightSections(false);
     view_->horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
     view_->setSortingEnabled(true);
+    const char* kWidest[] = {"LWPOLYLINE", "LOT-NUMBERS", "1FFFF"};
+    for (int column = 0; column < EntityTable::kFeature; ++column)
+        view_->setColumnWidth(column, view_->fontMetrics().horizontalAdvance(kWidest[column]) + 16);
 
     auto* top = new QHBoxLayout;
     top->addWidget(filter_, 1);

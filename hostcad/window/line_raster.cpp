@@ -6,6 +6,12 @@
 namespace hostcad {
 
 bool LineRaster::clip(QPointF& from, QPointF& to) const {
+    // Most lines lie within as a whole.
+    const double right = width_ - 1, bottom = height_ - 1;
+    auto isWithin = [&](const QPointF& p) {
+        return p.x() >= 0 && p.y() >= 0 && p.x() <= right && p.y() <= bottom;
+    };
+    if (isWithin(from) && isWithin(to)) return true;
     // The part of the line from t0 to t1 is on the inner side of each edge.
     const double dx = to.x() - from.x(), dy = to.y() - from.y();
     double t0 = 0, t1 = 1;
@@ -15,8 +21,8 @@ bool LineRaster::clip(QPointF& from, QPointF& to) const {
         speed < 0 ? t0 = std::max(t0, t) : t1 = std::min(t1, t);
         return t0 <= t1;
     };
-    bool isSeen = edge(-dx, from.x()) && edge(dx, width_ - 1 - from.x()) && edge(-dy, from.y()) &&
-                  edge(dy, height_ - 1 - from.y());
+    bool isSeen = edge(-dx, from.x()) && edge(dx, right - from.x()) && edge(-dy, from.y()) &&
+                  edge(dy, bottom - from.y());
     if (!isSeen) return false;
     QPointF start = from;
     from = start + QPointF(dx, dy) * t0;

@@ -94,7 +94,7 @@ void MainWindow::makePanels() {
     QDockWidget* entities = dock("Entities", "entities", list_, Qt::RightDockWidgetArea);
     QDockWidget* details = dock("Properties", "properties", properties_, Qt::RightDockWidgetArea);
     resizeDocks({commands}, {180}, Qt::Vertical);
-    resizeDocks({entities, details}, {200, 400}, Qt::Vertical);
+    resizeDocks({entities, details}, {260, 400}, Qt::Vertical);
     resizeDocks({entities, details}, {330, 330}, Qt::Horizontal);
 }
 
