@@ -9,6 +9,7 @@
 #include <QMenuBar>
 #include <QMimeData>
 #include <QProgressBar>
+#include <QScreen>
 #include <QSettings>
 #include <QStatusBar>
 #include <QToolBar>
@@ -38,10 +39,10 @@ MainWindow::MainWindow() {
     setAcceptDrops(true);
     canvas_ = new Canvas(scene_, this);
     setCentralWidget(canvas_);
+    resize(QSize(1280, 860).boundedTo(screen()->availableSize()));
     makePanels();
     makeStatusBar();
     joinCanvas();
-    resize(1280, 860);
 }
 
 MainWindow::~MainWindow() {
@@ -93,9 +94,11 @@ void MainWindow::makePanels() {
     QDockWidget* commands = dock("Command line", "commands", panel_, Qt::BottomDockWidgetArea);
     QDockWidget* entities = dock("Entities", "entities", list_, Qt::RightDockWidgetArea);
     QDockWidget* details = dock("Properties", "properties", properties_, Qt::RightDockWidgetArea);
-    resizeDocks({commands}, {180}, Qt::Vertical);
+    // On a small screen the drawing keeps more than half of it.
+    const int side = std::min(330, width() / 3);
+    resizeDocks({commands}, {std::min(180, height() / 4)}, Qt::Vertical);
     resizeDocks({entities, details}, {260, 400}, Qt::Vertical);
-    resizeDocks({entities, details}, {330, 330}, Qt::Horizontal);
+    resizeDocks({entities, details}, {side, side}, Qt::Horizontal);
 }
 
 void MainWindow::makeStatusBar() {
