@@ -91,7 +91,7 @@ QVariant EntityTable::data(const QModelIndex& index, int role) const {
 
 QVariant EntityTable::headerData(int section, Qt::Orientation orientation, int role) const {
     if (role != Qt::DisplayRole || orientation != Qt::Horizontal) return {};
-    constexpr const char* kNames[] = {"Type", "Layer", "Handle", "Linked feature"};
+    constexpr const char* kNames[] = {"Type", "Layer", "Handle", "Feature"};
     return section < kColumns ? QString(kNames[section]) : QString();
 }
 
@@ -149,9 +149,9 @@ EntityList::EntityList(QWidget* parent)
     view_->horizontalHeader()->setHighlightSections(false);
     view_->horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
     view_->setSortingEnabled(true);
-    const char* kWidest[] = {"LWPOLYLINE", "LOT-NUMBERS", "1FFFF"};
+    const char* kUsual[] = {"LWPOLYLINE", "LOT-TEXT-N", "1FFFF"};
     for (int column = 0; column < EntityTable::kFeature; ++column)
-        view_->setColumnWidth(column, view_->fontMetrics().horizontalAdvance(kWidest[column]) + 16);
+        view_->setColumnWidth(column, view_->fontMetrics().horizontalAdvance(kUsual[column]) + 12);
 
     auto* top = new QHBoxLayout;
     top->addWidget(filter_, 1);

@@ -54,6 +54,7 @@ MainWindow::~MainWindow() {
 void MainWindow::start(Host& host, const std::string& menuFile) {
     host_ = &host;
     host.lisp().setPulse([this] { breathe(); });
+    host.variables().set("FILEDIA", VariableValue::ofInteger(1));  // files are chosen in boxes
     links_ = std::make_unique<LinkedRecords>(host.lisp());
     qApp->installEventFilter(this);
     makeMenus(menuFile);
