@@ -54,6 +54,10 @@ void Drawing::enterHandle(ObjectId id) {
 
 void Drawing::setGroups(ObjectId id, Groups groups) {
     remember(id);
+    setGroupsUnnoted(id, groups);
+}
+
+void Drawing::setGroupsUnnoted(ObjectId id, Groups groups) {
     Groups stored = arena_.store(groups);
     objects_[id].groups = stored.data();
     objects_[id].count = static_cast<uint32_t>(stored.size());

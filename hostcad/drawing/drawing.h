@@ -101,6 +101,8 @@ class Drawing {
 
     // Replaces the groups. Values must be in arena(). The handle stays as it was.
     void setGroups(ObjectId id, Groups groups);
+    // The same for what is no content, as the view: it is not undone, and no reason to save.
+    void setGroupsUnnoted(ObjectId id, Groups groups);
     // Erases an object with its parts, or brings it back.
     void setErased(ObjectId id, bool erased);
     GroupArena& arena() { return arena_; }

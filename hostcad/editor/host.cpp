@@ -306,10 +306,7 @@ void Host::keepViewBox() {
             if (group.code == 12) group = drawing.arena().point(12, centre[0], centre[1]);
             if (group.code == 40) group = realGroup(40, height);
         }
-        drawing.setGroups(record, groups);
-    } else {
-        drawing.setHeaderPoint("$VIEWCTR", 10, centre[0], centre[1], 0);
-        drawing.setHeaderReal("$VIEWSIZE", 40, height);
+        drawing.setGroupsUnnoted(record, groups);
     }
     view_.show(viewBox_);
 }

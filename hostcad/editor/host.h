@@ -63,7 +63,7 @@ class Host {
 
     // --- View ---
     const ViewBox& viewBox() const { return viewBox_; }
-    // Keeps it in the drawing and shows it.
+    // Keeps it in the drawing, where that has a place for views, and shows it.
     void setViewBox(const Coordinates& centre, double height);
     // What the user has moved the view to by hand: no command and no change of the drawing. `begins`: with
     // it a movement begins, to the start of which the user can go back.

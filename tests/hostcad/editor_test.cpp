@@ -317,6 +317,14 @@ TEST_F(CommandTest, Zoom) {
     EXPECT_EQ(view(), "((100.0 100.0 0.0) 100.0)");
     run("(command \"_.ZOOM\" \"-1x\")");
     EXPECT_EQ(view(), "((100.0 100.0 0.0) 100.0)");
+    // What is seen is no content: undo takes back the circle, and there is nothing to save.
+    run("(command \"_.U\")");
+    EXPECT_EQ(count(""), "0");
+    currentDrawing().setModified(false);
+    run("(command \"_.ZOOM\" \"_W\" \"0,0\" \"10,30\")");
+    EXPECT_FALSE(currentDrawing().modified());
+    run("(command \"_.REDO\")");
+    EXPECT_EQ(count(""), "1");
 }
 
 TEST_F(CommandTest, EraseAndUndo) {
