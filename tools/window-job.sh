@@ -7,7 +7,7 @@
 #
 # --bin       where hostcad and hostcad-batch are; build/release/bin without it
 # --job       where the drawing and the databases are put; a new folder under /tmp without it
-# --dpi       of the screen, 96 without it
+# --dpi       of the screen; 96, at which one pixel is one, without it
 # --pictures  takes a picture at each stage
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -38,7 +38,8 @@ cp samples/survey.dxf "$job/"
 
 export NORVANE_USER_DIR=$work/user XDG_CONFIG_HOME=$work/config XDG_RUNTIME_DIR=$work/run HOME=$job
 export QT_QPA_PLATFORM=xcb QT_IM_MODULE=compose LC_ALL=C.UTF-8
-unset WAYLAND_DISPLAY QT_SCALE_FACTOR
+export QT_SCALE_FACTOR=$(awk "BEGIN { print $dpi / 96 }")
+unset WAYLAND_DISPLAY
 mkdir -p -m 700 "$work/user" "$work/run"
 
 # --- The template, as the scripts of the samples make it ---------------------------------------------------
@@ -61,7 +62,7 @@ width=$((1280 * dpi / 96)) height=$((860 * dpi / 96))
 for display in $(seq 90 120); do
     [ -e "/tmp/.X11-unix/X$display" ] || break
 done
-Xvfb ":$display" -screen 0 "${width}x${height}x24" -dpi "$dpi" -nolisten tcp >"$work/xvfb.log" 2>&1 &
+Xvfb ":$display" -screen 0 "${width}x${height}x24" -nolisten tcp >"$work/xvfb.log" 2>&1 &
 screen=$!
 window=""
 finish() {

@@ -149,7 +149,7 @@ EntityList::EntityList(QWidget* parent)
     view_->horizontalHeader()->setHighlightSections(false);
     view_->horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
     view_->setSortingEnabled(true);
-    const char* kUsual[] = {"LWPOLYLINE", "LOT-TEXT-N", "1FFFF"};
+    const char* kUsual[] = {"LWPOLYLINE", "LOT-TEXT", "1FFFF"};
     for (int column = 0; column < EntityTable::kFeature; ++column)
         view_->setColumnWidth(column, view_->fontMetrics().horizontalAdvance(kUsual[column]) + 12);
 

@@ -68,6 +68,35 @@ void LineRaster::thinLine(int x0, int y0, int x1, int y1, uint32_t colour) {
     }
 }
 
+// Row by row: where the rings cross the middle of a row, the inside begins and ends.
+void LineRaster::area(const std::vector<std::vector<QPointF>>& rings, uint32_t colour) {
+    double top = height_, bottom = 0;
+    for (const std::vector<QPointF>& ring : rings)
+        for (const QPointF& p : ring) {
+            if (!std::isfinite(p.x()) || !std::isfinite(p.y())) return;
+            top = std::min(top, p.y());
+            bottom = std::max(bottom, p.y());
+        }
+    const int first = static_cast<int>(std::max(top, 0.0));
+    const int last = static_cast<int>(std::min(bottom, height_ - 1.0));
+    for (int row = first; row <= last; ++row) {
+        const double y = row + 0.5;
+        crossings_.clear();
+        for (const std::vector<QPointF>& ring : rings)
+            for (size_t i = 0; i < ring.size(); ++i) {
+                const QPointF a = ring[i], b = ring[i + 1 < ring.size() ? i + 1 : 0];
+                if ((a.y() <= y) != (b.y() <= y))
+                    crossings_.push_back(a.x() + (b.x() - a.x()) * (y - a.y()) / (b.y() - a.y()));
+            }
+        std::sort(crossings_.begin(), crossings_.end());
+        for (size_t i = 0; i + 1 < crossings_.size(); i += 2) {
+            const int left = static_cast<int>(std::clamp(crossings_[i] + 0.5, 0.0, width_ * 1.0));
+            const int right = static_cast<int>(std::clamp(crossings_[i + 1] + 0.5, 0.0, width_ * 1.0));
+            std::fill(bits_ + row * stride_ + left, bits_ + row * stride_ + std::max(left, right), colour);
+        }
+    }
+}
+
 void LineRaster::dot(QPointF at, int size, uint32_t colour) {
     // Far away places have no whole numbers.
     if (!(at.x() > -size && at.y() > -size && at.x() < width_ + size && at.y() < height_ + size)) return;

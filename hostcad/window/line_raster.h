@@ -1,11 +1,12 @@
-// Thin lines and dots straight into a picture. A drawing has hundreds of thousands of them, and this costs a
-// tenth of what a painter that can do everything costs.
+// Thin lines, dots and areas straight into a picture. A drawing has hundreds of thousands of them, and this
+// costs a tenth of what a painter that can do everything costs.
 #pragma once
 
 #include <QImage>
 #include <QPointF>
 #include <algorithm>
 #include <cstdint>
+#include <vector>
 
 namespace hostcad {
 
@@ -24,6 +25,8 @@ class LineRaster {
     void line(QPointF from, QPointF to, uint32_t colour);
     // A square of the given size round a place.
     void dot(QPointF at, int size, uint32_t colour);
+    // The inside of rings, by the even-odd rule.
+    void area(const std::vector<std::vector<QPointF>>& rings, uint32_t colour);
     // Cuts a line to what is within the picture; false when nothing is.
     bool clip(QPointF& from, QPointF& to) const;
 
@@ -34,6 +37,7 @@ class LineRaster {
     int64_t stride_;
     int width_, height_;
     int thickness_ = 1;
+    std::vector<double> crossings_;
 };
 
 }  // namespace hostcad

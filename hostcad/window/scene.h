@@ -46,11 +46,14 @@ struct SceneText {
     }
 };
 
+// Rings that follow each other may bound one area, by the even-odd rule.
+enum class Fill : uint8_t { None, Area, SameArea };
+
 struct SceneLine {
     uint32_t first = 0, count = 0;  // vertices; a line of one vertex is a point
     uint32_t colour = 0xFFFFFF;
     uint16_t pattern = 0;
-    bool filled = false;
+    Fill fill = Fill::None;
 };
 
 struct SceneEntity {

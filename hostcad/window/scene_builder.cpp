@@ -138,7 +138,10 @@ void SceneBuilder::add(const Frame& frame, ObjectId id, const Style& outer, bool
     shape_.clear();
     ShapeBuilder(drawing_, shape_).entity(frame, id);
     if (shape_.empty() && !inBlock) scene_.unknownTypes_.insert(std::string(type));
+    const size_t firstLine = scene_.lines_.size();
     addShape(type == "SOLID" || type == "TRACE");
+    // A solid hatch is filled where its edges are straight; others show their outline.
+    if (type == "HATCH" && integerOf(groups, 70) == 1 && shape_.arcs.empty()) fillFrom(firstLine);
 }
 
 void SceneBuilder::addReference(const Frame& frame, ObjectId id, const Style& style) {
@@ -178,8 +181,13 @@ void SceneBuilder::addContents(const Frame& frame, ObjectId block, const Style& 
 
 // --- Lines -------------------------------------------------------------------------------------------------
 
-void SceneBuilder::begin(bool filled) {
-    scene_.lines_.push_back({static_cast<uint32_t>(scene_.vertices_.size()), 0, colour_, pattern_, filled});
+void SceneBuilder::begin(Fill fill) {
+    scene_.lines_.push_back({static_cast<uint32_t>(scene_.vertices_.size()), 0, colour_, pattern_, fill});
+}
+
+void SceneBuilder::fillFrom(size_t firstLine) {
+    for (size_t i = firstLine; i < scene_.lines_.size(); ++i)
+        scene_.lines_[i].fill = i == firstLine ? Fill::Area : Fill::SameArea;
 }
 
 void SceneBuilder::vertex(const Point& p) {
@@ -187,7 +195,7 @@ void SceneBuilder::vertex(const Point& p) {
     ++scene_.lines_.back().count;
 }
 
-void SceneBuilder::addShape(bool filled) {
+void SceneBuilder::addShape(bool isSolid) {
     const Point* last = nullptr;
     for (const Segment& s : shape_.segments) {
         // Segments that follow each other are one line.
@@ -212,9 +220,9 @@ void SceneBuilder::addShape(bool filled) {
         vertex(p);
     }
     for (const auto& area : shape_.areas) {
-        begin(filled);
+        begin(isSolid ? Fill::Area : Fill::None);
         for (const Point& p : area) vertex(p);
-        if (!filled && !area.empty()) vertex(area.front());
+        if (!isSolid && !area.empty()) vertex(area.front());
     }
     for (const Segment& s : shape_.endless) {
         entity_.endless = true;

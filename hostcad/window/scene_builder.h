@@ -43,8 +43,10 @@ class SceneBuilder {
     // Stands a text at a point of a plane, and adds it.
     void place(const Frame& plane, Point at, double height, double angle, SceneText& text);
     std::string_view keep(std::string text);
-    void addShape(bool filled);
-    void begin(bool filled = false);
+    void addShape(bool isSolid);
+    // Makes one area of the lines from a place on.
+    void fillFrom(size_t firstLine);
+    void begin(Fill fill = Fill::None);
     void vertex(const Point& p);
     void finish();
     bool isFull();

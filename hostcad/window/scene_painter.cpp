@@ -15,7 +15,6 @@ constexpr double kSmallestText = 5;      // high; smaller ones are lines
 constexpr double kSmallestTextLine = 0.7;
 constexpr double kLargestText = 3000;
 constexpr double kFinestPattern = 4;  // long; finer ones are plain lines
-constexpr double kSmallestArea = 3;   // smaller ones are dots
 constexpr double kPoint = 2;
 constexpr size_t kTextsOfMovingPicture = 400;
 constexpr int kMarkThickness = 2;
@@ -33,7 +32,6 @@ void ScenePainter::begin(const QImage& picture) {
     area_.add(place_.centre.x - halfWidth_ / place_.scale, place_.centre.y - halfHeight_ / place_.scale);
     area_.add(place_.centre.x + halfWidth_ / place_.scale, place_.centre.y + halfHeight_ / place_.scale);
     texts_.clear();
-    areas_.clear();
 }
 
 void ScenePainter::paint(QImage& picture, const std::vector<bool>& marked, bool isMoving) {
@@ -59,7 +57,7 @@ void ScenePainter::paint(QImage& picture, const std::vector<bool>& marked, bool 
             texts_.clear();
         }
     }
-    paintAreas(picture);
+    paintTexts(picture);
 }
 
 void ScenePainter::paintOver(QImage& picture, const std::vector<size_t>& places, uint32_t colour,
@@ -72,7 +70,7 @@ void ScenePainter::paintOver(QImage& picture, const std::vector<size_t>& places,
             if (const SceneEntity& entity = scene_.entities()[place]; entity.visible)
                 paintEntity(raster, entity, &colour);
     }
-    paintAreas(picture);
+    paintTexts(picture);
 }
 
 // The picture looks the same and costs a hundredth.
@@ -86,8 +84,14 @@ void ScenePainter::paintDot(LineRaster& raster, const SceneEntity& entity, const
 }
 
 void ScenePainter::paintEntity(LineRaster& raster, const SceneEntity& entity, const uint32_t* colour) {
-    for (const SceneLine& line : scene_.lines(entity))
-        paintLine(raster, line, kOpaque | (colour ? *colour : line.colour));
+    std::span<const SceneLine> lines = scene_.lines(entity);
+    for (size_t i = 0; i < lines.size();) {
+        const uint32_t shown = kOpaque | (colour ? *colour : lines[i].colour);
+        if (lines[i].fill == Fill::None)
+            paintLine(raster, lines[i++], shown);
+        else
+            i += paintArea(raster, lines.subspan(i), shown);
+    }
     for (const SceneText& text : scene_.texts(entity)) {
         const double height = std::hypot(text.upX, text.upY) * place_.scale / pixelRatio_;
         const uint32_t shown = kOpaque | (colour ? *colour : text.colour);
@@ -103,13 +107,6 @@ void ScenePainter::paintLine(LineRaster& raster, const SceneLine& line, uint32_t
     std::span<const PlanePoint> points = scene_.vertices(line);
     if (points.size() == 1) {
         raster.dot(toPicture(points[0]), static_cast<int>(std::lround(kPoint * pixelRatio_)), colour);
-    } else if (line.filled) {
-        Box box;
-        for (const PlanePoint& p : points) box.add(p.x, p.y);
-        if (std::max(box.maxX - box.minX, box.maxY - box.minY) * place_.scale < kSmallestArea * pixelRatio_)
-            raster.dot(toPicture(points[0]), static_cast<int>(kSmallestArea * pixelRatio_) / 2 + 1, colour);
-        else if (meets(box, area_))
-            areas_.push_back({&line, colour});
     } else if (line.pattern && scene_.pattern(line).length * place_.scale >= kFinestPattern * pixelRatio_) {
         paintDashes(raster, line, colour);
     } else {
@@ -120,6 +117,18 @@ void ScenePainter::paintLine(LineRaster& raster, const SceneLine& line, uint32_t
             from = to;
         }
     }
+}
+
+// The area that the first of some lines begins; gives the number of its rings.
+size_t ScenePainter::paintArea(LineRaster& raster, std::span<const SceneLine> lines, uint32_t colour) {
+    std::vector<std::vector<QPointF>> rings;
+    for (const SceneLine& line : lines) {
+        if (!rings.empty() && line.fill != Fill::SameArea) break;
+        for (rings.emplace_back(); const PlanePoint& p : scene_.vertices(line))
+            rings.back().push_back(toPicture(p));
+    }
+    raster.area(rings, colour);
+    return rings.size();
 }
 
 // The pattern runs on from one piece of a line to the next.
@@ -158,20 +167,9 @@ void ScenePainter::paintTextLine(LineRaster& raster, const SceneText& text, uint
     raster.line(toPicture(text.corner(0, 0.5)), toPicture(text.corner(1, 0.5)), kOpaque | faint(colour));
 }
 
-void ScenePainter::paintAreas(QImage& picture) {
-    if (areas_.empty() && texts_.empty()) return;
+void ScenePainter::paintTexts(QImage& picture) {
+    if (texts_.empty()) return;
     QPainter painter(&picture);
-    painter.setPen(Qt::NoPen);
-    for (const PendingArea& area : areas_) {
-        QPolygonF polygon;
-        for (const PlanePoint& p : scene_.vertices(*area.line)) polygon << toPicture(p);
-        painter.setBrush(QColor::fromRgb(area.colour));
-        painter.drawPolygon(polygon);
-    }
-    paintTexts(painter);
-}
-
-void ScenePainter::paintTexts(QPainter& painter) {
     painter.setRenderHint(QPainter::TextAntialiasing);
     painter.setFont(drawingFont());
     const double pixel = 1 / drawingFontCapital();
@@ -191,7 +189,6 @@ void ScenePainter::paintTexts(QPainter& painter) {
         painter.setPen(QColor::fromRgb(pending.colour));
         painter.drawText(QPointF(), QString::fromUtf8(text.text.data(), static_cast<int>(text.text.size())));
     }
-    painter.resetTransform();
 }
 
 }  // namespace hostcad

@@ -6,14 +6,11 @@
 #pragma once
 
 #include <QImage>
-#include <QTransform>
 #include <cstdint>
 #include <vector>
 
 #include "hostcad/window/line_raster.h"
 #include "hostcad/window/scene.h"
-
-class QPainter;
 
 namespace hostcad {
 
@@ -38,10 +35,6 @@ class ScenePainter {
         const SceneText* text;
         uint32_t colour;
     };
-    struct PendingArea {
-        const SceneLine* line;
-        uint32_t colour;
-    };
 
     QPointF toPicture(const PlanePoint& p) const {
         return {halfWidth_ + (p.x - place_.centre.x) * place_.scale,
@@ -51,10 +44,10 @@ class ScenePainter {
     void paintEntity(LineRaster& raster, const SceneEntity& entity, const uint32_t* colour);
     void paintDot(LineRaster& raster, const SceneEntity& entity, const uint32_t* colour);
     void paintLine(LineRaster& raster, const SceneLine& line, uint32_t colour);
+    size_t paintArea(LineRaster& raster, std::span<const SceneLine> lines, uint32_t colour);
     void paintDashes(LineRaster& raster, const SceneLine& line, uint32_t colour);
     void paintTextLine(LineRaster& raster, const SceneText& text, uint32_t colour);
-    void paintAreas(QImage& picture);
-    void paintTexts(QPainter& painter);
+    void paintTexts(QImage& picture);
 
     const Scene& scene_;
     ViewPlace place_;
@@ -62,7 +55,6 @@ class ScenePainter {
     double halfWidth_ = 0, halfHeight_ = 0;
     Box area_;  // of the world that is seen
     std::vector<PendingText> texts_;
-    std::vector<PendingArea> areas_;
 };
 
 }  // namespace hostcad

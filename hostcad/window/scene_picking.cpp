@@ -45,7 +45,7 @@ double distanceTo(const Scene& scene, const SceneEntity& entity, PlanePoint p, d
             nearest = std::min(nearest,
                                distanceToSegment(p, points[i], points[std::min(i + 1, points.size() - 1)]));
         // What lies on a filled area comes first.
-        if (line.filled && isInside(points, p)) nearest = std::min(nearest, reach);
+        if (line.fill != Fill::None && isInside(points, p)) nearest = std::min(nearest, reach);
     }
     for (const SceneText& text : scene.texts(entity))
         if (isInside(text, p)) nearest = 0;
