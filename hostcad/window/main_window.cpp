@@ -224,8 +224,9 @@ void MainWindow::takeDrawing() {
 void MainWindow::follow() {
     Drawing& drawing = currentDrawing();
     if (!host_) return;
+    if (drawing.serial() != shownDrawing_) takeDrawing();
+    scene_.update();
     if (drawing.serial() != listedDrawing_) {
-        if (drawing.serial() != shownDrawing_) takeDrawing();
         listedDrawing_ = drawing.serial();
         canvas_->zoomExtents();
         list_->setDrawing(drawing, *links_);
@@ -237,7 +238,7 @@ void MainWindow::follow() {
             QSettings().setValue("recent", recent.mid(0, kMostRecent));
         }
         showProperties();
-    } else if (scene_.update()) {
+    } else if (scene_.revision() != listedRevision_) {
         canvas_->refresh();
         std::vector<ObjectId> ids = canvas_->selected();
         std::erase_if(ids, [&](ObjectId id) { return !drawing.exists(id); });
@@ -245,6 +246,7 @@ void MainWindow::follow() {
         list_->drawingChanged();
         showProperties();
     }
+    listedRevision_ = scene_.revision();
     layer_->setText("Layer " + toQt(drawing.headerText("$CLAYER", "0")));
     QString name = drawing.path().empty() ? "Unnamed drawing" : QFileInfo(toQt(drawing.path())).fileName();
     setWindowTitle(name + "[*] - Norvane GIS");
@@ -274,7 +276,7 @@ void MainWindow::show(const ViewBox& box) {
 }
 
 void MainWindow::redraw() {
-    scene_.update();
+    if (currentDrawing().serial() == shownDrawing_) scene_.update();
     canvas_->refresh();
 }
 

@@ -105,6 +105,7 @@ class MainWindow : public QMainWindow, public Output, public InputSource, public
     std::unique_ptr<LinkedRecords> links_;
     long shownDrawing_ = -1;  // in the picture
     long listedDrawing_ = -1;
+    uint64_t listedRevision_ = 0;
     Canvas* canvas_ = nullptr;
     CommandPanel* panel_ = nullptr;
     EntityList* list_ = nullptr;

@@ -75,6 +75,7 @@ void Scene::rebuild() {
     unknownTypes_.clear();
     rebuildAll_ = false;
     abandoned_ = leftOut_ = shortened_ = 0;
+    ++revision_;
     if (!drawing_) return;
     SceneBuilder builder(*drawing_, *this);
     ObjectId space = drawing_->currentSpace();
@@ -82,13 +83,14 @@ void Scene::rebuild() {
         put(builder.build(id));
 }
 
-bool Scene::update() {
-    if (!drawing_ || (!rebuildAll_ && changed_.empty())) return false;
+void Scene::update() {
+    if (!drawing_ || (!rebuildAll_ && changed_.empty())) return;
     constexpr size_t kManyChanges = 20000;
     if (rebuildAll_ || changed_.size() > kManyChanges || abandoned_ > lines_.size() / 2 + kManyChanges) {
         rebuild();
-        return true;
+        return;
     }
+    ++revision_;
     SceneBuilder builder(*drawing_, *this);
     std::sort(changed_.begin(), changed_.end());
     changed_.erase(std::unique(changed_.begin(), changed_.end()), changed_.end());
@@ -100,7 +102,6 @@ bool Scene::update() {
         put(isHere ? builder.build(id) : gone);
     }
     changed_.clear();
-    return true;
 }
 
 size_t Scene::place(ObjectId id) const {

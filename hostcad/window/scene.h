@@ -74,8 +74,10 @@ class Scene {
 
     // Makes the picture of a drawing and follows it until the next call. Null shows nothing.
     void attach(Drawing* drawing);
-    // Takes in what has changed since the last call. True when there was something.
-    bool update();
+    // Takes in what has changed since the last call.
+    void update();
+    // A number that is another one after each change of the picture.
+    uint64_t revision() const { return revision_; }
 
     // In drawing order: later ones lie over earlier ones.
     std::span<const SceneEntity> entities() const { return entities_; }
@@ -115,6 +117,7 @@ class Scene {
     long serial_ = 0;
     int observer_ = 0;
     bool rebuildAll_ = false;
+    uint64_t revision_ = 0;
     std::vector<ObjectId> changed_;
 
     std::vector<SceneEntity> entities_;

@@ -68,15 +68,10 @@ void SceneBuilder::finish() {
         for (const PlanePoint& p : scene_.vertices(line)) {
             // A number that is none would slip through every comparison.
             if (std::isnan(p.x) || std::isnan(p.y)) box.add(INFINITY, INFINITY);
-            if (!entity_.endless) box.add(p.x, p.y);
+            box.add(p.x, p.y);
         }
-    for (const SceneText& text : scene_.texts(entity_))
-        for (double x : {0.0, 1.0})
-            for (double y : {0.0, 1.0}) {
-                PlanePoint p = text.corner(x, y);
-                box.add(std::isnan(p.x) ? INFINITY : p.x, std::isnan(p.y) ? INFINITY : p.y);
-            }
     if (isShortened_) ++scene_.shortened_;
+    if (entity_.endless) box = {};
     if (box.empty() || isDrawable(box)) return;
     ++scene_.leftOut_;
     if (entity_.lineCount > 0) scene_.vertices_.resize(scene_.lines(entity_).front().first);
@@ -132,7 +127,7 @@ void SceneBuilder::add(const Frame& frame, ObjectId id, const Style& outer, bool
     if (type == "ATTRIB") return addText(frame, groups, true, 1);
     // A definition shows its tag, and its text where that is the same in every reference.
     if (type == "ATTDEF") return addText(frame, groups, true, inBlock ? 1 : 2);
-    if (type == "MTEXT") return addParagraph(frame, groups);
+    if (type == "MTEXT") return addParagraph(frame, id);
     if (type == "VIEWPORT" || type == "SEQEND") return;
     pattern_ = scene_.patterns_.number(drawing_, style.lineType, patternScale_ * realOf(groups, 48, 1));
     shape_.clear();
@@ -261,16 +256,20 @@ void SceneBuilder::addText(const Frame& frame, Groups groups, bool isAttribute, 
         text.shiftX = kShiftX[horizontal];
         text.shiftY = horizontal == kMiddle ? 0.5f : kShiftY[vertical];
     }
+    const size_t before = scene_.texts_.size();
     place(planeOf(frame, groups), at, height, angle, text);
-    if (entity_.firstText == scene_.texts_.size()) return;
+    if (before == scene_.texts_.size()) return;
     SceneText& placed = scene_.texts_.back();
     placed.alongX *= static_cast<float>(factor);
     placed.alongY *= static_cast<float>(factor);
+    addTextBox(placed, textOf(groups, shownCode).size());
 }
 
 // Lines of a paragraph stand below each other.
-void SceneBuilder::addParagraph(const Frame& frame, Groups groups) {
+void SceneBuilder::addParagraph(const Frame& frame, ObjectId id) {
     constexpr double kLineSpacing = 5.0 / 3;
+    Groups groups = drawing_.groups(id);
+    size_t before = scene_.texts_.size();
     std::string whole;
     for (const Group& group : groups)
         if (group.code == 3 || group.code == 1) whole += group.text();
@@ -292,6 +291,11 @@ void SceneBuilder::addParagraph(const Frame& frame, Groups groups) {
               angle, text);
         down += spacing;
     }
+    for (; before < scene_.texts_.size(); ++before) addTextBox(scene_.texts_[before], 0);
+    shape_.clear();
+    ShapeBuilder(drawing_, shape_).entity(frame, id);
+    for (const auto& area : shape_.areas)
+        for (const Point& p : area) entity_.box.add(p.x, p.y);
 }
 
 void SceneBuilder::place(const Frame& plane, Point at, double height, double angle, SceneText& text) {
@@ -306,6 +310,18 @@ void SceneBuilder::place(const Frame& plane, Point at, double height, double ang
     text.upY = static_cast<float>(up.y);
     text.colour = colour_;
     scene_.texts_.push_back(text);
+}
+
+// The box of a text holds what is drawn, and what selecting by place takes for it.
+void SceneBuilder::addTextBox(const SceneText& drawn, size_t characters) {
+    constexpr double kCharacterWidth = 0.9;
+    SceneText text = drawn;
+    text.width = std::max(text.width, static_cast<float>(kCharacterWidth * static_cast<double>(characters)));
+    for (double x : {0.0, 1.0})
+        for (double y : {0.0, 1.0}) {
+            PlanePoint p = text.corner(x, y);
+            entity_.box.add(std::isnan(p.x) ? INFINITY : p.x, std::isnan(p.y) ? INFINITY : p.y);
+        }
 }
 
 }  // namespace hostcad

@@ -39,7 +39,8 @@ class SceneBuilder {
     void addBlock(const Frame& frame, std::string_view name, const Style& style);
     void addContents(const Frame& frame, ObjectId block, const Style& style);
     void addText(const Frame& frame, Groups groups, bool isAttribute, int shownCode);
-    void addParagraph(const Frame& frame, Groups groups);
+    void addParagraph(const Frame& frame, ObjectId id);
+    void addTextBox(const SceneText& text, size_t characters);
     // Stands a text at a point of a plane, and adds it.
     void place(const Frame& plane, Point at, double height, double angle, SceneText& text);
     std::string_view keep(std::string text);

@@ -1,0 +1,136 @@
+// Selecting in the window: on the canvas, in the list of entities, and what the properties then say.
+#include <QCheckBox>
+#include <QTableView>
+
+#include "hostcad/window/entity_list.h"
+#include "tests/hostcad/window_fixture.h"
+
+using hostcad::ObjectId;
+
+namespace {
+
+class WindowSelection : public Window {
+  protected:
+    hostcad::EntityList& list() { return window_.entityList(); }
+    void filter(const char* words) {
+        auto* edit = list().findChild<QLineEdit*>();
+        edit->clear();
+        QTest::keyClicks(edit, words);
+        QTest::qWait(300);
+    }
+    int rows() { return list().table().rowCount(); }
+    size_t selected() { return window_.canvas().selected().size(); }
+    // Links an entity without the sheet.
+    void link(const char* handle, const std::string& strings) {
+        lisp("(regapp \"ZGEO_GIS_2000\")");
+        lisp("(entmod (append (entget (handent \"" + std::string(handle) +
+             "\")) (list (list -3 (list \"ZGEO_GIS_2000\" '(1002 . \"{\") " + strings +
+             " '(1002 . \"}\"))))))");
+        window_.runLine("REGEN");
+        QTest::qWait(300);
+    }
+};
+
+}  // namespace
+
+TEST_F(WindowSelection, ShiftAddsAndTakesOut) {
+    for (int i = 0; i < 8; ++i) window_.canvas().zoomBy(1.5, pixelOf("315"));
+    QPoint tree = pixelOf("315"), other = pixelOf("31A");
+    click(tree);
+    EXPECT_EQ(selected(), 1u);
+    click(other, Qt::ShiftModifier);
+    EXPECT_EQ(selected(), 2u);
+    click(tree, Qt::ShiftModifier);
+    EXPECT_EQ(window_.canvas().selected(), std::vector<ObjectId>{byHandle("31A")});
+    click(tree);
+    EXPECT_EQ(window_.canvas().selected(), std::vector<ObjectId>{byHandle("315")});
+    window_.canvas().zoomExtents();
+    QSize size = window_.canvas().size();
+    QPoint corner(size.width() - 3, size.height() - 3);
+    drag({2, 2}, corner);
+    size_t all = selected();
+    drag({2, 2}, corner, Qt::ShiftModifier);  // all of it is selected already
+    EXPECT_EQ(selected(), 0u);
+    click(tree);
+    drag({2, 2}, corner, Qt::ShiftModifier);
+    EXPECT_EQ(selected(), all);
+    press(Qt::Key_Escape);
+    EXPECT_EQ(selected(), 0u);
+}
+
+TEST_F(WindowSelection, BoxesSelectWhatTheSameCornersSelectInAProgram) {
+    QSize size = window_.canvas().size();
+    hostcad::ViewBox view = window_.canvas().view();
+    for (auto [left, right] : {std::pair(0.1, 0.5), {0.33, 0.61}, {0.4, 0.95}})
+        for (bool crossing : {false, true}) {
+            QPoint a(int(left * size.width()), int(0.2 * size.height()));
+            QPoint b(int(right * size.width()), int(0.8 * size.height()));
+            crossing ? drag(b, a) : drag(a, b);
+            auto world = [&](QPoint p) {
+                double scale = size.height() / view.height;
+                return "'(" + std::to_string(view.centre[0] + (p.x() - size.width() / 2.0) / scale) + " " +
+                       std::to_string(view.centre[1] - (p.y() - size.height() / 2.0) / scale) + ")";
+            };
+            std::string set =
+                std::string("(ssget \"") + (crossing ? "C" : "W") + "\" " + world(a) + " " + world(b) + ")";
+            EXPECT_GT(selected(), 10u);
+            EXPECT_EQ(lisp("(sslength " + set + ")"), std::to_string(selected()));
+        }
+}
+
+TEST_F(WindowSelection, TheListNarrowsAndSelectsBothWays) {
+    EXPECT_EQ(rows(), 533);
+    filter("insert points");
+    int points = rows();
+    EXPECT_GT(points, 100);
+    EXPECT_LT(points, 533);
+    filter("insert 315");
+    ASSERT_EQ(rows(), 1);
+    list().view().selectRow(0);
+    EXPECT_EQ(window_.canvas().selected(), std::vector<ObjectId>{byHandle("315")});
+    EXPECT_NE(propertyText().find("PT# = 74"), std::string::npos);
+    // What is clicked in the drawing is marked in the list, also after another filter.
+    filter("");
+    for (int i = 0; i < 8; ++i) window_.canvas().zoomBy(1.5, pixelOf("31A"));
+    click(pixelOf("31A"));
+    QModelIndexList marked = list().view().selectionModel()->selectedRows(hostcad::EntityTable::kHandle);
+    ASSERT_EQ(marked.size(), 1);
+    EXPECT_EQ(marked[0].data().toString(), "31A");
+    list().view().sortByColumn(hostcad::EntityTable::kHandle, Qt::DescendingOrder);
+    marked = list().view().selectionModel()->selectedRows(hostcad::EntityTable::kHandle);
+    ASSERT_EQ(marked.size(), 1);
+    EXPECT_EQ(marked[0].data().toString(), "31A");
+    // What is erased goes.
+    window_.runLine("ERASE");
+    QTest::qWait(300);
+    EXPECT_EQ(rows(), 532);
+    window_.runLine("U");
+    QTest::qWait(300);
+    EXPECT_EQ(rows(), 533) << count() << window_.commandPanel().history().toStdString();
+}
+
+TEST_F(WindowSelection, LinkedEntitiesShowTheirFeatureAndWhyARecordIsNotThere) {
+    makeTemplate(*host_, folder_);
+    link("315", "'(1000 . \"" + path("template.mdb") + "\") '(1000 . \"" + path("output.mdb") +
+                    "\") '(1000 . \"TREE\") '(1000 . \"PT_ID\") '(1000 . \"74\")");
+    link("31A", "'(1000 . \"a\") '(1000 . \"b\")");
+    list().findChild<QCheckBox*>()->setChecked(true);
+    ASSERT_EQ(rows(), 1);  // the broken link has no feature
+    EXPECT_EQ(list().table().index(0, hostcad::EntityTable::kFeature).data().toString(), "TREE");
+    list().view().selectRow(0);
+    EXPECT_NE(propertyText().find("Linked record\n  Not shown = "), std::string::npos) << propertyText();
+    std::string database =
+        "sqlite3 '" + path("output.mdb") +
+        "' \"create table TREES (PT_ID TEXT, GIS_KEY TEXT COLLATE NOCASE, DBH INTEGER); insert into TREES "
+        "values "
+        "('74','POLE',1),('74','tree',12)\" && sqlite3 '" +
+        path("template.mdb") +
+        "' \"create table ZGEO_LINKS (GIS_NAME TEXT COLLATE NOCASE, TABLE_NAME TEXT); insert into "
+        "ZGEO_LINKS values ('TREE','TREES')\"";
+    std::filesystem::remove(path("output.mdb"));
+    ASSERT_EQ(std::system(database.c_str()), 0);
+    window_.runLine("REGEN");
+    EXPECT_NE(propertyText().find("Linked record\n  PT_ID = 74\n  GIS_KEY = tree\n  DBH = 12"),
+              std::string::npos)
+        << propertyText();
+}
