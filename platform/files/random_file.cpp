@@ -164,11 +164,12 @@ bool RandomFile::sync() {
 }
 
 bool RandomFile::truncate(int64_t size) {
-    if (!flush() || ::ftruncate(descriptor_, size) != 0) return false;
-    size_ = size;
+    flush();
+    failed_ = ::ftruncate(descriptor_, size) != 0;
     start_ = 0;
     length_ = 0;
-    return true;
+    if (!failed_) size_ = size;
+    return !failed_;
 }
 
 }  // namespace files

@@ -42,6 +42,7 @@ class RandomFile {
     bool flush();
     // The same, down to the disk.
     bool sync();
+    // Cuts the file. What could not be written before is given up: later writes are tried again.
     bool truncate(int64_t size);
 
   private:

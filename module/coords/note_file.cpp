@@ -1,0 +1,52 @@
+#include "module/coords/note_file.h"
+
+#include "platform/files/files.h"
+#include "platform/text/text.h"
+
+namespace {
+
+constexpr size_t kLongestLine = 327;
+constexpr std::string_view kPoint = "PT_ID:", kFeature = "GIS_FILE:";
+
+}  // namespace
+
+// A later block of the same id takes the place of the earlier one's lines.
+void NoteFile::startBlock(std::string_view heading) {
+    size_t feature = heading.find(kFeature);
+    Block block;
+    block.id = text::trim(heading.substr(0, feature));
+    if (feature != std::string_view::npos)
+        block.feature = text::trim(heading.substr(feature + kFeature.size()));
+    auto [known, isNew] = byId_.try_emplace(block.id, nullptr);
+    if (isNew) known->second = &blocks_.emplace_front();
+    current_ = known->second;
+    *current_ = std::move(block);
+}
+
+bool NoteFile::read() {
+    std::optional<std::vector<std::string>> lines = files::readLines(path_, kLongestLine);
+    if (!lines) return false;
+    for (const std::string& line : *lines) {
+        std::string_view trimmed = text::trim(line);
+        if (text::startsWith(trimmed, kPoint))
+            startBlock(trimmed.substr(kPoint.size()));
+        else if (current_)
+            current_->lines.emplace_back(trimmed);
+    }
+    return true;
+}
+
+bool NoteFile::removeIf(const std::function<bool(const std::string& id)>& gone) {
+    return blocks_.remove_if([&](const Block& block) { return gone(block.id); }) > 0;
+}
+
+bool NoteFile::write() const {
+    if (blocks_.empty()) return files::remove(path_);
+    std::string out;
+    for (const Block& block : blocks_) {
+        out += std::string(kPoint) + block.id;
+        out += block.feature.empty() ? "\n" : "  " + std::string(kFeature) + block.feature + "\n";
+        for (const std::string& line : block.lines) out += line + "\n";
+    }
+    return files::replace(path_, out);
+}

@@ -1,0 +1,35 @@
+// The notes of the points of a coordinate file: a text of blocks, each of which begins with "PT_ID:" and the
+// point's name.
+#pragma once
+
+#include <functional>
+#include <list>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+class NoteFile {
+  public:
+    explicit NoteFile(std::string path) : path_(std::move(path)) {}
+
+    // False when there is no such file.
+    bool read();
+    // Takes out the blocks of the ids for which `gone` holds. Whether there were any.
+    bool removeIf(const std::function<bool(const std::string& id)>& gone);
+    // Writes what is left; with no block left the file goes. False when that cannot be done.
+    bool write() const;
+
+  private:
+    struct Block {
+        std::string id;
+        std::string feature;  // the name of its file, "" without one
+        std::vector<std::string> lines;
+    };
+
+    void startBlock(std::string_view heading);
+
+    std::string path_;
+    std::list<Block> blocks_;  // the one read first is last
+    std::unordered_map<std::string, Block*> byId_;
+    Block* current_ = nullptr;
+};
