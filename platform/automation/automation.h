@@ -41,7 +41,8 @@ using ObjectPtr = std::shared_ptr<Object>;
 
 // An argument or a result. Arguments are handed over by reference, so that a method can change them.
 using StringArray = std::vector<std::string>;
-using Value = std::variant<std::monostate, std::string, int32_t, double, ObjectPtr, StringArray>;
+using RealArray = std::vector<double>;
+using Value = std::variant<std::monostate, std::string, int32_t, double, ObjectPtr, StringArray, RealArray>;
 
 // The value as text, where it has one: numbers in digits, nothing as "". False for objects and arrays.
 bool toText(const Value& value, std::string& text);
