@@ -122,3 +122,9 @@ std::string NextPointName(std::string_view name, long step) {
         if (stepLetters(letters)) ++number;
     return joined(prefix, number, letters);
 }
+
+std::string WithPositiveNumber(std::string_view name) {
+    auto [prefix, digits, suffix] = partsOf(name);
+    int64_t number = digits.empty() ? 0 : NumberOfName(digits);
+    return number < 0 ? joined(prefix, -number, suffix) : std::string(name);
+}

@@ -19,3 +19,5 @@ std::string UpperAscii(std::string text);
 
 // The name that is `step` further on: 12A, 12B; P9X4, P9X5; A, B; Z, Z2.
 std::string NextPointName(std::string_view name, long step);
+// The name with its number, where that is negative, made positive: "A-5" is "A5".
+std::string WithPositiveNumber(std::string_view name);

@@ -77,12 +77,13 @@ TEST_P(Safety, AKillWhileAFileIsReplacedLosesNothing) {
 TEST_P(Safety, PointsReportedWrittenAreThereAfterAKill) {
     fill(3);
     for (int round = 0; round < 10; ++round) {
-        std::string reported = reportedUntilKilled(static_cast<useconds_t>(5000 + round * 3000), [&](const auto& report) {
-            auto file = open(name_);
-            // Downwards, so that records must make room.
-            for (int i = 2000; i > 3; --i)
-                if (file->Write(makePoint(std::to_string(i), i), 1)) report(std::to_string(i));
-        });
+        std::string reported =
+            reportedUntilKilled(static_cast<useconds_t>(5000 + round * 3000), [&](const auto& report) {
+                auto file = open(name_);
+                // Downwards, so that records must make room.
+                for (int i = 2000; i > 3; --i)
+                    if (file->Write(makePoint(std::to_string(i), i), 1)) report(std::to_string(i));
+            });
         ASSERT_FALSE(reported.empty());
         auto file = open(name_);
         ASSERT_TRUE(file);
