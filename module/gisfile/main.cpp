@@ -1,0 +1,83 @@
+// gisfile: prints what is in shape files, dBASE tables and coordinate files, and checks them.
+#include <cstdio>
+#include <cstdlib>
+#include <string_view>
+#include <vector>
+
+#include "module/gisfile/report.h"
+#include "platform/files/files.h"
+#include "platform/text/text.h"
+
+namespace {
+
+constexpr int kFaulty = 1, kFailed = 2;
+constexpr long kMostFaults = 20;
+
+constexpr const char* kUsage =
+    "Usage: gisfile [--records N] [--check] FILE...\n"
+    "Prints what is in .shp, .dbf, .crd and .zgc files: kind, count, bounds, fields and the first N records\n"
+    "(5 unless told). --check looks at every record. The files are not changed.\n"
+    "Exit status: 0 all is well, 1 a check has found something, 2 a file cannot be read.\n";
+
+int reportOn(const std::string& path, const ReportOptions& options) {
+    std::string extension = text::lower(files::extensionOf(path));
+    bool known = true, opened = false;
+    Report report(path);
+    if (extension == "shp" || extension == "shx")
+        opened = reportShapes(report, options);
+    else if (extension == "dbf")
+        opened = reportTable(report, options);
+    else if (extension == "crd" || extension == "zgc")
+        opened = reportPoints(report, options);
+    else
+        known = false;
+    if (!opened) {
+        const char* why = !known                 ? "no kind of file that is known here"
+                          : !files::exists(path) ? "there is no such file"
+                                                 : "it cannot be read as what its name says";
+        std::fprintf(stderr, "%s: %s\n", path.c_str(), why);
+        return kFailed;
+    }
+    if (options.check)
+        report.say(report.faults() ? text::format("  %ld faults", report.faults()) : "  no faults");
+    return report.faults() ? kFaulty : 0;
+}
+
+}  // namespace
+
+void Report::say(const std::string& line) {
+    std::printf("%s\n", line.c_str());
+}
+
+void Report::fault(const std::string& what) {
+    if (++faults_ <= kMostFaults) say("  fault: " + what);
+    if (faults_ == kMostFaults) say("  further faults are only counted");
+}
+
+int main(int count, char** arguments) {
+    ReportOptions options;
+    std::vector<std::string> paths;
+    for (int i = 1; i < count; ++i) {
+        std::string_view argument = arguments[i];
+        if (argument == "--check") {
+            options.check = true;
+        } else if (argument == "--records" && i + 1 < count) {
+            options.records = text::toLong(arguments[++i]);
+        } else if (argument == "--help" || argument == "-h") {
+            std::fputs(kUsage, stdout);
+            return 0;
+        } else if (text::startsWith(argument, "--")) {
+            std::fputs(kUsage, stderr);
+            return kFailed;
+        } else {
+            paths.emplace_back(argument);
+        }
+    }
+    if (paths.empty()) {
+        std::fputs(kUsage, stderr);
+        return kFailed;
+    }
+    int worst = 0;
+    for (const std::string& path : paths) worst = std::max(worst, reportOn(path, options));
+    return worst;
+}

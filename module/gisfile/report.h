@@ -1,0 +1,30 @@
+// What gisfile says of one file, and what it finds wrong with it.
+#pragma once
+
+#include <string>
+
+struct ReportOptions {
+    long records = 5;    // how many of the first records are printed
+    bool check = false;  // look at every record
+};
+
+class Report {
+  public:
+    explicit Report(std::string path) : path_(std::move(path)) {}
+
+    const std::string& path() const { return path_; }
+    // A line, printed at once.
+    void say(const std::string& line);
+    // A fault; after the first few of a file only their number counts.
+    void fault(const std::string& what);
+    long faults() const { return faults_; }
+
+  private:
+    std::string path_;
+    long faults_ = 0;
+};
+
+// False when the file cannot be opened. Nothing is changed by any of them.
+bool reportShapes(Report& report, const ReportOptions& options);
+bool reportTable(Report& report, const ReportOptions& options);
+bool reportPoints(Report& report, const ReportOptions& options);
