@@ -14,8 +14,8 @@
 namespace {
 
 constexpr size_t kHeaderSize = 8;
-constexpr size_t kTypeAt = 8, kBoxAt = 12, kPointAt = 12, kMultipointCountAt = 44;
-constexpr size_t kPartCountAt = 44, kVertexCountAt = 48, kPartsAt = 52, kMultipointVerticesAt = 48;
+constexpr size_t kBoxAt = 12, kPointAt = 12, kMultipointCountAt = 44, kMultipointVerticesAt = 48;
+constexpr size_t kPartCountAt = 44, kPartsAt = 52;
 
 // The bytes of a record, header included, read one behind the other.
 class RecordReader {
