@@ -12,7 +12,8 @@
 
 class PromptingHost : private hostcad::Output, private hostcad::InputSource {
   public:
-    // The template gets `features` features of `attributes` rows each. The backend stays the caller's.
+    // The template gets `features` features of `attributes` rows each, in ten categories. The backend stays
+    // the caller's.
     PromptingHost(ui::Backend& backend, int features, int attributes) {
         std::string pattern = (std::filesystem::temp_directory_path() / "norvane-bench-XXXXXX").string();
         folder_ = std::string(mkdtemp(pattern.data())) + "/";
@@ -27,6 +28,7 @@ class PromptingHost : private hostcad::Output, private hostcad::InputSource {
     }
     ~PromptingHost() override { std::filesystem::remove_all(folder_); }
 
+    std::string templatePath() const { return folder_ + "template.mdb"; }
     std::string output() const { return folder_ + "output.mdb"; }
     void run(const std::string& text) { host_.lisp().runText(text); }
     // Function code 1 for the first feature.
@@ -41,7 +43,7 @@ class PromptingHost : private hostcad::Output, private hostcad::InputSource {
 
     void makeTemplate(int features, int attributes) {
         CDaoDatabase database;
-        database.Create(folder_ + "template.mdb");
+        database.Create(templatePath());
         EnsureTemplateTables(database);
         CDaoRecordset rows(&database);
         rows.Open(dbOpenDynaset, "SELECT * FROM ZGEO_SMART_PROMPTING");
@@ -53,6 +55,14 @@ class PromptingHost : private hostcad::Output, private hostcad::InputSource {
                 rows.SetFieldValue("FIELD_PROMPT", "Prompt " + std::to_string(attribute));
                 rows.Update();
             }
+        rows.Open(dbOpenDynaset, "SELECT * FROM ZGEO_CAT");
+        for (int feature = 1; feature <= features; ++feature) {
+            rows.AddNew();
+            rows.SetFieldValue("INDEX_CAT_GIS", feature);
+            rows.SetFieldValue("CAT_GIS_NAME", "CATEGORY" + std::to_string(feature % 10));
+            rows.SetFieldValue("GIS_NAME", "F" + std::to_string(feature) + "X");
+            rows.Update();
+        }
     }
 
     std::string folder_;

@@ -62,7 +62,7 @@ bool NumericFile::load() {
     headerNumber = text::format("%.3f", files::getLittle<double>(header + kNumberAt));
     headerDate = text::format("%4.4f", files::getLittle<double>(header + kDateAt));
     highestName = std::to_string(wholeNumber(files::getLittle<double>(header + kHighestAt)));
-    lowestName = "1";
+    lowestName = std::to_string(1);
     return true;
 }
 

@@ -61,6 +61,7 @@ void AttributeGrid::addEntryRow() {
 }
 
 void AttributeGrid::setRows(const std::vector<FeatureFileRow>& rows) {
+    grid_.setRedraw(false);
     clear();
     for (size_t i = 0; i < rows.size(); ++i) {
         addEntryRow();
@@ -68,6 +69,7 @@ void AttributeGrid::setRows(const std::vector<FeatureFileRow>& rows) {
     }
     fitColumns();
     grid_.setActive(1, 1);
+    grid_.setRedraw(true);
 }
 
 std::vector<FeatureFileRow> AttributeGrid::rows() const {

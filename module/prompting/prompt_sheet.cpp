@@ -89,6 +89,7 @@ void PromptSheet::selectFirstFeature() {
 void PromptSheet::loadFeature(FlagEntry flags) {
     feature_ = features_->selectedText();
     if (feature_.empty()) return;
+    grid_->setRedraw(false);
     ShowDatabaseErrors([&] {
         table_ = ReadOutputTable(*template_, feature_);
         find(kOutputTable)->setText(table_);
@@ -103,6 +104,7 @@ void PromptSheet::loadFeature(FlagEntry flags) {
     }
     refresh(RefreshReason::kLoadOrSave);
     sizeColumns();
+    grid_->setRedraw(true);
 }
 
 void PromptSheet::readRows(FlagEntry flags) {

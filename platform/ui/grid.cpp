@@ -56,6 +56,15 @@ Grid::Grid(int id, int columns, int rows) : Control(ControlKind::Grid, id, {}) {
     setRows(rows);
 }
 
+void Grid::changed() {
+    if (redraw_) Control::changed();
+}
+
+void Grid::setRedraw(bool on) {
+    redraw_ = on;
+    changed();
+}
+
 Cell* Grid::at(int column, int row) {
     if (!has(column, row)) return nullptr;
     return &cells_[static_cast<size_t>(row - 1) * static_cast<size_t>(columns_) +

@@ -98,6 +98,9 @@ class Grid : public Control {
     int clientWidth() const { return clientWidth_; }
     void setClientWidth(int pixels) { clientWidth_ = pixels; }
 
+    // Off while many cells are filled: the view takes all of it over at once when it is turned on again.
+    void setRedraw(bool on);
+
     CellPosition active() const { return active_; }
     // A position outside the grid is ignored. Ends editing, keeping what was typed.
     void setActive(int column, int row);
@@ -114,6 +117,7 @@ class Grid : public Control {
   private:
     friend class Dialog;
     Cell* at(int column, int row);
+    void changed();
     // Moves what was typed into the cell, and tells the dialog when that changed it.
     void commitEdit();
     void cancelEdit();
@@ -129,6 +133,7 @@ class Grid : public Control {
     Font font_{"Courier New", 16, 8, 400};
     int clientWidth_ = 400;
     bool wholeRows_ = false;
+    bool redraw_ = true;
 };
 
 }  // namespace ui

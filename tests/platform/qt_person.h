@@ -14,7 +14,16 @@
 
 class QtPerson {
   public:
-    using Action = std::function<void()>;
+    // What is done, and when: as soon as it is ready, or at last when patience ends.
+    struct Action {
+        std::function<void()> act;
+        std::function<bool()> ready = nullptr;
+
+        template <class Act>
+        Action(Act what) : act(std::move(what)) {}
+        Action(std::function<void()> what, std::function<bool()> when)
+            : act(std::move(what)), ready(std::move(when)) {}
+    };
 
     // Begins when the program next waits for an event.
     void does(std::vector<Action> actions) {
@@ -53,6 +62,10 @@ class QtPerson {
     static Action see(std::function<bool()> what, std::string name) {
         return [=] { EXPECT_TRUE(what()) << name; };
     }
+    // Waits for what takes its time.
+    static Action until(std::function<bool()> what, std::string name) {
+        return Action([=] { EXPECT_TRUE(what()) << name; }, what);
+    }
     static Action focusOn(int id) {
         return see(
             [=] {
@@ -64,13 +77,16 @@ class QtPerson {
 
   private:
     // The next one is set off first: an action may open a window with an event loop of its own.
-    void step() {
-        constexpr int kPause = 15;  // milliseconds
-        QTimer::singleShot(kPause, &context_, [this] {
+    void step(int waited = 0) {
+        constexpr int kPause = 15, kPatience = 5000;  // milliseconds
+        QTimer::singleShot(kPause, &context_, [this, waited] {
             if (next_ >= actions_.size()) return;
-            Action action = actions_[next_++];
+            const Action& next = actions_[next_];
+            if (next.ready && waited < kPatience && !next.ready()) return step(waited + kPause);
+            std::function<void()> act = next.act;
+            ++next_;
             step();
-            action();
+            act();
         });
     }
 
