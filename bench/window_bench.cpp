@@ -45,6 +45,32 @@ Time timeOf(Work work) {
     return {end.wall - start.wall, end.processor - start.processor};
 }
 
+// The best of some runs, each in a process of its own: the least disturbed one tells most. Negative when one
+// fails.
+template <class Work>
+Time bestApart(Work work) {
+    constexpr int kRuns = 3;
+    Time best{1e9, 1e9};
+    for (int i = 0; i < kRuns; ++i) {
+        int ends[2];
+        if (::pipe(ends) != 0) return {-1, -1};
+        std::fflush(stdout);
+        pid_t child = ::fork();
+        if (child == 0) {
+            Time time = work();
+            ::_exit(::write(ends[1], &time, sizeof time) == sizeof time ? 0 : 1);
+        }
+        ::close(ends[1]);
+        Time time{-1, -1};
+        if (::read(ends[0], &time, sizeof time) != sizeof time) return {-1, -1};
+        ::close(ends[0]);
+        int status = 0;
+        ::waitpid(child, &status, 0);
+        best = {std::min(best.wall, time.wall), std::min(best.processor, time.processor)};
+    }
+    return best;
+}
+
 void print(const char* what, Time time, double scale, const char* unit) {
     std::printf("  %-44s %10.3f %s   (processor %.3f)\n", what, time.wall * scale, unit,
                 time.processor * scale);
@@ -142,25 +168,34 @@ void selectAll(Canvas& canvas, bool crossing) {
     canvas.setSelected({});
 }
 
-void work(const std::string& path, int argc, char** argv) {
-    QApplication application(argc, argv);
-    QApplication::setOrganizationName("norvane-bench");
-    std::setlocale(LC_NUMERIC, "C");
-    MainWindow window;
-    Host host(window, window, window);
-    window.start(host, "");
-    window.resize(1280, 860);
-    window.QMainWindow::show();
-    QApplication::processEvents();
-    double before = peakMemory();
+// The program with an empty window.
+struct Program {
+    Program(int& argc, char** argv) : application(argc, argv), host(window, window, window) {
+        QApplication::setOrganizationName("norvane-bench");
+        std::setlocale(LC_NUMERIC, "C");
+        window.start(host, "");
+        window.resize(1280, 860);
+        window.QMainWindow::show();
+        QApplication::processEvents();
+    }
+    Time open(const std::string& path) {
+        return timeOf([&] {
+            window.openDrawing(path);
+            window.repaint();
+            QApplication::processEvents();
+        });
+    }
 
-    print("opening up to the first picture", timeOf([&] {
-              window.openDrawing(path);
-              window.repaint();
-              QApplication::processEvents();
-          }),
-          1, "s ");
-    Canvas& canvas = window.canvas();
+    QApplication application;
+    MainWindow window;
+    Host host;
+};
+
+void work(const std::string& path, int argc, char** argv) {
+    Program program(argc, argv);
+    double before = peakMemory();
+    program.open(path);
+    Canvas& canvas = program.window.canvas();
     pan(canvas, "panning over all of it");
     zoom(canvas, 12, "zooming in from all of it");
     pan(canvas, "panning, six times nearer");
@@ -186,11 +221,16 @@ int main(int argc, char** argv) {
         std::string path = std::filesystem::absolute(argv[i]).string();
         std::printf("%s, %.1f MB\n", std::filesystem::path(path).filename().c_str(),
                     static_cast<double>(std::filesystem::file_size(path)) / 1e6);
-        bool done = apart([&] {
+        Time alone = bestApart([&] {
             std::string error;
-            print("opening the file alone", timeOf([&] { readDxf(path, error); }), 1, "s ");
+            return timeOf([&] { readDxf(path, error); });
         });
-        done = done && apart([&] { work(path, argc, argv); });
+        Time withPicture = bestApart([&] { return Program(argc, argv).open(path); });
+        print("opening the file alone", alone, 1, "s ");
+        print("opening up to the first picture", withPicture, 1, "s ");
+        std::printf("  %-44s %10.2f      (processor %.2f)\n", "the second for the first",
+                    withPicture.wall / alone.wall, withPicture.processor / alone.processor);
+        bool done = apart([&] { work(path, argc, argv); });
         if (!done) std::printf("  it has failed\n");
     }
     return 0;

@@ -77,6 +77,12 @@ void Scene::rebuild() {
     abandoned_ = leftOut_ = shortened_ = 0;
     ++revision_;
     if (!drawing_) return;
+    // Room is taken at once, so that nothing is moved on the way; what is not used of it costs nothing.
+    const size_t most = drawing_->idLimit();
+    entities_.reserve(most);
+    vertices_.reserve(most);
+    lines_.reserve(most);
+    texts_.reserve(most);
     SceneBuilder builder(*drawing_, *this);
     ObjectId space = drawing_->currentSpace();
     for (ObjectId id = drawing_->firstEntityOf(space); id; id = drawing_->nextEntityOf(space, id))

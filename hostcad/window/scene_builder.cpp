@@ -21,8 +21,6 @@ constexpr size_t kMostCells = 10000;  // of the array of a reference
 constexpr size_t kMostPieces = 100000;
 constexpr size_t kMostPiecesOfAll = 10000000;
 constexpr size_t kMostVertices = 200000000;
-constexpr int kByBlock = 0;
-constexpr int kByLayer = 256;
 
 bool isDrawable(const Box& box) {
     for (double v : {box.minX, box.minY, box.maxX, box.maxY})
@@ -96,9 +94,8 @@ const SceneBuilder::Layer& SceneBuilder::layer(std::string_view name) {
 }
 
 // Layer 0 within a block is the layer of the reference.
-SceneBuilder::Style SceneBuilder::styleOf(Groups groups, const Style& outer, bool inBlock) {
-    Style style{textOf(groups, 8, "0"), static_cast<int>(integerOf(groups, 62, kByLayer)),
-                textOf(groups, 6, "BYLAYER")};
+SceneBuilder::Style SceneBuilder::styleOf(const EntityLooks& looks, const Style& outer, bool inBlock) {
+    Style style{looks.layer, looks.colour, looks.lineType};
     if (inBlock && style.layer == "0") style.layer = outer.layer;
     const Layer& on = layer(style.layer);
     if (style.colour == kByLayer) style.colour = on.colour;
@@ -117,19 +114,20 @@ bool SceneBuilder::isFull() {
 
 void SceneBuilder::add(const Frame& frame, ObjectId id, const Style& outer, bool inBlock) {
     Groups groups = drawing_.groups(id);
-    Style style = styleOf(groups, outer, inBlock);
-    if ((inBlock && !layer(style.layer).shown) || integerOf(groups, 60) == 1) return;
+    const EntityLooks looks = looksOf(groups);
+    Style style = styleOf(looks, outer, inBlock);
+    if ((inBlock && !layer(style.layer).shown) || looks.isInvisible) return;
     std::string_view type = drawing_.type(id);
     if (type == "INSERT") return addReference(frame, id, style);
     if (type == "DIMENSION" || type == "ACAD_TABLE") return addBlock(frame, textOf(groups, 2), style);
-    colour_ = static_cast<uint32_t>(integerOf(groups, 420, colourOfIndex(style.colour)));
-    if (type == "TEXT") return addText(frame, groups, false, 1);
-    if (type == "ATTRIB") return addText(frame, groups, true, 1);
+    colour_ = looks.trueColour >= 0 ? static_cast<uint32_t>(looks.trueColour) : colourOfIndex(style.colour);
+    if (type == "TEXT") return addText(frame, groups, false, false);
+    if (type == "ATTRIB") return addText(frame, groups, true, false);
     // A definition shows its tag, and its text where that is the same in every reference.
-    if (type == "ATTDEF") return addText(frame, groups, true, inBlock ? 1 : 2);
+    if (type == "ATTDEF") return addText(frame, groups, true, !inBlock);
     if (type == "MTEXT") return addParagraph(frame, id);
     if (type == "VIEWPORT" || type == "SEQEND") return;
-    pattern_ = scene_.patterns_.number(drawing_, style.lineType, patternScale_ * realOf(groups, 48, 1));
+    pattern_ = scene_.patterns_.number(drawing_, style.lineType, patternScale_ * looks.patternScale);
     shape_.clear();
     ShapeBuilder(drawing_, shape_).entity(frame, id);
     if (shape_.empty() && !inBlock) scene_.unknownTypes_.insert(std::string(type));
@@ -233,18 +231,22 @@ std::string_view SceneBuilder::keep(std::string text) {
     return scene_.ownTexts_.emplace_back(std::move(text));
 }
 
-void SceneBuilder::addText(const Frame& frame, Groups groups, bool isAttribute, int shownCode) {
+void SceneBuilder::addText(const Frame& frame, Groups all, bool isAttribute, bool showsTag) {
     enum Horizontal { kLeft, kCentre, kRight, kAligned, kMiddle, kFit };
+    const TextGroups groups = textGroupsOf(all);
+    const Group* shown = showsTag ? groups.tag : groups.text;
+    if (!shown || !groups.at) return;
     SceneText text;
-    text.text = textOf(groups, shownCode);
+    text.text = shown->text();
     if (hasTextCodes(text.text)) text.text = keep(withoutTextCodes(text.text));
     text.width = static_cast<float>(textWidth(text.text));
-    int64_t horizontal = std::clamp<int64_t>(integerOf(groups, 72), kLeft, kFit);
-    int64_t vertical = std::clamp<int64_t>(integerOf(groups, isAttribute ? 74 : 73), 0, 3);
-    double height = realOf(groups, 40, 1), factor = realOf(groups, 41, 1);
-    double angle = realOf(groups, 50) * kDegree;
-    Point at = pointAt(groups, 10);
-    const Group* second = find(groups, 11);
+    int64_t horizontal = std::clamp<int64_t>(integerOr(groups.horizontal, 0), kLeft, kFit);
+    int64_t vertical =
+        std::clamp<int64_t>(integerOr(isAttribute ? groups.verticalOfAttribute : groups.vertical, 0), 0, 3);
+    double height = realOr(groups.height, 1), factor = realOr(groups.factor, 1);
+    double angle = realOr(groups.angle, 0) * kDegree;
+    Point at{groups.at->x(), groups.at->y(), groups.at->z()};
+    const Group* second = groups.second;
     if ((horizontal == kAligned || horizontal == kFit) && second) {
         double dx = second->x() - at.x, dy = second->y() - at.y;
         angle = std::atan2(dy, dx);
@@ -252,17 +254,20 @@ void SceneBuilder::addText(const Frame& frame, Groups groups, bool isAttribute, 
     } else if ((horizontal != kLeft || vertical != 0) && second) {
         constexpr float kShiftX[] = {0, 0.5, 1, 0, 0.5, 0};
         constexpr float kShiftY[] = {0, 0, 0.5, 1};
-        at = pointAt(groups, 11);
+        at = {second->x(), second->y(), second->z()};
         text.shiftX = kShiftX[horizontal];
         text.shiftY = horizontal == kMiddle ? 0.5f : kShiftY[vertical];
     }
+    Frame plane = frame;
+    if (const Group* normal = groups.normal)
+        plane = frame * extrusionFrame({normal->x(), normal->y(), normal->z()});
     const size_t before = scene_.texts_.size();
-    place(planeOf(frame, groups), at, height, angle, text);
+    place(plane, at, height, angle, text);
     if (before == scene_.texts_.size()) return;
     SceneText& placed = scene_.texts_.back();
     placed.alongX *= static_cast<float>(factor);
     placed.alongY *= static_cast<float>(factor);
-    addTextBox(placed, textOf(groups, shownCode).size());
+    addTextBox(placed, shown->text().size());
 }
 
 // Lines of a paragraph stand below each other.
@@ -300,8 +305,9 @@ void SceneBuilder::addParagraph(const Frame& frame, ObjectId id) {
 
 void SceneBuilder::place(const Frame& plane, Point at, double height, double angle, SceneText& text) {
     if (text.text.empty() || !(height > 0) || isFull()) return;
-    Point along = plane.direction({std::cos(angle), std::sin(angle), 0}) * height;
-    Point up = plane.direction({-std::sin(angle), std::cos(angle), 0}) * height;
+    const double c = angle == 0 ? 1 : std::cos(angle), s = angle == 0 ? 0 : std::sin(angle);
+    Point along = plane.direction({c, s, 0}) * height;
+    Point up = plane.direction({-s, c, 0}) * height;
     Point placed = plane(at);
     text.at = {placed.x, placed.y};
     text.alongX = static_cast<float>(along.x);

@@ -7,6 +7,7 @@
 
 #include "hostcad/geometry/frame.h"
 #include "hostcad/geometry/shape.h"
+#include "hostcad/window/entity_looks.h"
 #include "hostcad/window/scene.h"
 
 namespace hostcad {
@@ -33,12 +34,12 @@ class SceneBuilder {
     };
 
     const Layer& layer(std::string_view name);
-    Style styleOf(Groups groups, const Style& outer, bool inBlock);
+    Style styleOf(const EntityLooks& looks, const Style& outer, bool inBlock);
     void add(const Frame& frame, ObjectId id, const Style& outer, bool inBlock);
     void addReference(const Frame& frame, ObjectId id, const Style& style);
     void addBlock(const Frame& frame, std::string_view name, const Style& style);
     void addContents(const Frame& frame, ObjectId block, const Style& style);
-    void addText(const Frame& frame, Groups groups, bool isAttribute, int shownCode);
+    void addText(const Frame& frame, Groups groups, bool isAttribute, bool showsTag);
     void addParagraph(const Frame& frame, ObjectId id);
     void addTextBox(const SceneText& text, size_t characters);
     // Stands a text at a point of a plane, and adds it.
