@@ -1,5 +1,6 @@
 #include "hostcad/window/drawn_text.h"
 
+#include <QFontInfo>
 #include <QFontMetricsF>
 #include <algorithm>
 #include <array>
@@ -18,6 +19,10 @@ const QFont& drawingFont() {
         return sans;
     }();
     return font;
+}
+
+std::string drawingFontName() {
+    return QFontInfo(drawingFont()).family().toStdString();
 }
 
 double drawingFontCapital() {

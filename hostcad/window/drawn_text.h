@@ -10,6 +10,8 @@ namespace hostcad {
 
 // The font of all texts, 100 pixels to the em: the painter scales it.
 const QFont& drawingFont();
+// What the desktop calls it; "" where there is no font at all.
+std::string drawingFontName();
 // Height of its capitals in those pixels.
 double drawingFontCapital();
 // Width of a line of text in multiples of the height of capitals, from the widths of its characters.

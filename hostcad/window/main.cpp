@@ -3,6 +3,7 @@
 #include <QFileInfo>
 #include <clocale>
 #include <cstdio>
+#include <cstdlib>
 
 #include "hostcad/editor/host.h"
 #include "hostcad/window/main_window.h"
@@ -14,6 +15,10 @@ namespace {
 constexpr const char* kHelp =
     "Usage: hostcad [FILE]\n\nOpens a window with a drawing (DXF), or with an empty one.\n";
 
+constexpr const char* kNoDisplay =
+    "hostcad: there is no display to open a window on. Start it on a desktop, or with xvfb-run; without a\n"
+    "window, hostcad-batch does the work of a script.\n";
+
 void loadModule(hostcad::Host& host, const std::string& folder, const std::string& support) {
     if (!host.modules().load(files::join(folder, "norvane_gis.arx"))) return;
     try {
@@ -23,11 +28,22 @@ void loadModule(hostcad::Host& host, const std::string& folder, const std::strin
     }
 }
 
+// Qt would end the program with a message about its plugins.
+bool hasDisplay() {
+    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+        if (const char* value = std::getenv(name); value && *value) return true;
+    return false;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
     for (int i = 1; i < argc; ++i)
         if (std::string(argv[i]) == "--help") return std::fputs(kHelp, stdout), 0;
+    if (!hasDisplay()) {
+        std::fputs(kNoDisplay, stderr);
+        return 1;
+    }
     QApplication application(argc, argv);
     // Numbers are written with a point whatever the language of the desktop.
     std::setlocale(LC_NUMERIC, "C");

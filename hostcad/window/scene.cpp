@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "hostcad/drawing/current_drawing.h"
+#include "hostcad/window/drawn_text.h"
 #include "hostcad/window/scene_builder.h"
 
 namespace hostcad {
@@ -121,6 +122,21 @@ Box Scene::extents() const {
     return box;
 }
 
+// The fonts of the text styles, where there are texts.
+std::string Scene::replacedFonts() const {
+    if (!drawing_ || texts_.empty()) return {};
+    constexpr int64_t kShapes = 1;  // no style of texts
+    std::set<std::string> names;
+    ObjectId styles = drawing_->table("STYLE");
+    for (ObjectId id = styles ? drawing_->firstPart(styles) : kNoObject; id; id = drawing_->nextPart(id)) {
+        std::string_view font = textOf(drawing_->groups(id), 3);
+        if (!font.empty() && !(integerOf(drawing_->groups(id), 70) & kShapes)) names.emplace(font);
+    }
+    std::string all;
+    for (const std::string& name : names) all += (all.empty() ? "" : ", ") + name;
+    return all;
+}
+
 std::vector<std::string> Scene::remarks() const {
     std::vector<std::string> all;
     auto entities = [](size_t count) {
@@ -137,6 +153,8 @@ std::vector<std::string> Scene::remarks() const {
         for (const std::string& type : unknownTypes_) types += (types.empty() ? "" : ", ") + type;
         all.push_back("Entities of these kinds have no picture here: " + types + ".");
     }
+    if (std::string fonts = replacedFonts(); !fonts.empty())
+        all.push_back("Texts are shown in " + drawingFontName() + " in place of " + fonts + ".");
     return all;
 }
 

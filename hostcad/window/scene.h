@@ -112,6 +112,7 @@ class Scene {
     void rebuild();
     void note(ObjectId id);
     void put(const SceneEntity& entity);
+    std::string replacedFonts() const;
 
     Drawing* drawing_ = nullptr;
     long serial_ = 0;

@@ -133,8 +133,8 @@ void SceneBuilder::add(const Frame& frame, ObjectId id, const Style& outer, bool
     if (shape_.empty() && !inBlock) scene_.unknownTypes_.insert(std::string(type));
     const size_t firstLine = scene_.lines_.size();
     addShape(type == "SOLID" || type == "TRACE");
-    // A solid hatch is filled where its edges are straight; others show their outline.
-    if (type == "HATCH" && integerOf(groups, 70) == 1 && shape_.arcs.empty()) fillFrom(firstLine);
+    // A solid hatch is filled; others show their outline.
+    if (type == "HATCH" && integerOf(groups, 70) == 1) fillFrom(firstLine);
 }
 
 void SceneBuilder::addReference(const Frame& frame, ObjectId id, const Style& style) {
@@ -178,9 +178,42 @@ void SceneBuilder::begin(Fill fill) {
     scene_.lines_.push_back({static_cast<uint32_t>(scene_.vertices_.size()), 0, colour_, pattern_, fill});
 }
 
+// The pieces of a boundary come straight ones first, then arcs, which may run either way: they are joined to
+// rings by their ends.
 void SceneBuilder::fillFrom(size_t firstLine) {
-    for (size_t i = firstLine; i < scene_.lines_.size(); ++i)
-        scene_.lines_[i].fill = i == firstLine ? Fill::Area : Fill::SameArea;
+    constexpr size_t kMostPiecesOfBoundary = 2000;
+    std::vector<SceneLine> pieces(scene_.lines_.begin() + static_cast<std::ptrdiff_t>(firstLine),
+                                  scene_.lines_.end());
+    if (pieces.empty() || pieces.size() > kMostPiecesOfBoundary) return;
+    auto at = [&](const SceneLine& line, bool isEnd) {
+        return scene_.vertices_[line.first + (isEnd ? line.count - 1 : 0)];
+    };
+    const Box box = shape_.box();
+    const double near = 1e-6 * std::max(box.maxX - box.minX, box.maxY - box.minY);
+    auto isNear = [&](PlanePoint a, PlanePoint b) { return std::hypot(a.x - b.x, a.y - b.y) <= near; };
+    scene_.lines_.resize(firstLine);
+    while (!pieces.empty()) {
+        begin(scene_.lines_.size() == firstLine ? Fill::Area : Fill::SameArea);
+        auto add = [&](size_t piece, bool isTurned) {
+            const SceneLine line = pieces[piece];
+            pieces.erase(pieces.begin() + static_cast<std::ptrdiff_t>(piece));
+            for (uint32_t i = 0; i < line.count; ++i) {
+                const PlanePoint p = scene_.vertices_[line.first + (isTurned ? line.count - 1 - i : i)];
+                vertex({p.x, p.y, 0});
+            }
+        };
+        add(0, false);
+        for (size_t i = 0; i < pieces.size();) {
+            const PlanePoint end = scene_.vertices_.back();
+            bool begins = isNear(at(pieces[i], false), end), ends = isNear(at(pieces[i], true), end);
+            if (begins || ends) {
+                add(i, !begins);
+                i = 0;
+            } else {
+                ++i;
+            }
+        }
+    }
 }
 
 void SceneBuilder::vertex(const Point& p) {

@@ -121,6 +121,16 @@ TEST_F(WindowPicture, CurvesAreasAndBlocksStandWhereTheyShould) {
     for (auto [x, y] : {std::pair(240, 100), {360, 100}, {300, 130}, {300, 70}})
         EXPECT_GT(pixels(shown, x - 1, y - 1, x + 1, y + 1, kYellow), 0) << x << " " << y;
     EXPECT_NEAR(pixels(shown, 390, 50, 470, 130, kGreen), 3600, 130);
+    // A solid hatch is filled with its islands left out, whichever way its arcs run.
+    openFile("",
+             "0\nHATCH\n8\n0\n62\n1\n10\n0\n20\n0\n30\n0\n2\nSOLID\n70\n1\n91\n2\n"
+             "92\n3\n72\n1\n73\n1\n93\n3\n10\n100\n20\n100\n42\n-"
+             "1\n10\n200\n20\n100\n42\n0\n10\n150\n20\n50\n42\n0\n97\n0\n"
+             "92\n3\n72\n0\n73\n1\n93\n4\n10\n140\n20\n80\n10\n160\n20\n80\n10\n160\n20\n100\n10\n140\n20\n10"
+             "0\n97\n0\n75\n0\n76\n1\n98\n0\n");
+    shown = picture();
+    EXPECT_NEAR(pixels(shown, 90, 40, 210, 160, kRed), 3927 + 2500 - 400, 150);
+    EXPECT_EQ(pixels(shown, 142, 82, 158, 98, kRed), 0);
     // A block within a block: colours come down by block, and the innermost stands where both put it.
     std::string blocks = block("DOT", "0\nCIRCLE\n8\n0\n62\n0\n10\n0\n20\n0\n30\n0\n40\n10\n") +
                          block("PAIR", "0\nINSERT\n8\n0\n62\n0\n2\nDOT\n10\n50\n20\n0\n30\n0\n");
@@ -288,6 +298,16 @@ TEST_F(WindowPicture, AHundredThousandNestedInsertsAreShown) {
         chain += block("L" + std::to_string(i), insert("L" + std::to_string(i + 1)) + kLine);
     openFile(chain + block("L" + std::to_string(kLinks), kLine), insert("L0"));
     EXPECT_TRUE(says("1 entity is shown in part"));
+}
+
+TEST_F(WindowPicture, FontsThatAreReplacedAreNamed) {
+    std::ofstream(path("odd.dxf")) << "0\nSECTION\n2\nTABLES\n0\nTABLE\n2\nSTYLE\n70\n1\n0\nSTYLE\n2\nSTANDAR"
+                                      "D\n70\n0\n3\nno-such-font.shx\n"
+                                      "0\nENDTAB\n0\nENDSEC\n0\nSECTION\n2\nENTITIES\n0\nTEXT\n8\n0\n10\n0\n2"
+                                      "0\n0\n30\n0\n40\n5\n1\nseen\n"
+                                      "7\nSTANDARD\n0\nENDSEC\n0\nEOF\n";
+    open("odd.dxf");
+    EXPECT_TRUE(says("in place of no-such-font.shx.")) << window_.commandPanel().history().toStdString();
 }
 
 TEST_F(WindowPicture, KindsWithoutAPictureAreNamed) {
