@@ -6,7 +6,7 @@
 #include <limits>
 #include <random>
 
-#include "module/coords/key_index.h"
+#include "module/coords/point_names.h"
 #include "platform/files/byte_order.h"
 #include "platform/files/files.h"
 #include "platform/files/random_file.h"
@@ -101,7 +101,7 @@ int RecordStore::create(const std::string& dataPath, const std::string& indexPat
 // The index of an opened data file, and a pair of numbers.
 int RecordStore::attach(const std::string& indexPath) {
     slot_ = takeSlot();
-    if (slot_ && !indexMayBeBehind()) index_ = KeyIndex::open(indexPath, identity_);
+    if (slot_ && !indexMayBeBehind()) index_ = files::KeyIndex::open(indexPath, identity_, CompareNames);
     if (slot_ && (index_ || rebuildIndex(indexPath))) return kOpened;
     int status = slot_ ? kNoIndex : kTooMany;
     index_.reset();
@@ -171,7 +171,7 @@ bool RecordStore::indexMayBeBehind() {
 
 // Of records of the same key, which only a process that died can leave, the last one counts.
 bool RecordStore::rebuildIndex(const std::string& indexPath) {
-    index_ = KeyIndex::create(indexPath, identity_);
+    index_ = files::KeyIndex::create(indexPath, identity_, CompareNames);
     bool whole = index_ && index_->begin();
     for (int32_t i = 0, total = recordTotal(); whole && i < total; ++i) {
         const char* bytes = data_->view(offsetOf(i), kRecordSize);
@@ -198,11 +198,11 @@ int32_t RecordStore::recordTotal() const {
     return static_cast<int32_t>(std::clamp<int64_t>(total, 0, std::numeric_limits<int32_t>::max()));
 }
 
-int RecordStore::lookUp(KeyIndex::Step step, std::string& key, Record& record) {
+int RecordStore::lookUp(files::KeyIndex::Step step, std::string& key, Record& record) {
     if (!data_) return kFailed;
     int32_t number = -1;
-    KeyIndex::Found found = index_->find(step, key, number);
-    if (found != KeyIndex::Found::kYes) return found == KeyIndex::Found::kNo ? kNoKey : kFailed;
+    files::KeyIndex::Found found = index_->find(step, key, number);
+    if (found != files::KeyIndex::Found::kYes) return found == files::KeyIndex::Found::kNo ? kNoKey : kFailed;
     const char* bytes = number >= 0 ? data_->view(offsetOf(number), kRecordSize) : nullptr;
     // An index that names another record than it should is of no use until it is made anew.
     if (!bytes || keyIn(bytes) != key) return kFailed;
@@ -212,20 +212,20 @@ int RecordStore::lookUp(KeyIndex::Step step, std::string& key, Record& record) {
 }
 
 int RecordStore::first(std::string& key, Record& record) {
-    return lookUp(KeyIndex::Step::kFirst, key, record);
+    return lookUp(files::KeyIndex::Step::kFirst, key, record);
 }
 int RecordStore::last(std::string& key, Record& record) {
-    return lookUp(KeyIndex::Step::kLast, key, record);
+    return lookUp(files::KeyIndex::Step::kLast, key, record);
 }
 int RecordStore::next(std::string& key, Record& record) {
-    return lookUp(KeyIndex::Step::kNext, key, record);
+    return lookUp(files::KeyIndex::Step::kNext, key, record);
 }
 int RecordStore::previous(std::string& key, Record& record) {
-    return lookUp(KeyIndex::Step::kPrevious, key, record);
+    return lookUp(files::KeyIndex::Step::kPrevious, key, record);
 }
 int RecordStore::read(const std::string& key, Record& record) {
     std::string asked = key;
-    return lookUp(KeyIndex::Step::kExact, asked, record);
+    return lookUp(files::KeyIndex::Step::kExact, asked, record);
 }
 
 int RecordStore::add(const std::string& key, const Record& record) {
@@ -233,8 +233,9 @@ int RecordStore::add(const std::string& key, const Record& record) {
     if (!isKey(key) || keyIn(record.data()) != key || number == std::numeric_limits<int32_t>::max())
         return kRefusedKey;
     if (number < 0 || !beginChange()) return kFailed;
-    KeyIndex::Found added = index_->add(key, number);
-    if (added != KeyIndex::Found::kYes) return added == KeyIndex::Found::kNo ? kRefusedKey : kFailed;
+    files::KeyIndex::Found added = index_->add(key, number);
+    if (added != files::KeyIndex::Found::kYes)
+        return added == files::KeyIndex::Found::kNo ? kRefusedKey : kFailed;
     return data_->write(offsetOf(number), {record.data(), record.size()}) ? kDone : kFailed;
 }
 

@@ -24,7 +24,7 @@
 #include <string>
 #include <string_view>
 
-#include "module/coords/key_index.h"
+#include "platform/files/key_index.h"
 
 namespace files {
 class RandomFile;
@@ -94,7 +94,7 @@ class RecordStore {
     int attach(const std::string& indexPath);
     bool indexMayBeBehind();
     bool rebuildIndex(const std::string& indexPath);
-    int lookUp(KeyIndex::Step step, std::string& key, Record& record);
+    int lookUp(files::KeyIndex::Step step, std::string& key, Record& record);
     bool beginChange();
     bool writeState(int32_t behind);
     bool writeHeader();
@@ -103,7 +103,7 @@ class RecordStore {
     int32_t recordTotal() const;
 
     std::unique_ptr<files::RandomFile> data_;
-    std::unique_ptr<KeyIndex> index_;
+    std::unique_ptr<files::KeyIndex> index_;
     Header header_;
     uint64_t identity_ = 0;
     bool changing_ = false;  // the header says that the index may be behind

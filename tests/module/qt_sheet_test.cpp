@@ -162,6 +162,50 @@ TEST_F(QtSheet, SettingsAndChooserAreWindowsInEachOther) {
     EXPECT_NE(read("gps.ini").find("gismdbfile=" + path("template.mdb")), std::string::npos);
 }
 
+TEST_F(QtSheet, ATemplateIsMadeByKeyboardAlone) {
+    auto titled = [](const char* title) {
+        return until([=] { return window() && window()->windowTitle() == title; }, title);
+    };
+    auto name = [this](const char* file) {
+        return Action([=, this] {
+            window()->findChild<QLineEdit*>("fileNameEdit")->setText(QString::fromStdString(path(file)));
+        });
+    };
+    does(
+        {titled("GIS Settings"), press(Qt::Key_T, Qt::AltModifier), titled("New or Existing File"),
+         press(Qt::Key_S, Qt::AltModifier), titled("Save As"), name("made.mdb"), press(Qt::Key_Enter),
+         titled("Alert"), press(Qt::Key_Enter),
+         see([this] { return child<QLineEdit>(1104)->text().toStdString() == path("made.mdb"); }, "template"),
+         // A text is no template; the chooser stays open until it is closed.
+         press(Qt::Key_T, Qt::AltModifier), press(Qt::Key_E, Qt::AltModifier), titled("Open"),
+         name("gps.ini"), press(Qt::Key_Enter), titled("Error"), press(Qt::Key_Enter),
+         titled("New or Existing File"), press(Qt::Key_Escape), titled("GIS Settings"),
+         press(Qt::Key_X, Qt::AltModifier)});
+    EXPECT_EQ(lisp("(cf:gis_smart_prompting 7)"), "0");
+    EXPECT_NE(read("gps.ini").find("gismdbfile=" + path("made.mdb")), std::string::npos);
+}
+
+// What is done in the window and what a script does must come to the same.
+TEST_F(QtSheet, AWindowAndAScriptLeaveTheSameBehind) {
+    does({clickCell(2, 2), type("9"), clickCell(2, 5), press(Qt::Key_F), clickCell(2, 12),
+          type("by the gate"), clickButton(1)});
+    EXPECT_EQ(prompt("18", "TREE"), "1");
+    const std::string columns =
+        "PT_ID, GIS_KEY, SPECIES, DBH, HEIGHT, SPREAD, CONDITION, TWICE, NORTHING, EASTING, "
+        "ELEVATION, DESCRIPTION, DATE, REMARKS";
+    const std::string byWindow = record(columns), linkByWindow = link();
+    EXPECT_NE(byWindow.find("|FAIR|"), std::string::npos);
+
+    fs::remove(path("output.mdb"));
+    makeEntity();
+    ui::setBackend(&ui_);
+    answer(134, {cell(2, "9"), cell(5, "FAIR"), cell(12, "by the gate"), click("OK")});
+    EXPECT_EQ(prompt("18", "TREE"), "1");
+    EXPECT_EQ(record(columns), byWindow);
+    EXPECT_EQ(link(), linkByWindow);
+    ui::setBackend(&qt_);
+}
+
 TEST_F(QtSheet, ClosingTheFrameIsCancelling) {
     does({[] { window()->close(); }});
     EXPECT_EQ(prompt("18", "TREE"), "0");

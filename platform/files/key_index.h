@@ -1,20 +1,27 @@
-// The index of a record store: which record holds a key, with the keys in the order of CompareNames. An
+// The index of a file of records: which record holds a key, with the keys in an order of the caller's. An
 // SQLite file without a journal, since it can be made anew from the records at any time.
 #pragma once
 
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
+
+namespace files {
 
 class KeyIndex {
   public:
     enum class Step { kExact, kFirst, kLast, kNext, kPrevious };
     enum class Found { kYes, kNo, kFailed };
 
-    // The index in this file if it belongs to the records of that identity; null otherwise.
-    static std::unique_ptr<KeyIndex> open(const std::string& path, uint64_t identity);
+    // -1, 0 or 1. The bytes of a key may be of any code page.
+    using Order = int (*)(std::string_view a, std::string_view b);
+
+    // The index in this file if it belongs to the records of that identity; null otherwise. The order must be
+    // the one that it was created with.
+    static std::unique_ptr<KeyIndex> open(const std::string& path, uint64_t identity, Order order);
     // An empty one, in place of whatever is there. Null when it cannot be made.
-    static std::unique_ptr<KeyIndex> create(const std::string& path, uint64_t identity);
+    static std::unique_ptr<KeyIndex> create(const std::string& path, uint64_t identity, Order order);
     ~KeyIndex();
     KeyIndex(const KeyIndex&) = delete;
     KeyIndex& operator=(const KeyIndex&) = delete;
@@ -39,7 +46,7 @@ class KeyIndex {
     struct Connection;  // to SQLite, whose names stay out of here
 
     KeyIndex();
-    static std::unique_ptr<KeyIndex> openFile(const std::string& path);
+    static std::unique_ptr<KeyIndex> openFile(const std::string& path, Order order);
     bool run(const char* sql);
     bool belongsTo(uint64_t identity);
     bool prepare();
@@ -47,3 +54,5 @@ class KeyIndex {
 
     std::unique_ptr<Connection> connection_;
 };
+
+}  // namespace files

@@ -1,17 +1,16 @@
-#include "module/coords/key_index.h"
+#include "platform/files/key_index.h"
 
 #include <sqlite3.h>
 
 #include <iterator>
 
-#include "module/coords/point_names.h"
 #include "platform/files/files.h"
 
+namespace files {
 namespace {
 
-// The bytes of a key may be of any code page: the collation looks at nothing else, and SQLite at nothing.
 constexpr const char* kSchema =
-    "CREATE TABLE keys(key TEXT COLLATE point_names PRIMARY KEY, record INTEGER NOT NULL) WITHOUT ROWID;"
+    "CREATE TABLE keys(key TEXT COLLATE key_order PRIMARY KEY, record INTEGER NOT NULL) WITHOUT ROWID;"
     "CREATE TABLE store(identity INTEGER NOT NULL);";
 
 constexpr const char* kSql[] = {
@@ -26,9 +25,10 @@ constexpr const char* kSql[] = {
     "SELECT count(*) FROM keys",
 };
 
-int compareKeys(void*, int lengthA, const void* a, int lengthB, const void* b) {
-    return CompareNames({static_cast<const char*>(a), static_cast<size_t>(lengthA)},
-                        {static_cast<const char*>(b), static_cast<size_t>(lengthB)});
+int compareKeys(void* order, int lengthA, const void* a, int lengthB, const void* b) {
+    return (*static_cast<KeyIndex::Order*>(order))(
+        {static_cast<const char*>(a), static_cast<size_t>(lengthA)},
+        {static_cast<const char*>(b), static_cast<size_t>(lengthB)});
 }
 
 // Ends the use of a statement whatever way the block is left.
@@ -44,6 +44,7 @@ void bindKey(sqlite3_stmt* statement, const std::string& key) {
 }  // namespace
 
 struct KeyIndex::Connection {
+    Order order = nullptr;
     sqlite3* database = nullptr;
     sqlite3_stmt* statements[std::size(kSql)] = {};
 
@@ -56,28 +57,29 @@ struct KeyIndex::Connection {
 KeyIndex::KeyIndex() : connection_(std::make_unique<Connection>()) {}
 KeyIndex::~KeyIndex() = default;
 
-std::unique_ptr<KeyIndex> KeyIndex::openFile(const std::string& path) {
+std::unique_ptr<KeyIndex> KeyIndex::openFile(const std::string& path, Order order) {
     std::unique_ptr<KeyIndex> index(new KeyIndex);
+    index->connection_->order = order;
     int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX;
     bool opened = sqlite3_open_v2(files::onDisk(path).c_str(), &index->connection_->database, flags,
                                   nullptr) == SQLITE_OK &&
-                  sqlite3_create_collation(index->connection_->database, "point_names", SQLITE_UTF8, nullptr,
-                                           compareKeys) == SQLITE_OK &&
+                  sqlite3_create_collation(index->connection_->database, "key_order", SQLITE_UTF8,
+                                           &index->connection_->order, compareKeys) == SQLITE_OK &&
                   index->run(
                       "PRAGMA locking_mode=EXCLUSIVE; PRAGMA journal_mode=OFF; PRAGMA synchronous=OFF;"
                       "PRAGMA cache_size=-65536");
     return opened ? std::move(index) : nullptr;
 }
 
-std::unique_ptr<KeyIndex> KeyIndex::open(const std::string& path, uint64_t identity) {
+std::unique_ptr<KeyIndex> KeyIndex::open(const std::string& path, uint64_t identity, Order order) {
     if (!files::exists(path)) return nullptr;
-    std::unique_ptr<KeyIndex> index = openFile(path);
+    std::unique_ptr<KeyIndex> index = openFile(path, order);
     return index && index->belongsTo(identity) && index->prepare() ? std::move(index) : nullptr;
 }
 
-std::unique_ptr<KeyIndex> KeyIndex::create(const std::string& path, uint64_t identity) {
+std::unique_ptr<KeyIndex> KeyIndex::create(const std::string& path, uint64_t identity, Order order) {
     if (!files::remove(path)) return nullptr;
-    std::unique_ptr<KeyIndex> index = openFile(path);
+    std::unique_ptr<KeyIndex> index = openFile(path, order);
     std::string own = "INSERT INTO store VALUES(" + std::to_string(static_cast<int64_t>(identity)) + ")";
     bool made = index && index->run(kSchema) && index->run(own.c_str()) && index->prepare();
     return made ? std::move(index) : nullptr;
@@ -144,3 +146,5 @@ long KeyIndex::count() {
     Resetting resetting{statement};
     return sqlite3_step(statement) == SQLITE_ROW ? static_cast<long>(sqlite3_column_int64(statement, 0)) : 0;
 }
+
+}  // namespace files
