@@ -62,7 +62,7 @@ bool NumericFile::load() {
     headerNumber = text::format("%.3f", files::getLittle<double>(header + kNumberAt));
     headerDate = text::format("%4.4f", files::getLittle<double>(header + kDateAt));
     highestName = std::to_string(wholeNumber(files::getLittle<double>(header + kHighestAt)));
-    lowestName = std::to_string(1);
+    lowestName = LowestAllowed();
     return true;
 }
 
@@ -156,7 +156,8 @@ int NumericFile::put(const PointRecord& given, int quiet) {
     if (!point.name.empty() && point.name != std::to_string(number))
         return fail(
             kNoNumber, quiet,
-            "\nError: pt# " + point.name + " invalid for current CRD format of numeric only point numbers.");
+            text::format("\nError: pt# %s invalid for current CRD format of numeric only point numbers.",
+                         point.name.c_str()));
     if (number < 1) return fail(kNumberTooLow, quiet, "\nError: Point number must be greater than 0.");
     if (number > kMostPoints)
         return fail(kNumberTooHigh, quiet,
@@ -197,8 +198,8 @@ int NumericFile::WriteHeader() {
     if (!file_) return fail(kCannotOpen);
     char header[kSlotSize - kNumberAt];
     files::putLittle(header, text::toReal(headerNumber));
-    files::putLittle(header + kDateAt - kNumberAt, dateNumber(headerDate));
-    putText(header + kTextAt - kNumberAt, kTextRoom, text::encode(headerText));
+    files::putLittle(header + (kDateAt - kNumberAt), dateNumber(headerDate));
+    putText(header + (kTextAt - kNumberAt), kTextRoom, text::encode(headerText));
     bool written = file_->write(kNumberAt, {header, sizeof header}) && file_->flush();
     return written ? 1 : fail(kReadFailed);
 }

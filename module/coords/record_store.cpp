@@ -141,9 +141,9 @@ bool RecordStore::loadHeader() {
 bool RecordStore::writeHeader() {
     char bytes[kTextAt + kTextRoom - kLimitAt];
     files::putLittle(bytes, header_.descriptionLimit);
-    files::putLittle(bytes + kNumberAt - kLimitAt, header_.number);
-    putText(bytes + kDateAt - kLimitAt, header_.date);
-    putText(bytes + kTextAt - kLimitAt, header_.text);
+    files::putLittle(bytes + (kNumberAt - kLimitAt), header_.number);
+    putText(bytes + (kDateAt - kLimitAt), header_.date);
+    putText(bytes + (kTextAt - kLimitAt), header_.text);
     return data_->write(kLimitAt, {bytes, sizeof bytes});
 }
 

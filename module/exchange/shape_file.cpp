@@ -56,6 +56,10 @@ bool readIndex(ShapeHandle& handle, int64_t bytesTold) {
     for (size_t i = 0; i < count; ++i, entry += kEntrySize) {
         handle.recordOffsets[i] = bytesOfWords(entry);
         handle.recordSizes[i] = bytesOfWords(entry + 4);
+        // One that reaches out of the file has no room: were it written in place, it would meet later records.
+        int64_t end = int64_t{handle.recordOffsets[i]} + handle.recordSizes[i] + 8;
+        if (handle.recordOffsets[i] < 0 || handle.recordSizes[i] < 0 || end > handle.shpFile->size())
+            handle.recordSizes[i] = 0;
     }
     return true;
 }
@@ -65,7 +69,7 @@ int32_t endOfRecords(const ShapeHandle& handle, int32_t told) {
     int64_t end = std::max<int64_t>(told, kHeaderSize);
     for (size_t i = 0; i < static_cast<size_t>(handle.recordCount); ++i) {
         int64_t recordEnd = int64_t{handle.recordOffsets[i]} + handle.recordSizes[i] + 8;
-        if (recordEnd <= handle.shpFile->size()) end = std::max(end, recordEnd);
+        if (handle.recordSizes[i] > 0) end = std::max(end, recordEnd);
     }
     return static_cast<int32_t>(std::min<int64_t>(end, std::numeric_limits<int32_t>::max()));
 }
