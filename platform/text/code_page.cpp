@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
+#include <cstring>
 
 #include "platform/text/text.h"
 
@@ -194,8 +196,21 @@ int byteOf(char32_t codePoint, int page) {
     return it == p->upperHalf.end() ? -1 : static_cast<int>(it - p->upperHalf.begin()) + 0x80;
 }
 
+bool isAscii(std::string_view s) {
+    constexpr uint64_t kHighBits = 0x8080808080808080;
+    size_t i = 0;
+    for (; i + sizeof kHighBits <= s.size(); i += sizeof kHighBits) {
+        uint64_t bytes;
+        std::memcpy(&bytes, s.data() + i, sizeof bytes);
+        if (bytes & kHighBits) return false;
+    }
+    for (; i < s.size(); ++i)
+        if (s[i] & 0x80) return false;
+    return true;
+}
+
 std::string decode(std::string_view bytes, int page) {
-    if (page == 65001) return std::string(bytes);
+    if (page == 65001 || isAscii(bytes)) return std::string(bytes);
     std::string out;
     out.reserve(bytes.size() + bytes.size() / 8);
     for (char c : bytes) appendUtf8(out, codePointOf(static_cast<unsigned char>(c), page));
@@ -203,7 +218,7 @@ std::string decode(std::string_view bytes, int page) {
 }
 
 std::string encode(std::string_view utf8, int page, char substitute) {
-    if (page == 65001) return std::string(utf8);
+    if (page == 65001 || isAscii(utf8)) return std::string(utf8);
     std::string out;
     out.reserve(utf8.size());
     for (size_t i = 0; i < utf8.size();) {

@@ -9,6 +9,9 @@ namespace text {
 // Code pages that are known: 1250 to 1258 and 437, 850 (single byte). 65001 is UTF-8.
 bool isKnownCodePage(int page);
 
+// Only bytes below 128: the text is the same in every code page.
+bool isAscii(std::string_view text);
+
 // Bytes of a code page as UTF-8. Bytes that the page leaves open become the C1 control of the same number,
 // so that they survive the way back.
 std::string decode(std::string_view bytes, int page = 1252);
