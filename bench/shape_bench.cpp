@@ -92,7 +92,10 @@ void benchShapes(const std::string& folder, const std::string& kind, int32_t typ
                  bool others) {
     std::string stem = folder + kind, theirs = folder + "theirs";
     double write = bestOf(3, [&] { writeShapes(stem, type, count, vertices); });
-    double copy = bestOf(3, [&] { copyFile(stem + ".shp", folder + "copy"); });
+    double copy = bestOf(3, [&] {
+        copyFile(stem + ".shp", folder + "copy");
+        copyFile(stem + ".shx", folder + "copy.shx");
+    });
     double read = bestOf(3, [&] { readShapes(stem, count, 0); });
     std::string numbers = " " + kind + " " + std::to_string(count) + " " + std::to_string(vertices);
     std::string python = "/usr/bin/python3 " + kScripts + "shape_bench.py ";
@@ -116,12 +119,15 @@ void writeTable(const std::string& stem, int count) {
         else
             DbfAddField(table.get(), name, f % 4 == 1 ? kDbfInteger : kDbfDouble, 10, f % 4 == 1 ? 0 : 3);
     }
-    char text[32];
+    static const std::vector<std::string> texts = [] {
+        std::vector<std::string> made;
+        for (int i = 0; i < 1000; ++i) made.push_back("value " + std::to_string(i));
+        return made;
+    }();
     for (int i = 0; i < count; ++i)
         for (int f = 0; f < kFields; ++f) {
             if (f % 2 == 0) {
-                std::snprintf(text, sizeof text, "value %d", i % 1000);
-                DbfWriteStringAttribute(table.get(), i, f, text);
+                DbfWriteStringAttribute(table.get(), i, f, texts[static_cast<size_t>(i % 1000)]);
             } else if (f % 4 == 1) {
                 DbfWriteIntegerAttribute(table.get(), i, f, i % 5000);
             } else {

@@ -37,8 +37,9 @@ def write_table(stem, count):
             writer.field("T%d" % f, "C", 12)
         else:
             writer.field("N%d" % f, "N", 10, 0 if f % 4 == 1 else 3)
+    texts = ["value %d" % i for i in range(1000)]
     for i in range(count):
-        writer.record(*["value %d" % (i % 1000) if f % 2 == 0 else i % 5000 + (0 if f % 4 == 1 else 0.25)
+        writer.record(*[texts[i % 1000] if f % 2 == 0 else i % 5000 + (0 if f % 4 == 1 else 0.25)
                         for f in range(20)])
     writer.close()
 

@@ -139,12 +139,13 @@ bool beginWrite(DbfHandle& handle, int32_t record, int32_t field) {
 
 void putText(DbfHandle& handle, std::string_view room, std::string_view text) {
     std::string encoded;
-    bool ascii = std::all_of(text.begin(), text.end(), [](char c) { return (c & 0x80) == 0; });
+    bool ascii = text::isAscii(text);
     if (!ascii && handle.codePage != kUtf8) text = encoded = text::encode(text, handle.codePage);
-    text = handle.codePage == kUtf8 ? text::cutToBytes(text, room.size()) : text.substr(0, room.size());
+    if (text.size() > room.size())
+        text = handle.codePage == kUtf8 ? text::cutToBytes(text, room.size()) : text.substr(0, room.size());
     char* to = handle.recordBuffer.data() + (room.data() - handle.recordBuffer.data());
-    std::memset(to, ' ', room.size());
     std::memcpy(to, text.data(), text.size());
+    std::memset(to + text.size(), ' ', room.size() - text.size());
 }
 
 void putNumber(DbfHandle& handle, std::string_view room, int32_t field, double value) {
@@ -242,8 +243,7 @@ const char* DbfReadStringAttribute(DbfHandle* handle, int32_t record, int32_t fi
     bytes = bytes.substr(0, bytes.find('\0'));
     bytes.remove_prefix(std::min(bytes.find_first_not_of(' '), bytes.size()));
     while (!bytes.empty() && bytes.back() == ' ') bytes.remove_suffix(1);
-    bool ascii = std::all_of(bytes.begin(), bytes.end(), [](char c) { return (c & 0x80) == 0; });
-    if (ascii || handle->codePage == kUtf8)
+    if (text::isAscii(bytes) || handle->codePage == kUtf8)
         attributeText = bytes;
     else
         attributeText = text::decode(bytes, handle->codePage);

@@ -56,7 +56,8 @@ bool readIndex(ShapeHandle& handle, int64_t bytesTold) {
     for (size_t i = 0; i < count; ++i, entry += kEntrySize) {
         handle.recordOffsets[i] = bytesOfWords(entry);
         handle.recordSizes[i] = bytesOfWords(entry + 4);
-        // One that reaches out of the file has no room: were it written in place, it would meet later records.
+        // One that reaches out of the file has no room: were it written in place, it would meet later
+        // records.
         int64_t end = int64_t{handle.recordOffsets[i]} + handle.recordSizes[i] + 8;
         if (handle.recordOffsets[i] < 0 || handle.recordSizes[i] < 0 || end > handle.shpFile->size())
             handle.recordSizes[i] = 0;
@@ -75,13 +76,21 @@ int32_t endOfRecords(const ShapeHandle& handle, int32_t told) {
 }
 
 bool writeIndex(ShapeHandle& handle) {
+    constexpr size_t kBlock = 4096;
     size_t count = static_cast<size_t>(handle.recordCount);
-    std::string index(count * kEntrySize, '\0');
-    for (size_t i = 0; i < count; ++i) {
-        files::putBig32(&index[i * kEntrySize], static_cast<uint32_t>(handle.recordOffsets[i]) / 2);
-        files::putBig32(&index[i * kEntrySize + 4], static_cast<uint32_t>(handle.recordSizes[i]) / 2);
+    std::array<char, kBlock * kEntrySize> block;
+    for (size_t first = 0; first < count; first += kBlock) {
+        size_t entries = std::min(kBlock, count - first);
+        for (size_t i = 0; i < entries; ++i) {
+            files::putBig32(&block[i * kEntrySize],
+                            static_cast<uint32_t>(handle.recordOffsets[first + i]) / 2);
+            files::putBig32(&block[i * kEntrySize + 4],
+                            static_cast<uint32_t>(handle.recordSizes[first + i]) / 2);
+        }
+        int64_t at = static_cast<int64_t>(kHeaderSize + first * kEntrySize);
+        if (!handle.shxFile->write(at, {block.data(), entries * kEntrySize})) return false;
     }
-    return handle.shxFile->write(kHeaderSize, index);
+    return true;
 }
 
 bool writeAtClose(ShapeHandle& handle) {
