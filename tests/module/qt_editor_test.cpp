@@ -138,6 +138,23 @@ TEST_F(QtEditor, ListsOpenByKeyAndNewTextJoinsThem) {
     EXPECT_EQ(sqlite("template.mdb", "select FIELD_NAME from ZGEO_SMART_PROMPTING"), "~LAMP\n");
 }
 
+TEST_F(QtEditor, ATemplateThatDisappearsLosesNothingOfTheSheet) {
+    does(
+        joined({newTemplateWithCategory(),
+                {press(Qt::Key_N, Qt::AltModifier), type("pole"), press(Qt::Key_Enter), type("lamp"),
+                 press(Qt::Key_Enter), type("Lamp"), press(Qt::Key_Enter),
+                 [this] { fs::rename(path("template.mdb"), path("away.mdb")); },
+                 press(Qt::Key_S, Qt::ControlModifier), title("Error"), press(Qt::Key_Enter),
+                 title("Define Template Database *"),
+                 see([] { return child<QTableView>(1008)->model()->index(0, 0).data().toString() == "LAMP"; },
+                     "row"),
+                 [this] { fs::rename(path("away.mdb"), path("template.mdb")); },
+                 press(Qt::Key_S, Qt::ControlModifier), title("Define Template Database")},
+                leave()}));
+    EXPECT_EQ(lisp("(cf:gis_smart_prompting 15)"), "1");
+    EXPECT_EQ(sqlite("template.mdb", "select FIELD_NAME from ZGEO_SMART_PROMPTING"), "LAMP\n");
+}
+
 int main(int argc, char** argv) {
     return runQtTests(argc, argv);
 }

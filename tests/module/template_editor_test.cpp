@@ -297,3 +297,17 @@ TEST_F(Editor, ATemplateThatCannotBeWrittenLosesNothing) {
     sqlite("t.mdb", "drop trigger full");
     EXPECT_EQ(features() + categories(), before);
 }
+
+TEST_F(Editor, AListThatDoesNotFitIsRefusedWhole) {
+    treeTemplate();
+    const std::string before = features() + categories();
+    std::string line = "|00|STREET,Street,A ST,A ST";
+    for (int i = 0; i < 100; ++i) line += ",STREET " + std::to_string(i);
+    write("road.gis", "|00|LANES,Lanes, ,\n" + line + "\n");
+    ui_.answerFile(path("road.gis"));
+    category("PLANTS"), box("OK"), box("OK"), box("No"), box("Yes");
+    edit({menu("GIS File/Import"), at(2, 1, "Number of lanes"), key("Ctrl+S"), show()});
+    EXPECT_TRUE(shown("box [Error]"));
+    EXPECT_TRUE(shown("Define Template Database *"));
+    EXPECT_EQ(features() + categories(), before);
+}

@@ -38,20 +38,26 @@ class QtPerson {
     static W* child(int id) {
         return window() ? window()->findChild<W*>(QString::number(id)) : nullptr;
     }
+    // A window that has just been opened takes a moment until it has the keyboard.
+    static bool keyboardIsTaken() { return QApplication::focusWidget() != nullptr; }
     static Action press(Qt::Key key, Qt::KeyboardModifiers with = Qt::NoModifier) {
-        return [=] {
-            QWidget* target = QApplication::focusWidget() ? QApplication::focusWidget() : window();
-            ASSERT_NE(target, nullptr);
-            QTest::keyClick(target, key, with);
-        };
+        return Action(
+            [=] {
+                QWidget* target = QApplication::focusWidget() ? QApplication::focusWidget() : window();
+                ASSERT_NE(target, nullptr);
+                QTest::keyClick(target, key, with);
+            },
+            keyboardIsTaken);
     }
     static Action type(std::string text) {
-        return [=] {
-            for (char c : text) {
-                ASSERT_NE(QApplication::focusWidget(), nullptr);
-                QTest::keyClick(QApplication::focusWidget(), c);
-            }
-        };
+        return Action(
+            [=] {
+                for (char c : text) {
+                    ASSERT_NE(QApplication::focusWidget(), nullptr);
+                    QTest::keyClick(QApplication::focusWidget(), c);
+                }
+            },
+            keyboardIsTaken);
     }
     static Action clickButton(int id) {
         return [=] {
@@ -67,7 +73,7 @@ class QtPerson {
         return Action([=] { EXPECT_TRUE(what()) << name; }, what);
     }
     static Action focusOn(int id) {
-        return see(
+        return until(
             [=] {
                 return QApplication::focusWidget() &&
                        QApplication::focusWidget()->objectName() == QString::number(id);
