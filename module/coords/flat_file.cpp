@@ -119,7 +119,8 @@ int FlatFile::CopyFile(const std::string& newPath) {
 int FlatFile::RenameFile(const std::string& newPath) {
     std::string old = path, target = files::native(newPath);
     file_.reset();
-    bool renamed = std::rename(files::onDisk(old).c_str(), target.c_str()) == 0;
+    // Another file of that name is not overwritten.
+    bool renamed = !files::exists(target) && std::rename(files::onDisk(old).c_str(), target.c_str()) == 0;
     int opened = Open(renamed ? target : old);
     return renamed ? opened : fail(kCannotRename);
 }

@@ -11,6 +11,7 @@
 #include "module/coords/point_range.h"
 #include "platform/files/byte_order.h"
 #include "platform/files/files.h"
+#include "platform/files/random_file.h"
 #include "platform/text/code_page.h"
 #include "platform/text/text.h"
 
@@ -64,6 +65,17 @@ std::string textAt(const RecordStore::Record& record, size_t at, size_t room) {
 
 void putText(RecordStore::Record& record, size_t at, const std::string& encoded) {
     std::copy(encoded.begin(), encoded.end(), record.begin() + static_cast<std::ptrdiff_t>(at));
+}
+
+std::unique_ptr<files::RandomFile> openAlone(const std::string& path) {
+    return files::RandomFile::open(path, files::RandomFile::Mode::kUpdate,
+                                   files::RandomFile::Sharing::kDenyWriters);
+}
+
+// Nobody has the file open, and all of it has reached the disk.
+bool isOnDisk(const std::string& path) {
+    auto file = openAlone(path);
+    return file && file->sync();
 }
 
 bool renameFile(const std::string& from, const std::string& to) {
@@ -126,6 +138,8 @@ int IndexedFile::CopyFile(const std::string& newPath) {
     std::string target = files::native(newPath), source = path;
     if (!store_.close()) return fail(kReadFailed);
     std::optional<std::string> data = files::read(source);
+    // A file that somebody works with is left alone.
+    if (files::exists(target) && !openAlone(target)) data.reset();
     // The index of the copy is made from its data when it is opened.
     bool copied = data && files::replace(target, *data) && files::remove(IndexPath(target));
     if (copied) return Open(target);
@@ -144,7 +158,8 @@ bool IndexedFile::moveBoth(const std::string& from, const std::string& to) {
 int IndexedFile::RenameFile(const std::string& newPath) {
     std::string old = path, target = files::native(newPath);
     store_.close();
-    bool moved = moveBoth(old, target);
+    // Another file of that name is not overwritten.
+    bool moved = !files::exists(target) && moveBoth(old, target);
     if (moved && Open(target)) return 1;
     if (moved) moveBoth(target, old);
     Open(old);
@@ -156,7 +171,7 @@ int IndexedFile::RenameFile(const std::string& newPath) {
 int IndexedFile::Replace(const std::string& temporaryPath) {
     std::string temporary = files::native(temporaryPath), target = path;
     store_.close();
-    bool moved = renameFile(temporary, target);
+    bool moved = isOnDisk(temporary) && renameFile(temporary, target);
     if (moved) renameFile(IndexPath(temporary), IndexPath(target));
     int reopened = Open(target);
     return moved ? reopened : fail(kCannotRename);

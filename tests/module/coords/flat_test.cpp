@@ -381,13 +381,18 @@ TEST_P(AnyFile, CopiesRenamesAndDeletes) {
     ASSERT_TRUE(file->RenameFile(folder_("renamed" + extension)));
     EXPECT_EQ(namesOf(*file), "1 2");
     EXPECT_FALSE(files::exists(folder_(copy)));
-    EXPECT_FALSE(file->RenameFile(folder_("no/such/folder" + extension)));
-    EXPECT_EQ(file->error, 26);
+    put("taken" + extension, "somebody's points");
+    for (const std::string& target : {"no/such/folder" + extension, "taken" + extension}) {
+        EXPECT_FALSE(file->RenameFile(folder_(target)));
+        EXPECT_EQ(file->error, 26);
+    }
+    EXPECT_EQ(bytes("taken" + extension), "somebody's points");
     EXPECT_EQ(namesOf(*file), "1 2");
     auto original = open(first);
     ASSERT_TRUE(original);
     EXPECT_EQ(namesOf(*original), "1");
     EXPECT_FALSE(file->CopyFile(folder_("no/such/folder" + extension)));
+    EXPECT_FALSE(file->CopyFile(folder_(first))) << "somebody works with it";
     EXPECT_EQ(namesOf(*file), "1 2");
     EXPECT_TRUE(original->DeleteFile());
     EXPECT_FALSE(files::exists(folder_(first)));
