@@ -82,23 +82,35 @@ class QtPerson {
     }
 
   private:
-    // The next one is set off first: an action may open a window with an event loop of its own.
-    void step(int waited = 0) {
-        constexpr int kPause = 15, kPatience = 5000;  // milliseconds
-        QTimer::singleShot(kPause, &context_, [this, waited] {
-            if (next_ >= actions_.size()) return;
-            const Action& next = actions_[next_];
-            if (next.ready && waited < kPatience && !next.ready()) return step(waited + kPause);
-            std::function<void()> act = next.act;
-            ++next_;
-            step();
-            act();
-        });
+    // The next one is set off before: an action may open a window with an event loop of its own. After it,
+    // the pause begins again, so that an event loop that the action has ended is left first.
+    void step() {
+        waited_ = 0;
+        timer_.setSingleShot(true);
+        QObject::disconnect(&timer_, nullptr, nullptr, nullptr);
+        QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { act(); });
+        timer_.start(kPause);
+    }
+    void act() {
+        if (next_ >= actions_.size()) return;
+        const Action& next = actions_[next_];
+        if (next.ready && waited_ < kPatience && !next.ready()) {
+            waited_ += kPause;
+            return timer_.start(kPause);
+        }
+        std::function<void()> action = next.act;
+        ++next_;
+        waited_ = 0;
+        timer_.start(kPause);
+        action();
+        timer_.start(kPause);
     }
 
+    static constexpr int kPause = 20, kPatience = 10000;  // milliseconds
     std::vector<Action> actions_;
     size_t next_ = 0;
-    QObject context_;
+    int waited_ = 0;
+    QTimer timer_;
 };
 
 // The main function of a test program with windows.
