@@ -33,20 +33,27 @@ void EntityTable::fill(const Drawing& drawing, const LinkedRecords& links, const
     for (const QString& word : filter.toUpper().split(' ', Qt::SkipEmptyParts))
         words.push_back(word.toStdString());
     beginResetModel();
+    drawing_ = &drawing;
+    links_ = &links;
     rows_.clear();
-    for (ObjectId id = drawing.firstEntity(); id; id = drawing.nextEntity(id)) {
-        Groups groups = drawing.groups(id);
-        Row row{id, drawing.object(id).handle, drawing.type(id), textOf(groups, 8, "0"),
-                links.feature(groups)};
-        if ((!onlyLinked || !row.feature.empty()) && passes(row, words)) rows_.push_back(row);
-    }
+    const bool listsAll = words.empty() && !onlyLinked;
+    for (ObjectId id = drawing.firstEntity(); id; id = drawing.nextEntity(id))
+        if (listsAll || ((!onlyLinked || !row(id).feature.empty()) && passes(row(id), words)))
+            rows_.push_back(id);
     sortRows();
     endResetModel();
+}
+
+EntityTable::Row EntityTable::row(ObjectId id) const {
+    Groups groups = drawing_->groups(id);
+    return {id, drawing_->object(id).handle, drawing_->type(id), textOf(groups, 8, "0"),
+            links_->feature(groups)};
 }
 
 void EntityTable::clear() {
     beginResetModel();
     rows_.clear();
+    drawing_ = nullptr;
     endResetModel();
 }
 
@@ -62,7 +69,7 @@ std::vector<int> EntityTable::rowsOf(const std::vector<ObjectId>& ids) const {
     std::vector<int> rows;
     if (ids.empty()) return rows;
     for (size_t i = 0; i < rows_.size(); ++i)
-        if (std::binary_search(ids.begin(), ids.end(), rows_[i].id)) rows.push_back(static_cast<int>(i));
+        if (std::binary_search(ids.begin(), ids.end(), rows_[i])) rows.push_back(static_cast<int>(i));
     return rows;
 }
 
@@ -76,7 +83,7 @@ int EntityTable::columnCount(const QModelIndex& parent) const {
 
 QVariant EntityTable::data(const QModelIndex& index, int role) const {
     if (role != Qt::DisplayRole || !index.isValid()) return {};
-    const Row& row = rows_[static_cast<size_t>(index.row())];
+    const Row row = this->row(entity(index.row()));
     switch (index.column()) {
         case kType:
             return toQt(row.type);
@@ -104,10 +111,14 @@ void EntityTable::sort(int column, Qt::SortOrder order) {
 }
 
 void EntityTable::sortRows() {
+    if (sortColumn_ < 0 || rows_.empty()) return;
+    std::vector<Row> rows;
+    for (ObjectId id : rows_) rows.push_back(row(id));
     auto by = [&](auto key) {
-        std::stable_sort(rows_.begin(), rows_.end(), [&](const Row& a, const Row& b) {
+        std::stable_sort(rows.begin(), rows.end(), [&](const Row& a, const Row& b) {
             return sortOrder_ == Qt::AscendingOrder ? key(a) < key(b) : key(b) < key(a);
         });
+        for (size_t i = 0; i < rows.size(); ++i) rows_[i] = rows[i].id;
     };
     switch (sortColumn_) {
         case kType:

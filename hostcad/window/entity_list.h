@@ -24,11 +24,11 @@ class EntityTable : public QAbstractTableModel {
     enum Column { kType, kLayer, kHandle, kFeature, kColumns };
     using QAbstractTableModel::QAbstractTableModel;
 
-    // Lists a drawing, which must stay until the next call. Entities are listed that hold every word of the
-    // filter in one of their columns.
+    // Lists a drawing, which must stay, with the links, until the next call. Entities are listed that hold
+    // every word of the filter in one of their columns.
     void fill(const Drawing& drawing, const LinkedRecords& links, const QString& filter, bool onlyLinked);
     void clear();
-    ObjectId entity(int row) const { return rows_[static_cast<size_t>(row)].id; }
+    ObjectId entity(int row) const { return rows_[static_cast<size_t>(row)]; }
     // The rows of entities, which are given in ascending order.
     std::vector<int> rowsOf(const std::vector<ObjectId>& ids) const;
 
@@ -44,10 +44,13 @@ class EntityTable : public QAbstractTableModel {
         uint64_t handle;
         std::string_view type, layer, feature;  // in the drawing
     };
+    Row row(ObjectId id) const;
     bool passes(const Row& row, const std::vector<std::string>& words) const;
     void sortRows();
 
-    std::vector<Row> rows_;
+    const Drawing* drawing_ = nullptr;
+    const LinkedRecords* links_ = nullptr;
+    std::vector<ObjectId> rows_;
     int sortColumn_ = -1;  // drawing order
     Qt::SortOrder sortOrder_ = Qt::AscendingOrder;
 };
