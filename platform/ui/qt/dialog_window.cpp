@@ -70,7 +70,9 @@ void DialogWindow::arrange() {
         if (control->kind() == ControlKind::Menu) column->setMenuBar(widgetOf(control->id()));
     place(*column, dialog_.layout());
     Size size = dialog_.size();
-    if (size.width > 0) resize(scaled(size.width), scaled(size.height));
+    QSize wished = size.width > 0 ? QSize(scaled(size.width), scaled(size.height)) : sizeHint();
+    // A small screen still shows all of it.
+    resize(screen() ? wished.boundedTo(screen()->availableSize()) : wished);
 }
 
 void DialogWindow::placeTable(QGridLayout& into, const Layout& table) {
