@@ -36,6 +36,9 @@ class MainWindow : public QMainWindow, public Output, public InputSource, public
     // Opens a drawing, after a question where unsaved work would be lost.
     void openDrawing(const std::string& path);
 
+    // Programs run, and nothing is asked.
+    bool isBusy() const;
+
     Canvas& canvas() { return *canvas_; }
     CommandPanel& commandPanel() { return *panel_; }
     EntityList& entityList() { return *list_; }
@@ -80,8 +83,6 @@ class MainWindow : public QMainWindow, public Output, public InputSource, public
     // Gives the waiting prompt its answer.
     void supply(Input input);
     bool isWaiting() const { return loop_ != nullptr; }
-    // Programs run, and nothing is asked.
-    bool isBusy() const;
     // Lets the window live on while programs run: it is painted, and Escape ends them.
     void breathe();
     std::optional<Input> queuedInput(const Prompt& prompt);

@@ -127,6 +127,7 @@ TEST_F(WindowPrompts, EnterSaysTheLastCommandAgainAndDeleteErasesTheSelection) {
 }
 
 TEST_F(WindowPrompts, EscapeEndsAProgramThatRunsOn) {
+    isImpatient_ = true;
     person({typing("(while t (setq i 1))"), [&] { press(Qt::Key_Escape); }, [] {}});
     settle();
     EXPECT_TRUE(says("Function cancelled"));
