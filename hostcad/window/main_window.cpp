@@ -164,7 +164,10 @@ void MainWindow::makeToolBar() {
     bar->addSeparator();
     // These go on while a prompt waits.
     add(Icon::ZoomExtents, "Zoom to everything", [this] { zoomExtents(); });
-    add(Icon::ZoomWindow, "Zoom to a window", [this] { canvas_->zoomToNextBox(true); });
+    add(Icon::ZoomWindow, "Zoom to a window", [this] {
+        panel_->write("\nDraw a box round what is to be seen.\n");
+        canvas_->zoomToNextBox(true);
+    });
     add(Icon::ZoomPrevious, "Previous view", [this] { zoomPrevious(); });
     bar->addSeparator();
     add(Icon::Prompting, "GIS smart prompting", [this] { runLine("GIS-PROMPT"); });

@@ -115,6 +115,16 @@ TEST(MenuFile, OffersWhatIsWrittenInIt) {
     EXPECT_TRUE(headings[4].entries[0].enabled);
     EXPECT_FALSE(headings[4].entries[5].enabled);
     EXPECT_TRUE(hostcad::readMenuFile("no such file").empty());
+    // Alt and a letter leads to one entry.
+    for (const hostcad::MenuHeading& heading : headings) {
+        std::string letters;
+        for (const hostcad::MenuEntry& entry : heading.entries)
+            if (size_t mark = entry.caption.find('&'); mark != std::string::npos) {
+                char letter = static_cast<char>(std::tolower(entry.caption[mark + 1]));
+                EXPECT_EQ(letters.find(letter), std::string::npos) << entry.caption;
+                letters += letter;
+            }
+    }
 }
 
 int main(int argc, char** argv) {
