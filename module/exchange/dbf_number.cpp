@@ -25,26 +25,30 @@ size_t quickDecimals(double value, int decimals, char* out) {
     if (decimals > kMostQuickDecimals) return 0;
     double scaled = std::fabs(value) * kPowers[decimals];
     if (scaled >= kExact) return 0;
-    double whole = std::floor(scaled);
-    double rest = scaled - whole;
+    auto units = static_cast<int64_t>(scaled);
+    double rest = scaled - static_cast<double>(units);
     if (std::fabs(rest - 0.5) < kMargin) return 0;
-    auto units = static_cast<int64_t>(whole) + (rest > 0.5 ? 1 : 0);
-    auto one = static_cast<int64_t>(kPowers[decimals]);
+    if (rest > 0.5) ++units;
+    char digits[kLongest];
+    size_t count = digitsOf(units, digits), places = static_cast<size_t>(decimals);
     char* at = out;
     if (std::signbit(value)) *at++ = '-';
-    at += digitsOf(units / one, at);
+    size_t whole = count > places ? count - places : 0;
+    if (whole == 0) *at++ = '0';
+    at = std::copy_n(digits, whole, at);
     *at++ = '.';
-    int64_t fraction = units % one;
-    for (int i = decimals; i-- > 0; fraction /= 10) at[i] = static_cast<char>('0' + fraction % 10);
-    return static_cast<size_t>(at + decimals - out);
+    at = std::fill_n(at, places - (count - whole), '0');
+    return static_cast<size_t>(std::copy(digits + whole, digits + count, at) - out);
 }
 
 }  // namespace
 
 void formatDbfNumber(double value, int width, int decimals, char* out) {
     size_t room = static_cast<size_t>(width);
-    std::memset(out, ' ', room);
-    if (!std::isfinite(value)) return;
+    if (!std::isfinite(value)) {
+        std::memset(out, ' ', room);
+        return;
+    }
     char digits[kLongest];
     size_t length = 0;
     if (decimals == 0) {
@@ -55,8 +59,7 @@ void formatDbfNumber(double value, int width, int decimals, char* out) {
         auto end = std::to_chars(digits, digits + kLongest, value, std::chars_format::fixed, decimals).ptr;
         length = static_cast<size_t>(end - digits);
     }
-    if (length >= room)
-        std::memcpy(out, digits, room);
-    else
-        std::memcpy(out + room - length, digits, length);
+    size_t shown = std::min(length, room);
+    std::memset(out, ' ', room - shown);
+    std::memcpy(out + room - shown, digits, shown);
 }
