@@ -1,5 +1,7 @@
 // What happens to points when a process dies, a disk is full, or two programs meet.
+#include <sched.h>
 #include <signal.h>
+#include <sys/mount.h>
 #include <sys/resource.h>
 
 #include "module/coords/indexed_file.h"
@@ -17,6 +19,25 @@ class Safety : public CoordsTest, public testing::WithParamInterface<int> {
         std::vector<PointRecord> points;
         for (int i = 1; i <= count; ++i) points.push_back(makePoint(std::to_string(i), i, i, i, "kept"));
         EXPECT_EQ(file->WriteAll(points, 0), points.size());
+    }
+    // Writes until there is no room. 0 when each point that went in is there afterwards; else where it went
+    // wrong.
+    int fillTheDisk() {
+        constexpr int kMost = 5000;
+        put("ballast", std::string(40000, 'x'));
+        auto file = create(GetParam(), name_);
+        int written = 0;
+        while (written < kMost && file->Write(makePoint(std::to_string(written + 1), written + 1), 1))
+            ++written;
+        if (written == 0 || written == kMost || file->error == kNoError) return 1;
+        if (file->Pack()) return 2;
+        file.reset();
+        files::remove(folder_("ballast"));
+        file = open(name_);
+        if (!file) return 3;
+        for (int i = 1; i <= written; ++i)
+            if (!file->Find(std::to_string(i), point_, 0, 1) || point_.northing != i) return 4;
+        return file->Find(std::to_string(written + 1), point_, 0, 1) ? 5 : 0;
     }
     std::string name_;
 };
@@ -119,6 +140,24 @@ TEST_P(Safety, AFullDiskLeavesTheOldFile) {
     }
     EXPECT_FALSE(file->Find("5000", point_, 0, 1));
     EXPECT_EQ(bytes(name_).substr(288), before.substr(288));
+}
+
+// On a real file system that is full, mounted where only the child sees it.
+TEST_P(Safety, AFullFileSystem) {
+    constexpr int kNoMount = 77;
+    pid_t child = ::fork();
+    if (child == 0) {
+        bool mounted = ::unshare(CLONE_NEWNS) == 0 &&
+                       ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+                       ::mount("tmpfs", folder_.path().c_str(), "tmpfs", 0, "size=128k") == 0;
+        ::_exit(mounted ? fillTheDisk() : kNoMount);
+    }
+    int status = -1;
+    ::waitpid(child, &status, 0);
+    if (WIFEXITED(status) && WEXITSTATUS(status) == kNoMount)
+        GTEST_SKIP() << "no file system can be mounted here";
+    EXPECT_TRUE(WIFEXITED(status));
+    EXPECT_EQ(WEXITSTATUS(status), 0);
 }
 
 TEST_P(Safety, NoRoomForANewVersion) {
