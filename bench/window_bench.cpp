@@ -11,6 +11,7 @@
 
 #include <QApplication>
 #include <QMouseEvent>
+#include <QThread>
 #include <QWheelEvent>
 #include <chrono>
 #include <cstdio>
@@ -135,6 +136,18 @@ void zoom(Canvas& canvas, int steps, const char* what) {
     });
 }
 
+// The complete picture, made when the view has come to rest.
+void rest(Canvas& canvas, const char* what) {
+    constexpr unsigned long kUntilRest = 250;  // milliseconds
+    QThread::msleep(kUntilRest);
+    QApplication::processEvents();
+    print(what, timeOf([&] {
+              canvas.refresh();
+              canvas.repaint();
+          }),
+          1e3, "ms");
+}
+
 void pick(Canvas& canvas, const char* what) {
     constexpr int kPicks = 200;
     size_t found = 0;
@@ -197,11 +210,14 @@ void work(const std::string& path, int argc, char** argv) {
     program.open(path);
     Canvas& canvas = program.window.canvas();
     pan(canvas, "panning over all of it");
+    rest(canvas, "the picture at rest, all of it");
     zoom(canvas, 12, "zooming in from all of it");
-    pan(canvas, "panning, six times nearer");
+    pan(canvas, "panning, nine times nearer");
+    rest(canvas, "the picture at rest, nine times nearer");
     zoom(canvas, 12, "zooming in further");
-    pan(canvas, "panning, forty times nearer");
-    pick(canvas, "pick, forty times nearer");
+    pan(canvas, "panning, seventy-five times nearer");
+    rest(canvas, "the picture at rest, seventy-five times nearer");
+    pick(canvas, "pick, seventy-five times nearer");
     zoom(canvas, -24, "zooming out again");
     canvas.zoomExtents();
     pick(canvas, "pick with all of it in view");
