@@ -81,8 +81,8 @@ class Engine {
     // be read from elsewhere, since closing it would drop the locks that this process holds on it.
     virtual std::shared_ptr<Connection> alreadyOpen(const Source&) { return nullptr; }
     virtual std::shared_ptr<Connection> open(const Source& source) = 0;
-    // Whether new files are made by this engine.
-    virtual bool creates() const { return false; }
+    // Whether new files of this name are made by this engine.
+    virtual bool creates(const std::string&) const { return false; }
     virtual std::shared_ptr<Connection> create(const std::string& path, const std::string& locale,
                                                int options);
 };

@@ -1,5 +1,7 @@
 #include "platform/dao/engines.h"
 
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
@@ -12,7 +14,7 @@ namespace dao {
 namespace {
 
 std::vector<std::shared_ptr<Engine>>& engines() {
-    static std::vector<std::shared_ptr<Engine>> list = {sqliteEngine()};
+    static std::vector<std::shared_ptr<Engine>> list = {sqliteEngine(), accessEngine()};
     return list;
 }
 
@@ -32,17 +34,10 @@ std::string readHead(const std::string& path) {
     return std::string(bytes, size);
 }
 
-bool isAccessFile(std::string_view head) {
-    return head.size() >= 20 && head.substr(0, 4) == std::string_view("\0\1\0\0", 4) &&
-           (head.substr(4, 15) == "Standard Jet DB" || head.substr(4, 15) == "Standard ACE DB");
-}
-
 [[noreturn]] void noEngine(const Source& source) {
     if (!source.connect.empty())
         throw CDaoException("This version cannot open ODBC sources: there is no engine for \"" +
                             source.connect + "\".");
-    if (isAccessFile(source.head))
-        throw CDaoException("\"" + source.path + "\" is an Access file; this version cannot open it yet.");
     throw CDaoException("The file \"" + source.path + "\" is no database, or one of an unknown format.");
 }
 
@@ -67,6 +62,11 @@ int lockTimeout() {
     return lockTimeoutMilliseconds;
 }
 
+bool isReadOnlyFile(const std::string& path) {
+    struct stat s;
+    return ::stat(path.c_str(), &s) == 0 && !(s.st_mode & 0222);
+}
+
 std::shared_ptr<Connection> openSource(const std::string& path, bool exclusive, bool readOnly,
                                        const std::string& connect) {
     Source source{files::onDisk(path), connect, "", exclusive, readOnly};
@@ -87,7 +87,7 @@ std::shared_ptr<Connection> createSource(const std::string& path, const std::str
     if (files::isFolder(target)) throw CDaoException("\"" + target + "\" is a folder, not a database.");
     if (files::exists(target)) throw CDaoException("The database \"" + target + "\" exists already.");
     for (auto it = engines().rbegin(); it != engines().rend(); ++it)
-        if ((*it)->creates()) return (*it)->create(target, locale, options);
+        if ((*it)->creates(target)) return (*it)->create(target, locale, options);
     throw CDaoException("This version makes no new databases.");
 }
 

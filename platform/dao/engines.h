@@ -9,7 +9,12 @@ std::shared_ptr<Connection> openSource(const std::string& path, bool exclusive, 
                                        const std::string& connect);
 std::shared_ptr<Connection> createSource(const std::string& path, const std::string& locale, int options);
 
-// The engine for SQLite files, which is always there.
+// The engines that are always there: for SQLite files, and for Access files.
 std::shared_ptr<Engine> sqliteEngine();
+std::shared_ptr<Engine> accessEngine();
+
+// A file without any permission to write is read-only for everybody, as a file with the read-only attribute
+// is.
+bool isReadOnlyFile(const std::string& path);
 
 }  // namespace dao

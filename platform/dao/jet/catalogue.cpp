@@ -63,7 +63,7 @@ const CatalogueEntry* Catalogue::table(std::string_view name) const {
     return nullptr;
 }
 
-Bytes Catalogue::properties(const CatalogueEntry& entry) const {
+Bytes Catalogue::properties(const CatalogueEntry& entry) {
     Records::Place place;
     if (!objects_.find(entry.row, place)) return {};
     Value value = objects_.value(objects_.view(place), column("LvProp"));

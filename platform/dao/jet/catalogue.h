@@ -51,7 +51,7 @@ class Catalogue {
     const CatalogueEntry* table(std::string_view name) const;
 
     // The stored properties of an object.
-    Bytes properties(const CatalogueEntry& entry) const;
+    Bytes properties(const CatalogueEntry& entry);
     void setProperties(const CatalogueEntry& entry, const Bytes& stored);
 
     void addTable(const std::string& name, uint32_t page, const Bytes& properties);

@@ -180,6 +180,8 @@ void PageFile::beginWrite() {
     if (writing_) return;
     if (options_.readOnly) throw Error("The database \"" + path_ + "\" cannot be changed: it is read-only.");
     if (!options_.exclusive && !tryLock(F_WRLCK, kWriter)) {
+        // Who waits for a writer must not keep it from committing.
+        if (reading_ > 0) locked();
         tryLock(F_RDLCK, kWaiting);
         try {
             lock(F_WRLCK, kWriter, true);

@@ -5,7 +5,8 @@
 // kept between two readings and forgotten when another process has written, which is seen by the file's time
 // of change; a commit always moves it forward.
 //
-// Writing. beginWrite makes this the one process that may write. Changed pages stay in memory until commit,
+// Writing. beginWrite makes this the one process that may write; it waits for others unless it stands between
+// beginRead and endRead, when it fails at once. Changed pages stay in memory until commit,
 // which writes the journal, waits for the readers to go, writes the pages and removes the journal. A Change
 // within a transaction that is not completed is undone by itself.
 //

@@ -55,12 +55,18 @@ void Records::requireWritable() const {
     if (!reason.empty()) throw Error("The table can only be read: " + reason + ".");
 }
 
-bool Records::find(RowId row, Place& place) const {
+bool Records::find(RowId row, Place& place) {
+    const std::vector<uint32_t>& pages = space_.pages();
+    return std::binary_search(pages.begin(), pages.end(), row.page) && follow(row, place);
+}
+
+bool Records::follow(RowId row, Place& place) const {
     place.body = row;
     for (int hops = 0; hops < 2; ++hops) {
         place.page = store_.file.page(place.body.page, PageType::kData);
         DataPage data(store_.format, place.page->view());
         if (data.owner() != definition_->page) damaged("a row belongs to another table");
+        if (hops == 0 && row.slot >= data.slots()) return false;
         Slot slot = data.slot(place.body.slot);
         if (slot.kind == SlotKind::kDeleted || (slot.kind == SlotKind::kMovedBody && hops == 0)) return false;
         place.bytes = data.bytes(slot);
@@ -84,7 +90,7 @@ bool Records::next(RowId& row, Place& place) {
             if (found.kind == SlotKind::kDeleted || found.kind == SlotKind::kMovedBody) continue;
             row = {*it, static_cast<uint8_t>(slot)};
             place = {page, row, data.bytes(found)};
-            if (found.kind == SlotKind::kPointer && !find(row, place)) damaged("a moved row has been lost");
+            if (found.kind == SlotKind::kPointer && !follow(row, place)) damaged("a moved row has been lost");
             return true;
         }
     }
@@ -103,7 +109,7 @@ Value Records::value(const RowView& row, size_t column) const {
     return definition.type == Type::kMemo ? Value(store_.text.decode(content)) : Value(std::move(content));
 }
 
-std::vector<Value> Records::read(RowId row) const {
+std::vector<Value> Records::read(RowId row) {
     Place place;
     if (!find(row, place)) throw Error("The record has been deleted.");
     RowView view = this->view(place);

@@ -21,19 +21,19 @@ class Records {
     // Why nothing can be written to the table; "" when it can.
     std::string obstacle() const;
 
-    // The bytes of a record, wherever it has moved to. False: it has been deleted.
+    // The bytes of a record, wherever it has moved to. False: there is none, or it has been deleted.
     struct Place {
         PagePtr page;
         RowId body;
         ByteView bytes;
     };
-    bool find(RowId row, Place& place) const;
+    bool find(RowId row, Place& place);
     // The first record at or behind a position; false at the end.
     bool next(RowId& row, Place& place);
     // A value of a record. column: its position in the definition.
     Value value(const RowView& row, size_t column) const;
     RowView view(const Place& place) const { return RowView(store_.format, *definition_, place.bytes); }
-    std::vector<Value> read(RowId row) const;
+    std::vector<Value> read(RowId row);
 
     // values: in the order of the definition's columns; Null in an autonumber column lets it count. They hold
     // the numbers that were given afterwards.
@@ -49,6 +49,7 @@ class Records {
     std::optional<KeyMaker::Key> keyOf(size_t index, const RowView& row) const;
 
   private:
+    bool follow(RowId row, Place& place) const;
     void requireWritable() const;
     void giveNumbers(std::vector<Value>& values);
     void checkUnique(size_t index, const std::optional<KeyMaker::Key>& key, RowId row) const;

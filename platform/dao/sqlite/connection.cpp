@@ -1,7 +1,5 @@
 #include "platform/dao/sqlite/connection.h"
 
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <filesystem>
 #include <utility>
@@ -10,6 +8,7 @@
 #include "platform/dao/engines.h"
 #include "platform/dao/names.h"
 #include "platform/dao/sqlite/cursor.h"
+#include "platform/dao/sqlite/functions.h"
 #include "platform/dao/sqlite/schema.h"
 #include "platform/files/files.h"
 #include "platform/text/text.h"
@@ -21,22 +20,6 @@ constexpr int kApplicationId = 0x4E6F4749;
 // Below this many rows a search reads them all as fast as an index would find one.
 constexpr int64_t kRowsWorthAnIndex = 1000;
 constexpr const char* kRebuilding = "MSysRebuilding";
-
-// Changes the case of every letter of text, not only of the English ones.
-template <std::string (*Change)(std::string_view)>
-void changeCase(sqlite3_context* context, int, sqlite3_value** arguments) {
-    auto* bytes = reinterpret_cast<const char*>(sqlite3_value_text(arguments[0]));
-    if (!bytes) return sqlite3_result_null(context);
-    std::string changed = Change({bytes, static_cast<size_t>(sqlite3_value_bytes(arguments[0]))});
-    sqlite3_result_text(context, changed.c_str(), static_cast<int>(changed.size()), SQLITE_TRANSIENT);
-}
-
-// A file without any permission to write is read-only for everybody, as a file with the read-only attribute
-// is.
-bool isReadOnlyFile(const std::string& path) {
-    struct stat s;
-    return ::stat(path.c_str(), &s) == 0 && !(s.st_mode & 0222);
-}
 
 sqlite3* openHandle(const std::string& path, int flags) {
     sqlite3* db = nullptr;
@@ -80,10 +63,7 @@ SqliteConnection::SqliteConnection(const Source& source) : path_(source.path) {
     db_ = openHandle(path_, readOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE);
     try {
         sqlite3_db_config(db_, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
-        sqlite3_create_function_v2(db_, "UCASE", 1, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr,
-                                   changeCase<text::upper>, nullptr, nullptr, nullptr);
-        sqlite3_create_function_v2(db_, "LCASE", 1, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr,
-                                   changeCase<text::lower>, nullptr, nullptr, nullptr);
+        addFunctions(db_);
         run("PRAGMA synchronous = EXTRA");
         run("PRAGMA cache_size = -16000");
         if (source.exclusive) {
@@ -295,7 +275,7 @@ std::unique_ptr<Cursor> SqliteConnection::open(int type, const std::string& sql,
             return std::make_unique<KeyCursor>(shared_from_this(), statement, rowId);
         }
     }
-    return std::make_unique<SnapshotCursor>(shared_from_this(), statement.sql);
+    return std::make_unique<SnapshotCursor>(db_, statement.sql);
 }
 
 std::string SqliteConnection::rowIdOf(const std::string& table) {

@@ -208,8 +208,8 @@ void KeyCursor::remove() {
     connection_->wrote();
 }
 
-SnapshotCursor::SnapshotCursor(const std::shared_ptr<SqliteConnection>& connection, const std::string& sql) {
-    Statement statement(connection->handle(), sql);
+SnapshotCursor::SnapshotCursor(sqlite3* db, const std::string& sql) {
+    Statement statement(db, sql);
     for (int i = 0; i < statement.columns(); ++i) {
         CDaoFieldInfo field;
         field.name = sqlite3_column_name(statement.handle(), i);

@@ -70,7 +70,7 @@ class KeyCursor : public Cursor {
 // The records of any other statement, read at once. They cannot be changed.
 class SnapshotCursor : public Cursor {
   public:
-    SnapshotCursor(const std::shared_ptr<SqliteConnection>& connection, const std::string& sql);
+    SnapshotCursor(sqlite3* db, const std::string& sql);
 
     const std::vector<CDaoFieldInfo>& fields() const override { return fields_; }
     bool updatable() const override { return false; }

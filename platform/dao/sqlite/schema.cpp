@@ -15,6 +15,8 @@ namespace {
 
 constexpr std::string_view kRulePrefix = "rule ";
 
+}  // namespace
+
 std::string declaredType(const CDaoFieldInfo& field) {
     switch (field.type) {
         case dbBoolean:
@@ -45,6 +47,8 @@ std::string declaredType(const CDaoFieldInfo& field) {
             return "TEXT(" + std::to_string(field.size) + ")";
     }
 }
+
+namespace {
 
 // The tokens of a CREATE TABLE statement: names and texts with their quotes taken off, everything else as it
 // is.

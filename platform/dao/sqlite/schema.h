@@ -28,6 +28,8 @@ std::vector<CDaoFieldInfo> describeTable(sqlite3* db, const std::string& table);
 // without losing anything.
 bool isOwnTable(sqlite3* db, const std::string& table);
 
+// The type of a column as its field wants it: TEXT(255).
+std::string declaredType(const CDaoFieldInfo& field);
 // The type of a field by the declared type of a column, and the size of text and binary ones.
 void typeOfColumn(std::string_view declared, CDaoFieldInfo& field);
 // The rule behind the name of its constraint; "" for other constraints.

@@ -35,7 +35,7 @@ class SqliteEngine : public Engine {
         return connection;
     }
 
-    bool creates() const override { return true; }
+    bool creates(const std::string&) const override { return true; }
 
     // The file is made under another name and renamed, so that nobody finds half a database under its own.
     std::shared_ptr<Connection> create(const std::string& path, const std::string&, int options) override {

@@ -6,6 +6,7 @@
 #include <fstream>
 
 #include "platform/dao/engine.h"
+#include "platform/dao/jet/database.h"
 #include "tests/platform/dao/scratch.h"
 
 namespace {
@@ -23,10 +24,10 @@ std::string descriptionOf(const std::function<void()>& work) {
 }
 
 // A database with one table of every kind of field.
-class Dao : public ::testing::Test {
+class Dao : public ::testing::TestWithParam<const char*> {
   protected:
     void SetUp() override {
-        db.Create(folder("out.mdb"), dbLangGeneral, dbVersion30);
+        db.Create(path, dbLangGeneral, std::string(GetParam()) == "out2000.mdb" ? dbVersion40 : dbVersion30);
         CDaoTableDef table(&db);
         table.Create("POLES");
         table.CreateField("PT_ID", dbText, 255, dbVariableField | dbUpdatableField);
@@ -72,12 +73,19 @@ class Dao : public ::testing::Test {
     }
 
     ScratchFolder folder;
+    std::string path = folder(GetParam());
     CDaoDatabase db;
 };
 
+INSTANTIATE_TEST_SUITE_P(Engines, Dao, ::testing::Values("out97.mdb", "out2000.mdb", "out.sqlite"),
+                         [](const auto& name) {
+                             std::string file = name.param;
+                             return file.substr(0, file.find('.'));
+                         });
+
 using Strings = std::vector<std::string>;
 
-TEST_F(Dao, TablesReadBackAsTheyWereMade) {
+TEST_P(Dao, TablesReadBackAsTheyWereMade) {
     CDaoFieldInfo counter = field("NO_GIS", dbLong, 4);
     counter.attributes = dbAutoIncrField;
     CDaoFieldInfo current = field("IS_CURRENT", dbText, 255);
@@ -94,8 +102,8 @@ TEST_F(Dao, TablesReadBackAsTheyWereMade) {
         table.Append();
     }
     db.Close();
-    db.Open(folder("out.mdb"));
-    EXPECT_EQ(db.GetVersion(), "3.0");
+    db.Open(path);
+    EXPECT_EQ(db.GetVersion(), std::string(GetParam()) == "out2000.mdb" ? "4.0" : "3.0");
     EXPECT_EQ(db.GetTableDefCount(), 2);
     CDaoTableDefInfo info;
     db.GetTableDefInfo(1, info);
@@ -134,7 +142,7 @@ TEST_F(Dao, TablesReadBackAsTheyWereMade) {
                                        dbBoolean, dbDate, dbCurrency, dbMemo}));
 }
 
-TEST_F(Dao, ValuesOfEveryTypeComeBackAndOtherProgramsReadThem) {
+TEST_P(Dao, ValuesOfEveryTypeComeBackAndOtherProgramsReadThem) {
     CDaoRecordset records(&db);
     records.Open(dbOpenDynaset, "POLES");
     records.AddNew();
@@ -164,13 +172,15 @@ TEST_F(Dao, ValuesOfEveryTypeComeBackAndOtherProgramsReadThem) {
     records.Close();
     db.Close();
     if (!haveSqlite3()) GTEST_SKIP() << "the sqlite3 program is not installed";
-    EXPECT_EQ(sqlite3(folder("out.mdb"), "SELECT PT_ID,OWNER,COUNT,HEIGHT,SMALL,LIVE,SEEN,PRICE FROM POLES"),
-              "1042|O'Brien \"Ö\"|-2147483648|12.5|7|-1|2004-05-31 13:45:10|19.99\n");
-    EXPECT_EQ(sqlite3(folder("out.mdb"), "PRAGMA integrity_check"), "ok\n");
-    EXPECT_EQ(sqlite3(folder("out.mdb"), "INSERT INTO POLES(PT_ID) VALUES('')").find("Error"), 0u);
+    EXPECT_EQ(answer(path, "SELECT PT_ID,OWNER,COUNT,HEIGHT,SMALL,LIVE,SEEN,PRICE FROM POLES"),
+              "1042|O'Brien \"Ö\"|-2147483648|12.5|7|-1|2004-05-31 13:45:10|" +
+                  std::string(isAccessFile(path) ? "19.9900\n" : "19.99\n"));
+    EXPECT_EQ(faultsOf(path), "");
+    EXPECT_NE(answer(path, "INSERT INTO POLES(PT_ID) VALUES('')"), "") << "an error";
+    EXPECT_EQ(answer(path, "SELECT COUNT(*) FROM POLES"), "1\n");
 }
 
-TEST_F(Dao, ValuesThatDoNotFitAreRefusedAndTheRecordStays) {
+TEST_P(Dao, ValuesThatDoNotFitAreRefusedAndTheRecordStays) {
     add("1", "TREE", "first");
     CDaoRecordset records(&db);
     records.Open(dbOpenDynaset, "SELECT * FROM POLES");
@@ -201,7 +211,7 @@ TEST_F(Dao, ValuesThatDoNotFitAreRefusedAndTheRecordStays) {
     EXPECT_EQ(toText(records.GetFieldValue("COUNT")) + " " + toText(records.GetFieldValue("SMALL")), "2 4");
 }
 
-TEST_F(Dao, RulesAndDefaultsHold) {
+TEST_P(Dao, RulesAndDefaultsHold) {
     CDaoTableDef table(&db);
     table.Create("LINKS");
     CDaoFieldInfo current = field("IS_CURRENT", dbText, 255);
@@ -230,7 +240,7 @@ TEST_F(Dao, RulesAndDefaultsHold) {
     EXPECT_EQ(column("SELECT GIS_NAME FROM LINKS WHERE IS_CURRENT = 'YES'"), Strings{"TREE"});
 }
 
-TEST_F(Dao, StatementsOfTheDialect) {
+TEST_P(Dao, StatementsOfTheDialect) {
     add("1", "TREE", "Öztürk");
     add("2", "tree", "smith");
     add("3", "POLE", "Smith");
@@ -262,7 +272,7 @@ TEST_F(Dao, StatementsOfTheDialect) {
     EXPECT_EQ(column("poles").size(), 2u);
 }
 
-TEST_F(Dao, ADynasetKeepsItsRecordsWhileTheyAreChanged) {
+TEST_P(Dao, ADynasetKeepsItsRecordsWhileTheyAreChanged) {
     for (int i = 1; i <= 20; ++i) add(std::to_string(i), i % 2 ? "ODD" : "EVEN");
     // Every record leaves the condition as it is edited, and still each is visited once.
     CDaoRecordset records(&db);
@@ -313,7 +323,7 @@ TEST_F(Dao, ADynasetKeepsItsRecordsWhileTheyAreChanged) {
     EXPECT_NE(descriptionOf([&] { counted.Edit(); }), "no exception");
 }
 
-TEST_F(Dao, FieldsComeAndGoInATableWithRecords) {
+TEST_P(Dao, FieldsComeAndGoInATableWithRecords) {
     add("1", "TREE", "x");
     CDaoTableDef table(&db);
     table.Open("POLES");
@@ -341,7 +351,7 @@ TEST_F(Dao, FieldsComeAndGoInATableWithRecords) {
     EXPECT_NE(descriptionOf([&] { CDaoTableDef(&db).Create(""); }), "no exception");
 }
 
-TEST_F(Dao, ALargeTableIsSearchedByAnIndex) {
+TEST_P(Dao, ALargeTableIsSearchedByAnIndex) {
     for (int i = 1; i <= 1500; ++i) add(std::to_string(i), "TREE");
     EXPECT_EQ(column("SELECT PT_ID FROM [POLES] WHERE [PT_ID] = '700' AND GIS_KEY = 'TREE'"), Strings{"700"});
     // A walk over all of it sees each record once and as it is, whatever is changed on the way.
@@ -365,18 +375,19 @@ TEST_F(Dao, ALargeTableIsSearchedByAnIndex) {
     EXPECT_EQ(visited, 1500);
     records.Close();
     db.Close();
+    if (isAccessFile(path)) return;  // it has no place for an index that is not its user's
     if (!haveSqlite3()) GTEST_SKIP() << "the sqlite3 program is not installed";
     std::string plan =
-        sqlite3(folder("out.mdb"),
+        sqlite3(path,
                 "EXPLAIN QUERY PLAN SELECT rowid FROM POLES WHERE (PT_ID = '700' AND GIS_KEY = 'TREE') "
                 "AND rowid > -9 ORDER BY rowid LIMIT 8");
     EXPECT_NE(plan.find("USING COVERING INDEX POLES by PT_ID, GIS_KEY"), std::string::npos) << plan;
     EXPECT_EQ(plan.find("TEMP B-TREE"), std::string::npos) << plan;
 }
 
-TEST_F(Dao, DatabasesOfOneProcessShareTheFile) {
+TEST_P(Dao, DatabasesOfOneProcessShareTheFile) {
     CDaoDatabase other;
-    other.Open(folder("out.mdb"));
+    other.Open(path);
     add("1", "TREE");
     CDaoRecordset records(&other);
     records.Open(dbOpenDynaset, "SELECT * FROM POLES");
@@ -386,10 +397,10 @@ TEST_F(Dao, DatabasesOfOneProcessShareTheFile) {
     records.Update();
     EXPECT_EQ(column("SELECT OWNER FROM POLES"), Strings{"x"});
     CDaoDatabase alone;
-    EXPECT_NE(descriptionOf([&] { alone.Open(folder("out.mdb"), true); }), "no exception");
+    EXPECT_NE(descriptionOf([&] { alone.Open(path, true); }), "no exception");
 }
 
-TEST_F(Dao, ATransactionIsKeptWholeOrNotAtAll) {
+TEST_P(Dao, ATransactionIsKeptWholeOrNotAtAll) {
     add("before", "TREE");
     db.BeginTrans();
     add("1", "TREE");
@@ -408,7 +419,7 @@ TEST_F(Dao, ATransactionIsKeptWholeOrNotAtAll) {
     db.BeginTrans();
     add("3", "TREE");
     db.Close();  // without a word: undone
-    db.Open(folder("out.mdb"));
+    db.Open(path);
     EXPECT_EQ(column("SELECT PT_ID FROM POLES"), (Strings{"before", "2"}));
     EXPECT_NE(descriptionOf([&] { db.CommitTrans(); }), "no exception");
 }
@@ -427,8 +438,7 @@ TEST(DaoFiles, WhatIsNoDatabaseIsRefusedWithItsReason) {
               "The file \"" + folder("text.mdb") + "\" is no database, or one of an unknown format.");
     EXPECT_EQ(refusal("empty.mdb"),
               "The file \"" + folder("empty.mdb") + "\" is no database, or one of an unknown format.");
-    EXPECT_EQ(refusal("access.mdb"),
-              "\"" + folder("access.mdb") + "\" is an Access file; this version cannot open it yet.");
+    EXPECT_EQ(refusal("access.mdb"), "The database is damaged: page 0 lies behind the end of the file.");
     EXPECT_NE(refusal("broken.mdb"), "no exception");
     EXPECT_EQ(refusal("missing.mdb"), "Cannot find the file \"" + folder("missing.mdb") + "\".");
     EXPECT_EQ(descriptionOf([&] { db.Open(folder.path()); }),
@@ -476,6 +486,37 @@ TEST(DaoFiles, AFileLockedByAnotherProcessGivesItsMessageAndGoesOnLater) {
     ScratchFolder folder;
     dao::setLockTimeout(50);
     CDaoDatabase db;
+    db.Create(folder("out.sqlite"));
+    {
+        CDaoTableDef table(&db);
+        table.Create("T");
+        table.CreateField("A", dbText, 255);
+        table.Append();
+    }
+    std::FILE* holder = ::popen(("sqlite3 '" + folder("out.sqlite") + "' >/dev/null").c_str(), "w");
+    ASSERT_NE(holder, nullptr);
+    std::fprintf(holder, "BEGIN EXCLUSIVE;\n.shell touch '%s'\n", folder("held").c_str());
+    std::fflush(holder);
+    while (!std::filesystem::exists(folder("held"))) ::usleep(1000);
+
+    CDaoDatabase other;
+    std::string locked = "The database \"" + folder("out.sqlite") +
+                         "\" is locked by another process. Please try again when it is free.";
+    EXPECT_EQ(descriptionOf([&] { db.Execute("INSERT INTO T (A) VALUES ('x')"); }), locked);
+    db.Close();
+    EXPECT_EQ(descriptionOf([&] { other.Open(folder("out.sqlite")); }), locked);
+    ::pclose(holder);
+    dao::setLockTimeout(3000);
+    other.Open(folder("out.sqlite"));
+    other.Execute("INSERT INTO T (A) VALUES ('x')");
+    other.Close();
+    EXPECT_EQ(sqlite3(folder("out.sqlite"), "SELECT * FROM T"), "x\n");
+}
+
+TEST(DaoFiles, AnAccessFileLockedByAnotherGivesItsMessageAndGoesOnLater) {
+    ScratchFolder folder;
+    dao::setLockTimeout(50);
+    CDaoDatabase db;
     db.Create(folder("out.mdb"));
     {
         CDaoTableDef table(&db);
@@ -483,24 +524,20 @@ TEST(DaoFiles, AFileLockedByAnotherProcessGivesItsMessageAndGoesOnLater) {
         table.CreateField("A", dbText, 255);
         table.Append();
     }
-    std::FILE* holder = ::popen(("sqlite3 '" + folder("out.mdb") + "' >/dev/null").c_str(), "w");
-    ASSERT_NE(holder, nullptr);
-    std::fprintf(holder, "BEGIN EXCLUSIVE;\n.shell touch '%s'\n", folder("held").c_str());
-    std::fflush(holder);
-    while (!std::filesystem::exists(folder("held"))) ::usleep(1000);
-
-    CDaoDatabase other;
     std::string locked = "The database \"" + folder("out.mdb") +
                          "\" is locked by another process. Please try again when it is free.";
-    EXPECT_EQ(descriptionOf([&] { db.Execute("INSERT INTO T (A) VALUES ('x')"); }), locked);
-    db.Close();
-    EXPECT_EQ(descriptionOf([&] { other.Open(folder("out.mdb")); }), locked);
-    ::pclose(holder);
+    {
+        jet::Database holder(folder("out.mdb"), {.exclusive = true});
+        EXPECT_EQ(descriptionOf([&] { db.Execute("INSERT INTO T (A) VALUES ('x')"); }), locked);
+        db.Close();
+        EXPECT_EQ(descriptionOf([&] { db.Open(folder("out.mdb")); }), locked);
+    }
     dao::setLockTimeout(3000);
-    other.Open(folder("out.mdb"));
-    other.Execute("INSERT INTO T (A) VALUES ('x')");
-    other.Close();
-    EXPECT_EQ(sqlite3(folder("out.mdb"), "SELECT * FROM T"), "x\n");
+    db.Open(folder("out.mdb"));
+    db.Execute("INSERT INTO T (A) VALUES ('x')");
+    db.Close();
+    EXPECT_EQ(answer(folder("out.mdb"), "SELECT * FROM T"), "x\n");
+    EXPECT_EQ(faultsOf(folder("out.mdb")), "");
 }
 
 TEST(DaoFiles, TablesOfOtherProgramsAreReadAsFarAsTheyGo) {

@@ -38,9 +38,33 @@ inline std::string outputOf(const std::string& command) {
     return out;
 }
 
-// The sqlite3 program's answer to a statement: fields separated by "|", a line for each row.
+inline bool isAccessFile(const std::string& file) {
+    char head[20] = {};
+    if (std::FILE* in = std::fopen(file.c_str(), "rb")) {
+        if (std::fread(head, 1, sizeof head, in) < sizeof head) head[4] = 0;
+        std::fclose(in);
+    }
+    return std::string(head + 4, 15) == "Standard Jet DB";
+}
+
+// The answer of a program to a statement: fields separated by "|", a line for each row. It is the sqlite3
+// program for its files, and jet for those of Access.
+inline std::string answer(const std::string& file, const std::string& sql) {
+    std::string program = isAccessFile(file) ? std::string("'") + NORVANE_BIN_DIR + "/jet' sql" : "sqlite3";
+    return outputOf(program + " '" + file + "' \"" + sql + "\"");
+}
+
+// The sqlite3 program's answer.
 inline std::string sqlite3(const std::string& file, const std::string& sql) {
     return outputOf("sqlite3 '" + file + "' \"" + sql + "\"");
+}
+
+// "" for a database without faults in its structure.
+inline std::string faultsOf(const std::string& file) {
+    if (isAccessFile(file))
+        return outputOf(std::string("'") + NORVANE_BIN_DIR + "/jet' check '" + file + "'");
+    std::string faults = sqlite3(file, "PRAGMA integrity_check");
+    return faults == "ok\n" ? "" : faults;
 }
 
 inline bool haveSqlite3() {

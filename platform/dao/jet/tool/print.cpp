@@ -199,4 +199,20 @@ void printJson(Database& database, const std::string& table, std::ostream& out) 
     });
 }
 
+void printRecords(CDaoDatabase& database, const std::string& sql, std::ostream& out) {
+    CDaoRecordset records(&database);
+    for (records.Open(dbOpenSnapshot, sql); !records.IsEOF(); records.MoveNext()) {
+        for (int i = 0; i < records.GetFieldCount(); ++i) {
+            Value value = records.GetFieldValue(i);
+            std::string text = std::visit(Print(), value.content()).text;
+            if (value.is<bool>()) text = value.get<bool>() ? "-1" : "0";
+            // A real is told from a whole number.
+            bool real = value.is<double>() || value.is<float>();
+            if (real && text.find_first_not_of("-0123456789") == std::string::npos) text += ".0";
+            out << (i ? "|" : "") << text;
+        }
+        out << "\n";
+    }
+}
+
 }  // namespace jet

@@ -3,6 +3,7 @@
 
 #include <iosfwd>
 
+#include "platform/dao/dao.h"
 #include "platform/dao/jet/database.h"
 
 namespace jet {
@@ -14,6 +15,9 @@ void printSchema(Database& database, const std::string& table, std::ostream& out
 void printText(Database& database, const std::string& table, std::ostream& out);
 // One object a line; Null values are left out.
 void printJson(Database& database, const std::string& table, std::ostream& out);
+
+// The records of a SELECT, with | between the values.
+void printRecords(CDaoDatabase& database, const std::string& sql, std::ostream& out);
 
 const char* typeName(Type type);
 

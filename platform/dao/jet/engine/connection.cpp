@@ -1,0 +1,339 @@
+#include "platform/dao/jet/engine/connection.h"
+
+#include <algorithm>
+#include <thread>
+#include <utility>
+
+#include "platform/dao/access_sql.h"
+#include "platform/dao/engines.h"
+#include "platform/dao/jet/engine/cursor.h"
+#include "platform/dao/jet/engine/fields.h"
+#include "platform/dao/jet/engine/virtual_table.h"
+#include "platform/dao/names.h"
+#include "platform/dao/sqlite/cursor.h"
+#include "platform/dao/sqlite/functions.h"
+#include "platform/text/text.h"
+
+namespace dao::access {
+namespace {
+
+// Below this many rows a search reads them all as fast as a lookup is made.
+constexpr uint32_t kRowsWorthALookup = 1000;
+constexpr size_t kMostLookups = 4;  // of one table
+
+// The password in a connect string: ;PWD=...
+std::string passwordOf(const std::string& connect) {
+    for (const std::string& part : text::split(connect, ';'))
+        if (text::equalNoCase(part.substr(0, 4), "PWD=")) return part.substr(4);
+    return "";
+}
+
+jet::Database::Options optionsOf(const Source& source) {
+    jet::Database::Options options;
+    options.readOnly = source.readOnly || isReadOnlyFile(source.path);
+    options.exclusive = source.exclusive;
+    options.password = passwordOf(source.connect);
+    options.lockTimeout = lockTimeout();
+    return options;
+}
+
+}  // namespace
+
+Variant Table::value(const jet::RowView& row, size_t column) const {
+    Variant value = records->value(row, column);
+    if (records->definition().columns[column].type == jet::Type::kDecimal && value.is<std::string>())
+        return Variant(text::toReal(value.get<std::string>()));
+    return value;
+}
+
+// Runs work with the errors of the library and of virtual tables as exceptions of the interface.
+template <typename Work>
+auto AccessConnection::guarded(Work work) {
+    failure_.clear();
+    try {
+        jet::Database::Reading reading(db_);
+        refresh();
+        return work();
+    } catch (const jet::Error& error) {
+        throw CDaoException(error.what());
+    } catch (const CDaoException&) {
+        if (!failure_.empty()) throw CDaoException(std::exchange(failure_, ""));
+        throw;
+    }
+}
+
+AccessConnection::AccessConnection(const Source& source) : db_(source.path, optionsOf(source)) {
+    if (sqlite3_open_v2(":memory:", &sql_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX,
+                        nullptr) != SQLITE_OK) {
+        sqlite3_close(sql_);
+        throw CDaoException("Cannot open the database \"" + source.path + "\": out of memory.");
+    }
+    sqlite3_extended_result_codes(sql_, 1);
+    sqlite3_db_config(sql_, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
+    sqlite::addFunctions(sql_);
+    addVirtualTables(sql_, *this);
+}
+
+AccessConnection::~AccessConnection() {
+    tables_.clear();
+    sqlite3_close_v2(sql_);
+}
+
+std::string AccessConnection::version() const {
+    return db_.version() == jet::Version::kAccess97 ? "3.0" : "4.0";
+}
+
+void AccessConnection::refresh() {
+    if (generation_ == db_.generation()) return;
+    forgetTables();
+    generation_ = db_.generation();
+}
+
+void AccessConnection::forgetTables() {
+    ++changes_;
+    tables_.clear();
+    for (const std::string& name : std::exchange(virtualTables_, {}))
+        sqlite3_exec(sql_, ("DROP TABLE IF EXISTS " + quotedName(name)).c_str(), nullptr, nullptr, nullptr);
+}
+
+std::vector<CDaoTableDefInfo> AccessConnection::tables() {
+    return guarded([&] {
+        std::vector<CDaoTableDefInfo> tables;
+        for (const jet::TableInfo& table : db_.tables())
+            if (!table.system) tables.push_back({table.name, table.connect, !table.linked});
+        return tables;
+    });
+}
+
+std::shared_ptr<Table> AccessConnection::table(const std::string& name) {
+    std::shared_ptr<Table>& table = tables_[name];
+    if (table) return table;
+    auto made = std::make_shared<Table>();
+    made->name = name;
+    made->records = db_.records(name);
+    made->columns = made->records->definition().userOrder();
+    std::vector<CDaoFieldInfo> fields;
+    for (const jet::Column& column : db_.columns(name)) {
+        fields.push_back(fieldOf(column));
+        fields.back().ordinalPosition = static_cast<int>(fields.size()) - 1;
+    }
+    made->rules = std::make_unique<FieldRules>(sql_, std::move(fields));
+    return tables_[name] = made;
+}
+
+std::vector<CDaoFieldInfo> AccessConnection::fields(const std::string& table) {
+    return guarded([&] { return this->table(table)->fields(); });
+}
+
+void AccessConnection::beginWrite() {
+    if (db_.inTransaction()) return;
+    db_.setLockTimeout(lockTimeout());
+    try {
+        db_.begin();
+    } catch (const jet::Error& error) {
+        throw CDaoException(error.what());
+    }
+    writes_ = 0;
+    began_ = std::chrono::steady_clock::now();
+}
+
+template <typename Change>
+void AccessConnection::changeSchema(Change change) {
+    beginWrite();
+    guarded([&] {
+        change();
+        forgetTables();
+    });
+}
+
+void AccessConnection::read(const std::string& table, const std::function<void(Table&)>& work) {
+    guarded([&] { work(*this->table(table)); });
+}
+
+void AccessConnection::write(const std::string& table, const std::function<void(Table&)>& work) {
+    beginWrite();
+    read(table, work);
+    wrote();
+}
+
+void AccessConnection::createTable(const std::string& table, const std::vector<CDaoFieldInfo>& fields) {
+    std::vector<jet::Column> columns;
+    for (const CDaoFieldInfo& field : fields) columns.push_back(columnOf(field));
+    changeSchema([&] { db_.createTable(table, columns); });
+}
+
+void AccessConnection::deleteTable(const std::string& table) {
+    changeSchema([&] { db_.dropTable(table); });
+}
+
+void AccessConnection::renameTable(const std::string& table, const std::string& newName) {
+    changeSchema([&] { db_.renameTable(table, newName); });
+}
+
+void AccessConnection::createField(const std::string& table, const CDaoFieldInfo& field) {
+    changeSchema([&] { db_.addColumn(table, columnOf(field)); });
+}
+
+void AccessConnection::deleteField(const std::string& table, const std::string& field) {
+    changeSchema([&] {
+        if (findField(this->table(table)->fields(), field) < 0) noSuchField(field);
+        db_.dropColumn(table, field);
+    });
+}
+
+bool AccessConnection::makeVirtualTable(const std::string& name) {
+    if (!db_.hasTable(name)) return false;
+    std::string sql = "CREATE VIRTUAL TABLE " + quotedName(name) + " USING access";
+    if (sqlite3_exec(sql_, sql.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK)
+        throw CDaoException(failure_.empty() ? sqlite3_errmsg(sql_) : failure_);
+    virtualTables_.push_back(name);
+    return true;
+}
+
+// Prepares a statement, making the tables that it names on the way.
+std::unique_ptr<sqlite::Statement> AccessConnection::prepare(const std::string& sql) {
+    constexpr std::string_view kMissing = "no such table: ";
+    for (;;) {
+        try {
+            return std::make_unique<sqlite::Statement>(sql_, sql);
+        } catch (const CDaoException&) {
+            std::string message = sqlite3_errmsg(sql_);
+            if (!text::startsWith(message, kMissing) || !makeVirtualTable(message.substr(kMissing.size())))
+                throw;
+        }
+    }
+}
+
+void AccessConnection::execute(const std::string& sql, int) {
+    AccessStatement statement = translateStatement(sql);
+    if (statement.select) throw CDaoException("A SELECT is opened as a record set and cannot be executed.");
+    // A statement with an error does not lock the file.
+    guarded([&] { prepare(statement.sql); });
+    beginWrite();
+    guarded([&] {
+        std::unique_ptr<sqlite::Statement> prepared = prepare(statement.sql);
+        jet::PageFile::Change change(db_.store().file);
+        prepared->run();
+        change.done();
+    });
+    wrote();
+}
+
+std::vector<jet::RowId> AccessConnection::rowsOf(const std::string& sql) {
+    return guarded([&] {
+        std::unique_ptr<sqlite::Statement> statement = prepare(sql);
+        std::vector<jet::RowId> rows;
+        while (statement->step())
+            rows.push_back(jet::RowId::fromNumber(static_cast<uint32_t>(statement->integer(0))));
+        return rows;
+    });
+}
+
+std::unique_ptr<Cursor> AccessConnection::open(int type, const std::string& sql, int) {
+    return guarded([&]() -> std::unique_ptr<Cursor> {
+        std::string whole(text::trim(sql));
+        bool isName = db_.hasTable(whole);
+        AccessStatement statement = translateStatement(isName ? "SELECT * FROM [" + whole + "]" : sql);
+        if (!statement.select) throw CDaoException("A record set needs a SELECT: " + sql);
+        if (statement.plain && type != dbOpenSnapshot)
+            return std::make_unique<AccessCursor>(shared_from_this(), statement);
+        prepare(statement.sql);
+        return std::make_unique<sqlite::SnapshotCursor>(sql_, statement.sql);
+    });
+}
+
+jet::RowId AccessConnection::insert(Table& table, const std::vector<Variant>& values,
+                                    const std::vector<bool>& touched) {
+    std::vector<Variant> all(table.columns.size());
+    for (size_t i = 0; i < values.size(); ++i) {
+        bool counts = table.fields()[i].attributes & dbAutoIncrField;
+        if (counts && !touched[i]) continue;
+        all[table.columns[i]] = table.rules->accepted(i, touched[i] ? values[i] : table.rules->defaultOf(i));
+    }
+    jet::RowId row = table.records->insert(all);
+    for (Lookup& lookup : table.lookups) lookup.add(row, all);
+    ++changes_;
+    return row;
+}
+
+void AccessConnection::update(Table& table, jet::RowId row, const std::vector<Variant>& values,
+                              const std::vector<bool>& touched) {
+    std::vector<Variant> all(table.columns.size());
+    std::vector<bool> columns(table.columns.size(), false);
+    bool any = false;
+    for (size_t i = 0; i < values.size(); ++i) {
+        if (!touched[i]) continue;
+        if (table.fields()[i].attributes & dbAutoIncrField)
+            throw CDaoException("The field " + table.fields()[i].name +
+                                " counts by itself and cannot be set.");
+        all[table.columns[i]] = table.rules->accepted(i, values[i]);
+        columns[table.columns[i]] = any = true;
+    }
+    if (!any) return;
+    table.records->update(row, all, columns);
+    bool lookedUp = false;
+    for (const Lookup& lookup : table.lookups)
+        for (size_t column : lookup.columns()) lookedUp = lookedUp || columns[column];
+    if (lookedUp) {
+        std::vector<Variant> now = table.records->read(row);
+        for (Lookup& lookup : table.lookups) lookup.add(row, now);
+    }
+    ++changes_;
+}
+
+void AccessConnection::erase(Table& table, jet::RowId row) {
+    table.records->erase(row);
+    ++changes_;
+}
+
+bool AccessConnection::find(Table& table, const std::vector<size_t>& columns,
+                            const std::vector<Variant>& values, std::vector<jet::RowId>& rows) {
+    auto it = std::find_if(table.lookups.begin(), table.lookups.end(),
+                           [&](const Lookup& lookup) { return lookup.columns() == columns; });
+    if (it == table.lookups.end()) {
+        if (table.records->definition().rows < kRowsWorthALookup) return false;
+        if (table.lookups.size() >= kMostLookups) table.lookups.pop_back();
+        table.lookups.emplace_front(table.records, columns);
+        it = table.lookups.begin();
+    }
+    rows = it->find(values);
+    return true;
+}
+
+void AccessConnection::wrote() {
+    constexpr int kWritesBetweenLooks = 64;
+    if (++writes_ % kWritesBetweenLooks != 0 || transaction_) return;
+    auto shared = std::chrono::steady_clock::now() - began_;
+    bool waiting = shared >= std::chrono::milliseconds(100) && db_.othersWait();
+    if (!waiting && shared < std::chrono::seconds(kSecondsShared)) return;
+    commit();
+    // Let them in.
+    if (waiting) std::this_thread::sleep_for(std::chrono::milliseconds(3));
+}
+
+void AccessConnection::commit() {
+    if (transaction_ || !db_.inTransaction()) return;
+    try {
+        db_.commit();
+    } catch (const jet::Error& error) {
+        // What cannot be made to last is undone, so that the file is not left locked.
+        db_.rollBack();
+        throw CDaoException(error.what());
+    }
+}
+
+void AccessConnection::beginTransaction() {
+    commit();
+    beginWrite();
+    transaction_ = true;
+}
+
+void AccessConnection::endTransaction(bool keep) {
+    if (!std::exchange(transaction_, false)) return;
+    if (keep)
+        commit();
+    else
+        db_.rollBack();
+}
+
+}  // namespace dao::access
