@@ -123,7 +123,7 @@ TEST_F(WindowSelection, LinkedEntitiesShowTheirFeatureAndWhyARecordIsNotThere) {
         "sqlite3 '" + path("output.mdb") +
         "' \"create table TREES (PT_ID TEXT, GIS_KEY TEXT COLLATE NOCASE, DBH INTEGER); insert into TREES "
         "values "
-        "('74','POLE',1),('74','tree',12)\" && sqlite3 '" +
+        "('74','POLE',1),('74','tree',12)\" && " NORVANE_BIN_DIR "/jet sql '" +
         path("template.mdb") +
         "' \"create table ZGEO_LINKS (GIS_NAME TEXT COLLATE NOCASE, TABLE_NAME TEXT); insert into "
         "ZGEO_LINKS values ('TREE','TREES')\"";

@@ -1,5 +1,7 @@
 #include "tests/module/module_fixture.h"
 
+#include "tests/platform/dao/scratch.h"
+
 #include <cstdlib>
 
 #include "hostcad/lisp/error.h"
@@ -54,13 +56,7 @@ std::string ModuleTest::read(const std::string& name) const {
 }
 
 std::string ModuleTest::sqlite(const std::string& file, const std::string& sql) const {
-    std::string command = "sqlite3 -batch '" + path(file) + "' \"" + sql + "\" 2>&1";
-    FILE* pipe = popen(command.c_str(), "r");
-    std::string out;
-    char block[4096];
-    for (size_t n; (n = fread(block, 1, sizeof block, pipe)) > 0;) out.append(block, n);
-    pclose(pipe);
-    return out;
+    return ::answer(path(file), sql);
 }
 
 void ModuleTest::makeTemplate() {

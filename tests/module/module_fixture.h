@@ -32,7 +32,7 @@ class ModuleTest : public testing::Test, private hostcad::Output, private hostca
     std::string quoted(const std::string& name) const { return "\"" + path(name) + "\""; }
     void write(const std::string& name, const std::string& content) const;
     std::string read(const std::string& name) const;
-    // Rows of a statement as the sqlite3 program gives them, columns between "|".
+    // Rows of a statement as a program that knows the file gives them, columns between "|".
     std::string sqlite(const std::string& file, const std::string& sql) const;
 
     // The sample template at path("template.mdb"), made through the module.

@@ -99,10 +99,8 @@ TEST_F(Settings, TheDialogShowsAndWritesBothPaths) {
                 shown("New template database is empty!\nPlease use <Define Template Database> command"));
     EXPECT_EQ(read("gps.ini"), "is_database=\ngismdbfile=" + path("t.mdb") +
                                    "\ngisoutfile=" + path("new.mdb") + "\nis_objdata=0\n");
-    EXPECT_EQ(
-        sqlite("t.mdb",
-               "select name from sqlite_master where name like 'ZGEO_%' and type='table' order by name"),
-        "ZGEO_CAT\nZGEO_SMART_PROMPTING\n");
+    EXPECT_EQ(sqlite("t.mdb", "select Name from MSysObjects where Name like 'ZGEO_%' order by Name"),
+              "ZGEO_CAT\nZGEO_SMART_PROMPTING\n");
     EXPECT_FALSE(shown("1109"));  // the choice of a format is hidden
 }
 

@@ -40,8 +40,8 @@ TEST(StoreCrash, WhatWasReportedSavedIsThereAfterAKill) {
         int before = last;
         for (int n; lines >> n; last = n) reported[n % kKeys] = n;
         ASSERT_GT(last, before) << "nothing was saved in round " << round;
-        ASSERT_EQ(sqlite3(path, "PRAGMA integrity_check"), "ok\n");
-        std::istringstream rows(sqlite3(path, "SELECT PT_ID, N, length(NOTE) FROM TREE"));
+        ASSERT_EQ(faultsOf(path), "");
+        std::istringstream rows(answer(path, "SELECT PT_ID, N, length(NOTE) FROM TREE"));
         std::map<int, int> found;
         for (std::string row; std::getline(rows, row);) {
             int key, n, length;
@@ -78,7 +78,7 @@ TEST(StoreTogether, TwoProcessesSaveIntoOneDatabase) {
     int status = 0;
     ::waitpid(child, &status, 0);
     EXPECT_EQ(status, 0);
-    EXPECT_EQ(sqlite3(path, "SELECT count(DISTINCT PT_ID), count(*) FROM TREE"), "121|121\n");
+    EXPECT_EQ(answer(path, "SELECT count(DISTINCT PT_ID), count(*) FROM TREE"), "121|121\n");
 }
 
 }  // namespace

@@ -4,7 +4,7 @@
 
 #include "platform/dao/jet/check.h"
 #include "platform/dao/jet/tool/print.h"
-#include "platform/text/text.h"
+#include "platform/dao/jet/tool/statements.h"
 
 namespace {
 
@@ -13,7 +13,8 @@ constexpr const char* kUsage =
     "jet schema FILE [TABLE]       columns, properties and indexes\n"
     "jet dump [--json] FILE TABLE  the records: comma-separated, or one JSON object a line\n"
     "jet create FILE [97|2000]     a new database without tables\n"
-    "jet sql FILE STATEMENT        runs a statement; the records of a SELECT with | between their values\n"
+    "jet sql FILE STATEMENTS       runs statements; prints the records of a SELECT with | between their "
+    "values\n"
     "jet check FILE                faults of the structure; nothing for a sound file\n";
 
 int create(const std::string& file, const std::string& version) {
@@ -23,14 +24,10 @@ int create(const std::string& file, const std::string& version) {
     return 0;
 }
 
-int runStatement(const std::string& file, const std::string& sql) {
+int runSql(const std::string& file, const std::string& sql) {
     CDaoDatabase db;
     db.Open(file);
-    bool select = text::equalNoCase(text::trimLeft(sql).substr(0, 6), "SELECT");
-    if (select)
-        jet::printRecords(db, sql, std::cout);
-    else
-        db.Execute(sql);
+    jet::runStatements(db, sql, std::cout);
     db.Close();
     return 0;
 }
@@ -54,8 +51,8 @@ int run(const std::vector<std::string>& arguments) {
         return 2;
     }
     if (command == "create") return create(file, rest);
-    if (command == "sql") return runStatement(file, rest);
-    jet::Database db(file, {.readOnly = true});
+    if (command == "sql") return runSql(file, rest);
+    jet::Database db(file, {});
     if (command == "check") return printFaults(db);
     if (command == "tables")
         jet::printTables(db, std::cout);
