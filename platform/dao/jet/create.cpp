@@ -97,11 +97,14 @@ std::vector<SystemTable> systemTables(const Format& format) {
     return {objects, access, queries, relations};
 }
 
-// Pages 0 and 1, and four pages for the definitions.
-Bytes firstPages(const Format& format) {
+Bytes newHeader(const Format& format) {
     Header header;
     header.created = kCreated;
-    Bytes bytes = makeHeader(format, header);
+    return makeHeader(format, header);
+}
+
+// Pages 0 and 1, and four pages for the definitions.
+Bytes firstPages(const Format& format, Bytes bytes) {
     constexpr uint32_t kFirstPages = kRelationsPage + 1;
     bytes.resize(kFirstPages * format.pageSize);
     Bytes page(format.pageSize);
@@ -203,15 +206,19 @@ void writeNewFile(const std::string& path, const Bytes& bytes) {
 
 }  // namespace
 
-void Database::create(const std::string& path, Version version) {
+void makeEmptyFile(const std::string& path, Version version, const Bytes& header) {
     const Format& format = version == Version::kAccess97 ? kJet3 : kJet4;
-    writeNewFile(path, firstPages(format));
+    writeNewFile(path, firstPages(format, header.empty() ? newHeader(format) : header));
+}
+
+void Database::create(const std::string& path, Version version) {
+    makeEmptyFile(path, version, {});
     try {
         Store store(path, {});
         store.file.beginWrite();
         {
             PageFile::Change change(store.file);
-            Users users = usersOf(format);
+            Users users = usersOf(store.format);
             defineSystemTables(store);
             addObjects(store, users);
             addAccessRights(store, users);

@@ -42,9 +42,9 @@ uint64_t checksum(ByteView bytes, uint64_t sum) {
     return sum;
 }
 
-// The journal's entries are page numbers of eight bytes and pages.
-uint64_t checksumOf(ByteView head, ByteView entries) {
-    return checksum(entries, checksum(head.part(0, kChecksumAt), 0x6A09E667F3BCC908u));
+// The journal's entries are page numbers of eight bytes and pages. Their sum goes on from that of the head.
+uint64_t checksumOfHead(ByteView head) {
+    return checksum(head.part(0, kChecksumAt), 0x6A09E667F3BCC908u);
 }
 
 }  // namespace
@@ -81,31 +81,37 @@ bool Journal::exists() const {
 }
 
 void Journal::write(int database, size_t pageSize, uint32_t pageCount, const std::vector<uint32_t>& pages) {
-    ByteWriter out;
-    out.bytes.reserve(kHeaderSize + pages.size() * (pageSize + 8));
-    out.put(ByteView(kMagic));
-    out.fill(kHeaderSize - out.bytes.size(), 0);
-    for (uint32_t page : pages) {
-        out.u32(page);
-        out.u32(0);
-        size_t at = out.bytes.size();
-        out.fill(pageSize, 0);
-        if (readAt(database, out.bytes.data() + at, pageSize, uint64_t{page} * pageSize) != pageSize)
-            damaged("the file ends within page " + std::to_string(page));
-    }
-    ByteSpan head(out.bytes.data(), kHeaderSize);
+    Bytes headBytes(kHeaderSize);
+    ByteSpan head(headBytes);
+    head.set(0, ByteView(kMagic));
     head.setU32(kPageSizeAt, static_cast<uint32_t>(pageSize));
     head.setU32(kPageCountAt, pageCount);
     head.setU32(kEntriesAt, static_cast<uint32_t>(pages.size()));
-    uint64_t sum = checksumOf(head, ByteView(out.bytes).from(kHeaderSize));
-    head.setU32(kChecksumAt, static_cast<uint32_t>(sum));
-    head.setU32(kChecksumAt + 4, static_cast<uint32_t>(sum >> 32));
 
     struct stat s;
     mode_t mode = ::fstat(database, &s) == 0 ? s.st_mode & 0777 : 0644;
-    Descriptor file(::open(path_.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, mode));
+    Descriptor file(::open(path_.c_str(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, mode));
     if (file.get() < 0) failed("The journal \"" + path_ + "\" cannot be made", errno);
-    writeAt(file.get(), out.bytes.data(), out.bytes.size(), 0);
+    uint64_t sum = checksumOfHead(head);
+    uint64_t at = kHeaderSize;
+    ByteWriter out;
+    for (size_t i = 0; i < pages.size(); ++i) {
+        out.u32(pages[i]);
+        out.u32(0);
+        size_t begin = out.bytes.size();
+        out.fill(pageSize, 0);
+        if (readAt(database, out.bytes.data() + begin, pageSize, uint64_t{pages[i]} * pageSize) != pageSize)
+            damaged("the file ends within page " + std::to_string(pages[i]));
+        constexpr size_t kLongestWrite = 1 << 20;
+        if (out.bytes.size() < kLongestWrite && i + 1 < pages.size()) continue;
+        sum = checksum(out.bytes, sum);
+        writeAt(file.get(), out.bytes.data(), out.bytes.size(), at);
+        at += out.bytes.size();
+        out.bytes.clear();
+    }
+    head.setU32(kChecksumAt, static_cast<uint32_t>(sum));
+    head.setU32(kChecksumAt + 4, static_cast<uint32_t>(sum >> 32));
+    writeAt(file.get(), headBytes.data(), headBytes.size(), 0);
     if (::fdatasync(file.get()) != 0) failed("The journal \"" + path_ + "\" cannot be written", errno);
     syncFolder();
 }
@@ -122,7 +128,7 @@ void Journal::playBack(int database, size_t pageSize) {
         if (size >= kHeaderSize && all.text().substr(0, kMagic.size()) == kMagic &&
             all.u32(kPageSizeAt) == pageSize &&
             size - kHeaderSize == uint64_t{all.u32(kEntriesAt)} * (pageSize + 8) &&
-            all.u64(kChecksumAt) == checksumOf(all, all.from(kHeaderSize))) {
+            all.u64(kChecksumAt) == checksum(all.from(kHeaderSize), checksumOfHead(all))) {
             for (size_t at = kHeaderSize; at < size; at += pageSize + 8)
                 writeAt(database, bytes.data() + at + 8, pageSize, uint64_t{all.u32(at)} * pageSize);
             if (::ftruncate(database, static_cast<off_t>(uint64_t{all.u32(kPageCountAt)} * pageSize)) != 0 ||

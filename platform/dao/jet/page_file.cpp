@@ -221,6 +221,8 @@ void PageFile::commit() {
         dirty.push_back(page);
         if (page->number < pagesBefore) originals.push_back(page->number);
     }
+    // Pages that go are kept in the journal as well.
+    for (uint32_t page = pageCount_; shrinks_ && page < pagesBefore; ++page) originals.push_back(page);
     if (!dirty.empty()) {
         if (!options_.exclusive) {
             lock(F_WRLCK, kComing, true);
@@ -244,7 +246,7 @@ void PageFile::commit() {
         }
         for (const auto& page : dirty) page->dirty = false;
     }
-    writing_ = false;
+    writing_ = shrinks_ = false;
     leaveWriting();
 }
 
@@ -262,7 +264,8 @@ void PageFile::writePages(const std::vector<std::shared_ptr<Page>>& pages) {
         }
         writeAt(file_, run.data(), run.size(), begin);
     }
-    if (::fdatasync(file_) != 0)
+    if ((shrinks_ && ::ftruncate(file_, static_cast<off_t>(uint64_t{pageCount_} * pageSize)) != 0) ||
+        ::fdatasync(file_) != 0)
         throw Error("The database \"" + path_ + "\" cannot be written: " + std::strerror(errno) + ".");
     moveTimeForward();
     noteFile();
@@ -282,7 +285,7 @@ void PageFile::moveTimeForward() {
 
 void PageFile::rollBack() {
     if (!writing_) return;
-    writing_ = false;
+    writing_ = shrinks_ = false;
     forgetPages();
     ++generation_;
     noteFile();
@@ -372,6 +375,20 @@ uint32_t PageFile::append() {
     ++kept_;
     cached(page->number) = page;
     return page->number;
+}
+
+void PageFile::replaceBy(PageFile& other) {
+    if (!writing_ || changing_) throw Error("A file can be replaced only in a transaction.");
+    forgetPages();
+    ++generation_;
+    shrinks_ = other.pageCount() < pageCount_;
+    pageCount_ = other.pageCount();
+    for (uint32_t number = 0; number < pageCount_; ++number) {
+        auto page = std::make_shared<Page>(*other.page(number));
+        page->dirty = true;
+        page->savedIn = 0;
+        cached(number) = std::move(page);
+    }
 }
 
 PageFile::Change::Change(PageFile& file) : file_(file), outer_(!file.changing_) {

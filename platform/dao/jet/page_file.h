@@ -75,6 +75,9 @@ class PageFile {
     // A new page of zeros at the end of the file.
     uint32_t append();
 
+    // Gives the file the pages of another one, within a transaction.
+    void replaceBy(PageFile& other);
+
     // All changes of pages between its making and done() are whole or undone.
     class Change {
       public:
@@ -124,6 +127,7 @@ class PageFile {
     bool writing_ = false;
     uint64_t generation_ = 1;
     uint32_t pageCount_ = 0;
+    bool shrinks_ = false;   // the file is to become shorter with the next commit
     int64_t seenTime_ = -1;  // nanoseconds
     int64_t seenSize_ = -1;
 

@@ -41,6 +41,8 @@ RowId RowSpace::add(ByteView row, SlotKind kind) {
     if (!pages_.empty() && takes(pages_.back(), row.size())) {
         page = pages_.back();
     } else {
+        // The end of a page that was too short for a row is no gap.
+        if (!pages_.empty()) setRoom(pages_.back(), false);
         // Gaps are filled when a quarter of the pages has some.
         constexpr size_t kShare = 4;
         if (withRoom_.size() > pages_.size() / kShare + 1)

@@ -55,13 +55,17 @@ bool isVariable(Type type) {
 
 RowId MapSpace::add(uint32_t near) {
     Bytes map = UsageMap::empty(store_.format);
-    if (near != 0) {
-        PagePtr page = store_.file.page(near, PageType::kData);
+    for (uint32_t candidate : {near, store_.mapPage}) {
+        // The page of the last time may have gone to another use.
+        if (candidate == 0 || candidate >= store_.file.pageCount()) continue;
+        PagePtr page = store_.file.page(candidate);
+        if (page->bytes[0] != static_cast<uint8_t>(PageType::kData)) continue;
         DataPage data(store_.format, page->view());
-        if (data.owner() == kMapOwner && data.takes(map.size()))
-            return {near, addRow(store_.format, store_.file.writable(near), map)};
+        if (data.owner() != kMapOwner || !data.inUse() || !data.takes(map.size())) continue;
+        store_.mapPage = candidate;
+        return {candidate, addRow(store_.format, store_.file.writable(candidate), map)};
     }
-    uint32_t page = store_.allocator.take();
+    uint32_t page = store_.mapPage = store_.allocator.take();
     initDataPage(store_.format, store_.file.writable(page), kMapOwner);
     return {page, addRow(store_.format, store_.file.writable(page), map)};
 }
@@ -93,7 +97,7 @@ void addColumnTo(Store& store, TableDefinition& definition, const Column& column
     if (definition.columnNamed(column.name) >= 0)
         throw Error("A column named " + column.name + " exists already.");
     if (definition.columnsEver >= kMostColumns)
-        throw Error("A table holds at most 255 columns, deleted ones counted until it is compacted.");
+        throw Error("A table holds at most 255 columns, deleted ones counted.");
     ColumnDefinition added;
     added.name = column.name;
     added.type = column.type;

@@ -5,11 +5,16 @@
 
 namespace jet {
 
+// A file with nothing but a header (of a new database when it is empty), the map of free pages and room for
+// the definitions of the system tables.
+void makeEmptyFile(const std::string& path, Version version, const Bytes& header);
+
 // A place for a usage map: a row on one of the pages that hold them.
 class MapSpace {
   public:
     explicit MapSpace(Store& store) : store_(store) {}
-    // near: a page with maps that may have room; 0 for none.
+    // near: a page with maps that may have room, which is tried before the last one that had some; 0 for
+    // none.
     RowId add(uint32_t near);
     // Takes a map away, and gives back its pages and the page it stood on when nothing else is there.
     void remove(RowId map);

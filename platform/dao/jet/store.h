@@ -21,6 +21,7 @@ struct Store {
     Header header;
     TextCodec text;
     Allocator allocator;
+    uint32_t mapPage = 0;  // where a usage map found room the last time
 
   private:
     static Header firstPage(PageFile& file) {

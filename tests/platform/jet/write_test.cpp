@@ -5,6 +5,7 @@
 #include <random>
 
 #include "platform/dao/jet/check.h"
+#include "platform/dao/jet/compact.h"
 #include "tests/platform/dao/scratch.h"
 #include "tests/platform/jet/given_files.h"
 
@@ -348,6 +349,72 @@ TEST_P(Write, ManyRecordsInOrder) {
     std::vector<RowId> rows = records->tree(0).find(records->keys(0).key({Value("p12345")})->bytes);
     ASSERT_EQ(rows.size(), 1u);
     EXPECT_EQ(records->read(rows[0])[1], Value(12345));
+}
+
+std::string dumpOf(const std::string& path) {
+    std::string all;
+    for (const TableInfo& table : Database(path, {}).tables())
+        if (!table.system) all += outputOf(NORVANE_BIN_DIR "/jet dump '" + path + "' '" + table.name + "'");
+    return all + outputOf(NORVANE_BIN_DIR "/jet schema '" + path + "'");
+}
+
+// Compacted, a file holds the same in no more pages than it needs.
+TEST_P(Write, CompactionKeepsEverything) {
+    std::vector<Column> columns = {column("ID", Type::kLong), column("NAME", Type::kText, 90),
+                                   column("NOTE", Type::kMemo), column("GONE", Type::kMemo)};
+    columns[0].autonumber = true;
+    columns[1].allowZeroLength = false;
+    for (const char* name : {"A", "B", "C"}) db->createTable(name, columns);
+    db->createIndex("C", {.name = "PK", .columns = {{"ID"}}, .primary = true});
+    db->createIndex("C", {.name = "NAMES", .columns = {{"NAME", false}}});
+    for (int i = 0; i < 900; ++i) {
+        std::vector<Value> values = {Value(), Value("Name " + std::to_string(i * 7919 % 900)),
+                                     i % 20 ? Value(std::string(30, 'n')) : Value(std::string(9000, 'm')),
+                                     Value(std::string(100, 'g'))};
+        RowId row = db->records("C")->insert(values);
+        db->records("A")->insert(values = {Value(), Value("a"), Value(), Value(std::string(3000, 'a'))});
+        if (i % 3 == 0)
+            db->records("C")->update(row, {Value(), Value(std::string(90, 'z')), Value(), Value()},
+                                     {false, true, false, false});
+        if (i % 4 == 0) db->records("C")->erase(row);
+    }
+    db->dropTable("A");
+    db->dropColumn("C", "GONE");
+    reopen();
+    std::string before = dumpOf(path);
+    size_t size = std::filesystem::file_size(path);
+    compact(*db);
+    EXPECT_EQ(faults(*db), "");
+    EXPECT_EQ(dumpOf(path) == before, true);
+    EXPECT_LT(std::filesystem::file_size(path), size / 2);
+    EXPECT_FALSE(std::filesystem::exists(path + ".compact"));
+    // It can be worked with at once, and the counter goes on.
+    db->begin();
+    std::vector<Value> values = {Value(), Value("next"), Value()};
+    db->records("C")->insert(values);
+    EXPECT_EQ(values[0], Value(901));
+    db->commit();
+    EXPECT_EQ(faults(*db), "");
+    EXPECT_EQ(disagreement(path), "");
+}
+
+TEST(WriteGiven, EveryGivenFileIsCompacted) {
+    if (givenFiles().empty()) GTEST_SKIP() << "the given files are not here";
+    for (const std::string& given : givenFiles()) {
+        ScratchFolder folder;
+        std::string path = folder("copy.mdb");
+        std::filesystem::copy_file(given, path);
+        std::filesystem::permissions(path, std::filesystem::perms::owner_all);
+        std::string before = dumpOf(path);
+        {
+            Database db(path, {});
+            compact(db);
+            EXPECT_EQ(faults(db), "") << given;
+        }
+        EXPECT_EQ(dumpOf(path) == before, true) << given;
+        EXPECT_EQ(disagreement(path), "");
+        EXPECT_LE(std::filesystem::file_size(path), std::filesystem::file_size(given)) << given;
+    }
 }
 
 // Files of other programs, changed: every table that can be written to is written to.

@@ -3,6 +3,7 @@
 #include <iostream>
 
 #include "platform/dao/jet/check.h"
+#include "platform/dao/jet/compact.h"
 #include "platform/dao/jet/tool/print.h"
 #include "platform/dao/jet/tool/statements.h"
 
@@ -15,6 +16,7 @@ constexpr const char* kUsage =
     "jet create FILE [97|2000]     a new database without tables\n"
     "jet sql FILE STATEMENTS       runs statements; prints the records of a SELECT with | between their "
     "values\n"
+    "jet compact FILE              writes the file anew, without the room that deleted things have left\n"
     "jet check FILE                faults of the structure; nothing for a sound file\n";
 
 int create(const std::string& file, const std::string& version) {
@@ -54,6 +56,7 @@ int run(const std::vector<std::string>& arguments) {
     if (command == "sql") return runSql(file, rest);
     jet::Database db(file, {});
     if (command == "check") return printFaults(db);
+    if (command == "compact") return jet::compact(db), 0;
     if (command == "tables")
         jet::printTables(db, std::cout);
     else if (command == "schema")
