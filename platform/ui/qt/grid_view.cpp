@@ -118,7 +118,6 @@ GridView::GridView(Grid& grid, Dialog& dialog, DialogWindow& window)
     setTabKeyNavigation(false);
     setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
-    if (grid.wholeRows()) setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     verticalHeader()->setDefaultSectionSize(QFontMetrics(qtFont(grid.font())).height() + window.scaled(8));
     bool headed = false;
@@ -171,11 +170,14 @@ void GridView::resizeEvent(QResizeEvent* event) {
     if (!refreshing_) showColumns();
 }
 
+bool GridView::isWiderThanShown() const {
+    return horizontalScrollBar()->maximum() > horizontalScrollBar()->minimum();
+}
+
 int GridView::heightOfWholeRows(int available) const {
     constexpr int kMargin = 4;  // at 96 dpi
     int row = verticalHeader()->defaultSectionSize();
-    // The scroll bar's room is kept free also while there is none, so that the rows do not jump.
-    int others = 2 * frameWidth() + style()->pixelMetric(QStyle::PM_ScrollBarExtent) +
+    int others = 2 * frameWidth() + (isWiderThanShown() ? horizontalScrollBar()->sizeHint().height() : 0) +
                  (horizontalHeader()->isVisible() ? horizontalHeader()->sizeHint().height() : 0);
     int rows = std::max(0, available - window_.scaled(kMargin) - others - 1) / row;
     return rows * row + others;
@@ -239,10 +241,10 @@ void GridView::closeEditor() {
     if (!editor_) return;
     QWidget* editor = editor_;
     editor_ = nullptr;
-    bool hadFocus = editor->hasFocus();
     editor->removeEventFilter(this);
     setIndexWidget(cells_->indexOf(edited_), nullptr);
-    if (hadFocus && dialog_.focus() == grid_.id()) setFocus();
+    // Also the list of a drop-down may have had it.
+    if (dialog_.focus() == grid_.id()) setFocus();
 }
 
 // --- What a person does -----------------------------------------------------------------------------------
@@ -318,6 +320,8 @@ WholeRowsFrame::WholeRowsFrame(GridView& view, QWidget* parent) : QWidget(parent
     setMinimumSize(view.minimumSize());
     setSizePolicy(view.sizePolicy());
     view.setMinimumSize(0, 0);
+    // Where the scroll bar comes or goes there is room for other rows.
+    connect(view.horizontalScrollBar(), &QScrollBar::rangeChanged, this, [this] { placeView(); });
 }
 
 // As much of a record as a small screen leaves room for is seen at once.
@@ -327,6 +331,10 @@ QSize WholeRowsFrame::sizeHint() const {
 }
 
 void WholeRowsFrame::resizeEvent(QResizeEvent*) {
+    placeView();
+}
+
+void WholeRowsFrame::placeView() {
     view_.setGeometry(0, 0, width(), view_.heightOfWholeRows(height()));
 }
 

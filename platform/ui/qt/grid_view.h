@@ -40,6 +40,7 @@ class GridView : public QTableView {
     QWidget* editor() const { return editor_; }
     // The greatest height up to this one at which the last row that is seen is a whole one.
     int heightOfWholeRows(int available) const;
+    bool isWiderThanShown() const;
 
   protected:
     void mousePressEvent(QMouseEvent* event) override;
@@ -77,6 +78,8 @@ class WholeRowsFrame : public QWidget {
     void resizeEvent(QResizeEvent* event) override;
 
   private:
+    void placeView();
+
     GridView& view_;
 };
 
