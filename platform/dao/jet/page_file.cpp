@@ -109,7 +109,14 @@ void PageFile::lock(short type, int byte, bool wait) {
 }
 
 void PageFile::beginRead() {
-    if (reading_ == 0 && !writing_) {
+    if (reading_ == 0 && !writing_) enterReading();
+    ++reading_;
+}
+
+void PageFile::enterReading() {
+    using Clock = std::chrono::steady_clock;
+    Clock::time_point end = Clock::now() + std::chrono::milliseconds(options_.lockTimeout);
+    for (;;) {
         if (!options_.exclusive) {
             // Who waits for the readers to go holds kComing: no new one enters then.
             lock(F_RDLCK, kComing, true);
@@ -122,26 +129,31 @@ void PageFile::beginRead() {
             unlock(kComing);
         }
         try {
-            refresh();
+            if (refresh()) return;
         } catch (...) {
             if (!options_.exclusive) unlock(kReaders);
             throw;
         }
+        // Another process is about to put the file right, and waits for its readers to go.
+        unlock(kReaders);
+        if (Clock::now() > end) locked();
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
-    ++reading_;
 }
 
 void PageFile::endRead() {
     if (--reading_ == 0 && !options_.exclusive) unlock(kReaders);
 }
 
-void PageFile::refresh() {
-    if (journal_.exists()) recover();
+// False: the file must be put right first, and another process is about to do it.
+bool PageFile::refresh() {
+    if (journal_.exists() && !recover()) return false;
     int64_t time = seenTime_, size = seenSize_;
     noteFile();
-    if (time == seenTime_ && size == seenSize_) return;
+    if (time == seenTime_ && size == seenSize_) return true;
     forgetPages();
     ++generation_;
+    return true;
 }
 
 void PageFile::noteFile() {
@@ -155,13 +167,13 @@ void PageFile::noteFile() {
         static_cast<uint32_t>(std::min(static_cast<uint64_t>(s.st_size) / format_->pageSize, kMostPages));
 }
 
-// A journal is left over when nobody writes. The caller holds the readers' lock.
-void PageFile::recover() {
+// The caller holds the readers' lock, so that nobody is committing: a journal that is there was left over.
+bool PageFile::recover() {
     if (options_.readOnly)
         throw Error("The database \"" + path_ +
                     "\" was not closed properly and must be opened for writing to be put right.");
-    bool writer = writing_ || options_.exclusive;
-    if (!writer && !tryLock(F_WRLCK, kWriter)) return;  // its writer is at work
+    bool writer = writing_ || holdsWriter_ || options_.exclusive;
+    if (!writer && !tryLock(F_WRLCK, kWriter)) return false;
     try {
         if (journal_.exists()) {
             lock(F_WRLCK, kReaders, true);
@@ -174,6 +186,7 @@ void PageFile::recover() {
     }
     if (!options_.exclusive) tryLock(F_RDLCK, kReaders);
     if (!writer) unlock(kWriter);
+    return true;
 }
 
 void PageFile::beginWrite() {
@@ -191,12 +204,15 @@ void PageFile::beginWrite() {
         }
         unlock(kWaiting);
     }
+    holdsWriter_ = true;
     try {
         Reading reading(*this);
         if (seenSize_ % static_cast<int64_t>(format_->pageSize) != 0)
             damaged("the file does not end with a whole page");
         writing_ = true;
+        holdsWriter_ = false;
     } catch (...) {
+        holdsWriter_ = false;
         if (!options_.exclusive) unlock(kWriter);
         throw;
     }

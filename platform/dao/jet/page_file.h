@@ -102,10 +102,11 @@ class PageFile {
 
     void open();
     void close();
-    void refresh();
+    void enterReading();
+    bool refresh();
     void noteFile();
     void leaveWriting();
-    void recover();
+    bool recover();
     void lock(short type, int byte, bool wait);
     bool tryLock(short type, int byte);
     void unlock(int byte) { tryLock(2, byte); }
@@ -125,6 +126,7 @@ class PageFile {
 
     int reading_ = 0;
     bool writing_ = false;
+    bool holdsWriter_ = false;  // while beginWrite looks at the file
     uint64_t generation_ = 1;
     uint32_t pageCount_ = 0;
     bool shrinks_ = false;   // the file is to become shorter with the next commit

@@ -186,6 +186,20 @@ TEST(JetCrash, JournalsThatAreFound) {
     { Database db(path, {}); }
     EXPECT_EQ(outputOf("cat '" + path + "'") == before, true);
     EXPECT_FALSE(std::filesystem::exists(path + "-journal"));
+    // Found when a transaction begins: it is put right, and the transaction stays the only one.
+    {
+        Database db(path, {}), other(path, {.lockTimeout = 50});
+        std::filesystem::copy_file(folder("journal"), path + "-journal");
+        write(ruined);
+        db.begin();
+        EXPECT_FALSE(std::filesystem::exists(path + "-journal"));
+        EXPECT_THROW(other.begin(), Error);
+        add(db, "after", 1);
+        db.commit();
+        EXPECT_EQ(content(other).size(), 1u);
+        EXPECT_EQ(faults(other), "");
+    }
+    write(before);
     // A database that may only be read cannot be put right.
     std::filesystem::copy_file(folder("journal"), path + "-journal");
     EXPECT_THROW(Database(path, {.readOnly = true}), Error);
