@@ -1,6 +1,7 @@
 // The editor of the template in a real window, by keyboard alone: from nothing to a feature that the sheet
 // uses. With NORVANE_PICTURES set to a folder, pictures of the windows are put there.
 #include <QFileDialog>
+#include <QMenuBar>
 #include <QMessageBox>
 #include <QTableView>
 #include <QTreeWidget>
@@ -137,6 +138,80 @@ TEST_F(QtEditor, ListsOpenByKeyAndNewTextJoinsThem) {
          leave()}));
     EXPECT_EQ(lisp("(cf:gis_smart_prompting 15)"), "1");
     EXPECT_EQ(sqlite("template.mdb", "select FIELD_NAME from ZGEO_SMART_PROMPTING"), "~LAMP\n");
+}
+
+TEST_F(QtEditor, FeaturesAreCopiedMergedDeletedAndComeBackFromTheirFile) {
+    auto choose = [](const char* heading, const char* entry) {
+        return Action([=] {
+            for (QAction* menu : window()->findChild<QMenuBar*>()->actions())
+                if (menu->text().remove('&') == heading)
+                    for (QAction* action : menu->menu()->actions())
+                        if (action->text().remove('&') == entry) return action->trigger();
+            FAIL() << entry;
+        });
+    };
+    auto clickNode = [](const char* text, bool twice = false) {
+        return Action([=] {
+            auto* tree = child<QTreeWidget>(1003);
+            QList<QTreeWidgetItem*> found = tree->findItems(text, Qt::MatchExactly | Qt::MatchRecursive);
+            ASSERT_FALSE(found.isEmpty()) << text;
+            tree->scrollToItem(found.front());
+            QPoint at = tree->visualItemRect(found.front()).center();
+            QTest::mouseClick(tree->viewport(), Qt::LeftButton, {}, at);
+            if (twice) QTest::mouseDClick(tree->viewport(), Qt::LeftButton, {}, at);
+        });
+    };
+    auto fileNamed = [this](const char* name) {
+        return Action([=, this] {
+            window()->findChild<QLineEdit*>("fileNameEdit")->setText(QString::fromStdString(path(name)));
+        });
+    };
+    // No other window stands before it, the short information box included.
+    const Action back = until([] { return child<QTreeWidget>(1003) != nullptr; }, "editor");
+    does(joined(
+        {newTemplateWithCategory(),
+         {choose("Category", "New"), type("water"), press(Qt::Key_Enter), press(Qt::Key_N, Qt::AltModifier),
+          type("hydrant"), press(Qt::Key_Enter), focusOn(1008), type("depth"), press(Qt::Key_Enter),
+          type("Depth"), press(Qt::Key_Enter), press(Qt::Key_Enter), type("y"), press(Qt::Key_Enter),
+          type("r"), press(Qt::Key_Enter), press(Qt::Key_S, Qt::ControlModifier), back},
+         // A copy in the other category, under another name.
+         {choose("Feature", "Save As"), title("Save: HYDRANT As"), type("valve"), press(Qt::Key_Enter),
+          title("Select Category"), press(Qt::Key_Up), press(Qt::Key_Enter), back,
+          choose("Feature", "Rename"), title("Rename: VALVE to"), type("tap"), press(Qt::Key_Enter), back},
+         // Both categories become one, and the copy goes.
+         {choose("Category", "Rename"), title("Select Category to Rename"), press(Qt::Key_Enter),
+          title("Rename: PLANTS to"), type("water"), press(Qt::Key_Enter), back, clickNode("TAP"),
+          choose("Feature", "Delete"), title("Alert"), yes(), back},
+         // Out to a file, deleted, and in again.
+         {clickNode("HYDRANT", true),
+          choose("GIS File", "Export"),
+          title("Save As"),
+          fileNamed("hydrant.gis"),
+          press(Qt::Key_Enter),
+          until([this] { return fs::exists(path("hydrant.gis")); }, "file"),
+          back,
+
+          choose("Feature", "Delete"),
+          title("Alert"),
+          yes(),
+          back,
+          choose("GIS File", "Import"),
+          title("Open"),
+          fileNamed("hydrant.gis"),
+          press(Qt::Key_Enter),
+          title("Details"),
+          press(Qt::Key_Enter),
+          back,
+          press(Qt::Key_S, Qt::ControlModifier),
+          title("Select Category"),
+          press(Qt::Key_Enter),
+          back},
+         leave()}));
+    EXPECT_EQ(lisp("(cf:gis_smart_prompting 15)"), "1");
+    EXPECT_EQ(read("hydrant.gis"), "|12|DEPTH,Depth, ,\n");
+    EXPECT_EQ(sqlite("template.mdb", "select GIS_NAME, FIELD_NAME, FIELD_PROMPT from ZGEO_SMART_PROMPTING"),
+              "HYDRANT|~..DEPTH|Depth\n");
+    EXPECT_EQ(sqlite("template.mdb", "select distinct CAT_GIS_NAME from ZGEO_CAT"), "WATER\n");
 }
 
 TEST_F(QtEditor, ATemplateThatDisappearsLosesNothingOfTheSheet) {
