@@ -14,6 +14,7 @@
 #include <fstream>
 #include <string>
 
+#include "bench/stopwatch.h"
 #include "hostcad/ads/host_names.h"
 #include "hostcad/drawing/entity_builder.h"
 #include "hostcad/dxf/blank_drawing.h"
@@ -23,27 +24,6 @@
 using namespace hostcad;
 
 namespace {
-
-// Seconds by the clock on the wall, and of the processor: on a machine that does other things too, the second
-// tells more.
-struct Time {
-    double wall = 0, processor = 0;
-};
-
-Time now() {
-    timespec used{};
-    ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &used);
-    return {std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count(),
-            static_cast<double>(used.tv_sec) + static_cast<double>(used.tv_nsec) * 1e-9};
-}
-
-template <class Work>
-Time timeOf(Work work) {
-    Time start = now();
-    work();
-    Time end = now();
-    return {end.wall - start.wall, end.processor - start.processor};
-}
 
 double megabytes(double bytes) {
     return bytes / 1e6;

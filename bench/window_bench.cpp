@@ -20,31 +20,13 @@
 #include <fstream>
 #include <string>
 
+#include "bench/stopwatch.h"
 #include "hostcad/dxf/dxf.h"
 #include "hostcad/window/main_window.h"
 
 using namespace hostcad;
 
 namespace {
-
-struct Time {
-    double wall = 0, processor = 0;  // seconds
-};
-
-Time now() {
-    timespec used{};
-    ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &used);
-    return {std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count(),
-            static_cast<double>(used.tv_sec) + static_cast<double>(used.tv_nsec) * 1e-9};
-}
-
-template <class Work>
-Time timeOf(Work work) {
-    Time start = now();
-    work();
-    Time end = now();
-    return {end.wall - start.wall, end.processor - start.processor};
-}
 
 // The best of some runs, each in a process of its own: the least disturbed one tells most. Negative when one
 // fails.
