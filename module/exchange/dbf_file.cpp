@@ -127,6 +127,7 @@ bool hasField(const DbfHandle& handle, int32_t field) {
 // Makes a record the current one, a new one included.
 bool beginWrite(DbfHandle& handle, int32_t record, int32_t field) {
     if (record < 0 || record > handle.recordCount || !hasField(handle, field)) return false;
+    if (record == handle.currentRecord) return true;
     if (handle.noHeader) writeHeader(handle);
     if (record < handle.recordCount) return loadRecord(handle, record);
     if (record == std::numeric_limits<int32_t>::max()) return false;
@@ -137,15 +138,38 @@ bool beginWrite(DbfHandle& handle, int32_t record, int32_t field) {
     return true;
 }
 
+// What stands in a field in front of a NUL, without the blanks round it.
+std::string_view withoutBlanks(std::string_view bytes) {
+    const char *first = bytes.data(), *last = first + bytes.size();
+    while (first < last && *first == ' ') ++first;
+    const char* end = first;
+    for (const char* at = first; at < last && *at; ++at)
+        if (*at != ' ') end = at + 1;
+    return {first, static_cast<size_t>(end - first)};
+}
+
+// Fields are short: a loop is done before the library's copying and searching have begun. Where the copy
+// ends, or null when there is a byte that is no ASCII.
+char* copyAscii(std::string_view bytes, char* to) {
+    for (char byte : bytes) {
+        if (byte & 0x80) return nullptr;
+        *to++ = byte;
+    }
+    return to;
+}
+
 void putText(DbfHandle& handle, std::string_view room, std::string_view text) {
-    std::string encoded;
-    bool ascii = text::isAscii(text);
-    if (!ascii && handle.codePage != kUtf8) text = encoded = text::encode(text, handle.codePage);
-    if (text.size() > room.size())
-        text = handle.codePage == kUtf8 ? text::cutToBytes(text, room.size()) : text.substr(0, room.size());
-    char* to = handle.recordBuffer.data() + (room.data() - handle.recordBuffer.data());
-    std::memcpy(to, text.data(), text.size());
-    std::memset(to + text.size(), ' ', room.size() - text.size());
+    char* const to = handle.recordBuffer.data() + (room.data() - handle.recordBuffer.data());
+    char* end = text.size() <= room.size() ? copyAscii(text, to) : nullptr;
+    if (!end) {
+        std::string encoded;
+        if (handle.codePage != kUtf8) text = encoded = text::encode(text, handle.codePage);
+        if (text.size() > room.size())
+            text =
+                handle.codePage == kUtf8 ? text::cutToBytes(text, room.size()) : text.substr(0, room.size());
+        end = std::copy(text.begin(), text.end(), to);
+    }
+    std::fill(end, to + room.size(), ' ');
 }
 
 void putNumber(DbfHandle& handle, std::string_view room, int32_t field, double value) {
@@ -239,14 +263,15 @@ DbfFieldClass DbfGetFieldInfo(const DbfHandle* handle, int32_t index, std::strin
 
 const char* DbfReadStringAttribute(DbfHandle* handle, int32_t record, int32_t field) {
     if (!hasField(*handle, field) || !loadRecord(*handle, record)) return nullptr;
-    std::string_view bytes = fieldBytes(*handle, field);
-    bytes = bytes.substr(0, bytes.find('\0'));
-    bytes.remove_prefix(std::min(bytes.find_first_not_of(' '), bytes.size()));
-    while (!bytes.empty() && bytes.back() == ' ') bytes.remove_suffix(1);
-    if (text::isAscii(bytes) || handle->codePage == kUtf8)
-        attributeText = bytes;
-    else
+    const std::string_view bytes = withoutBlanks(fieldBytes(*handle, field));
+    if (attributeText.size() <= bytes.size()) attributeText.resize(bytes.size() + 1);
+    char* end = copyAscii(bytes, attributeText.data());
+    if (end || handle->codePage == kUtf8) {
+        if (!end) end = std::copy(bytes.begin(), bytes.end(), attributeText.data());
+        *end = '\0';
+    } else {
         attributeText = text::decode(bytes, handle->codePage);
+    }
     return attributeText.c_str();
 }
 

@@ -5,61 +5,81 @@
 #include <cmath>
 #include <cstdint>
 #include <cstring>
+#include <iterator>
 #include <limits>
 
 namespace {
 
-// Longer than any double in plain digits with 255 decimals.
+// Of a double in plain digits with 255 decimals.
 constexpr size_t kLongest = 640;
-constexpr int kMostQuickDecimals = 9;
+// Of a sign, the digits of any 64 bits, and a point.
+constexpr size_t kLongestQuick = 32;
 constexpr double kPowers[] = {1, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9};
 
-size_t digitsOf(int64_t value, char* out) {
-    return static_cast<size_t>(std::to_chars(out, out + kLongest, value).ptr - out);
+// The value in units of its last decimal, where one multiplication rounds as exact arithmetic would: the
+// product is off by far less than its distance from a half. False when it might not.
+bool toUnits(double value, int decimals, uint64_t& units) {
+    constexpr double kExact = 1e14, kMargin = 0.02;
+    if (decimals >= static_cast<int>(std::size(kPowers))) return false;
+    double scaled = std::fabs(value) * kPowers[decimals];
+    if (scaled >= kExact) return false;
+    units = static_cast<uint64_t>(scaled);
+    double rest = scaled - static_cast<double>(units);
+    if (std::fabs(rest - 0.5) < kMargin) return false;
+    if (rest > 0.5) ++units;
+    return true;
 }
 
-// Rounds by one multiplication where that cannot differ from the exact rounding: the product is off by far
-// less than its distance from a half. 0 when it might.
-size_t quickDecimals(double value, int decimals, char* out) {
-    constexpr double kExact = 1e14, kMargin = 0.02;
-    if (decimals > kMostQuickDecimals) return 0;
-    double scaled = std::fabs(value) * kPowers[decimals];
-    if (scaled >= kExact) return 0;
-    auto units = static_cast<int64_t>(scaled);
-    double rest = scaled - static_cast<double>(units);
-    if (std::fabs(rest - 0.5) < kMargin) return 0;
-    if (rest > 0.5) ++units;
-    char digits[kLongest];
-    size_t count = digitsOf(units, digits), places = static_cast<size_t>(decimals);
-    char* at = out;
-    if (std::signbit(value)) *at++ = '-';
-    size_t whole = count > places ? count - places : 0;
-    if (whole == 0) *at++ = '0';
-    at = std::copy_n(digits, whole, at);
-    *at++ = '.';
-    at = std::fill_n(at, places - (count - whole), '0');
-    return static_cast<size_t>(std::copy(digits + whole, digits + count, at) - out);
+// Writes from the last digit backwards, in front of `end`. Where the text begins.
+char* putUnits(uint64_t units, int decimals, bool negative, char* end) {
+    auto putDigits = [&](uint32_t number, int least) {
+        for (; number > 0 || least > 0; number /= 10, --least) *--end = static_cast<char>('0' + number % 10);
+    };
+    if (decimals > 0) {
+        const auto unit = static_cast<uint64_t>(kPowers[decimals]);
+        putDigits(static_cast<uint32_t>(units % unit), decimals);
+        *--end = '.';
+        units /= unit;
+    }
+    // Numbers of 32 bits are the quicker ones to divide.
+    constexpr int kDigitsOfPart = 9;
+    constexpr uint64_t kPart = 1000000000;
+    for (; units >= kPart; units /= kPart) putDigits(static_cast<uint32_t>(units % kPart), kDigitsOfPart);
+    putDigits(static_cast<uint32_t>(units), 1);
+    if (negative) *--end = '-';
+    return end;
+}
+
+// `text` stands at the right end of the room; of a longer one the first bytes are kept.
+void putRight(const char* text, size_t length, char* out, size_t room) {
+    const size_t shown = std::min(length, room);
+    std::memset(out, ' ', room - shown);
+    std::memcpy(out + room - shown, text, shown);
 }
 
 }  // namespace
 
 void formatDbfNumber(double value, int width, int decimals, char* out) {
-    size_t room = static_cast<size_t>(width);
+    const size_t room = static_cast<size_t>(width);
     if (!std::isfinite(value)) {
         std::memset(out, ' ', room);
         return;
     }
-    char digits[kLongest];
-    size_t length = 0;
+    uint64_t units = 0;
     if (decimals == 0) {
         constexpr double kLow = std::numeric_limits<int32_t>::min(),
                          kHigh = std::numeric_limits<int32_t>::max();
-        length = digitsOf(static_cast<int64_t>(std::clamp(value, kLow, kHigh)), digits);
-    } else if ((length = quickDecimals(value, decimals, digits)) == 0) {
+        value = std::trunc(std::clamp(value, kLow, kHigh));
+        units = static_cast<uint64_t>(std::fabs(value));
+        value = units == 0 ? 0 : value;  // a whole 0 has no sign
+    } else if (!toUnits(value, decimals, units)) {
+        char digits[kLongest];
         auto end = std::to_chars(digits, digits + kLongest, value, std::chars_format::fixed, decimals).ptr;
-        length = static_cast<size_t>(end - digits);
+        putRight(digits, static_cast<size_t>(end - digits), out, room);
+        return;
     }
-    size_t shown = std::min(length, room);
-    std::memset(out, ' ', room - shown);
-    std::memcpy(out + room - shown, digits, shown);
+    char text[kLongestQuick];
+    char* end = text + kLongestQuick;
+    const char* begin = putUnits(units, decimals, std::signbit(value), end);
+    putRight(begin, static_cast<size_t>(end - begin), out, room);
 }

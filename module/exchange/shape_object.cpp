@@ -2,31 +2,6 @@
 
 #include <algorithm>
 
-namespace shape {
-
-bool isPoint(int32_t type) {
-    return type == kPoint || type == kPointZ || type == kPointM;
-}
-bool isMultipoint(int32_t type) {
-    return type == kMultipoint || type == kMultipointZ || type == kMultipointM;
-}
-bool hasParts(int32_t type) {
-    return type == kArc || type == kPolygon || type == kArcZ || type == kPolygonZ || type == kArcM ||
-           type == kPolygonM || type == kMultipatch;
-}
-bool hasZ(int32_t type) {
-    return type == kPointZ || type == kArcZ || type == kPolygonZ || type == kMultipointZ ||
-           type == kMultipatch;
-}
-bool hasM(int32_t type) {
-    return type == kPointM || type == kArcM || type == kPolygonM || type == kMultipointM;
-}
-bool isKnown(int32_t type) {
-    return isPoint(type) || isMultipoint(type) || hasParts(type);
-}
-
-}  // namespace shape
-
 ShapeObject::~ShapeObject() {
     while (vertexList) {
         ShapeVertexNode* next = vertexList->next;
@@ -75,11 +50,18 @@ ShapeObject* ShapeCreateObject(int32_t shapeType, int32_t shapeId, int32_t partC
         if (partCount > 0 && partTypes) std::copy_n(partTypes, partCount, object->partTypes.begin());
     }
     object->allocateArrays(vertexCount);
-    if (vertexCount > 0) {
+    const bool takesZ = z && shape::hasZ(shapeType);
+    const bool takesM = m && (shape::hasZ(shapeType) || shape::hasM(shapeType));
+    if (vertexCount == 1) {
+        *object->x = *x;
+        *object->y = *y;
+        if (takesZ) *object->z = *z;
+        if (takesM) *object->m = *m;
+    } else if (vertexCount > 1) {
         std::copy_n(x, vertexCount, object->x);
         std::copy_n(y, vertexCount, object->y);
-        if (z && shape::hasZ(shapeType)) std::copy_n(z, vertexCount, object->z);
-        if (m && (shape::hasZ(shapeType) || shape::hasM(shapeType))) std::copy_n(m, vertexCount, object->m);
+        if (takesZ) std::copy_n(z, vertexCount, object->z);
+        if (takesM) std::copy_n(m, vertexCount, object->m);
     }
     ShapeComputeExtents(object.get());
     return object.release();

@@ -24,12 +24,29 @@ enum Type : int32_t {
 };
 constexpr int32_t kRing = 5;  // the type of a part, unless it is told
 
-bool isPoint(int32_t type);
-bool isMultipoint(int32_t type);
-bool hasParts(int32_t type);  // arcs, polygons, multipatches
-bool hasZ(int32_t type);      // the types that hold Z (and M beside it)
-bool hasM(int32_t type);      // the types that hold M alone
-bool isKnown(int32_t type);
+constexpr bool isPoint(int32_t type) {
+    return type == kPoint || type == kPointZ || type == kPointM;
+}
+constexpr bool isMultipoint(int32_t type) {
+    return type == kMultipoint || type == kMultipointZ || type == kMultipointM;
+}
+// Arcs, polygons, multipatches.
+constexpr bool hasParts(int32_t type) {
+    return type == kArc || type == kPolygon || type == kArcZ || type == kPolygonZ || type == kArcM ||
+           type == kPolygonM || type == kMultipatch;
+}
+// The types that hold Z, and M beside it.
+constexpr bool hasZ(int32_t type) {
+    return type == kPointZ || type == kArcZ || type == kPolygonZ || type == kMultipointZ ||
+           type == kMultipatch;
+}
+// The types that hold M alone.
+constexpr bool hasM(int32_t type) {
+    return type == kPointM || type == kArcM || type == kPolygonM || type == kMultipointM;
+}
+constexpr bool isKnown(int32_t type) {
+    return isPoint(type) || isMultipoint(type) || hasParts(type);
+}
 
 }  // namespace shape
 

@@ -203,15 +203,19 @@ size_t assemble(ShapeHandle& handle, int32_t index, const ShapeObject& object) {
 
 void growIndex(ShapeHandle& handle) {
     if (handle.recordCount + 1 <= handle.recordCapacity) return;
-    handle.recordCapacity = static_cast<int32_t>(handle.recordCapacity * 1.3 + 100);
+    handle.recordCapacity = handle.recordCapacity * 2 + 100;
     handle.recordOffsets.resize(static_cast<size_t>(handle.recordCapacity));
     handle.recordSizes.resize(static_cast<size_t>(handle.recordCapacity));
 }
 
 void widen(ShapeHandle& handle, size_t dimension, const double* values, int32_t count) {
-    auto [low, high] = std::minmax_element(values, values + count);
-    handle.boundsMin[dimension] = std::min(handle.boundsMin[dimension], *low);
-    handle.boundsMax[dimension] = std::max(handle.boundsMax[dimension], *high);
+    double low = handle.boundsMin[dimension], high = handle.boundsMax[dimension];
+    for (int32_t i = 0; i < count; ++i) {
+        low = std::min(low, values[i]);
+        high = std::max(high, values[i]);
+    }
+    handle.boundsMin[dimension] = low;
+    handle.boundsMax[dimension] = high;
 }
 
 void widenBounds(ShapeHandle& handle, const ShapeObject& object) {

@@ -15,7 +15,7 @@ namespace files {
 namespace {
 
 constexpr size_t kSmallWindow = 512;
-constexpr size_t kLargeWindow = size_t{1} << 18;
+constexpr size_t kLargeWindow = size_t{1} << 16;
 
 int flagsOf(RandomFile::Mode mode) {
     switch (mode) {
