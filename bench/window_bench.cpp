@@ -13,12 +13,13 @@
 #include <QMouseEvent>
 #include <QThread>
 #include <QWheelEvent>
-#include <chrono>
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <vector>
 
 #include "bench/stopwatch.h"
 #include "hostcad/dxf/dxf.h"
@@ -28,30 +29,39 @@ using namespace hostcad;
 
 namespace {
 
-// The best of some runs, each in a process of its own: the least disturbed one tells most. Negative when one
+// One piece of work in a process of its own, so that nothing of one run helps another. Negative when it
 // fails.
 template <class Work>
-Time bestApart(Work work) {
-    constexpr int kRuns = 3;
-    Time best{1e9, 1e9};
-    for (int i = 0; i < kRuns; ++i) {
-        int ends[2];
-        if (::pipe(ends) != 0) return {-1, -1};
-        std::fflush(stdout);
-        pid_t child = ::fork();
-        if (child == 0) {
-            Time time = work();
-            ::_exit(::write(ends[1], &time, sizeof time) == sizeof time ? 0 : 1);
-        }
-        ::close(ends[1]);
-        Time time{-1, -1};
-        if (::read(ends[0], &time, sizeof time) != sizeof time) return {-1, -1};
-        ::close(ends[0]);
-        int status = 0;
-        ::waitpid(child, &status, 0);
-        best = {std::min(best.wall, time.wall), std::min(best.processor, time.processor)};
+Time timeApart(Work work) {
+    int ends[2];
+    if (::pipe(ends) != 0) return {-1, -1};
+    std::fflush(stdout);
+    pid_t child = ::fork();
+    if (child == 0) {
+        Time time = work();
+        ::_exit(::write(ends[1], &time, sizeof time) == sizeof time ? 0 : 1);
     }
-    return best;
+    ::close(ends[1]);
+    Time time{-1, -1};
+    if (::read(ends[0], &time, sizeof time) != sizeof time) time = {-1, -1};
+    ::close(ends[0]);
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    return time;
+}
+
+double middle(std::vector<double> values) {
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
+}
+
+Time middle(const std::vector<Time>& times) {
+    std::vector<double> wall, processor;
+    for (const Time& time : times) {
+        wall.push_back(time.wall);
+        processor.push_back(time.processor);
+    }
+    return {middle(wall), middle(processor)};
 }
 
 void print(const char* what, Time time, double scale, const char* unit) {
@@ -219,13 +229,19 @@ int main(int argc, char** argv) {
         std::string path = std::filesystem::absolute(argv[i]).string();
         std::printf("%s, %.1f MB\n", std::filesystem::path(path).filename().c_str(),
                     static_cast<double>(std::filesystem::file_size(path)) / 1e6);
-        Time alone = bestApart([&] {
-            std::string error;
-            return timeOf([&] { readDxf(path, error); });
-        });
-        Time withPicture = bestApart([&] { return Program(argc, argv).open(path); });
-        print("opening the file alone", alone, 1, "s ");
-        print("opening up to the first picture", withPicture, 1, "s ");
+        // By turns, so that a machine that is slower for a while is so for both.
+        constexpr int kRuns = 7;
+        std::vector<Time> files, pictures;
+        for (int run = 0; run < kRuns; ++run) {
+            files.push_back(timeApart([&] {
+                std::string error;
+                return timeOf([&] { readDxf(path, error); });
+            }));
+            pictures.push_back(timeApart([&] { return Program(argc, argv).open(path); }));
+        }
+        const Time alone = middle(files), withPicture = middle(pictures);
+        print("opening the file alone, middle of 7", alone, 1, "s ");
+        print("opening up to the first picture, middle of 7", withPicture, 1, "s ");
         std::printf("  %-44s %10.2f      (processor %.2f)\n", "the second for the first",
                     withPicture.wall / alone.wall, withPicture.processor / alone.processor);
         bool done = apart([&] { work(path, argc, argv); });

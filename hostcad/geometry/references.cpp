@@ -14,10 +14,8 @@ Point pointAt(Groups groups, int code, Point absent = {}) {
 }  // namespace
 
 std::vector<Frame> referenceFrames(const Drawing& drawing, const Frame& frame, Groups reference,
-                                   size_t limit) {
+                                   ObjectId block, size_t limit) {
     std::vector<Frame> frames;
-    ObjectId block = drawing.block(textOf(reference, 2));
-    if (!block || drawing.isSpace(block)) return frames;
     Frame at = frame * extrusionFrame(pointAt(reference, 210, {0, 0, 1})) *
                translation(pointAt(reference, 10)) *
                turned(realOf(reference, 50) * std::numbers::pi / 180, 1, 1, 1);

@@ -8,9 +8,8 @@
 
 namespace hostcad {
 
-// Frames of the block's own coordinates in those of `frame`, at most `limit` of them; none for a reference to
-// a block that the drawing lacks, or to one of its spaces.
+// Frames of the coordinates of `block`, which a reference shows, in those of `frame`; at most `limit` of them.
 std::vector<Frame> referenceFrames(const Drawing& drawing, const Frame& frame, Groups reference,
-                                   size_t limit);
+                                   ObjectId block, size_t limit);
 
 }  // namespace hostcad

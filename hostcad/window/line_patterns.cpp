@@ -7,11 +7,22 @@ namespace hostcad {
 void LinePatterns::clear() {
     numbers_.clear();
     patterns_.assign(1, {});
+    lastLineType_.clear();
 }
 
 uint16_t LinePatterns::number(const Drawing& drawing, std::string_view lineType, double scale) {
+    if (lineType.empty()) return 0;
+    if (lineType != lastLineType_ || scale != lastScale_) {
+        lastNumber_ = make(drawing, lineType, scale);
+        lastLineType_ = lineType;
+        lastScale_ = scale;
+    }
+    return lastNumber_;
+}
+
+uint16_t LinePatterns::make(const Drawing& drawing, std::string_view lineType, double scale) {
     constexpr size_t kMostPatterns = 10000;
-    if (lineType.empty() || patterns_.size() >= kMostPatterns) return 0;
+    if (patterns_.size() >= kMostPatterns) return 0;
     auto [it, isNew] = numbers_.try_emplace({std::string(lineType), scale}, uint16_t{0});
     if (!isNew) return it->second;
     ObjectId record = drawing.record("LTYPE", lineType);

@@ -26,7 +26,12 @@ class LinePatterns {
     const LinePattern& operator[](uint16_t number) const { return patterns_[number]; }
 
   private:
+    uint16_t make(const Drawing& drawing, std::string_view lineType, double scale);
+
     std::map<std::pair<std::string, double>, uint16_t> numbers_;
+    std::string lastLineType_;  // the last answer: neighbours mostly look alike
+    double lastScale_ = 0;
+    uint16_t lastNumber_ = 0;
     std::vector<LinePattern> patterns_;
 };
 

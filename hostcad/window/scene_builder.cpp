@@ -81,7 +81,10 @@ void SceneBuilder::finish() {
 }
 
 const SceneBuilder::Layer& SceneBuilder::layer(std::string_view name) {
+    if (lastLayer_ && name == lastLayerName_) return *lastLayer_;
     auto [it, isNew] = layers_.try_emplace(name);
+    lastLayerName_ = name;
+    lastLayer_ = &it->second;
     if (!isNew) return it->second;
     if (ObjectId record = drawing_.record("LAYER", name)) {
         Groups groups = drawing_.groups(record);
@@ -91,6 +94,14 @@ const SceneBuilder::Layer& SceneBuilder::layer(std::string_view name) {
                       textOf(groups, 6)};
     }
     return it->second;
+}
+
+ObjectId SceneBuilder::block(std::string_view name) {
+    if (lastBlock_ && name == lastBlockName_) return lastBlock_;
+    ObjectId found = drawing_.block(name);
+    if (!found || drawing_.isSpace(found)) return kNoObject;
+    lastBlockName_ = name;
+    return lastBlock_ = found;
 }
 
 // Layer 0 within a block is the layer of the reference.
@@ -139,19 +150,18 @@ void SceneBuilder::add(const Frame& frame, ObjectId id, const Style& outer, bool
 
 void SceneBuilder::addReference(const Frame& frame, ObjectId id, const Style& style) {
     Groups groups = drawing_.groups(id);
-    ObjectId block = drawing_.block(textOf(groups, 2));
-    for (const Frame& inner : referenceFrames(drawing_, frame, groups, kMostCells)) {
-        if (isFull()) break;
-        addContents(inner, block, style);
-    }
+    if (ObjectId shown = block(textOf(groups, 2)))
+        for (const Frame& inner : referenceFrames(drawing_, frame, groups, shown, kMostCells)) {
+            if (isFull()) break;
+            addContents(inner, shown, style);
+        }
     constexpr int64_t kInvisible = 1;
     for (ObjectId part = drawing_.firstPart(id); part; part = drawing_.nextPart(part))
         if (!(integerOf(drawing_.groups(part), 70) & kInvisible)) add(frame, part, style, true);
 }
 
 void SceneBuilder::addBlock(const Frame& frame, std::string_view name, const Style& style) {
-    ObjectId block = drawing_.block(name);
-    if (block && !drawing_.isSpace(block)) addContents(frame, block, style);
+    if (ObjectId shown = block(name)) addContents(frame, shown, style);
 }
 
 void SceneBuilder::addContents(const Frame& frame, ObjectId block, const Style& style) {

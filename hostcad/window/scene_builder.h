@@ -34,6 +34,8 @@ class SceneBuilder {
     };
 
     const Layer& layer(std::string_view name);
+    // The block of a name that a reference may show, or 0: a space is none.
+    ObjectId block(std::string_view name);
     Style styleOf(const EntityLooks& looks, const Style& outer, bool inBlock);
     void add(const Frame& frame, ObjectId id, const Style& outer, bool inBlock);
     void addReference(const Frame& frame, ObjectId id, const Style& style);
@@ -58,6 +60,11 @@ class SceneBuilder {
     Shape shape_;
     std::unordered_map<std::string_view, Layer> layers_;
     double patternScale_ = 1;
+    // The last answers: entities that follow each other are mostly on one layer, or references to one block.
+    std::string_view lastLayerName_;
+    const Layer* lastLayer_ = nullptr;
+    std::string_view lastBlockName_;
+    ObjectId lastBlock_ = kNoObject;
 
     // Of the entity at work.
     SceneEntity entity_;
