@@ -92,6 +92,9 @@ class Edit : public Control {
     // Most characters that a user can type; 0 sets no limit.
     int maxLength() const { return maxLength_; }
     void setMaxLength(int characters) { maxLength_ = characters; }
+    // A password: what is typed is neither shown nor put into any log.
+    bool secret() const { return secret_; }
+    void setSecret(bool on = true) { secret_ = on; }
     // The selected range, in characters: from, to; the whole text is 0, -1.
     void selectRange(int from, int to);
     int selectionFrom() const { return from_; }
@@ -99,6 +102,7 @@ class Edit : public Control {
 
   private:
     bool readOnly_;
+    bool secret_ = false;
     int maxLength_ = 0;
     int from_ = 0, to_ = 0;
 };

@@ -82,6 +82,7 @@ class EditWidget : public Shown<Edit, QLineEdit> {
   private:
     void show() override {
         q_->setReadOnly(control_.readOnly());
+        q_->setEchoMode(control_.secret() ? QLineEdit::Password : QLineEdit::Normal);
         if (control_.maxLength() > 0) q_->setMaxLength(control_.maxLength());
         QString text = toQt(control_.text());
         if (q_->text() != text) {

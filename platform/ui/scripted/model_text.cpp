@@ -120,11 +120,17 @@ std::string menuText(const Menu& menu) {
     return out;
 }
 
+std::string hidden(const std::string& secret) {
+    return secret.empty() ? "" : "****";
+}
+
 std::string contentText(const Control& control) {
     std::string caption = control.text().empty() ? "" : " " + quoted(plainCaption(control.text()));
     switch (control.kind()) {
         case ControlKind::Edit:
-            return " " + quoted(control.text()) +
+            return " " +
+                   quoted(static_cast<const Edit&>(control).secret() ? hidden(control.text())
+                                                                     : control.text()) +
                    (static_cast<const Edit&>(control).readOnly() ? " (read-only)" : "");
         case ControlKind::CheckBox:
             return (static_cast<const CheckBox&>(control).checked() ? " [x]" : " [ ]") + caption;

@@ -51,6 +51,15 @@ std::string menuPath(const std::vector<Menu::Entry>& entries, size_t index) {
 }
 
 // An entry is named by its caption, or where that is not enough by its path.
+// A step as the log keeps it: without what is typed into a secret edit.
+std::string loggedText(const Dialog& dialog, const Step& step) {
+    auto* edit = dynamic_cast<const Edit*>(dialog.find(step.control));
+    if (step.kind != Step::Kind::Text || !edit || !edit->secret()) return stepText(step);
+    Step shown = step;
+    shown.text = "****";
+    return stepText(shown);
+}
+
 std::string performMenu(Dialog& dialog, const std::string& name) {
     for (const auto& control : dialog.controls())
         if (auto* menu = dynamic_cast<Menu*>(control.get()))
@@ -107,7 +116,8 @@ bool ScriptedBackend::open(Dialog& dialog) {
 void ScriptedBackend::close(Dialog& dialog) {
     for (size_t i = running_.size(); i-- > 0;) {
         if (running_[i].first != &dialog) continue;
-        for (const Step& step : running_[i].second) log_.push_back("  left over: " + stepText(step));
+        for (const Step& step : running_[i].second)
+            log_.push_back("  left over: " + loggedText(dialog, step));
         running_.erase(running_.begin() + static_cast<long>(i));
         log_.push_back(
             text::format("dialog %d ended with %s", dialog.resource(), buttonText(dialog.result()).c_str()));
@@ -141,7 +151,7 @@ void ScriptedBackend::waitForEvent(Dialog& dialog) {
     }
     // Written down first, so that what the step brings about stands below it.
     size_t line = log_.size();
-    log_.push_back("  " + stepText(*step));
+    log_.push_back("  " + loggedText(dialog, *step));
     std::string problem = perform(dialog, *step);
     if (!problem.empty() && line < log_.size()) log_[line] += ": " + problem;
 }
