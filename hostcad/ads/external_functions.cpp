@@ -173,7 +173,7 @@ int acedFindFile(const char* name, char* result) {
 int acedGetSym(const char* name, resbuf** value) {
     if (!value) return RTERROR;
     *value = nullptr;
-    if (!isSymbolText(name)) return RTERROR;
+    if (!name || !*name) return RTERROR;
     return guarded([&](Host& host) {
         lisp::Symbol* symbol = host.lisp().find(name);
         *value = lisp::toResults(symbol ? symbol->value : lisp::Value()).release();
@@ -181,8 +181,9 @@ int acedGetSym(const char* name, resbuf** value) {
     });
 }
 
+// Programs keep values under any name, also under one that the reader would never read as a symbol.
 int acedPutSym(const char* name, const resbuf* value) {
-    if (!isSymbolText(name)) return RTERROR;
+    if (!name || !*name) return RTERROR;
     return guarded([&](Host& host) {
         host.lisp().set(host.lisp().intern(name), lisp::toValue(value));
         return RTNORM;

@@ -122,9 +122,14 @@ TEST_F(ModulesTest, ReadAndSetSymbols) {
     ASSERT_EQ(acedGetSym("unset", &value), RTNORM);
     EXPECT_EQ(value->restype, RTNIL);
     acutRelRb(value);
-    EXPECT_EQ(acedGetSym("not a name", &value), RTERROR);
+    EXPECT_EQ(acedGetSym("", &value), RTERROR);
     EXPECT_EQ(acedGetSym("f", &value), RTERROR);
     resbuf* one = acutBuildList(RTREAL, 1.5, 0);
+    // A name that no program could write down holds a value all the same.
+    EXPECT_EQ(acedPutSym("@office;UID=x", one), RTNORM);
+    ASSERT_EQ(acedGetSym("@office;UID=x", &value), RTNORM);
+    EXPECT_EQ(value->resval.rreal, 1.5);
+    acutRelRb(value);
     EXPECT_EQ(acedPutSym("t", one), RTERROR);
     EXPECT_EQ(acedPutSym("mine", one), RTNORM);
     acutRelRb(one);
