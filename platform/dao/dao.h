@@ -42,16 +42,26 @@ constexpr int dbOpenTable = 1;
 constexpr int dbOpenDynaset = 2;
 constexpr int dbOpenSnapshot = 4;
 
-// Formats of a new database and options of statements.
+// Formats of a new database and options of statements and record sets.
 constexpr int dbVersion30 = 32;  // Access 97
 constexpr int dbVersion40 = 64;  // Access 2000
 constexpr int dbSQLPassThrough = 64;
+// Nobody else writes into the table of a record set before the transaction ends in which it was opened. In a
+// file, where there is one writer at a time, a transaction has this effect by itself.
+constexpr int dbDenyWrite = 1;
 constexpr const char* dbLangGeneral = ";LANGID=0x0409;CP=1252;COUNTRY=0";
 
 class CDaoException : public std::runtime_error {
   public:
     explicit CDaoException(const std::string& description) : std::runtime_error(description) {}
     std::string description() const { return what(); }
+};
+
+// A change of tables that failed because another user has made the same change a moment before. What the
+// caller knows of the tables is out of date; after a Rollback the work may begin anew.
+class CDaoConflict : public CDaoException {
+  public:
+    using CDaoException::CDaoException;
 };
 
 struct CDaoFieldInfo {

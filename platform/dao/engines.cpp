@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "platform/dao/connect_string.h"
 #include "platform/files/files.h"
 #include "platform/text/text.h"
 
@@ -14,7 +15,13 @@ namespace dao {
 namespace {
 
 std::vector<std::shared_ptr<Engine>>& engines() {
-    static std::vector<std::shared_ptr<Engine>> list = {sqliteEngine(), accessEngine()};
+    static std::vector<std::shared_ptr<Engine>> list = {
+        sqliteEngine(),
+        accessEngine(),
+#ifdef NORVANE_ODBC
+        odbcEngine(),
+#endif
+    };
     return list;
 }
 
@@ -37,7 +44,7 @@ std::string readHead(const std::string& path) {
 [[noreturn]] void noEngine(const Source& source) {
     if (!source.connect.empty())
         throw CDaoException("This version cannot open ODBC sources: there is no engine for \"" +
-                            source.connect + "\".");
+                            withoutPassword(source.connect) + "\".");
     throw CDaoException("The file \"" + source.path + "\" is no database, or one of an unknown format.");
 }
 

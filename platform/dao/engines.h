@@ -9,9 +9,11 @@ std::shared_ptr<Connection> openSource(const std::string& path, bool exclusive, 
                                        const std::string& connect);
 std::shared_ptr<Connection> createSource(const std::string& path, const std::string& locale, int options);
 
-// The engines that are always there: for SQLite files, and for Access files.
+// The engines that are always there: for SQLite files, for Access files and, where the program was built with
+// a driver manager, for servers.
 std::shared_ptr<Engine> sqliteEngine();
 std::shared_ptr<Engine> accessEngine();
+std::shared_ptr<Engine> odbcEngine();
 
 // A file without any permission to write is read-only for everybody, as a file with the read-only attribute
 // is.

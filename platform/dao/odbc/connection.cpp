@@ -1,0 +1,368 @@
+#include "platform/dao/odbc/connection.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/dao/access_sql.h"
+#include "platform/dao/convert.h"
+#include "platform/dao/names.h"
+#include "platform/dao/odbc/cursor.h"
+#include "platform/dao/odbc/sign_on.h"
+#include "platform/dao/odbc/wide_text.h"
+#include "platform/text/text.h"
+
+namespace dao::odbc {
+namespace {
+
+// The first of these that the driver tells.
+std::string firstInfo(SQLHDBC connection, std::initializer_list<SQLUSMALLINT> infos) {
+    for (SQLUSMALLINT info : infos) {
+        SQLWCHAR buffer[512] = {};
+        SQLSMALLINT bytes = 0;
+        if (!SQL_SUCCEEDED(SQLGetInfoW(connection, info, buffer, sizeof buffer, &bytes)) || bytes <= 0)
+            continue;
+        return fromWide(buffer, std::min<size_t>(static_cast<size_t>(bytes) / 2, std::size(buffer) - 1));
+    }
+    return "";
+}
+
+std::string listed(const Catalogue::Table& table) {
+    return table.owner.empty() ? table.name : table.owner + "." + table.name;
+}
+
+// A name as a catalogue function takes it, pointer and length.
+struct Wide {
+    explicit Wide(std::string_view s) : units(toWide(s)) { units.push_back(0); }
+    SQLWCHAR* data() { return units.data(); }
+    SQLSMALLINT size() const { return static_cast<SQLSMALLINT>(units.size() - 1); }
+    std::vector<SQLWCHAR> units;
+};
+
+// An owner or a table for functions that take patterns.
+std::string asPattern(std::string_view name, const std::string& escape) {
+    std::string out;
+    for (char c : name) {
+        if (c == '%' || c == '_' || std::string_view(&c, 1) == escape) out += escape;
+        out += c;
+    }
+    return out;
+}
+
+}  // namespace
+
+OdbcConnection::OdbcConnection(const Source& source) : handle_(SQL_HANDLE_DBC, environment()) {
+    if (source.readOnly)
+        SQLSetConnectAttr(handle(), SQL_ATTR_ACCESS_MODE, reinterpret_cast<SQLPOINTER>(SQL_MODE_READ_ONLY),
+                          0);
+    // A source that is only looked at is opened in passing, where a question would be in the way.
+    connect_ = signOn(handle_, source.connect, !source.readOnly);
+    connected_ = true;
+    user_ = ConnectString(connect_).value("UID");
+    name_ = firstInfo(handle(), {SQL_DATA_SOURCE_NAME, SQL_DATABASE_NAME, SQL_SERVER_NAME});
+    version_ = firstInfo(handle(), {SQL_DBMS_VER});
+    dialect_ = Dialect(handle());
+}
+
+OdbcConnection::~OdbcConnection() {
+    if (!connected_) return;
+    if (transaction_) SQLEndTran(SQL_HANDLE_DBC, handle(), SQL_ROLLBACK);
+    SQLDisconnect(handle());
+}
+
+// --- What there is --------------------------------------------------------------------------------------
+
+void OdbcConnection::readTables() {
+    std::vector<Table> tables;
+    Statement rows(handle());
+    Wide all("%"), types("TABLE,VIEW");
+    rows.ran(SQLTablesW(rows.handle(), nullptr, 0, dialect_.owners ? all.data() : nullptr,
+                        dialect_.owners ? all.size() : SQLSMALLINT{0}, all.data(), all.size(), types.data(),
+                        types.size()));
+    while (rows.fetch()) {
+        Table table;
+        table.owner = rows.text(2);
+        table.name = rows.text(3);
+        table.isView = text::equalNoCase(rows.text(4), "VIEW");
+        tables.push_back(std::move(table));
+    }
+    tables_ = std::move(tables);
+}
+
+std::vector<CDaoTableDefInfo> OdbcConnection::tables() {
+    readTables();
+    fields_.clear();
+    columns_.clear();
+    std::vector<CDaoTableDefInfo> list;
+    for (const Table& table : *tables_) list.push_back({listed(table), "", !table.isView});
+    return list;
+}
+
+const Catalogue::Table* OdbcConnection::find(std::string_view owner, std::string_view name) {
+    if (!tables_) readTables();
+    // The name as it stands goes before one of another case, the user's own table before those of others.
+    const Table* found = nullptr;
+    int best = -1;
+    for (const Table& table : *tables_) {
+        if (!text::equalNoCase(table.name, name)) continue;
+        if (!owner.empty() && !text::equalNoCase(table.owner, owner)) continue;
+        int rank = (text::equalNoCase(table.owner, user_) ? 2 : 0) + (table.name == name ? 1 : 0);
+        if (rank > best) {
+            best = rank;
+            found = &table;
+        }
+    }
+    return found;
+}
+
+const Catalogue::Table& OdbcConnection::required(const std::string& name) {
+    if (!tables_) readTables();
+    for (const Table& table : *tables_)
+        if (!table.owner.empty() && text::equalNoCase(listed(table), name)) return table;
+    if (const Table* table = find("", name)) return *table;
+    throw CDaoException("Cannot find the table " + name + ".");
+}
+
+const std::vector<CDaoFieldInfo>& OdbcConnection::fieldsOf(const Table& table) {
+    auto [entry, isNew] = fields_.try_emplace({table.owner, table.name});
+    if (!isNew) return entry->second;
+    Statement rows(handle());
+    std::string escape = firstInfo(handle(), {SQL_SEARCH_PATTERN_ESCAPE});
+    Wide owner(asPattern(table.owner, escape)), name(asPattern(table.name, escape));
+    rows.ran(SQLColumnsW(rows.handle(), nullptr, 0, table.owner.empty() ? nullptr : owner.data(),
+                         table.owner.empty() ? SQLSMALLINT{0} : owner.size(), name.data(), name.size(),
+                         nullptr, 0));
+    while (rows.fetch()) {
+        Column column;
+        // Drivers without escapes find others as well.
+        bool same = rows.text(3) == table.name;
+        column.name = rows.text(4);
+        column.sqlType = static_cast<SQLSMALLINT>(text::toLong(rows.text(5)));
+        column.typeName = rows.text(6);
+        column.size = text::toLong(rows.text(7));
+        column.decimals = static_cast<int>(text::toLong(rows.text(9)));
+        column.nullable = rows.text(11) != "0";
+        std::string defaultValue = rows.text(13);
+        column.counts =
+            text::startsWith(defaultValue, "nextval(") || text::equalNoCase(column.typeName, "serial");
+        if (!same) continue;
+        entry->second.push_back(fieldOf(column));
+        entry->second.back().ordinalPosition = static_cast<int>(entry->second.size()) - 1;
+    }
+    return entry->second;
+}
+
+std::vector<CDaoFieldInfo> OdbcConnection::fields(const std::string& table) {
+    return fieldsOf(required(table));
+}
+
+const std::vector<std::string>& OdbcConnection::columnsOf(const Table& table) {
+    auto [entry, isNew] = columns_.try_emplace({table.owner, table.name});
+    if (isNew)
+        for (const CDaoFieldInfo& field : fieldsOf(table)) entry->second.push_back(field.name);
+    return entry->second;
+}
+
+std::string OdbcConnection::written(const Table& table) const {
+    return (table.owner.empty() ? "" : dialect_.written(table.owner) + ".") + dialect_.written(table.name);
+}
+
+std::vector<std::string> OdbcConnection::keyOf(const Table& table) {
+    std::vector<std::string> key;
+    Wide owner(table.owner), name(table.name);
+    SQLWCHAR* ownerName = table.owner.empty() ? nullptr : owner.data();
+    SQLSMALLINT ownerSize = table.owner.empty() ? SQLSMALLINT{0} : owner.size();
+    {
+        Statement rows(handle());
+        if (SQL_SUCCEEDED(
+                SQLPrimaryKeysW(rows.handle(), nullptr, 0, ownerName, ownerSize, name.data(), name.size())))
+            while (rows.fetch()) key.push_back(rows.text(4));
+    }
+    if (!key.empty()) return key;
+    // The columns of the first index that keeps records apart.
+    Statement rows(handle());
+    if (!SQL_SUCCEEDED(SQLStatisticsW(rows.handle(), nullptr, 0, ownerName, ownerSize, name.data(),
+                                      name.size(), SQL_INDEX_UNIQUE, SQL_QUICK)))
+        return key;
+    std::string first;
+    while (rows.fetch()) {
+        std::string index = rows.text(6), column = rows.text(9);
+        if (column.empty()) continue;  // figures of the table itself
+        if (key.empty()) first = index;
+        if (index == first) key.push_back(column);
+    }
+    for (const std::string& column : key)
+        for (const CDaoFieldInfo& field : fieldsOf(table))
+            if (field.name == column && !field.required && !(field.attributes & dbAutoIncrField)) return {};
+    return key;
+}
+
+// --- Changes of the schema --------------------------------------------------------------------------------
+
+void OdbcConnection::run(const std::string& sql) {
+    Statement statement(handle());
+    statement.execute(sql);
+}
+
+template <typename IsThere>
+void OdbcConnection::changeSchema(const std::string& sql, IsThere isThere) {
+    std::string error;
+    try {
+        run(sql);
+    } catch (const CDaoException& exception) {
+        error = exception.description();
+    }
+    tables_.reset();
+    fields_.clear();
+    columns_.clear();
+    if (error.empty()) return;
+    bool there = false;
+    try {
+        there = isThere();
+    } catch (const CDaoException&) {
+        // The first error tells more than one about looking after it.
+    }
+    if (there) throw CDaoConflict(error);
+    throw CDaoException(error);
+}
+
+std::string OdbcConnection::columnDefinition(const CDaoFieldInfo& field) {
+    if (!types_) types_.emplace(handle());
+    std::string name = dialect_.forNew(field.name);
+    std::string out = dialect_.written(name) + " " + types_->columnType(field);
+    if (!field.defaultValue.empty())
+        out += " DEFAULT " + translateDefault(field.defaultValue, isTextType(field.type));
+    if (field.required) out += " NOT NULL";
+    if (!field.validationRule.empty()) out += " CHECK (" + translateRule(field.validationRule, name) + ")";
+    return out;
+}
+
+std::string OdbcConnection::ownerOfNewTables() {
+    if (!dialect_.owners || user_.empty()) return "";
+    Statement rows(handle());
+    Wide all("%"), none("");
+    rows.ran(
+        SQLTablesW(rows.handle(), none.data(), 0, all.data(), all.size(), none.data(), 0, none.data(), 0));
+    std::string found;
+    while (rows.fetch()) {
+        std::string owner = rows.text(2);
+        if (owner == user_ || (found.empty() && text::equalNoCase(owner, user_))) found = owner;
+    }
+    if (!found.empty()) return found;
+    std::string owner = dialect_.forNew(user_);
+    try {
+        run("CREATE SCHEMA " + dialect_.written(owner));
+    } catch (const CDaoException& error) {
+        throw CDaoException("The tables of the user " + user_ +
+                            " belong into a schema of this name, which the server "
+                            "does not have and which cannot be made. " +
+                            error.description());
+    }
+    return owner;
+}
+
+void OdbcConnection::createTable(const std::string& table, const std::vector<CDaoFieldInfo>& fields) {
+    Table made{ownerOfNewTables(), dialect_.forNew(table), false};
+    std::vector<std::string> columns;
+    for (const CDaoFieldInfo& field : fields) columns.push_back(columnDefinition(field));
+    changeSchema("CREATE TABLE " + written(made) + " (" + text::join(columns, ", ") + ")",
+                 [&] { return find(made.owner, made.name) != nullptr; });
+}
+
+void OdbcConnection::deleteTable(const std::string& table) {
+    changeSchema("DROP TABLE " + written(required(table)), [] { return false; });
+}
+
+void OdbcConnection::renameTable(const std::string& table, const std::string& newName) {
+    changeSchema("ALTER TABLE " + written(required(table)) + " RENAME TO " +
+                     dialect_.written(dialect_.forNew(newName)),
+                 [] { return false; });
+}
+
+void OdbcConnection::createField(const std::string& table, const CDaoFieldInfo& field) {
+    changeSchema("ALTER TABLE " + written(required(table)) + " ADD " + columnDefinition(field),
+                 [&] { return findField(fieldsOf(required(table)), field.name) >= 0; });
+}
+
+void OdbcConnection::deleteField(const std::string& table, const std::string& field) {
+    const Table& of = required(table);
+    int index = findField(fieldsOf(of), field);
+    if (index < 0) noSuchField(field);
+    changeSchema("ALTER TABLE " + written(of) + " DROP COLUMN " +
+                     dialect_.written(fieldsOf(of)[static_cast<size_t>(index)].name),
+                 [] { return false; });
+}
+
+// --- Statements -------------------------------------------------------------------------------------------
+
+void OdbcConnection::execute(const std::string& sql, int options) {
+    run(translateForServer(sql, dialect_, *this, options & dbSQLPassThrough).sql);
+}
+
+std::unique_ptr<Cursor> OdbcConnection::open(int type, const std::string& sql, int options) {
+    // A table may be opened by its name alone.
+    std::string whole(text::trim(sql));
+    bool isName = !(options & dbSQLPassThrough) && !text::startsWith(text::upper(whole), "SELECT ");
+    std::string select = isName ? "SELECT * FROM " + written(required(whole)) : whole;
+    ServerStatement statement =
+        translateForServer(select, dialect_, *this, isName || options & dbSQLPassThrough);
+    if (options & dbDenyWrite && statement.table) denyWriting(*statement.table);
+    return std::make_unique<OdbcCursor>(shared_from_this(), statement, type);
+}
+
+// Others must not write into the table until the transaction ends; they may read it.
+void OdbcConnection::denyWriting(const Table& table) {
+    // Elsewhere transactions keep each other apart by themselves.
+    if (!transaction_ || !dialect_.postgres) return;
+    run("SET LOCAL lock_timeout = " + std::to_string(lockTimeout()));
+    run("LOCK TABLE " + written(table) + " IN SHARE ROW EXCLUSIVE MODE");
+}
+
+// --- Transactions -----------------------------------------------------------------------------------------
+
+void OdbcConnection::autoCommit(bool on) {
+    check(SQLSetConnectAttr(
+              handle(), SQL_ATTR_AUTOCOMMIT,
+              reinterpret_cast<SQLPOINTER>(static_cast<SQLULEN>(on ? SQL_AUTOCOMMIT_ON : SQL_AUTOCOMMIT_OFF)),
+              0),
+          handle_);
+}
+
+void OdbcConnection::beginTransaction() {
+    autoCommit(false);
+    transaction_ = true;
+}
+
+void OdbcConnection::endTransaction(bool keep) {
+    if (!std::exchange(transaction_, false)) return;
+    if (!keep) {
+        // What a server that has gone away had begun is undone there.
+        SQLEndTran(SQL_HANDLE_DBC, handle(), SQL_ROLLBACK);
+        SQLSetConnectAttr(handle(), SQL_ATTR_AUTOCOMMIT, reinterpret_cast<SQLPOINTER>(SQL_AUTOCOMMIT_ON), 0);
+        return;
+    }
+    SQLRETURN result = SQLEndTran(SQL_HANDLE_DBC, handle(), SQL_COMMIT);
+    if (SQL_SUCCEEDED(result)) return autoCommit(true);
+    std::string reason = sentenceOf(diagnosticsOf(SQL_HANDLE_DBC, handle()));
+    SQLEndTran(SQL_HANDLE_DBC, handle(), SQL_ROLLBACK);
+    throw CDaoException("The server has not kept the changes: " + reason);
+}
+
+void OdbcConnection::changeOne(Statement& statement) {
+    bool own = !transaction_;
+    if (own) beginTransaction();
+    try {
+        statement.executePrepared();
+        long changed = statement.changed();
+        if (changed == 0) throw CDaoException("The record has been changed or deleted by another user.");
+        if (changed > 1)
+            throw CDaoException(
+                "The table has no key that tells this record from others of the same values.");
+        if (own) endTransaction(true);
+    } catch (...) {
+        // Within a transaction of the caller's, the caller has to give it up.
+        if (own) endTransaction(false);
+        throw;
+    }
+}
+
+}  // namespace dao::odbc

@@ -1,0 +1,85 @@
+// A database of a server, through the ODBC driver manager.
+//
+// Every change lasts as soon as it is made, unless a transaction of the caller's is under way. A transaction
+// waits for others as long as a locked file does (lockTimeout), then it is an error.
+//
+// Tables are listed as OWNER.TABLE where the server has owners. New tables go to the owner of the name of the
+// user who has signed in, as statements name them; the owner is made where it is missing.
+#pragma once
+
+#include <map>
+#include <optional>
+
+#include "platform/dao/connect_string.h"
+#include "platform/dao/engine.h"
+#include "platform/dao/odbc/dialect.h"
+#include "platform/dao/odbc/handles.h"
+#include "platform/dao/odbc/statement.h"
+#include "platform/dao/odbc/statement_text.h"
+#include "platform/dao/odbc/types.h"
+
+namespace dao::odbc {
+
+class OdbcConnection : public Connection,
+                       public Catalogue,
+                       public std::enable_shared_from_this<OdbcConnection> {
+  public:
+    explicit OdbcConnection(const Source& source);
+    ~OdbcConnection() override;
+
+    std::string name() const override { return name_; }
+    std::string connect() const override { return connect_; }
+    std::string version() const override { return version_; }
+    std::vector<CDaoTableDefInfo> tables() override;
+    std::vector<CDaoFieldInfo> fields(const std::string& table) override;
+    void createTable(const std::string& table, const std::vector<CDaoFieldInfo>& fields) override;
+    void deleteTable(const std::string& table) override;
+    void renameTable(const std::string& table, const std::string& newName) override;
+    void createField(const std::string& table, const CDaoFieldInfo& field) override;
+    void deleteField(const std::string& table, const std::string& field) override;
+    void execute(const std::string& sql, int options) override;
+    std::unique_ptr<Cursor> open(int type, const std::string& sql, int options) override;
+    // There is nothing that waits to be made to last.
+    void commit() override {}
+    void beginTransaction() override;
+    void endTransaction(bool keep) override;
+
+    const Table* find(std::string_view owner, std::string_view name) override;
+    const std::vector<std::string>& columnsOf(const Table& table) override;
+
+    SQLHDBC handle() const { return handle_.get(); }
+    const Dialect& dialect() const { return dialect_; }
+    // A table as statements name it.
+    std::string written(const Table& table) const;
+    // The columns by which the records of a table are told from each other; empty when there are none.
+    std::vector<std::string> keyOf(const Table& table);
+    // Runs a change that must touch exactly one record, and is undone otherwise.
+    void changeOne(Statement& statement);
+
+  private:
+    void readTables();
+    const Table& required(const std::string& name);
+    const std::vector<CDaoFieldInfo>& fieldsOf(const Table& table);
+    std::string columnDefinition(const CDaoFieldInfo& field);
+    std::string ownerOfNewTables();
+    void run(const std::string& sql);
+    // Runs a change of the schema. Where it fails because another client has made the same thing in the
+    // meantime, as `isThere` then says, the exception is a CDaoConflict.
+    template <typename IsThere>
+    void changeSchema(const std::string& sql, IsThere isThere);
+    void denyWriting(const Table& table);
+    void autoCommit(bool on);
+
+    Handle handle_;
+    bool connected_ = false;
+    std::string connect_, name_, version_, user_;
+    Dialect dialect_;
+    std::optional<ServerTypes> types_;
+    bool transaction_ = false;
+
+    std::optional<std::vector<Table>> tables_;
+    std::map<std::pair<std::string, std::string>, std::vector<CDaoFieldInfo>> fields_;
+    std::map<std::pair<std::string, std::string>, std::vector<std::string>> columns_;
+};
+
+}  // namespace dao::odbc
