@@ -2,6 +2,7 @@
 #include "hostcad/lisp/arguments.h"
 #include "hostcad/lisp/functions.h"
 #include "hostcad/lisp/interpreter.h"
+#include "platform/dao/connect_string.h"
 #include "platform/dao/dao.h"
 #include "platform/text/text.h"
 
@@ -9,8 +10,14 @@ namespace hostcad::lisp {
 
 namespace {
 
-bool isServer(std::string_view database) {
-    return text::startsWith(text::upper(database), "ODBC;");
+// What a source on a server is opened with. A program that has opened it before keeps the whole connect
+// string, with the password, in the symbol "@" + what is behind "ODBC;DSN=" or "ODBC;".
+std::string connectString(Interpreter& lisp, const std::string& database) {
+    std::string_view source = database;
+    for (std::string_view prefix : {"ODBC;", "DSN="})
+        if (text::startsWith(source, prefix)) source.remove_prefix(prefix.size());
+    Symbol* known = source.empty() ? nullptr : lisp.find("@" + std::string(source));
+    return known && known->value.isString() ? known->value.asString() : database;
 }
 
 // A condition for each pair of a field and the text that it must hold, without regard to case.
@@ -22,7 +29,7 @@ std::string conditions(const Value& pairs, bool onServer) {
         const std::string& field = (*item).car().asString();
         std::string value = text::replaceAll((*item).cdr().asString(), "'", "''");
         all += all.empty() ? " WHERE " : " AND ";
-        all += onServer ? "UCASE(" + field + ") = '" + text::upper(value) + "'"
+        all += onServer ? "UCASE([" + field + "]) = '" + text::upper(value) + "'"
                         : "[" + field + "] = '" + value + "'";
     }
     return all;
@@ -31,15 +38,15 @@ std::string conditions(const Value& pairs, bool onServer) {
 // (db:record database table '((field . value) ...)): the first record that holds the values, as a list of
 // (field . text); nil when there is none. What the engine complains of is the result as a string. The
 // database is a file or "ODBC;..."; nothing in it is changed.
-Value record(Interpreter&, const Arguments& a) {
+Value record(Interpreter& lisp, const Arguments& a) {
     const std::string& database = a.string(0);
     const std::string& table = a.string(1);
-    const bool onServer = isServer(database);
-    std::string statement = onServer ? "SELECT * FROM " + table : "SELECT * FROM [" + table + "]";
+    const bool onServer = dao::isConnectString(database);
+    std::string statement = "SELECT * FROM [" + table + "]";
     statement += conditions(a.size() > 2 ? a[2] : Value(), onServer);
     try {
         CDaoDatabase opened;
-        opened.Open(onServer ? "" : database, false, true, onServer ? database : "");
+        opened.Open(onServer ? "" : database, false, true, onServer ? connectString(lisp, database) : "");
         CDaoRecordset records(&opened);
         records.Open(dbOpenSnapshot, statement);
         if (records.IsEOF()) return {};
