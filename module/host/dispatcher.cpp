@@ -53,6 +53,8 @@ bool templateIsThere() {
 bool readPromptRequest(ArgumentReader& in) {
     PromptRequestRecord& r = PromptRequest;
     in.text(r.binDirectory), in.text(r.templatePath), in.text(r.outputPath);
+    // It goes into the link, the title and the remembered values from here.
+    r.outputPath = TakePassword(r.outputPath);
     in.text(r.keyField), in.text(r.keyValue);
     bool northing = in.real(r.northing);
     bool easting = in.real(r.easting);
@@ -111,7 +113,7 @@ void storeSlot(ArgumentReader& in) {
     int slot = -1;
     std::string value;
     if (in.shortInteger(slot) && in.text(value) && !value.empty() && isSlot(slot))
-        SetDialogValue(slot, value);
+        SetDialogValue(slot, TakePassword(value));
 }
 
 // A slot without a value leaves ret_string as it was.

@@ -63,8 +63,9 @@ SettingsDialog::SettingsDialog(int format) : ui::Dialog(kResource, "GIS Settings
     add<ui::Button>(kSelectSource, "Select D&SN").show(false);
     add<ui::Button>(ui::kOk, "E&xit", true);
     using namespace ui;
-    Layout paths = table({row({item(kTemplateCaption), item(kTemplateEdit, 1), item(kSelectTemplate)}),
-                          row({item(kOutputCaption), item(kOutputEdit), item(kSelectOutput), item(kSelectSource)})});
+    Layout paths =
+        table({row({item(kTemplateCaption), item(kTemplateEdit, 1), item(kSelectTemplate)}),
+               row({item(kOutputCaption), item(kOutputEdit), item(kSelectOutput), item(kSelectSource)})});
     setLayout(column({paths, group(kFormatGroup, {row({item(kAccessFormat), item(kObjectFormat)})}), spring(),
                       row({spring(), item(kOk)})}));
 }
@@ -81,7 +82,8 @@ void SettingsDialog::onOpen() {
         if (!files::exists(outputPath)) outputPath.clear();
         outputFolder_ = files::folderOf(outputPath);
     }
-    find(kOutputEdit)->setText(outputPath);
+    // A password that someone has put into the settings by hand is not shown, and not written again.
+    find(kOutputEdit)->setText(TakePassword(outputPath));
 
     std::string temporary;
     if (!GetLispValue(temporary, "tmpdir$")) return;
@@ -146,8 +148,9 @@ void SettingsDialog::selectOutput() {
 }
 
 void SettingsDialog::selectSource() {
-    WithDatabase("ODBC;DSN=",
-                 [&](CDaoDatabase& database) { find(kOutputEdit)->setText(database.GetConnect()); });
+    WithDatabase("ODBC;DSN=", [&](CDaoDatabase& database) {
+        find(kOutputEdit)->setText(TakePassword(database.GetConnect()));
+    });
 }
 
 void SettingsDialog::onOk() {

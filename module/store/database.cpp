@@ -3,6 +3,7 @@
 #include "module/host/gis_request.h"
 #include "module/host/host_helpers.h"
 #include "platform/ads/editor.h"
+#include "platform/dao/connect_string.h"
 #include "platform/files/files.h"
 #include "platform/registry/registry.h"
 #include "platform/text/text.h"
@@ -14,7 +15,14 @@ constexpr std::string_view kOdbc = "ODBC;";
 constexpr std::string_view kOdbcSource = "ODBC;DSN=";
 
 bool isOdbc(const CDaoDatabase& database) {
-    return text::startsWith(database.GetConnect(), kOdbc);
+    return IsOdbcPath(database.GetConnect());
+}
+
+// The symbol that holds the connect string of a path; "" when nothing is named.
+std::string connectSymbol(const std::string& path) {
+    std::string_view source = path;
+    source.remove_prefix(text::startsWith(path, kOdbcSource) ? kOdbcSource.size() : kOdbc.size());
+    return source.empty() ? "" : "@" + std::string(source);
 }
 
 std::string lispText(const std::string& symbol) {
@@ -29,11 +37,7 @@ bool isEngineTable(const std::string& upperName) {
 
 // The text between "UID=" and the next ";" of a connect string, in upper case.
 std::string userOfConnect(const std::string& connect) {
-    std::string upper = text::upper(connect);
-    size_t begin = upper.find("UID=");
-    if (begin == std::string::npos) return "";
-    begin += 4;
-    return upper.substr(begin, upper.find(';', begin) - begin);
+    return text::upper(dao::ConnectString(connect).value("UID"));
 }
 
 }  // namespace
@@ -72,14 +76,21 @@ DatabaseOutcome WithDatabase(const std::string& path, const std::function<void(C
 }
 
 bool IsOdbcPath(const std::string& path) {
-    return text::startsWith(path, kOdbc);
+    return dao::isConnectString(path);
 }
 
 std::string OpenConnectString(const std::string& path) {
     if (!IsOdbcPath(path)) return "";
-    std::string known;
-    if (text::startsWith(path, kOdbcSource)) known = lispText("@" + path.substr(kOdbcSource.size()));
+    std::string symbol = connectSymbol(path);
+    std::string known = symbol.empty() ? "" : lispText(symbol);
     return known.empty() ? path : known;
+}
+
+std::string TakePassword(const std::string& path) {
+    if (!IsOdbcPath(path) || dao::ConnectString(path).password().empty()) return path;
+    std::string open = dao::withoutPassword(path);
+    SetLispString(connectSymbol(open), path);
+    return open;
 }
 
 void OpenDatabase(CDaoDatabase& database, const std::string& path) {
@@ -92,8 +103,10 @@ void RememberConnection(const CDaoDatabase& database, const std::string& path) {
     std::string connect = database.GetConnect();
     SetLispString("@" + connect, database.GetName());
     SetLispString("~" + connect, userOfConnect(connect));
-    // This is the symbol that the next opening of the same path reads.
-    if (text::startsWith(path, kOdbcSource)) SetLispString("@" + path.substr(kOdbcSource.size()), connect);
+    // These are the symbols that the next opening reads: of the same path, and of what the path would be with
+    // all that is known now but the password.
+    for (const std::string& symbol : {connectSymbol(path), connectSymbol(dao::withoutPassword(connect))})
+        if (!symbol.empty()) SetLispString(symbol, connect);
 }
 
 std::string ConnectionUser(const CDaoDatabase& database) {
@@ -132,9 +145,22 @@ std::string FindUserTable(const CDaoDatabase& database, const std::string& name)
     return "";
 }
 
+std::string StatementName(const std::string& name) {
+    constexpr std::string_view kDigits = "0123456789";
+    constexpr std::string_view kLetters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz_";
+    bool plain = !name.empty() && kDigits.find(name.front()) == std::string_view::npos;
+    for (char c : name)
+        plain = plain &&
+                (kLetters.find(c) != std::string_view::npos || kDigits.find(c) != std::string_view::npos);
+    return plain ? name : "[" + name + "]";
+}
+
 std::string QualifiedTable(const CDaoDatabase& database, const std::string& table) {
+    size_t dot = table.find('.');
+    if (dot != std::string::npos)
+        return StatementName(table.substr(0, dot)) + "." + StatementName(table.substr(dot + 1));
     std::string user = ConnectionUser(database);
-    return user.empty() || table.find('.') != std::string::npos ? table : user + "." + table;
+    return (user.empty() ? "" : StatementName(user) + ".") + StatementName(table);
 }
 
 int ProbeFolderWritable(const std::string& path) {

@@ -29,12 +29,14 @@ bool ShowDatabaseErrors(const std::function<void()>& work);
 
 // Opens a file, or the source of a connect string that begins "ODBC;". The connect string that the source was
 // really opened with, password included, stays in Lisp symbols until the host ends, and is stored nowhere
-// else.
+// else: what is shown, printed or written is the path, which TakePassword has freed of it.
 void OpenDatabase(CDaoDatabase& database, const std::string& path);
 // A path that begins "ODBC;".
 bool IsOdbcPath(const std::string& path);
 // What Open needs as its connect string for a path: "" for a file.
 std::string OpenConnectString(const std::string& path);
+// The path without a password that stands in it. The password is kept where OpenConnectString finds it.
+std::string TakePassword(const std::string& path);
 // Keeps the connect string, the name and the user of a source that was opened by a path.
 void RememberConnection(const CDaoDatabase& database, const std::string& path);
 // The user of an open ODBC source, upper case; "" when it is not known, and for files.
@@ -49,6 +51,8 @@ std::vector<std::string> UserTables(const CDaoDatabase& database);
 bool SameTable(const std::string& name, const std::string& wanted);
 // The user's table of a name as it stands in the database; "" when there is none.
 std::string FindUserTable(const CDaoDatabase& database, const std::string& name);
+// A name in statements: in brackets where it is more than letters, digits and underscores.
+std::string StatementName(const std::string& name);
 // The name of a table in statements: qualified with the user in an ODBC source.
 std::string QualifiedTable(const CDaoDatabase& database, const std::string& table);
 

@@ -26,12 +26,14 @@ std::vector<std::string> columnsOf(const CDaoTableDef& table) {
     return columns;
 }
 
-// The key column of a table is always text; one of another type loses its values.
-void makeKeyColumnText(CDaoTableDef& table, const std::string& keyField) {
+// The key column of a table is always text; one of another type loses its values. Servers have text without a
+// limit too, which reads as a memo.
+void makeKeyColumnText(CDaoTableDef& table, const std::string& keyField, Route route) {
     CDaoFieldInfo field;
     for (int i = 0; i < table.GetFieldCount(); ++i) {
         table.GetFieldInfo(i, field);
-        if (!text::equalNoCase(field.name, keyField) || field.type == dbText) continue;
+        bool isText = field.type == dbText || (route == Route::kOdbc && field.type == dbMemo);
+        if (!text::equalNoCase(field.name, keyField) || isText) continue;
         table.DeleteField(i);
         table.CreateField(KeyColumn(field.name));
         return;
@@ -67,7 +69,8 @@ RecordKey routed(Route route, RecordKey key) {
 }
 
 std::string odbcCondition(const RecordKey& k) {
-    return " WHERE UCASE(" + k.keyField + ") = '" + k.keyValue + "' AND UCASE(GIS_KEY) = '" + k.feature + "'";
+    return " WHERE UCASE(" + StatementName(k.keyField) + ") = '" + k.keyValue + "' AND UCASE(GIS_KEY) = '" +
+           k.feature + "'";
 }
 
 void writeThroughRecordset(CDaoDatabase& database, const RecordKey& key, const TableState& state,
@@ -96,18 +99,31 @@ void writeThroughStatements(CDaoDatabase& database, const RecordKey& key,
                             const std::vector<OutputField>& fields) {
     RecordKey k = routed(Route::kOdbc, key);
     CDaoRecordset records(&database);
-    records.Open(dbOpenDynaset, FindRecordStatement(Route::kOdbc, key, true, FindPurpose::kSave));
+    // Two who save the same record at the same time must not both find none.
+    records.Open(dbOpenDynaset, FindRecordStatement(Route::kOdbc, key, true, FindPurpose::kSave),
+                 dbDenyWrite);
     bool found = !records.IsEOF();
     records.Close();
     if (found) database.Execute("DELETE FROM " + k.table + odbcCondition(k), dbSQLPassThrough);
-    std::string names = k.keyField + ",GIS_KEY";
-    std::string values = "'" + k.keyValue + "','" + k.feature + "'";
+    // A name that comes twice is one column, and the last value counts.
+    std::vector<std::pair<std::string, std::string>> values = {{k.keyField, k.keyValue},
+                                                               {kGisKey, k.feature}};
     for (const OutputField& field : fields) {
         if (field.name.empty() || field.value.empty()) continue;
-        names += "," + field.name;
-        values += ",'" + field.value + "'";
+        auto same = std::find_if(values.begin(), values.end(), [&](const auto& value) {
+            return text::equalNoCase(value.first, field.name);
+        });
+        if (same == values.end())
+            values.emplace_back(field.name, field.value);
+        else
+            same->second = field.value;
     }
-    database.Execute("INSERT INTO " + k.table + " (" + names + ") VALUES(" + values + ")", dbSQLPassThrough);
+    std::string names, texts;
+    for (const auto& [name, value] : values) {
+        names += (names.empty() ? "" : ",") + StatementName(name);
+        texts += (texts.empty() ? "'" : ",'") + value + "'";
+    }
+    database.Execute("INSERT INTO " + k.table + " (" + names + ") VALUES(" + texts + ")", dbSQLPassThrough);
 }
 
 }  // namespace
@@ -136,12 +152,12 @@ LoadedRecord LoadRecord(const std::string& path, const RecordKey& key) {
         if (table.empty()) return;
         CDaoTableDef definition(&database);
         definition.Open(table);
-        makeKeyColumnText(definition, key.keyField);
+        Route route = RouteOf(path);
+        makeKeyColumnText(definition, key.keyField, route);
         record.columns = columnsOf(definition);
         definition.Close();
         if (!record.hasColumn(key.keyField)) return;
 
-        Route route = RouteOf(path);
         RecordKey wanted = key;
         wanted.table = route == Route::kOdbc ? QualifiedTable(database, key.table) : table;
         CDaoRecordset records(&database);
@@ -158,6 +174,33 @@ LoadedRecord LoadRecord(const std::string& path, const RecordKey& key) {
     return record;
 }
 
+namespace {
+
+void saveInto(CDaoDatabase& database, Route route, const RecordKey& key,
+              const std::vector<OutputField>& fields) {
+    TableState state = EnsureOutputTable(database, key, fields);
+    if (state.gisKeyAdded) FillGisKey(database, route, key, state);
+    WriteRecord(database, route, key, state, fields);
+}
+
+// The record that is replaced is deleted first: it must not be gone when what follows fails.
+void saveWholly(CDaoDatabase& database, const RecordKey& key, const std::vector<OutputField>& fields) {
+    constexpr int kMostConflicts = 10;
+    for (int conflicts = 0;; ++conflicts) {
+        database.BeginTrans();
+        try {
+            saveInto(database, Route::kOdbc, key, fields);
+            return database.CommitTrans();
+        } catch (const CDaoConflict&) {
+            // Someone else has made the table or a column of it at this moment. It is there now.
+            database.Rollback();
+            if (conflicts == kMostConflicts) throw;
+        }
+    }
+}
+
+}  // namespace
+
 bool SaveRecord(const std::string& path, const RecordKey& key, const std::vector<OutputField>& fields) {
     if (!CheckDao()) return false;
     return ShowDatabaseErrors([&] {
@@ -167,9 +210,10 @@ bool SaveRecord(const std::string& path, const RecordKey& key, const std::vector
             database.Create(path, dbLangGeneral, dbVersion30);
         else
             OpenDatabase(database, path);
-        TableState state = EnsureOutputTable(database, key, fields);
-        if (state.gisKeyAdded) FillGisKey(database, route, state.table, key.feature);
-        WriteRecord(database, route, key, state, fields);
+        if (route == Route::kOdbc)
+            saveWholly(database, key, fields);
+        else
+            saveInto(database, route, key, fields);
         database.Close();
     });
 }
@@ -194,14 +238,15 @@ TableState EnsureOutputTable(CDaoDatabase& database, const RecordKey& key,
     return state;
 }
 
-void FillGisKey(CDaoDatabase& database, Route route, const std::string& table, const std::string& feature) {
+void FillGisKey(CDaoDatabase& database, Route route, const RecordKey& key, const TableState& state) {
     if (route == Route::kOdbc)
-        return database.Execute("UPDATE " + table + " SET GIS_KEY = '" + table + "'", dbSQLPassThrough);
+        return database.Execute("UPDATE " + state.table + " SET GIS_KEY = '" + key.table + "'",
+                                dbSQLPassThrough);
     CDaoRecordset records(&database);
-    for (records.Open(dbOpenDynaset, "SELECT GIS_KEY FROM [" + table + "]"); !records.IsEOF();
+    for (records.Open(dbOpenDynaset, "SELECT GIS_KEY FROM [" + state.table + "]"); !records.IsEOF();
          records.MoveNext()) {
         records.Edit();
-        records.SetFieldValue(kGisKey, feature);
+        records.SetFieldValue(kGisKey, key.feature);
         records.Update();
     }
 }
@@ -241,10 +286,11 @@ std::string FindRecordStatement(Route route, const RecordKey& key, bool hasGisKe
         return SelectTable(k.table) + " WHERE [" + k.keyField + "] = '" + k.keyValue + "'" +
                (hasGisKey ? " AND GIS_KEY = '" + k.feature + "'" : "");
     std::string select = "SELECT * FROM " + k.table;
-    if (!hasGisKey) return select + " WHERE UCASE(" + k.keyField + ") = '" + k.keyValue + "'";
+    std::string keyField = StatementName(k.keyField);
+    if (!hasGisKey) return select + " WHERE UCASE(" + keyField + ") = '" + k.keyValue + "'";
     if (purpose == FindPurpose::kSave) return select + odbcCondition(k);
     // Servers have always been sent this one without the blank.
-    return select + " WHERE UCASE(" + k.keyField + ") = '" + k.keyValue + "' AND UCASE(GIS_KEY) ='" +
+    return select + " WHERE UCASE(" + keyField + ") = '" + k.keyValue + "' AND UCASE(GIS_KEY) ='" +
            k.feature + "'";
 }
 

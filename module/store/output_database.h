@@ -50,7 +50,7 @@ struct LoadedRecord {
 LoadedRecord LoadRecord(const std::string& path, const RecordKey& key);
 
 // Opens or creates the output database, creates or extends the table, and writes the record. False when that
-// failed; the reason has been shown.
+// failed; the reason has been shown. On a server all of it is kept, or nothing.
 bool SaveRecord(const std::string& path, const RecordKey& key, const std::vector<OutputField>& fields);
 
 // --- Their steps, on an open database. Exceptions pass through to the caller. ----------------------------
@@ -62,8 +62,9 @@ struct TableState {
 };
 TableState EnsureOutputTable(CDaoDatabase& database, const RecordKey& key,
                              const std::vector<OutputField>& fields);
-// Gives GIS_KEY, just added to a table, a value in all its records.
-void FillGisKey(CDaoDatabase& database, Route route, const std::string& table, const std::string& feature);
+// Gives GIS_KEY, just added to a table, a value in all its records: the feature or, in an ODBC source, the
+// name of the table.
+void FillGisKey(CDaoDatabase& database, Route route, const RecordKey& key, const TableState& state);
 void WriteRecord(CDaoDatabase& database, Route route, const RecordKey& key, const TableState& state,
                  const std::vector<OutputField>& fields);
 
@@ -84,6 +85,7 @@ std::string SelectByPointId(const std::string& table, const std::string& id);
 const std::vector<std::string>& ListKeys(const std::string& path, const std::string& table);
 
 // Adds records by a list: database, then for each record a short, a table name, and pairs of field and value.
-// 1.0 when done, 0.0 when there is nothing to add or DAO is missing, -1.0 for an empty list, -2.0 for no such file, -4.0
-// after an error of the engine, which has been shown; records added before it stay. The list stays the caller's.
+// 1.0 when done, 0.0 when there is nothing to add or DAO is missing, -1.0 for an empty list, -2.0 for no such
+// file, -4.0 after an error of the engine, which has been shown; records added before it stay. The list stays
+// the caller's.
 double BulkAddRecords(const resbuf* arguments);
