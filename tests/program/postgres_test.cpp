@@ -1,0 +1,309 @@
+// Smart prompting with its output on a PostgreSQL server, from the Lisp call to the record.
+#include <sys/wait.h>
+
+#include <functional>
+#include <map>
+#include <set>
+#include <sstream>
+
+#include "platform/text/text.h"
+#include "tests/module/module_fixture.h"
+#include "tests/platform/odbc/postgres_server.h"
+
+namespace {
+
+// Answers dialogs while a test goes on: what is done before a step is taken may do anything.
+class Person : public ui::Asker {
+  public:
+    using Doing = std::function<std::optional<ui::Step>(const std::string& model)>;
+    explicit Person(Doing doing) : doing_(std::move(doing)) {}
+    std::optional<ui::Step> step(const std::string& model) override { return doing_(model); }
+    std::optional<std::string> answer(const std::string&) override { return std::nullopt; }
+
+  private:
+    Doing doing_;
+};
+
+class Postgres : public ModuleTest {
+  protected:
+    void SetUp() override {
+        if (!server().missing().empty()) GTEST_SKIP() << server().missing();
+        if (!server().runs()) server().start();
+        ModuleTest::SetUp();
+        ASSERT_EQ(server().answer("SET client_min_messages = warning; DROP SCHEMA IF EXISTS survey CASCADE"),
+                  "");
+        makeTemplate();
+        makeEntity();
+    }
+    void TearDown() override {
+        if (!host_) return;
+        EXPECT_EQ(ui_.unused(), std::vector<std::string>{});
+        ModuleTest::TearDown();
+    }
+    static PostgresServer& server() { return PostgresServer::instance(); }
+    // A connect string without the password.
+    static std::string withoutPassword() { return server().source() + ";UID=" + PostgresServer::kUser; }
+
+    // Code 1 with its output on the server.
+    std::string save(const std::string& key, const std::string& feature, const std::string& output) {
+        return lisp("(cf:gis_smart_prompting 1 " + quoted("") + " " + quoted("template.mdb") + " \"" +
+                    output + "\" \"PT_ID\" \"" + key + "\" 480100.25 1630200.5 512.75 ent \"" + feature +
+                    "\" 1 0.0 0.0 0.0 0.0 0.0 0.0 \"\")");
+    }
+    std::string save(const std::string& key, const std::string& feature) {
+        return save(key, feature, server().connect());
+    }
+    std::string record(const std::string& columns, const std::string& table = "survey.tree") const {
+        return server().answer("SELECT " + columns + " FROM " + table + " ORDER BY 1");
+    }
+    std::string addPrompt(const std::string& feature, const std::string& field) {
+        return lisp("(cf:gis_smart_prompting 19 " + quoted("template.mdb") +
+                    " 0 \"ZGEO_SMART_PROMPTING\" \"GIS_NAME\" \"" + feature + "\" \"FIELD_NAME\" \"" + field +
+                    "\" \"FIELD_PROMPT\" \"" + field + "\")");
+    }
+    // The message boxes, a line each.
+    std::string boxes() const {
+        std::string all;
+        for (const std::string& line : ui_.log())
+            if (size_t at = line.find("box ["); at != std::string::npos) all += line.substr(at) + "\n";
+        return all;
+    }
+    std::string loggedText() const {
+        std::string all;
+        for (const std::string& line : ui_.log()) all += line + "\n";
+        return all;
+    }
+};
+
+TEST_F(Postgres, TheFirstSaveMakesTheTableAndTheSecondReplacesTheRecord) {
+    answer(134, {cell(2, "14"), cell(3, "40.125"), cell(12, "größer als 𝄞"), click("OK")});
+    EXPECT_EQ(save("a17", "TREE"), "1");
+    EXPECT_EQ(boxes(), "");
+    EXPECT_EQ(record("pt_id, gis_key, dbh, height, twice, remarks"),
+              "A17|TREE|14|40.125|80.25|größer als 𝄞\n");
+    EXPECT_EQ(record("data_type",
+                     "information_schema.columns WHERE table_name = 'tree' AND column_name IN "
+                     "('pt_id', 'dbh', 'height')"),
+              "character varying\ndouble precision\ninteger\n");
+    // The record comes back, whatever the case of its key. It is replaced as a whole: what is emptied is
+    // gone.
+    answer(134, {show(), cell(2, "15"), cell(12, ""), click("OK")});
+    EXPECT_EQ(save("A17", "TREE"), "1");
+    EXPECT_TRUE(shown("'größer als 𝄞'"));
+    EXPECT_EQ(record("pt_id, dbh, height, remarks IS NULL"), "A17|15|40.125|t\n");
+    EXPECT_EQ(sqlite("template.mdb", "select GIS_NAME from ZGEO_LINKS where IS_CURRENT='YES'"), "TREE\n");
+    EXPECT_NE(link().find("\"" + withoutPassword() + "\""), std::string::npos) << link();
+}
+
+TEST_F(Postgres, FeaturesMayShareATable) {
+    answer(134, {click("Cancel")});
+    save("1", "TREE");
+    sqlite("template.mdb",
+           "insert into ZGEO_LINKS (GIS_NAME, TABLE_NAME, IS_CURRENT) values ('TREE','PLANTS','NO'), "
+           "('MANHOLE','PLANTS','NO')");
+    answer(134, {cell(2, "14"), click("OK")});
+    EXPECT_EQ(save("1", "TREE"), "1");
+    answer(134, {cell(1, "M1"), cell(3, "3"), click("OK")});
+    EXPECT_EQ(save("1", "MANHOLE"), "1");
+    EXPECT_EQ(record("gis_key, pt_id, dbh, depth", "survey.plants"), "MANHOLE|1||3\nTREE|1|14|\n");
+}
+
+TEST_F(Postgres, AnOldTableGetsItsMissingColumnsAndKeepsItsRecords) {
+    server().answer(
+        "CREATE SCHEMA survey CREATE TABLE tree (pt_id text, dbh integer); "
+        "INSERT INTO survey.tree VALUES ('17', 9), ('18', 8)");
+    answer(134, {show(), cell(2, "10"), click("OK")});
+    EXPECT_EQ(save("17", "TREE"), "1");
+    EXPECT_EQ(boxes(), "");
+    EXPECT_TRUE(shown("'9'"));
+    EXPECT_EQ(record("pt_id, gis_key, dbh"), "17|TREE|10\n18|TREE|8\n");
+}
+
+TEST_F(Postgres, NamesThatTheServerWouldNotTakeAreQuoted) {
+    for (const char* field : {"FLOW (GPM)", "NO#", "ORDER", "Mixed", "IMAGE_ZGEO/1"})
+        addPrompt("FIRE HYDRANT", field);
+    answer(134, {cell(1, "500"), cell(2, "7"), cell(3, "first"), cell(4, "m"), cell(5, "i"), click("OK")});
+    EXPECT_EQ(save("1", "FIRE HYDRANT"), "1");
+    answer(134, {show(), cell(2, "8"), click("OK")});
+    EXPECT_EQ(save("1", "FIRE HYDRANT"), "1");
+    EXPECT_EQ(boxes(), "");
+    EXPECT_TRUE(shown("'first'"));
+    EXPECT_EQ(
+        record("\"FLOW (GPM)\", \"NO#\", \"order\", mixed, \"IMAGE_ZGEO/1\"", "survey.\"FIRE HYDRANT\""),
+        "500|8|first|m|i\n");
+
+    // A table that other programs have made with names in capitals.
+    server().answer(
+        "CREATE TABLE survey.\"TREE\" (\"PT_ID\" varchar(20), \"GIS_KEY\" varchar(20), \"DBH\" integer); "
+        "INSERT INTO survey.\"TREE\" VALUES ('5', 'TREE', 3)");
+    answer(134, {show(), cell(12, "now"), click("OK")});
+    EXPECT_EQ(save("5", "TREE"), "1");
+    EXPECT_EQ(boxes(), "");
+    EXPECT_EQ(record("\"PT_ID\", \"DBH\", remarks", "survey.\"TREE\""), "5|3|now\n");
+}
+
+TEST_F(Postgres, AStatementThatBreaksLeavesTheRecordAsItWas) {
+    answer(134, {cell(2, "14"), cell(12, "first"), click("OK")});
+    EXPECT_EQ(save("17", "TREE"), "1");
+    answer(134, {cell(12, "the owner's tree"), click("OK"), cell(12, "of the owner"), click("OK")});
+    EXPECT_EQ(save("17", "TREE"), "1");
+    EXPECT_EQ(boxes().substr(0, 26), "box [Error] \"The server ca");
+    EXPECT_EQ(record("dbh, remarks"), "14|of the owner\n");
+    answer(134, {cell(12, "it's"), click("OK"), click("Cancel")});
+    EXPECT_EQ(save("17", "TREE"), "0");
+    EXPECT_EQ(record("dbh, remarks"), "14|of the owner\n");
+    // What breaks the first save leaves no empty table behind.
+    answer(134, {cell(1, "it's"), cell(5, "35"), click("OK"), click("Cancel")});
+    EXPECT_EQ(save("17", "POLE"), "0");
+    EXPECT_EQ(record("count(*)", "information_schema.tables WHERE table_name = 'pole'"), "0\n");
+}
+
+TEST_F(Postgres, AServerThatGoesAwayKeepsTheSheetOpenAndWritesNothingByHalves) {
+    answer(134, {cell(2, "14"), click("OK")});
+    EXPECT_EQ(save("17", "TREE"), "1");
+    int asked = 0;
+    Person person([&](const std::string&) -> std::optional<ui::Step> {
+        switch (++asked) {
+            case 1:
+                return cell(2, "15");
+            case 2:
+                server().stop(SIGQUIT);
+                return click("OK");
+            case 3:
+                EXPECT_NE(boxes().find("cannot be opened"), std::string::npos) << boxes();
+                server().start();
+                return click("OK");
+            default:
+                return std::nullopt;
+        }
+    });
+    ui_.setAsker(&person);
+    EXPECT_EQ(save("17", "TREE"), "1");
+    ui_.setAsker(nullptr);
+    EXPECT_EQ(asked, 3);
+    EXPECT_EQ(record("pt_id, dbh"), "17|15\n");
+}
+
+TEST_F(Postgres, AServerThatIsNotThereIsSaid) {
+    server().stop(SIGINT);
+    answer(134, {cell(2, "14"), click("OK"), click("Cancel")});
+    EXPECT_EQ(save("17", "TREE"), "0");
+    EXPECT_NE(boxes().find("No such file or directory"), std::string::npos) << boxes();
+    EXPECT_EQ(boxes().find(PostgresServer::kPassword), std::string::npos);
+    EXPECT_EQ(link(), "nil");
+    server().start();
+    answer(134, {cell(2, "14"), click("OK"), click("Cancel")});
+    EXPECT_EQ(save("17", "TREE", "ODBC;DSN=nowhere"), "0");
+    EXPECT_NE(boxes().find("The data source \"nowhere\" cannot be opened"), std::string::npos) << boxes();
+}
+
+TEST_F(Postgres, AWrongPasswordIsAskedForAndTheRightOneStaysInMemoryOnly) {
+    std::string wrong = withoutPassword() + ";PWD=falsch-4411";
+    // Nobody answers: the sheet stays open, and nothing is written.
+    answer(134, {cell(2, "14"), click("OK"), click("Cancel")});
+    EXPECT_EQ(save("17", "TREE", wrong), "0");
+    EXPECT_NE(boxes().find("password authentication failed"), std::string::npos) << boxes();
+    EXPECT_EQ(record("count(*)", "information_schema.tables WHERE table_schema = 'survey'"), "0\n");
+
+    answer(1601,
+           {show(), {ui::Step::Kind::Text, "Password:", PostgresServer::kPassword}, show(), click("OK")});
+    answer(134, {cell(2, "14"), click("OK")});
+    EXPECT_EQ(save("17", "TREE", wrong), "1");
+    // From now on it is known.
+    answer(134, {cell(2, "15"), click("OK")});
+    EXPECT_EQ(save("17", "TREE", withoutPassword()), "1");
+    EXPECT_EQ(record("pt_id, dbh"), "17|15\n");
+
+    // It stands in no file, in no drawing, and nowhere that a person looks.
+    host_->saveDrawing(path("saved.dxf"));
+    lisp("(cf:gis_smart_prompting 2 2 \"" + server().connect() + "\")");
+    int files = 0;
+    for (const auto& entry : fs::recursive_directory_iterator(path(""))) {
+        if (!entry.is_regular_file()) continue;
+        std::ifstream in(entry.path(), std::ios::binary);
+        std::string content{std::istreambuf_iterator<char>(in), {}};
+        ++files;
+        for (const char* secret : {PostgresServer::kPassword, "falsch-4411"})
+            EXPECT_EQ(content.find(secret), std::string::npos) << entry.path();
+    }
+    EXPECT_GE(files, 4);
+    for (const std::string& text : {loggedText(), printed(), link(), lisp("(cf:gis_smart_prompting 3 2)")})
+        for (const char* secret : {PostgresServer::kPassword, "falsch-4411"})
+            EXPECT_EQ(text.find(secret), std::string::npos) << text;
+    EXPECT_NE(loggedText().find("\"****\""), std::string::npos);
+    EXPECT_NE(read("saved.dxf").find(withoutPassword()), std::string::npos);
+}
+
+// --- Many at once ----------------------------------------------------------------------------------------
+
+// A client is a program of its own that saves until its time is over: records of its own, and some that all
+// clients save.
+constexpr const char* kClient = R"((defun save (key)
+  (ui:answer 134 '(cell 2 2 "14") '(click "OK"))
+  (princ (strcat (if (= 1 (cf:gis_smart_prompting 1 folder (strcat folder "template.mdb") output "PT_ID" key 1.0 2.0 3.0
+                            ent "TREE" 1 0.0 0.0 0.0 0.0 0.0 0.0 ""))
+                   "\nsaved " "\nfailed ") key "\n")))
+(setq ent (entmakex '((0 . "POINT") (10 1.0 2.0 0.0))) n 0 started (getvar "DATE"))
+(while (< (* 86400 (- (getvar "DATE") started)) duration)
+  (save (if (= (rem n 4) 3) (strcat "SHARED-" (itoa (rem n 5))) (strcat client "-" (itoa n))))
+  (setq n (1+ n)))
+(foreach line (ui:log) (if (wcmatch line "*box*") (princ (strcat line "\n"))))
+)";
+
+TEST_F(Postgres, SixteenClientsLoseNothingAndDoubleNothing) {
+    constexpr int kClients = 16;
+    const char* seconds = std::getenv("NORVANE_CLIENTS_SECONDS");
+    double duration = seconds ? std::atof(seconds) : 3;
+    // The table is there already, without GIS_KEY: one of them adds it, and the others must not undo what it
+    // saves.
+    server().answer(
+        "CREATE SCHEMA survey CREATE TABLE tree (pt_id varchar(255)); INSERT INTO survey.tree VALUES "
+        "('old')");
+    std::vector<pid_t> children;
+    for (int i = 0; i < kClients; ++i) {
+        std::string client = "C" + std::to_string(i), folder = path(client) + "/";
+        fs::create_directory(folder);
+        fs::copy_file(path("template.mdb"), folder + "template.mdb");
+        std::ofstream(folder + "client.lsp")
+            << "(setq folder \"" << folder << "\" client \"" << client << "\" output \"" << server().connect()
+            << "\" duration " << text::format("%.1f", duration) << ")\n"
+            << kClient;
+        std::string command = "NORVANE_USER_DIR='" + folder + "' exec '" NORVANE_BIN_DIR "/hostcad-batch' '" +
+                              folder + "client.lsp' >'" + folder + "out' 2>&1 </dev/null";
+        pid_t child = ::fork();
+        if (child == 0) {
+            ::execl("/bin/sh", "sh", "-c", command.c_str(), nullptr);
+            ::_exit(127);
+        }
+        children.push_back(child);
+    }
+    for (pid_t child : children) {
+        int status = -1;
+        ::waitpid(child, &status, 0);
+        EXPECT_EQ(status, 0);
+    }
+    std::set<std::string> saved = {"old"};
+    int saves = 0;
+    for (int i = 0; i < kClients; ++i) {
+        std::istringstream out(read("C" + std::to_string(i) + "/out"));
+        for (std::string line; std::getline(out, line);) {
+            if (line.starts_with("saved ")) {
+                saved.insert(line.substr(6));
+                ++saves;
+            }
+            EXPECT_FALSE(line.starts_with("failed") || line.find("box [") != std::string::npos) << line;
+        }
+    }
+    std::map<std::string, int> stored;
+    std::istringstream rows(record("pt_id"));
+    for (std::string line; std::getline(rows, line);) ++stored[line];
+    for (const auto& [key, count] : stored) EXPECT_EQ(count, 1) << key;
+    for (const std::string& key : saved) EXPECT_TRUE(stored.contains(key)) << key;
+    EXPECT_EQ(stored.size(), saved.size());
+    EXPECT_GT(saves, 2 * kClients);
+    EXPECT_EQ(record("gis_key, count(*)", "survey.tree GROUP BY gis_key"),
+              "TREE|" + std::to_string(saved.size()) + "\n");
+    std::printf("%d saves by %d clients in %.1f s\n", saves, kClients, duration);
+}
+
+}  // namespace
