@@ -226,7 +226,7 @@ void OdbcConnection::changeSchema(const std::string& sql, IsThere isThere) {
 }
 
 std::string OdbcConnection::columnDefinition(const CDaoFieldInfo& field) {
-    if (!types_) types_.emplace(handle());
+    if (!types_) types_.emplace(handle(), dialect_);
     std::string name = dialect_.forNew(field.name);
     std::string out = dialect_.written(name) + " " + types_->columnType(field);
     if (!field.defaultValue.empty())

@@ -63,7 +63,12 @@ Dialect::Dialect(SQLHDBC connection) {
         reserved.insert(word);
     scalarFunctions = numberInfo<SQLUINTEGER>(connection, SQL_STRING_FUNCTIONS, 0) & SQL_FN_STR_UCASE;
     owners = numberInfo<SQLUINTEGER>(connection, SQL_SCHEMA_USAGE, 0) & SQL_SU_TABLE_DEFINITION;
-    postgres = text::startsWith(text::upper(textInfo(connection, SQL_DBMS_NAME)), "POSTGRESQL");
+    std::string server = text::upper(textInfo(connection, SQL_DBMS_NAME));
+    postgres = text::startsWith(server, "POSTGRESQL");
+    if (postgres) counter = "serial";
+    if (text::startsWith(server, "SQLITE")) counter = "integer PRIMARY KEY AUTOINCREMENT";
+    if (text::startsWith(server, "MYSQL") || text::startsWith(server, "MARIADB"))
+        counter = "int AUTO_INCREMENT UNIQUE";
 }
 
 std::string Dialect::quoted(std::string_view name) const {

@@ -22,6 +22,7 @@ struct Dialect {
     bool scalarFunctions = true;                  // {fn UCASE(...)}
     bool owners = true;                           // tables belong to an owner
     bool postgres = false;
+    std::string counter;  // the type of a column that counts by itself, where no list tells it
 
     std::string quoted(std::string_view name) const;
     // Letters, digits and underscores, and no reserved word.

@@ -124,7 +124,7 @@ CDaoFieldInfo fieldOf(const Column& column) {
     return field;
 }
 
-ServerTypes::ServerTypes(SQLHDBC connection) {
+ServerTypes::ServerTypes(SQLHDBC connection, const Dialect& dialect) : counter_(dialect.counter) {
     Statement rows(connection);
     rows.ran(SQLGetTypeInfoW(rows.handle(), SQL_ALL_TYPES));
     while (rows.fetch()) {
@@ -134,6 +134,8 @@ ServerTypes::ServerTypes(SQLHDBC connection) {
         type.size = text::toLong(rows.text(3));
         type.parameters = rows.text(6);
         type.counts = rows.text(12) == "1";
+        // Dates are those of a calendar on the wall, the same wherever they are read.
+        if (type.name == "timestamptz") type.name = "timestamp";
         types_.push_back(std::move(type));
     }
 }
@@ -146,6 +148,7 @@ const ServerTypes::Type* ServerTypes::find(SQLSMALLINT sqlType, bool counts) con
 
 std::string ServerTypes::columnType(const CDaoFieldInfo& field) const {
     bool counts = field.attributes & dbAutoIncrField;
+    if (counts && !counter_.empty()) return counter_;
     for (SQLSMALLINT candidate : candidates(field)) {
         const Type* type = find(candidate, counts);
         if (!type) continue;

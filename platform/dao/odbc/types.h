@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/dao/dao.h"
+#include "platform/dao/odbc/dialect.h"
 
 namespace dao::odbc {
 
@@ -28,7 +29,7 @@ CDaoFieldInfo fieldOf(const Column& column);
 // The types that a server offers for new columns.
 class ServerTypes {
   public:
-    explicit ServerTypes(SQLHDBC connection);
+    ServerTypes(SQLHDBC connection, const Dialect& dialect);
     // "varchar(255)", "serial". Throws when the server has nothing that holds such a field.
     std::string columnType(const CDaoFieldInfo& field) const;
 
@@ -43,6 +44,7 @@ class ServerTypes {
     const Type* find(SQLSMALLINT sqlType, bool counts) const;
 
     std::vector<Type> types_;
+    std::string counter_;
 };
 
 }  // namespace dao::odbc
