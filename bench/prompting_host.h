@@ -29,7 +29,9 @@ class PromptingHost : private hostcad::Output, private hostcad::InputSource {
     ~PromptingHost() override { std::filesystem::remove_all(folder_); }
 
     std::string templatePath() const { return folder_ + "template.mdb"; }
-    std::string output() const { return folder_ + "output.mdb"; }
+    std::string output() const { return output_.empty() ? folder_ + "output.mdb" : output_; }
+    // Another output database: a connect string.
+    void setOutput(const std::string& output) { output_ = output; }
     void run(const std::string& text) { host_.lisp().runText(text); }
     // Function code 1 for the first feature.
     std::string call(const std::string& key) const {
@@ -65,7 +67,7 @@ class PromptingHost : private hostcad::Output, private hostcad::InputSource {
         }
     }
 
-    std::string folder_;
+    std::string folder_, output_;
     hostcad::NoView view_;
     hostcad::Host host_{*this, *this, view_};
 };

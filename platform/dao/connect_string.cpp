@@ -19,21 +19,27 @@ bool isNamed(std::string_view setting, std::string_view name) {
     return setting.find('=') != std::string_view::npos && text::equalNoCase(nameOf(setting), name);
 }
 
-// Settings end at a semicolon, unless it stands in braces. "}}" in braces is a brace of the value.
-std::vector<std::string> settingsOf(std::string_view text) {
+// Settings end at a semicolon, unless it stands in braces that enclose a value. "}}" in them is a brace of
+// the value.
+std::vector<std::string> settingsOf(std::string_view text, bool bracesEnclose = true) {
     std::vector<std::string> settings(1);
-    bool inBraces = false;
+    enum { kNone, kOpen, kClosed } braces = kNone;  // of the setting at hand
     for (char c : text) {
         std::string& setting = settings.back();
-        if (c == '{' && !setting.empty() && setting.back() == '=') inBraces = true;
-        // The second of two closing braces opens what the first has closed.
-        else if (c == '}')
-            inBraces = !inBraces && setting.back() == '}';
-        if (c == ';' && !inBraces)
+        if (c == ';' && braces != kOpen) {
             settings.emplace_back();
-        else
-            setting += c;
+            braces = kNone;
+            continue;
+        }
+        if (c == '{' && braces == kNone && !setting.empty() && setting.back() == '=' && bracesEnclose)
+            braces = kOpen;
+        else if (c == '}' && braces != kNone)
+            // The second of two opens again what the first has closed.
+            braces = braces == kOpen ? kClosed : setting.back() == '}' ? kOpen : kClosed;
+        setting += c;
     }
+    // A brace that is never closed must not hide what stands behind it.
+    if (braces == kOpen) return settingsOf(text, false);
     return settings;
 }
 

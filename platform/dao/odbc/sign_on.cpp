@@ -66,15 +66,18 @@ bool attempt(const Handle& connection, ConnectString& connect, std::vector<Diagn
 
 }  // namespace
 
-std::string signOn(const Handle& connection, const std::string& text, bool mayAsk) {
+std::string signOn(const Handle& connection, const std::string& given, bool mayAsk) {
     SQLSetConnectAttr(connection.get(), SQL_ATTR_LOGIN_TIMEOUT,
                       reinterpret_cast<SQLPOINTER>(static_cast<SQLULEN>(kSecondsToConnect)), 0);
-    ConnectString connect(text);
+    ConnectString connect(given);
     if (!namesASource(connect) && !(mayAsk && signIn(connect, knownSources(), "")))
         throw CDaoException("No data source is named.");
     std::vector<Diagnostic> wrong;
     while (!attempt(connection, connect, wrong)) {
         std::string reason = "The data source " + nameOf(connect) + " cannot be opened: " + sentenceOf(wrong);
+        // Some repeat what they have been given.
+        std::string password = connect.password();
+        if (!password.empty()) reason = text::replaceAll(reason, password, "****");
         bool ask = mayAsk && isAboutPassword(wrong);
         if (!ask || !signIn(connect, knownSources(), reason)) throw CDaoException(reason);
     }

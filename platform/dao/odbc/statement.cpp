@@ -141,7 +141,8 @@ void Statement::bind(int number, const Variant& value) {
     };
     std::visit(Visitor{p, b, asNumber, asWhole}, value.content());
     check(SQLBindParameter(handle(), static_cast<SQLUSMALLINT>(number), SQL_PARAM_INPUT, b.targetType,
-                           b.sqlType, b.size, b.decimals, address(b.data), p.length, &p.length),
+                           b.sqlType, b.size, b.decimals, address(b.data), std::max<SQLLEN>(p.length, 0),
+                           &p.length),
           handle_);
 }
 

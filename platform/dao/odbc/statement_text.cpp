@@ -58,7 +58,7 @@ class Scanner {
         // What follows a name or another bracket directly is the server's own subscript.
         bool subscript =
             at_ > 0 && (isWordPart(sql_[at_ - 1]) || sql_[at_ - 1] == ']' || sql_[at_ - 1] == ')');
-        if (c == '[' && !subscript && enclosed(']')) return Token::kBracket;
+        if (c == '[' && !subscript && sql_.substr(at_ + 1, 1) != "]" && enclosed(']')) return Token::kBracket;
         ++at_;
         return Token::kSymbol;
     }

@@ -1,0 +1,472 @@
+// Databases on servers: what is made, written and read, through the drivers of PostgreSQL and of SQLite.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "platform/dao/dao.h"
+#include "platform/dao/engine.h"
+#include "platform/ui/scripted/scripted_backend.h"
+#include "tests/platform/odbc/postgres_server.h"
+
+namespace {
+
+using dao::toText;
+using dao::Variant;
+using Strings = std::vector<std::string>;
+
+std::string descriptionOf(const std::function<void()>& work) {
+    try {
+        work();
+    } catch (const CDaoException& error) {
+        return error.description();
+    }
+    return "no exception";
+}
+
+CDaoFieldInfo field(const std::string& name, int type, long size = 0) {
+    CDaoFieldInfo info;
+    info.name = name;
+    info.type = type;
+    info.size = size;
+    info.allowZeroLength = true;
+    return info;
+}
+
+class Server : public ::testing::TestWithParam<const char*> {
+  protected:
+    bool onPostgres() const { return std::string(GetParam()) == "PostgreSQL"; }
+    static PostgresServer& postgres() { return PostgresServer::instance(); }
+
+    void SetUp() override {
+        if (onPostgres()) {
+            if (!postgres().missing().empty()) GTEST_SKIP() << postgres().missing();
+            connect = postgres().connect();
+            postgres().answer("SET client_min_messages = warning; DROP SCHEMA IF EXISTS survey CASCADE");
+        } else {
+            std::string driver = odbcDriver("libsqlite3odbc.so");
+            if (driver.empty()) GTEST_SKIP() << "the ODBC driver of SQLite is not installed";
+            connect = "ODBC;DRIVER=" + driver + ";Database=" + folder("server.db");
+        }
+        db.Open("", false, false, connect);
+    }
+
+    void makeTable(const std::string& name, const std::vector<CDaoFieldInfo>& fields) {
+        CDaoTableDef table(&db);
+        table.Create(name);
+        for (const CDaoFieldInfo& f : fields) table.CreateField(f);
+        table.Append();
+    }
+    Strings column(const std::string& sql) {
+        Strings values;
+        CDaoRecordset records(&db);
+        for (records.Open(dbOpenDynaset, sql); !records.IsEOF(); records.MoveNext())
+            values.push_back(toText(records.GetFieldValue(0)));
+        return values;
+    }
+
+    ScratchFolder folder;
+    std::string connect;
+    CDaoDatabase db;
+};
+
+INSTANTIATE_TEST_SUITE_P(Drivers, Server, ::testing::Values("PostgreSQL", "SQLite"),
+                         [](const auto& name) { return std::string(name.param); });
+
+TEST_P(Server, ValuesOfAllTypesComeBackAsTheyWere) {
+    makeTable("ALL_TYPES", {field("ID", dbText, 20), field("YES", dbBoolean), field("TINY", dbByte),
+                            field("SMALL", dbInteger), field("WHOLE", dbLong), field("MONEY", dbCurrency),
+                            field("SINGLE", dbSingle), field("REAL_", dbDouble), field("SEEN", dbDate),
+                            field("NAME", dbText, 40), field("NOTES", dbMemo), field("PICTURE", dbLongBinary),
+                            field("GUID", dbGUID)});
+    dao::Binary picture(200000);
+    for (size_t i = 0; i < picture.size(); ++i) picture[i] = static_cast<unsigned char>(i * 7);
+    // A memo with a character of two units at every place where pieces could meet.
+    std::string notes;
+    for (int i = 0; i < 50000; ++i) notes += i % 3 ? "𝄞" : "ä";
+    const std::vector<std::pair<const char*, Variant>> kValues = {
+        {"YES", true},
+        {"TINY", uint8_t{200}},
+        {"SMALL", int16_t{-3}},
+        {"WHOLE", -2147483647},
+        {"MONEY", "12345.6789"},
+        {"SINGLE", 0.1F},
+        {"REAL_", -1.25e-300},
+        {"SEEN", "1776-07-04 18:30:05"},
+        {"NAME", "it's \"größer\" [x] {fn} ? 𝄞"},
+        {"NOTES", notes},
+        {"PICTURE", picture},
+        {"GUID", "a0eebc99-9c0b-4ef8-bb6d-6bb9bd380a11"}};
+    CDaoRecordset records(&db);
+    records.Open(dbOpenDynaset, "SELECT * FROM ALL_TYPES");
+    EXPECT_TRUE(records.IsEOF());
+    std::vector<std::string> written;
+    records.AddNew();
+    records.SetFieldValue("ID", "full");
+    for (const auto& [name, value] : kValues) records.SetFieldValue(name, value);
+    for (const auto& [name, value] : kValues) written.push_back(toText(records.GetFieldValue(name)));
+    records.Update();
+    records.AddNew();
+    records.SetFieldValue("ID", "empty");
+    records.SetFieldValue("NAME", "");
+    records.Update();
+    records.Close();
+
+    records.Open(dbOpenDynaset, "SELECT * FROM ALL_TYPES WHERE ID = 'full'");
+    ASSERT_FALSE(records.IsEOF());
+    for (size_t i = 0; i < kValues.size(); ++i) {
+        std::string read = toText(records.GetFieldValue(kValues[i].first));
+        // Servers write these in their own case.
+        if (std::string(kValues[i].first) == "GUID")
+            std::transform(read.begin(), read.end(), read.begin(), ::tolower);
+        EXPECT_EQ(read, written[i]) << kValues[i].first;
+    }
+    EXPECT_TRUE(records.GetFieldValue("PICTURE") == Variant(picture));
+    records.Close();
+    records.Open(dbOpenSnapshot, "SELECT * FROM ALL_TYPES WHERE ID = 'empty'");
+    EXPECT_FALSE(records.CanUpdate());
+    for (const auto& [name, value] : kValues)
+        EXPECT_EQ(records.GetFieldValue(name).isNull(), std::string(name) != "NAME") << name;
+    EXPECT_EQ(toText(records.GetFieldValue("NAME")), "");
+    // Text that is no number does not leave the house.
+    records.Close();
+    records.Open(dbOpenDynaset, "ALL_TYPES");
+    records.Edit();
+    EXPECT_NE(descriptionOf([&] { records.SetFieldValue("WHOLE", "x"); }), "no exception");
+    EXPECT_NE(descriptionOf([&] { records.SetFieldValue("NAME", std::string(41, 'x')); }), "no exception");
+}
+
+TEST_P(Server, RecordsAreWalkedChangedAndDeleted) {
+    CDaoFieldInfo counter = field("NO", dbLong);
+    counter.attributes = dbAutoIncrField;
+    makeTable("POLES", {counter, field("PT_ID", dbText, 20), field("H", dbDouble)});
+    CDaoRecordset records(&db);
+    records.Open(dbOpenDynaset, "SELECT * FROM [poles]");
+    for (const char* id : {"a", "b", "c", "d"}) {
+        records.AddNew();
+        records.SetFieldValue("PT_ID", id);
+        records.Update();
+    }
+    records.Close();
+    EXPECT_EQ(column("SELECT NO FROM POLES ORDER BY NO"), (Strings{"1", "2", "3", "4"}));
+
+    records.Open(dbOpenDynaset, "SELECT * FROM POLES ORDER BY PT_ID");
+    records.MoveNext();
+    records.Edit();
+    records.SetFieldValue("PT_ID", "bb");
+    records.SetFieldValue("H", 2.5);
+    records.Update();
+    EXPECT_EQ(toText(records.GetFieldValue("PT_ID")), "bb");
+    records.Edit();
+    records.SetFieldValueNull("H");
+    records.Update();
+    records.MoveNext();
+    records.Delete();
+    EXPECT_EQ(descriptionOf([&] { records.GetFieldValue("PT_ID"); }), "The record has been deleted.");
+    records.MoveNext();
+    EXPECT_EQ(toText(records.GetFieldValue("PT_ID")), "d");
+    records.MoveLast();
+    records.MovePrev();
+    records.MovePrev();
+    EXPECT_EQ(toText(records.GetFieldValue("PT_ID")), "bb");
+    // Another user is faster.
+    db.Execute("DELETE FROM POLES WHERE UCASE(PT_ID) = 'BB'", dbSQLPassThrough);
+    records.Edit();
+    records.SetFieldValue("H", 1.0);
+    EXPECT_EQ(descriptionOf([&] { records.Update(); }),
+              "The record has been changed or deleted by another user.");
+    EXPECT_EQ(column("SELECT PT_ID FROM POLES ORDER BY 1"), (Strings{"a", "d"}));
+
+    // What is no plain SELECT of one table is read only.
+    records.Open(dbOpenDynaset, "SELECT count(*) AS N, max(PT_ID) FROM POLES");
+    EXPECT_FALSE(records.CanUpdate());
+    EXPECT_EQ(toText(records.GetFieldValue("n")), "2");
+}
+
+TEST_P(Server, WithoutAKeyRecordsAreToldApartByTheirValuesOrNotAtAll) {
+    makeTable("NOTES", {field("A", dbText, 20), field("B", dbLong), field("H", dbDouble)});
+    for (const char* values :
+         {"'x', 1, 0.1", "'x', 2, 0.1", "'twin', 3, 0.1", "'twin', 3, 0.1", "NULL, 4, NULL"})
+        db.Execute(std::string("INSERT INTO NOTES (A, B, H) VALUES (") + values + ")", dbSQLPassThrough);
+    CDaoRecordset records(&db);
+    records.Open(dbOpenDynaset, "SELECT * FROM NOTES WHERE B = 2");
+    records.Edit();
+    records.SetFieldValue("A", "changed");
+    records.Update();
+    records.Open(dbOpenDynaset, "SELECT * FROM NOTES WHERE A IS NULL");
+    records.Delete();
+    records.Open(dbOpenDynaset, "SELECT * FROM NOTES WHERE A = 'twin'");
+    EXPECT_EQ(descriptionOf([&] { records.Delete(); }),
+              "The table has no key that tells this record from others of the same values.");
+    EXPECT_EQ(column("SELECT A FROM NOTES ORDER BY A"), (Strings{"changed", "twin", "twin", "x"}));
+}
+
+TEST_P(Server, ATransactionIsKeptWholeOrNotAtAll) {
+    makeTable("T", {field("A", dbText, 20)});
+    db.BeginTrans();
+    db.Execute("INSERT INTO T (A) VALUES ('undone')", dbSQLPassThrough);
+    makeTable("U", {field("A", dbText, 20)});
+    db.Rollback();
+    EXPECT_EQ(column("SELECT A FROM T"), Strings{});
+    db.BeginTrans();
+    db.Execute("INSERT INTO T (A) VALUES ('kept')", dbSQLPassThrough);
+    db.CommitTrans();
+    db.BeginTrans();
+    db.Execute("INSERT INTO T (A) VALUES ('closed')", dbSQLPassThrough);
+    db.Close();
+    db.Open("", false, false, connect);
+    EXPECT_EQ(column("SELECT A FROM T"), Strings{"kept"});
+    EXPECT_EQ(db.GetTableDefCount(), 1);
+}
+
+TEST_P(Server, TablesAndFieldsAreMadeRenamedAndDroppedByAnyName) {
+    CDaoFieldInfo current = field("IS_CURRENT", dbText, 9);
+    current.validationRule = "\"YES\" Or \"NO\"";
+    current.defaultValue = "\"NO\"";
+    CDaoFieldInfo needed = field("order", dbLong);
+    needed.required = true;
+    makeTable("Fire Hydrant \"7\"",
+              {field("Flow (gpm)", dbDouble), current, needed, field("naïve", dbText, 9)});
+    db.Execute("INSERT INTO [FIRE hydrant \"7\"] ([flow (GPM)], order) VALUES (1.5, 3)", dbSQLPassThrough);
+    EXPECT_EQ(
+        column("SELECT [FLOW (gpm)] FROM [fire hydrant \"7\"] WHERE [Order] = 3 AND IS_CURRENT = \"NO\""),
+        Strings{"1.5"});
+    for (const char* bad : {"([ORDER]) VALUES (NULL)", "([ORDER], IS_CURRENT) VALUES (1, 'MAYBE')"})
+        EXPECT_NE(descriptionOf([&] {
+                      db.Execute(std::string("INSERT INTO [fire hydrant \"7\"] ") + bad, dbSQLPassThrough);
+                  }),
+                  "no exception");
+    CDaoTableDef table(&db);
+    std::string owner = onPostgres() ? "survey." : "";
+    table.Open(owner + "FIRE HYDRANT \"7\"");
+    table.CreateField(field("Added", dbMemo));
+    table.DeleteField("NAÏVE");
+    EXPECT_EQ(table.GetFieldCount(), 4);
+    CDaoFieldInfo info;
+    table.GetFieldInfo("ORDER", info);
+    EXPECT_TRUE(info.required);
+    EXPECT_NE(descriptionOf([&] { table.CreateField(field("added", dbText, 9)); }), "no exception");
+    table.SetName("Hydrants");
+    EXPECT_EQ(column("SELECT [ADDED] FROM HYDRANTS"), Strings{""});
+    table.Close();
+    db.DeleteTableDef("hydrants");
+    EXPECT_EQ(db.GetTableDefCount(), 0);
+    EXPECT_EQ(descriptionOf([&] { table.Open("hydrants"); }), "Cannot find the table hydrants.");
+}
+
+TEST_P(Server, ATableOf300ColumnsIsReadAndWritten) {
+    std::string columns = "ID varchar(9)", values = "'1'";
+    for (int i = 1; i < 300; ++i) {
+        columns += ", COLUMN_" + std::to_string(i) + " integer";
+        values += "," + std::to_string(i);
+    }
+    std::string owner = onPostgres() ? "survey." : "";
+    if (onPostgres()) db.Execute("CREATE SCHEMA survey", dbSQLPassThrough);
+    db.Execute("CREATE TABLE " + owner + "WIDE (" + columns + ")", dbSQLPassThrough);
+    db.Execute("INSERT INTO WIDE VALUES (" + values + ")", dbSQLPassThrough);
+    CDaoTableDef table(&db);
+    db.GetTableDefCount();
+    table.Open(owner + "wide");
+    EXPECT_EQ(table.GetFieldCount(), 300);
+    CDaoRecordset records(&db);
+    records.Open(dbOpenDynaset, "SELECT * FROM WIDE");
+    EXPECT_EQ(toText(records.GetFieldValue("column_299")), "299");
+    records.Edit();
+    records.SetFieldValue("COLUMN_299", 7);
+    records.Update();
+    EXPECT_EQ(column("SELECT COLUMN_299 FROM WIDE"), Strings{"7"});
+}
+
+TEST_P(Server, BadStatementsAreErrorsAndNothingElse) {
+    makeTable("T", {field("A", dbText, 20)});
+    db.Execute("INSERT INTO T (A) VALUES ('x')", dbSQLPassThrough);
+    CDaoRecordset records(&db);
+    for (const char* sql :
+         {"", ";", "SELEC * FROM T", "SELECT * FROM T WHERE A = 'it's'", "SELECT * FROM", "SELECT [A FROM T",
+          "SELECT NOTHING FROM T", "SELECT * FROM NOWHERE", "SELECT {fn UCASE(A FROM T",
+          "SELECT * FROM T WHERE UCASE(A", "SELECT 'a FROM T", "SELECT \"a FROM T",
+          "INSERT INTO T (A) VALUES ('y')x", "\xff\xfe", "SELECT ((((", "[", "NOWHERE"})
+        EXPECT_NE(descriptionOf([&] { records.Open(dbOpenDynaset, sql); }), "no exception") << sql;
+    EXPECT_NE(descriptionOf([&] { db.Execute("UPDATE T SET A = 'it's'", dbSQLPassThrough); }),
+              "no exception");
+    EXPECT_EQ(column("SELECT A FROM T"), Strings{"x"});
+}
+
+// --- PostgreSQL alone --------------------------------------------------------------------------------------
+
+class PostgresSource : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        if (!server.missing().empty()) GTEST_SKIP() << server.missing();
+        server.answer("SET client_min_messages = warning; DROP SCHEMA IF EXISTS survey CASCADE");
+        ui::setBackend(&backend);
+    }
+    void TearDown() override { ui::setBackend(nullptr); }
+
+    PostgresServer& server = PostgresServer::instance();
+    ui::ScriptedBackend backend;
+    CDaoDatabase db;
+};
+
+TEST_F(PostgresSource, TypesThatAreNotKnownAreReadAsText) {
+    server.answer(
+        "CREATE SCHEMA survey; CREATE TABLE survey.odd(a jsonb, b int[], c point, d interval, e inet, f xml, "
+        "g bigint, "
+        "h numeric(6,0), i numeric(12,5), j time, k timestamp, l char(3), m text, n \"char\", o tsvector); "
+        "INSERT INTO survey.odd VALUES ('{\"a\": 1}', '{1,2}', '(1,2)', '1 day', '1.2.3.4', '<a/>', "
+        "12345678901, 42, "
+        "1.5, '13:45', 'infinity', 'x', repeat('y', 1000), 'z', 'cat');"
+        "CREATE VIEW survey.seen AS SELECT h FROM survey.odd");
+    db.Open("", false, false, server.connect());
+    CDaoRecordset records(&db);
+    records.Open(dbOpenDynaset, "SELECT * FROM ODD");
+    Strings texts;
+    for (int i = 0; i < records.GetFieldCount(); ++i)
+        texts.push_back(toText(records.GetFieldValue(i)).substr(0, 12));
+    EXPECT_EQ(texts, (Strings{"{\"a\": 1}", "{1,2}", "(1,2)", "1 day", "1.2.3.4", "<a/>", "12345678901", "42",
+                              "1.5", "1899-12-30 1", "9999-12-31 2", "x  ", "yyyyyyyyyyyy", "z", "'cat'"}));
+    CDaoFieldInfo info;
+    for (auto [name, type] : std::initializer_list<std::pair<const char*, int>>{
+             {"g", dbDouble}, {"h", dbLong}, {"i", dbDouble}, {"j", dbDate}, {"l", dbText}, {"m", dbMemo}}) {
+        records.GetFieldInfo(name, info);
+        EXPECT_EQ(info.type, type) << name;
+    }
+    records.Open(dbOpenDynaset, "SELECT * FROM SEEN");
+    EXPECT_FALSE(records.CanUpdate());
+}
+
+TEST_F(PostgresSource, TablesAreListedWithTheirOwnersAndTheUsersOwnComeFirst) {
+    server.answer(
+        "CREATE SCHEMA survey; CREATE SCHEMA other; CREATE TABLE survey.t(a text); "
+        "CREATE TABLE other.t(b text, a text); INSERT INTO other.t VALUES ('theirs')");
+    db.Open("", false, false, server.connect());
+    Strings names;
+    CDaoTableDefInfo table;
+    for (int i = 0, count = db.GetTableDefCount(); i < count; ++i) {
+        db.GetTableDefInfo(i, table);
+        names.push_back(table.name);
+    }
+    EXPECT_EQ(names, (Strings{"other.t", "survey.t"}));
+    CDaoTableDef definition(&db);
+    definition.Open("SURVEY.T");
+    EXPECT_EQ(definition.GetFieldCount(), 1);
+    definition.Open("other.t");
+    EXPECT_EQ(definition.GetFieldCount(), 2);
+    CDaoRecordset records(&db);
+    records.Open(dbOpenDynaset, "SELECT * FROM [OTHER].[T]");
+    EXPECT_EQ(toText(records.GetFieldValue("B")), "theirs");
+    EXPECT_EQ(db.GetConnect(), server.connect());
+    server.answer("DROP SCHEMA other CASCADE");
+}
+
+TEST_F(PostgresSource, AUserWithoutRightsIsTold) {
+    server.answer("CREATE ROLE guest LOGIN PASSWORD 'guest'", "postgres");
+    server.answer("CREATE SCHEMA survey; CREATE TABLE survey.t(a text)");
+    db.Open("", false, false, server.source() + ";UID=guest;PWD=guest");
+    CDaoTableDef table(&db);
+    table.Create("T");
+    table.CreateField("A", dbText, 9);
+    std::string told = descriptionOf([&] { table.Append(); });
+    EXPECT_EQ(told.find("The tables of the user guest belong into a schema of this name"), 0u) << told;
+    EXPECT_NE(told.find("permission denied"), std::string::npos) << told;
+    EXPECT_NE(descriptionOf([&] {
+                  db.Execute("DELETE FROM survey.t", dbSQLPassThrough);
+              }).find("permission denied"),
+              std::string::npos);
+    db.Close();
+    server.answer("DROP ROLE guest", "postgres");
+}
+
+TEST_F(PostgresSource, ConnectStringsThatLieAreToldWithoutTheirPassword) {
+    for (const std::string& connect :
+         {std::string("ODBC;"), std::string("ODBC;DSN="), std::string("ODBC;DSN=nowhere;PWD=s3cret"),
+          std::string("ODBC;DRIVER=nothing.so;PWD=s3cret"), std::string("ODBC;;;=;x;PWD=s3cret"),
+          "ODBC;DRIVER=" + server.driver() + ";SERVER=/nowhere;UID=x;PWD={s3;cret}",
+          server.source() + ";DATABASE=nothing;UID=survey;PWD=s3cret",
+          "ODBC;DRIVER={" + server.driver() + ";PWD=s3cret", std::string("ODBC;DRIVER={}}}{;PWD=s3cret"),
+          "ODBC;DSN=" + std::string(5000, 'x') + ";PWD=s3cret"}) {
+        std::string told = descriptionOf([&] { db.Open("", false, false, connect); });
+        EXPECT_NE(told, "no exception") << connect;
+        EXPECT_EQ(told.find("s3"), std::string::npos) << told;
+        EXPECT_FALSE(db.IsOpen());
+    }
+}
+
+TEST_F(PostgresSource, TheSignInBoxAsksForWhatIsMissing) {
+    std::string ini = server.folder() + "/odbc.ini";
+    std::ofstream(ini) << "[office]\nDriver=" << server.driver() << "\nServername=" << server.folder()
+                       << "\nDatabase=norvane\n";
+    ::setenv("ODBCINI", ini.c_str(), 1);
+    using Kind = ui::Step::Kind;
+    // The source, the user and the password; a wrong one first.
+    backend.answer(1601, {{Kind::Pick, "Data source:", "office"},
+                          {Kind::Text, "User:", "survey"},
+                          {Kind::Text, "Password:", "wrong"},
+                          {Kind::Click, "OK"}});
+    backend.answer(1601,
+                   {{Kind::Show}, {Kind::Text, "Password:", PostgresServer::kPassword}, {Kind::Click, "OK"}});
+    db.Open("", false, false, "ODBC;DSN=");
+    EXPECT_EQ(db.GetName(), "office");
+    EXPECT_EQ(db.GetConnect(), "ODBC;DSN=office;UID=survey;PWD={Geheim;7319}");
+    bool reason = false;
+    for (const std::string& line : backend.log()) {
+        reason = reason || line.find("password authentication failed") != std::string::npos;
+        EXPECT_EQ(line.find("wrong\""), std::string::npos) << line;
+        EXPECT_EQ(line.find("Geheim"), std::string::npos) << line;
+    }
+    EXPECT_TRUE(reason);
+    // Cancelled, and a source that is only looked at.
+    backend.answer(1601, {{Kind::Click, "Cancel"}});
+    EXPECT_NE(descriptionOf([&] { db.Open("", false, false, "ODBC;DSN=office;UID=survey"); }),
+              "no exception");
+    EXPECT_EQ(backend.unused(), Strings{});
+    EXPECT_NE(descriptionOf([&] { db.Open("", false, true, "ODBC;DSN=office;UID=survey"); }), "no exception");
+    ::unsetenv("ODBCINI");
+}
+
+TEST_F(PostgresSource, ALockedTableIsWaitedForAndThenToldOf) {
+    server.answer("CREATE SCHEMA survey; CREATE TABLE survey.t(a text)");
+    CDaoDatabase other;
+    db.Open("", false, false, server.connect());
+    other.Open("", false, false, server.connect());
+    CDaoRecordset mine(&db), theirs(&other);
+    db.BeginTrans();
+    mine.Open(dbOpenDynaset, "SELECT * FROM T", dbDenyWrite);
+    other.BeginTrans();
+    dao::setLockTimeout(50);
+    std::string told = descriptionOf([&] { theirs.Open(dbOpenDynaset, "SELECT * FROM T", dbDenyWrite); });
+    dao::setLockTimeout(3000);
+    EXPECT_NE(told.find("lock timeout"), std::string::npos) << told;
+    other.Rollback();
+    db.CommitTrans();
+    other.BeginTrans();
+    theirs.Open(dbOpenDynaset, "SELECT * FROM T", dbDenyWrite);
+    other.Rollback();
+}
+
+TEST_F(PostgresSource, WhatAnotherUserHasMadeMeanwhileIsAConflict) {
+    CDaoDatabase other;
+    db.Open("", false, false, server.connect());
+    other.Open("", false, false, server.connect());
+    auto make = [](CDaoDatabase& database) {
+        CDaoTableDef table(&database);
+        table.Create("T");
+        table.CreateField("A", dbText, 9);
+        table.Append();
+    };
+    EXPECT_EQ(db.GetTableDefCount(), 0);
+    make(other);
+    EXPECT_THROW(make(db), CDaoConflict);
+    CDaoTableDef mine(&db), theirs(&other);
+    mine.Open("survey.t");
+    theirs.Open("survey.t");
+    theirs.CreateField("B", dbText, 9);
+    EXPECT_THROW(mine.CreateField("B", dbLong, 4), CDaoConflict);
+    try {
+        mine.CreateField("C", dbLong, 4);
+        mine.DeleteField("B");
+    } catch (const CDaoException& error) {
+        ADD_FAILURE() << error.description();
+    }
+}
+
+}  // namespace
