@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <limits>
 #include <string>
 #include <string_view>
 
@@ -40,18 +41,23 @@ class AsciiTags {
     int code() const { return code_; }
     std::string_view text() const { return value_; }
 
+    // "nan" and "inf" are taken: one broken coordinate must not cost the user the drawing.
     double real() const {
         double exact = 0;
         if (readShortDecimal(exact)) return exact;
         std::string_view s = number();
         double value = 0;
         auto [stop, error] = std::from_chars(s.data(), s.data() + s.size(), value);
-        if (error == std::errc::result_out_of_range && stop == s.data() + s.size())
+        const bool isWhole = stop == s.data() + s.size();
+        if (error == std::errc::result_out_of_range && isWhole) {
             value = std::strtod(std::string(s).c_str(), nullptr);  // 0 for one that is too small
-        else if (error != std::errc() || stop != s.data() + s.size())
-            failNumber("number");
-        if (!std::isfinite(value)) failNumber("number");
-        return value;
+            if (!std::isfinite(value)) failNumber("number");
+            return value;
+        }
+        if (error == std::errc() && isWhole) return value;
+        // "1.#QNAN", "-1.#IND", "1.#INF": what is no number, as some programs spell it.
+        if (s.starts_with("1.#") || s.starts_with("-1.#")) return std::numeric_limits<double>::quiet_NaN();
+        failNumber("number");
     }
 
     int64_t integer() const {

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <bit>
-#include <cmath>
 #include <cstring>
 #include <string>
 #include <string_view>
@@ -38,7 +37,6 @@ class BinaryTags {
                 break;
             case BinaryValue::Real:
                 real_ = take<double>();
-                if (!std::isfinite(real_)) fail("group " + std::to_string(code_) + " needs a number");
                 break;
             case BinaryValue::Int8:
                 integer_ = take<uint8_t>();

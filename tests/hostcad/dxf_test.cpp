@@ -347,7 +347,7 @@ TEST(BadFiles, AreRefusedWithThePlaceOfTheFault) {
         {head + lines("0 LINE|10 1.5x"), "Line 8: group 10 needs a number, but the line is \"1.5x\"."},
         {head + lines("0 LINE|10 1.5|20 "), "Line 10: group 20 needs a number, but the line is \"\"."},
         {head + lines("0 LINE|40 1e999"), "Line 8: group 40 needs a number"},
-        {head + lines("0 LINE|40 nan"), "needs a number"},
+        {head + lines("0 LINE|40 none"), "needs a number"},
         {head + lines("0 LINE|70 1.5"), "Line 8: group 70 needs a whole number, but the line is \"1.5\"."},
         {head + lines("0 LINE|90 99999999999999999999"), "needs a whole number"},
         {lines("0 SECTION|0 ENDSEC|0 EOF"), "the name of the section is missing."},
