@@ -1,17 +1,22 @@
-"""Compares what `jet` reads from Access databases with what mdbtools reads.
+"""Compares what `jet` reads from Access databases with what another program reads.
 
-usage: compare_readers.py JET FILE...
+usage: compare_readers.py JET mdbtools|mdb-reader FILE...
 
-Prints a line for each difference and, at the end, how many records were compared. The differences that lie in
-mdbtools itself are passed over: it shows an empty text as it shows Null, dates before 1899-12-30 on the wrong
-side of the day, a "?" for the five bytes that code page 1252 leaves open, and a GUID without its last hyphen.
+Prints a line for each difference and, at the end, how many records were compared. The differences that lie in the
+other program itself are passed over. Both tell dates before 1899-12-30 with the time on the wrong side of the day.
+mdbtools shows an empty text as it shows Null, a "?" for the five bytes that code page 1252 leaves open, and a GUID
+without its last hyphen; mdb-reader shows those five bytes as U+FFFD, and a GUID without braces. A record that has
+moved is read in its first place by jet and where it is now by the others. mdbtools cuts memos at 200 000 bytes.
 """
 import base64
 import json
+import os
 import subprocess
 import sys
+from collections import Counter
 
 DATE = "%Y-%m-%d %H:%M:%S"
+OPEN_BYTES = "\x81\x8d\x8f\x90\x9d"
 
 
 def output(*command):
@@ -24,16 +29,46 @@ def records(text):
 
 def unpacked(value):
     """Binary data of mdb-json, as hexadecimal digits or as the text of a GUID."""
-    if not isinstance(value, dict):
-        return value
     data = base64.b64decode(value["$binary"])
     return data.decode() if data[:1] == b"{" and data[-1:] == b"}" else data.hex().upper()
 
 
-def same(ours, theirs):
-    theirs = unpacked(theirs)
-    if ours in (None, "") and theirs in (None, ""):
+class Mdbtools:
+    open_byte = "?"
+
+    @staticmethod
+    def tables(path):
+        for table in output("mdb-tables", "-1", path).splitlines():
+            rows = records(output("mdb-json", "-D", DATE, "-T", DATE, path, table))
+            yield table, [{name: unpacked(v) if isinstance(v, dict) else v for name, v in row.items()} for row in rows]
+
+    @staticmethod
+    def same_text(ours, theirs):
+        return ours.replace("-", "") == theirs.replace("-", "")
+
+    same_nothing = staticmethod(lambda ours, theirs: ours in (None, "") and theirs in (None, ""))
+
+
+class MdbReader:
+    open_byte = "\ufffd"
+
+    @staticmethod
+    def tables(path):
+        script = os.path.join(os.path.dirname(__file__), "dump_records.js")
+        yield from json.loads(output("node", script, path)).items()
+
+    @staticmethod
+    def same_text(ours, theirs):
+        return ours.strip("{}").upper() == theirs.strip("{}").upper()
+
+    same_nothing = staticmethod(lambda ours, theirs: False)
+
+
+def same(ours, theirs, reader):
+    if ours == theirs or reader.same_nothing(ours, theirs):
         return True
+    if ours is None or theirs is None:
+        return False
     if isinstance(ours, bool):
         return ours == bool(theirs)
     if isinstance(ours, str) and isinstance(theirs, (int, float)):
@@ -45,55 +80,66 @@ def same(ours, theirs):
             return False
     if not isinstance(ours, str) or not isinstance(theirs, str):
         return False
-    if ours == theirs or ours.replace("-", "") == theirs.replace("-", ""):
+    if reader.same_text(ours, theirs):
         return True
     if len(ours) >= 10 and ours[4:5] == "-" and ours[:4] < "1900":
         return True  # a date before the first day
     if ours[:10] == theirs[:10] and theirs[10:] == " 00:00:00":
         return True  # a time of midnight is not told
     return len(ours) == len(theirs) and all(
-        a == b or (b == "?" and a in "\x81\x8d\x8f\x90\x9d") for a, b in zip(ours, theirs))
+        a == b or (b == reader.open_byte and a in OPEN_BYTES) for a, b in zip(ours, theirs))
 
 
-def same_record(ours, theirs):
-    return all(same(ours.get(name), theirs.get(name)) for name in {*ours, *theirs})
+def same_record(ours, theirs, reader):
+    return all(same(ours.get(name), theirs.get(name), reader) for name in {*ours, *theirs})
 
 
-def nearest(record, theirs):
+def nearest(record, theirs, reader):
     """What tells a record from the one of theirs that is most like it."""
     def different(other):
-        names = [n for n in {*record, *other} if not same(record.get(n), other.get(n))]
-        return {n: (str(record.get(n))[:80], str(unpacked(other.get(n)))[:80]) for n in names}
+        names = [n for n in {*record, *other} if not same(record.get(n), other.get(n), reader)]
+        return {n: (str(record.get(n))[:80], str(other.get(n))[:80]) for n in names}
     return min(map(different, theirs), key=len, default=record)
 
 
-def compare(jet, path):
+def compare_table(ours, theirs, reader):
+    """A line for the first record that the other program does not read so; None when all are the same."""
+    if len(ours) != len(theirs):
+        return f"{len(ours)} and {len(theirs)} records"
+    # Records are looked for among those that share the columns of which both have exactly the same values.
+    names = {name for record in ours for name in record}
+    shared = sorted(n for n in names if Counter(r.get(n) for r in ours) == Counter(r.get(n) for r in theirs))
+    alike = {}
+    for record in theirs:
+        alike.setdefault(tuple(record.get(name) for name in shared), []).append(record)
+    for record in ours:
+        candidates = alike.get(tuple(record.get(name) for name in shared), [])
+        match = next((i for i, other in enumerate(candidates) if same_record(record, other, reader)), None)
+        if match is None:
+            return f"{nearest(record, candidates or theirs, reader)}"
+        del candidates[match]
+    return None
+
+
+def compare(jet, reader, path):
     differences, count = [], 0
-    tables = output("mdb-tables", "-1", path).splitlines()
+    theirs = dict(reader.tables(path))
     mine = output(jet, "tables", path).splitlines()
-    if sorted(tables) != sorted(mine):
-        differences.append(f"{path}: tables {mine} and {tables}")
-    for table in tables:
+    if sorted(theirs) != sorted(mine):
+        differences.append(f"{path}: tables {mine} and {sorted(theirs)}")
+    for table in theirs:
         ours = records(output(jet, "dump", "--json", path, table))
-        theirs = records(output("mdb-json", "-D", DATE, "-T", DATE, path, table))
         count += len(ours)
-        if len(ours) != len(theirs):
-            differences.append(f"{path} {table}: {len(ours)} and {len(theirs)} records")
-            continue
-        # A record that has moved is read in its first place by us and where it is now by mdbtools.
-        for record in ours:
-            match = next((t for t in theirs if same_record(record, t)), None)
-            if match is None:
-                differences.append(f"{path} {table}: {nearest(record, theirs)}")
-                break
-            theirs.remove(match)
+        if difference := compare_table(ours, theirs[table], reader):
+            differences.append(f"{path} {table}: {difference}")
     return differences, count
 
 
-def main(jet, *paths):
+def main(jet, reader, *paths):
+    reader = {"mdbtools": Mdbtools, "mdb-reader": MdbReader}[reader]
     total = 0
     for path in paths:
-        differences, count = compare(jet, path)
+        differences, count = compare(jet, reader, path)
         total += count
         print("".join(line + "\n" for line in differences), end="")
     print(f"{total} records compared")

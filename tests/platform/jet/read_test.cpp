@@ -42,15 +42,6 @@ class Record {
     std::vector<Value> values_;
 };
 
-TEST(JetRead, AgreesWithMdbtools) {
-    if (givenFiles().empty()) GTEST_SKIP() << "the given files are not here";
-    if (std::system("mdb-ver -M >/dev/null 2>&1") != 0) GTEST_SKIP() << "mdbtools is not installed";
-    std::string command =
-        "python3 " NORVANE_SOURCE_DIR "/tests/platform/jet/compare_readers.py " NORVANE_BIN_DIR "/jet";
-    for (const std::string& file : givenFiles()) command += " '" + file + "'";
-    EXPECT_EQ(outputOf(command), "4588 records compared\n");
-}
-
 TEST(JetRead, BothVersionsOfTheSampleDatabase) {
     if (givenFiles().empty()) GTEST_SKIP() << "the given files are not here";
     for (const char* name : {"output_97.mdb", "output_2000.mdb"}) {

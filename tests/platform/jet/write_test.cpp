@@ -8,6 +8,7 @@
 #include "platform/dao/jet/compact.h"
 #include "tests/platform/dao/scratch.h"
 #include "tests/platform/jet/given_files.h"
+#include "tests/platform/jet/readers.h"
 
 namespace jet {
 namespace {
@@ -16,15 +17,6 @@ std::string faults(Database& db) {
     std::string all;
     for (const std::string& fault : check(db)) all += fault + "\n";
     return all;
-}
-
-// What mdbtools reads against what we read; "" where they agree, or mdbtools is not here.
-std::string disagreement(const std::string& path) {
-    if (std::system("mdb-ver -M >/dev/null 2>&1") != 0) return "";
-    std::string out = outputOf("python3 " NORVANE_SOURCE_DIR
-                               "/tests/platform/jet/compare_readers.py " NORVANE_BIN_DIR "/jet '" +
-                               path + "'");
-    return out.find(" records compared\n") + 18 == out.size() && std::isdigit(out[0]) ? "" : out;
 }
 
 std::string refusal(const std::function<void()>& work) {

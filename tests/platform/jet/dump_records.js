@@ -1,0 +1,19 @@
+// Prints the records of an Access database as the npm package "mdb-reader" reads them, as JSON by table.
+const {readFileSync} = require("fs");
+
+// Dates without their zone, bytes as hexadecimal digits; a Null is left out.
+const plain = value => {
+    if (value instanceof Date) return value.toISOString().slice(0, 19).replace("T", " ");
+    if (value instanceof Uint8Array) return Buffer.from(value).toString("hex").toUpperCase();
+    return value;
+};
+
+// The package is an ES module: NODE_PATH finds it for require.resolve only.
+import(require.resolve("mdb-reader")).then(({default: MDBReader}) => {
+    const reader = new MDBReader(readFileSync(process.argv[2]));
+    const tables = {};
+    for (const name of reader.getTableNames())
+        tables[name] = reader.getTable(name).getData().map(row => Object.fromEntries(
+            Object.entries(row).filter(([, value]) => value !== null).map(([key, value]) => [key, plain(value)])));
+    console.log(JSON.stringify(tables));
+});
