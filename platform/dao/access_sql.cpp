@@ -103,10 +103,11 @@ class Tokenizer {
 };
 
 bool isKeyword(const Token& token) {
-    static constexpr std::array<std::string_view, 33> kWords = {
-        "SELECT", "FROM", "WHERE",  "AND",    "OR",   "NOT",   "IN",       "IS", "NULL",  "LIKE",   "BETWEEN",
-        "ORDER",  "BY",   "GROUP",  "HAVING", "ASC",  "DESC",  "DISTINCT", "AS", "ALL",   "UPDATE", "SET",
-        "INSERT", "INTO", "VALUES", "DELETE", "JOIN", "INNER", "LEFT",     "ON", "UNION", "EXISTS", "OUTER"};
+    static constexpr std::array<std::string_view, 35> kWords = {
+        "SELECT", "FROM",    "WHERE",  "AND",   "OR",     "NOT",    "IN",     "IS",     "NULL",
+        "LIKE",   "BETWEEN", "ORDER",  "BY",    "GROUP",  "HAVING", "ASC",    "DESC",   "DISTINCT",
+        "AS",     "ALL",     "UPDATE", "SET",   "INSERT", "INTO",   "VALUES", "DELETE", "JOIN",
+        "INNER",  "LEFT",    "ON",     "UNION", "EXISTS", "OUTER",  "RIGHT",  "MOD"};
     return token.kind == Token::kWord && std::any_of(kWords.begin(), kWords.end(), [&](auto word) {
                return text::equalNoCase(token.text, word);
            });
@@ -126,6 +127,18 @@ std::string dateLiteral(const std::string& s) {
     Calendar c = calendarOf(date);
     return text::format("'%04d-%02d-%02d %02d:%02d:%02d'", c.year, c.month, c.day, c.hour, c.minute,
                         c.second);
+}
+
+// A pattern of Access as one of SQLite, with its escape.
+std::string patternLiteral(const std::string& pattern) {
+    std::string out;
+    for (char c : pattern) {
+        if (c == '#' || c == '[')
+            throw CDaoException("The pattern \"" + pattern + "\" has " + c + ", which is not known here.");
+        if (c == '_' || c == '\\') out += '\\';
+        out += c == '*' ? '%' : c == '?' ? '_' : c;
+    }
+    return quotedText(out) + " ESCAPE '\\'";
 }
 
 // Parts of statements are put into others between parentheses, which they must not close.
@@ -160,6 +173,10 @@ class Writer {
                 pieces.push_back(quotedText(text::upper(tokens_[++i].text)));
                 continue;
             }
+            if (t.is("LIKE") && i + 1 < end && tokens_[i + 1].kind == Token::kText) {
+                pieces.push_back("LIKE " + patternLiteral(tokens_[++i].text));
+                continue;
+            }
             if (t.is("SET")) inSet_ = true;
             if (t.is("WHERE")) inSet_ = false;
             pieces.push_back(one(i, end, condition));
@@ -184,6 +201,10 @@ class Writer {
             case Token::kWord:
                 if (condition && (t.is("TRUE") || t.is("YES"))) return "-1";
                 if (condition && (t.is("FALSE") || t.is("NO"))) return "0";
+                if (t.is("MOD")) return "%";
+                // In quotes where SQLite would take it for a word of its own.
+                if (call && (t.is("LEFT") || t.is("RIGHT"))) return quotedName(t.text);
+                if (call && t.is("DATE")) return "TODAY";
                 return isKeyword(t) || call ? t.text : quotedName(t.text);
             default:
                 return t.text;
@@ -263,6 +284,30 @@ class PlainSelect {
     AccessStatement& out_;
 };
 
+// INSERT INTO table (column, ...)
+void readInsert(const std::vector<Token>& tokens, AccessStatement& out) {
+    if (tokens.size() < 3 || !tokens[1].is("INTO") || !isName(tokens[2])) return;
+    out.insertTable = tokens[2].text;
+    out.insertColumnsAt = Writer(tokens).write(0, 3).size();
+    if (tokens.size() < 5 || !tokens[3].isSymbol("(")) return;
+    for (size_t i = 4; i + 1 < tokens.size() && isName(tokens[i]); i += 2) {
+        out.insertColumns.push_back(tokens[i].text);
+        if (!tokens[i + 1].isSymbol(",")) return;
+    }
+}
+
+// Takes TOP n and DISTINCTROW out of a SELECT. What is to stand at its end; "" for nothing.
+std::string takeTop(std::vector<Token>& tokens) {
+    size_t at = 1;
+    if (at < tokens.size() && tokens[at].is("DISTINCTROW")) tokens.erase(tokens.begin() + 1);
+    if (at < tokens.size() && tokens[at].is("DISTINCT")) ++at;
+    if (at + 1 >= tokens.size() || !tokens[at].is("TOP") || tokens[at + 1].kind != Token::kNumber) return "";
+    std::string limit = " LIMIT " + tokens[at + 1].text;
+    auto begin = tokens.begin() + static_cast<long>(at);
+    tokens.erase(begin, begin + 2);
+    return limit;
+}
+
 }  // namespace
 
 std::string quotedName(std::string_view name) {
@@ -284,8 +329,10 @@ AccessStatement translateStatement(std::string_view sql) {
         if (t.isSymbol(";")) syntaxError("there is text behind the end", sql);
     if (tokens[0].is("DELETE") && tokens.size() > 1 && tokens[1].isSymbol("*"))
         tokens.erase(tokens.begin() + 1);
-    out.sql = Writer(tokens).write(0, tokens.size());
-    if (out.select) PlainSelect(tokens, out).read();
+    std::string limit = out.select ? takeTop(tokens) : "";
+    out.sql = Writer(tokens).write(0, tokens.size()) + limit;
+    if (out.select && limit.empty()) PlainSelect(tokens, out).read();
+    if (tokens[0].is("INSERT")) readInsert(tokens, out);
     return out;
 }
 

@@ -2,7 +2,8 @@
 //
 // Names may stand in brackets, text in single or double quotes, dates between # signs; True, False, Yes and
 // No are -1 and 0 in conditions; UCASE and LCASE are functions of the engine. A word that is no word of SQL
-// is a name, so that a misspelt field is an error and never silently a text.
+// is a name, so that a misspelt field is an error and never silently a text. TOP n, DISTINCTROW and Mod are
+// known, and the patterns of LIKE with * and ? (% stands for * as well, _ for itself).
 #pragma once
 
 #include <string>
@@ -23,6 +24,12 @@ struct AccessStatement {
     std::string where;                    // "" for none
     std::string orderBy;                  // "" for none
     std::vector<std::string> equalities;  // columns that must equal a literal
+
+    // Of an INSERT: its table, the columns that it names (none where it means all of them), and where in sql
+    // their list belongs.
+    std::string insertTable;
+    std::vector<std::string> insertColumns;
+    size_t insertColumnsAt = 0;
 };
 
 // Throws a CDaoException for text that is no statement.

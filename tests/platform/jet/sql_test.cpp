@@ -77,6 +77,109 @@ TEST_F(JetSql, AnIndexAndALookupFindWhatAWalkFinds) {
     EXPECT_EQ(faultsOf(path), "");
 }
 
+// What a statement of values finds, in both engines.
+class Dialect : public ::testing::TestWithParam<const char*> {
+  protected:
+    void SetUp() override {
+        db.Create(path);
+        CDaoTableDef table(&db);
+        table.Create("T");
+        CDaoFieldInfo id, name, key, height, seen, note;
+        id.name = "ID";
+        id.type = dbLong;
+        id.attributes = dbAutoIncrField;
+        name.name = "NAME";
+        name.type = dbText;
+        name.size = 50;
+        key = name;
+        key.name = "KEY";
+        key.defaultValue = "\"TREE\"";
+        height.name = "HEIGHT";
+        height.type = dbDouble;
+        seen.name = "SEEN";
+        seen.type = dbDate;
+        note.name = "NOTE";
+        note.type = dbMemo;
+        for (const CDaoFieldInfo& field : {id, name, key, height, seen, note}) table.CreateField(field);
+        table.Append();
+        table.Close();
+        for (const char* row : {"'Ärger_1', 'TREE', 1.5, #2004-05-31#", "'ash', 'POLE', 2, #2005-01-02#",
+                                "'Ash tree', 'TREE', -2.5, Null", "'a%b', 'POLE', Null, #2004-12-24#"})
+            db.Execute("INSERT INTO T (NAME, KEY, HEIGHT, SEEN) VALUES (" + std::string(row) + ")");
+    }
+    std::string values(const std::string& sql) {
+        std::string out;
+        CDaoRecordset records(&db);
+        for (records.Open(dbOpenDynaset, sql); !records.IsEOF(); records.MoveNext())
+            for (int i = 0; i < records.GetFieldCount(); ++i) {
+                dao::Variant value = records.GetFieldValue(i);
+                out += (value.isNull() ? "Null" : dao::toText(value)) + " ";
+            }
+        return out;
+    }
+
+    ScratchFolder folder;
+    std::string path = folder(GetParam());
+    CDaoDatabase db;
+};
+INSTANTIATE_TEST_SUITE_P(Engines, Dialect, ::testing::Values("t.mdb", "t.sqlite", "t.gpkg"),
+                         [](const auto& name) { return std::string(name.param).substr(2); });
+
+TEST_P(Dialect, PatternsAndFunctions) {
+    EXPECT_EQ(values("SELECT ID FROM T WHERE NAME LIKE 'ASH*'"), "2 3 ");
+    EXPECT_EQ(values("SELECT ID FROM T WHERE NAME LIKE 'as?'"), "2 ");
+    EXPECT_EQ(values("SELECT ID FROM T WHERE NAME LIKE '*_1'"), "1 ") << "_ stands for itself";
+    EXPECT_EQ(values("SELECT ID FROM T WHERE NAME NOT LIKE '%sh%' ORDER BY ID DESC"), "4 1 ");
+    EXPECT_THROW(values("SELECT ID FROM T WHERE NAME LIKE 'a[sh]*'"), CDaoException);
+    EXPECT_EQ(values("SELECT LEN(NAME), LEFT(NAME, 2), RIGHT(NAME, 3), MID(NAME, 2, 2), MID(NAME, 6) FROM T "
+                     "WHERE ID = 1"),
+              "7 Är r_1 rg _1 ");
+    EXPECT_EQ(values("SELECT NZ(HEIGHT, 7), NZ(HEIGHT), INT(-2.5), FIX(-2.5), 7 Mod 4, VAL('12.5 m'), "
+                     "CLNG(2.5) FROM T "
+                     "WHERE HEIGHT IS NULL"),
+              "7  -3 -2 3 12.5 2 ");
+    EXPECT_EQ(values("SELECT YEAR(SEEN), MONTH(SEEN), DAY(SEEN) FROM T WHERE SEEN = #12/24/2004#"),
+              "2004 12 24 ");
+    EXPECT_EQ(values("SELECT COUNT(*) FROM T WHERE SEEN < DATE() AND SEEN < NOW()"), "3 ");
+    EXPECT_EQ(values("SELECT IIF(HEIGHT > 0, 'up', 'down') & '!' FROM T WHERE ID < 4"), "up! up! down! ");
+}
+
+TEST_P(Dialect, SelectsOfTheUsualForms) {
+    EXPECT_EQ(values("SELECT TOP 2 ID FROM T ORDER BY HEIGHT DESC"), "2 1 ");
+    EXPECT_EQ(values("SELECT DISTINCT KEY FROM T ORDER BY KEY"), "POLE TREE ");
+    EXPECT_EQ(values("SELECT DISTINCTROW ID FROM T WHERE ID BETWEEN 2 AND 3"), "2 3 ");
+    EXPECT_EQ(
+        values("SELECT KEY, COUNT(*), MAX(HEIGHT) AS H FROM T GROUP BY KEY HAVING COUNT(*) > 1 ORDER BY KEY"),
+        "POLE 2 2 TREE 2 1.5 ");
+    EXPECT_EQ(values("SELECT a.ID, b.ID FROM T AS a INNER JOIN T AS b ON a.KEY = b.KEY WHERE a.ID < b.ID"),
+              "1 3 2 4 ");
+    EXPECT_EQ(values("SELECT a.ID, b.NAME FROM T a LEFT JOIN T b ON (a.ID = b.ID AND b.HEIGHT > 1.7)"),
+              "1 Null 2 ash 3 Null 4 Null ");
+    EXPECT_EQ(values("SELECT b.ID FROM T a RIGHT JOIN T b ON a.ID = b.ID AND a.ID > 2"), "3 4 1 2 ");
+    EXPECT_EQ(values("SELECT ID FROM T WHERE ID IN (SELECT MAX(ID) FROM T GROUP BY KEY)"), "3 4 ");
+    EXPECT_EQ(values("SELECT ID FROM T WHERE ID = 1 UNION SELECT ID FROM T WHERE ID = 4"), "1 4 ");
+    EXPECT_EQ(values("SELECT ID FROM T WHERE NOT (HEIGHT > 0) OR SEEN IS NULL"), "3 ");
+}
+
+TEST_P(Dialect, Changes) {
+    db.Execute("INSERT INTO T (NAME, HEIGHT) VALUES ('d', 1)");
+    db.Execute("INSERT INTO T (NAME, KEY) VALUES ('n', Null)");
+    db.Execute("INSERT INTO T VALUES (20, 'all', Null, 3, #2006-01-01#, 'x')");
+    EXPECT_EQ(values("SELECT ID, KEY FROM T WHERE ID > 4"), "5 TREE 6 Null 20 Null ") << "a Null stays Null";
+    db.Execute(
+        "INSERT INTO T (NAME, KEY, HEIGHT) SELECT NAME & ' 2', KEY, HEIGHT * 10 FROM T WHERE ID IN (1, 6)");
+    EXPECT_EQ(values("SELECT ID, NAME, KEY, HEIGHT FROM T WHERE ID > 20"),
+              "21 Ärger_1 2 TREE 15 22 n 2 Null Null ");
+    db.Execute("UPDATE T SET KEY = UCASE(NAME), HEIGHT = NZ(HEIGHT) + 1 WHERE KEY IS NULL");
+    EXPECT_EQ(values("SELECT KEY, HEIGHT FROM T WHERE ID IN (6, 22)"), "N 1 N 2 1 ");
+    db.Execute("UPDATE T SET NOTE = Null, SEEN = #2007-03-04 05:06:07# WHERE ID = 20");
+    EXPECT_EQ(values("SELECT NOTE, SEEN FROM T WHERE ID = 20"), "Null 2007-03-04 05:06:07 ");
+    db.Execute("DELETE * FROM T WHERE ID > 4 AND NOT ID = 20");
+    EXPECT_EQ(values("SELECT COUNT(*) FROM T"), "5 ");
+    db.Close();
+    EXPECT_EQ(faultsOf(path), "");
+}
+
 TEST_F(JetSql, AStatementThatFailsChangesNothing) {
     EXPECT_THROW(db.Execute("UPDATE PLAIN SET N = N + 2500"), CDaoException);
     EXPECT_EQ(values("SELECT MAX(N) FROM PLAIN"), "2999 ");

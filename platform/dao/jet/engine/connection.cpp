@@ -28,6 +28,8 @@ std::string passwordOf(const std::string& connect) {
     return "";
 }
 
+}  // namespace
+
 jet::Database::Options optionsOf(const Source& source) {
     jet::Database::Options options;
     options.readOnly = source.readOnly || isReadOnlyFile(source.path);
@@ -36,8 +38,6 @@ jet::Database::Options optionsOf(const Source& source) {
     options.lockTimeout = lockTimeout();
     return options;
 }
-
-}  // namespace
 
 Variant Table::value(const jet::RowView& row, size_t column) const {
     Variant value = records->value(row, column);
@@ -209,6 +209,7 @@ void AccessConnection::execute(const std::string& sql, int) {
     if (statement.select) throw CDaoException("A SELECT is opened as a record set and cannot be executed.");
     // A statement with an error does not lock the file.
     guarded([&] { prepare(statement.sql); });
+    insertColumns_ = statement.insertColumns;
     beginWrite();
     guarded([&] {
         std::unique_ptr<sqlite::Statement> prepared = prepare(statement.sql);
@@ -217,6 +218,12 @@ void AccessConnection::execute(const std::string& sql, int) {
         change.done();
     });
     wrote();
+}
+
+bool AccessConnection::insertNames(const std::string& field) const {
+    return insertColumns_.empty() ||
+           std::any_of(insertColumns_.begin(), insertColumns_.end(),
+                       [&](const std::string& column) { return text::equalNoCase(column, field); });
 }
 
 std::vector<jet::RowId> AccessConnection::rowsOf(const std::string& sql) {

@@ -23,6 +23,9 @@ namespace dao::access {
 
 constexpr int kSecondsShared = 2;
 
+// How the file of a source is opened.
+jet::Database::Options optionsOf(const Source& source);
+
 // A table as statements and record sets use it.
 struct Table {
     std::string name;
@@ -80,6 +83,9 @@ class AccessConnection : public Connection, public std::enable_shared_from_this<
     bool find(Table& table, const std::vector<size_t>& columns, const std::vector<Variant>& values,
               std::vector<jet::RowId>& rows);
 
+    // Whether the INSERT that runs gives a value for a field: one that it does not name takes its default.
+    bool insertNames(const std::string& field) const;
+
     // What a virtual table could not do: SQLite hands on only that something failed.
     void noteFailure(const std::string& text) { failure_ = text; }
 
@@ -102,6 +108,7 @@ class AccessConnection : public Connection, public std::enable_shared_from_this<
     std::vector<std::string> virtualTables_;
     uint64_t generation_ = 0;
     std::string failure_;
+    std::vector<std::string> insertColumns_;  // of the INSERT that runs; none: all of them
     int64_t changes_ = 0;
     int writes_ = 0;
     bool transaction_ = false;

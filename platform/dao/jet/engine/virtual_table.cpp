@@ -328,10 +328,10 @@ int changeRow(sqlite3_vtab* base, int count, sqlite3_value** arguments, sqlite3_
         std::vector<Variant> values;
         std::vector<bool> touched;
         for (int i = 2; i < count; ++i) {
-            bool same = !inserts && sqlite3_value_nochange(arguments[i]);
-            // An INSERT does not tell which columns it leaves out: they come as Null, and take their
-            // defaults.
-            touched.push_back(!same && (!inserts || sqlite3_value_type(arguments[i]) != SQLITE_NULL));
+            // A column that an INSERT leaves out comes as Null.
+            const std::string& field = table.fields()[static_cast<size_t>(i) - 2].name;
+            touched.push_back(inserts ? owner.connection->insertNames(field)
+                                      : !sqlite3_value_nochange(arguments[i]));
             values.push_back(touched.back() ? givenValue(arguments[i]) : Variant());
         }
         if (!inserts) return owner.connection->update(table, row, values, touched);
