@@ -19,9 +19,9 @@ std::string obstacleOf(const Store& store, const ColumnDefinition& column) {
         if (general && (store.format.unicode || store.text.codePage() == 1252)) return "";
         return "the sort order of the column " + column.name + " is not known";
     }
-    // The keys of GUIDs have been seen in Access 97 only, those of the others never.
-    bool known = column.type != Type::kBinary && column.type != Type::kOle && column.type != Type::kDecimal &&
-                 (column.type != Type::kGuid || !store.format.unicode);
+    // The keys of these have never been seen.
+    bool known =
+        column.type != Type::kOle && column.type != Type::kDecimal && column.type != Type::kLargeBinary;
     return known ? "" : "the column " + column.name + " is of a type whose order is not known";
 }
 
@@ -46,16 +46,29 @@ void putReal(ByteWriter& out, ByteView bytes) {
         out.bytes[begin] |= 0x80;
 }
 
-constexpr size_t kGuidHalf = 8;
-constexpr uint8_t kAfterFirstHalf = 9, kAfterSecondHalf = 8;
+// Binary data goes in pieces of eight bytes, the last one filled up with zeros. Behind each piece stands how
+// many bytes of it count, or a nine where another piece follows.
+constexpr size_t kPiece = 8;
+constexpr uint8_t kMore = 9;
 
+void putBinary(ByteWriter& out, ByteView bytes) {
+    for (; bytes.size() > kPiece; bytes = bytes.from(kPiece)) {
+        out.put(bytes.part(0, kPiece));
+        out.u8(kMore);
+    }
+    out.put(bytes);
+    out.fill(kPiece - bytes.size(), 0);
+    out.u8(static_cast<uint8_t>(bytes.size()));
+}
+
+// A GUID is binary data in the order in which it is written.
 void putGuid(ByteWriter& out, ByteView guid) {
-    putBigEndian(out, guid.part(0, 4));
-    putBigEndian(out, guid.part(4, 2));
-    putBigEndian(out, guid.part(6, 2));
-    out.u8(kAfterFirstHalf);
-    out.put(guid.part(kGuidHalf, 8));
-    out.u8(kAfterSecondHalf);
+    ByteWriter written;
+    putBigEndian(written, guid.part(0, 4));
+    putBigEndian(written, guid.part(4, 2));
+    putBigEndian(written, guid.part(6, 2));
+    written.put(guid.part(8, 8));
+    putBinary(out, written.bytes);
 }
 
 void putValue(const Store& store, const ColumnDefinition& column, const Value& value, ByteWriter& out) {
@@ -77,6 +90,8 @@ void putValue(const Store& store, const ColumnDefinition& column, const Value& v
             return putReal(out, bytes.bytes);
         case Type::kGuid:
             return putGuid(out, bytes.bytes);
+        case Type::kBinary:
+            return putBinary(out, bytes.bytes);
         default:
             return putSigned(out, bytes.bytes);
     }
@@ -104,8 +119,10 @@ void KeyMaker::append(ByteWriter& out, size_t column, const Value& value) const 
     if (ascending) return;
     for (size_t i = begin; i < out.bytes.size(); ++i) out.bytes[i] = static_cast<uint8_t>(~out.bytes[i]);
     if (store_.format.unicode && isText(definition.type)) out.u8(0);
-    // The mark between the halves of a GUID stays as it is.
-    if (definition.type == Type::kGuid) out.bytes[begin + kGuidHalf] = kAfterFirstHalf;
+    // The marks between pieces stay as they are.
+    if (definition.type == Type::kGuid || definition.type == Type::kBinary)
+        for (size_t mark = begin + kPiece; mark + 1 < out.bytes.size(); mark += kPiece + 1)
+            out.bytes[mark] = kMore;
 }
 
 std::optional<KeyMaker::Key> KeyMaker::key(const std::vector<Value>& values) const {

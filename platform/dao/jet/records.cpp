@@ -44,7 +44,8 @@ std::string Records::obstacle() const {
         if (!keys.obstacle().empty()) return "it has an index that cannot be kept right: " + keys.obstacle();
     for (const ColumnDefinition& column : definition_->columns) {
         bool known = fixedSize(column.type) != 0 || column.type == Type::kBoolean ||
-                     column.type == Type::kBinary || column.type == Type::kText || isLongValue(column.type);
+                     column.type == Type::kBinary || column.type == Type::kLargeBinary ||
+                     column.type == Type::kText || isLongValue(column.type);
         if (!known) return "the type of the column " + column.name + " is not known";
     }
     return "";

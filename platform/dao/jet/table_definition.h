@@ -28,6 +28,7 @@ enum class Type : uint8_t {
     kMemo = 12,
     kGuid = 15,
     kDecimal = 16,
+    kLargeBinary = 17,  // up to 3992 bytes in the row; only Access makes such columns, for itself
 };
 
 // The bytes of a type in a row; 0 for types without a fixed size, and for Yes/No, which is a bit of the mask.

@@ -6,7 +6,9 @@ CDaoFieldInfo fieldOf(const jet::Column& column) {
     CDaoFieldInfo field;
     field.name = column.name;
     // The numbers of the types are those of the files; decimal numbers are shown as reals.
-    field.type = column.type == jet::Type::kDecimal ? dbDouble : static_cast<int>(column.type);
+    field.type = column.type == jet::Type::kDecimal       ? dbDouble
+                 : column.type == jet::Type::kLargeBinary ? dbLongBinary
+                                                          : static_cast<int>(column.type);
     field.size = column.type == jet::Type::kBoolean ? 1 : column.size;
     field.attributes = dbUpdatableField | (column.fixed ? dbFixedField : dbVariableField);
     if (column.autonumber) field.attributes |= dbAutoIncrField;

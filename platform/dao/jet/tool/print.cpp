@@ -138,6 +138,8 @@ const char* typeName(Type type) {
             return "GUID";
         case Type::kDecimal:
             return "Decimal";
+        case Type::kLargeBinary:
+            return "Large binary";
     }
     return "unknown";
 }
