@@ -109,23 +109,31 @@ void Catalogue::addAccess(int32_t id, const dao::Binary& sid, int32_t rights) {
     access_.insert(values);
 }
 
-void Catalogue::addTable(const std::string& name, uint32_t page, const Bytes& properties) {
-    // The owner is that of the database.
-    const CatalogueEntry* owned = nullptr;
+Value Catalogue::owner() {
     for (const CatalogueEntry& entry : entries_)
         if (entry.type == static_cast<int16_t>(ObjectType::kDatabase) && entry.name == "MSysDb")
-            owned = &entry;
+            return objects_.read(entry.row)[column("Owner")];
+    return {};
+}
+
+void Catalogue::addTable(const std::string& name, uint32_t page, const Bytes& properties) {
+    addObject({{"Id", Value(static_cast<int32_t>(page))},
+               {"ParentId", Value(kTablesContainer)},
+               {"Name", Value(name)},
+               {"Type", Value(static_cast<int16_t>(ObjectType::kTable))},
+               {"DateCreate", Value(now())},
+               {"DateUpdate", Value(now())},
+               {"Flags", Value(int32_t{0})},
+               {"LvProp", Value(properties)}});
+}
+
+void Catalogue::addObject(std::map<std::string, Value> entry) {
+    entry["Owner"] = owner();
     std::vector<Value> values(objects_.definition().columns.size());
-    if (owned) values[column("Owner")] = objects_.read(owned->row)[column("Owner")];
-    values[column("Id")] = Value(static_cast<int32_t>(page));
-    values[column("ParentId")] = Value(kTablesContainer);
-    values[column("Name")] = Value(name);
-    values[column("Type")] = Value(static_cast<int16_t>(ObjectType::kTable));
-    values[column("DateCreate")] = values[column("DateUpdate")] = Value(now());
-    values[column("Flags")] = Value(int32_t{0});
-    values[column("LvProp")] = Value(properties);
+    for (auto& [name, value] : entry) values[column(name.c_str())] = std::move(value);
+    int32_t id = longOf(values[column("Id")]);
     objects_.insert(values);
-    for (const dao::Binary& user : usersOfTables()) addAccess(static_cast<int32_t>(page), user, kAllRights);
+    for (const dao::Binary& user : usersOfTables()) addAccess(id, user, kAllRights);
 }
 
 void Catalogue::removeTable(const CatalogueEntry& entry) {

@@ -1,6 +1,7 @@
 // The catalogue: the objects of a database and who may use them.
 #pragma once
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -55,6 +56,11 @@ class Catalogue {
     void setProperties(const CatalogueEntry& entry, const Bytes& stored);
 
     void addTable(const std::string& name, uint32_t page, const Bytes& properties);
+    // Adds an object by what stands in the columns of its entry. It belongs to the owner of the database, and
+    // all who may use the container of the tables may use it.
+    void addObject(std::map<std::string, Value> entry);
+    // Who owns what is made in the database; "" where that cannot be read.
+    Value owner();
     // Takes the table and its access rights out.
     void removeTable(const CatalogueEntry& entry);
     void rename(const CatalogueEntry& entry, const std::string& name);

@@ -314,6 +314,7 @@ std::vector<std::string> check(Database& database) {
             faults.push_back(what + ": " + error.what());
         }
     };
+    if (!store.file.endsWithWholePage()) faults.push_back("the file does not end with a whole page");
     guarded("the map of free pages", [&] { owners.claimMap({kGlobalMapPage, 0}, "the file"); });
     guarded("the catalogue", [&] {
         for (const CatalogueEntry& entry : database.catalogue().entries()) {

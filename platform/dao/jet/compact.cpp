@@ -1,11 +1,10 @@
 #include "platform/dao/jet/compact.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <map>
 
 #include "platform/dao/jet/schema.h"
+#include "platform/dao/jet/scratch_file.h"
 
 namespace jet {
 namespace {
@@ -33,23 +32,7 @@ class TableCopy {
   private:
     void define(uint32_t mapPage) {
         TableDefinition definition = old_.definition();
-        definition.page = identities_.at(definition.page);
-        definition.morePages.clear();
-        definition.rows = 0;
-        MapSpace maps(to_);
-        definition.owned = maps.add(mapPage);
-        definition.room = maps.add(definition.owned.page);
-        for (LongValueMaps& values : definition.longValues) {
-            if (values.owned.page == 0) continue;
-            values.owned = maps.add(definition.owned.page);
-            values.room = maps.add(values.owned.page);
-        }
-        for (IndexDefinition& index : definition.indexes) {
-            index.map = maps.add(definition.owned.page);
-            index.root = to_.allocator.take();
-            IndexPage().write(to_.file, definition.page, index.root);
-            UsageMap(to_.file, index.map).set(index.root, true, [&] { return to_.allocator.take(); });
-        }
+        placeDefinition(to_, definition, identities_.at(definition.page), mapPage);
         for (IndexName& name : definition.indexNames)
             if (auto it = identities_.find(name.otherTable); it != identities_.end())
                 name.otherTable = it->second;
@@ -102,7 +85,13 @@ class TableCopy {
 
     void fillIndex(size_t index) {
         Records records(to_, definition_);
-        if (records.keys(index).obstacle().empty()) return records.buildIndex(index);
+        try {
+            if (records.keys(index).obstacle().empty()) return records.buildIndex(index);
+        } catch (const DamagedError&) {
+            throw;
+        } catch (const Error&) {
+            // A text whose place in the order is not known.
+        }
         // Keys that cannot be made are taken over.
         std::vector<Bytes> entries;
         old_.tree(index).walk({}, [&](ByteView entry) {
@@ -124,7 +113,7 @@ class TableCopy {
     std::map<RowId, RowId> rows_;
 };
 
-void copyAll(Database& from, Store& to) {
+void copyAll(Database& from, Store& to, const Progress& progress) {
     Identities identities;
     std::vector<uint32_t> tables;
     for (uint32_t page = kObjectsPage; page <= kRelationsPage; ++page) identities[page] = page;
@@ -136,27 +125,17 @@ void copyAll(Database& from, Store& to) {
     }
     std::sort(tables.begin(), tables.end());
     uint32_t mapPage = 0;
-    for (uint32_t page : tables) mapPage = TableCopy(from.store(), to, identities, page).run(mapPage);
+    for (size_t i = 0; i < tables.size(); ++i) {
+        if (progress) progress(i, tables.size());
+        mapPage = TableCopy(from.store(), to, identities, tables[i]).run(mapPage);
+    }
 }
-
-// The file that is made beside the database and goes in any case.
-class Scratch {
-  public:
-    explicit Scratch(std::string path) : path_(std::move(path)) { ::unlink(path_.c_str()); }
-    ~Scratch() { ::unlink(path_.c_str()); }
-    Scratch(const Scratch&) = delete;
-    Scratch& operator=(const Scratch&) = delete;
-    const std::string& path() const { return path_; }
-
-  private:
-    std::string path_;
-};
 
 }  // namespace
 
-void compact(Database& database) {
+void compact(Database& database, const Progress& progress) {
     if (database.inTransaction()) throw Error("A database cannot be compacted within a transaction.");
-    Scratch scratch(database.path() + ".compact");
+    ScratchFile scratch(database.path() + ".compact");
     database.begin();
     try {
         Bytes header = database.store().file.page(0)->bytes;
@@ -165,7 +144,7 @@ void compact(Database& database) {
         to.file.beginWrite();
         {
             PageFile::Change change(to.file);
-            copyAll(database, to);
+            copyAll(database, to, progress);
             change.done();
         }
         database.store().file.replaceBy(to.file);

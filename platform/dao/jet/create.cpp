@@ -18,19 +18,20 @@ constexpr auto kSystemFlag = static_cast<int32_t>(0x80000000);
 // Users are known by two bytes. In Access 2000 a word lies on them that belongs to the moment of creation;
 // how it follows from it is not known, so new databases take a pair that is.
 constexpr auto kCreated = std::bit_cast<double>(uint64_t{0x40E4AB3E3BD3853E});
-constexpr unsigned char kUserMask[2] = {0x67, 0x8A};
+constexpr uint16_t kUserMask = 0x8A67;
+constexpr uint16_t kAdmin = 0x0103, kUsers = 0x0102, kEngine = 0x0302, kOtherEngine = 0x0402;
 
 struct Users {
     dao::Binary admin, users, engine, otherEngine;
 };
 
-Users usersOf(const Format& format) {
-    auto user = [&](unsigned char a, unsigned char b) {
-        if (!format.unicode) return dao::Binary{a, b};
-        return dao::Binary{static_cast<unsigned char>(a ^ kUserMask[0]),
-                           static_cast<unsigned char>(b ^ kUserMask[1])};
+Users usersOf(const Format& format, uint16_t mask) {
+    auto user = [&](uint16_t identity) {
+        ByteWriter bytes;
+        bytes.u16(format.unicode ? identity ^ mask : identity);
+        return bytes.bytes;
     };
-    return {user(3, 1), user(2, 1), user(2, 3), user(2, 4)};
+    return {user(kAdmin), user(kUsers), user(kEngine), user(kOtherEngine)};
 }
 
 Column column(const char* name, Type type, int size = 0) {
@@ -95,12 +96,6 @@ std::vector<SystemTable> systemTables(const Format& format) {
          {.name = "szReferencedObject", .columns = {{"szReferencedObject"}}}},
         {0x02, 0x02, 0x02}};
     return {objects, access, queries, relations};
-}
-
-Bytes newHeader(const Format& format) {
-    Header header;
-    header.created = kCreated;
-    return makeHeader(format, header);
 }
 
 // Pages 0 and 1, and four pages for the definitions.
@@ -206,19 +201,31 @@ void writeNewFile(const std::string& path, const Bytes& bytes) {
 
 }  // namespace
 
-void makeEmptyFile(const std::string& path, Version version, const Bytes& header) {
-    const Format& format = version == Version::kAccess97 ? kJet3 : kJet4;
-    writeNewFile(path, firstPages(format, header.empty() ? newHeader(format) : header));
+Bytes newDatabaseHeader(const Format& format) {
+    Header header;
+    header.created = kCreated;
+    return makeHeader(format, header);
 }
 
-void Database::create(const std::string& path, Version version) {
-    makeEmptyFile(path, version, {});
+void makeEmptyFile(const std::string& path, Version version, const Bytes& header) {
+    const Format& format = version == Version::kAccess97 ? kJet3 : kJet4;
+    writeNewFile(path, firstPages(format, header.empty() ? newDatabaseHeader(format) : header));
+}
+
+bool userMaskOf(const Value& owner, uint16_t& mask) {
+    if (!owner.is<dao::Binary>() || owner.get<dao::Binary>().size() != 2) return false;
+    mask = ByteView(owner.get<dao::Binary>()).u16(0) ^ kAdmin;
+    return true;
+}
+
+void createDatabase(const std::string& path, Version version, const Heritage* heritage) {
+    makeEmptyFile(path, version, heritage ? heritage->header : Bytes());
     try {
         Store store(path, {});
         store.file.beginWrite();
         {
             PageFile::Change change(store.file);
-            Users users = usersOf(store.format);
+            Users users = usersOf(store.format, heritage ? heritage->userMask : kUserMask);
             defineSystemTables(store);
             addObjects(store, users);
             addAccessRights(store, users);
@@ -229,6 +236,10 @@ void Database::create(const std::string& path, Version version) {
         ::unlink(path.c_str());
         throw;
     }
+}
+
+void Database::create(const std::string& path, Version version) {
+    createDatabase(path, version, nullptr);
 }
 
 }  // namespace jet

@@ -207,8 +207,7 @@ void PageFile::beginWrite() {
     holdsWriter_ = true;
     try {
         Reading reading(*this);
-        if (seenSize_ % static_cast<int64_t>(format_->pageSize) != 0)
-            damaged("the file does not end with a whole page");
+        if (!endsWithWholePage()) damaged("the file does not end with a whole page");
         writing_ = true;
         holdsWriter_ = false;
     } catch (...) {

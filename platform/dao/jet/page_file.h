@@ -66,6 +66,8 @@ class PageFile {
     // is no longer good when it differs.
     uint64_t generation() const { return generation_; }
     uint32_t pageCount() const { return pageCount_; }
+    // Whether the file has no part of a page at its end.
+    bool endsWithWholePage() const { return seenSize_ % static_cast<int64_t>(format_->pageSize) == 0; }
 
     PagePtr page(uint32_t number);
     // A page of a type, or a DamagedError.

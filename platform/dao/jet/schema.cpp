@@ -195,6 +195,26 @@ void addIndexTo(Store& store, TableDefinition& definition, const Index& index) {
         [](const IndexName& a, const IndexName& b) { return text::upper(a.name) < text::upper(b.name); });
 }
 
+void placeDefinition(Store& store, TableDefinition& definition, uint32_t page, uint32_t mapPage) {
+    definition.page = page;
+    definition.morePages.clear();
+    definition.rows = 0;
+    MapSpace maps(store);
+    definition.owned = maps.add(mapPage);
+    definition.room = maps.add(definition.owned.page);
+    for (LongValueMaps& values : definition.longValues) {
+        if (values.owned.page == 0) continue;
+        values.owned = maps.add(definition.owned.page);
+        values.room = maps.add(values.owned.page);
+    }
+    for (IndexDefinition& index : definition.indexes) {
+        index.map = maps.add(definition.owned.page);
+        index.root = store.allocator.take();
+        IndexPage().write(store.file, definition.page, index.root);
+        UsageMap(store.file, index.map).set(index.root, true, [&] { return store.allocator.take(); });
+    }
+}
+
 void dropStorage(Store& store, const TableDefinition& definition) {
     auto drop = [&](RowId owned, RowId room) {
         for (uint32_t page : UsageMap(store.file, owned).pages()) store.allocator.give(page);

@@ -5,9 +5,23 @@
 
 namespace jet {
 
+// The first page of a new database.
+Bytes newDatabaseHeader(const Format& format);
+
 // A file with nothing but a header (of a new database when it is empty), the map of free pages and room for
 // the definitions of the system tables.
 void makeEmptyFile(const std::string& path, Version version, const Bytes& header);
+
+// What a new database may take over from an older one: the first page, and the word that lies on the
+// identities of users in Access 2000.
+struct Heritage {
+    Bytes header;
+    uint16_t userMask = 0;
+};
+void createDatabase(const std::string& path, Version version, const Heritage* heritage);
+// The word that lies on the identities of a database, by the owner of what is made in it. False where the
+// owner is nobody who is known.
+bool userMaskOf(const Value& owner, uint16_t& mask);
 
 // A place for a usage map: a row on one of the pages that hold them.
 class MapSpace {
@@ -31,6 +45,8 @@ void addColumnTo(Store& store, TableDefinition& definition, const Column& column
 void removeColumnFrom(Store& store, TableDefinition& definition, size_t column);
 // Adds an index with an empty tree.
 void addIndexTo(Store& store, TableDefinition& definition, const Index& index);
+// Gives a definition that comes from another file a page, maps and empty indexes of its own.
+void placeDefinition(Store& store, TableDefinition& definition, uint32_t page, uint32_t mapPage);
 // Gives back all pages of a table, its definition with them.
 void dropStorage(Store& store, const TableDefinition& definition);
 

@@ -3,7 +3,7 @@
 #include <iostream>
 
 #include "platform/dao/jet/check.h"
-#include "platform/dao/jet/compact.h"
+#include "platform/dao/jet/repair.h"
 #include "platform/dao/jet/tool/print.h"
 #include "platform/dao/jet/tool/statements.h"
 
@@ -16,7 +16,9 @@ constexpr const char* kUsage =
     "jet create FILE [97|2000]     a new database without tables\n"
     "jet sql FILE STATEMENTS       runs statements; prints the records of a SELECT with | between their "
     "values\n"
-    "jet compact FILE              writes the file anew, without the room that deleted things have left\n"
+    "jet compact FILE              writes the file anew, without the room that deleted things have left; of "
+    "a damaged\n"
+    "                              one saves what can be read, and tells what is lost\n"
     "jet check FILE                faults of the structure; nothing for a sound file\n";
 
 int create(const std::string& file, const std::string& version) {
@@ -40,6 +42,14 @@ int printFaults(jet::Database& db) {
     return faults.empty() ? 0 : 1;
 }
 
+int compact(const std::string& file) {
+    jet::CompactReport report = jet::compactAndRepair(file, {});
+    for (const std::string& loss : report.losses) std::cout << loss << "\n";
+    std::cout << report.bytesBefore << " bytes before, " << report.bytesAfter << " bytes now\n";
+    if (!report.kept.empty()) std::cout << "The damaged file is kept as " << report.kept << "\n";
+    return report.losses.empty() ? 0 : 1;
+}
+
 int run(const std::vector<std::string>& arguments) {
     auto argument = [&](size_t i) { return i < arguments.size() ? arguments[i] : std::string(); };
     std::string command = argument(0), file = argument(1), rest = argument(2);
@@ -54,9 +64,9 @@ int run(const std::vector<std::string>& arguments) {
     }
     if (command == "create") return create(file, rest);
     if (command == "sql") return runSql(file, rest);
+    if (command == "compact" || command == "repair") return compact(file);
     jet::Database db(file, {});
     if (command == "check") return printFaults(db);
-    if (command == "compact") return jet::compact(db), 0;
     if (command == "tables")
         jet::printTables(db, std::cout);
     else if (command == "schema")
