@@ -85,6 +85,7 @@ class Engine {
     virtual bool creates(const std::string&) const { return false; }
     virtual std::shared_ptr<Connection> create(const std::string& path, const std::string& locale,
                                                int options);
+    virtual CompactReport compact(const Source& source, const CompactProgress& progress);
 };
 
 // Engines are asked in the reverse order of registration, the built-in ones last.

@@ -54,6 +54,10 @@ std::shared_ptr<Connection> Engine::create(const std::string&, const std::string
     throw CDaoException("This engine makes no new files.");
 }
 
+CompactReport Engine::compact(const Source&, const CompactProgress&) {
+    throw CDaoException("A database of this kind cannot be compacted.");
+}
+
 void registerEngine(std::shared_ptr<Engine> engine) {
     engines().push_back(std::move(engine));
 }
@@ -96,6 +100,22 @@ std::shared_ptr<Connection> createSource(const std::string& path, const std::str
     for (auto it = engines().rbegin(); it != engines().rend(); ++it)
         if ((*it)->creates(target)) return (*it)->create(target, locale, options);
     throw CDaoException("This version makes no new databases.");
+}
+
+CompactReport compactDatabase(const std::string& path, const std::string& connect,
+                              const CompactProgress& progress) {
+    if (path.empty()) throw CDaoException("No database was named.");
+    Source source{files::onDisk(path), connect, "", true, false};
+    for (const auto& engine : engines())
+        if (engine->alreadyOpen(source))
+            throw CDaoException("The database \"" + path + "\" is open already.");
+    source.head = readHead(source.path);
+    for (auto it = engines().rbegin(); it != engines().rend(); ++it)
+        if ((*it)->opens(source)) return (*it)->compact(source, progress);
+    // A file that has lost its beginning is what its name says.
+    for (auto it = engines().rbegin(); it != engines().rend(); ++it)
+        if ((*it)->creates(source.path)) return (*it)->compact(source, progress);
+    noEngine(source);
 }
 
 }  // namespace dao

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <functional>
 #include <utility>
 
 #include "platform/dao/access_sql.h"
@@ -9,6 +10,7 @@
 #include "platform/dao/names.h"
 #include "platform/dao/sqlite/cursor.h"
 #include "platform/dao/sqlite/functions.h"
+#include "platform/dao/sqlite/geopackage.h"
 #include "platform/dao/sqlite/schema.h"
 #include "platform/files/files.h"
 #include "platform/text/text.h"
@@ -39,6 +41,18 @@ int64_t pragmaInteger(sqlite3* db, const char* pragma) {
     return s.step() ? s.integer(0) : 0;
 }
 
+void makeFile(const std::string& path, const std::function<void(sqlite3*)>& fill) {
+    sqlite3* db = openHandle(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+    try {
+        fill(db);
+    } catch (const CDaoException& error) {
+        sqlite3_close(db);
+        files::remove(path);
+        throw CDaoException("Cannot make the database \"" + path + "\": " + error.description());
+    }
+    sqlite3_close(db);
+}
+
 bool findNoCase(const std::vector<std::string>& names, std::string_view wanted) {
     return std::any_of(names.begin(), names.end(),
                        [&](const auto& name) { return text::equalNoCase(name, wanted); });
@@ -47,15 +61,14 @@ bool findNoCase(const std::vector<std::string>& names, std::string_view wanted) 
 }  // namespace
 
 void makeEmptyFile(const std::string& path, int version) {
-    sqlite3* db = openHandle(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
-    std::string pragmas = "PRAGMA application_id = " + std::to_string(kApplicationId) +
-                          "; PRAGMA user_version = " + std::to_string(version);
-    int result = sqlite3_exec(db, pragmas.c_str(), nullptr, nullptr, nullptr);
-    std::string reason = sqlite3_errmsg(db);
-    sqlite3_close(db);
-    if (result == SQLITE_OK) return;
-    files::remove(path);
-    throw CDaoException("Cannot make the database \"" + path + "\": " + reason + ".");
+    makeFile(path, [version](sqlite3* db) {
+        Statement(db, "PRAGMA application_id = " + std::to_string(kApplicationId)).run();
+        Statement(db, "PRAGMA user_version = " + std::to_string(version)).run();
+    });
+}
+
+void makeEmptyGeoPackage(const std::string& path) {
+    makeFile(path, makeGeoPackage);
 }
 
 SqliteConnection::SqliteConnection(const Source& source) : path_(source.path) {
@@ -74,10 +87,22 @@ SqliteConnection::SqliteConnection(const Source& source) : path_(source.path) {
         // The first reading of the file: it tells a damaged and a locked one.
         version_ = pragmaInteger(db_, "user_version") == 3 ? "3.0" : "4.0";
         pragmaInteger(db_, "schema_version");
+        if (isGeoPackage(db_)) {
+            kind_ = FileKind::kGeoPackage;
+            watchChanges();
+        }
     } catch (...) {
         sqlite3_close_v2(db_);
         throw;
     }
+}
+
+void SqliteConnection::watchChanges() {
+    auto note = [](void* self, int, const char*, const char* table, sqlite3_int64) {
+        auto& changed = static_cast<SqliteConnection*>(self)->changedTables_;
+        if (!isGeoPackageTable(table)) changed.insert(table);
+    };
+    sqlite3_update_hook(db_, note, this);
 }
 
 SqliteConnection::~SqliteConnection() {
@@ -90,7 +115,9 @@ std::vector<CDaoTableDefInfo> SqliteConnection::tables() {
         "SELECT name FROM sqlite_master WHERE type = 'table' AND name NOT LIKE 'sqlite\\_%' ESCAPE '\\'");
     Resetting resetting(*s);
     std::vector<CDaoTableDefInfo> tables;
-    while (s->step()) tables.push_back({s->text(0), "", true});
+    while (s->step())
+        if (kind_ == FileKind::kPlain || !isGeoPackageTable(s->text(0)))
+            tables.push_back({s->text(0), "", true});
     return tables;
 }
 
@@ -144,12 +171,21 @@ void SqliteConnection::changeSchema(Change change) {
 void SqliteConnection::createTable(const std::string& table, const std::vector<CDaoFieldInfo>& fields) {
     bool isView = false;
     if (!findTable(table, isView).empty()) throw CDaoException("The table " + table + " exists already.");
-    changeSchema([&] { run(createTableStatement(table, fields)); });
+    changeSchema([&] {
+        run(createTableStatement(table, fields, kind_));
+        if (kind_ == FileKind::kGeoPackage) registerTable(db_, table);
+    });
 }
 
 void SqliteConnection::deleteTable(const std::string& table) {
     requireTable(table);
-    changeSchema([&] { run("DROP TABLE " + quotedName(table)); });
+    changeSchema([&] {
+        if (kind_ == FileKind::kGeoPackage) {
+            requireNoGeometry(db_, table);
+            unregisterTable(db_, table);
+        }
+        run("DROP TABLE " + quotedName(table));
+    });
 }
 
 void SqliteConnection::renameTable(const std::string& table, const std::string& newName) {
@@ -158,6 +194,10 @@ void SqliteConnection::renameTable(const std::string& table, const std::string& 
     if (!text::equalNoCase(table, newName) && !findTable(newName, isView).empty())
         throw CDaoException("The table " + newName + " exists already.");
     changeSchema([&] {
+        if (kind_ == FileKind::kGeoPackage) {
+            requireNoGeometry(db_, table);
+            renameRegistered(db_, table, newName);
+        }
         // The indexes made here carry the table's name. They come back under the new one when they are
         // wanted.
         for (const std::string& index : indexesWith(table, "")) run("DROP INDEX " + quotedName(index));
@@ -169,7 +209,7 @@ void SqliteConnection::createField(const std::string& table, const CDaoFieldInfo
     requireTable(table);
     changeSchema([&] {
         if (!(field.attributes & dbAutoIncrField))
-            return run("ALTER TABLE " + quotedName(table) + " ADD COLUMN " + columnDefinition(field));
+            return run("ALTER TABLE " + quotedName(table) + " ADD COLUMN " + columnDefinition(field, kind_));
         std::vector<CDaoFieldInfo> all = fields(table);
         for (const CDaoFieldInfo& other : all)
             if (other.attributes & dbAutoIncrField)
@@ -198,7 +238,7 @@ void SqliteConnection::deleteField(const std::string& table, const std::string& 
 }
 
 void SqliteConnection::rebuild(const std::string& table, const std::vector<CDaoFieldInfo>& newFields) {
-    if (!isOwnTable(db_, table))
+    if (!isOwnTable(db_, table, kind_))
         throw CDaoException("The table " + table +
                             " was made by another program, which alone can change it so.");
     std::vector<CDaoFieldInfo> oldFields = fields(table);
@@ -206,7 +246,7 @@ void SqliteConnection::rebuild(const std::string& table, const std::vector<CDaoF
     for (const CDaoFieldInfo& field : newFields)
         if (findField(oldFields, field.name) >= 0) kept.push_back(quotedName(field.name));
     std::string columns = text::join(kept, ", ");
-    run(createTableStatement(kRebuilding, newFields));
+    run(createTableStatement(kRebuilding, newFields, kind_));
     run("INSERT INTO " + quotedName(kRebuilding) + " (" + columns + ") SELECT " + columns + " FROM " +
         quotedName(table) + " ORDER BY rowid");
     run("DROP TABLE " + quotedName(table));
@@ -256,6 +296,8 @@ void SqliteConnection::indexFor(const std::string& table, const std::vector<std:
 void SqliteConnection::execute(const std::string& sql, int) {
     AccessStatement statement = translateStatement(sql);
     if (statement.select) throw CDaoException("A SELECT is opened as a record set and cannot be executed.");
+    if (kind_ == FileKind::kGeoPackage && !statement.insertTable.empty() && statement.insertColumns.empty())
+        statement.sql.insert(statement.insertColumnsAt, " (" + shownFields(statement.insertTable) + ")");
     Statement s(db_, statement.sql);
     beginWrite();
     s.run();
@@ -275,7 +317,21 @@ std::unique_ptr<Cursor> SqliteConnection::open(int type, const std::string& sql,
             return std::make_unique<KeyCursor>(shared_from_this(), statement, rowId);
         }
     }
-    return std::make_unique<SnapshotCursor>(db_, statement.sql);
+    return std::make_unique<SnapshotCursor>(db_, shownColumns(statement));
+}
+
+// A list of the fields of a table: all of its columns but the key that is no field.
+std::string SqliteConnection::shownFields(const std::string& table) {
+    std::vector<std::string> columns;
+    for (const CDaoFieldInfo& field : fields(table)) columns.push_back(quotedName(field.name));
+    return text::join(columns, ", ");
+}
+
+std::string SqliteConnection::shownColumns(const AccessStatement& statement) {
+    bool all = statement.plain && statement.columns == std::vector<std::string>{"*"};
+    if (kind_ == FileKind::kPlain || !all || statement.table.empty()) return statement.sql;
+    return "SELECT " + shownFields(statement.table) + " FROM " + quotedName(statement.table) +
+           (statement.where.empty() ? "" : " WHERE " + statement.where) + " " + statement.orderBy;
 }
 
 std::string SqliteConnection::rowIdOf(const std::string& table) {
@@ -319,17 +375,30 @@ void SqliteConnection::wrote() {
 void SqliteConnection::rollback() {
     if (!sqlite3_get_autocommit(db_)) sqlite3_exec(db_, "ROLLBACK", nullptr, nullptr, nullptr);
     fieldsSchema_ = -1;
+    changedTables_.clear();
 }
 
 void SqliteConnection::commit() {
     if (transaction_ || sqlite3_get_autocommit(db_)) return;
     try {
+        noteChange(db_, std::exchange(changedTables_, {}));
         prepared("COMMIT")->run();
     } catch (const CDaoException&) {
         // What cannot be made to last is undone, so that the file is not left locked.
         rollback();
         throw;
     }
+}
+
+void SqliteConnection::compact() {
+    {
+        Statement check(db_, "PRAGMA integrity_check(1)");
+        if (check.step() && check.text(0) != "ok")
+            throw CDaoException("The database \"" + path_ + "\" is damaged (" + check.text(0) +
+                                ") and is left as it is: only Access databases can be repaired.");
+    }
+    statements_.clear();
+    run("VACUUM");
 }
 
 void SqliteConnection::beginTransaction() {

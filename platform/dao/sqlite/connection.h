@@ -12,9 +12,12 @@
 #include <sqlite3.h>
 
 #include <chrono>
+#include <set>
 #include <unordered_map>
 
+#include "platform/dao/access_sql.h"
 #include "platform/dao/engine.h"
+#include "platform/dao/sqlite/schema.h"
 #include "platform/dao/sqlite/statement.h"
 
 namespace dao::sqlite {
@@ -23,6 +26,7 @@ constexpr int kSecondsShared = 2;
 
 // Makes a file that holds an empty database of a format version: 3 for Access 97, 4 for Access 2000.
 void makeEmptyFile(const std::string& path, int version);
+void makeEmptyGeoPackage(const std::string& path);
 
 class SqliteConnection : public Connection, public std::enable_shared_from_this<SqliteConnection> {
   public:
@@ -43,6 +47,9 @@ class SqliteConnection : public Connection, public std::enable_shared_from_this<
     void commit() override;
     void beginTransaction() override;
     void endTransaction(bool keep) override;
+
+    // Writes the file anew, in one step. Throws for a damaged one.
+    void compact();
 
     sqlite3* handle() const { return db_; }
     // A statement that is used again and again. It must be reset after use.
@@ -71,9 +78,15 @@ class SqliteConnection : public Connection, public std::enable_shared_from_this<
     void rebuild(const std::string& table, const std::vector<CDaoFieldInfo>& fields);
     std::vector<std::string> indexesWith(const std::string& table, const std::string& column);
 
+    void watchChanges();
+    std::string shownFields(const std::string& table);
+    std::string shownColumns(const AccessStatement& statement);
+
     sqlite3* db_ = nullptr;
     std::string path_;
     std::string version_;
+    FileKind kind_ = FileKind::kPlain;
+    std::set<std::string> changedTables_;  // of a GeoPackage, since the last commit
     std::unordered_map<std::string, std::shared_ptr<Statement>> statements_;
     std::unordered_map<std::string, std::shared_ptr<const std::vector<CDaoFieldInfo>>> fields_;
     int64_t fieldsSchema_ = -1;  // the version of the schema that they belong to

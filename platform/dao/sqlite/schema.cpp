@@ -13,7 +13,8 @@
 namespace dao::sqlite {
 namespace {
 
-constexpr std::string_view kRulePrefix = "rule ";
+constexpr std::string_view kRulePrefix = "rule ", kTypePrefix = "type ";
+constexpr const char* kKeyName = "fid";
 
 }  // namespace
 
@@ -124,6 +125,50 @@ std::vector<ColumnTokens> splitDefinitions(const std::string& sql) {
     return definitions;
 }
 
+// The type that a constraint names; "" where the declared one is the field's own.
+std::string namedType(const ColumnTokens& column) {
+    for (size_t i = 0; i + 1 < column.size(); ++i)
+        if (column[i].is("CONSTRAINT") && text::startsWith(column[i + 1].text, kTypePrefix))
+            return column[i + 1].text.substr(kTypePrefix.size());
+    return "";
+}
+
+// Whether a column is the key that a table of a GeoPackage must have, and no field.
+bool isHiddenKey(const ColumnTokens& column) {
+    std::string name = column.empty() ? "" : column[0].text;
+    while (name.ends_with('_')) name.pop_back();
+    auto has = [&](std::string_view word) {
+        return std::any_of(column.begin() + 1, column.end(), [&](const auto& t) { return t.is(word); });
+    };
+    return name == kKeyName && has("AUTOINCREMENT") && has("NOT");
+}
+
+// A name for the key that no field has.
+std::string hiddenKeyName(const std::vector<CDaoFieldInfo>& fields) {
+    std::string name = kKeyName;
+    while (findField(fields, name) >= 0) name += '_';
+    return name;
+}
+
+// The nearest type that a GeoPackage has.
+std::string geoPackageType(const CDaoFieldInfo& field) {
+    switch (field.type) {
+        case dbBoolean:  // True is -1 here and 1 there
+        case dbByte:
+            return "SMALLINT";
+        case dbCurrency:
+            return "DOUBLE";
+        case dbSingle:
+            return "FLOAT";
+        case dbDate:
+            return "TEXT";
+        case dbGUID:
+            return "TEXT(38)";
+        default:
+            return declaredType(field);
+    }
+}
+
 // What the CHECKs of a column say about its field.
 void readChecks(const ColumnTokens& column, CDaoFieldInfo& field) {
     field.allowZeroLength = isTextType(field.type);
@@ -161,10 +206,11 @@ long sizeInType(std::string_view declared) {
 
 }  // namespace
 
-std::string columnDefinition(const CDaoFieldInfo& field) {
+std::string columnDefinition(const CDaoFieldInfo& field, FileKind kind) {
     std::string name = quotedName(field.name);
     if (field.attributes & dbAutoIncrField) return name + " INTEGER PRIMARY KEY AUTOINCREMENT";
-    std::string out = name + " " + declaredType(field);
+    std::string own = declaredType(field), type = kind == FileKind::kGeoPackage ? geoPackageType(field) : own;
+    std::string out = name + " " + type;
     if (isTextType(field.type)) out += " COLLATE NOCASE";
     if (field.required) out += " NOT NULL";
     if (!field.defaultValue.empty())
@@ -178,12 +224,19 @@ std::string columnDefinition(const CDaoFieldInfo& field) {
     if (!field.validationRule.empty())
         out += " CONSTRAINT " + quotedName(std::string(kRulePrefix) + field.validationRule) + " CHECK(" +
                translateRule(field.validationRule, field.name) + ")";
+    if (type != own) out += " CONSTRAINT " + quotedName(std::string(kTypePrefix) + own) + " CHECK(1)";
     return out;
 }
 
-std::string createTableStatement(const std::string& table, const std::vector<CDaoFieldInfo>& fields) {
+std::string createTableStatement(const std::string& table, const std::vector<CDaoFieldInfo>& fields,
+                                 FileKind kind) {
     std::vector<std::string> columns;
-    for (const CDaoFieldInfo& field : fields) columns.push_back("\n  " + columnDefinition(field));
+    bool hasKey = std::any_of(fields.begin(), fields.end(),
+                              [](const CDaoFieldInfo& field) { return field.attributes & dbAutoIncrField; });
+    if (kind == FileKind::kGeoPackage && !hasKey)
+        columns.push_back("\n  " + quotedName(hiddenKeyName(fields)) +
+                          " INTEGER PRIMARY KEY AUTOINCREMENT NOT NULL");
+    for (const CDaoFieldInfo& field : fields) columns.push_back("\n  " + columnDefinition(field, kind));
     return "CREATE TABLE " + quotedName(table) + " (" + text::join(columns, ",") + "\n)";
 }
 
@@ -195,7 +248,12 @@ std::vector<CDaoFieldInfo> describeTable(sqlite3* db, const std::string& table) 
         if (s.integer(6) != 0) continue;  // hidden and computed columns
         CDaoFieldInfo field;
         field.name = s.text(1);
-        typeOfColumn(s.text(2), field);
+        ColumnTokens definition;
+        for (const ColumnTokens& column : definitions)
+            if (!column.empty() && column[0].text == field.name) definition = column;
+        if (isHiddenKey(definition)) continue;
+        std::string named = namedType(definition);
+        typeOfColumn(named.empty() ? s.text(2) : named, field);
         // A column of another program may have a name that could not be given here.
         std::string name = std::exchange(field.name, "x");
         field = completed(field);
@@ -204,16 +262,15 @@ std::vector<CDaoFieldInfo> describeTable(sqlite3* db, const std::string& table) 
         field.defaultValue = defaultExpression(s.text(4));
         field.ordinalPosition = static_cast<int>(fields.size());
         field.allowZeroLength = isTextType(field.type);
-        for (const ColumnTokens& column : definitions)
-            if (!column.empty() && column[0].text == field.name) readChecks(column, field);
+        if (!definition.empty()) readChecks(definition, field);
         fields.push_back(std::move(field));
     }
     return fields;
 }
 
-bool isOwnTable(sqlite3* db, const std::string& table) {
+bool isOwnTable(sqlite3* db, const std::string& table, FileKind kind) {
     return splitDefinitions(storedSql(db, table)) ==
-           splitDefinitions(createTableStatement(table, describeTable(db, table)));
+           splitDefinitions(createTableStatement(table, describeTable(db, table), kind));
 }
 
 void typeOfColumn(std::string_view declared, CDaoFieldInfo& field) {

@@ -1,64 +1,41 @@
-#include <sys/stat.h>
-
 #include <filesystem>
-#include <map>
 
 #include "platform/dao/engines.h"
+#include "platform/dao/file_engine.h"
 #include "platform/dao/sqlite/connection.h"
-#include "platform/files/files.h"
+#include "platform/text/text.h"
 
 namespace dao {
 namespace {
 
-using sqlite::SqliteConnection;
-
-constexpr std::string_view kHeader("SQLite format 3\0", 16);
-
-class SqliteEngine : public Engine {
+class SqliteEngine : public FileEngine {
   public:
     bool opens(const Source& source) const override {
+        constexpr std::string_view kHeader("SQLite format 3\0", 16);
         return source.connect.empty() && std::string_view(source.head).substr(0, kHeader.size()) == kHeader;
-    }
-
-    std::shared_ptr<Connection> alreadyOpen(const Source& source) override {
-        auto it = open_.find(identity(source.path));
-        std::shared_ptr<SqliteConnection> connection = it == open_.end() ? nullptr : it->second.lock();
-        if (connection && source.exclusive)
-            throw CDaoException("The database \"" + source.path + "\" is open already.");
-        return connection;
-    }
-
-    std::shared_ptr<Connection> open(const Source& source) override {
-        std::erase_if(open_, [](const auto& entry) { return entry.second.expired(); });
-        auto connection = std::make_shared<SqliteConnection>(source);
-        open_[identity(source.path)] = connection;
-        return connection;
     }
 
     bool creates(const std::string&) const override { return true; }
 
-    // The file is made under another name and renamed, so that nobody finds half a database under its own.
-    std::shared_ptr<Connection> create(const std::string& path, const std::string&, int options) override {
-        std::string fresh = path + ".new";
-        files::remove(fresh);
-        sqlite::makeEmptyFile(fresh, options == dbVersion30 ? 3 : 4);
-        std::error_code error;
-        std::filesystem::rename(fresh, path, error);
-        if (error) {
-            files::remove(fresh);
-            throw CDaoException("Cannot make the database \"" + path + "\": " + error.message() + ".");
-        }
-        return open({path, "", "", false, false});
+    CompactReport compact(const Source& source, const CompactProgress&) override {
+        CompactReport report;
+        report.bytesBefore = std::filesystem::file_size(source.path);
+        sqlite::SqliteConnection(source).compact();
+        report.bytesAfter = std::filesystem::file_size(source.path);
+        return report;
     }
 
-  private:
-    using Identity = std::pair<dev_t, ino_t>;
-    static Identity identity(const std::string& path) {
-        struct stat s;
-        return ::stat(path.c_str(), &s) == 0 ? Identity(s.st_dev, s.st_ino) : Identity(0, 0);
+  protected:
+    std::shared_ptr<Connection> connect(const Source& source) override {
+        return std::make_shared<sqlite::SqliteConnection>(source);
     }
 
-    std::map<Identity, std::weak_ptr<SqliteConnection>> open_;
+    void make(const std::string& path, const NewFile& wanted) override {
+        if (text::endsWithNoCase(wanted.path, ".gpkg"))
+            sqlite::makeEmptyGeoPackage(path);
+        else
+            sqlite::makeEmptyFile(path, wanted.options == dbVersion30 ? 3 : 4);
+    }
 };
 
 }  // namespace

@@ -1,18 +1,13 @@
-#include <sys/stat.h>
-
 #include <cstdlib>
-#include <filesystem>
-#include <map>
 
 #include "platform/dao/engines.h"
+#include "platform/dao/file_engine.h"
 #include "platform/dao/jet/engine/connection.h"
-#include "platform/files/files.h"
+#include "platform/dao/jet/repair.h"
 #include "platform/text/text.h"
 
 namespace dao {
 namespace {
-
-using access::AccessConnection;
 
 // Whether a locale string names the sort order that is known: ;LANGID=0x0409;CP=1252;COUNTRY=0
 void checkLocale(const std::string& locale) {
@@ -22,32 +17,13 @@ void checkLocale(const std::string& locale) {
             throw CDaoException("A database can be made with the sort order General (0x0409) only.");
 }
 
-class AccessEngine : public Engine {
+class AccessEngine : public FileEngine {
   public:
     bool opens(const Source& source) const override {
         constexpr size_t kNameAt = 4, kVersionAt = 20;
         bool ofFile = source.connect.empty() || source.connect.front() == ';';
         return ofFile && source.head.size() > kVersionAt &&
                std::string_view(source.head).substr(kNameAt, 9) == "Standard ";
-    }
-
-    std::shared_ptr<Connection> alreadyOpen(const Source& source) override {
-        auto it = open_.find(identity(source.path));
-        std::shared_ptr<AccessConnection> connection = it == open_.end() ? nullptr : it->second.lock();
-        if (connection && source.exclusive)
-            throw CDaoException("The database \"" + source.path + "\" is open already.");
-        return connection;
-    }
-
-    std::shared_ptr<Connection> open(const Source& source) override {
-        std::erase_if(open_, [](const auto& entry) { return entry.second.expired(); });
-        try {
-            auto connection = std::make_shared<AccessConnection>(source);
-            open_[identity(source.path)] = connection;
-            return connection;
-        } catch (const jet::Error& error) {
-            throw CDaoException(error.what());
-        }
     }
 
     // Everything that is not named like a file of another engine is an Access database.
@@ -57,35 +33,34 @@ class AccessEngine : public Engine {
         return true;
     }
 
-    // The file is made under another name and renamed, so that nobody finds half a database under its own.
-    std::shared_ptr<Connection> create(const std::string& path, const std::string& locale,
-                                       int options) override {
-        checkLocale(locale);
-        std::string fresh = path + ".new";
-        files::remove(fresh);
+    CompactReport compact(const Source& source, const CompactProgress& progress) override {
         try {
-            jet::Database::create(
-                fresh, options == dbVersion30 ? jet::Version::kAccess97 : jet::Version::kAccess2000);
+            jet::CompactReport report =
+                jet::compactAndRepair(source.path, access::optionsOf(source), progress);
+            return {report.bytesBefore, report.bytesAfter, report.losses, report.kept};
         } catch (const jet::Error& error) {
             throw CDaoException(error.what());
         }
-        std::error_code error;
-        std::filesystem::rename(fresh, path, error);
-        if (error) {
-            files::remove(fresh);
-            throw CDaoException("Cannot make the database \"" + path + "\": " + error.message() + ".");
+    }
+
+  protected:
+    std::shared_ptr<Connection> connect(const Source& source) override {
+        try {
+            return std::make_shared<access::AccessConnection>(source);
+        } catch (const jet::Error& error) {
+            throw CDaoException(error.what());
         }
-        return open({path, "", "", false, false});
     }
 
-  private:
-    using Identity = std::pair<dev_t, ino_t>;
-    static Identity identity(const std::string& path) {
-        struct stat s;
-        return ::stat(path.c_str(), &s) == 0 ? Identity(s.st_dev, s.st_ino) : Identity(0, 0);
+    void make(const std::string& path, const NewFile& wanted) override {
+        checkLocale(wanted.locale);
+        try {
+            jet::Database::create(
+                path, wanted.options == dbVersion30 ? jet::Version::kAccess97 : jet::Version::kAccess2000);
+        } catch (const jet::Error& error) {
+            throw CDaoException(error.what());
+        }
     }
-
-    std::map<Identity, std::weak_ptr<AccessConnection>> open_;
 };
 
 }  // namespace
