@@ -21,6 +21,16 @@ std::optional<std::string> chooseDrawing(bool isSaving) {
     return ui::fileBox(box);
 }
 
+std::optional<std::string> chooseDatabase(const std::string& title) {
+    ui::FileBox box;
+    box.title = title;
+    box.filter = "Databases (*.mdb, *.gpkg, *.sqlite, *.db)|*.mdb;*.gpkg;*.sqlite;*.db|All files (*.*)|*.*||";
+    box.pattern = "*.mdb";
+    box.folder = files::folderOf(currentDrawing().path());
+    box.mustExist = true;
+    return ui::fileBox(box);
+}
+
 bool settleChanges(Host& host) {
     const Drawing& drawing = currentDrawing();
     if (!drawing.modified()) return true;

@@ -1,11 +1,13 @@
-// OPEN, NEW, SAVE, QSAVE, SAVEAS, QUIT.
+// OPEN, NEW, SAVE, QSAVE, SAVEAS, COMPACTDATABASE, QUIT.
 #include "hostcad/drawing/current_drawing.h"
 #include "hostcad/editor/command.h"
 #include "hostcad/editor/command_processor.h"
 #include "hostcad/editor/file_boxes.h"
 #include "hostcad/editor/host.h"
+#include "platform/dao/dao.h"
 #include "platform/files/files.h"
 #include "platform/text/text.h"
+#include "platform/ui/backend.h"
 
 namespace hostcad {
 
@@ -163,6 +165,51 @@ class SaveAsCommand : public FileCommand {
     }
 };
 
+// Makes a database small again, and saves what can be read of a damaged one.
+class CompactDatabaseCommand : public FileCommand {
+  public:
+    using FileCommand::FileCommand;
+    void start() override {
+        if (wantsBoxes()) {
+            if (std::optional<std::string> path = chooseDatabase(kTitle)) {
+                std::string report = compact(*path);
+                ui::messageBox(kTitle, report, ui::kBoxOk | ui::kBoxExclamation);
+            }
+            return;
+        }
+        ask(Prompt::Kind::Line, "\nEnter name of database to compact: ", [this](const Answer& answer) {
+            if (!answer.text.empty()) compact(files::native(answer.text));
+        });
+    }
+
+  private:
+    static constexpr const char* kTitle = "Compact and Repair Database";
+
+    // What has become of it, which the command line tells as well.
+    std::string compact(const std::string& path) {
+        std::string report;
+        try {
+            report =
+                text(path, dao::compactDatabase(path, "", [this](size_t done, size_t all) {
+                         note("\rTable " + std::to_string(done + 1) + " of " + std::to_string(all) + "    ");
+                         if (ui::backend()) ui::backend()->refresh();
+                     }));
+        } catch (const CDaoException& error) {
+            report = error.description();
+        }
+        say("\r" + report + "\n");
+        return report;
+    }
+
+    static std::string text(const std::string& path, const dao::CompactReport& report) {
+        std::string out = path + ": " + std::to_string(report.bytesBefore) + " bytes before, " +
+                          std::to_string(report.bytesAfter) + " bytes now.";
+        for (const std::string& loss : report.losses) out += "\n" + loss;
+        if (!report.kept.empty()) out += "\nThe damaged file is kept as " + report.kept + ".";
+        return out;
+    }
+};
+
 class QuitCommand : public FileCommand {
   public:
     using FileCommand::FileCommand;
@@ -179,6 +226,8 @@ void defineFileCommands(CommandProcessor& commands) {
     commands.define("SAVE", [](Host& host) { return std::make_unique<SaveCommand>(host, false); });
     commands.define("QSAVE", [](Host& host) { return std::make_unique<SaveCommand>(host, true); });
     commands.define("SAVEAS", [](Host& host) { return std::make_unique<SaveAsCommand>(host); });
+    commands.define("COMPACTDATABASE",
+                    [](Host& host) { return std::make_unique<CompactDatabaseCommand>(host); });
     commands.define("QUIT", [](Host& host) { return std::make_unique<QuitCommand>(host); });
 }
 

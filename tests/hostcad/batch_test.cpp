@@ -211,4 +211,30 @@ TEST_F(BatchTest, RunsACallWithBackquotesWordForWord) {
     EXPECT_TRUE(said("Error: unable to read file no.mdb")) << out_;
 }
 
+TEST_F(BatchTest, CompactsAndRepairsADatabase) {
+    auto jet = [&](const std::string& arguments) {
+        return std::system(
+            ("cd " + folder_ + " && " NORVANE_BIN_DIR "/jet " + arguments + " >answer 2>&1").c_str());
+    };
+    ASSERT_EQ(jet("create survey.mdb 97"), 0);
+    ASSERT_EQ(jet("sql survey.mdb \"create table T (A TEXT(200)); create table U (B INTEGER)\""), 0);
+    std::string rows;
+    for (int i = 0; i < 200; ++i) rows += "insert into T values ('" + std::string(150, 'x') + "');";
+    ASSERT_EQ(jet("sql survey.mdb \"" + rows + " delete from T; insert into U values (5)\""), 0);
+    auto before = std::filesystem::file_size(folder_ + "survey.mdb");
+    EXPECT_EQ(run("(command \"_.COMPACTDATABASE\" \"survey.mdb\")"), 0) << problems_;
+    EXPECT_LT(std::filesystem::file_size(folder_ + "survey.mdb"), before);
+    EXPECT_TRUE(said("survey.mdb: " + std::to_string(before) + " bytes before, ")) << out_;
+    // The first page of noise.
+    std::fstream(folder_ + "survey.mdb", std::ios::binary | std::ios::in | std::ios::out)
+        << std::string(2048, 'n');
+    EXPECT_EQ(run("(command \"_.COMPACTDATABASE\" \"survey.mdb\")"), 0) << problems_;
+    EXPECT_TRUE(said("The first page is lost")) << out_;
+    EXPECT_TRUE(said("The damaged file is kept as survey.mdb.damaged.")) << out_;
+    EXPECT_EQ(jet("sql survey.mdb \"select B from U\""), 0);
+    EXPECT_EQ(read("answer"), "5\n");
+    EXPECT_EQ(run("(command \"_.COMPACTDATABASE\" \"none.mdb\")"), 0);
+    EXPECT_TRUE(said("Cannot find the file \"none.mdb\".")) << out_;
+}
+
 }  // namespace

@@ -182,6 +182,29 @@ TEST_F(WindowPrompts, UnsavedWorkIsAskedForOnceAndSavedOnYes) {
     EXPECT_EQ(count(), changed);
 }
 
+TEST_F(WindowPrompts, ADatabaseIsCompactedFromTheMenu) {
+    makeTemplate(*host_, folder_);
+    QString told;
+    person({[&] { menuEntry("Compact database...")->trigger(); },
+            [&] {
+                auto* box = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+                ASSERT_NE(box, nullptr);
+                box->findChild<QLineEdit*>()->setText(QString::fromStdString(path("template.mdb")));
+                QTest::keyClick(box->findChild<QLineEdit*>(), Qt::Key_Enter);
+            },
+            [&] {
+                auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+                ASSERT_NE(box, nullptr);
+                told = box->text();
+                QTest::mouseClick(box->button(QMessageBox::Ok), Qt::LeftButton);
+            },
+            [] {}});
+    settle();
+    EXPECT_TRUE(told.contains("template.mdb: ")) << told.toStdString();
+    EXPECT_TRUE(told.contains(" bytes before, ")) << told.toStdString();
+    EXPECT_TRUE(says("bytes now."));
+}
+
 TEST_F(WindowPrompts, ADroppedDrawingIsOpenedAndABrokenOneIsToldOnce) {
     std::filesystem::copy_file(path("survey.dxf"), path("other.dxf"));
     std::ofstream(path("broken.dxf")) << "0\nSECTION\n2\nENTITIES\n0\nLINE\nx\ny\n";
