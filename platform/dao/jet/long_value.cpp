@@ -59,7 +59,9 @@ void LongValues::write(ByteView value, ByteWriter& row, bool inlineAllowed) {
         writePointer(row, place);
         row.u32(0);
     };
-    if (value.size() <= store_.format.longestInline && (inlineAllowed || !hasMaps_)) {
+    // An empty value has a head as well: some readers count on it.
+    bool stays = inlineAllowed || !hasMaps_ || value.empty();
+    if (value.size() <= store_.format.longestInline && stays) {
         putHead(kInRow, {});
         row.put(value);
         return;

@@ -200,7 +200,6 @@ void Records::putLong(size_t column, const Value& value, bool inlineAllowed) {
     if (definition.type == Type::kMemo) {
         if (!value.is<std::string>()) throw Error("The column " + definition.name + " holds text.");
         text = store_.text.encode(value.get<std::string>(), !definition_->system);
-        if (text.empty()) return;  // it has no head
         content = text;
     } else {
         if (!value.is<dao::Binary>()) throw Error("The column " + definition.name + " holds binary data.");
