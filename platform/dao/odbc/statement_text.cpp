@@ -71,14 +71,13 @@ class Scanner {
     // Moves behind the closing character, doubled ones passed over; to the end when a quote is not closed.
     bool enclosed(char closing) {
         size_t end = at_ + 1;
-        for (;; ++end) {
+        for (;; end += 2) {
             end = sql_.find(closing, end);
             if (end == std::string_view::npos) break;
             if (closing == ']' || end + 1 >= sql_.size() || sql_[end + 1] != closing) {
                 at_ = end + 1;
                 return true;
             }
-            ++end;
         }
         if (closing == '\'' || closing == '"') at_ = sql_.size();
         return false;
