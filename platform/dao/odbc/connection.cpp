@@ -7,24 +7,11 @@
 #include "platform/dao/convert.h"
 #include "platform/dao/names.h"
 #include "platform/dao/odbc/cursor.h"
-#include "platform/dao/odbc/sign_on.h"
 #include "platform/dao/odbc/wide_text.h"
 #include "platform/text/text.h"
 
 namespace dao::odbc {
 namespace {
-
-// The first of these that the driver tells.
-std::string firstInfo(SQLHDBC connection, std::initializer_list<SQLUSMALLINT> infos) {
-    for (SQLUSMALLINT info : infos) {
-        SQLWCHAR buffer[512] = {};
-        SQLSMALLINT bytes = 0;
-        if (!SQL_SUCCEEDED(SQLGetInfoW(connection, info, buffer, sizeof buffer, &bytes)) || bytes <= 0)
-            continue;
-        return fromWide(buffer, std::min<size_t>(static_cast<size_t>(bytes) / 2, std::size(buffer) - 1));
-    }
-    return "";
-}
 
 std::string listed(const Catalogue::Table& table) {
     return table.owner.empty() ? table.name : table.owner + "." + table.name;
@@ -50,23 +37,12 @@ std::string asPattern(std::string_view name, const std::string& escape) {
 
 }  // namespace
 
-OdbcConnection::OdbcConnection(const Source& source) : handle_(SQL_HANDLE_DBC, environment()) {
-    if (source.readOnly)
-        SQLSetConnectAttr(handle(), SQL_ATTR_ACCESS_MODE, reinterpret_cast<SQLPOINTER>(SQL_MODE_READ_ONLY),
-                          0);
-    // A source that is only looked at is opened in passing, where a question would be in the way.
-    connect_ = signOn(handle_, source.connect, !source.readOnly);
-    connected_ = true;
-    user_ = ConnectString(connect_).value("UID");
-    name_ = firstInfo(handle(), {SQL_DATA_SOURCE_NAME, SQL_DATABASE_NAME, SQL_SERVER_NAME});
-    version_ = firstInfo(handle(), {SQL_DBMS_VER});
-    dialect_ = Dialect(handle());
-}
+OdbcConnection::OdbcConnection(std::shared_ptr<IdleSessions> idle, const Source& source)
+    : idle_(std::move(idle)), source_(source), session_(idle_->take(source)) {}
 
 OdbcConnection::~OdbcConnection() {
-    if (!connected_) return;
-    if (transaction_) SQLEndTran(SQL_HANDLE_DBC, handle(), SQL_ROLLBACK);
-    SQLDisconnect(handle());
+    if (transaction_) endTransaction(false);
+    if (reusable_) idle_->giveBack(source_, std::move(session_));
 }
 
 // --- What there is --------------------------------------------------------------------------------------
@@ -75,8 +51,8 @@ void OdbcConnection::readTables() {
     std::vector<Table> tables;
     Statement rows(handle());
     Wide all("%"), types("TABLE,VIEW");
-    rows.ran(SQLTablesW(rows.handle(), nullptr, 0, dialect_.owners ? all.data() : nullptr,
-                        dialect_.owners ? all.size() : SQLSMALLINT{0}, all.data(), all.size(), types.data(),
+    rows.ran(SQLTablesW(rows.handle(), nullptr, 0, dialect().owners ? all.data() : nullptr,
+                        dialect().owners ? all.size() : SQLSMALLINT{0}, all.data(), all.size(), types.data(),
                         types.size()));
     while (rows.fetch()) {
         Table table;
@@ -105,7 +81,7 @@ const Catalogue::Table* OdbcConnection::find(std::string_view owner, std::string
     for (const Table& table : *tables_) {
         if (!text::equalNoCase(table.name, name)) continue;
         if (!owner.empty() && !text::equalNoCase(table.owner, owner)) continue;
-        int rank = (text::equalNoCase(table.owner, user_) ? 2 : 0) + (table.name == name ? 1 : 0);
+        int rank = (text::equalNoCase(table.owner, session_->user()) ? 2 : 0) + (table.name == name ? 1 : 0);
         if (rank > best) {
             best = rank;
             found = &table;
@@ -126,7 +102,7 @@ const std::vector<CDaoFieldInfo>& OdbcConnection::fieldsOf(const Table& table) {
     auto [entry, isNew] = fields_.try_emplace({table.owner, table.name});
     if (!isNew) return entry->second;
     Statement rows(handle());
-    std::string escape = firstInfo(handle(), {SQL_SEARCH_PATTERN_ESCAPE});
+    std::string escape = informationOf(handle(), SQL_SEARCH_PATTERN_ESCAPE);
     Wide owner(asPattern(table.owner, escape)), name(asPattern(table.name, escape));
     rows.ran(SQLColumnsW(rows.handle(), nullptr, 0, table.owner.empty() ? nullptr : owner.data(),
                          table.owner.empty() ? SQLSMALLINT{0} : owner.size(), name.data(), name.size(),
@@ -163,7 +139,7 @@ const std::vector<std::string>& OdbcConnection::columnsOf(const Table& table) {
 }
 
 std::string OdbcConnection::written(const Table& table) const {
-    return (table.owner.empty() ? "" : dialect_.written(table.owner) + ".") + dialect_.written(table.name);
+    return (table.owner.empty() ? "" : dialect().written(table.owner) + ".") + dialect().written(table.name);
 }
 
 std::vector<std::string> OdbcConnection::keyOf(const Table& table) {
@@ -226,9 +202,8 @@ void OdbcConnection::changeSchema(const std::string& sql, IsThere isThere) {
 }
 
 std::string OdbcConnection::columnDefinition(const CDaoFieldInfo& field) {
-    if (!types_) types_.emplace(handle(), dialect_);
-    std::string name = dialect_.forNew(field.name);
-    std::string out = dialect_.written(name) + " " + types_->columnType(field);
+    std::string name = dialect().forNew(field.name);
+    std::string out = dialect().written(name) + " " + session_->types().columnType(field);
     if (!field.defaultValue.empty())
         out += " DEFAULT " + translateDefault(field.defaultValue, isTextType(field.type));
     if (field.required) out += " NOT NULL";
@@ -237,7 +212,7 @@ std::string OdbcConnection::columnDefinition(const CDaoFieldInfo& field) {
 }
 
 std::string OdbcConnection::ownerOfNewTables() {
-    if (!dialect_.owners || user_.empty()) return "";
+    if (!dialect().owners || session_->user().empty()) return "";
     Statement rows(handle());
     Wide all("%"), none("");
     rows.ran(
@@ -245,14 +220,15 @@ std::string OdbcConnection::ownerOfNewTables() {
     std::string found;
     while (rows.fetch()) {
         std::string owner = rows.text(2);
-        if (owner == user_ || (found.empty() && text::equalNoCase(owner, user_))) found = owner;
+        if (owner == session_->user() || (found.empty() && text::equalNoCase(owner, session_->user())))
+            found = owner;
     }
     if (!found.empty()) return found;
-    std::string owner = dialect_.forNew(user_);
+    std::string owner = dialect().forNew(session_->user());
     try {
-        run("CREATE SCHEMA " + dialect_.written(owner));
+        run("CREATE SCHEMA " + dialect().written(owner));
     } catch (const CDaoException& error) {
-        throw CDaoException("The tables of the user " + user_ +
+        throw CDaoException("The tables of the user " + session_->user() +
                             " belong into a schema of this name, which the server "
                             "does not have and which cannot be made. " +
                             error.description());
@@ -261,7 +237,7 @@ std::string OdbcConnection::ownerOfNewTables() {
 }
 
 void OdbcConnection::createTable(const std::string& table, const std::vector<CDaoFieldInfo>& fields) {
-    Table made{ownerOfNewTables(), dialect_.forNew(table), false};
+    Table made{ownerOfNewTables(), dialect().forNew(table), false};
     std::vector<std::string> columns;
     for (const CDaoFieldInfo& field : fields) columns.push_back(columnDefinition(field));
     changeSchema("CREATE TABLE " + written(made) + " (" + text::join(columns, ", ") + ")",
@@ -274,7 +250,7 @@ void OdbcConnection::deleteTable(const std::string& table) {
 
 void OdbcConnection::renameTable(const std::string& table, const std::string& newName) {
     changeSchema("ALTER TABLE " + written(required(table)) + " RENAME TO " +
-                     dialect_.written(dialect_.forNew(newName)),
+                     dialect().written(dialect().forNew(newName)),
                  [] { return false; });
 }
 
@@ -288,14 +264,14 @@ void OdbcConnection::deleteField(const std::string& table, const std::string& fi
     int index = findField(fieldsOf(of), field);
     if (index < 0) noSuchField(field);
     changeSchema("ALTER TABLE " + written(of) + " DROP COLUMN " +
-                     dialect_.written(fieldsOf(of)[static_cast<size_t>(index)].name),
+                     dialect().written(fieldsOf(of)[static_cast<size_t>(index)].name),
                  [] { return false; });
 }
 
 // --- Statements -------------------------------------------------------------------------------------------
 
 void OdbcConnection::execute(const std::string& sql, int options) {
-    run(translateForServer(sql, dialect_, *this, options & dbSQLPassThrough).sql);
+    run(translateForServer(sql, dialect(), *this, options & dbSQLPassThrough).sql);
 }
 
 std::unique_ptr<Cursor> OdbcConnection::open(int type, const std::string& sql, int options) {
@@ -304,7 +280,7 @@ std::unique_ptr<Cursor> OdbcConnection::open(int type, const std::string& sql, i
     bool isName = !(options & dbSQLPassThrough) && !text::startsWith(text::upper(whole), "SELECT ");
     std::string select = isName ? "SELECT * FROM " + written(required(whole)) : whole;
     ServerStatement statement =
-        translateForServer(select, dialect_, *this, isName || options & dbSQLPassThrough);
+        translateForServer(select, dialect(), *this, isName || options & dbSQLPassThrough);
     if (options & dbDenyWrite && statement.table) denyWriting(*statement.table);
     return std::make_unique<OdbcCursor>(shared_from_this(), statement, type);
 }
@@ -312,39 +288,32 @@ std::unique_ptr<Cursor> OdbcConnection::open(int type, const std::string& sql, i
 // Others must not write into the table until the transaction ends; they may read it.
 void OdbcConnection::denyWriting(const Table& table) {
     // Elsewhere transactions keep each other apart by themselves.
-    if (!transaction_ || !dialect_.postgres) return;
-    run("SET LOCAL lock_timeout = " + std::to_string(lockTimeout()));
-    run("LOCK TABLE " + written(table) + " IN SHARE ROW EXCLUSIVE MODE");
+    if (!transaction_ || !dialect().postgres) return;
+    run("SET LOCAL lock_timeout = " + std::to_string(lockTimeout()) + "; LOCK TABLE " + written(table) +
+        " IN SHARE ROW EXCLUSIVE MODE");
 }
 
 // --- Transactions -----------------------------------------------------------------------------------------
 
-void OdbcConnection::autoCommit(bool on) {
-    check(SQLSetConnectAttr(
-              handle(), SQL_ATTR_AUTOCOMMIT,
-              reinterpret_cast<SQLPOINTER>(static_cast<SQLULEN>(on ? SQL_AUTOCOMMIT_ON : SQL_AUTOCOMMIT_OFF)),
-              0),
-          handle_);
+bool OdbcConnection::setAutoCommit(bool on) {
+    SQLULEN mode = on ? SQL_AUTOCOMMIT_ON : SQL_AUTOCOMMIT_OFF;
+    return SQL_SUCCEEDED(
+        SQLSetConnectAttr(handle(), SQL_ATTR_AUTOCOMMIT, reinterpret_cast<SQLPOINTER>(mode), 0));
 }
 
 void OdbcConnection::beginTransaction() {
-    autoCommit(false);
+    if (!setAutoCommit(false)) check(SQL_ERROR, session_->handle());
     transaction_ = true;
 }
 
 void OdbcConnection::endTransaction(bool keep) {
     if (!std::exchange(transaction_, false)) return;
-    if (!keep) {
-        // What a server that has gone away had begun is undone there.
-        SQLEndTran(SQL_HANDLE_DBC, handle(), SQL_ROLLBACK);
-        SQLSetConnectAttr(handle(), SQL_ATTR_AUTOCOMMIT, reinterpret_cast<SQLPOINTER>(SQL_AUTOCOMMIT_ON), 0);
-        return;
-    }
-    SQLRETURN result = SQLEndTran(SQL_HANDLE_DBC, handle(), SQL_COMMIT);
-    if (SQL_SUCCEEDED(result)) return autoCommit(true);
-    std::string reason = sentenceOf(diagnosticsOf(SQL_HANDLE_DBC, handle()));
-    SQLEndTran(SQL_HANDLE_DBC, handle(), SQL_ROLLBACK);
-    throw CDaoException("The server has not kept the changes: " + reason);
+    bool kept = keep && SQL_SUCCEEDED(SQLEndTran(SQL_HANDLE_DBC, handle(), SQL_COMMIT));
+    std::string reason = keep && !kept ? sentenceOf(diagnosticsOf(SQL_HANDLE_DBC, handle())) : "";
+    // A server that has gone away undoes by itself what had begun.
+    bool undone = kept || SQL_SUCCEEDED(SQLEndTran(SQL_HANDLE_DBC, handle(), SQL_ROLLBACK));
+    reusable_ = setAutoCommit(true) && undone && reusable_;
+    if (!reason.empty()) throw CDaoException("The server has not kept the changes: " + reason);
 }
 
 void OdbcConnection::changeOne(Statement& statement) {

@@ -10,13 +10,11 @@
 #include <map>
 #include <optional>
 
-#include "platform/dao/connect_string.h"
 #include "platform/dao/engine.h"
 #include "platform/dao/odbc/dialect.h"
-#include "platform/dao/odbc/handles.h"
+#include "platform/dao/odbc/session.h"
 #include "platform/dao/odbc/statement.h"
 #include "platform/dao/odbc/statement_text.h"
-#include "platform/dao/odbc/types.h"
 
 namespace dao::odbc {
 
@@ -24,12 +22,12 @@ class OdbcConnection : public Connection,
                        public Catalogue,
                        public std::enable_shared_from_this<OdbcConnection> {
   public:
-    explicit OdbcConnection(const Source& source);
+    OdbcConnection(std::shared_ptr<IdleSessions> idle, const Source& source);
     ~OdbcConnection() override;
 
-    std::string name() const override { return name_; }
-    std::string connect() const override { return connect_; }
-    std::string version() const override { return version_; }
+    std::string name() const override { return session_->name(); }
+    std::string connect() const override { return session_->connect(); }
+    std::string version() const override { return session_->version(); }
     std::vector<CDaoTableDefInfo> tables() override;
     std::vector<CDaoFieldInfo> fields(const std::string& table) override;
     void createTable(const std::string& table, const std::vector<CDaoFieldInfo>& fields) override;
@@ -47,8 +45,9 @@ class OdbcConnection : public Connection,
     const Table* find(std::string_view owner, std::string_view name) override;
     const std::vector<std::string>& columnsOf(const Table& table) override;
 
-    SQLHDBC handle() const { return handle_.get(); }
-    const Dialect& dialect() const { return dialect_; }
+    SQLHDBC handle() const { return session_->handle().get(); }
+    const Dialect& dialect() const { return session_->dialect(); }
+    const std::vector<CDaoFieldInfo>& fieldsOf(const Table& table);
     // A table as statements name it.
     std::string written(const Table& table) const;
     // The columns by which the records of a table are told from each other; empty when there are none.
@@ -59,7 +58,6 @@ class OdbcConnection : public Connection,
   private:
     void readTables();
     const Table& required(const std::string& name);
-    const std::vector<CDaoFieldInfo>& fieldsOf(const Table& table);
     std::string columnDefinition(const CDaoFieldInfo& field);
     std::string ownerOfNewTables();
     void run(const std::string& sql);
@@ -68,14 +66,13 @@ class OdbcConnection : public Connection,
     template <typename IsThere>
     void changeSchema(const std::string& sql, IsThere isThere);
     void denyWriting(const Table& table);
-    void autoCommit(bool on);
+    bool setAutoCommit(bool on);
 
-    Handle handle_;
-    bool connected_ = false;
-    std::string connect_, name_, version_, user_;
-    Dialect dialect_;
-    std::optional<ServerTypes> types_;
+    std::shared_ptr<IdleSessions> idle_;
+    Source source_;
+    std::unique_ptr<Session> session_;
     bool transaction_ = false;
+    bool reusable_ = true;  // the session, by others
 
     std::optional<std::vector<Table>> tables_;
     std::map<std::pair<std::string, std::string>, std::vector<CDaoFieldInfo>> fields_;

@@ -34,14 +34,24 @@ OdbcCursor::OdbcCursor(std::shared_ptr<OdbcConnection> connection, const ServerS
     rows_.execute(statement.sql);
     int count = rows_.columns();
     if (count == 0) throw CDaoException("A record set needs a statement that gives records.");
+    for (int i = 1; i <= count; ++i) columns_.push_back(rows_.describe(i));
+    if (statement.table) table_ = *statement.table;
     for (int i = 1; i <= count; ++i) {
-        columns_.push_back(rows_.describe(i));
-        fields_.push_back(fieldOf(columns_.back()));
+        Column& column = columns_[static_cast<size_t>(i) - 1];
+        const CDaoFieldInfo* known = statement.table ? fieldNamed(column.name) : nullptr;
+        if (!known) rows_.describeFully(i, column);
+        fields_.push_back(known ? *known : fieldOf(column));
         fields_.back().ordinalPosition = i - 1;
     }
     if (!statement.table) return;
-    table_ = *statement.table;
     updatable_ = type != dbOpenSnapshot && !table_.isView;
+}
+
+// The field of the table by exactly this name.
+const CDaoFieldInfo* OdbcCursor::fieldNamed(const std::string& name) const {
+    for (const CDaoFieldInfo& field : connection_->fieldsOf(table_))
+        if (field.name == name) return &field;
+    return nullptr;
 }
 
 bool OdbcCursor::readOne() {

@@ -27,6 +27,7 @@ class OdbcCursor : public Cursor {
         bool deleted = false;
     };
 
+    const CDaoFieldInfo* fieldNamed(const std::string& name) const;
     bool readOne();
     Record& record();
     // The positions of the fields that tell records apart, found at the first change.

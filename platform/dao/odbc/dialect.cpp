@@ -8,15 +8,6 @@
 namespace dao::odbc {
 namespace {
 
-std::string textInfo(SQLHDBC connection, SQLUSMALLINT what) {
-    std::vector<SQLWCHAR> buffer(8192);
-    SQLSMALLINT bytes = 0;
-    if (!SQL_SUCCEEDED(SQLGetInfoW(connection, what, buffer.data(), static_cast<SQLSMALLINT>(16384), &bytes)))
-        return "";
-    return fromWide(buffer.data(),
-                    std::min(buffer.size() - 1, static_cast<size_t>(std::max<SQLSMALLINT>(bytes, 0)) / 2));
-}
-
 template <typename Number>
 Number numberInfo(SQLHDBC connection, SQLUSMALLINT what, Number otherwise) {
     Number value = otherwise;
@@ -48,10 +39,19 @@ std::string folded(std::string_view name, Dialect::Folding folding) {
 
 }  // namespace
 
+std::string informationOf(SQLHDBC connection, SQLUSMALLINT what) {
+    std::vector<SQLWCHAR> buffer(8192);
+    auto room = static_cast<SQLSMALLINT>(buffer.size() * sizeof(SQLWCHAR));
+    SQLSMALLINT bytes = 0;
+    if (!SQL_SUCCEEDED(SQLGetInfoW(connection, what, buffer.data(), room, &bytes)) || bytes <= 0) return "";
+    return fromWide(buffer.data(),
+                    std::min(buffer.size() - 1, static_cast<size_t>(bytes) / sizeof(SQLWCHAR)));
+}
+
 Dialect::Dialect(SQLHDBC connection) {
-    quote = text::trim(textInfo(connection, SQL_IDENTIFIER_QUOTE_CHAR));
+    quote = text::trim(informationOf(connection, SQL_IDENTIFIER_QUOTE_CHAR));
     folding = foldingOf(numberInfo<SQLUSMALLINT>(connection, SQL_IDENTIFIER_CASE, SQL_IC_MIXED));
-    for (const std::string& words : {std::string(SQL_ODBC_KEYWORDS), textInfo(connection, SQL_KEYWORDS)})
+    for (const std::string& words : {std::string(SQL_ODBC_KEYWORDS), informationOf(connection, SQL_KEYWORDS)})
         for (const std::string& word : text::split(words, ','))
             reserved.insert(text::upper(text::trim(word)));
     // Words that many servers reserve and no list tells.
@@ -63,7 +63,7 @@ Dialect::Dialect(SQLHDBC connection) {
         reserved.insert(word);
     scalarFunctions = numberInfo<SQLUINTEGER>(connection, SQL_STRING_FUNCTIONS, 0) & SQL_FN_STR_UCASE;
     owners = numberInfo<SQLUINTEGER>(connection, SQL_SCHEMA_USAGE, 0) & SQL_SU_TABLE_DEFINITION;
-    std::string server = text::upper(textInfo(connection, SQL_DBMS_NAME));
+    std::string server = text::upper(informationOf(connection, SQL_DBMS_NAME));
     postgres = text::startsWith(server, "POSTGRESQL");
     if (postgres) counter = "serial";
     if (text::startsWith(server, "SQLITE")) counter = "integer PRIMARY KEY AUTOINCREMENT";

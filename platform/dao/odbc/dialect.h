@@ -9,6 +9,9 @@
 
 namespace dao::odbc {
 
+// Text that the driver tells of itself or its server; "" when it does not.
+std::string informationOf(SQLHDBC connection, SQLUSMALLINT what);
+
 struct Dialect {
     // What a server makes of a name without quotes.
     enum class Folding { kUpper, kLower, kNone, kAnyCase };

@@ -1,6 +1,7 @@
 #include "platform/dao/connect_string.h"
 #include "platform/dao/engines.h"
 #include "platform/dao/odbc/connection.h"
+#include "platform/dao/odbc/session.h"
 
 namespace dao {
 namespace {
@@ -11,8 +12,11 @@ class OdbcEngine : public Engine {
         return source.path.empty() && isConnectString(source.connect);
     }
     std::shared_ptr<Connection> open(const Source& source) override {
-        return std::make_shared<odbc::OdbcConnection>(source);
+        return std::make_shared<odbc::OdbcConnection>(idle_, source);
     }
+
+  private:
+    std::shared_ptr<odbc::IdleSessions> idle_ = std::make_shared<odbc::IdleSessions>();
 };
 
 }  // namespace

@@ -184,16 +184,21 @@ Column Statement::describe(int number) {
     column.size = static_cast<long>(size);
     column.decimals = decimals;
     column.nullable = nullable != SQL_NO_NULLS;
+    return column;
+}
+
+void Statement::describeFully(int number, Column& column) {
+    SQLWCHAR name[kLongestName] = {};
     SQLSMALLINT bytes = 0;
     SQLLEN counts = SQL_FALSE;
-    if (SQL_SUCCEEDED(SQLColAttributeW(handle(), n, SQL_DESC_TYPE_NAME, name, sizeof name, &bytes, nullptr)))
+    if (SQL_SUCCEEDED(SQLColAttributeW(handle(), static_cast<SQLUSMALLINT>(number), SQL_DESC_TYPE_NAME, name,
+                                       sizeof name, &bytes, nullptr)))
         column.typeName = fromWide(
             name,
             std::min<size_t>(static_cast<size_t>(std::max<SQLSMALLINT>(bytes, 0)) / 2, kLongestName - 1));
-    if (SQL_SUCCEEDED(
-            SQLColAttributeW(handle(), n, SQL_DESC_AUTO_UNIQUE_VALUE, nullptr, 0, nullptr, &counts)))
+    if (SQL_SUCCEEDED(SQLColAttributeW(handle(), static_cast<SQLUSMALLINT>(number),
+                                       SQL_DESC_AUTO_UNIQUE_VALUE, nullptr, 0, nullptr, &counts)))
         column.counts = counts == SQL_TRUE;
-    return column;
 }
 
 // False: Null, or not to be had in this form.

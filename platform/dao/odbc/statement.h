@@ -28,7 +28,10 @@ class Statement {
     // False at the end of the rows; the statement can then be run again.
     bool fetch();
     int columns();
+    // The name and type of a column; with all that its table would tell of it, which may ask the server
+    // again.
     Column describe(int column);
+    void describeFully(int number, Column& column);
     // A column of the present row, as a value of a field's type; as text where the two do not agree. Columns
     // count from 1 and are read in their order, each once.
     Variant value(int column, const Column& description, int fieldType);

@@ -1,0 +1,67 @@
+// A connection to a server that is signed in, and what is known of the server. Signing in costs far more than
+// what is then done, and work on servers comes in short openings, so sessions are kept for a while and used
+// again.
+#pragma once
+
+#include <chrono>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "platform/dao/engine.h"
+#include "platform/dao/odbc/dialect.h"
+#include "platform/dao/odbc/handles.h"
+#include "platform/dao/odbc/types.h"
+
+namespace dao::odbc {
+
+class Session {
+  public:
+    // Signs in. A source that is opened for reading only is opened in passing, where no question may be
+    // asked.
+    explicit Session(const Source& source);
+    ~Session();
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+    const Handle& handle() const { return handle_; }
+    const std::string& connect() const { return connect_; }
+    const std::string& name() const { return name_; }
+    const std::string& version() const { return version_; }
+    const std::string& user() const { return user_; }
+    const Dialect& dialect() const { return dialect_; }
+    const ServerTypes& types();
+    // Whether the server still answers.
+    bool answers() const;
+
+  private:
+    Handle handle_;
+    bool connected_ = false;
+    std::string connect_, name_, version_, user_;
+    Dialect dialect_;
+    std::optional<ServerTypes> types_;
+};
+
+// Sessions that nobody uses at the moment.
+class IdleSessions {
+  public:
+    static constexpr std::chrono::seconds kKept{60};
+
+    // A session of the source, kept or new.
+    std::unique_ptr<Session> take(const Source& source);
+    void giveBack(const Source& source, std::unique_ptr<Session> session);
+
+  private:
+    struct Idle {
+        std::unique_ptr<Session> session;
+        std::chrono::steady_clock::time_point since;
+    };
+    using Key = std::pair<std::string, bool>;  // the connect string, and whether for reading only
+
+    void closeOld();
+
+    std::map<Key, Idle> idle_;  // one of each
+};
+
+}  // namespace dao::odbc
