@@ -17,6 +17,7 @@
 ;;   GIS-AUTOMATION 12  calls a program by its automation interface
 ;;   GIS-POLYGON    13  finds the polygon round a point
 ;;   GIS-DATABASE   14  chooses or makes a database
+;;   GIS-SERVER      2  an output database on a server
 ;;   GIS-EDITOR     15  defines the features of the template
 ;;   GIS-UTILITIES  16  imports and edits tables
 ;;   GIS-BLOCKS     17  inserts blocks from records
@@ -226,6 +227,18 @@
 (defun c:gis-database (/ path)
   (if (setq path (cf:gis_smart_prompting 14))
     (prompt (strcat "\n" path)))
+  (princ))
+
+;; Puts the output database on a server: a data source of this machine, and the user there. The password is asked
+;; for when it is first needed.
+(defun c:gis-server (/ source user)
+  (setq source (getstring t "\nData source, or Enter to leave the output database as it is: "))
+  (if (/= source "")
+    (progn
+      (setq user (getstring t "\nUser, or Enter for the one of the data source: "))
+      (cf:gis_smart_prompting 2 2
+        (strcat "ODBC;DSN=" source (if (= user "") "" (strcat ";UID=" user))))
+      (prompt (strcat "\nOutput database: " (gis:output)))))
   (princ))
 
 ;; Adds one record to a table of the output database: its fields and values are asked for until Enter.

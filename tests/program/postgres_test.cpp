@@ -182,6 +182,13 @@ TEST_F(Postgres, AServerThatGoesAwayKeepsTheSheetOpenAndWritesNothingByHalves) {
     ui_.setAsker(nullptr);
     EXPECT_EQ(asked, 3);
     EXPECT_EQ(record("pt_id, dbh"), "17|15\n");
+    // One that has been away between two saves is not even noticed.
+    server().stop(SIGQUIT);
+    server().start();
+    ui_.clearLog();
+    answer(134, {cell(2, "16"), click("OK")});
+    EXPECT_EQ(save("17", "TREE"), "1");
+    EXPECT_EQ(boxes(), "");
 }
 
 TEST_F(Postgres, AServerThatIsNotThereIsSaid) {
@@ -213,6 +220,9 @@ TEST_F(Postgres, AWrongPasswordIsAskedForAndTheRightOneStaysInMemoryOnly) {
     answer(134, {cell(2, "15"), click("OK")});
     EXPECT_EQ(save("17", "TREE", withoutPassword()), "1");
     EXPECT_EQ(record("pt_id, dbh"), "17|15\n");
+    EXPECT_NE(lisp("(db:record \"" + withoutPassword() + "\" \"Tree\" '((\"pt_id\" . \"17\")))")
+                  .find("(\"dbh\" . \"15\")"),
+              std::string::npos);
 
     // It stands in no file, in no drawing, and nowhere that a person looks.
     host_->saveDrawing(path("saved.dxf"));
