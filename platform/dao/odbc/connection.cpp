@@ -99,32 +99,42 @@ const Catalogue::Table& OdbcConnection::required(const std::string& name) {
 }
 
 const std::vector<CDaoFieldInfo>& OdbcConnection::fieldsOf(const Table& table) {
-    auto [entry, isNew] = fields_.try_emplace({table.owner, table.name});
-    if (!isNew) return entry->second;
+    std::pair<std::string, std::string> key(table.owner, table.name);
+    if (auto known = fields_.find(key); known != fields_.end()) return known->second;
+    std::vector<CDaoFieldInfo> fields;
+    for (const Column& column : readColumns(table)) {
+        fields.push_back(fieldOf(column));
+        fields.back().ordinalPosition = static_cast<int>(fields.size()) - 1;
+    }
+    return fields_.emplace(std::move(key), std::move(fields)).first->second;
+}
+
+std::vector<Column> OdbcConnection::readColumns(const Table& table) {
+    std::vector<Column> columns;
     Statement rows(handle());
     std::string escape = informationOf(handle(), SQL_SEARCH_PATTERN_ESCAPE);
     Wide owner(asPattern(table.owner, escape)), name(asPattern(table.name, escape));
-    rows.ran(SQLColumnsW(rows.handle(), nullptr, 0, table.owner.empty() ? nullptr : owner.data(),
-                         table.owner.empty() ? SQLSMALLINT{0} : owner.size(), name.data(), name.size(),
-                         nullptr, 0));
+    bool owned = !table.owner.empty();
+    rows.ran(SQLColumnsW(rows.handle(), nullptr, 0, owned ? owner.data() : nullptr,
+                         owned ? owner.size() : SQLSMALLINT{0}, name.data(), name.size(), nullptr, 0));
     while (rows.fetch()) {
-        Column column;
         // Drivers without escapes find others as well.
-        bool same = rows.text(3) == table.name;
+        bool same = rows.text(2) == table.owner;
+        same = rows.text(3) == table.name && same;
+        Column column;
         column.name = rows.text(4);
         column.sqlType = static_cast<SQLSMALLINT>(text::toLong(rows.text(5)));
         column.typeName = rows.text(6);
         column.size = text::toLong(rows.text(7));
         column.decimals = static_cast<int>(text::toLong(rows.text(9)));
         column.nullable = rows.text(11) != "0";
-        std::string defaultValue = rows.text(13);
+        std::string filledIn = rows.text(13);
         column.counts =
-            text::startsWith(defaultValue, "nextval(") || text::equalNoCase(column.typeName, "serial");
-        if (!same) continue;
-        entry->second.push_back(fieldOf(column));
-        entry->second.back().ordinalPosition = static_cast<int>(entry->second.size()) - 1;
+            text::startsWith(filledIn, "nextval(") || text::equalNoCase(column.typeName, "serial");
+        column.hasDefault = !filledIn.empty() && !text::equalNoCase(filledIn, "NULL");
+        if (same) columns.push_back(std::move(column));
     }
-    return entry->second;
+    return columns;
 }
 
 std::vector<CDaoFieldInfo> OdbcConnection::fields(const std::string& table) {
@@ -277,7 +287,8 @@ void OdbcConnection::execute(const std::string& sql, int options) {
 std::unique_ptr<Cursor> OdbcConnection::open(int type, const std::string& sql, int options) {
     // A table may be opened by its name alone.
     std::string whole(text::trim(sql));
-    bool isName = !(options & dbSQLPassThrough) && !text::startsWith(text::upper(whole), "SELECT ");
+    bool isStatement = options & dbSQLPassThrough || text::equalNoCase(whole.substr(0, 7), "SELECT ");
+    bool isName = !isStatement && (whole.find_first_of(" \t\r\n") == std::string::npos || find("", whole));
     std::string select = isName ? "SELECT * FROM " + written(required(whole)) : whole;
     ServerStatement statement =
         translateForServer(select, dialect(), *this, isName || options & dbSQLPassThrough);

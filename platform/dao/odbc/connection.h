@@ -58,6 +58,7 @@ class OdbcConnection : public Connection,
   private:
     void readTables();
     const Table& required(const std::string& name);
+    std::vector<Column> readColumns(const Table& table);
     std::string columnDefinition(const CDaoFieldInfo& field);
     std::string ownerOfNewTables();
     void run(const std::string& sql);

@@ -32,17 +32,18 @@ bool any(const std::vector<bool>& flags) {
 OdbcCursor::OdbcCursor(std::shared_ptr<OdbcConnection> connection, const ServerStatement& statement, int type)
     : connection_(std::move(connection)), rows_(connection_->handle()) {
     rows_.execute(statement.sql);
-    int count = rows_.columns();
-    if (count == 0) throw CDaoException("A record set needs a statement that gives records.");
-    for (int i = 1; i <= count; ++i) columns_.push_back(rows_.describe(i));
+    int columns = rows_.columns();
+    if (columns == 0) throw CDaoException("A record set needs a statement that gives records.");
+    for (int i = 1; i <= columns; ++i) columns_.push_back(rows_.describe(i));
     if (statement.table) table_ = *statement.table;
-    for (int i = 1; i <= count; ++i) {
+    for (int i = 1; i <= columns; ++i) {
         Column& column = columns_[static_cast<size_t>(i) - 1];
         const CDaoFieldInfo* known = statement.table ? fieldNamed(column.name) : nullptr;
         if (!known) rows_.describeFully(i, column);
         fields_.push_back(known ? *known : fieldOf(column));
         fields_.back().ordinalPosition = i - 1;
     }
+    if (connection_->dialect().oneStatement) count();
     if (!statement.table) return;
     updatable_ = type != dbOpenSnapshot && !table_.isView;
 }

@@ -63,6 +63,7 @@ Dialect::Dialect(SQLHDBC connection) {
         reserved.insert(word);
     scalarFunctions = numberInfo<SQLUINTEGER>(connection, SQL_STRING_FUNCTIONS, 0) & SQL_FN_STR_UCASE;
     owners = numberInfo<SQLUINTEGER>(connection, SQL_SCHEMA_USAGE, 0) & SQL_SU_TABLE_DEFINITION;
+    oneStatement = numberInfo<SQLUSMALLINT>(connection, SQL_MAX_CONCURRENT_ACTIVITIES, 0) == 1;
     std::string server = text::upper(informationOf(connection, SQL_DBMS_NAME));
     postgres = text::startsWith(server, "POSTGRESQL");
     if (postgres) counter = "serial";

@@ -24,6 +24,7 @@ struct Dialect {
     std::set<std::string, std::less<>> reserved;  // words that are no names without quotes, in upper case
     bool scalarFunctions = true;                  // {fn UCASE(...)}
     bool owners = true;                           // tables belong to an owner
+    bool oneStatement = false;                    // at a time, with all of its records read
     bool postgres = false;
     std::string counter;  // the type of a column that counts by itself, where no list tells it
 

@@ -53,7 +53,8 @@ class SignInDialog : public ui::Dialog {
         auto* list = static_cast<ui::DropDown*>(find(kSource));
         if (list->enabled() && list->selected() < 0) return setFocus(kSource);
         if (list->enabled()) connect_.set("DSN", list->selectedText());
-        connect_.set("UID", text::trim(find(kUser)->text()));
+        std::string_view user = text::trim(find(kUser)->text());
+        if (!user.empty() || connect_.has("UID")) connect_.set("UID", user);
         connect_.set("PWD", find(kPassword)->text());
         end(ui::kOk);
     }

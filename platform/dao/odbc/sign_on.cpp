@@ -77,7 +77,7 @@ std::string signOn(const Handle& connection, const std::string& given, bool mayA
         std::string reason = "The data source " + nameOf(connect) + " cannot be opened: " + sentenceOf(wrong);
         // Some repeat what they have been given.
         std::string password = connect.password();
-        if (!password.empty()) reason = text::replaceAll(reason, password, "****");
+        if (!password.empty()) reason = text::replaceAll(reason, "=" + password, "=****");
         bool ask = mayAsk && isAboutPassword(wrong);
         if (!ask || !signIn(connect, knownSources(), reason)) throw CDaoException(reason);
     }

@@ -119,7 +119,9 @@ CDaoFieldInfo fieldOf(const Column& column) {
     if (column.counts) field.attributes = dbAutoIncrField;
     field = completed(field);
     field.name = column.name;
-    field.required = !column.nullable && !column.counts;
+    // Whole numbers may be filled in by the server in ways that no driver tells.
+    bool filledIn = column.counts || column.hasDefault || field.type == dbInteger || field.type == dbLong;
+    field.required = !column.nullable && !filledIn;
     field.allowZeroLength = field.type == dbText || field.type == dbMemo;
     return field;
 }

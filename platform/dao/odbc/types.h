@@ -21,6 +21,7 @@ struct Column {
     int decimals = 0;
     bool nullable = true;
     bool counts = false;
+    bool hasDefault = false;
 };
 
 // A type that is not known is read as text.

@@ -222,15 +222,15 @@ TEST_P(Server, TablesAndFieldsAreMadeRenamedAndDroppedByAnyName) {
     CDaoFieldInfo current = field("IS_CURRENT", dbText, 9);
     current.validationRule = "\"YES\" Or \"NO\"";
     current.defaultValue = "\"NO\"";
-    CDaoFieldInfo needed = field("order", dbLong);
+    CDaoFieldInfo needed = field("order", dbText, 9);
     needed.required = true;
     makeTable("Fire Hydrant \"7\"",
               {field("Flow (gpm)", dbDouble), current, needed, field("naïve", dbText, 9)});
-    db.Execute("INSERT INTO [FIRE hydrant \"7\"] ([flow (GPM)], order) VALUES (1.5, 3)", dbSQLPassThrough);
+    db.Execute("INSERT INTO [FIRE hydrant \"7\"] ([flow (GPM)], order) VALUES (1.5, '3')", dbSQLPassThrough);
     EXPECT_EQ(
-        column("SELECT [FLOW (gpm)] FROM [fire hydrant \"7\"] WHERE [Order] = 3 AND IS_CURRENT = \"NO\""),
+        column("SELECT [FLOW (gpm)] FROM [fire hydrant \"7\"] WHERE [Order] = '3' AND IS_CURRENT = \"NO\""),
         Strings{"1.5"});
-    for (const char* bad : {"([ORDER]) VALUES (NULL)", "([ORDER], IS_CURRENT) VALUES (1, 'MAYBE')"})
+    for (const char* bad : {"([ORDER]) VALUES (NULL)", "([ORDER], IS_CURRENT) VALUES ('1', 'MAYBE')"})
         EXPECT_NE(descriptionOf([&] {
                       db.Execute(std::string("INSERT INTO [fire hydrant \"7\"] ") + bad, dbSQLPassThrough);
                   }),
@@ -356,6 +356,21 @@ TEST_F(PostgresSource, TablesAreListedWithTheirOwnersAndTheUsersOwnComeFirst) {
     EXPECT_EQ(toText(records.GetFieldValue("B")), "theirs");
     EXPECT_EQ(db.GetConnect(), server.connect());
     server.answer("DROP SCHEMA other CASCADE");
+}
+
+TEST_F(PostgresSource, WhatTheServerFillsInNeedNotBeSet) {
+    server.answer(
+        "CREATE SCHEMA survey; CREATE TABLE survey.t(id integer GENERATED ALWAYS AS IDENTITY PRIMARY KEY, "
+        "a text NOT NULL DEFAULT 'x', b text, c varchar(9) NOT NULL)");
+    db.Open("", false, false, server.connect());
+    CDaoRecordset records(&db);
+    records.Open(dbOpenDynaset, "SELECT * FROM t");
+    records.AddNew();
+    records.SetFieldValue("b", "y");
+    EXPECT_EQ(descriptionOf([&] { records.Update(); }), "The field c must have a value.");
+    records.SetFieldValue("c", "z");
+    records.Update();
+    EXPECT_EQ(server.answer("SELECT * FROM survey.t"), "1|x|y|z\n");
 }
 
 TEST_F(PostgresSource, AUserWithoutRightsIsTold) {
