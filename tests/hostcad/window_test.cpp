@@ -113,7 +113,8 @@ TEST(MenuFile, OffersWhatIsWrittenInIt) {
     EXPECT_EQ(headings[4].caption, "&GIS");
     EXPECT_EQ(headings[4].entries[0].command, "GIS-PROMPT");
     EXPECT_TRUE(headings[4].entries[0].enabled);
-    EXPECT_FALSE(headings[4].entries[5].enabled);
+    EXPECT_EQ(headings[4].entries[6].command, "GIS-LINKS");
+    EXPECT_FALSE(headings[4].entries[6].enabled);
     EXPECT_TRUE(hostcad::readMenuFile("no such file").empty());
     // Alt and a letter leads to one entry.
     for (const hostcad::MenuHeading& heading : headings) {
