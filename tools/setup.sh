@@ -20,6 +20,22 @@ install_missing() {
     "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
 }
 
+# Other people's readers of the files that we write, as npm packages in build/node. Without a network the tests
+# that ask them are skipped.
+install_readers() {
+    local folder=$PWD/build/node readers="shapefile@0.6.6 mdb-reader@3.2.0"
+    export NODE_PATH=$folder/node_modules
+    [ "$(cat "$folder/installed" 2>/dev/null)" = "$readers" ] && return 0
+    mkdir -p "$folder"
+    # shellcheck disable=SC2086
+    if timeout 180 npm install --prefix "$folder" --no-save --no-package-lock --no-audit --no-fund $readers \
+        >"$folder/npm.log" 2>&1; then
+        echo "$readers" >"$folder/installed"
+    else
+        echo "The npm packages $readers cannot be had; the tests that ask them are skipped."
+    fi
+}
+
 # build_preset PRESET [CMAKE-ARGUMENT ...]
 build_preset() {
     local preset=$1 launcher=()

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstring>
 #include <ctime>
 
 #include "module/coords/coordinate_format.h"
@@ -36,8 +37,7 @@ std::string zeroFilled(std::string s) {
 }
 
 std::string FlatFile::textAt(const char* bytes, size_t room) {
-    std::string_view stored(bytes, room);
-    return text::decode(stored.substr(0, std::min(stored.find('\0'), room - 1)));
+    return text::decode({bytes, ::strnlen(bytes, room - 1)});
 }
 
 void FlatFile::putText(char* bytes, size_t room, const std::string& encoded) {
@@ -50,7 +50,13 @@ void FlatFile::readCoordinates(const char* record, PointRecord& point) {
     point.northing = files::getLittle<double>(record);
     point.easting = files::getLittle<double>(record + 8);
     point.elevation = files::getLittle<double>(record + 16);
-    point.description = textAt(record + kDescriptionAt, kDescriptionRoom);
+    // In the room that the point already has: a walk reads one point after another into the same.
+    std::string_view description(record + kDescriptionAt,
+                                 ::strnlen(record + kDescriptionAt, kDescriptionRoom - 1));
+    if (text::isAscii(description))
+        point.description = description;
+    else
+        point.description = text::decode(description);
     point.attribute.clear();
 }
 
