@@ -153,7 +153,10 @@ LoadedRecord LoadRecord(const std::string& path, const RecordKey& key) {
         CDaoTableDef definition(&database);
         definition.Open(table);
         Route route = RouteOf(path);
+        // On a server the old column must not be gone without the new one.
+        if (route == Route::kOdbc) database.BeginTrans();
         makeKeyColumnText(definition, key.keyField, route);
+        if (route == Route::kOdbc) database.CommitTrans();
         record.columns = columnsOf(definition);
         definition.Close();
         if (!record.hasColumn(key.keyField)) return;

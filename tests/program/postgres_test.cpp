@@ -119,6 +119,20 @@ TEST_F(Postgres, AnOldTableGetsItsMissingColumnsAndKeepsItsRecords) {
     EXPECT_EQ(record("pt_id, gis_key, dbh"), "17|TREE|10\n18|TREE|8\n");
 }
 
+TEST_F(Postgres, AKeyColumnOfAnotherTypeBecomesTextEvenOnCancel) {
+    server().answer(
+        "CREATE SCHEMA survey CREATE TABLE tree (pt_id integer, gis_key varchar(9)); "
+        "INSERT INTO survey.tree VALUES (17, 'TREE')");
+    answer(134, {click("Cancel")});
+    save("17", "TREE");
+    EXPECT_EQ(record("pt_id IS NULL, gis_key"), "t|TREE\n");
+    // Text without a limit is text.
+    server().answer("CREATE TABLE survey.pole (pt_id text); INSERT INTO survey.pole VALUES ('17')");
+    answer(134, {click("Cancel")});
+    save("17", "POLE");
+    EXPECT_EQ(record("*", "survey.pole"), "17\n");
+}
+
 TEST_F(Postgres, NamesThatTheServerWouldNotTakeAreQuoted) {
     for (const char* field : {"FLOW (GPM)", "NO#", "ORDER", "Mixed", "IMAGE_ZGEO/1"})
         addPrompt("FIRE HYDRANT", field);

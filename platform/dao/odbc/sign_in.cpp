@@ -14,11 +14,25 @@ constexpr int kUser = 1005;
 constexpr int kPasswordCaption = 1006;
 constexpr int kPassword = 1007;
 
+// Servers say a lot; a label shows the lines that it is given.
+std::string inLines(const std::string& words) {
+    constexpr size_t kLongest = 70;
+    std::string out, line;
+    for (const std::string& word : text::split(words, ' ')) {
+        if (!line.empty() && line.size() + 1 + word.size() > kLongest) {
+            out += line + "\n";
+            line.clear();
+        }
+        line += (line.empty() ? "" : " ") + word;
+    }
+    return out + line;
+}
+
 class SignInDialog : public ui::Dialog {
   public:
     SignInDialog(ConnectString& connect, const std::vector<std::string>& sources, const std::string& reason)
         : ui::Dialog(kSignInDialog, "Sign in to the database"), connect_(connect) {
-        add<ui::Label>(kReason, reason).show(!reason.empty());
+        add<ui::Label>(kReason, inLines(reason)).show(!reason.empty());
         add<ui::Label>(kSourceCaption, "&Data source:");
         auto& list = add<ui::DropDown>(kSource);
         for (const std::string& source : sources) list.addItem(source);
