@@ -221,8 +221,8 @@ std::string OdbcConnection::columnDefinition(const CDaoFieldInfo& field) {
     return out;
 }
 
-std::string OdbcConnection::ownerOfNewTables() {
-    if (!dialect().owners || session_->user().empty()) return "";
+// The owner of a name, in the server's own case; "" when there is none.
+std::string OdbcConnection::ownerNamed(const std::string& name) {
     Statement rows(handle());
     Wide all("%"), none("");
     rows.ran(
@@ -230,17 +230,24 @@ std::string OdbcConnection::ownerOfNewTables() {
     std::string found;
     while (rows.fetch()) {
         std::string owner = rows.text(2);
-        if (owner == session_->user() || (found.empty() && text::equalNoCase(owner, session_->user())))
-            found = owner;
+        if (owner == name || (found.empty() && text::equalNoCase(owner, name))) found = owner;
     }
-    if (!found.empty()) return found;
-    std::string owner = dialect().forNew(session_->user());
+    return found;
+}
+
+std::string OdbcConnection::ownerOfNewTables() {
+    const std::string& user = session_->user();
+    if (!dialect().owners || user.empty()) return "";
+    if (std::string owner = ownerNamed(user); !owner.empty()) return owner;
+    std::string owner = dialect().forNew(user);
     try {
-        run("CREATE SCHEMA " + dialect().written(owner));
+        changeSchema("CREATE SCHEMA " + dialect().written(owner), [&] { return !ownerNamed(user).empty(); });
+    } catch (const CDaoConflict&) {
+        throw;
     } catch (const CDaoException& error) {
-        throw CDaoException("The tables of the user " + session_->user() +
-                            " belong into a schema of this name, which the server "
-                            "does not have and which cannot be made. " +
+        throw CDaoException("The tables of the user " + user +
+                            " belong into a schema of this name, which the server does not have and which "
+                            "cannot be made. " +
                             error.description());
     }
     return owner;
@@ -298,7 +305,7 @@ std::unique_ptr<Cursor> OdbcConnection::open(int type, const std::string& sql, i
 
 // Others must not write into the table until the transaction ends; they may read it.
 void OdbcConnection::denyWriting(const Table& table) {
-    // Elsewhere transactions keep each other apart by themselves.
+    // Elsewhere sessions are serializable.
     if (!transaction_ || !dialect().postgres) return;
     run("SET LOCAL lock_timeout = " + std::to_string(lockTimeout()) + "; LOCK TABLE " + written(table) +
         " IN SHARE ROW EXCLUSIVE MODE");

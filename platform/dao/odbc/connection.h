@@ -60,6 +60,7 @@ class OdbcConnection : public Connection,
     const Table& required(const std::string& name);
     std::vector<Column> readColumns(const Table& table);
     std::string columnDefinition(const CDaoFieldInfo& field);
+    std::string ownerNamed(const std::string& name);
     std::string ownerOfNewTables();
     void run(const std::string& sql);
     // Runs a change of the schema. Where it fails because another client has made the same thing in the
