@@ -84,6 +84,31 @@ TEST_F(Odbc, TheUserOwnsTheTables) {
     WithDatabase(path, [](CDaoDatabase& db) { EXPECT_EQ(UserTables(db), Strings{"JANE.TREE"}); });
 }
 
+TEST_F(Odbc, APasswordIsTakenOutOfThePathAndUsedAllTheSame) {
+    for (const char* source : {"ODBC;DSN=survey;UID=jane", "ODBC;DRIVER={My Driver};UID=jane"}) {
+        std::string with = std::string(source) + ";PWD={se;cret}";
+        EXPECT_EQ(TakePassword(with), source);
+        EXPECT_EQ(OpenConnectString(source), with);
+        LoadRecord(source, key);
+        EXPECT_EQ(server->opened.back(), with);
+    }
+    EXPECT_EQ(TakePassword("/jobs/PWD=x;.mdb"), "/jobs/PWD=x;.mdb");
+}
+
+TEST_F(Odbc, NamesThatAreNoPlainWordsStandInBrackets) {
+    server->actualConnect = "ODBC;DSN=survey;UID=jane-d";
+    const RecordKey hydrant{"Fire Hydrant", "NO#", "a1", "Fire Hydrant"};
+    server->tables["JANE-D.Fire Hydrant"] = columns({"NO#"});
+    ASSERT_TRUE(SaveRecord(path, hydrant,
+                           {{"FLOW (GPM)", FieldKind::kReal, "2"}, {"flow (gpm)", FieldKind::kReal, "3"}}));
+    EXPECT_EQ(server->log, (Strings{"add JANE-D.Fire Hydrant GIS_KEY", "add JANE-D.Fire Hydrant FLOW (GPM)",
+                                    "UPDATE [JANE-D].[Fire Hydrant] SET GIS_KEY = 'Fire Hydrant'",
+                                    "SELECT * FROM [JANE-D].[Fire Hydrant] WHERE UCASE([NO#]) = 'A1' AND "
+                                    "UCASE(GIS_KEY) = 'FIRE HYDRANT'",
+                                    "INSERT INTO [JANE-D].[Fire Hydrant] ([NO#],GIS_KEY,[FLOW (GPM)]) "
+                                    "VALUES('A1','FIRE HYDRANT','3')"}));
+}
+
 TEST_F(Odbc, WithoutAUserTheTablesOfAllCountButTheEnginesOwn) {
     for (const char* name : {"A.MSYSX", "MSYSX", "~TMP1", "B", "A.TREE"}) server->tables[name] = {};
     WithDatabase(path, [](CDaoDatabase& db) {
