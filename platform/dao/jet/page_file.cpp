@@ -148,9 +148,9 @@ void PageFile::endRead() {
 // False: the file must be put right first, and another process is about to do it.
 bool PageFile::refresh() {
     if (journal_.exists() && !recover()) return false;
-    int64_t time = seenTime_, size = seenSize_;
+    FileState before = seen_;
     noteFile();
-    if (time == seenTime_ && size == seenSize_) return true;
+    if (seen_ == before) return true;
     forgetPages();
     ++generation_;
     return true;
@@ -160,8 +160,7 @@ void PageFile::noteFile() {
     struct stat s;
     if (::fstat(file_, &s) != 0)
         throw Error("The database \"" + path_ + "\" cannot be read: " + std::strerror(errno) + ".");
-    seenTime_ = nanoseconds(s.st_mtim);
-    seenSize_ = s.st_size;
+    seen_ = {s.st_dev, s.st_ino, nanoseconds(s.st_mtim), s.st_size};
     constexpr uint64_t kMostPages = 0xFFFFFF;
     pageCount_ =
         static_cast<uint32_t>(std::min(static_cast<uint64_t>(s.st_size) / format_->pageSize, kMostPages));
@@ -230,7 +229,7 @@ void PageFile::commit() {
     if (!writing_) return;
     std::vector<std::shared_ptr<Page>> dirty;
     std::vector<uint32_t> originals;
-    auto pagesBefore = static_cast<uint32_t>(static_cast<uint64_t>(seenSize_) / format_->pageSize);
+    auto pagesBefore = static_cast<uint32_t>(static_cast<uint64_t>(seen_.size) / format_->pageSize);
     for (const auto& page : pages_) {
         if (!page || !page->dirty) continue;
         dirty.push_back(page);
@@ -292,8 +291,8 @@ void PageFile::moveTimeForward() {
     struct stat s;
     if (::fstat(file_, &s) != 0) return;
     int64_t time = nanoseconds(s.st_mtim);
-    if (time > seenTime_ && seenTime_ >= 0) return;
-    time = std::max(time, seenTime_) + 1000;
+    if (time > seen_.time && seen_.time >= 0) return;
+    time = std::max(time, seen_.time) + 1000;
     timespec times[2] = {{0, UTIME_OMIT}, {time / 1000000000, time % 1000000000}};
     ::futimens(file_, times);
 }

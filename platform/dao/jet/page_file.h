@@ -33,6 +33,13 @@ struct Page {
 };
 using PagePtr = std::shared_ptr<const Page>;
 
+// One state of one file: two that are equal had the same content.
+struct FileState {
+    uint64_t device = 0, inode = 0;
+    int64_t time = -1, size = -1;  // of its last change, in nanoseconds; in bytes
+    bool operator==(const FileState&) const = default;
+};
+
 class PageFile {
   public:
     struct Options {
@@ -65,9 +72,11 @@ class PageFile {
     // Counts the changes that did not go through this object step by step: what was remembered of the content
     // is no longer good when it differs.
     uint64_t generation() const { return generation_; }
+    // The state of the file when it was last looked at, or last committed.
+    const FileState& state() const { return seen_; }
     uint32_t pageCount() const { return pageCount_; }
     // Whether the file has no part of a page at its end.
-    bool endsWithWholePage() const { return seenSize_ % static_cast<int64_t>(format_->pageSize) == 0; }
+    bool endsWithWholePage() const { return seen_.size % static_cast<int64_t>(format_->pageSize) == 0; }
 
     PagePtr page(uint32_t number);
     // A page of a type, or a DamagedError.
@@ -131,9 +140,8 @@ class PageFile {
     bool holdsWriter_ = false;  // while beginWrite looks at the file
     uint64_t generation_ = 1;
     uint32_t pageCount_ = 0;
-    bool shrinks_ = false;   // the file is to become shorter with the next commit
-    int64_t seenTime_ = -1;  // nanoseconds
-    int64_t seenSize_ = -1;
+    bool shrinks_ = false;  // the file is to become shorter with the next commit
+    FileState seen_;
 
     std::vector<std::shared_ptr<Page>> pages_;
     size_t kept_ = 0;

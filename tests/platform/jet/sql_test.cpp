@@ -180,6 +180,48 @@ TEST_P(Dialect, Changes) {
     EXPECT_EQ(faultsOf(path), "");
 }
 
+// Searches without an index walk through a table once: what they remember must follow every change, also when
+// the database is closed in between, or another process has written to it.
+TEST_F(JetSql, WhatSearchesRememberFollowsTheFile) {
+    std::string found = "SELECT N FROM plain WHERE GIS_KEY = 'WELL'";
+    auto add = [&](int n) {
+        CDaoRecordset records(&db);
+        records.Open(dbOpenDynaset, "SELECT * FROM [PLAIN]");
+        records.AddNew();
+        records.SetFieldValue("GIS_KEY", "well");
+        records.SetFieldValue("N", n);
+        records.Update();
+    };
+    EXPECT_EQ(values(found), "");
+    add(4001);
+    EXPECT_EQ(values(found), "4001 ") << "a name in other letters is the same table";
+    db.Close();
+    db.Open(path);
+    EXPECT_EQ(values(found), "4001 ");
+    add(4002);
+    db.Close();
+    EXPECT_EQ(outputOf("'" NORVANE_BIN_DIR "/jet' sql '" + path +
+                       "' \"INSERT INTO PLAIN (GIS_KEY, N) VALUES ('WELL', 4003)\""),
+              "");
+    db.Open(path);
+    EXPECT_EQ(values(found), "4001 4002 4003 ");
+    db.BeginTrans();
+    db.Execute("DELETE FROM PLAIN WHERE N = 4001");
+    add(4004);
+    EXPECT_EQ(values(found), "4002 4003 4004 ");
+    db.Close();  // which undoes it
+    db.Open(path);
+    EXPECT_EQ(values(found), "4001 4002 4003 ");
+    db.Close();
+    std::filesystem::copy_file(path, folder("copy.mdb"));
+    db.Open(folder("copy.mdb"));
+    db.Execute("UPDATE PLAIN SET GIS_KEY = 'X' WHERE N = 4002");
+    EXPECT_EQ(values(found), "4001 4003 ");
+    db.Close();
+    db.Open(path);
+    EXPECT_EQ(values(found), "4001 4002 4003 ");
+}
+
 TEST_F(JetSql, AStatementThatFailsChangesNothing) {
     EXPECT_THROW(db.Execute("UPDATE PLAIN SET N = N + 2500"), CDaoException);
     EXPECT_EQ(values("SELECT MAX(N) FROM PLAIN"), "2999 ");

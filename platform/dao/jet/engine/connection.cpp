@@ -75,6 +75,10 @@ AccessConnection::AccessConnection(const Source& source) : db_(source.path, opti
 }
 
 AccessConnection::~AccessConnection() {
+    // What is not committed is undone now.
+    if (!db_.inTransaction() && generation_ == db_.generation())
+        for (auto& [name, table] : tables_)
+            LookupStore::instance().keep(db_.store().file.state(), name, std::move(table->lookups));
     tables_.clear();
     sqlite3_close_v2(sql_);
 }
@@ -106,8 +110,9 @@ std::vector<CDaoTableDefInfo> AccessConnection::tables() {
 }
 
 std::shared_ptr<Table> AccessConnection::table(const std::string& name) {
-    std::shared_ptr<Table>& table = tables_[name];
-    if (table) return table;
+    // However a name is written, it is one table: its lookups must see every change.
+    std::string key = text::upper(name);
+    if (auto known = tables_.find(key); known != tables_.end()) return known->second;
     auto made = std::make_shared<Table>();
     made->name = name;
     made->records = db_.records(name);
@@ -118,7 +123,8 @@ std::shared_ptr<Table> AccessConnection::table(const std::string& name) {
         fields.back().ordinalPosition = static_cast<int>(fields.size()) - 1;
     }
     made->rules = std::make_unique<FieldRules>(sql_, std::move(fields));
-    return tables_[name] = made;
+    if (!db_.inTransaction()) made->lookups = LookupStore::instance().take(db_.store().file.state(), key);
+    return tables_[key] = made;
 }
 
 std::vector<CDaoFieldInfo> AccessConnection::fields(const std::string& table) {
