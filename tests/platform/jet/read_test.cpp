@@ -4,6 +4,7 @@
 #include <fstream>
 #include <random>
 
+#include "platform/dao/jet/check.h"
 #include "tests/platform/dao/scratch.h"
 #include "tests/platform/jet/given_files.h"
 
@@ -112,6 +113,8 @@ class Damage : public ::testing::Test {
         std::ofstream(path, std::ios::binary | std::ios::trunc) << content;
         bool error = false;
         try {
+            Database db(path, {.readOnly = true});
+            error = !check(db).empty();
             readAll(path);
         } catch (const Error&) {
             error = true;
@@ -127,10 +130,12 @@ TEST_F(Damage, FilesThatAreCut) {
     for (const char* name :
          {"foreign/delTestV1997.mdb", "foreign/overflowTestV2000.mdb", "template_97.mdb"}) {
         std::string whole = read(givenFile(name));
-        size_t errors = 0, cuts = 0;
-        for (size_t size = 0; size < whole.size(); size += 1 + random() % 3000, ++cuts)
-            errors += noticed(whole.substr(0, size));
-        EXPECT_GT(errors, cuts / 2) << name;
+        // In the first page anywhere, then within pages and between them.
+        for (size_t size = 0; size < 200; size += 7)
+            EXPECT_TRUE(noticed(whole.substr(0, size))) << name << size;
+        for (size_t size = 2048; size < whole.size(); size += 2048)
+            for (size_t cut : {size - 1, size, size + 1 + random() % 2046})
+                EXPECT_TRUE(noticed(whole.substr(0, cut))) << name << " " << cut;
     }
 }
 
@@ -146,6 +151,33 @@ TEST_F(Damage, PagesOfNoise) {
             errors += noticed(damaged);
         }
         EXPECT_GT(errors, 5u) << name;
+    }
+}
+
+// Every link from page to page leads back to where it came from, or to another page of the kind.
+TEST_F(Damage, CyclesInPageChains) {
+    for (const char* name : {"output_97.mdb", "foreign/compIndexTestV1997.mdb", "foreign/test2V2000.mdb"}) {
+        std::string whole = read(givenFile(name));
+        bool is97 = whole[0x14] == 0;
+        size_t pageSize = is97 ? 2048 : 4096, errors = 0, links = 0;
+        auto link = [&](size_t page, size_t at, size_t to) {
+            std::string damaged = whole;
+            for (size_t i = 0; i < 4; ++i)
+                damaged[page * pageSize + at + i] = static_cast<char>(to >> (8 * i));
+            errors += noticed(damaged);
+            ++links;
+        };
+        for (size_t page = 2; page < whole.size() / pageSize; ++page) {
+            auto kind = static_cast<PageType>(whole[page * pageSize]);
+            if (kind == PageType::kDefinition) link(page, 4, page);
+            if (kind != PageType::kNode && kind != PageType::kLeaf) continue;
+            const Format& format = is97 ? kJet3 : kJet4;
+            for (size_t at : {format.indexPreviousAt, format.indexNextAt}) link(page, at, page);
+            if (kind == PageType::kNode) link(page, format.indexTailAt, page);
+        }
+        EXPECT_GT(links, 20u) << name;
+        EXPECT_GT(errors, links / 2)
+            << name << ": a short definition has no use for its link, and a free page for none";
     }
 }
 
