@@ -185,7 +185,7 @@ TEST_F(WindowPrompts, UnsavedWorkIsAskedForOnceAndSavedOnYes) {
 TEST_F(WindowPrompts, ADatabaseIsCompactedFromTheMenu) {
     makeTemplate(*host_, folder_);
     QString told;
-    person({[&] { menuEntry("Compact database...")->trigger(); },
+    person({[&] { menuEntry("Compact and repair database...")->trigger(); },
             [&] {
                 auto* box = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
                 ASSERT_NE(box, nullptr);
