@@ -19,7 +19,8 @@ constexpr const char* kUsage =
     "jet compact FILE              writes the file anew, without the room that deleted things have left; of "
     "a damaged\n"
     "                              one saves what can be read, and tells what is lost\n"
-    "jet check FILE                faults of the structure; nothing for a sound file\n";
+    "jet check FILE                faults of the structure; nothing for a sound file\n"
+    "jet --password WORD ...       the same for a database that is protected by a password\n";
 
 int create(const std::string& file, const std::string& version) {
     bool old = version == "97";
@@ -28,9 +29,9 @@ int create(const std::string& file, const std::string& version) {
     return 0;
 }
 
-int runSql(const std::string& file, const std::string& sql) {
+int runSql(const std::string& file, const std::string& password, const std::string& sql) {
     CDaoDatabase db;
-    db.Open(file);
+    db.Open(file, false, false, password.empty() ? "" : ";PWD=" + password);
     jet::runStatements(db, sql, std::cout);
     db.Close();
     return 0;
@@ -42,15 +43,20 @@ int printFaults(jet::Database& db) {
     return faults.empty() ? 0 : 1;
 }
 
-int compact(const std::string& file) {
-    jet::CompactReport report = jet::compactAndRepair(file, {});
+int compact(const std::string& file, const jet::Database::Options& options) {
+    jet::CompactReport report = jet::compactAndRepair(file, options);
     for (const std::string& loss : report.losses) std::cout << loss << "\n";
     std::cout << report.bytesBefore << " bytes before, " << report.bytesAfter << " bytes now\n";
     if (!report.kept.empty()) std::cout << "The damaged file is kept as " << report.kept << "\n";
     return report.losses.empty() ? 0 : 1;
 }
 
-int run(const std::vector<std::string>& arguments) {
+int run(std::vector<std::string> arguments) {
+    jet::Database::Options options;
+    if (arguments.size() >= 2 && arguments[0] == "--password") {
+        options.password = arguments[1];
+        arguments.erase(arguments.begin(), arguments.begin() + 2);
+    }
     auto argument = [&](size_t i) { return i < arguments.size() ? arguments[i] : std::string(); };
     std::string command = argument(0), file = argument(1), rest = argument(2);
     bool json = command == "dump" && file == "--json";
@@ -63,9 +69,9 @@ int run(const std::vector<std::string>& arguments) {
         return 2;
     }
     if (command == "create") return create(file, rest);
-    if (command == "sql") return runSql(file, rest);
-    if (command == "compact" || command == "repair") return compact(file);
-    jet::Database db(file, {});
+    if (command == "sql") return runSql(file, options.password, rest);
+    if (command == "compact" || command == "repair") return compact(file, options);
+    jet::Database db(file, options);
     if (command == "check") return printFaults(db);
     if (command == "tables")
         jet::printTables(db, std::cout);
