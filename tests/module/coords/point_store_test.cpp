@@ -239,9 +239,9 @@ TEST_P(ModuleStore, ThroughTheModule) {
     EXPECT_EQ(PointStoreHighest(), std::string(GetParam()) == "zak" ? "ZZZZZZZZ" : "ZZZZZZZ");
     EXPECT_EQ(PointStoreLowest(), "1");
     EXPECT_EQ(walk("all"), "");
-    PointStoreClose();
 
     ModulePoints other(file.format);
+    PointStoreClose();
     EXPECT_FALSE(other.Create(folder_("broken" + name_), 31));
     EXPECT_EQ(other.error, 21);
     EXPECT_FALSE(other.Create(folder_("code9" + name_), 31));
