@@ -15,7 +15,7 @@ namespace hostcad {
 struct Modules::Module {
     std::string path;
     std::string fileName;  // lower case, without folder
-    void* library = nullptr;
+    void* handle = nullptr;
     AcRx::AppRetCode (*entryPoint)(AcRx::AppMsgCode, void*) = nullptr;
     bool isLocked = true;
     bool hasDrawing = false;
@@ -56,14 +56,14 @@ bool Modules::load(const std::string& name) {
     auto module = std::make_unique<Module>();
     module->path = path;
     module->fileName = text::lower(files::nameOf(path));
-    module->library = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
-    if (!module->library) {
+    module->handle = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+    if (!module->handle) {
         const char* reason = dlerror();
         return refuse(path, reason ? reason : "it is no module.");
     }
-    auto version = reinterpret_cast<int (*)()>(dlsym(module->library, "acrxGetApiVersion"));
+    auto version = reinterpret_cast<int (*)()>(dlsym(module->handle, "acrxGetApiVersion"));
     module->entryPoint =
-        reinterpret_cast<decltype(module->entryPoint)>(dlsym(module->library, "acrxEntryPoint"));
+        reinterpret_cast<decltype(module->entryPoint)>(dlsym(module->handle, "acrxEntryPoint"));
     std::string reason;
     if (!version || !module->entryPoint)
         reason = "it is no module: acrxGetApiVersion or acrxEntryPoint is missing.";
@@ -71,14 +71,14 @@ bool Modules::load(const std::string& name) {
         reason = text::format("it is made for version %d of the host's interface, this is %d.", version(),
                               kApiVersion);
     if (!reason.empty()) {
-        dlclose(module->library);
+        dlclose(module->handle);
         return refuse(path, reason);
     }
     Module& added = *module;
     modules_.push_back(std::move(module));
     if (send(added, AcRx::kInitAppMsg) == AcRx::kRetError) {
         removeFunctions(added);
-        dlclose(added.library);
+        dlclose(added.handle);
         std::erase_if(modules_, [&](const auto& m) { return m.get() == &added; });
         return refuse(path, "it says that it cannot start.");
     }
@@ -100,7 +100,7 @@ bool Modules::unload(const std::string& name) {
     if (module->hasDrawing) send(*module, AcRx::kUnloadDwgMsg);
     send(*module, AcRx::kUnloadAppMsg);
     removeFunctions(*module);
-    dlclose(module->library);
+    dlclose(module->handle);
     std::erase_if(modules_, [&](const auto& m) { return m.get() == module; });
     return true;
 }

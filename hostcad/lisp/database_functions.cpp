@@ -13,9 +13,7 @@ namespace {
 // What a source on a server is opened with. A program that has opened it before keeps the whole connect
 // string, with the password, in the symbol "@" + what is behind "ODBC;DSN=" or "ODBC;".
 std::string connectString(Interpreter& lisp, const std::string& database) {
-    std::string_view source = database;
-    for (std::string_view prefix : {"ODBC;", "DSN="})
-        if (text::startsWith(source, prefix)) source.remove_prefix(prefix.size());
+    std::string_view source = dao::sourceOf(database);
     Symbol* known = source.empty() ? nullptr : lisp.find("@" + std::string(source));
     return known && known->value.isString() ? known->value.asString() : database;
 }

@@ -11,17 +11,13 @@
 
 namespace {
 
-constexpr std::string_view kOdbc = "ODBC;";
-constexpr std::string_view kOdbcSource = "ODBC;DSN=";
-
 bool isOdbc(const CDaoDatabase& database) {
     return IsOdbcPath(database.GetConnect());
 }
 
 // The symbol that holds the connect string of a path; "" when nothing is named.
 std::string connectSymbol(const std::string& path) {
-    std::string_view source = path;
-    source.remove_prefix(text::startsWith(path, kOdbcSource) ? kOdbcSource.size() : kOdbc.size());
+    std::string_view source = dao::sourceOf(path);
     return source.empty() ? "" : "@" + std::string(source);
 }
 

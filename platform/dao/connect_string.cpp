@@ -49,6 +49,12 @@ bool isConnectString(std::string_view text) {
     return text::startsWith(text, kPrefix);
 }
 
+std::string_view sourceOf(std::string_view connect) {
+    for (std::string_view prefix : {kPrefix, std::string_view("DSN=")})
+        if (text::startsWith(connect, prefix)) connect.remove_prefix(prefix.size());
+    return connect;
+}
+
 std::string withoutPassword(std::string_view connect) {
     ConnectString string(connect);
     for (std::string_view name : kPasswords) string.remove(name);

@@ -10,6 +10,10 @@ namespace dao {
 // Whether a text names a server database and not a file: it begins with "ODBC;".
 bool isConnectString(std::string_view text);
 
+// What names its source: the text behind "ODBC;DSN=" or, where a driver is named instead, behind "ODBC;".
+// Those who keep something by a source keep it under this.
+std::string_view sourceOf(std::string_view connect);
+
 // The same text without the setting that holds the password. Everything else stays as it stands.
 std::string withoutPassword(std::string_view connect);
 

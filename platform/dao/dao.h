@@ -8,14 +8,13 @@
 // database is closed, and from time to time while it is open. Text compares without regard to case.
 #pragma once
 
-#include <cstdint>
-#include <functional>
 #include <memory>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "platform/dao/compact_report.h"
 #include "platform/dao/variant.h"
 
 // Types of a field.
@@ -87,15 +86,6 @@ struct CDaoTableDefInfo {
 namespace dao {
 class Connection;
 class Cursor;
-
-// What became of a file that was compacted.
-struct CompactReport {
-    uint64_t bytesBefore = 0, bytesAfter = 0;
-    std::vector<std::string> losses;  // a sentence for each; none: everything is there
-    std::string kept;                 // where the damaged file was put aside; "" when nothing was lost
-};
-// How many tables are done, of how many.
-using CompactProgress = std::function<void(size_t done, size_t all)>;
 
 // Writes a database anew, without the room that deleted things have left. Of a damaged Access database, what
 // can be read is saved. The file is as it was when this throws. connect: ";PWD=..." for one with a password.

@@ -145,10 +145,10 @@ std::string dateText(Date date) {
     return out;
 }
 
-std::string shortest(float value) {
+template <typename Real>
+std::string shortest(Real value) {
     char buffer[64];
-    auto end = std::to_chars(buffer, buffer + sizeof buffer, value).ptr;
-    return std::string(buffer, end);
+    return {buffer, std::to_chars(buffer, buffer + sizeof buffer, value).ptr};
 }
 
 struct ToText {
@@ -157,7 +157,7 @@ struct ToText {
     std::string operator()(uint8_t v) const { return std::to_string(v); }
     std::string operator()(int16_t v) const { return std::to_string(v); }
     std::string operator()(int32_t v) const { return std::to_string(v); }
-    std::string operator()(float v) const { return shortest(v); }
+    std::string operator()(float v) const { return exactText(v); }
     std::string operator()(double v) const { return text::fromReal(v); }
     std::string operator()(Currency v) const {
         return text::fromReal(static_cast<double>(v.tenThousandths) / 10000.0);
@@ -168,6 +168,21 @@ struct ToText {
 };
 
 }  // namespace
+
+std::string exactText(float value) {
+    return shortest(value);
+}
+
+std::string exactText(double value) {
+    return shortest(value);
+}
+
+std::string exactText(Currency value) {
+    const int64_t n = value.tenThousandths;
+    const uint64_t magnitude = n < 0 ? 0 - static_cast<uint64_t>(n) : static_cast<uint64_t>(n);
+    return text::format("%s%llu.%04llu", n < 0 ? "-" : "", static_cast<unsigned long long>(magnitude / 10000),
+                        static_cast<unsigned long long>(magnitude % 10000));
+}
 
 std::string toText(const Variant& value) {
     return std::visit(ToText{}, value.content());

@@ -64,6 +64,12 @@ class Variant {
 // without trailing zeros, dates as "2004-05-31 13:45:10" (without a time at midnight), booleans as -1 and 0.
 std::string toText(const Variant& value);
 
+// The shortest text that is this number and no other.
+std::string exactText(float value);
+std::string exactText(double value);
+// With all four decimals.
+std::string exactText(Currency value);
+
 // Dates by calendar. An invalid day gives false.
 bool dateFromCalendar(int year, int month, int day, int hour, int minute, int second, Date& date);
 struct Calendar {

@@ -1,14 +1,12 @@
 // Writing a database anew, without the room that deleted things have left.
 #pragma once
 
-#include <functional>
-
+#include "platform/dao/compact_report.h"
 #include "platform/dao/jet/database.h"
 
 namespace jet {
 
-// How many tables are done, of how many.
-using Progress = std::function<void(size_t done, size_t all)>;
+using Progress = dao::CompactProgress;
 
 // Compacts a database that is in no transaction. Every table is copied row by row in the order of its
 // records, its indexes are filled anew, and the result takes the place of the old content in one transaction,

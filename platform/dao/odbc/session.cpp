@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "platform/dao/connect_string.h"
-#include "platform/dao/odbc/sign_on.h"
+#include "platform/dao/odbc/sign_in.h"
 #include "platform/dao/odbc/statement.h"
 
 namespace dao::odbc {
@@ -22,7 +22,7 @@ Session::Session(const Source& source) : handle_(SQL_HANDLE_DBC, environment()) 
     if (source.readOnly)
         SQLSetConnectAttr(handle_.get(), SQL_ATTR_ACCESS_MODE,
                           reinterpret_cast<SQLPOINTER>(SQL_MODE_READ_ONLY), 0);
-    connect_ = signOn(handle_, source.connect, !source.readOnly);
+    connect_ = signIn(handle_, source.connect, !source.readOnly);
     connected_ = true;
     user_ = ConnectString(connect_).value("UID");
     name_ = nameOf(handle_.get());

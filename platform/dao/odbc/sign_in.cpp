@@ -1,85 +1,87 @@
 #include "platform/dao/odbc/sign_in.h"
 
+#include <algorithm>
+
+#include "platform/dao/connect_string.h"
+#include "platform/dao/dao.h"
+#include "platform/dao/odbc/sign_in_dialog.h"
+#include "platform/dao/odbc/wide_text.h"
 #include "platform/text/text.h"
-#include "platform/ui/dialog.h"
 
 namespace dao::odbc {
 namespace {
 
-constexpr int kReason = 1001;
-constexpr int kSourceCaption = 1002;
-constexpr int kSource = 1003;
-constexpr int kUserCaption = 1004;
-constexpr int kUser = 1005;
-constexpr int kPasswordCaption = 1006;
-constexpr int kPassword = 1007;
+constexpr int kSecondsToConnect = 5;
 
-// Servers say a lot; a label shows the lines that it is given.
-std::string inLines(const std::string& words) {
-    constexpr size_t kLongest = 70;
-    std::string out, line;
-    for (const std::string& word : text::split(words, ' ')) {
-        if (!line.empty() && line.size() + 1 + word.size() > kLongest) {
-            out += line + "\n";
-            line.clear();
-        }
-        line += (line.empty() ? "" : " ") + word;
-    }
-    return out + line;
+bool namesASource(const ConnectString& connect) {
+    for (const char* setting : {"DSN", "DRIVER", "FILEDSN"})
+        if (!connect.value(setting).empty()) return true;
+    return false;
 }
 
-class SignInDialog : public ui::Dialog {
-  public:
-    SignInDialog(ConnectString& connect, const std::vector<std::string>& sources, const std::string& reason)
-        : ui::Dialog(kSignInDialog, "Sign in to the database"), connect_(connect) {
-        add<ui::Label>(kReason, inLines(reason)).show(!reason.empty());
-        add<ui::Label>(kSourceCaption, "&Data source:");
-        auto& list = add<ui::DropDown>(kSource);
-        for (const std::string& source : sources) list.addItem(source);
-        add<ui::Label>(kUserCaption, "&User:");
-        add<ui::Edit>(kUser).setText(connect.value("UID"));
-        add<ui::Label>(kPasswordCaption, "&Password:");
-        add<ui::Edit>(kPassword).setSecret();
-        add<ui::Button>(ui::kOk, "OK", true);
-        add<ui::Button>(ui::kCancel, "Cancel");
-        using namespace ui;
-        setLayout(column(
-            {item(kReason),
-             table({row({item(kSourceCaption), item(kSource, 1)}), row({item(kUserCaption), item(kUser)}),
-                    row({item(kPasswordCaption), item(kPassword)})}),
-             spring(), row({spring(), item(kOk), item(kCancel)})}));
-    }
+std::vector<std::string> knownSources() {
+    std::vector<std::string> sources;
+    SQLWCHAR name[256], description[256];
+    SQLSMALLINT nameUnits = 0, descriptionUnits = 0;
+    for (SQLUSMALLINT which = SQL_FETCH_FIRST; SQL_SUCCEEDED(SQLDataSourcesW(
+             environment(), which, name, 256, &nameUnits, description, 256, &descriptionUnits));
+         which = SQL_FETCH_NEXT)
+        sources.push_back(fromWide(name, static_cast<size_t>(std::clamp<SQLSMALLINT>(nameUnits, 0, 255))));
+    return sources;
+}
 
-  private:
-    // The source that the string names is shown; one that names a driver has none.
-    void onOpen() override {
-        auto& list = *static_cast<ui::DropDown*>(find(kSource));
-        std::string source = connect_.value("DSN");
-        if (!source.empty() && list.findExact(source) < 0) list.addItem(source);
-        list.select(list.findExact(source));
-        if (list.selected() < 0 && list.count() > 0) list.select(0);
-        list.enable(!connect_.has("DRIVER"));
-        bool chosen = !source.empty() || !list.enabled();
-        setFocus(!chosen ? kSource : connect_.value("UID").empty() ? kUser : kPassword);
-    }
+bool isAboutPassword(const std::vector<Diagnostic>& diagnostics) {
+    return std::any_of(diagnostics.begin(), diagnostics.end(), [](const Diagnostic& d) {
+        return text::startsWith(d.state, "28") || text::lower(d.text).find("password") != std::string::npos;
+    });
+}
 
-    void onOk() override {
-        auto* list = static_cast<ui::DropDown*>(find(kSource));
-        if (list->enabled() && list->selected() < 0) return setFocus(kSource);
-        if (list->enabled()) connect_.set("DSN", list->selectedText());
-        std::string_view user = text::trim(find(kUser)->text());
-        if (!user.empty() || connect_.has("UID")) connect_.set("UID", user);
-        connect_.set("PWD", find(kPassword)->text());
-        end(ui::kOk);
-    }
+// What the string calls its source.
+std::string nameOf(const ConnectString& connect) {
+    std::string dsn = connect.value("DSN");
+    if (!dsn.empty()) return "\"" + dsn + "\"";
+    return "\"" + withoutPassword(connect.text()) + "\"";
+}
 
-    ConnectString& connect_;
-};
+// One attempt. False, and what is wrong, when it fails. The user whom the source has by itself goes into the
+// string.
+bool attempt(const Handle& connection, ConnectString& connect, std::vector<Diagnostic>& wrong) {
+    std::vector<SQLWCHAR> in = toWide(connect.text());
+    in.push_back(0);
+    SQLWCHAR out[4096] = {};
+    SQLSMALLINT units = 0;
+    SQLRETURN result =
+        SQLDriverConnectW(connection.get(), nullptr, in.data(), SQL_NTS, out,
+                          static_cast<SQLSMALLINT>(std::size(out)), &units, SQL_DRIVER_NOPROMPT);
+    if (!SQL_SUCCEEDED(result)) {
+        wrong = diagnosticsOf(SQL_HANDLE_DBC, connection.get());
+        return false;
+    }
+    // Of what drivers give back, a long list of settings, nothing else is of use.
+    size_t most = std::size(out) - 1;
+    ConnectString opened(fromWide(out, std::min(most, static_cast<size_t>(std::max<SQLSMALLINT>(units, 0)))));
+    if (connect.value("UID").empty() && !opened.value("UID").empty()) connect.set("UID", opened.value("UID"));
+    return true;
+}
 
 }  // namespace
 
-bool signIn(ConnectString& connect, const std::vector<std::string>& sources, const std::string& reason) {
-    return SignInDialog(connect, sources, reason).runModal() == ui::kOk;
+std::string signIn(const Handle& connection, const std::string& given, bool mayAsk) {
+    SQLSetConnectAttr(connection.get(), SQL_ATTR_LOGIN_TIMEOUT,
+                      reinterpret_cast<SQLPOINTER>(static_cast<SQLULEN>(kSecondsToConnect)), 0);
+    ConnectString connect(given);
+    if (!namesASource(connect) && !(mayAsk && askToSignIn(connect, knownSources(), "")))
+        throw CDaoException("No data source is named.");
+    std::vector<Diagnostic> wrong;
+    while (!attempt(connection, connect, wrong)) {
+        std::string reason = "The data source " + nameOf(connect) + " cannot be opened: " + sentenceOf(wrong);
+        // Some repeat what they have been given.
+        std::string password = connect.password();
+        if (!password.empty()) reason = text::replaceAll(reason, "=" + password, "=****");
+        bool ask = mayAsk && isAboutPassword(wrong);
+        if (!ask || !askToSignIn(connect, knownSources(), reason)) throw CDaoException(reason);
+    }
+    return "ODBC;" + connect.text();
 }
 
 }  // namespace dao::odbc

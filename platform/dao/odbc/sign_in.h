@@ -1,18 +1,15 @@
-// The box that asks for what a connect string does not say: the data source, the user, the password.
+// Connecting to the source of a connect string, with the questions that this may need.
 #pragma once
 
 #include <string>
-#include <vector>
 
-#include "platform/dao/connect_string.h"
+#include "platform/dao/odbc/handles.h"
 
 namespace dao::odbc {
 
-// Number of the dialog, for scripts that answer it.
-constexpr int kSignInDialog = 1601;
-
-// Asks, with what the string says filled in, and puts the answers into it. reason: why the source could not
-// be opened so far; "" for the first question. False when the person does not want to, or nobody is there.
-bool signIn(ConnectString& connect, const std::vector<std::string>& sources, const std::string& reason);
+// Connects, and gives the connect string that the source was really opened with, password included. A string
+// that names no source, or whose password the server does not take, makes the sign-in box ask, if mayAsk.
+// Throws a CDaoException in the driver's words, never with the password in them.
+std::string signIn(const Handle& connection, const std::string& connect, bool mayAsk);
 
 }  // namespace dao::odbc

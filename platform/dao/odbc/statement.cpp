@@ -15,20 +15,6 @@ constexpr size_t kLongestName = 512;
 // Longer text and data go by the types without a limit.
 constexpr size_t kLongValue = 4000;
 
-// The shortest text that is this number and no other.
-template <typename Real>
-std::string exactText(Real number) {
-    char buffer[64];
-    return std::string(buffer, std::to_chars(buffer, buffer + sizeof buffer, number).ptr);
-}
-
-std::string moneyText(Currency amount) {
-    int64_t n = amount.tenThousandths;
-    uint64_t magnitude = n < 0 ? 0 - static_cast<uint64_t>(n) : static_cast<uint64_t>(n);
-    return text::format("%s%llu.%04llu", n < 0 ? "-" : "", static_cast<unsigned long long>(magnitude / 10000),
-                        static_cast<unsigned long long>(magnitude % 10000));
-}
-
 // Reads digits with a point; false for anything else, and for what does not fit.
 bool moneyFromText(std::string_view s, Currency& amount) {
     bool negative = !s.empty() && s.front() == '-';
@@ -116,7 +102,7 @@ void Statement::bind(int number, const Variant& value) {
         // Drivers turn reals into text with too few digits; this is done better here.
         void operator()(float v) const { number(exactText(v), SQL_REAL, 7, 0); }
         void operator()(double v) const { number(exactText(v), SQL_DOUBLE, 15, 0); }
-        void operator()(Currency v) const { number(moneyText(v), SQL_DECIMAL, 19, 4); }
+        void operator()(Currency v) const { number(exactText(v), SQL_DECIMAL, 19, 4); }
         void operator()(Date v) const {
             p.date = timestampOf(v);
             b = {SQL_C_TYPE_TIMESTAMP, SQL_TYPE_TIMESTAMP, 19, 0, &p.date};

@@ -50,7 +50,6 @@ std::string menuPath(const std::vector<Menu::Entry>& entries, size_t index) {
     return path;
 }
 
-// An entry is named by its caption, or where that is not enough by its path.
 // A step as the log keeps it: without what is typed into a secret edit.
 std::string loggedText(const Dialog& dialog, const Step& step) {
     auto* edit = dynamic_cast<const Edit*>(dialog.find(step.control));
@@ -60,6 +59,7 @@ std::string loggedText(const Dialog& dialog, const Step& step) {
     return stepText(shown);
 }
 
+// An entry is named by its caption, or where that is not enough by its path.
 std::string performMenu(Dialog& dialog, const std::string& name) {
     for (const auto& control : dialog.controls())
         if (auto* menu = dynamic_cast<Menu*>(control.get()))

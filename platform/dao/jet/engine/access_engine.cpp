@@ -35,9 +35,7 @@ class AccessEngine : public FileEngine {
 
     CompactReport compact(const Source& source, const CompactProgress& progress) override {
         try {
-            jet::CompactReport report =
-                jet::compactAndRepair(source.path, access::optionsOf(source), progress);
-            return {report.bytesBefore, report.bytesAfter, report.losses, report.kept};
+            return jet::compactAndRepair(source.path, access::optionsOf(source), progress);
         } catch (const jet::Error& error) {
             throw CDaoException(error.what());
         }

@@ -15,12 +15,6 @@ std::string hex(const dao::Binary& bytes) {
     return out;
 }
 
-template <typename T>
-std::string shortest(T value) {
-    char buffer[64];
-    return {buffer, std::to_chars(buffer, buffer + sizeof buffer, value).ptr};
-}
-
 // Numbers and booleans as they stand; other values as text that is still to be quoted.
 struct Printed {
     std::string text;
@@ -33,16 +27,9 @@ struct Print {
     Printed operator()(uint8_t v) const { return {std::to_string(v)}; }
     Printed operator()(int16_t v) const { return {std::to_string(v)}; }
     Printed operator()(int32_t v) const { return {std::to_string(v)}; }
-    Printed operator()(float v) const { return {shortest(v), !std::isfinite(v)}; }
-    Printed operator()(double v) const { return {shortest(v), !std::isfinite(v)}; }
-    Printed operator()(dao::Currency v) const {
-        auto amount =
-            static_cast<uint64_t>(v.tenThousandths < 0 ? -(v.tenThousandths + 1) : v.tenThousandths);
-        if (v.tenThousandths < 0) ++amount;
-        return {text::format("%s%llu.%04llu", v.tenThousandths < 0 ? "-" : "",
-                             static_cast<unsigned long long>(amount / 10000),
-                             static_cast<unsigned long long>(amount % 10000))};
-    }
+    Printed operator()(float v) const { return {dao::exactText(v), !std::isfinite(v)}; }
+    Printed operator()(double v) const { return {dao::exactText(v), !std::isfinite(v)}; }
+    Printed operator()(dao::Currency v) const { return {dao::exactText(v)}; }
     Printed operator()(dao::Date v) const { return {dao::toText(Value(v)), true}; }
     Printed operator()(const std::string& v) const { return {v, true}; }
     Printed operator()(const dao::Binary& v) const { return {hex(v), true}; }
