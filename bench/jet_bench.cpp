@@ -36,23 +36,16 @@ Row rowOf(int i) {
             i};
 }
 
-jet::Column column(const char* name, jet::Type type, int size = 0) {
-    jet::Column column;
-    column.name = name;
-    column.type = type;
-    column.size = size;
-    return column;
-}
-
 double insertIntoJet(const std::string& path, int rows) {
     jet::Database::create(path, jet::Version::kAccess2000);
     jet::Database db(path, {});
     return secondsOf([&] {
         db.begin();
-        db.createTable("POINTS",
-                       {column("PT_ID", jet::Type::kText, 255), column("GIS_KEY", jet::Type::kText, 255),
-                        column("REMARK", jet::Type::kText, 255), column("HEIGHT", jet::Type::kDouble),
-                        column("N", jet::Type::kLong)});
+        db.createTable(
+            "POINTS",
+            {jet::Column{"PT_ID", jet::Type::kText, 255}, jet::Column{"GIS_KEY", jet::Type::kText, 255},
+             jet::Column{"REMARK", jet::Type::kText, 255}, jet::Column{"HEIGHT", jet::Type::kDouble},
+             jet::Column{"N", jet::Type::kLong}});
         std::shared_ptr<jet::Records> records = db.records("POINTS");
         std::vector<jet::Value> values(5);
         for (int i = 0; i < rows; ++i) {

@@ -2,8 +2,7 @@
 // template, against the number of records in the table.
 #include <benchmark/benchmark.h>
 
-#include "bench/prompting_host.h"
-#include "platform/ui/scripted/scripted_backend.h"
+#include "bench/scripted_prompting.h"
 
 namespace {
 
@@ -28,17 +27,11 @@ class PromptingBench {
         }
     }
 
-    void prompt(const std::string& key) {
-        ui_.answer(134, {{ui::Step::Kind::Cell, "", "value", true, 2, 1},
-                         {ui::Step::Kind::Cell, "", key, true, 2, 2},
-                         {ui::Step::Kind::Click, "1"}});
-        host_.run("(if (/= 1 " + host_.call(key) + ") (exit))");
-        ui_.clearLog();
-    }
+    void prompt(const std::string& key) { prompting_.prompt(key); }
 
   private:
-    ui::ScriptedBackend ui_;
-    PromptingHost host_{ui_, kFeatures, kAttributes};
+    ScriptedPrompting prompting_{kFeatures, kAttributes};
+    PromptingHost& host_{prompting_.host()};
 };
 
 PromptingBench& bench() {

@@ -3,9 +3,8 @@
 // docs/servers.md recommends; and records added and read through a record set.
 #include <cstdio>
 
-#include "bench/prompting_host.h"
+#include "bench/scripted_prompting.h"
 #include "bench/stopwatch.h"
-#include "platform/ui/scripted/scripted_backend.h"
 #include "tests/platform/odbc/postgres_server.h"
 
 namespace {
@@ -16,11 +15,11 @@ constexpr int kSaves = 50;
 
 class ServerBench {
   public:
-    ServerBench() { host_.setOutput(server_.connect()); }
+    ServerBench() { prompting_.host().setOutput(server_.connect()); }
 
     void fillTable(int records) {
         server_.answer("SET client_min_messages = warning; DROP SCHEMA IF EXISTS survey CASCADE");
-        prompt("first");  // makes the table
+        prompting_.prompt("first");  // makes the table
         server_.answer(
             "INSERT INTO survey.f1x (pt_id, gis_key, field3) SELECT n, 'F1X', 'stored' FROM "
             "generate_series(1, " +
@@ -31,7 +30,7 @@ class ServerBench {
     // Milliseconds for one save.
     double saves(int firstKey, int step) {
         Time time = timeOf([&] {
-            for (int i = 0; i < kSaves; ++i) prompt(std::to_string(firstKey + i * step));
+            for (int i = 0; i < kSaves; ++i) prompting_.prompt(std::to_string(firstKey + i * step));
         });
         return time.wall * 1000 / kSaves;
     }
@@ -72,17 +71,8 @@ class ServerBench {
     }
 
   private:
-    void prompt(const std::string& key) {
-        ui_.answer(134, {{ui::Step::Kind::Cell, "", "value", true, 2, 1},
-                         {ui::Step::Kind::Cell, "", key, true, 2, 2},
-                         {ui::Step::Kind::Click, "1"}});
-        host_.run("(if (/= 1 " + host_.call(key) + ") (exit))");
-        ui_.clearLog();
-    }
-
     PostgresServer& server_ = PostgresServer::instance();
-    ui::ScriptedBackend ui_;
-    PromptingHost host_{ui_, kFeatures, kAttributes};
+    ScriptedPrompting prompting_{kFeatures, kAttributes};
 };
 
 }  // namespace

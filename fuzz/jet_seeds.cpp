@@ -13,14 +13,6 @@ extern "C" size_t LLVMFuzzerMutate(uint8_t* data, size_t size, size_t maxSize);
 namespace jet_fuzz {
 namespace {
 
-jet::Column column(const char* name, jet::Type type, int size = 0) {
-    jet::Column column;
-    column.name = name;
-    column.type = type;
-    column.size = size;
-    return column;
-}
-
 // A table with a column of every kind, indexes, memos in the row, in one piece and in a chain, and moved
 // rows.
 void makeSeed(const std::string& path, jet::Version version, int rows) {
@@ -28,10 +20,11 @@ void makeSeed(const std::string& path, jet::Version version, int rows) {
     jet::Database::create(path, version);
     jet::Database db(path, {});
     db.begin();
-    std::vector<jet::Column> columns = {column("ID", Type::kLong),     column("NAME", Type::kText, 100),
-                                        column("YES", Type::kBoolean), column("D", Type::kDouble),
-                                        column("WHEN", Type::kDate),   column("B", Type::kBinary, 20),
-                                        column("NOTE", Type::kMemo),   column("G", Type::kGuid)};
+    std::vector<jet::Column> columns = {
+        jet::Column{"ID", Type::kLong},     jet::Column{"NAME", Type::kText, 100},
+        jet::Column{"YES", Type::kBoolean}, jet::Column{"D", Type::kDouble},
+        jet::Column{"WHEN", Type::kDate},   jet::Column{"B", Type::kBinary, 20},
+        jet::Column{"NOTE", Type::kMemo},   jet::Column{"G", Type::kGuid}};
     columns[0].autonumber = true;
     columns[1].defaultValue = "\"none\"";
     db.createTable("T", columns);
@@ -56,7 +49,7 @@ void makeSeed(const std::string& path, jet::Version version, int rows) {
         }
         if (i % 11 == 10) records->erase(row);
     }
-    db.createTable("EMPTY", {column("A", Type::kLong)});
+    db.createTable("EMPTY", {jet::Column{"A", Type::kLong}});
     db.commit();
 }
 

@@ -31,10 +31,10 @@ struct Column {
     bool autonumber = false;
     bool fixed = false;
     bool required = false;
-    bool allowZeroLength = true;  // of text
-    std::string defaultValue;     // an expression: "NO" in double quotes, 12
-    std::string validationRule;   // an expression: "YES" Or "NO"
-    std::string validationText;
+    bool allowZeroLength = true;   // of text
+    std::string defaultValue{};    // an expression: "NO" in double quotes, 12
+    std::string validationRule{};  // an expression: "YES" Or "NO"
+    std::string validationText{};
     int precision = 18, scale = 0;  // of decimal numbers
 };
 

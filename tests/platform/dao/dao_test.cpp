@@ -8,21 +8,13 @@
 #include "platform/dao/engine.h"
 #include "platform/dao/jet/database.h"
 #include "platform/text/text.h"
+#include "tests/platform/dao/description.h"
 #include "tests/platform/dao/scratch.h"
 
 namespace {
 
 using dao::toText;
 using dao::Variant;
-
-std::string descriptionOf(const std::function<void()>& work) {
-    try {
-        work();
-    } catch (const CDaoException& error) {
-        return error.description();
-    }
-    return "no exception";
-}
 
 // A database with one table of every kind of field.
 class Dao : public ::testing::TestWithParam<const char*> {

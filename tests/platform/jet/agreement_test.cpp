@@ -2,10 +2,10 @@
 // change.
 #include <gtest/gtest.h>
 
-#include "platform/dao/jet/check.h"
 #include "platform/dao/jet/compact.h"
 #include "tests/platform/jet/given_files.h"
 #include "tests/platform/jet/readers.h"
+#include "tests/platform/jet/soundness.h"
 
 namespace jet {
 namespace {
@@ -23,14 +23,6 @@ TEST_P(Reader, ReadsTheGivenFilesAsWeDo) {
     std::string files;
     for (const std::string& file : givenFiles()) files += "'" + file + "' ";
     EXPECT_EQ(comparison(GetParam(), files), "4588 records compared\n");
-}
-
-Column column(const std::string& name, Type type, int size = 0) {
-    Column column;
-    column.name = name;
-    column.type = type;
-    column.size = size;
-    return column;
 }
 
 // A database that is changed step by step; after each step both readers read it.
@@ -51,9 +43,7 @@ class Life : public ::testing::TestWithParam<Version> {
         compare();
     }
     void compare() {
-        std::string faults;
-        for (const std::string& fault : check(*db)) faults += fault + "\n";
-        EXPECT_EQ(faults, "");
+        EXPECT_EQ(faults(*db), "");
         EXPECT_EQ(disagreement(path), "");
     }
     std::vector<RowId> rowsOf(const std::string& table) {
@@ -82,14 +72,14 @@ INSTANTIATE_TEST_SUITE_P(Versions, Life, ::testing::Values(Version::kAccess97, V
 TEST_P(Life, EveryReaderFollowsEveryChange) {
     compare();
     step("create", [&] {
-        Column id = column("ID", Type::kLong);
+        Column id = Column{"ID", Type::kLong};
         id.autonumber = true;
-        db->createTable("POINTS", {id, column("PT_ID", Type::kText, 255), column("HEIGHT", Type::kDouble),
-                                   column("SEEN", Type::kDate), column("LIVE", Type::kBoolean),
-                                   column("NOTE", Type::kMemo)});
+        db->createTable("POINTS", {id, Column{"PT_ID", Type::kText, 255}, Column{"HEIGHT", Type::kDouble},
+                                   Column{"SEEN", Type::kDate}, Column{"LIVE", Type::kBoolean},
+                                   Column{"NOTE", Type::kMemo}});
         db->createIndex("POINTS", {.name = "PK", .columns = {{"ID"}}, .primary = true});
         db->createIndex("POINTS", {.name = "BY_PT_ID", .columns = {{"PT_ID"}}});
-        db->createTable("OTHER", {column("A", Type::kText, 20)});
+        db->createTable("OTHER", {Column{"A", Type::kText, 20}});
     });
     step("10 000 inserts", [&] {
         std::shared_ptr<Records> records = db->records("POINTS");
@@ -125,7 +115,7 @@ TEST_P(Life, EveryReaderFollowsEveryChange) {
         }
     });
     step("column added", [&] {
-        db->addColumn("POINTS", column("ADDED", Type::kText, 50));
+        db->addColumn("POINTS", Column{"ADDED", Type::kText, 50});
         rows = rowsOf("POINTS");
         for (size_t i = 0; i < rows.size(); i += 4) set("POINTS", rows[i], 6, Value("added"));
     });

@@ -1,24 +1,18 @@
-// The checker finds no fault in sound files, and each of the faults that are made here on purpose; compaction mends them.
+// The checker finds no fault in sound files, and each of the faults that are made here on purpose; compaction
+// mends them.
 #include <gtest/gtest.h>
 
-#include "platform/dao/jet/check.h"
 #include "platform/dao/jet/repair.h"
 #include "tests/platform/dao/scratch.h"
 #include "tests/platform/jet/given_files.h"
+#include "tests/platform/jet/soundness.h"
 
 namespace jet {
 namespace {
 
-std::string faultsOf(const std::string& path) {
-    Database db(path, {.readOnly = true});
-    std::string all;
-    for (const std::string& fault : check(db)) all += fault + "\n";
-    return all;
-}
-
 TEST(JetCheck, TheGivenFilesAreSound) {
     if (givenFiles().empty()) GTEST_SKIP() << "the given files are not here";
-    for (const std::string& file : givenFiles()) EXPECT_EQ(faultsOf(file), "") << file;
+    for (const std::string& file : givenFiles()) EXPECT_EQ(faults(file), "") << file;
 }
 
 // A database with records, memos and indexes, into which a fault is made.
@@ -47,13 +41,8 @@ class Fault : public ::testing::Test {
         // One that has moved.
         std::vector<Value> longer = {Value(), Value(std::string(100, 'y')), Value()};
         db->records("T")->update(rows[3], longer, {false, true, false});
-        EXPECT_EQ(faults(), "");
+        EXPECT_EQ(faults(*db), "");
         definition = db->records("T")->definition();
-    }
-    std::string faults() {
-        std::string all;
-        for (const std::string& fault : check(*db)) all += fault + "\n";
-        return all;
     }
     // Makes a fault, and gives what the checker says of it.
     std::string after(const std::function<void(PageFile&)>& damage) {
@@ -64,7 +53,7 @@ class Fault : public ::testing::Test {
         }
         db->commit();
         db = std::make_unique<Database>(path, Database::Options());
-        return faults();
+        return faults(*db);
     }
     void expectFault(const std::string& part, const std::function<void(PageFile&)>& damage) {
         std::string found = after(damage);
@@ -73,7 +62,7 @@ class Fault : public ::testing::Test {
         db = nullptr;
         CompactReport report = compactAndRepair(path, {});
         db = std::make_unique<Database>(path, Database::Options());
-        EXPECT_EQ(faults(), "");
+        EXPECT_EQ(faults(*db), "");
         bool whole = db->hasTable("T") && db->records("T")->definition().rows == rows.size();
         EXPECT_TRUE(whole || !report.losses.empty());
     }

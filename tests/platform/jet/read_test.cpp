@@ -4,21 +4,12 @@
 #include <fstream>
 #include <random>
 
-#include "platform/dao/jet/check.h"
 #include "tests/platform/dao/scratch.h"
 #include "tests/platform/jet/given_files.h"
+#include "tests/platform/jet/soundness.h"
 
 namespace jet {
 namespace {
-
-std::string descriptionOf(const std::function<void()>& work) {
-    try {
-        work();
-    } catch (const Error& error) {
-        return error.what();
-    }
-    return "no error";
-}
 
 // The values of a record by the names of their columns.
 class Record {
@@ -91,10 +82,10 @@ TEST(JetRead, WhatIsNoAccessFileIsRefused) {
     std::ofstream(folder("text.mdb")) << "not a database";
     std::ofstream(folder("new.accdb"), std::ios::binary)
         << std::string("\0\1\0\0Standard ACE DB\0\2\0\0\0", 24);
-    EXPECT_EQ(descriptionOf([&] { readAll(folder("text.mdb")); }),
+    EXPECT_EQ(refusal([&] { readAll(folder("text.mdb")); }),
               "The file \"" + folder("text.mdb") + "\" is no Access database.");
-    EXPECT_NE(descriptionOf([&] { readAll(folder("new.accdb")); }).find("later version"), std::string::npos);
-    EXPECT_NE(descriptionOf([&] { readAll(folder("missing.mdb")); }).find("No such file"), std::string::npos);
+    EXPECT_NE(refusal([&] { readAll(folder("new.accdb")); }).find("later version"), std::string::npos);
+    EXPECT_NE(refusal([&] { readAll(folder("missing.mdb")); }).find("No such file"), std::string::npos);
 }
 
 // A damaged file gives an error or what can be read of it, whatever the damage is.

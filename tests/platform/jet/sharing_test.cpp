@@ -5,18 +5,12 @@
 #include <random>
 #include <sstream>
 
-#include "platform/dao/jet/check.h"
 #include "tests/platform/crash.h"
 #include "tests/platform/dao/scratch.h"
+#include "tests/platform/jet/soundness.h"
 
 namespace jet {
 namespace {
-
-std::string faults(Database& db) {
-    std::string all;
-    for (const std::string& fault : check(db)) all += fault + "\n";
-    return all;
-}
 
 std::string makeTable(const std::string& path, Version version) {
     Database::create(path, version);

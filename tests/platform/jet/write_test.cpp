@@ -4,37 +4,14 @@
 #include <map>
 #include <random>
 
-#include "platform/dao/jet/check.h"
 #include "platform/dao/jet/compact.h"
 #include "tests/platform/dao/scratch.h"
 #include "tests/platform/jet/given_files.h"
 #include "tests/platform/jet/readers.h"
+#include "tests/platform/jet/soundness.h"
 
 namespace jet {
 namespace {
-
-std::string faults(Database& db) {
-    std::string all;
-    for (const std::string& fault : check(db)) all += fault + "\n";
-    return all;
-}
-
-std::string refusal(const std::function<void()>& work) {
-    try {
-        work();
-    } catch (const Error& error) {
-        return error.what();
-    }
-    return "no error";
-}
-
-Column column(const std::string& name, Type type, int size = 0) {
-    Column column;
-    column.name = name;
-    column.type = type;
-    column.size = size;
-    return column;
-}
 
 class Write : public ::testing::TestWithParam<Version> {
   protected:
@@ -78,14 +55,14 @@ TEST_P(Write, ANewDatabaseIsSoundAndEmpty) {
 
 TEST_P(Write, ValuesOfEveryTypeComeBack) {
     std::vector<Column> columns = {
-        column("ID", Type::kLong),         column("NAME", Type::kText, 40), column("YES", Type::kBoolean),
-        column("B", Type::kByte),          column("I", Type::kInteger),     column("C", Type::kCurrency),
-        column("S", Type::kSingle),        column("D", Type::kDouble),      column("WHEN", Type::kDate),
-        column("BIN", Type::kBinary, 100), column("NOTE", Type::kMemo),     column("OLE", Type::kOle),
-        column("G", Type::kGuid)};
+        Column{"ID", Type::kLong},         Column{"NAME", Type::kText, 40}, Column{"YES", Type::kBoolean},
+        Column{"B", Type::kByte},          Column{"I", Type::kInteger},     Column{"C", Type::kCurrency},
+        Column{"S", Type::kSingle},        Column{"D", Type::kDouble},      Column{"WHEN", Type::kDate},
+        Column{"BIN", Type::kBinary, 100}, Column{"NOTE", Type::kMemo},     Column{"OLE", Type::kOle},
+        Column{"G", Type::kGuid}};
     columns[0].autonumber = true;
     if (!is97()) {
-        columns.push_back(column("DEC", Type::kDecimal));
+        columns.push_back(Column{"DEC", Type::kDecimal});
         columns.back().precision = 28;
         columns.back().scale = 4;
     }
@@ -122,7 +99,7 @@ TEST_P(Write, ValuesOfEveryTypeComeBack) {
 }
 
 TEST_P(Write, TextOfAllKinds) {
-    db->createTable("T", {column("A", Type::kText, 255), column("M", Type::kMemo)});
+    db->createTable("T", {Column{"A", Type::kText, 255}, Column{"M", Type::kMemo}});
     std::vector<std::string> texts = {
         "", "a", "ab", "abc", "€uro", std::string(255, 'x'), "ÄÖÜäöüß", "tab\tand\nline"};
     if (!is97()) {
@@ -154,9 +131,9 @@ TEST_P(Write, TextOfAllKinds) {
 // Long sequences of changes against a model.
 TEST_P(Write, ARandomLifeOfATable) {
     std::mt19937 random(is97() ? 97 : 2000);
-    std::vector<Column> columns = {column("ID", Type::kLong), column("KEY", Type::kText, 60),
-                                   column("N", Type::kLong), column("D", Type::kDouble),
-                                   column("NOTE", Type::kMemo)};
+    std::vector<Column> columns = {Column{"ID", Type::kLong}, Column{"KEY", Type::kText, 60},
+                                   Column{"N", Type::kLong}, Column{"D", Type::kDouble},
+                                   Column{"NOTE", Type::kMemo}};
     columns[0].autonumber = true;
     db->createTable("T", columns);
     db->createIndex("T", {.name = "PK", .columns = {{"ID"}}, .primary = true});
@@ -242,8 +219,8 @@ TEST_P(Write, ARandomLifeOfATable) {
 }
 
 TEST_P(Write, DefinitionsChangeAndRecordsStay) {
-    Column id = column("ID", Type::kLong), name = column("NAME", Type::kText, 30),
-           memo = column("M", Type::kMemo);
+    Column id = Column{"ID", Type::kLong}, name = Column{"NAME", Type::kText, 30},
+           memo = Column{"M", Type::kMemo};
     name.allowZeroLength = false;
     name.required = true;
     name.defaultValue = "\"none\"";
@@ -254,16 +231,16 @@ TEST_P(Write, DefinitionsChangeAndRecordsStay) {
         db->records("A")->insert(values);
     }
     EXPECT_NE(refusal([&] { db->createTable("a", {id}); }), "no error");
-    EXPECT_NE(refusal([&] { db->addColumn("A", column("Name", Type::kLong)); }), "no error");
-    EXPECT_NE(refusal([&] { db->addColumn("A", column("X.Y", Type::kLong)); }), "no error");
+    EXPECT_NE(refusal([&] { db->addColumn("A", Column{"Name", Type::kLong}); }), "no error");
+    EXPECT_NE(refusal([&] { db->addColumn("A", Column{"X.Y", Type::kLong}); }), "no error");
     EXPECT_NE(refusal([&] { db->dropTable("MSysObjects"); }), "no error");
 
     // Columns of both kinds, one that counts, and enough of them for a definition on several pages.
-    db->addColumn("A", column("D", Type::kDouble));
-    Column counter = column("NO", Type::kLong);
+    db->addColumn("A", Column{"D", Type::kDouble});
+    Column counter = Column{"NO", Type::kLong};
     counter.autonumber = true;
     db->addColumn("A", counter);
-    for (int i = 0; i < 100; ++i) db->addColumn("A", column("COLUMN" + std::to_string(i), Type::kText, 100));
+    for (int i = 0; i < 100; ++i) db->addColumn("A", Column{"COLUMN" + std::to_string(i), Type::kText, 100});
     EXPECT_EQ(faults(*db), "");
     db->dropColumn("A", "m");
     db->dropColumn("A", "COLUMN50");
@@ -303,7 +280,7 @@ TEST_P(Write, DefinitionsChangeAndRecordsStay) {
 TEST_P(Write, AFileDoesNotGrowWhenAsMuchIsDeletedAsAdded) {
     uint32_t pages = 0;
     for (int round = 0; round < 12; ++round) {
-        db->createTable("T", {column("A", Type::kText, 200), column("M", Type::kMemo)});
+        db->createTable("T", {Column{"A", Type::kText, 200}, Column{"M", Type::kMemo}});
         db->createIndex("T", {.name = "A", .columns = {{"A"}}});
         std::shared_ptr<Records> records = db->records("T");
         std::vector<RowId> rows;
@@ -322,7 +299,7 @@ TEST_P(Write, AFileDoesNotGrowWhenAsMuchIsDeletedAsAdded) {
 }
 
 TEST_P(Write, ManyRecordsInOrder) {
-    db->createTable("T", {column("ID", Type::kText, 20), column("N", Type::kLong)});
+    db->createTable("T", {Column{"ID", Type::kText, 20}, Column{"N", Type::kLong}});
     db->createIndex("T", {.name = "ID", .columns = {{"ID"}}, .unique = true});
     constexpr int kCount = 30000;
     std::shared_ptr<Records> records = db->records("T");
@@ -352,8 +329,8 @@ std::string dumpOf(const std::string& path) {
 
 // Compacted, a file holds the same in no more pages than it needs.
 TEST_P(Write, CompactionKeepsEverything) {
-    std::vector<Column> columns = {column("ID", Type::kLong), column("NAME", Type::kText, 90),
-                                   column("NOTE", Type::kMemo), column("GONE", Type::kMemo)};
+    std::vector<Column> columns = {Column{"ID", Type::kLong}, Column{"NAME", Type::kText, 90},
+                                   Column{"NOTE", Type::kMemo}, Column{"GONE", Type::kMemo}};
     columns[0].autonumber = true;
     columns[1].allowZeroLength = false;
     for (const char* name : {"A", "B", "C"}) db->createTable(name, columns);
@@ -420,7 +397,7 @@ TEST(WriteGiven, EveryGivenFileStaysSound) {
         {
             Database db(path, {});
             db.begin();
-            db.createTable("NEW", {column("A", Type::kText, 20), column("M", Type::kMemo)});
+            db.createTable("NEW", {Column{"A", Type::kText, 20}, Column{"M", Type::kMemo}});
             std::vector<Value> fresh = {Value("é"), Value(std::string(7000, 'x'))};
             db.records("NEW")->insert(fresh);
             for (const TableInfo& table : db.tables()) {
@@ -437,7 +414,7 @@ TEST(WriteGiven, EveryGivenFileStaysSound) {
                     // In some tables an autonumber is not the key.
                     refusal([&] { records->insert(values); });
                 }
-                db.addColumn(table.name, column("ADDED", Type::kText, 50));
+                db.addColumn(table.name, Column{"ADDED", Type::kText, 50});
                 records = db.records(table.name);
                 std::vector<Value> values(records->definition().columns.size());
                 std::vector<bool> touched(values.size(), false);

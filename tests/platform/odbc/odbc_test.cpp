@@ -6,6 +6,7 @@
 #include "platform/dao/dao.h"
 #include "platform/dao/engine.h"
 #include "platform/ui/scripted/scripted_backend.h"
+#include "tests/platform/dao/description.h"
 #include "tests/platform/odbc/postgres_server.h"
 
 namespace {
@@ -13,15 +14,6 @@ namespace {
 using dao::toText;
 using dao::Variant;
 using Strings = std::vector<std::string>;
-
-std::string descriptionOf(const std::function<void()>& work) {
-    try {
-        work();
-    } catch (const CDaoException& error) {
-        return error.description();
-    }
-    return "no exception";
-}
 
 CDaoFieldInfo field(const std::string& name, int type, long size = 0) {
     CDaoFieldInfo info;
