@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <cstring>
 #include <ctime>
 
 #include "module/coords/coordinate_format.h"
@@ -37,7 +36,8 @@ std::string zeroFilled(std::string s) {
 }
 
 std::string FlatFile::textAt(const char* bytes, size_t room) {
-    return text::decode({bytes, ::strnlen(bytes, room - 1)});
+    std::string_view stored(bytes, room);
+    return text::decode(stored.substr(0, std::min(stored.find('\0'), room - 1)));
 }
 
 void FlatFile::putText(char* bytes, size_t room, const std::string& encoded) {
@@ -50,13 +50,7 @@ void FlatFile::readCoordinates(const char* record, PointRecord& point) {
     point.northing = files::getLittle<double>(record);
     point.easting = files::getLittle<double>(record + 8);
     point.elevation = files::getLittle<double>(record + 16);
-    // In the room that the point already has: a walk reads one point after another into the same.
-    std::string_view description(record + kDescriptionAt,
-                                 ::strnlen(record + kDescriptionAt, kDescriptionRoom - 1));
-    if (text::isAscii(description))
-        point.description = description;
-    else
-        point.description = text::decode(description);
+    point.description = textAt(record + kDescriptionAt, kDescriptionRoom);
     point.attribute.clear();
 }
 

@@ -2,9 +2,7 @@
 
 #include <algorithm>
 #include <bit>
-#include <charconv>
 #include <cmath>
-#include <iterator>
 #include <limits>
 
 #include "module/coords/coordinate_format.h"
@@ -81,8 +79,7 @@ void NumericFile::take(const char* bytes, int32_t index, PointRecord& point) {
     readCoordinates(bytes, point);
     bool origin = point.northing == 0.0 && point.easting == 0.0 && point.elevation == kOrigin;
     if (origin) point.elevation = 0.0;
-    char digits[std::numeric_limits<int32_t>::digits10 + 2];
-    point.name.assign(digits, std::to_chars(digits, std::end(digits), index + 1).ptr);
+    point.name = std::to_string(index + 1);
     point.recordPosition = index + 1;
     position = index;
     lastName = point.name;

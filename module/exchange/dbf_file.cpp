@@ -114,10 +114,11 @@ bool loadRecord(DbfHandle& handle, int32_t record) {
 }
 
 // The bytes of a field that lie within the record.
-std::string_view fieldBytes(const DbfHandle& handle, int32_t field) {
-    size_t i = static_cast<size_t>(field);
-    size_t offset = std::min(static_cast<size_t>(handle.fieldOffsets[i]), handle.recordBuffer.size());
-    return std::string_view(handle.recordBuffer).substr(offset, static_cast<size_t>(handle.fieldSizes[i]));
+inline std::string_view fieldBytes(const DbfHandle& handle, int32_t field) {
+    const size_t i = static_cast<size_t>(field), all = handle.recordBuffer.size();
+    const size_t offset = std::min(static_cast<size_t>(handle.fieldOffsets[i]), all);
+    return {handle.recordBuffer.data() + offset,
+            std::min(static_cast<size_t>(handle.fieldSizes[i]), all - offset)};
 }
 
 bool hasField(const DbfHandle& handle, int32_t field) {
@@ -125,9 +126,8 @@ bool hasField(const DbfHandle& handle, int32_t field) {
 }
 
 // Makes a record the current one, a new one included.
-bool beginWrite(DbfHandle& handle, int32_t record, int32_t field) {
-    if (record < 0 || record > handle.recordCount || !hasField(handle, field)) return false;
-    if (record == handle.currentRecord) return true;
+bool moveTo(DbfHandle& handle, int32_t record) {
+    if (record < 0 || record > handle.recordCount) return false;
     if (handle.noHeader) writeHeader(handle);
     if (record < handle.recordCount) return loadRecord(handle, record);
     if (record == std::numeric_limits<int32_t>::max()) return false;
@@ -136,6 +136,11 @@ bool beginWrite(DbfHandle& handle, int32_t record, int32_t field) {
     handle.recordBuffer.assign(handle.recordBuffer.size(), ' ');
     handle.currentRecord = record;
     return true;
+}
+
+inline bool beginWrite(DbfHandle& handle, int32_t record, int32_t field) {
+    if (!hasField(handle, field)) return false;
+    return (record == handle.currentRecord && record >= 0) || moveTo(handle, record);
 }
 
 // What stands in a field in front of a NUL, without the blanks round it.

@@ -1,6 +1,7 @@
 #include "module/exchange/dbf_number.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
@@ -14,6 +15,7 @@ namespace {
 constexpr size_t kLongest = 640;
 // Of a sign, the digits of any 64 bits, and a point.
 constexpr size_t kLongestQuick = 32;
+constexpr size_t kMostDigits = 19;  // of which any number has 64 bits
 constexpr double kPowers[] = {1, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9};
 
 // The value in units of its last decimal, where one multiplication rounds as exact arithmetic would: the
@@ -50,6 +52,18 @@ char* putUnits(uint64_t units, int decimals, bool negative, char* end) {
     return end;
 }
 
+// Whether a number of units takes no more than `room` bytes.
+bool fits(uint64_t units, int decimals, bool negative, size_t room) {
+    static constexpr auto kLimits = [] {
+        std::array<uint64_t, kMostDigits + 1> limits{1};
+        for (size_t i = 1; i < limits.size(); ++i) limits[i] = limits[i - 1] * 10;
+        return limits;
+    }();
+    const size_t others = (decimals > 0) + negative;  // the point and the sign
+    if (room < others + static_cast<size_t>(decimals) + 1) return false;
+    return units < kLimits[std::min(room - others, kMostDigits)];
+}
+
 // `text` stands at the right end of the room; of a longer one the first bytes are kept.
 void putRight(const char* text, size_t length, char* out, size_t room) {
     const size_t shown = std::min(length, room);
@@ -78,8 +92,13 @@ void formatDbfNumber(double value, int width, int decimals, char* out) {
         putRight(digits, static_cast<size_t>(end - digits), out, room);
         return;
     }
+    const bool negative = std::signbit(value);
+    if (fits(units, decimals, negative, room)) {
+        std::fill(out, putUnits(units, decimals, negative, out + room), ' ');
+        return;
+    }
     char text[kLongestQuick];
     char* end = text + kLongestQuick;
-    const char* begin = putUnits(units, decimals, std::signbit(value), end);
+    const char* begin = putUnits(units, decimals, negative, end);
     putRight(begin, static_cast<size_t>(end - begin), out, room);
 }
