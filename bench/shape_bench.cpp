@@ -34,7 +34,7 @@ double secondsOf(const std::function<void()>& work) {
 // The least time of each of several pieces of work, done by turns, so that a machine that is slower for a
 // while is so for all of them: three rounds at least, and more where they are short.
 std::vector<double> bestTimes(const std::vector<std::function<void()>>& works) {
-    constexpr double kEnough = 1;
+    constexpr double kEnough = 3;
     constexpr int kFewest = 3;
     std::vector<double> best(works.size(), std::numeric_limits<double>::max());
     double all = 0;

@@ -27,9 +27,13 @@ void ShapeObject::allocateArrays(int32_t count) {
     vertexCount = count;
 }
 
-void ShapeObject::dropArrays() {
-    block_.reset();
-    x = y = z = m = nullptr;
+void ShapeObject::allocateList(int32_t count) {
+    ShapeVertexNode** tail = &vertexList;
+    for (int32_t i = 0; i < count; ++i) {
+        *tail = new ShapeVertexNode;
+        tail = &(*tail)->next;
+    }
+    vertexCount = count;
 }
 
 ShapeObject* ShapeCreateObject(int32_t shapeType, int32_t shapeId, int32_t partCount,
@@ -63,39 +67,27 @@ ShapeObject* ShapeCreateObject(int32_t shapeType, int32_t shapeId, int32_t partC
     return object.release();
 }
 
-namespace {
-
-void startExtents(ShapeObject& o, double x, double y, double z, double m) {
-    o.xMin = o.xMax = x;
-    o.yMin = o.yMax = y;
-    o.zMin = o.zMax = z;
-    o.mMin = o.mMax = m;
-}
-
-void widen(double& low, double& high, double value) {
-    low = std::min(low, value);
-    high = std::max(high, value);
-}
-
-void widenExtents(ShapeObject& o, double x, double y, double z, double m) {
-    widen(o.xMin, o.xMax, x);
-    widen(o.yMin, o.yMax, y);
-    widen(o.zMin, o.zMax, z);
-    widen(o.mMin, o.mMax, m);
-}
-
-}  // namespace
-
 void ShapeComputeExtents(ShapeObject* object) {
     ShapeObject& o = *object;
-    if (o.vertexList) {
-        const ShapeVertexNode* v = o.vertexList;
-        startExtents(o, v->x, v->y, v->z, v->m);
-        for (; v; v = v->next) widenExtents(o, v->x, v->y, v->z, v->m);
-    } else if (o.x && o.vertexCount > 0) {
-        startExtents(o, o.x[0], o.y[0], o.z[0], o.m[0]);
-        for (int32_t i = 1; i < o.vertexCount; ++i) widenExtents(o, o.x[i], o.y[i], o.z[i], o.m[i]);
-    }
+    if (!o.vertexList && (!o.x || o.vertexCount <= 0)) return;
+    bool isFirst = true;
+    o.forEachVertex([&](double x, double y, double z, double m) {
+        if (isFirst) {
+            o.xMin = o.xMax = x;
+            o.yMin = o.yMax = y;
+            o.zMin = o.zMax = z;
+            o.mMin = o.mMax = m;
+            isFirst = false;
+        }
+        o.xMin = std::min(o.xMin, x);
+        o.xMax = std::max(o.xMax, x);
+        o.yMin = std::min(o.yMin, y);
+        o.yMax = std::max(o.yMax, y);
+        o.zMin = std::min(o.zMin, z);
+        o.zMax = std::max(o.zMax, z);
+        o.mMin = std::min(o.mMin, m);
+        o.mMax = std::max(o.mMax, m);
+    });
 }
 
 void ShapeDestroyObject(ShapeObject* object) {

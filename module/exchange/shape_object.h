@@ -74,15 +74,26 @@ struct ShapeObject {
     double xMax = 0, yMax = 0, zMax = 0, mMax = 0;
     int32_t listForm = 0;
 
-    // Makes the arrays, zeroed, for so many vertices.
+    // Make room for so many vertices, all zero: in arrays, or in a list.
     void allocateArrays(int32_t count);
-    void dropArrays();
+    void allocateList(int32_t count);
+    // Calls visit with x, y, z and m of each vertex, in either form.
+    template <typename Visit>
+    void forEachVertex(Visit visit);
 
   private:
     // One block holds the four arrays; a single vertex needs none.
     std::unique_ptr<double[]> block_;
     double single_[4] = {};
 };
+
+template <typename Visit>
+void ShapeObject::forEachVertex(Visit visit) {
+    if (vertexList)
+        for (ShapeVertexNode* v = vertexList; v; v = v->next) visit(v->x, v->y, v->z, v->m);
+    else
+        for (int32_t i = 0; i < vertexCount; ++i) visit(x[i], y[i], z[i], m[i]);
+}
 
 // An object of copies of what is handed in, in array form whatever listForm says, with its extents. Types
 // with parts get one at least. partStarts, partTypes, z and m may be null; Z and M are taken only by the

@@ -92,34 +92,29 @@ bool readParts(RecordReader& in, ShapeObject& object, int32_t vertexCount) {
     return true;
 }
 
-void readRange(RecordReader& in, double& low, double& high, double* values, int32_t count) {
-    low = in.real();
-    high = in.real();
-    for (int32_t i = 0; i < count; ++i) values[i] = in.real();
-}
-
-// Turns the arrays into nodes.
-void makeList(ShapeObject& object) {
-    ShapeVertexNode** tail = &object.vertexList;
-    for (int32_t i = 0; i < object.vertexCount; ++i) {
-        *tail = new ShapeVertexNode{object.x[i], object.y[i], object.z[i], object.m[i], nullptr};
-        tail = &(*tail)->next;
-    }
-    object.dropArrays();
-}
-
-bool readVertices(RecordReader& in, ShapeObject& object, int32_t count) {
+bool readVertices(RecordReader& in, ShapeObject& object, int32_t count, int32_t listForm) {
     size_t n = static_cast<size_t>(count);
     size_t measures = 16 + n * 8;
-    bool z = shape::hasZ(object.shapeType);
-    if (!in.fits(n * 16 + (z ? measures : 0))) return false;
-    object.allocateArrays(count);
-    for (int32_t i = 0; i < count; ++i) {
-        object.x[i] = in.real();
-        object.y[i] = in.real();
+    bool hasZ = shape::hasZ(object.shapeType);
+    if (!in.fits(n * 16 + (hasZ ? measures : 0))) return false;
+    if (listForm)
+        object.allocateList(count);
+    else
+        object.allocateArrays(count);
+    object.forEachVertex([&](double& x, double& y, double&, double&) {
+        x = in.real();
+        y = in.real();
+    });
+    if (hasZ) {
+        object.zMin = in.real();
+        object.zMax = in.real();
+        object.forEachVertex([&](double&, double&, double& z, double&) { z = in.real(); });
     }
-    if (z) readRange(in, object.zMin, object.zMax, object.z, count);
-    if (in.fits(measures)) readRange(in, object.mMin, object.mMax, object.m, count);
+    if (in.fits(measures)) {
+        object.mMin = in.real();
+        object.mMax = in.real();
+        object.forEachVertex([&](double&, double&, double&, double& m) { m = in.real(); });
+    }
     return true;
 }
 
@@ -132,9 +127,7 @@ bool readManyVertices(RecordReader& in, ShapeObject& object, int32_t listForm) {
     int32_t vertexCount = in.integer();
     if (object.partCount < 0 || vertexCount < 0 || (listForm && vertexCount < 2)) return false;
     if (parts && !readParts(in, object, vertexCount)) return false;
-    if (!readVertices(in, object, vertexCount)) return false;
-    if (listForm) makeList(object);
-    return true;
+    return readVertices(in, object, vertexCount, listForm);
 }
 
 bool readPoint(RecordReader& in, ShapeObject& object) {
@@ -201,11 +194,16 @@ size_t assemble(ShapeHandle& handle, int32_t index, const ShapeObject& object) {
     return out.size();
 }
 
+// Room in the index for one more record. Memory that is not used yet is not touched.
 void growIndex(ShapeHandle& handle) {
-    if (handle.recordCount + 1 <= handle.recordCapacity) return;
-    handle.recordCapacity = handle.recordCapacity * 2 + 100;
-    handle.recordOffsets.resize(static_cast<size_t>(handle.recordCapacity));
-    handle.recordSizes.resize(static_cast<size_t>(handle.recordCapacity));
+    const size_t count = static_cast<size_t>(handle.recordCount) + 1;
+    if (handle.recordCount >= handle.recordCapacity) {
+        handle.recordCapacity = handle.recordCapacity * 2 + 100;
+        handle.recordOffsets.reserve(static_cast<size_t>(handle.recordCapacity));
+        handle.recordSizes.reserve(static_cast<size_t>(handle.recordCapacity));
+    }
+    handle.recordOffsets.resize(count);
+    handle.recordSizes.resize(count);
 }
 
 void widen(ShapeHandle& handle, size_t dimension, const double* values, int32_t count) {
