@@ -55,7 +55,7 @@ void tryRule(const std::string& text) {
     field.validationRule = text.substr(0, half);
     field.defaultValue = text.substr(half);
     field = dao::completed(field);
-    std::string sql = dao::sqlite::createTableStatement("T", {field});
+    std::string sql = dao::sqlite::createTableStatement("T", {field}, dao::sqlite::FileKind::kPlain);
     MemoryDatabase db;
     if (sql.find('\0') != std::string::npos || !db.takes(sql)) return;
     dao::sqlite::Statement(db.handle(), sql).run();
@@ -70,7 +70,7 @@ void tryForeignSchema(const std::string& text) {
     dao::sqlite::Statement tables(db.handle(), "SELECT name FROM sqlite_master WHERE type = 'table'");
     while (tables.step()) {
         dao::sqlite::describeTable(db.handle(), tables.text(0));
-        dao::sqlite::isOwnTable(db.handle(), tables.text(0));
+        dao::sqlite::isOwnTable(db.handle(), tables.text(0), dao::sqlite::FileKind::kPlain);
     }
 }
 

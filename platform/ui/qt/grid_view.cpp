@@ -137,7 +137,7 @@ void GridView::refresh() {
     if (grid_.editing() && grid_.has(at.column, at.row))
         openEditor();
     else
-        closeEditor();
+        leaveEditor();
     refreshing_ = false;
 }
 
@@ -185,7 +185,7 @@ int GridView::heightOfWholeRows(int available) const {
 
 void GridView::openEditor() {
     CellPosition at = grid_.active();
-    if (editor_ && !(edited_ == at)) closeEditor();
+    if (editor_ && !(edited_ == at)) leaveEditor();
     const CellType& type = grid_.type(at.column, at.row);
     if (!editor_) {
         edited_ = at;
@@ -237,7 +237,7 @@ QLineEdit* GridView::editedLine() const {
     return list ? list->lineEdit() : qobject_cast<QLineEdit*>(editor_);
 }
 
-void GridView::closeEditor() {
+void GridView::leaveEditor() {
     if (!editor_) return;
     QWidget* editor = editor_;
     editor_ = nullptr;

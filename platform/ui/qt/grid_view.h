@@ -51,7 +51,7 @@ class GridView : public QTableView {
 
   private:
     void openEditor();
-    void closeEditor();
+    void leaveEditor();
     void followTyping(QLineEdit& line);
     // Where the active cell's text is typed; null when nothing is.
     QLineEdit* editedLine() const;
