@@ -43,14 +43,20 @@ std::array<char, kHeaderSize> formatHeader(int64_t bytes, const ShapeHandle& han
     return header;
 }
 
+bool lengthen(IndexArray& array, size_t entries) {
+    void* memory = std::realloc(array.get(), entries * sizeof(int32_t));
+    if (!memory) return false;
+    (void)array.release();
+    array.reset(static_cast<int32_t*>(memory));
+    return true;
+}
+
 // The entries of the index, as many as the header tells and the file holds.
 bool readIndex(ShapeHandle& handle, int64_t bytesTold) {
     int64_t bytes = std::min<int64_t>(bytesTold, handle.shxFile->size()) - static_cast<int64_t>(kHeaderSize);
     handle.recordCount = static_cast<int32_t>(std::max<int64_t>(bytes, 0) / static_cast<int64_t>(kEntrySize));
-    handle.recordCapacity = handle.recordCount;
+    if (!handle.reserveRecords(handle.recordCount)) return false;
     size_t count = static_cast<size_t>(handle.recordCount);
-    handle.recordOffsets.resize(std::max<size_t>(count, 1));
-    handle.recordSizes.resize(std::max<size_t>(count, 1));
     const char* entry = handle.shxFile->view(kHeaderSize, count * kEntrySize);
     if (!entry) return false;
     for (size_t i = 0; i < count; ++i, entry += kEntrySize) {
@@ -109,6 +115,13 @@ bool createOne(const std::string& path, const ShapeHandle& empty) {
 }
 
 }  // namespace
+
+bool ShapeHandle::reserveRecords(int32_t capacity) {
+    size_t entries = static_cast<size_t>(std::max(capacity, 1));
+    if (!lengthen(recordOffsets, entries) || !lengthen(recordSizes, entries)) return false;
+    recordCapacity = capacity;
+    return true;
+}
 
 ShapeHandle* ShapeOpen(std::string_view path, std::string_view mode) {
     bool update = mode == "rb+" || mode == "r+b" || mode == "r+";

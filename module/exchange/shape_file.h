@@ -6,9 +6,9 @@
 
 #include <array>
 #include <cstdint>
+#include <cstdlib>
 #include <memory>
 #include <string_view>
-#include <vector>
 
 #include "module/exchange/shape_object.h"
 #include "platform/files/random_file.h"
@@ -16,19 +16,27 @@
 // X, Y, Z, M.
 using ShapeBounds = std::array<double, 4>;
 
+struct FreeMemory {
+    void operator()(void* memory) const { std::free(memory); }
+};
+// Grown by realloc, which moves the pages of a large index instead of copying them.
+using IndexArray = std::unique_ptr<int32_t[], FreeMemory>;
+
 // One open pair.
 struct ShapeHandle {
+    // Makes both arrays of the index so long, one entry at least. False when there is no memory for them.
+    bool reserveRecords(int32_t capacity);
+
     std::unique_ptr<files::RandomFile> shpFile;
     std::unique_ptr<files::RandomFile> shxFile;
     int32_t shapeType = 0;
     int32_t fileSize = 0;  // bytes of the .shp; where the next appended record goes
     int32_t recordCount = 0;
-    int32_t recordCapacity = 0;          // entries in the two arrays of the index
-    std::vector<int32_t> recordOffsets;  // of each record's header, in bytes
-    std::vector<int32_t> recordSizes;    // in bytes, without the header of 8
+    int32_t recordCapacity = 0;  // entries in the two arrays of the index
+    IndexArray recordOffsets;    // of each record's header, in bytes
+    IndexArray recordSizes;      // in bytes, without the header of 8
     ShapeBounds boundsMin{}, boundsMax{};
     int32_t updated = 0;  // a write was tried: ShapeClose writes the headers and the index
-    std::vector<char> workBuffer;
 };
 
 // Opens the pair that a path names with or without extension, in either case of letters. Mode "r+b", "rb+" or

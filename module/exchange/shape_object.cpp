@@ -68,26 +68,15 @@ ShapeObject* ShapeCreateObject(int32_t shapeType, int32_t shapeId, int32_t partC
 }
 
 void ShapeComputeExtents(ShapeObject* object) {
-    ShapeObject& o = *object;
-    if (!o.vertexList && (!o.x || o.vertexCount <= 0)) return;
-    bool isFirst = true;
-    o.forEachVertex([&](double x, double y, double z, double m) {
-        if (isFirst) {
-            o.xMin = o.xMax = x;
-            o.yMin = o.yMax = y;
-            o.zMin = o.zMax = z;
-            o.mMin = o.mMax = m;
-            isFirst = false;
-        }
-        o.xMin = std::min(o.xMin, x);
-        o.xMax = std::max(o.xMax, x);
-        o.yMin = std::min(o.yMin, y);
-        o.yMax = std::max(o.yMax, y);
-        o.zMin = std::min(o.zMin, z);
-        o.zMax = std::max(o.zMax, z);
-        o.mMin = std::min(o.mMin, m);
-        o.mMax = std::max(o.mMax, m);
-    });
+    ShapeExtents extents;
+    if (const ShapeVertexNode* first = object->vertexList)
+        extents = ShapeExtents::of(first->x, first->y, first->z, first->m);
+    else if (object->x && object->vertexCount > 0)
+        extents = ShapeExtents::of(object->x[0], object->y[0], object->z[0], object->m[0]);
+    else
+        return;
+    object->forEachVertex([&](double x, double y, double z, double m) { extents.widen(x, y, z, m); });
+    static_cast<ShapeExtents&>(*object) = extents;
 }
 
 void ShapeDestroyObject(ShapeObject* object) {

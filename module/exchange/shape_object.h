@@ -1,6 +1,7 @@
 // One shape in memory: a point, or vertices in parts.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <memory>
 #include <vector>
@@ -55,8 +56,29 @@ struct ShapeVertexNode {
     ShapeVertexNode* next = nullptr;
 };
 
+// The least and the greatest X, Y, Z and M of vertices.
+struct ShapeExtents {
+    double xMin = 0, yMin = 0, zMin = 0, mMin = 0;
+    double xMax = 0, yMax = 0, zMax = 0, mMax = 0;
+
+    static ShapeExtents of(double x, double y, double z, double m) { return {x, y, z, m, x, y, z, m}; }
+    // What is not a number widens nothing.
+    void widen(double x, double y, double z, double m);
+};
+
+inline void ShapeExtents::widen(double x, double y, double z, double m) {
+    xMin = std::min(xMin, x);
+    yMin = std::min(yMin, y);
+    zMin = std::min(zMin, z);
+    mMin = std::min(mMin, m);
+    xMax = std::max(xMax, x);
+    yMax = std::max(yMax, y);
+    zMax = std::max(zMax, z);
+    mMax = std::max(mMax, m);
+}
+
 // Vertices are either in the four arrays, or in the list; the object owns both.
-struct ShapeObject {
+struct ShapeObject : ShapeExtents {
     ShapeObject() = default;
     ~ShapeObject();
     ShapeObject(const ShapeObject&) = delete;
@@ -70,8 +92,6 @@ struct ShapeObject {
     int32_t vertexCount = 0;
     double *x = nullptr, *y = nullptr, *z = nullptr, *m = nullptr;  // array form; else null
     ShapeVertexNode* vertexList = nullptr;                          // list form; else null
-    double xMin = 0, yMin = 0, zMin = 0, mMin = 0;
-    double xMax = 0, yMax = 0, zMax = 0, mMax = 0;
     int32_t listForm = 0;
 
     // Make room for so many vertices, all zero: in arrays, or in a list.

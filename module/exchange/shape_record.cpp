@@ -40,9 +40,10 @@ class RecordReader {
     size_t position_ = 0;
 };
 
+// Puts the contents of a record one behind the other.
 class RecordWriter {
   public:
-    explicit RecordWriter(std::vector<char>& bytes) : bytes_(bytes) {}
+    explicit RecordWriter(char* to) : to_(to) {}
 
     void integer(int32_t value) { put(value); }
     void real(double value) { put(value); }
@@ -51,17 +52,15 @@ class RecordWriter {
         real(high);
         for (int32_t i = 0; i < count; ++i) real(values[i]);
     }
-    size_t size() const { return position_; }
 
   private:
     template <typename Number>
     void put(Number value) {
-        files::putLittle(&bytes_[position_], value);
-        position_ += sizeof value;
+        files::putLittle(to_, value);
+        to_ += sizeof value;
     }
 
-    std::vector<char>& bytes_;
-    size_t position_ = kHeaderSize;
+    char* to_;
 };
 
 // --- Reading ------------------------------------------------------------------------------------------
@@ -178,51 +177,43 @@ bool isWritable(int32_t fileType, const ShapeObject& object) {
     return object.partCount >= 0 && object.partStarts.size() >= parts && object.partTypes.size() >= parts;
 }
 
-// Puts the record into the work buffer. Its size with the header.
-size_t assemble(ShapeHandle& handle, int32_t index, const ShapeObject& object) {
-    size_t most =
-        static_cast<size_t>(object.partCount) * 8 + 128 + static_cast<size_t>(object.vertexCount) * 32;
-    if (handle.workBuffer.size() < most) handle.workBuffer.resize(most);
-    RecordWriter out(handle.workBuffer);
-    out.integer(handle.shapeType);
-    if (shape::isPoint(handle.shapeType))
-        writePoint(out, handle.shapeType, object);
+// In bytes, with the header.
+size_t recordSize(int32_t fileType, const ShapeObject& object) {
+    bool z = shape::hasZ(fileType);
+    bool m = fileType != shape::kMultipatch && (z || shape::hasM(fileType));
+    size_t numbers = 2 + (z ? 1 : 0) + (m ? 1 : 0);
+    if (shape::isPoint(fileType)) return kPointAt + numbers * 8;
+    size_t vertices = static_cast<size_t>(object.vertexCount) * numbers * 8 + (numbers - 2) * 16;
+    if (!shape::hasParts(fileType)) return kMultipointVerticesAt + vertices;
+    size_t ofOnePart = fileType == shape::kMultipatch ? 8 : 4;
+    return kPartsAt + static_cast<size_t>(object.partCount) * ofOnePart + vertices;
+}
+
+void writeRecord(char* record, size_t size, int32_t fileType, int32_t index, const ShapeObject& object) {
+    files::putBig32(record, static_cast<uint32_t>(index) + 1);
+    files::putBig32(record + 4, static_cast<uint32_t>((size - kHeaderSize) / 2));
+    RecordWriter out(record + kHeaderSize);
+    out.integer(fileType);
+    if (shape::isPoint(fileType))
+        writePoint(out, fileType, object);
     else
-        writeMany(out, handle.shapeType, object);
-    files::putBig32(&handle.workBuffer[0], static_cast<uint32_t>(index) + 1);
-    files::putBig32(&handle.workBuffer[4], static_cast<uint32_t>((out.size() - kHeaderSize) / 2));
-    return out.size();
+        writeMany(out, fileType, object);
 }
 
-// Room in the index for one more record. Memory that is not used yet is not touched.
-void growIndex(ShapeHandle& handle) {
-    const size_t count = static_cast<size_t>(handle.recordCount) + 1;
-    if (handle.recordCount >= handle.recordCapacity) {
-        handle.recordCapacity = handle.recordCapacity * 2 + 100;
-        handle.recordOffsets.reserve(static_cast<size_t>(handle.recordCapacity));
-        handle.recordSizes.reserve(static_cast<size_t>(handle.recordCapacity));
-    }
-    handle.recordOffsets.resize(count);
-    handle.recordSizes.resize(count);
-}
-
-void widen(ShapeHandle& handle, size_t dimension, const double* values, int32_t count) {
-    double low = handle.boundsMin[dimension], high = handle.boundsMax[dimension];
-    for (int32_t i = 0; i < count; ++i) {
-        low = std::min(low, values[i]);
-        high = std::max(high, values[i]);
-    }
-    handle.boundsMin[dimension] = low;
-    handle.boundsMax[dimension] = high;
+bool hasRoomForOneMore(ShapeHandle& handle) {
+    if (handle.recordCount < handle.recordCapacity) return true;
+    return handle.reserveRecords(static_cast<int32_t>(handle.recordCapacity * 1.3 + 100));
 }
 
 void widenBounds(ShapeHandle& handle, const ShapeObject& object) {
     if (object.vertexCount == 0) return;
-    const double* values[] = {object.x, object.y, object.z, object.m};
-    for (size_t i = 0; i < std::size(values); ++i) {
-        if (handle.recordCount == 1) handle.boundsMin[i] = handle.boundsMax[i] = values[i][0];
-        widen(handle, i, values[i], object.vertexCount);
-    }
+    const double *x = object.x, *y = object.y, *z = object.z, *m = object.m;
+    ShapeBounds &low = handle.boundsMin, &high = handle.boundsMax;
+    ShapeExtents bounds{low[0], low[1], low[2], low[3], high[0], high[1], high[2], high[3]};
+    if (handle.recordCount == 1) bounds = ShapeExtents::of(x[0], y[0], z[0], m[0]);
+    for (int32_t i = 0; i < object.vertexCount; ++i) bounds.widen(x[i], y[i], z[i], m[i]);
+    low = {bounds.xMin, bounds.yMin, bounds.zMin, bounds.mMin};
+    high = {bounds.xMax, bounds.yMax, bounds.zMax, bounds.mMax};
 }
 
 }  // namespace
@@ -257,19 +248,21 @@ int32_t ShapeWriteObject(ShapeHandle* handle, int32_t index, const ShapeObject* 
     if (append) index = handle->recordCount;
     if (index < 0 || (!append && index >= handle->recordCount) || !isWritable(handle->shapeType, *object))
         return -1;
-    if (append) growIndex(*handle);
-    size_t size = assemble(*handle, index, *object);
-    int32_t& offset = handle->recordOffsets[static_cast<size_t>(index)];
-    int32_t& room = handle->recordSizes[static_cast<size_t>(index)];
-    bool atEnd = append || size - kHeaderSize > static_cast<size_t>(std::max(room, 0));
+    size_t at = static_cast<size_t>(index);
+    size_t size = recordSize(handle->shapeType, *object);
+    size_t room = append ? 0 : static_cast<size_t>(std::max(handle->recordSizes[at], 0));
+    bool atEnd = append || size - kHeaderSize > room;
     // Sizes are kept in 32 bits.
     if (atEnd && size > static_cast<size_t>(std::numeric_limits<int32_t>::max() - handle->fileSize))
         return -1;
-    if (!handle->shpFile->write(atEnd ? handle->fileSize : offset, {handle->workBuffer.data(), size}))
-        return -1;
+    if (append && !hasRoomForOneMore(*handle)) return -1;
+    int32_t offset = atEnd ? handle->fileSize : handle->recordOffsets[at];
+    char* record = handle->shpFile->place(offset, size);
+    if (!record) return -1;
+    writeRecord(record, size, handle->shapeType, index, *object);
     if (atEnd) {
-        offset = handle->fileSize;
-        room = static_cast<int32_t>(size - kHeaderSize);
+        handle->recordOffsets[at] = offset;
+        handle->recordSizes[at] = static_cast<int32_t>(size - kHeaderSize);
         handle->fileSize += static_cast<int32_t>(size);
     }
     if (append) ++handle->recordCount;

@@ -107,33 +107,38 @@ const char* RandomFile::view(int64_t position, size_t count) {
     return window_.data() + (position - start_);
 }
 
-void RandomFile::markDirty(size_t from, size_t to) {
-    bool clean = dirtyFrom_ == dirtyTo_;
-    dirtyFrom_ = clean ? from : std::min(dirtyFrom_, from);
-    dirtyTo_ = clean ? to : std::max(dirtyTo_, to);
-}
-
-bool RandomFile::write(int64_t position, std::string_view bytes) {
-    if (failed_ || position < 0) return false;
-    if (bytes.empty()) return true;
-    bool joins = bytes.size() < kLargeWindow && position >= start_ &&
-                 position <= start_ + static_cast<int64_t>(length_) &&
-                 position + static_cast<int64_t>(bytes.size()) <= start_ + static_cast<int64_t>(kLargeWindow);
+char* RandomFile::place(int64_t position, size_t count) {
+    if (failed_ || position < 0) return nullptr;
+    int64_t end = position + static_cast<int64_t>(count);
+    bool joins = position >= start_ && position <= start_ + static_cast<int64_t>(length_) &&
+                 end <= start_ + static_cast<int64_t>(kLargeWindow);
     if (!joins) {
-        flush();
+        if (!flush()) return nullptr;
         start_ = position;
         length_ = 0;
     }
-    if (!failed_ && bytes.size() >= kLargeWindow) {
-        failed_ = !writeAll(position, bytes.data(), bytes.size());
-    } else if (!failed_) {
-        size_t from = static_cast<size_t>(position - start_);
-        size_t to = from + bytes.size();
-        if (window_.size() < to) window_.resize(std::min(kLargeWindow, std::max(to, window_.size() * 2)));
-        std::memcpy(window_.data() + from, bytes.data(), bytes.size());
-        length_ = std::max(length_, to);
-        markDirty(from, to);
+    size_t from = static_cast<size_t>(position - start_);
+    size_t to = from + count;
+    if (window_.size() < to)
+        window_.resize(std::max(to, std::min(kLargeWindow, std::max(window_.size() * 2, kSmallWindow))));
+    length_ = std::max(length_, to);
+    bool clean = dirtyFrom_ == dirtyTo_;
+    dirtyFrom_ = clean ? from : std::min(dirtyFrom_, from);
+    dirtyTo_ = clean ? to : std::max(dirtyTo_, to);
+    size_ = std::max(size_, end);
+    return window_.data() + from;
+}
+
+bool RandomFile::write(int64_t position, std::string_view bytes) {
+    if (bytes.size() < kLargeWindow) {
+        char* to = place(position, bytes.size());
+        if (to) std::memcpy(to, bytes.data(), bytes.size());
+        return to != nullptr;
     }
+    // As much as a window and more is not copied into one; what the window shows would then be old.
+    if (position < 0 || !flush()) return false;
+    length_ = 0;
+    failed_ = !writeAll(position, bytes.data(), bytes.size());
     if (!failed_) size_ = std::max(size_, position + static_cast<int64_t>(bytes.size()));
     return !failed_;
 }

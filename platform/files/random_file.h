@@ -38,6 +38,9 @@ class RandomFile {
     const char* view(int64_t position, size_t count);
     // False when it has failed, now or before. A place behind the end leaves zeros before it.
     bool write(int64_t position, std::string_view bytes);
+    // The same for who makes the bytes on the spot: all `count` of them are to be filled in before the next
+    // call. Null where write() is false.
+    char* place(int64_t position, size_t count);
     // Hands over what is gathered to the system. False when any write so far has failed.
     bool flush();
     // The same, down to the disk.
@@ -50,7 +53,6 @@ class RandomFile {
     size_t windowFor(int64_t position, size_t count, int64_t& from);
     bool load(int64_t from, size_t count);
     bool writeAll(int64_t position, const char* bytes, size_t count);
-    void markDirty(size_t from, size_t to);
 
     int descriptor_;
     int64_t size_;
