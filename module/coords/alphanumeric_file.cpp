@@ -25,14 +25,19 @@ std::string_view storedName(const char* record) {
 
 // The records of a block, in order of their names; equal names stay in theirs.
 std::string sorted(std::string_view records) {
-    std::vector<const char*> order(records.size() / kRecordSize);
-    for (size_t i = 0; i < order.size(); ++i) order[i] = records.data() + i * kRecordSize;
-    std::stable_sort(order.begin(), order.end(), [](const char* a, const char* b) {
-        return CompareNames(storedName(a), storedName(b)) < 0;
-    });
+    struct Named {
+        std::string_view name;
+        const char* record;
+    };
+    std::vector<Named> order;
+    order.reserve(records.size() / kRecordSize);
+    for (size_t at = 0; at + kRecordSize <= records.size(); at += kRecordSize)
+        order.push_back({storedName(&records[at]), &records[at]});
+    std::stable_sort(order.begin(), order.end(),
+                     [](const Named& a, const Named& b) { return CompareNames(a.name, b.name) < 0; });
     std::string out;
     out.reserve(records.size());
-    for (const char* record : order) out.append(record, kRecordSize);
+    for (const Named& named : order) out.append(named.record, kRecordSize);
     return out;
 }
 

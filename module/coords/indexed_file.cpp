@@ -244,10 +244,9 @@ int IndexedFile::Move(const int32_t* from, PointRecord& point, int delta) {
     return take(status, record, point);
 }
 
-int IndexedFile::put(const PointRecord& point) {
+int IndexedFile::put(const std::string& key, const PointRecord& point) {
     error = kNoError;
-    std::string key = keyOf(point.name), attribute = text::encode(point.attribute),
-                description = text::encode(point.description);
+    std::string attribute = text::encode(point.attribute), description = text::encode(point.description);
     if (key.empty()) return fail(kNoNumber);
     if (key.size() > RecordStore::kLongestKey) return fail(kNameTooLong);
     if (static_cast<int>(description.size()) > store_.header().descriptionLimit)
@@ -269,15 +268,21 @@ int IndexedFile::put(const PointRecord& point) {
 
 int IndexedFile::Write(const PointRecord& point, int) {
     if (!store_.isOpen()) return fail(kCannotOpen);
-    return put(point) && store_.flush() ? 1 : fail(error ? error : kReadFailed);
+    return put(keyOf(point.name), point) && store_.flush() ? 1 : fail(error ? error : kReadFailed);
 }
 
 size_t IndexedFile::WriteAll(const std::vector<PointRecord>& points, int) {
     if (!store_.isOpen()) return static_cast<size_t>(fail(kCannotOpen));
+    // In the order of their keys the index grows at its end and records stand as they are walked.
+    std::vector<std::pair<std::string, const PointRecord*>> order;
+    order.reserve(points.size());
+    for (const PointRecord& point : points) order.emplace_back(keyOf(point.name), &point);
+    std::stable_sort(order.begin(), order.end(),
+                     [](const auto& a, const auto& b) { return CompareNames(a.first, b.first) < 0; });
     size_t written = 0;
     int refusal = kNoError;
-    for (const PointRecord& point : points) {
-        if (put(point))
+    for (const auto& [key, point] : order) {
+        if (put(key, *point))
             ++written;
         else
             refusal = error;

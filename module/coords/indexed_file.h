@@ -40,7 +40,7 @@ class IndexedFile : public CoordinateFile {
     int opened(int status, const std::string& filePath);
     int done(int status);
     int take(int status, const RecordStore::Record& record, PointRecord& point);
-    int put(const PointRecord& point);
+    int put(const std::string& key, const PointRecord& point);
     void readBounds();
     bool moveBoth(const std::string& from, const std::string& to);
 

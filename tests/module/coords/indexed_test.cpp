@@ -64,6 +64,22 @@ TEST_F(CoordsTest, IndexedRefusals) {
     EXPECT_EQ(other.MaxDescriptionLength(), 101);
 }
 
+TEST_F(CoordsTest, ManyAtOnceStandInTheOrderOfTheirNames) {
+    auto file = create(kIndexedZgc, "p.zgc");
+    std::vector<PointRecord> points = {makePoint("A10", 1), makePoint("a9", 2), makePoint("", 3),
+                                       makePoint("B1", 4), makePoint("A9", 5)};
+    EXPECT_EQ(file->WriteAll(points, 1), 4u);
+    EXPECT_EQ(file->error, 5);
+    std::string content = bytes("p.zgc");
+    ASSERT_EQ(content.size(), 288u + 3 * 144);
+    EXPECT_EQ(content.substr(288, 11), padded("A9", 11));
+    EXPECT_EQ(content.substr(288 + 144, 11), padded("A10", 11));
+    EXPECT_EQ(content.substr(288 + 288, 11), padded("B1", 11));
+    // Of the two of one name the later one counts.
+    ASSERT_TRUE(file->Find("A9", point_, 0, 0));
+    EXPECT_EQ(point_.northing, 5);
+}
+
 TEST_F(CoordsTest, FewerThanEightIndexedFilesAtOnce) {
     std::vector<std::unique_ptr<CoordinateFile>> files;
     auto name = [&](int i) { return folder_(std::to_string(i) + ".zgc"); };
