@@ -33,7 +33,11 @@ inline uint32_t getBig32(const void* bytes) {
 }
 
 inline void putBig32(void* bytes, uint32_t value) {
-    putLittle(bytes, value >> 24 | (value >> 8 & 0xFF00) | (value << 8 & 0xFF0000) | value << 24);
+    auto* b = static_cast<unsigned char*>(bytes);
+    b[0] = static_cast<unsigned char>(value >> 24);
+    b[1] = static_cast<unsigned char>(value >> 16);
+    b[2] = static_cast<unsigned char>(value >> 8);
+    b[3] = static_cast<unsigned char>(value);
 }
 
 }  // namespace files

@@ -130,6 +130,7 @@ char* RandomFile::place(int64_t position, size_t count) {
 }
 
 bool RandomFile::write(int64_t position, std::string_view bytes) {
+    if (bytes.empty()) return !failed_ && position >= 0;
     if (bytes.size() < kLargeWindow) {
         char* to = place(position, bytes.size());
         if (to) std::memcpy(to, bytes.data(), bytes.size());

@@ -38,8 +38,8 @@ class RandomFile {
     const char* view(int64_t position, size_t count);
     // False when it has failed, now or before. A place behind the end leaves zeros before it.
     bool write(int64_t position, std::string_view bytes);
-    // The same for who makes the bytes on the spot: all `count` of them are to be filled in before the next
-    // call. Null where write() is false.
+    // The same for who makes the bytes on the spot: all `count` of them, one at least, are to be filled in
+    // before the next call. Null where write() is false.
     char* place(int64_t position, size_t count);
     // Hands over what is gathered to the system. False when any write so far has failed.
     bool flush();

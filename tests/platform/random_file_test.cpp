@@ -64,6 +64,22 @@ TEST(RandomFile, BehavesAsATextInMemory) {
     }
 }
 
+TEST(RandomFile, NothingIsWrittenAnywhere) {
+    ScratchFolder folder;
+    auto file = RandomFile::open(folder("file"), RandomFile::Mode::kCreate);
+    EXPECT_TRUE(file->write(0, ""));
+    EXPECT_TRUE(file->write(500, ""));
+    EXPECT_FALSE(file->write(-1, ""));
+    EXPECT_EQ(file->size(), 0);
+    char* place = file->place(3, 2);
+    ASSERT_TRUE(place);
+    std::copy_n("de", 2, place);
+    EXPECT_EQ(file->size(), 5);
+    EXPECT_EQ(file->place(-1, 2), nullptr);
+    EXPECT_TRUE(file->flush());
+    EXPECT_EQ(files::read(folder("file")), std::string("\0\0\0de", 5));
+}
+
 TEST(RandomFile, OneWriterMayDenyOthers) {
     ScratchFolder folder;
     files::replace(folder("file"), "content");
