@@ -17,13 +17,13 @@ unsigned char lowered(char c) {
     return static_cast<unsigned char>(c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c);
 }
 
-// The number that digits at the start make, saturated.
-int64_t leadingNumber(std::string_view s) {
-    constexpr int64_t kHigh = int64_t{std::numeric_limits<int32_t>::max()} + 1;
+// The number that digits at the start make; the greatest there is for all that are greater.
+int32_t leadingNumber(std::string_view s) {
+    constexpr int64_t kHigh = std::numeric_limits<int32_t>::max();
     int64_t number = 0;
     for (size_t i = 0; i < s.size() && isDigit(s[i]) && number < kHigh; ++i)
         number = number * 10 + (s[i] - '0');
-    return std::min(number, kHigh);
+    return static_cast<int32_t>(std::min(number, kHigh));
 }
 
 int signOf(int value) {
@@ -43,16 +43,14 @@ int32_t NumberOfName(std::string_view name) {
     name = text::trimLeft(name);
     bool negative = !name.empty() && name.front() == '-';
     if (!name.empty() && (negative || name.front() == '+')) name.remove_prefix(1);
-    constexpr int64_t kHigh = std::numeric_limits<int32_t>::max();
-    int64_t number = leadingNumber(name);
-    return static_cast<int32_t>(negative ? -number : std::min(number, kHigh));
+    return negative ? -leadingNumber(name) : leadingNumber(name);
 }
 
 int CompareNames(std::string_view a, std::string_view b) {
     size_t common = std::min(a.size(), b.size());
     for (size_t i = 0; i < common; ++i) {
         if (isDigit(a[i]) && isDigit(b[i])) {
-            int64_t left = leadingNumber(a.substr(i)), right = leadingNumber(b.substr(i));
+            int32_t left = leadingNumber(a.substr(i)), right = leadingNumber(b.substr(i));
             if (left != right) return left < right ? -1 : 1;
         } else if (lowered(a[i]) != lowered(b[i])) {
             return lowered(a[i]) < lowered(b[i]) ? -1 : 1;
