@@ -63,19 +63,17 @@ struct ShapeExtents {
 
     static ShapeExtents of(double x, double y, double z, double m) { return {x, y, z, m, x, y, z, m}; }
     // What is not a number widens nothing.
-    void widen(double x, double y, double z, double m);
+    void widen(double x, double y, double z, double m) {
+        xMin = std::min(xMin, x);
+        yMin = std::min(yMin, y);
+        zMin = std::min(zMin, z);
+        mMin = std::min(mMin, m);
+        xMax = std::max(xMax, x);
+        yMax = std::max(yMax, y);
+        zMax = std::max(zMax, z);
+        mMax = std::max(mMax, m);
+    }
 };
-
-inline void ShapeExtents::widen(double x, double y, double z, double m) {
-    xMin = std::min(xMin, x);
-    yMin = std::min(yMin, y);
-    zMin = std::min(zMin, z);
-    mMin = std::min(mMin, m);
-    xMax = std::max(xMax, x);
-    yMax = std::max(yMax, y);
-    zMax = std::max(zMax, z);
-    mMax = std::max(mMax, m);
-}
 
 // Vertices are either in the four arrays, or in the list; the object owns both.
 struct ShapeObject : ShapeExtents {

@@ -144,6 +144,11 @@ bool readPoint(RecordReader& in, ShapeObject& object) {
 
 // --- Writing ------------------------------------------------------------------------------------------
 
+// Records of patches are written without M, though they are read with it.
+bool writesM(int32_t fileType) {
+    return fileType != shape::kMultipatch && (shape::hasZ(fileType) || shape::hasM(fileType));
+}
+
 void writeMany(RecordWriter& out, int32_t fileType, const ShapeObject& object) {
     bool parts = shape::hasParts(fileType);
     for (double bound : {object.xMin, object.yMin, object.xMax, object.yMax}) out.real(bound);
@@ -159,15 +164,14 @@ void writeMany(RecordWriter& out, int32_t fileType, const ShapeObject& object) {
         out.real(object.y[i]);
     }
     if (shape::hasZ(fileType)) out.range(object.zMin, object.zMax, object.z, object.vertexCount);
-    bool m = fileType != shape::kMultipatch && (shape::hasZ(fileType) || shape::hasM(fileType));
-    if (m) out.range(object.mMin, object.mMax, object.m, object.vertexCount);
+    if (writesM(fileType)) out.range(object.mMin, object.mMax, object.m, object.vertexCount);
 }
 
 void writePoint(RecordWriter& out, int32_t fileType, const ShapeObject& object) {
     out.real(*object.x);
     out.real(*object.y);
     if (shape::hasZ(fileType)) out.real(*object.z);
-    if (fileType != shape::kPoint) out.real(*object.m);
+    if (writesM(fileType)) out.real(*object.m);
 }
 
 bool isWritable(int32_t fileType, const ShapeObject& object) {
@@ -179,9 +183,7 @@ bool isWritable(int32_t fileType, const ShapeObject& object) {
 
 // In bytes, with the header.
 size_t recordSize(int32_t fileType, const ShapeObject& object) {
-    bool z = shape::hasZ(fileType);
-    bool m = fileType != shape::kMultipatch && (z || shape::hasM(fileType));
-    size_t numbers = 2 + (z ? 1 : 0) + (m ? 1 : 0);
+    size_t numbers = 2 + (shape::hasZ(fileType) ? 1 : 0) + (writesM(fileType) ? 1 : 0);
     if (shape::isPoint(fileType)) return kPointAt + numbers * 8;
     size_t vertices = static_cast<size_t>(object.vertexCount) * numbers * 8 + (numbers - 2) * 16;
     if (!shape::hasParts(fileType)) return kMultipointVerticesAt + vertices;
@@ -200,7 +202,7 @@ void writeRecord(char* record, size_t size, int32_t fileType, int32_t index, con
         writeMany(out, fileType, object);
 }
 
-bool hasRoomForOneMore(ShapeHandle& handle) {
+bool makeRoomForOneMore(ShapeHandle& handle) {
     if (handle.recordCount < handle.recordCapacity) return true;
     return handle.reserveRecords(static_cast<int32_t>(handle.recordCapacity * 1.3 + 100));
 }
@@ -255,7 +257,7 @@ int32_t ShapeWriteObject(ShapeHandle* handle, int32_t index, const ShapeObject* 
     // Sizes are kept in 32 bits.
     if (atEnd && size > static_cast<size_t>(std::numeric_limits<int32_t>::max() - handle->fileSize))
         return -1;
-    if (append && !hasRoomForOneMore(*handle)) return -1;
+    if (append && !makeRoomForOneMore(*handle)) return -1;
     int32_t offset = atEnd ? handle->fileSize : handle->recordOffsets[at];
     char* record = handle->shpFile->place(offset, size);
     if (!record) return -1;
