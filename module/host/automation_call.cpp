@@ -110,7 +110,11 @@ Status KMAutoWrap(Call type, Value* result, const ObjectPtr& object, const std::
         return Status::kFail;
     }
     int id = 0;
-    if (Status status = object->idOf(name, id); status != Status::kOk) return report(status, true);
+    if (Status status = object->idOf(name, id); status != Status::kOk) {
+        ui::messageBox("Error", text::format("IDispatch::GetIDsOfNames(\"%s\") failed w/err 0x%08lx",
+                                             name.c_str(), static_cast<unsigned long>(status)));
+        return report(status, true);
+    }
     Value ignored;
     Status status = object->invoke(id, type, arguments, result ? *result : ignored);
     return status == Status::kOk ? status : report(status, false);

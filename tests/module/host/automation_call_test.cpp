@@ -80,6 +80,7 @@ TEST(AutoWrap, FailuresAreNamed) {
     auto points = std::make_shared<Points>();
     auto named = [&](Status id, Status call) {
         host().printed.clear();
+        host().boxes.clear();
         points->idStatus = id;
         points->callStatus = call;
         KMAutoWrap(Call::kMethod, nullptr, points, "Count");
@@ -87,6 +88,8 @@ TEST(AutoWrap, FailuresAreNamed) {
     };
     EXPECT_EQ(named(Status::kOk, Status::kOk), "");
     EXPECT_EQ(named(Status::kUnknownName, Status::kOk), "\nKMAutoWrap error: DISP_E_UNKNOWNNAME");
+    EXPECT_EQ(host().boxes,
+              std::vector<std::string>{"Error: IDispatch::GetIDsOfNames(\"Count\") failed w/err 0x80020006"});
     EXPECT_EQ(named(Status::kUnknownLocale, Status::kOk), "\nKMAutoWrap error: DISP_E_UNKNOWNLCID");
     EXPECT_EQ(named(Status::kOk, Status::kUnknownLocale), "\nKMAutoWrap error: unknown clid");
     EXPECT_EQ(named(Status::kOk, Status::kBadParamCount), "\nKMAutoWrap error: bad param count");
