@@ -45,8 +45,15 @@ int reportOn(const std::string& path, const ReportOptions& options) {
 
 }  // namespace
 
+// What files hold may be anything: characters that would move the cursor are shown as a replacement.
 void Report::say(const std::string& line) {
-    std::printf("%s\n", line.c_str());
+    std::string shown;
+    for (size_t at = 0; at < line.size();) {
+        char32_t c = text::nextCodePoint(line, at);
+        bool control = c < 0x20 || (c >= 0x7F && c < 0xA0);
+        text::appendUtf8(shown, control ? 0xFFFD : c);
+    }
+    std::printf("%s\n", shown.c_str());
 }
 
 void Report::fault(const std::string& what) {

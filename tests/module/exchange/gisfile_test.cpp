@@ -88,6 +88,16 @@ TEST_F(GisFile, FindsFaultsAndChangesNothing) {
     EXPECT_EQ(*files::read(folder_("site.crd")), points);
 }
 
+TEST_F(GisFile, TextsOfFilesDoNotReachTheTerminalRaw) {
+    change("site.crd", 104 + 24,
+           "\x1B[2J\n\x9B"
+           "1A\xC4");
+    Outcome run = gisfile(folder_("site.crd"));
+    EXPECT_EQ(run.status, 0);
+    EXPECT_FALSE(holds(run, "\x1B"));
+    EXPECT_TRUE(holds(run, "\uFFFD[2J\uFFFD\u203A1AÄ")) << run.output;
+}
+
 TEST_F(GisFile, SaysWhyItCannot) {
     files::replace(folder_("broken.dbf"), "no table");
     Outcome run = gisfile(folder_("none.shp") + " " + folder_("broken.dbf") + " " + folder_("lots.prj"));
