@@ -12,6 +12,8 @@
 #include "platform/dao/sqlite/schema.h"
 #include "platform/dao/sqlite/statement.h"
 
+using dao::sqlite::FileKind;
+
 namespace {
 
 void require(bool condition) {
@@ -47,6 +49,8 @@ void tryStatement(const std::string& text) {
     db.takes(statement.sql);
 }
 
+constexpr FileKind kKinds[] = {FileKind::kPlain, FileKind::kGeoPackage};
+
 // What SQLite takes as a definition reads back as it was given.
 void tryRule(const std::string& text) {
     size_t half = text.size() / 2;
@@ -55,12 +59,15 @@ void tryRule(const std::string& text) {
     field.validationRule = text.substr(0, half);
     field.defaultValue = text.substr(half);
     field = dao::completed(field);
-    std::string sql = dao::sqlite::createTableStatement("T", {field}, dao::sqlite::FileKind::kPlain);
-    MemoryDatabase db;
-    if (sql.find('\0') != std::string::npos || !db.takes(sql)) return;
-    dao::sqlite::Statement(db.handle(), sql).run();
-    std::vector<CDaoFieldInfo> fields = dao::sqlite::describeTable(db.handle(), "T");
-    require(fields.size() == 1 && fields[0].name == "F" && fields[0].validationRule == field.validationRule);
+    for (FileKind kind : kKinds) {
+        std::string sql = dao::sqlite::createTableStatement("T", {field}, kind);
+        MemoryDatabase db;
+        if (sql.find('\0') != std::string::npos || !db.takes(sql)) continue;
+        dao::sqlite::Statement(db.handle(), sql).run();
+        std::vector<CDaoFieldInfo> fields = dao::sqlite::describeTable(db.handle(), "T");
+        require(fields.size() == 1 && fields[0].name == "F" &&
+                fields[0].validationRule == field.validationRule);
+    }
 }
 
 void tryForeignSchema(const std::string& text) {
@@ -70,7 +77,7 @@ void tryForeignSchema(const std::string& text) {
     dao::sqlite::Statement tables(db.handle(), "SELECT name FROM sqlite_master WHERE type = 'table'");
     while (tables.step()) {
         dao::sqlite::describeTable(db.handle(), tables.text(0));
-        dao::sqlite::isOwnTable(db.handle(), tables.text(0), dao::sqlite::FileKind::kPlain);
+        for (FileKind kind : kKinds) dao::sqlite::isOwnTable(db.handle(), tables.text(0), kind);
     }
 }
 
