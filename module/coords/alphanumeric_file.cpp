@@ -160,10 +160,11 @@ int AlphanumericFile::Find(const std::string& name, PointRecord& point, int dire
     Place place;
     if (!search(wanted, place)) return fail(kReadFailed);
     if (place.found) return take(place.index, point);
-    if (direction == 0) return fail(kNoSuchPoint);
-    // The place is that of the next point above.
-    position = direction > 0 ? place.index - 1 : place.index;
-    return Move(nullptr, point, direction);
+    // The place is that of the next point above. A step from here reaches it or the one below, and from
+    // outside of the file its nearest end.
+    bool fromAbove = direction < 0 || place.index == RecordCount();
+    position = place.index > 0 && fromAbove ? place.index : place.index - 1;
+    return direction ? Move(nullptr, point, direction) : fail(kNoSuchPoint);
 }
 
 int AlphanumericFile::Move(const int32_t* from, PointRecord& point, int delta) {

@@ -222,6 +222,7 @@ int ModulePoints::Find(const std::string& name, PointRecord& point, int directio
     if (!handle_) return fail(kCannotOpen);
     if (int reason = ValidateName(name)) return fail(reason);
     ZakPointBlock block;
+    lastName.clear();  // where the module stands after a search in vain is its own affair
     long status = answerTo(acutBuildList(RTSTR, function("find_point_*").c_str(), RTLONG, handle_, RTSTR,
                                          name.c_str(), RTSHORT, direction, RTLONG, addressOf(&block), 0));
     return done(status, kNoSuchPoint) ? take(block, point) : 0;

@@ -71,9 +71,11 @@ RangeWalk::RangeWalk(CoordinateFile& file, PointRange range) : file_(file), rang
     if (range_.isAll()) file_.Rewind();
 }
 
-// One point further from the one handed out last, which is found again when something else was read since.
+// One point further from the one handed out last, which is found again when something else was read or looked
+// for since.
 bool RangeWalk::step(PointRecord& point, int direction) {
-    if (!last_.empty() && file_.lastName != last_ && !file_.Find(last_, point, 0, 1)) return false;
+    bool there = last_.empty() || (file_.lastName == last_ && file_.GetPosition() == position_);
+    if (!there && !file_.Find(last_, point, 0, 1)) return false;
     return file_.Move(nullptr, point, direction) != 0;
 }
 
@@ -89,17 +91,16 @@ bool RangeWalk::nextOfToken(PointRecord& point) {
     return fromStart * direction >= 0 && fromEnd * direction <= 0;
 }
 
+bool RangeWalk::handOut(const PointRecord& point) {
+    last_ = point.name;
+    position_ = file_.GetPosition();
+    return true;
+}
+
 bool RangeWalk::next(PointRecord& point) {
-    if (range_.isAll()) {
-        if (!step(point, 1)) return false;
-        last_ = point.name;
-        return true;
-    }
+    if (range_.isAll()) return step(point, 1) && handOut(point);
     for (; token_ < range_.tokens().size(); ++token_) {
-        if (nextOfToken(point)) {
-            last_ = point.name;
-            return true;
-        }
+        if (nextOfToken(point)) return handOut(point);
         last_.clear();
     }
     return false;

@@ -39,11 +39,13 @@ class RangeWalk {
   private:
     bool nextOfToken(PointRecord& point);
     bool step(PointRecord& point, int direction);
+    bool handOut(const PointRecord& point);
 
     CoordinateFile& file_;
     PointRange range_;
     size_t token_ = 0;
-    std::string last_;  // the point that was handed out last; "" at the start of a token
+    std::string last_;      // the point that was handed out last; "" at the start of a token
+    int32_t position_ = 0;  // of the file, at that point
 };
 
 // As CoordinateFile::Find; the bounds of the file are asked first.

@@ -205,6 +205,13 @@ TEST_F(CoordsTest, AlphanumericFind) {
     EXPECT_EQ(found("I", 1), "error 10");
     EXPECT_EQ(found("G", 1), "H");
     EXPECT_EQ(found("C", -1), "B");
+    // A search in vain is where a walk can begin.
+    for (auto& [name, delta, reached] :
+         {std::tuple{"A", 1, "B"}, std::tuple{"E", 1, "F"}, std::tuple{"I", -1, "H"}}) {
+        EXPECT_EQ(found(name, 0), "error 10");
+        ASSERT_TRUE(file->Move(nullptr, point_, delta));
+        EXPECT_EQ(point_.name, reached);
+    }
     EXPECT_EQ(host_.printed, "");
 }
 

@@ -129,6 +129,13 @@ TEST_F(PointStoreTest, CountsRangesAndGroups) {
     PointStoreNext(point_);
     EXPECT_EQ(point_.name, "4");
 
+    PointStoreWrite(makePoint("9"), 0);
+    PointStoreSetRange("all");
+    PointStoreNext(point_);
+    EXPECT_FALSE(PointStoreFind("8", point_, 1));
+    PointStoreNext(point_);
+    EXPECT_EQ(point_.name, "4") << "so does a search for a point that is not there";
+
     run("(defun cf:pointgroupmanager (path what range) (setq asked (list what range)) \"4,2\")");
     EXPECT_EQ(walk("group[trees]"), "4 2");
     EXPECT_EQ(run("asked"), "(\"ParseRange\" \"GROUP[TREES]\")");
