@@ -47,7 +47,8 @@ class CoordinateFile {
     virtual int Find(const std::string& name, PointRecord& point, int direction, int quiet) = 0;
     // Adds a point, or overwrites the one of its name.
     virtual int Write(const PointRecord& point, int quiet) = 0;
-    // Writes many: the points in the file are afterwards the same as after single writes. How many went in.
+    // Writes many: the points in the file are afterwards the same as after single writes. How many went in;
+    // `error` tells why one of the others did not.
     virtual size_t WriteAll(const std::vector<PointRecord>& points, int quiet);
 
     virtual int Remove(const std::string& name, int quiet);
