@@ -34,9 +34,9 @@ class ListBuilder {
 bool isAngleCode(int code);
 double radiansOf(double degrees);
 
-// One item as a group with its values in the drawing's arena. A name of an object becomes its handle. `like` is
-// a group whose place it takes, or null: a point gets as many coordinates, and an angle that did not change
-// keeps its exact value, which it would lose on the way to radians and back.
+// One item as a group with its values in the drawing's arena. A name of an object becomes its handle. `like`
+// is a group whose place it takes, or null: a point gets as many coordinates, and an angle that did not
+// change keeps its exact value, which it would lose on the way to radians and back.
 Group groupOf(Drawing& drawing, const resbuf& item, const Group* like = nullptr);
 
 // Extended data given as a list that begins with 1001, cut into groups. False when an application is not

@@ -8,7 +8,8 @@
 
 namespace hostcad {
 
-// Frames of the coordinates of `block`, which a reference shows, in those of `frame`; at most `limit` of them.
+// Frames of the coordinates of `block`, which a reference shows, in those of `frame`; at most `limit` of
+// them.
 std::vector<Frame> referenceFrames(const Drawing& drawing, const Frame& frame, Groups reference,
                                    ObjectId block, size_t limit);
 

@@ -25,14 +25,24 @@ int UnregisterGisFunctions() {
 
 void returnToLisp() {
     switch (GisReturnStatus) {
-        case kReturnInteger: acedRetInt(GisReturnInt); break;
-        case kReturnReal: acedRetReal(GisReturnReal); break;
-        case kReturnEntity: acedRetName(GisReturnEntity, RTENAME); break;
-        case kReturnNil: acedRetNil(); break;
+        case kReturnInteger:
+            acedRetInt(GisReturnInt);
+            break;
+        case kReturnReal:
+            acedRetReal(GisReturnReal);
+            break;
+        case kReturnEntity:
+            acedRetName(GisReturnEntity, RTENAME);
+            break;
+        case kReturnNil:
+            acedRetNil();
+            break;
         case kReturnedList:
         case kReturnedString:
-        case kReturnedOwnString: break;
-        default: acedRetInt(GisReturnStatus);
+        case kReturnedOwnString:
+            break;
+        default:
+            acedRetInt(GisReturnStatus);
     }
 }
 
@@ -53,17 +63,26 @@ void registerWithLinker(void* packet) {
 
 extern "C" AcRx::AppRetCode acrxEntryPoint(AcRx::AppMsgCode message, void* packet) {
     switch (message) {
-        case AcRx::kInitAppMsg: registerWithLinker(packet); break;
+        case AcRx::kInitAppMsg:
+            registerWithLinker(packet);
+            break;
         // Functions belong to a drawing: they are defined anew in each.
-        case AcRx::kLoadDwgMsg: RegisterGisFunctions(); break;
+        case AcRx::kLoadDwgMsg:
+            RegisterGisFunctions();
+            break;
         case AcRx::kUnloadDwgMsg:
             acrxUnlockApplication(packet);
             UnregisterGisFunctions();
             break;
-        case AcRx::kInvkSubrMsg: HandleGisFunction(); break;
-        default: break;
+        case AcRx::kInvkSubrMsg:
+            HandleGisFunction();
+            break;
+        default:
+            break;
     }
     return AcRx::kRetOK;
 }
 
-extern "C" int acrxGetApiVersion() { return kApiVersion; }
+extern "C" int acrxGetApiVersion() {
+    return kApiVersion;
+}

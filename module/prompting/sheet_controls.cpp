@@ -58,8 +58,9 @@ void addLowerFields(ui::Dialog& d) {
 
 ui::Layout arrangement() {
     using namespace ui;
-    Layout upper = table({row({item(kOutputCaption), item(kOutputPath, 1), item(kFeaturesCaption), item(kFeatures)}),
-                          row({item(kTemplateCaption), item(kTemplatePath), item(kTableCaption), item(kOutputTable)})});
+    Layout upper =
+        table({row({item(kOutputCaption), item(kOutputPath, 1), item(kFeaturesCaption), item(kFeatures)}),
+               row({item(kTemplateCaption), item(kTemplatePath), item(kTableCaption), item(kOutputTable)})});
     Layout images = group(
         kImageGroup,
         {row({column({item(kPreview), row({spring(), item(kImageCounter), spring()})}),

@@ -21,7 +21,7 @@ int acedRetReal(ads_real value);
 int acedRetStr(const char* value);
 int acedRetPoint(const ads_point value);
 int acedRetName(const ads_name value, int type);  // type: RTENAME or RTPICKS
-int acedRetList(const resbuf* list);  // the list stays the caller's
+int acedRetList(const resbuf* list);              // the list stays the caller's
 int acedRetVal(const resbuf* value);
 int acedRetNil();
 int acedRetT();
@@ -59,7 +59,7 @@ int acedPutSym(const char* name, const resbuf* value);
 // list means none.
 int acedInitGet(int bits, const char* keywords);
 int acedGetKword(const char* prompt, char* result);  // result: 512 bytes
-int acedGetInput(char* result);  // 512 bytes
+int acedGetInput(char* result);                      // 512 bytes
 // blanks: 0 a blank ends the input, 1 blanks are text. result: 512 bytes.
 int acedGetString(int blanks, const char* prompt, char* result);
 int acedGetInt(const char* prompt, int* result);

@@ -48,15 +48,16 @@ resbuf* acdbTblSearch(const char* table, const char* symbol, int setNext);
 int acdbTblObjName(const char* table, const char* symbol, ads_name name);
 // Registers an application for extended data. RTNORM also when it is registered already.
 int acdbRegApp(const char* application);
-// Whether text may be the name of a symbol: 1 to 255 characters, none of < > / \ " : ; ? * | , = ` and, unless
-// allowed, no vertical bar. RTNORM or RTERROR.
+// Whether text may be the name of a symbol: 1 to 255 characters, none of < > / \ " : ; ? * | , = ` and,
+// unless allowed, no vertical bar. RTNORM or RTERROR.
 int acdbSNValid(const char* name, int allowBar);
 
 // --- Selection sets -----------------------------------------------------------------------------------
 
 // mode: null asks the user; "X" the whole drawing; "L" the last entity; "P" the previous set; "F" along a
 // fence and "WP", "CP" inside or crossing a polygon (first: a list of points as resbufs); "W" inside and "C"
-// crossing the box of two points (ads_point). filter: groups that must match, with -4 "<and" "and>" "<or" "or>"
+// crossing the box of two points (ads_point). filter: groups that must match, with -4 "<and" "and>" "<or"
+// "or>"
 // "<not" "not>" "<xor" "xor>" and relational tests such as ">="; text may hold wild cards.
 // RTNORM with a new set that the caller frees; RTERROR when nothing was selected; RTCAN.
 int acedSSGet(const char* mode, const void* first, const void* second, const resbuf* filter, ads_name set);

@@ -27,7 +27,9 @@ class AcGeMatrix3d {
   public:
     double entry[4][4] = {{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}};
     AcGePoint3d operator*(const AcGePoint3d& p) const {
-        auto row = [&](int i) { return entry[i][0] * p.x + entry[i][1] * p.y + entry[i][2] * p.z + entry[i][3]; };
+        auto row = [&](int i) {
+            return entry[i][0] * p.x + entry[i][1] * p.y + entry[i][2] * p.z + entry[i][3];
+        };
         return {row(0), row(1), row(2)};
     }
 };

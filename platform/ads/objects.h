@@ -175,7 +175,8 @@ class AcDbBlockReference : public AcDbEntity {
 class AcDb2dVertex : public AcDbEntity {
   public:
     AcDb2dVertex();
-    explicit AcDb2dVertex(const AcGePoint3d& position, double bulge = 0, double startWidth = 0, double endWidth = 0);
+    explicit AcDb2dVertex(const AcGePoint3d& position, double bulge = 0, double startWidth = 0,
+                          double endWidth = 0);
 };
 
 class AcDb3dPolylineVertex : public AcDbEntity {

@@ -51,8 +51,8 @@ constexpr short RTORINT = 5008;
 constexpr short RT3DPOINT = 5009;
 constexpr short RTLONG = 5010;
 constexpr short RTVOID = 5014;
-constexpr short RTLB = 5016;  // list begin
-constexpr short RTLE = 5017;  // list end
+constexpr short RTLB = 5016;    // list begin
+constexpr short RTLE = 5017;    // list end
 constexpr short RTDOTE = 5018;  // a dotted pair's second half follows
 constexpr short RTNIL = 5019;
 constexpr short RTDXF0 = 5020;  // group code 0, since a plain 0 ends the arguments of acutBuildList
@@ -108,10 +108,18 @@ inline char* acad_strdup(const char* text) {
     return copy;
 }
 
-inline void ads_name_set(const ads_name from, ads_name to) { to[0] = from[0], to[1] = from[1]; }
-inline void ads_name_clear(ads_name name) { name[0] = name[1] = 0; }
-inline bool ads_name_nil(const ads_name name) { return name[0] == 0 && name[1] == 0; }
-inline bool ads_name_equal(const ads_name a, const ads_name b) { return a[0] == b[0] && a[1] == b[1]; }
+inline void ads_name_set(const ads_name from, ads_name to) {
+    to[0] = from[0], to[1] = from[1];
+}
+inline void ads_name_clear(ads_name name) {
+    name[0] = name[1] = 0;
+}
+inline bool ads_name_nil(const ads_name name) {
+    return name[0] == 0 && name[1] == 0;
+}
+inline bool ads_name_equal(const ads_name a, const ads_name b) {
+    return a[0] == b[0] && a[1] == b[1];
+}
 inline void ads_point_set(const ads_point from, ads_point to) {
     to[0] = from[0], to[1] = from[1], to[2] = from[2];
 }

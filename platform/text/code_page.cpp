@@ -175,13 +175,16 @@ constexpr Page kPages[] = {
 // clang-format on
 
 const Page* find(int page) {
-    auto it = std::find_if(std::begin(kPages), std::end(kPages), [&](const Page& p) { return p.number == page; });
+    auto it =
+        std::find_if(std::begin(kPages), std::end(kPages), [&](const Page& p) { return p.number == page; });
     return it == std::end(kPages) ? nullptr : it;
 }
 
 }  // namespace
 
-bool isKnownCodePage(int page) { return page == 65001 || find(page) != nullptr; }
+bool isKnownCodePage(int page) {
+    return page == 65001 || find(page) != nullptr;
+}
 
 char32_t codePointOf(unsigned char byte, int page) {
     const Page* p = find(page);
@@ -223,8 +226,10 @@ std::string encode(std::string_view utf8, int page, char substitute) {
     out.reserve(utf8.size());
     for (size_t i = 0; i < utf8.size();) {
         int byte = byteOf(nextCodePoint(utf8, i), page);
-        if (byte >= 0) out += static_cast<char>(byte);
-        else if (substitute) out += substitute;
+        if (byte >= 0)
+            out += static_cast<char>(byte);
+        else if (substitute)
+            out += substitute;
     }
     return out;
 }

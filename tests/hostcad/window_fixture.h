@@ -160,7 +160,8 @@ inline void makeTemplate(hostcad::Host& host, const std::string& folder) {
     std::string tables =
         NORVANE_BIN_DIR "/jet sql '" + folder +
         "/template.mdb' \"create table ZGEO_SMART_PROMPTING (NO_GIS INTEGER PRIMARY KEY AUTOINCREMENT, "
-        "GIS_NAME TEXT(255), FIELD_NAME TEXT(255), FIELD_PROMPT TEXT(255), DEFAULT_VALUE TEXT(255), LIST_VALUES TEXT(255)); "
+        "GIS_NAME TEXT(255), FIELD_NAME TEXT(255), FIELD_PROMPT TEXT(255), DEFAULT_VALUE TEXT(255), "
+        "LIST_VALUES TEXT(255)); "
         "create table ZGEO_CAT "
         "(INDEX_CAT_GIS INTEGER, CAT_GIS_NAME TEXT(255), GIS_NAME TEXT(255)); insert into "
         "ZGEO_SMART_PROMPTING (GIS_NAME, FIELD_NAME, "

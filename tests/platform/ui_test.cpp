@@ -244,7 +244,20 @@ TEST(Key, IsReadFromText) {
 TEST_F(UiTest, AListCellIsPickedFromByItsLetters) {
     Form form;
     static_cast<ui::Grid*>(form.find(17))->setType(2, 3, ui::CellType::dropDown("ASH\tOAK\tOLIVE"));
-    run(form, {{Step::Kind::Focus, "17"}, key("Right"), key("Down"), key("Down"), key("o"), key("o"), key("o"), key("x"),
-               key("Down"), key("Up"), key("Up"), key("Up"), key("F2"), click("Apply"), click("Cancel")});
+    run(form, {{Step::Kind::Focus, "17"},
+               key("Right"),
+               key("Down"),
+               key("Down"),
+               key("o"),
+               key("o"),
+               key("o"),
+               key("x"),
+               key("Down"),
+               key("Up"),
+               key("Up"),
+               key("Up"),
+               key("F2"),
+               click("Apply"),
+               click("Cancel")});
     EXPECT_EQ(form.happened, "cell 2,3=ASH;command 18;");
 }
