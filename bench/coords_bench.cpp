@@ -19,6 +19,8 @@
 #include "platform/files/byte_order.h"
 #include "platform/files/random_file.h"
 
+using namespace norvane;
+
 namespace {
 
 double bestOf(int runs, const std::function<void()>& work) {

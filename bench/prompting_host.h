@@ -10,6 +10,8 @@
 #include "platform/dao/dao.h"
 #include "platform/ui/backend.h"
 
+using namespace norvane;
+
 class PromptingHost : private hostcad::Output, private hostcad::InputSource {
   public:
     // The template gets `features` features of `attributes` rows each, in ten categories. The backend stays

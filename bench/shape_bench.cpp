@@ -20,6 +20,8 @@
 #include "module/exchange/dbf_file.h"
 #include "module/exchange/shape_file.h"
 
+using namespace norvane;
+
 namespace {
 
 constexpr int kFields = 20;

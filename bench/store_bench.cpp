@@ -9,11 +9,13 @@
 
 #include "hostcad/drawing/current_drawing.h"
 #include "hostcad/dxf/blank_drawing.h"
-#include "module/host/ads_owners.h"
+#include "module/cad/ads_owners.h"
 #include "module/store/database.h"
 #include "module/store/gis_link.h"
 #include "module/store/output_database.h"
 #include "module/store/template_database.h"
+
+using namespace norvane;
 
 namespace {
 

@@ -5,6 +5,8 @@
 #include "module/coords/coordinate_file.h"
 #include "module/coords/point_range.h"
 
+using namespace norvane;
+
 // Walks, finds, writes and removes in an open file. `mayFail`: bytes that are no points, so that reading may
 // fail on the way.
 inline void exerciseCoordinateFile(CoordinateFile& file, bool mayFail) {

@@ -3,6 +3,8 @@
 #include "module/coords/coordinate_format.h"
 #include "module/coords/point_names.h"
 
+using namespace norvane;
+
 namespace {
 
 // A file whose names are in order finds each of its points.

@@ -5,6 +5,8 @@
 #include "fuzz/fuzz_folder.h"
 #include "module/exchange/dbf_file.h"
 
+using namespace norvane;
+
 namespace {
 
 constexpr int32_t kMostRecords = 200, kMostFields = 100;

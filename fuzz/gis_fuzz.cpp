@@ -5,7 +5,10 @@
 #include <string>
 
 #include "module/features/feature_checks.h"
+#include "module/store/name_rules.h"
 #include "module/features/feature_file.h"
+
+using namespace norvane;
 
 namespace {
 

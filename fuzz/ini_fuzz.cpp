@@ -7,11 +7,14 @@
 #include <string>
 
 #include "hostcad/editor/host.h"
-#include "module/host/gis_settings.h"
-#include "module/host/host_helpers.h"
-#include "module/prompting/dialog_state.h"
+#include "module/cad/lisp_symbols.h"
+#include "module/settings/dialog_state.h"
+#include "module/settings/current_databases.h"
+#include "module/settings/settings_file.h"
 #include "platform/files/files.h"
 #include "platform/registry/registry.h"
+
+using namespace norvane;
 
 namespace {
 

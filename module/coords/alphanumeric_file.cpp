@@ -9,6 +9,8 @@
 #include "platform/text/code_page.h"
 #include "platform/text/text.h"
 
+namespace norvane {
+
 namespace {
 
 constexpr size_t kRecordSize = 66;
@@ -266,3 +268,5 @@ int AlphanumericFile::WriteHeader() {
     bool written = file_->write(0, {header, sizeof header}) && file_->flush();
     return written ? 1 : fail(kReadFailed);
 }
+
+}  // namespace norvane

@@ -12,6 +12,8 @@
 
 #include "module/coords/flat_file.h"
 
+namespace norvane {
+
 class AlphanumericFile : public FlatFile {
   public:
     AlphanumericFile();
@@ -50,3 +52,5 @@ class AlphanumericFile : public FlatFile {
     bool sortRecords();
     void readBounds();
 };
+
+}  // namespace norvane

@@ -12,6 +12,8 @@
 #include "platform/text/text.h"
 #include "platform/text/wild_cards.h"
 
+namespace norvane {
+
 std::unique_ptr<CoordinateFile> MakeCoordinateFile(int format) {
     switch (format) {
         case kNumericCrd:
@@ -138,3 +140,5 @@ int CoordinateFile::RemoveNotes(const PointRange& range) {
     error = kNoError;
     return !removed || notes.write() ? 1 : 0;
 }
+
+}  // namespace norvane

@@ -8,6 +8,8 @@
 
 #include "module/coords/point_record.h"
 
+namespace norvane {
+
 class PointRange;
 
 class CoordinateFile {
@@ -101,3 +103,5 @@ class CoordinateFile {
 
 // A closed file of a format that this program reads by itself; null for any other.
 std::unique_ptr<CoordinateFile> MakeCoordinateFile(int format);
+
+}  // namespace norvane

@@ -5,6 +5,8 @@
 #include "platform/files/random_file.h"
 #include "platform/text/text.h"
 
+namespace norvane {
+
 namespace {
 
 std::optional<int> fixedFormat;
@@ -145,3 +147,5 @@ std::string NotePath(const std::string& path) {
     std::string name = files::nameOf(path);
     return files::folderOf(path) + name.substr(0, name.find('.')) + ".not";
 }
+
+}  // namespace norvane

@@ -6,6 +6,8 @@
 
 #include "module/coords/point_record.h"
 
+namespace norvane {
+
 // The format of a file; kNoFile when there is none or it is empty, kIndexMissing for an indexed one without
 // its index. The name of a drawing is told without a look at the disk.
 int DetectFormat(const std::string& path);
@@ -34,3 +36,5 @@ constexpr const char* kAlphanumericMark = "New CRD Format";
 constexpr size_t kAlphanumericMarkAt = 72;
 constexpr size_t kAlphanumericHeaderSize = 104;
 bool IsAlphanumericHeader(std::string_view bytes);
+
+}  // namespace norvane

@@ -1,5 +1,7 @@
 #include "module/coords/coordinate_host.h"
 
+namespace norvane {
+
 namespace {
 
 class NoHost : public CoordinateHost {
@@ -21,3 +23,5 @@ CoordinateHost& TheCoordinateHost() {
     static NoHost none;
     return current ? *current : none;
 }
+
+}  // namespace norvane

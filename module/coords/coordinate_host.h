@@ -6,6 +6,8 @@
 
 #include "module/coords/point_record.h"
 
+namespace norvane {
+
 class CoordinateHost {
   public:
     virtual ~CoordinateHost() = default;
@@ -20,3 +22,5 @@ class CoordinateHost {
 // The host belongs to the caller and outlives its use; null takes it away.
 void SetCoordinateHost(CoordinateHost* host);
 CoordinateHost& TheCoordinateHost();
+
+}  // namespace norvane

@@ -11,6 +11,8 @@
 #include "platform/text/code_page.h"
 #include "platform/text/text.h"
 
+namespace norvane {
+
 using files::RandomFile;
 
 namespace {
@@ -140,3 +142,5 @@ int FlatFile::Replace(const std::string& temporaryPath) {
     if (std::rename(files::onDisk(temporary).c_str(), target.c_str()) != 0) return fail(kCannotRename);
     return adopt(std::move(file), target) ? 1 : 0;
 }
+
+}  // namespace norvane

@@ -5,6 +5,8 @@
 #include "module/coords/coordinate_file.h"
 #include "platform/files/random_file.h"
 
+namespace norvane {
+
 class FlatFile : public CoordinateFile {
   public:
     int Open(const std::string& filePath) override;
@@ -55,3 +57,5 @@ struct CreationDate {
 CreationDate today();
 // Blanks become zeros.
 std::string zeroFilled(std::string text);
+
+}  // namespace norvane

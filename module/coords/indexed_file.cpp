@@ -15,6 +15,8 @@
 #include "platform/text/code_page.h"
 #include "platform/text/text.h"
 
+namespace norvane {
+
 namespace {
 
 constexpr size_t kAttributeAt = 11, kAttributeRoom = 5, kNorthingAt = 16, kEastingAt = 24, kElevationAt = 32,
@@ -319,3 +321,5 @@ int IndexedFile::RemoveRange(const char* range, const char* descriptionPattern, 
     if (removed > 0) RemoveNotes(wanted);
     return whole ? removed : -1;
 }
+
+}  // namespace norvane

@@ -5,6 +5,8 @@
 #include "module/coords/coordinate_file.h"
 #include "module/coords/record_store.h"
 
+namespace norvane {
+
 class IndexedFile : public CoordinateFile {
   public:
     // fileFormat: kIndexedZgc or kIndexedCrd.
@@ -47,3 +49,5 @@ class IndexedFile : public CoordinateFile {
     RecordStore store_;
     std::string key_;  // of the point read last
 };
+
+}  // namespace norvane

@@ -3,6 +3,8 @@
 #include "platform/files/files.h"
 #include "platform/text/text.h"
 
+namespace norvane {
+
 namespace {
 
 constexpr size_t kLongestLine = 327;
@@ -50,3 +52,5 @@ bool NoteFile::write() const {
     }
     return files::replace(path_, out);
 }
+
+}  // namespace norvane

@@ -8,6 +8,8 @@
 #include <unordered_map>
 #include <vector>
 
+namespace norvane {
+
 class NoteFile {
   public:
     explicit NoteFile(std::string path) : path_(std::move(path)) {}
@@ -33,3 +35,5 @@ class NoteFile {
     std::unordered_map<std::string, Block*> byId_;
     Block* current_ = nullptr;
 };
+
+}  // namespace norvane

@@ -12,6 +12,8 @@
 #include "platform/text/code_page.h"
 #include "platform/text/text.h"
 
+namespace norvane {
+
 namespace {
 
 constexpr size_t kSlotSize = 56;
@@ -203,3 +205,5 @@ int NumericFile::WriteHeader() {
     bool written = file_->write(kNumberAt, {header, sizeof header}) && file_->flush();
     return written ? 1 : fail(kReadFailed);
 }
+
+}  // namespace norvane

@@ -10,6 +10,8 @@
 
 #include "module/coords/flat_file.h"
 
+namespace norvane {
+
 class NumericFile : public FlatFile {
   public:
     NumericFile();
@@ -36,3 +38,5 @@ class NumericFile : public FlatFile {
     bool putSlot(int32_t number, const char* bytes);
     int32_t highest() const;
 };
+
+}  // namespace norvane

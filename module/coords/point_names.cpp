@@ -5,6 +5,8 @@
 
 #include "platform/text/text.h"
 
+namespace norvane {
+
 namespace {
 
 bool isDigit(char c) {
@@ -133,3 +135,5 @@ std::string WithPositiveNumber(std::string_view name) {
     int64_t number = digits.empty() ? 0 : NumberOfName(digits);
     return number < 0 ? joined(prefix, -number, suffix) : std::string(name);
 }
+
+}  // namespace norvane

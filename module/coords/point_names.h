@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+namespace norvane {
+
 // -1, 0 or 1. Runs of digits compare as numbers, the rest without regard to case: A9, A10, p6, P7.
 int CompareNames(std::string_view a, std::string_view b);
 
@@ -21,3 +23,5 @@ std::string UpperAscii(std::string text);
 std::string NextPointName(std::string_view name, long step);
 // The name with its number, where that is negative, made positive: "A-5" is "A5".
 std::string WithPositiveNumber(std::string_view name);
+
+}  // namespace norvane

@@ -5,6 +5,8 @@
 #include "module/coords/point_names.h"
 #include "platform/text/text.h"
 
+namespace norvane {
+
 namespace {
 
 constexpr size_t kLongestPart = 255;
@@ -105,3 +107,5 @@ bool RangeWalk::next(PointRecord& point) {
     }
     return false;
 }
+
+}  // namespace norvane

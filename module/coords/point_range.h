@@ -7,6 +7,8 @@
 
 #include "module/coords/coordinate_file.h"
 
+namespace norvane {
+
 class PointRange {
   public:
     // One name, or the first and the last of a row in either direction.
@@ -50,3 +52,5 @@ class RangeWalk {
 
 // As CoordinateFile::Find; the bounds of the file are asked first.
 int FindNear(CoordinateFile& file, const std::string& name, PointRecord& point, int quiet, int direction);
+
+}  // namespace norvane

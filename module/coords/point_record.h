@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <string>
 
+namespace norvane {
+
 // "No elevation", in the working form.
 constexpr double kNoElevation = -99999999.0;
 
@@ -63,3 +65,5 @@ enum CoordinateError : int {
     kNotSupported = 50,
     kOutOfMemory = 51,
 };
+
+}  // namespace norvane

@@ -12,6 +12,8 @@
 #include "platform/files/random_file.h"
 #include "platform/text/text.h"
 
+namespace norvane {
+
 using files::RandomFile;
 
 namespace {
@@ -266,3 +268,5 @@ int RecordStore::keyOf(int32_t number, std::string& key) {
     key = keyIn(bytes);
     return key.empty() ? kNoKey : kDone;
 }
+
+}  // namespace norvane

@@ -30,6 +30,8 @@ namespace files {
 class RandomFile;
 }
 
+namespace norvane {
+
 class RecordStore {
   public:
     static constexpr size_t kRecordSize = 144;
@@ -110,3 +112,5 @@ class RecordStore {
     int32_t recordNumber_ = -1;
     int slot_ = 0;
 };
+
+}  // namespace norvane

@@ -6,6 +6,8 @@
 
 #include "platform/ui/layout.h"
 
+namespace norvane {
+
 class TileDialog;
 
 enum class TileType : int {
@@ -56,3 +58,5 @@ struct TileRecord {
     TileAction action;
     unsigned actionMask = 0;
 };
+
+}  // namespace norvane

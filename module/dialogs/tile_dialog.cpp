@@ -7,6 +7,8 @@
 #include "platform/text/text.h"
 #include "platform/ui/backend.h"
 
+namespace norvane {
+
 namespace {
 
 constexpr int kFirstControl = 2022;
@@ -418,3 +420,5 @@ void TileDialog::listClear(const std::string& name) {
 void TileDialog::listAdd(const std::string& name, const std::string& text) {
     if (auto* items = dynamic_cast<ui::ItemControl*>(tileWindow(name))) items->addItem(text);
 }
+
+}  // namespace norvane

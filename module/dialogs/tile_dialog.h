@@ -20,6 +20,8 @@
 #include "module/dialogs/tile_layout.h"
 #include "platform/ui/dialog.h"
 
+namespace norvane {
+
 class TileDialog {
   public:
     static constexpr size_t kCapacity = 300;  // tiles, rows and the ends of groups included
@@ -132,3 +134,5 @@ class TileDialog {
     bool running_ = false;
     bool accepted_ = false;
 };
+
+}  // namespace norvane

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace norvane {
+
 namespace {
 
 constexpr int kCheckMark = 25;  // pixels of the box in front of a toggle's or radio's label
@@ -328,3 +330,5 @@ ui::Rect CentredIn(const ui::Size& area, const ui::Size& window) {
     return {std::max(0, (area.width - window.width) / 2), std::max(0, (area.height - window.height) / 2),
             window.width, window.height};
 }
+
+}  // namespace norvane

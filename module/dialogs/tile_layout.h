@@ -7,6 +7,8 @@
 #include "module/dialogs/tile.h"
 #include "platform/ui/layout.h"
 
+namespace norvane {
+
 struct TileMeasures {
     int charHeight = 16;
     int charWidth = 8;
@@ -71,3 +73,5 @@ class TileLayout {
 ui::Rect AnchoredRectangle(const TileRecord& tile, int dx, int dy);
 // The upper left corner of a window that is centred in an area, never left of or above its corner.
 ui::Rect CentredIn(const ui::Size& area, const ui::Size& window);
+
+}  // namespace norvane

@@ -11,6 +11,8 @@
 #include "platform/text/code_page.h"
 #include "platform/text/text.h"
 
+namespace norvane {
+
 using files::RandomFile;
 
 namespace {
@@ -327,3 +329,5 @@ bool DbfClose(DbfHandle* handle) {
     }
     return handle->file->flush();
 }
+
+}  // namespace norvane

@@ -13,6 +13,8 @@
 
 #include "platform/files/random_file.h"
 
+namespace norvane {
+
 enum DbfFieldClass { kDbfString = 0, kDbfInteger = 1, kDbfDouble = 2, kDbfDate = 3, kDbfInvalid = 4 };
 
 struct DbfHandle {
@@ -66,3 +68,5 @@ struct DbfCloser {
     void operator()(DbfHandle* handle) const { DbfClose(handle); }
 };
 using OpenDbfFile = std::unique_ptr<DbfHandle, DbfCloser>;
+
+}  // namespace norvane

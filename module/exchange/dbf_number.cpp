@@ -9,6 +9,8 @@
 #include <iterator>
 #include <limits>
 
+namespace norvane {
+
 namespace {
 
 // Of a double in plain digits with 255 decimals.
@@ -102,3 +104,5 @@ void formatDbfNumber(double value, int width, int decimals, char* out) {
     const char* begin = putUnits(units, decimals, negative, end);
     putRight(begin, static_cast<size_t>(end - begin), out, room);
 }
+
+}  // namespace norvane

@@ -4,5 +4,9 @@
 #include <string>
 #include <string_view>
 
+namespace norvane {
+
 // The path without the extension of its last part, with "/" between its parts.
 std::string fileStem(std::string_view path);
+
+}  // namespace norvane

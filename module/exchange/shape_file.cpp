@@ -8,6 +8,8 @@
 #include "platform/files/byte_order.h"
 #include "platform/files/files.h"
 
+namespace norvane {
+
 using files::RandomFile;
 
 namespace {
@@ -167,3 +169,5 @@ bool ShapeClose(ShapeHandle* handle) {
     std::unique_ptr<ShapeHandle> closing(handle);
     return !handle || !handle->updated || writeAtClose(*handle);
 }
+
+}  // namespace norvane

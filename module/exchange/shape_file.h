@@ -13,6 +13,8 @@
 #include "module/exchange/shape_object.h"
 #include "platform/files/random_file.h"
 
+namespace norvane {
+
 // X, Y, Z, M.
 using ShapeBounds = std::array<double, 4>;
 
@@ -62,3 +64,5 @@ struct ShapeCloser {
     void operator()(ShapeHandle* handle) const { ShapeClose(handle); }
 };
 using OpenShapeFile = std::unique_ptr<ShapeHandle, ShapeCloser>;
+
+}  // namespace norvane

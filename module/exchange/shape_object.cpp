@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace norvane {
+
 ShapeObject::~ShapeObject() {
     while (vertexList) {
         ShapeVertexNode* next = vertexList->next;
@@ -82,3 +84,5 @@ void ShapeComputeExtents(ShapeObject* object) {
 void ShapeDestroyObject(ShapeObject* object) {
     delete object;
 }
+
+}  // namespace norvane

@@ -6,6 +6,8 @@
 #include <memory>
 #include <vector>
 
+namespace norvane {
+
 namespace shape {
 
 enum Type : int32_t {
@@ -129,3 +131,5 @@ struct ShapeDestroyer {
     void operator()(ShapeObject* object) const { ShapeDestroyObject(object); }
 };
 using OwnedShape = std::unique_ptr<ShapeObject, ShapeDestroyer>;
+
+}  // namespace norvane

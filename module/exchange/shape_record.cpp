@@ -11,6 +11,8 @@
 #include "module/exchange/shape_file.h"
 #include "platform/files/byte_order.h"
 
+namespace norvane {
+
 namespace {
 
 constexpr size_t kHeaderSize = 8;
@@ -271,3 +273,5 @@ int32_t ShapeWriteObject(ShapeHandle* handle, int32_t index, const ShapeObject* 
     widenBounds(*handle, *object);
     return index;
 }
+
+}  // namespace norvane

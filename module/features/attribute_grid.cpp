@@ -2,8 +2,10 @@
 
 #include <algorithm>
 
-#include "module/features/known_attributes.h"
+#include "module/prompting/known_attributes.h"
 #include "platform/text/text.h"
+
+namespace norvane {
 
 namespace {
 
@@ -269,3 +271,5 @@ bool AttributeGrid::deletePressed() {
         setValues(at.row, cell);
     return true;
 }
+
+}  // namespace norvane

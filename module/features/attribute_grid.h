@@ -7,6 +7,8 @@
 #include "module/features/feature_row.h"
 #include "platform/ui/grid.h"
 
+namespace norvane {
+
 class AttributeGrid {
   public:
     // Columns of the sheet.
@@ -66,3 +68,5 @@ class AttributeGrid {
     ui::Grid& grid_;
     bool enterEnds_ = false;  // the editing is being ended by Enter
 };
+
+}  // namespace norvane

@@ -5,6 +5,8 @@
 
 #include "platform/text/text.h"
 
+namespace norvane {
+
 namespace {
 
 constexpr int kCategoryImage = 0;
@@ -136,3 +138,5 @@ size_t CategoryTree::searchStart(Kind kind) const {
     }
     return before;
 }
+
+}  // namespace norvane

@@ -8,6 +8,8 @@
 #include "module/features/feature_store.h"
 #include "platform/ui/control.h"
 
+namespace norvane {
+
 class CategoryTree {
   public:
     static constexpr int kNone = -1;
@@ -56,3 +58,5 @@ class CategoryTree {
 
     ui::Tree& tree_;
 };
+
+}  // namespace norvane

@@ -1,25 +1,10 @@
 #include "module/features/feature_checks.h"
 
-#include <cctype>
 #include <unordered_set>
 
-#include "platform/text/text.h"
+#include "module/store/name_rules.h"
 
-const char* const kBadNameMessage =
-    "Invalid characters in Feature Name or string length more than 64 characters!\n\nValid "
-    "characters:\nA-Z\n0-9\n_\n$\n#\n-\n:\n(\n)\n'space'";
-
-bool IsGoodName(std::string_view name) {
-    constexpr std::string_view kOthers = "_#-$)(: ";
-    constexpr int kLongest = 63;
-    std::string checked(text::trim(text::upper(name)));
-    if (checked.empty() || checked.size() > kLongest) return false;
-    for (unsigned char c : checked)
-        if (!(c >= 'A' && c <= 'Z') && !(c >= '0' && c <= '9') &&
-            kOthers.find(static_cast<char>(c)) == std::string_view::npos)
-            return false;
-    return true;
-}
+namespace norvane {
 
 namespace {
 
@@ -109,3 +94,5 @@ std::optional<RowFault> CheckForCategory(const std::string& feature, const Rows&
     replace(fault, emptySheetFault(rows));
     return fault;
 }
+
+}  // namespace norvane

@@ -8,12 +8,7 @@
 
 #include "module/features/feature_row.h"
 
-// The character check of names: 1 to 63 of A-Z, 0-9, the blank and _ # - $ ) ( : after trimming and
-// upper-casing.
-bool IsGoodName(std::string_view name);
-
-// What is told about a name that fails it.
-extern const char* const kBadNameMessage;
+namespace norvane {
 
 struct RowFault {
     std::string message;
@@ -25,3 +20,5 @@ struct RowFault {
 std::optional<RowFault> CheckForFile(const std::vector<FeatureFileRow>& rows);
 // The checks in front of saving a feature to its category, its name included.
 std::optional<RowFault> CheckForCategory(const std::string& feature, const std::vector<FeatureFileRow>& rows);
+
+}  // namespace norvane

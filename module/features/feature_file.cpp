@@ -6,6 +6,8 @@
 #include "platform/text/code_page.h"
 #include "platform/text/text.h"
 
+namespace norvane {
+
 namespace {
 
 constexpr size_t kLongestPiece = 4095;  // bytes, the line end included
@@ -71,3 +73,5 @@ std::string FeatureNameOfFile(std::string_view path) {
     name.resize(name.size() - std::min(name.size(), kExtension));
     return text::upper(name);
 }
+
+}  // namespace norvane

@@ -13,6 +13,8 @@
 
 #include "module/features/feature_row.h"
 
+namespace norvane {
+
 struct FeatureFileContent {
     std::vector<FeatureFileRow> rows;
     int lines = 0;      // that were read, usable or not; a line of 4095 bytes and more counts as several
@@ -28,3 +30,5 @@ std::string FeatureFileText(const std::vector<FeatureFileRow>& rows);
 
 // The feature of a file: its name without the last four characters, in upper case.
 std::string FeatureNameOfFile(std::string_view path);
+
+}  // namespace norvane

@@ -2,6 +2,8 @@
 
 #include "platform/text/text.h"
 
+namespace norvane {
+
 namespace {
 
 // Empty tokens are kept, but nothing behind the last comma is no token.
@@ -46,3 +48,5 @@ std::string JoinedValues(const ValueCell& values) {
         joined = values.text + "," + joined;
     return joined;
 }
+
+}  // namespace norvane

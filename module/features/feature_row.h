@@ -8,6 +8,8 @@
 
 #include "module/store/field_kind.h"
 
+namespace norvane {
+
 // The value list of an attribute. A plain cell has a text and no items. A drop-down shows one text, which is
 // the default, and may have no items at all.
 struct ValueCell {
@@ -36,3 +38,5 @@ bool AddRowFromFields(std::vector<FeatureFileRow>& rows, bool required, FieldKin
 
 // The values of a cell between commas, the default in front where it does not occur in them.
 std::string JoinedValues(const ValueCell& values);
+
+}  // namespace norvane

@@ -10,6 +10,8 @@
 #include "module/features/feature_row.h"
 #include "platform/dao/dao.h"
 
+namespace norvane {
+
 // A row of ZGEO_CAT. The feature is "NO_GIS" in the row that stands for the category itself.
 struct CategoryRow {
     std::string category;
@@ -20,11 +22,6 @@ extern const char* const kCategoryPlaceholder;
 // Opens a template, does the work as one transaction, closes it. False when that failed; the engine's words
 // have then been shown, and the template is as it was before.
 bool ChangeTemplate(const std::string& path, const std::function<void(CDaoDatabase&)>& work);
-
-// Whether the tables of a template are both there with their fields, types included.
-bool HasTemplateColumns(CDaoDatabase& database);
-// Whether at least one of the two tables of a template is there.
-bool HasAnyTemplateTable(const CDaoDatabase& database);
 
 std::vector<CategoryRow> ReadCategoryRows(CDaoDatabase& database);
 std::vector<FeatureFileRow> ReadFeature(CDaoDatabase& database, const std::string& feature);
@@ -47,3 +44,5 @@ void AddCategory(CDaoDatabase& database, const std::string& category);
 // With the records of its features in ZGEO_SMART_PROMPTING; ZGEO_LINKS stays.
 void DeleteCategory(CDaoDatabase& database, const std::string& category);
 void RenameCategory(CDaoDatabase& database, const std::string& category, const std::string& name);
+
+}  // namespace norvane

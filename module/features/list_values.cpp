@@ -2,16 +2,18 @@
 
 #include <algorithm>
 
-#include "module/features/editor_resources.h"
-#include "module/features/known_attributes.h"
-#include "module/features/name_prompt.h"
-#include "module/host/dialog_messages.h"
-#include "module/prompting/special_codes.h"
+#include "module/dialogs/name_prompt.h"
+#include "module/dialogs/run_dialog.h"
+#include "module/prompting/known_attributes.h"
 #include "platform/text/text.h"
 #include "platform/ui/dialog.h"
 
+namespace norvane {
+
 namespace {
 
+constexpr int kListValuesResource = 1514;
+constexpr int kSpecialCodesResource = 1515;
 constexpr int kList = 1001;
 constexpr int kDefaultCaption = 1002;
 constexpr int kDefault = 1003;
@@ -31,7 +33,7 @@ bool isSpecial(const std::string& text) {
 
 class ListValues : public ui::Dialog {
   public:
-    explicit ListValues(const ValueCell& values) : ui::Dialog(resource::kListValues, "List Values") {
+    explicit ListValues(const ValueCell& values) : ui::Dialog(kListValuesResource, "List Values") {
         auto& list = add<ui::List>(kList, false, 10);
         add<ui::Label>(kDefaultCaption, "Default value:");
         add<ui::Edit>(kDefault, true);
@@ -112,7 +114,10 @@ class ListValues : public ui::Dialog {
 
     void addValue() {
         std::vector<std::string> present = special_ ? kept_ : list_->items();
-        std::string value = AskName("New value", "", NameRule::kNewValue, present);
+        std::string value = AskName("New value", "", [&](const std::string& text) -> std::string {
+            bool there = std::find(present.begin(), present.end(), text) != present.end();
+            return there ? "Value already exist!" : EmptyNameFault(text);
+        });
         if (value.empty()) return;
         if (special_ || defaultText().empty()) setDefault(value);
         if (special_) show(kept_);
@@ -146,7 +151,7 @@ class ListValues : public ui::Dialog {
 
 class SpecialCodes : public ui::Dialog {
   public:
-    explicit SpecialCodes(const std::string& present) : ui::Dialog(resource::kSpecialCodes, "Special codes") {
+    explicit SpecialCodes(const std::string& present) : ui::Dialog(kSpecialCodesResource, "Special codes") {
         auto& list = add<ui::List>(kList, false, 13);
         for (const KnownAttribute& known : KnownAttributes()) list.addItem(known.word);
         add<ui::Label>(kCodeCaption, "Selected special code:");
@@ -184,14 +189,14 @@ class SpecialCodes : public ui::Dialog {
 
 std::optional<ValueCell> EditValues(const ValueCell& values) {
     ListValues dialog(values);
-    int result = dialog.runModal();
-    if (result == ui::kNotCreated) PrintDialogNotCreated();
-    if (result != ui::kOk) return std::nullopt;
+    if (RunDialog(dialog) != ui::kOk) return std::nullopt;
     return dialog.result();
 }
 
 std::string AskSpecialCode(const std::string& present) {
     SpecialCodes dialog(present);
-    if (dialog.runModal() == ui::kNotCreated) PrintDialogNotCreated();
+    RunDialog(dialog);
     return dialog.chosen;
 }
+
+}  // namespace norvane

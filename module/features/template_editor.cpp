@@ -1,31 +1,34 @@
 #include "module/features/template_editor.h"
 
-#include "module/features/editor_resources.h"
+#include "module/dialogs/run_dialog.h"
 #include "module/features/list_values.h"
-#include "module/features/name_prompt.h"
+#include "module/features/name_questions.h"
 #include "module/features/template_editor_controls.h"
-#include "module/host/dialog_messages.h"
-#include "module/prompting/dialog_state.h"
+#include "module/settings/dialog_state.h"
 #include "module/store/database.h"
 #include "platform/files/files.h"
 #include "platform/text/text.h"
 #include "platform/ui/backend.h"
 
+namespace norvane {
+
 using namespace editor;
 
 namespace {
 
+constexpr int kResource = 151;
 constexpr const char* kTitle = "Define Template Database";
 constexpr int kInformationTime = 300;  // milliseconds
 
 }  // namespace
 
-void RunTemplateEditor() {
+void EditTemplate(Call& call) {
+    call.result = 1;
     TemplateEditor editor;
-    if (editor.runModal() == ui::kNotCreated) PrintDialogNotCreated();
+    RunDialog(editor);
 }
 
-TemplateEditor::TemplateEditor() : ui::Dialog(resource::kTemplateEditor, kTitle) {
+TemplateEditor::TemplateEditor() : ui::Dialog(kResource, kTitle) {
     AddEditorControls(*this);
     treeControl_ = static_cast<ui::Tree*>(find(kTree));
     gridControl_ = static_cast<ui::Grid*>(find(kSheet));
@@ -34,7 +37,7 @@ TemplateEditor::TemplateEditor() : ui::Dialog(resource::kTemplateEditor, kTitle)
 }
 
 void TemplateEditor::onOpen() {
-    access2000_ = readState(state::kAccessFormat) == "2000";
+    if (readState(state::kAccessFormat) == "2000") nextVersion_ = DatabaseVersion::kAccess2000;
     showFeature("");
     std::string path = readState(state::kTemplatePath);
     if (files::exists(path)) openDatabase(path, MissingTables::kCreated);
@@ -99,7 +102,7 @@ bool TemplateEditor::askSaveChanges() {
     const std::string about = feature_.empty() ? "" : "Current Feature: " + feature_ + "\n";
     if (!ui::askYesNo("Alert", about + "Save Changes?")) return true;
     if (feature_.empty()) {
-        std::string name = text::upper(AskName("Feature Name"));
+        std::string name = AskGoodName("Feature Name");
         if (name.empty()) return true;
         showFeature(name);
     }
@@ -303,3 +306,5 @@ void TemplateEditor::editValues() {
     filling_ = false;
     setModified(true);
 }
+
+}  // namespace norvane

@@ -5,14 +5,18 @@
 #include <optional>
 #include <string>
 
+#include "module/cad/call.h"
 #include "module/features/attribute_grid.h"
 #include "module/features/category_tree.h"
 #include "module/features/feature_checks.h"
+#include "module/store/new_database.h"
 #include "platform/dao/dao.h"
 #include "platform/ui/dialog.h"
 
-// Function code 15: shows the editor until the person leaves it.
-void RunTemplateEditor();
+namespace norvane {
+
+// Function code 15: shows the editor until the person leaves it. Takes nothing; gives 1.
+void EditTemplate(Call& call);
 
 class TemplateEditor : public ui::Dialog {
   public:
@@ -49,7 +53,7 @@ class TemplateEditor : public ui::Dialog {
     void openDatabaseFromBox();
     enum class MissingTables { kCreated, kCreatedWhenBothMiss };
     void openDatabase(const std::string& path, MissingTables missing);
-    void createDatabase(const std::string& path, bool access2000);
+    void createDatabase(const std::string& path, DatabaseVersion version);
     void useDatabase(const std::string& path, const std::vector<CategoryRow>& rows);
     // One transaction on the open template; done at once when none is open. False: its message was shown.
     bool change(const std::function<void(CDaoDatabase&)>& work);
@@ -82,12 +86,14 @@ class TemplateEditor : public ui::Dialog {
     std::optional<AttributeGrid> sheet_;
     std::optional<CategoryTree> tree_;
 
-    std::string path_;         // of the open template; "" for none
-    bool access2000_ = false;  // the format of the next new database
-    std::string feature_;      // on the sheet; "" for none
+    std::string path_;                                          // of the open template; "" for none
+    DatabaseVersion nextVersion_ = DatabaseVersion::kAccess97;  // of the next new database
+    std::string feature_;                                       // on the sheet; "" for none
     bool modified_ = false;
     bool saveFailed_ = false;
     bool filling_ = false;  // the dialog itself moves about the sheet
     std::string lastCategorySearch_;
     std::string lastFeatureSearch_;
 };
+
+}  // namespace norvane

@@ -1,5 +1,7 @@
 #include "module/features/template_editor_controls.h"
 
+namespace norvane {
+
 namespace editor {
 namespace {
 
@@ -63,3 +65,5 @@ void AddEditorControls(ui::Dialog& dialog) {
 }
 
 }  // namespace editor
+
+}  // namespace norvane

@@ -3,6 +3,8 @@
 
 #include "platform/ui/dialog.h"
 
+namespace norvane {
+
 namespace editor {
 
 enum Id {
@@ -44,3 +46,5 @@ enum Id {
 void AddEditorControls(ui::Dialog& dialog);
 
 }  // namespace editor
+
+}  // namespace norvane

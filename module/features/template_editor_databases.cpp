@@ -1,16 +1,20 @@
 // The editor's work on whole databases, and on its categories and features.
-#include "module/features/name_prompt.h"
-#include "module/features/select_new_file.h"
+#include "module/cad/lisp_symbols.h"
+#include "module/dialogs/file_boxes.h"
+#include "module/dialogs/name_prompt.h"
+#include "module/features/name_questions.h"
 #include "module/features/template_editor.h"
 #include "module/features/template_editor_controls.h"
-#include "module/host/host_helpers.h"
-#include "module/prompting/dialog_state.h"
+#include "module/settings/dialog_state.h"
+#include "module/setup/database_chooser.h"
 #include "module/store/database.h"
 #include "module/store/template_database.h"
 #include "platform/ads/editor.h"
 #include "platform/files/files.h"
 #include "platform/text/text.h"
 #include "platform/ui/backend.h"
+
+namespace norvane {
 
 using namespace editor;
 
@@ -59,12 +63,7 @@ void TemplateEditor::openDatabase(const std::string& path, MissingTables missing
 
 void TemplateEditor::openDatabaseFromBox() {
     if (!askSaveChanges()) return;
-    ui::FileBox box;
-    box.filter = "Microsoft Access Databases(*.mdb)|*.mdb||";
-    box.pattern = "*.mdb";
-    box.folder = templateFolder();
-    box.mustExist = true;
-    if (std::optional<std::string> path = ui::fileBox(box))
+    if (std::optional<std::string> path = AskTemplateToOpen(templateFolder()))
         openDatabase(*path, MissingTables::kCreatedWhenBothMiss);
 }
 
@@ -75,34 +74,27 @@ void TemplateEditor::newDatabase() {
     if (choice.existing)
         openDatabase(choice.path, MissingTables::kCreatedWhenBothMiss);
     else
-        createDatabase(choice.path, choice.access2000);
+        createDatabase(choice.path, choice.version);
 }
 
-void TemplateEditor::createDatabase(const std::string& path, bool access2000) {
+void TemplateEditor::createDatabase(const std::string& path, DatabaseVersion version) {
     if (!files::remove(path)) {
         ui::messageBox("Error", "Cannot delete *.mdb file!");
         return;
     }
-    if (!CheckDao()) return;
-    bool made = ShowDatabaseErrors([&] {
-        CDaoDatabase database;
-        database.Create(path, dbLangGeneral, access2000_ ? dbVersion40 : dbVersion30);
-        EnsureTemplateTables(database);
-        database.Close();
-    });
-    if (!made) return;
+    if (!MakeDatabase(path, nextVersion_, EnsureTemplateTables)) return;
     clearSheet();
     showFeature("");
     useDatabase(path, {});
     // The format that was asked for holds from the next database on.
-    access2000_ = access2000;
-    writeState(access2000 ? "2000" : "97", state::kAccessFormat);
+    nextVersion_ = version;
+    writeState(version == DatabaseVersion::kAccess2000 ? "2000" : "97", state::kAccessFormat);
 }
 
 // --- Categories -------------------------------------------------------------------------------------------
 
 void TemplateEditor::newCategoryFromPrompt() {
-    newCategory(text::upper(AskName("Category Name")));
+    newCategory(AskGoodName("Category Name"));
 }
 
 // The node of a category, which is made when there is none of the name; kNone when that failed.
@@ -148,7 +140,7 @@ void TemplateEditor::renameCategory() {
     const int category = askForCategory(*tree_, "Select Category to Rename");
     if (category == CategoryTree::kNone) return;
     const std::string old = tree_->text(category);
-    const std::string name = text::upper(AskName("Rename: " + old + " to", old));
+    const std::string name = AskGoodName("Rename: " + old + " to", old);
     if (name.empty()) return;
     if (change([&](CDaoDatabase& database) { RenameCategory(database, old, name); }))
         tree_->renameCategory(category, name);
@@ -158,7 +150,7 @@ void TemplateEditor::search(CategoryTree::Kind kind) {
     const bool categories = kind == CategoryTree::Kind::kCategories;
     std::string& last = categories ? lastCategorySearch_ : lastFeatureSearch_;
     const char* title = categories ? "Search Category" : "Search Feature";
-    const std::string pattern = text::upper(AskName(title, last, NameRule::kNotEmpty));
+    const std::string pattern = text::upper(AskName(title, last, EmptyNameFault));
     if (pattern.empty()) return;
     last = pattern;
 
@@ -204,7 +196,7 @@ void TemplateEditor::loadFeature(int node) {
 void TemplateEditor::newFeature() {
     const std::string category = tree_->selectedCategory();
     if (!askSaveChanges()) return;
-    const std::string name = text::upper(AskName("Feature Name"));
+    const std::string name = AskGoodName("Feature Name");
     if (name.empty()) return;
     if (int existing = tree_->findFeature(name); existing != CategoryTree::kNone) {
         if (!ui::askYesNo("Alert", "Feature " + name + " already exist.\nOpen existing Feature?"))
@@ -213,7 +205,7 @@ void TemplateEditor::newFeature() {
         return loadFeature(existing);
     }
     int parent = tree_->findCategory(category);
-    if (category.empty()) parent = newCategory(text::upper(AskName("Category Name")));
+    if (category.empty()) parent = newCategory(AskGoodName("Category Name"));
     if (parent == CategoryTree::kNone) return;
     tree_->select(tree_->addFeature(parent, name));
     clearSheet();
@@ -237,7 +229,7 @@ std::optional<std::string> TemplateEditor::featureForCommand() {
 void TemplateEditor::saveFeatureAs() {
     const std::optional<std::string> feature = featureForCommand();
     if (!feature) return;
-    const std::string name = text::upper(AskName("Save: " + *feature + " As", *feature));
+    const std::string name = AskGoodName("Save: " + *feature + " As", *feature);
     if (name.empty()) return;
     if (tree_->findFeature(name) != CategoryTree::kNone) {
         ui::messageBox("Error", "Cannot save Feature.\nFeature name already exist!");
@@ -267,7 +259,7 @@ void TemplateEditor::deleteFeature() {
 void TemplateEditor::renameFeature() {
     const std::optional<std::string> feature = featureForCommand();
     if (!feature) return;
-    const std::string name = text::upper(AskName("Rename: " + *feature + " to", *feature));
+    const std::string name = AskGoodName("Rename: " + *feature + " to", *feature);
     if (name.empty()) return;
     const int node = tree_->findFeature(*feature), other = tree_->findFeature(name);
     if (other != CategoryTree::kNone && other != node) {
@@ -278,3 +270,5 @@ void TemplateEditor::renameFeature() {
     tree_->rename(node, name);
     if (text::equalNoCase(feature_, *feature)) showFeature(name);
 }
+
+}  // namespace norvane

@@ -1,16 +1,17 @@
 // Feature files in the editor: import, export and deletion.
+#include "module/cad/lisp_symbols.h"
+#include "module/dialogs/file_boxes.h"
 #include "module/features/feature_file.h"
 #include "module/features/template_editor.h"
-#include "module/host/host_helpers.h"
-#include "module/prompting/dialog_state.h"
+#include "module/settings/dialog_state.h"
 #include "platform/files/files.h"
 #include "platform/ui/backend.h"
+
+namespace norvane {
 
 namespace {
 
 constexpr int kInformationTime = 300;  // milliseconds
-constexpr const char* kOpenFilter = "Norvane GIS Files(*.gis)|*.gis||";
-constexpr const char* kSaveFilter = "Norvane GIS Files (*.gis)|*.gis||";
 
 std::string detailsOf(const FeatureFileContent& file) {
     // The last line has never counted as stored.
@@ -28,13 +29,7 @@ std::string TemplateEditor::fileFolder() const {
 
 void TemplateEditor::importFile() {
     if (!askSaveChanges()) return;
-    ui::FileBox box;
-    box.filter = kOpenFilter;
-    box.pattern = "*.gis";
-    box.folder = fileFolder();
-    box.defaultExtension = "gis";
-    box.mustExist = true;
-    const std::string path = ui::fileBox(box).value_or("");
+    const std::string path = AskFeatureFileToImport(fileFolder()).value_or("");
     if (path.empty()) return;
     writeState(files::folderOf(path), state::kFeatureFileFolder);
     showFeature(FeatureNameOfFile(path));
@@ -55,13 +50,7 @@ void TemplateEditor::exportFile() {
     if (!askSaveChanges()) return;
     const std::vector<FeatureFileRow> rows = sheet_->rows();
     if (std::optional<RowFault> fault = CheckForFile(rows)) return goToFault(*fault);
-    ui::FileBox box;
-    box.save = true;
-    box.filter = kSaveFilter;
-    box.folder = fileFolder();
-    box.defaultExtension = "mdb";  // as it has always been: who leaves the ending out gets this one
-    box.askOverwrite = true;
-    const std::string path = ui::fileBox(box).value_or("");
+    const std::string path = AskFeatureFileToExport(fileFolder()).value_or("");
     if (!path.empty()) {
         writeState(files::folderOf(path), state::kFeatureFileFolder);
         if (!files::replace(path, FeatureFileText(rows))) ui::messageBox("Error", "Cannot save *.gis file!");
@@ -73,11 +62,9 @@ void TemplateEditor::exportFile() {
 }
 
 void TemplateEditor::deleteFile() {
-    ui::FileBox box;
-    box.filter = kSaveFilter;
-    box.folder = fileFolder();
-    box.mustExist = true;
-    const std::string path = ui::fileBox(box).value_or("");
+    const std::string path = AskFeatureFileToDelete(fileFolder()).value_or("");
     if (files::exists(path) && ui::askYesNo("Alert", "Are you sure you want to delete this file?"))
         files::remove(path);
 }
+
+}  // namespace norvane

@@ -8,6 +8,8 @@
 #include "platform/files/files.h"
 #include "platform/text/text.h"
 
+using namespace norvane;
+
 namespace {
 
 constexpr int kFaulty = 1, kFailed = 2;

@@ -9,6 +9,8 @@
 #include "platform/files/random_file.h"
 #include "platform/text/text.h"
 
+namespace norvane {
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -105,3 +107,5 @@ bool reportPoints(Report& report, const ReportOptions& options) {
     }
     return true;
 }
+
+}  // namespace norvane

@@ -3,6 +3,8 @@
 
 #include <string>
 
+namespace norvane {
+
 struct ReportOptions {
     long records = 5;    // how many of the first records are printed
     bool check = false;  // look at every record
@@ -28,3 +30,5 @@ class Report {
 bool reportShapes(Report& report, const ReportOptions& options);
 bool reportTable(Report& report, const ReportOptions& options);
 bool reportPoints(Report& report, const ReportOptions& options);
+
+}  // namespace norvane

@@ -5,6 +5,8 @@
 #include "module/gisfile/report.h"
 #include "platform/text/text.h"
 
+namespace norvane {
+
 namespace {
 
 // Measures below this say that there is none.
@@ -111,3 +113,5 @@ bool reportShapes(Report& report, const ReportOptions& options) {
     }
     return true;
 }
+
+}  // namespace norvane

@@ -6,6 +6,8 @@
 #include "platform/files/byte_order.h"
 #include "platform/text/text.h"
 
+namespace norvane {
+
 namespace {
 
 const char* nameOf(DbfFieldClass type) {
@@ -92,3 +94,5 @@ bool reportTable(Report& report, const ReportOptions& options) {
     for (int32_t i = 0; options.check && i < records; ++i) checkRecord(report, table.get(), i);
     return true;
 }
+
+}  // namespace norvane

@@ -1,9 +1,10 @@
-// What the host looks for when it loads the module: the messages, and the one external function.
-#include "module/host/dispatcher.h"
+// What the host looks for when it loads the module: the messages, and the external functions.
 #include "module/host/gis_request.h"
+#include "module/host/own_functions.h"
 #include "platform/ads/editor.h"
 #include "platform/ads/runtime.h"
 
+namespace norvane {
 namespace {
 
 struct ExternalFunction {
@@ -12,45 +13,19 @@ struct ExternalFunction {
 };
 constexpr ExternalFunction kFunctions[] = {{"cf:gis_smart_prompting", 0}};
 
+// The names that a drawing is given; the first that it does not take ends the work.
 int RegisterGisFunctions() {
     for (const ExternalFunction& function : kFunctions)
+        if (acedDefun(function.name, function.id) != RTNORM) return RTERROR;
+    for (const OwnFunction& function : OwnFunctions())
         if (acedDefun(function.name, function.id) != RTNORM) return RTERROR;
     return RTNORM;
 }
 
 int UnregisterGisFunctions() {
     for (const ExternalFunction& function : kFunctions) acedUndef(function.name, function.id);
+    for (const OwnFunction& function : OwnFunctions()) acedUndef(function.name, function.id);
     return RTNORM;
-}
-
-void returnToLisp() {
-    switch (GisReturnStatus) {
-        case kReturnInteger:
-            acedRetInt(GisReturnInt);
-            break;
-        case kReturnReal:
-            acedRetReal(GisReturnReal);
-            break;
-        case kReturnEntity:
-            acedRetName(GisReturnEntity, RTENAME);
-            break;
-        case kReturnNil:
-            acedRetNil();
-            break;
-        case kReturnedList:
-        case kReturnedString:
-        case kReturnedOwnString:
-            break;
-        default:
-            acedRetInt(GisReturnStatus);
-    }
-}
-
-int HandleGisFunction() {
-    if (acedGetFunCode() != 0) return 0;
-    DispatchGisRequest();
-    returnToLisp();
-    return 1;
 }
 
 void registerWithLinker(void* packet) {
@@ -60,8 +35,10 @@ void registerWithLinker(void* packet) {
 }
 
 }  // namespace
+}  // namespace norvane
 
 extern "C" AcRx::AppRetCode acrxEntryPoint(AcRx::AppMsgCode message, void* packet) {
+    using namespace norvane;
     switch (message) {
         case AcRx::kInitAppMsg:
             registerWithLinker(packet);

@@ -1,9 +1,11 @@
 #include "module/prompting/form_engine.h"
 
-#include "module/host/automation_call.h"
+#include "module/cad/automation_call.h"
 #include "platform/files/files.h"
 #include "platform/registry/registry.h"
 #include "platform/text/text.h"
+
+namespace norvane {
 
 namespace {
 
@@ -41,6 +43,9 @@ std::vector<std::string> ReadFormNames(FormEngine& engine, const std::string& bi
     return names;
 }
 
-void ShowForm(FormEngine engine, const std::string& binDirectory, const std::string& argument) {
-    if (engine != FormEngine::kNone) callForms(engine, binDirectory, "dispforms", argument);
+void ShowForm(const FormRequest& form, const std::string& binDirectory) {
+    if (form.engine != FormEngine::kNone && !form.argument.empty())
+        callForms(form.engine, binDirectory, "dispforms", form.argument);
 }
+
+}  // namespace norvane

@@ -4,7 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "module/prompting/prompt_sheet.h"
+#include "module/prompting/prompt_request.h"
+
+namespace norvane {
 
 // Which Access is registered for .mdb files.
 FormEngine DetectFormEngine();
@@ -12,5 +14,7 @@ FormEngine DetectFormEngine();
 // in the folder.
 std::vector<std::string> ReadFormNames(FormEngine& engine, const std::string& binDirectory,
                                        const std::string& database);
-// Shows a form: database, "|", form name.
-void ShowForm(FormEngine engine, const std::string& binDirectory, const std::string& argument);
+// Shows a form, if one is asked for.
+void ShowForm(const FormRequest& form, const std::string& binDirectory);
+
+}  // namespace norvane

@@ -1,43 +1,31 @@
 #include "module/prompting/prompt_model.h"
 
-#include <cctype>
 #include <cerrno>
 #include <charconv>
 #include <cstdlib>
 
-#include "module/prompting/special_codes.h"
+#include "module/prompting/known_attributes.h"
+#include "module/store/name_rules.h"
 #include "platform/text/text.h"
 #include "platform/ui/backend.h"
 
-FieldName parseFieldName(std::string_view raw) {
-    FieldName field;
-    if (text::startsWith(raw, "~")) {
-        field.required = true;
-        raw.remove_prefix(1);
-    }
-    if (text::startsWith(raw, "..")) {
-        field.kind = FieldKind::kReal;
-        raw.remove_prefix(2);
-    } else if (text::startsWith(raw, ".")) {
-        field.kind = FieldKind::kInt;
-        raw.remove_prefix(1);
-    }
-    field.name = raw;
-    return field;
-}
+namespace norvane {
 
 PromptRow promptRowOf(const FeatureRow& record) {
-    FieldName field = parseFieldName(record.fieldName);
+    FieldName field = ParseFieldName(record.fieldName);
     return {field.name,          field.required,    field.kind, record.fieldPrompt,
-            record.defaultValue, record.listValues, {}};
+            record.defaultValue, record.listValues, {},         field.required};
+}
+
+bool isComputed(const PromptRow& row) {
+    return !row.listValues.empty() && text::startsWith(row.defaultValue, kEquationMark);
 }
 
 CellDecision decideCell(const PromptRow& row) {
     if (row.listValues.empty())
-        return {row.kind == FieldKind::kChar ? PromptCell::kEditText : PromptCell::kEditNumber, {}, false};
-    if (!text::startsWith(row.defaultValue, kEquationMark))
-        return {PromptCell::kDropDown, row.defaultValue, false};
-    return {row.defaultValue == kDescriptionCode ? PromptCell::kEditText : PromptCell::kStatic, {}, true};
+        return {row.kind == FieldKind::kChar ? PromptCell::kEditText : PromptCell::kEditNumber, {}};
+    if (!isComputed(row)) return {PromptCell::kDropDown, row.defaultValue};
+    return {row.defaultValue == kDescriptionCode ? PromptCell::kEditText : PromptCell::kStatic, {}};
 }
 
 std::string tabbedChoices(const PromptRow& row) {
@@ -56,36 +44,6 @@ int classifyNumber(const std::string& text) {
     double value = 0;
     auto [stop, error] = std::from_chars(rest.data(), rest.data() + rest.size(), value);
     return error == std::errc() && stop == rest.data() + rest.size() && errno != ERANGE ? 1 : 0;
-}
-
-int checkFeatureName(const std::string& text) {
-    std::string name = text::upper(text::trim(text));
-    if (name.empty()) return 0;
-    constexpr std::string_view kOthers = "_-$)(: ";
-    for (unsigned char c : name)
-        if (!(c >= 'A' && c <= 'Z') && !std::isdigit(c) &&
-            kOthers.find(static_cast<char>(c)) == std::string_view::npos)
-            return -1;
-    return 1;
-}
-
-std::optional<PromptFault> featureNameFault(const std::string& text) {
-    // A dot is told by its own message, whatever else is wrong.
-    if (text.find('.') != std::string::npos) return PromptFault{"Invalid character \".\" in feature name!"};
-    switch (checkFeatureName(text)) {
-        case 0:
-            return PromptFault{"Feature name cannot be an empty string!"};
-        case -1:
-            return PromptFault{"Invalid characters in feature name!\n\nValid characters:\nA-Z\n0-9\n_"};
-        default:
-            return std::nullopt;
-    }
-}
-
-bool validateFeatureName(const std::string& text) {
-    std::optional<PromptFault> fault = featureNameFault(text);
-    if (fault) ui::messageBox("Error", fault->message);
-    return !fault;
 }
 
 namespace {
@@ -111,11 +69,10 @@ std::string kindMessage(const PromptRow& row) {
 }  // namespace
 
 std::optional<PromptFault> validateRows(const std::string& feature, const std::vector<PromptRow>& rows,
-                                        const std::vector<bool>& requiredFlags, const PromptCells& cells) {
+                                        const PromptCells& cells) {
     for (size_t i = 0; i < rows.size(); ++i) {
         int row = static_cast<int>(i) + 1;
-        bool required = i < requiredFlags.size() && requiredFlags[i];
-        if (!rows[i].name.empty() && required && cells.cellText(2, row).empty())
+        if (!rows[i].name.empty() && rows[i].mustBeSet && cells.cellText(2, row).empty())
             return PromptFault{"Attribute " + rows[i].name + " must be set!", row};
     }
     for (size_t i = 0; i < rows.size(); ++i) {
@@ -124,5 +81,14 @@ std::optional<PromptFault> validateRows(const std::string& feature, const std::v
         if (!rows[i].name.empty() && !value.empty() && !isOfKind(value, rows[i].kind))
             return PromptFault{kindMessage(rows[i]), row};
     }
-    return featureNameFault(feature);
+    std::optional<std::string> fault = FeatureNameFault(feature);
+    return fault ? std::optional(PromptFault{*fault}) : std::nullopt;
 }
+
+bool validateFeatureName(const std::string& text) {
+    std::optional<std::string> fault = FeatureNameFault(text);
+    if (fault) ui::messageBox("Error", *fault);
+    return !fault;
+}
+
+}  // namespace norvane

@@ -5,12 +5,14 @@
 
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
-#include "module/store/field_kind.h"
+#include "module/store/field_name.h"
 #include "module/store/template_database.h"
 
+namespace norvane {
+
+// A row of the sheet.
 struct PromptRow {
     std::string name;  // the column of the output table
     bool required = false;
@@ -19,15 +21,9 @@ struct PromptRow {
     std::string defaultValue;  // a plain default, or a special code
     std::string listValues;    // choices between commas
     std::string imageValue;    // of an image row: its path, or "No image!"
+    bool mustBeSet = false;    // what the check goes by: the flag that stands at the row's place
 };
 
-struct FieldName {
-    std::string name;
-    bool required = false;
-    FieldKind kind = FieldKind::kChar;
-};
-// "~" in front makes a field required, then ".." Real or "." Int: "~..DEPTH" is a required Real DEPTH.
-FieldName parseFieldName(std::string_view raw);
 // The row of a record of the template.
 PromptRow promptRowOf(const FeatureRow& record);
 
@@ -35,11 +31,12 @@ PromptRow promptRowOf(const FeatureRow& record);
 enum class PromptCell { kEditNumber, kEditText, kDropDown, kStatic };
 struct CellDecision {
     PromptCell cell = PromptCell::kEditText;
-    std::string content;   // after loading; special rows are filled later
-    bool special = false;  // the default is a special code or an equation
+    std::string content;  // after loading; computed rows are filled later
 };
 // A row without a list has no default: it starts empty whatever DEFAULT_VALUE holds.
 CellDecision decideCell(const PromptRow& row);
+// Whether the row's value is computed: its default is a special code or an equation.
+bool isComputed(const PromptRow& row);
 // The choices of a drop-down with tabs between them, as the grid takes them.
 std::string tabbedChoices(const PromptRow& row);
 
@@ -57,19 +54,16 @@ class PromptCells {
 // 0: neither.
 int classifyNumber(const std::string& text);
 
-// 1: a good feature name; 0: empty; -1: it holds a character that is not allowed.
-int checkFeatureName(const std::string& text);
-
 // Why a sheet cannot be saved.
 struct PromptFault {
     std::string message;
     int row = 0;  // from 1; 0 when it is the feature's name that is wrong
 };
-// The fault of a feature name, if any.
-std::optional<PromptFault> featureNameFault(const std::string& text);
-// The same, told in a box titled "Error". True when the name is good.
+// Tells the fault of a feature name in a box titled "Error". True when the name is good.
 bool validateFeatureName(const std::string& text);
 // The first fault of a sheet: a required row that is empty, else a value that is not of its row's kind, else
-// the name. requiredFlags holds the flag of each row by its position.
+// the name.
 std::optional<PromptFault> validateRows(const std::string& feature, const std::vector<PromptRow>& rows,
-                                        const std::vector<bool>& requiredFlags, const PromptCells& cells);
+                                        const PromptCells& cells);
+
+}  // namespace norvane

@@ -2,16 +2,16 @@
 
 #include <algorithm>
 
-#include "module/host/automation_call.h"
-#include "module/host/gis_request.h"
-#include "module/prompting/dialog_state.h"
 #include "module/prompting/form_engine.h"
 #include "module/prompting/sheet_controls.h"
+#include "module/settings/dialog_state.h"
 #include "module/store/database.h"
 #include "module/store/gis_link.h"
 #include "platform/files/files.h"
 #include "platform/text/text.h"
 #include "platform/ui/backend.h"
+
+namespace norvane {
 
 using namespace sheet;
 
@@ -19,8 +19,10 @@ bool PromptSheet::Cells::isCheckBox(int column, int row) const {
     return grid_.type(column, row).kind == ui::CellKind::CheckBox;
 }
 
-PromptSheet::PromptSheet()
-    : ui::Dialog(kResource, "GIS Smart Prompting"), point_(pointContextOf(PromptRequest)) {
+PromptSheet::PromptSheet(PromptRequest request)
+    : ui::Dialog(kResource, "GIS Smart Prompting"),
+      request_(std::move(request)),
+      point_(pointContextOf(request_)) {
     AddSheetControls(*this);
     grid_ = static_cast<ui::Grid*>(find(kGrid));
     features_ = static_cast<ui::DropDown*>(find(kFeatures));
@@ -36,10 +38,10 @@ void PromptSheet::onOpen() {
     formEngine_ = DetectFormEngine();
     showLinkState();
     if (CheckDao()) {
-        find(kOutputPath)->setText(PromptRequest.outputPath);
-        PromptRequest.keyValue = GeneratedKey(PromptRequest.keyValue);
-        find(kBanner)->setText(PromptRequest.keyField + " : " + PromptRequest.keyValue);
-        find(kTemplatePath)->setText(PromptRequest.templatePath);
+        find(kOutputPath)->setText(request_.outputPath);
+        request_.keyValue = GeneratedKey(request_.keyValue);
+        find(kBanner)->setText(request_.keyField + " : " + request_.keyValue);
+        find(kTemplatePath)->setText(request_.templatePath);
         if (openTemplate()) {
             ShowDatabaseErrors([&] {
                 fillFeatures();
@@ -53,7 +55,7 @@ void PromptSheet::onOpen() {
 }
 
 void PromptSheet::showLinkState() {
-    bool linked = HasGisLink(PromptRequest.entity) == RTNORM;
+    bool linked = HasGisLink(request_.entity) == RTNORM;
     setTitle(title() + (linked ? " - Entity has GIS Data" : " - Entity has no GIS Data"));
 }
 
@@ -62,7 +64,7 @@ bool PromptSheet::openTemplate() {
     templateTablesFound_ = false;
     ShowDatabaseErrors([&] {
         template_ = std::make_unique<CDaoDatabase>();
-        template_->Open(PromptRequest.templatePath);
+        template_->Open(request_.templatePath);
         templateTablesFound_ = EnsureLinksTable(*template_);
     });
     return templateTablesFound_;
@@ -74,7 +76,7 @@ void PromptSheet::fillFeatures() {
 }
 
 void PromptSheet::selectFirstFeature() {
-    std::string wanted = PromptRequest.featureName;
+    std::string wanted = request_.featureName;
     if (wanted.empty()) {
         std::optional<FeatureTable> current = ReadCurrentFeature(*template_);
         if (current) {
@@ -98,7 +100,7 @@ void PromptSheet::loadFeature(FlagEntry flags) {
     if (!rows_.empty()) {
         grid_->setActive(2, 1);
         LoadedRecord record;
-        if (!PromptRequest.outputPath.empty()) record = LoadRecord(PromptRequest.outputPath, recordKey());
+        if (!request_.outputPath.empty()) record = LoadRecord(request_.outputPath, recordKey());
         showRecord(record);
         fillTextCodes(record);
     }
@@ -108,19 +110,17 @@ void PromptSheet::loadFeature(FlagEntry flags) {
 }
 
 void PromptSheet::readRows(FlagEntry flags) {
-    for (const FeatureRow& record : ReadFeatureRows(*template_, feature_)) {
-        PromptRow row = promptRowOf(record);
-        requiredFlags_.push_back(row.required);
-        if (flags == FlagEntry::kTwice) requiredFlags_.push_back(row.required);
-        addRow(row);
-    }
+    for (const FeatureRow& record : ReadFeatureRows(*template_, feature_))
+        rows_.push_back(promptRowOf(record));
+    // Entered twice, the flags have moved apart: each row finds that of a row further up.
+    const size_t copies = flags == FlagEntry::kTwice ? 2 : 1;
+    for (size_t i = 0; i < rows_.size(); ++i) rows_[i].mustBeSet = rows_[i / copies].required;
+    grid_->setRows(static_cast<int>(rows_.size()));
+    for (int number = 1; number <= grid_->rows(); ++number) showRow(number);
 }
 
-void PromptSheet::addRow(const PromptRow& row) {
-    rows_.push_back(row);
-    names_.push_back(row.name);
-    int number = static_cast<int>(rows_.size());
-    grid_->setRows(number);
+void PromptSheet::showRow(int number) {
+    const PromptRow& row = rows_[static_cast<size_t>(number) - 1];
     grid_->setType(1, number, ui::CellType::fixed());
     grid_->setText(1, number, row.prompt);
 
@@ -140,7 +140,6 @@ void PromptSheet::addRow(const PromptRow& row) {
             break;
     }
     grid_->setText(2, number, decision.content);
-    if (decision.special) specialRows_.push_back({number, row.defaultValue});
 }
 
 void PromptSheet::showRecord(const LoadedRecord& record) {
@@ -156,18 +155,20 @@ void PromptSheet::showRecord(const LoadedRecord& record) {
 
 // The four text codes keep what was stored when the record was first saved.
 void PromptSheet::fillTextCodes(const LoadedRecord& record) {
-    for (const SpecialRow& special : specialRows_) {
-        std::string column(storedColumnOf(special.code));
-        bool isRow = std::any_of(names_.begin(), names_.end(),
-                                 [&](const std::string& name) { return text::equalNoCase(name, column); });
+    for (size_t i = 0; i < rows_.size(); ++i) {
+        if (!isComputed(rows_[i])) continue;
+        const std::string& code = rows_[i].defaultValue;
+        std::string column(storedColumnOf(code));
+        bool isRow = std::any_of(rows_.begin(), rows_.end(),
+                                 [&](const PromptRow& row) { return text::equalNoCase(row.name, column); });
         std::string value;
-        if (textCodeValue(special.code, isRow ? record.value(column) : "", point_, value))
-            grid_->setText(2, special.row, value);
+        if (textCodeValue(code, isRow ? record.value(column) : "", point_, value))
+            grid_->setText(2, static_cast<int>(i) + 1, value);
     }
 }
 
 void PromptSheet::refresh(RefreshReason reason) {
-    refreshSpecialRows(specialRows_, point_, names_, *cells_, reason);
+    refreshComputedRows(rows_, point_, *cells_, reason);
 }
 
 void PromptSheet::sizeColumns() {
@@ -188,9 +189,6 @@ void PromptSheet::sizeColumns() {
 
 void PromptSheet::clearRows() {
     rows_.clear();
-    names_.clear();
-    requiredFlags_.clear();
-    specialRows_.clear();
     carried_.clear();
     grid_->setRows(0);
 }
@@ -259,12 +257,10 @@ void PromptSheet::onOk() {
     if (showFault()) return;
     writeState(table_, state::kOutputTable);
     if (!save()) return;
-    GisReturnStatus = 1;
-    PromptRequest.featureName = feature_;
     ShowDatabaseErrors([&] { MarkFeatureCurrent(*template_, {feature_, table_}); });
     ShowDatabaseErrors([&] { template_->Close(); });
     closing_ = true;
-    rememberFormChoice();
+    saved_ = SavedRecord{feature_, request_.keyValue, rememberFormChoice()};
     end(ui::kOk);
 }
 
@@ -272,12 +268,11 @@ void PromptSheet::onCancel() {
     closing_ = true;
     template_.reset();
     clearRows();
-    GisReturnStatus = 0;
     end(ui::kCancel);
 }
 
 bool PromptSheet::showFault() {
-    std::optional<PromptFault> fault = validateRows(feature_, rows_, requiredFlags_, *cells_);
+    std::optional<PromptFault> fault = validateRows(feature_, rows_, *cells_);
     if (!fault) return false;
     ui::messageBox("Error", fault->message);
     if (fault->row > 0) {
@@ -289,7 +284,7 @@ bool PromptSheet::showFault() {
 }
 
 RecordKey PromptSheet::recordKey() const {
-    return {table_, PromptRequest.keyField, PromptRequest.keyValue, feature_};
+    return {table_, request_.keyField, request_.keyValue, feature_};
 }
 
 std::vector<OutputField> PromptSheet::outputFields() const {
@@ -302,15 +297,14 @@ std::vector<OutputField> PromptSheet::outputFields() const {
 }
 
 bool PromptSheet::save() {
-    return SaveRecord(PromptRequest.outputPath, recordKey(), outputFields());
+    return SaveRecord(request_.outputPath, recordKey(), outputFields());
 }
 
 // --- Forms of the output database -----------------------------------------------------------------------
 
 void PromptSheet::fillForms() {
     auto* forms = static_cast<ui::DropDown*>(find(kForms));
-    for (const std::string& form :
-         ReadFormNames(formEngine_, PromptRequest.binDirectory, PromptRequest.outputPath))
+    for (const std::string& form : ReadFormNames(formEngine_, request_.binDirectory, request_.outputPath))
         forms->addItem(form);
     restoreFormChoice();
     if (forms->count() > 0) return;
@@ -325,16 +319,19 @@ void PromptSheet::restoreFormChoice() {
     if (choice.empty() || bar == std::string::npos) return;
     auto* forms = static_cast<ui::DropDown*>(find(kForms));
     int form = forms->findExact(choice.substr(bar + 1));
-    if (form < 0 || !text::equalNoCase(choice.substr(1, bar - 1), PromptRequest.outputPath)) return;
+    if (form < 0 || !text::equalNoCase(choice.substr(1, bar - 1), request_.outputPath)) return;
     forms->select(form);
     static_cast<ui::CheckBox*>(find(kUseForm))->check(choice.front() == '+');
 }
 
-void PromptSheet::rememberFormChoice() {
+// Keeps the choice for the next sheet. The form that is to be shown, if any.
+FormRequest PromptSheet::rememberFormChoice() {
     bool use = static_cast<ui::CheckBox*>(find(kUseForm))->checked();
     std::string form = static_cast<ui::DropDown*>(find(kForms))->selectedText();
-    std::string argument = PromptRequest.outputPath + "|" + form;
+    std::string argument = request_.outputPath + "|" + form;
     writeState((use ? "+" : "-") + argument, state::kFormChoice);
-    PromptRequest.accessVersionCode = static_cast<int>(formEngine_);
-    if (use && !form.empty() && !PromptRequest.outputPath.empty()) PromptRequest.formsArgument = argument;
+    if (!use || form.empty() || request_.outputPath.empty()) return {};
+    return {formEngine_, argument};
 }
+
+}  // namespace norvane

@@ -2,23 +2,26 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "module/prompting/prompt_model.h"
+#include "module/prompting/prompt_request.h"
 #include "module/prompting/special_codes.h"
 #include "module/store/output_database.h"
 #include "platform/dao/dao.h"
 #include "platform/ui/dialog.h"
 
-// Which Access the forms of a database would be shown with.
-enum class FormEngine : int { kNone = 0, kAccess97 = 1, kAccess2000 = 2 };
+namespace norvane {
 
 class PromptSheet : public ui::Dialog {
   public:
-    // Works on PromptRequest: shows the feature and the record that it names. Leaving by OK puts the saved
-    // feature into it, sets GisReturnStatus to 1, and leaves the chosen form in formsArgument.
-    PromptSheet();
+    // Shows the feature and the record that a request names.
+    explicit PromptSheet(PromptRequest request);
+
+    // What was written when the sheet was left by OK; nothing before that, and when it was cancelled.
+    const std::optional<SavedRecord>& saved() const { return saved_; }
 
   private:
     // The grid as the prompt model sees it.
@@ -53,7 +56,7 @@ class PromptSheet : public ui::Dialog {
     enum class FlagEntry { kOnce, kTwice };
     void loadFeature(FlagEntry flags);
     void readRows(FlagEntry flags);
-    void addRow(const PromptRow& row);
+    void showRow(int number);
     void showRecord(const LoadedRecord& record);
     void fillTextCodes(const LoadedRecord& record);
     void refresh(RefreshReason reason);
@@ -73,22 +76,23 @@ class PromptSheet : public ui::Dialog {
     // Forms of the output database.
     void fillForms();
     void restoreFormChoice();
-    void rememberFormChoice();
+    FormRequest rememberFormChoice();
 
     ui::Grid* grid_ = nullptr;
     ui::DropDown* features_ = nullptr;
     std::unique_ptr<Cells> cells_;
     std::unique_ptr<CDaoDatabase> template_;
     bool templateTablesFound_ = false;
+    PromptRequest request_;
     PointContext point_;
+    std::optional<SavedRecord> saved_;
 
     std::string feature_;
     std::string table_;
     std::vector<PromptRow> rows_;
-    std::vector<std::string> names_;
-    std::vector<bool> requiredFlags_;
-    std::vector<SpecialRow> specialRows_;
     std::vector<OutputField> carried_;  // image columns of the record, which go back as they came
     FormEngine formEngine_ = FormEngine::kNone;
     bool closing_ = false;
 };
+
+}  // namespace norvane

@@ -1,5 +1,7 @@
 #include "module/prompting/sheet_controls.h"
 
+namespace norvane {
+
 namespace sheet {
 namespace {
 
@@ -85,3 +87,5 @@ void AddSheetControls(ui::Dialog& dialog) {
 }
 
 }  // namespace sheet
+
+}  // namespace norvane

@@ -3,6 +3,8 @@
 
 #include "platform/ui/dialog.h"
 
+namespace norvane {
+
 namespace sheet {
 
 constexpr int kResource = 134;
@@ -40,3 +42,5 @@ constexpr int kJpg = 1136;
 void AddSheetControls(ui::Dialog& dialog);
 
 }  // namespace sheet
+
+}  // namespace norvane

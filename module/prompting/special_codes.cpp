@@ -2,25 +2,10 @@
 
 #include <algorithm>
 #include <ctime>
-#include <functional>
 
 #include "platform/text/text.h"
 
-PointContext pointContextOf(const PromptRequestRecord& request) {
-    return {request.northing,  request.easting,      request.elevation, request.latitude,
-            request.longitude, request.rawElevation, request.rodHeight, request.hrms,
-            request.vrms,      request.featureName,  request.instrument};
-}
-
-std::array<NumberCode, 9> numberCodes(const PointContext& p) {
-    auto always = [](std::string_view code, double value) { return NumberCode{code, value, true, true}; };
-    auto optional = [](std::string_view code, const OptionalReal& v) {
-        return NumberCode{code, v.value, v.available(), false};
-    };
-    return {always("$NOR", p.northing),    always("$EAS", p.easting),     always("$ELV", p.elevation),
-            optional("$LAT", p.latitude),  optional("$LON", p.longitude), optional("$REL", p.rawElevation),
-            optional("$HGT", p.rodHeight), optional("$HRM", p.hrms),      optional("$VRM", p.vrms)};
-}
+namespace norvane {
 
 namespace {
 
@@ -41,12 +26,12 @@ std::string neutralTextOf(char op) {
 
 // Puts the present content of the rows in place of their names: the first occurrence of each, in row order.
 // Names match anywhere, also inside longer words.
-std::string withRowValues(std::string expression, const std::vector<std::string>& names,
+std::string withRowValues(std::string expression, const std::vector<PromptRow>& rows,
                           const PromptCells& cells) {
     std::string value;
     for (int row = 1; row <= cells.rowCount(); ++row) {
         size_t index = static_cast<size_t>(row) - 1;
-        std::string name = index < names.size() ? names[index] : text::upper(cells.cellText(1, row));
+        std::string name = index < rows.size() ? rows[index].name : text::upper(cells.cellText(1, row));
         size_t at = name.empty() ? std::string::npos : expression.find(name);
         if (at == std::string::npos) continue;
         // A check box has no number: the value that was read before it stays in force.
@@ -111,6 +96,10 @@ bool isTextCode(std::string_view code) {
     return !storedColumnOf(code).empty();
 }
 
+double numberOf(const KnownAttribute& known, const PointContext& point) {
+    return known.number ? point.*known.number : (point.*known.optional).value;
+}
+
 std::tm localNow() {
     std::time_t now = std::time(nullptr);
     std::tm parts{};
@@ -121,39 +110,38 @@ std::tm localNow() {
 }  // namespace
 
 std::string evaluateEquation(std::string_view code, const PointContext& point,
-                             const std::vector<std::string>& names, const PromptCells& cells) {
+                             const std::vector<PromptRow>& rows, const PromptCells& cells) {
     std::string expression = text::upper(code.substr(std::min(code.size(), kMarkLength)));
-    for (const NumberCode& number : numberCodes(point))
-        expression = text::replaceAll(expression, number.code, nineDecimals(number.value));
-    std::vector<std::string> tokens = tokensOf(withRowValues(std::move(expression), names, cells));
+    for (const KnownAttribute& known : KnownAttributes())
+        if (!known.isText())
+            expression =
+                text::replaceAll(expression, known.code + kMarkLength, nineDecimals(numberOf(known, point)));
+    std::vector<std::string> tokens = tokensOf(withRowValues(std::move(expression), rows, cells));
     // One round is enough: operands and operators alternate, so that each sweep takes its operator out whole.
     for (char op : kOperators) sweep(tokens, op);
     return text::fromReal(tokens.empty() ? 0.0 : text::toReal(tokens.front()));
 }
 
-void refreshSpecialRows(const std::vector<SpecialRow>& specialRows, const PointContext& point,
-                        const std::vector<std::string>& names, PromptCells& cells, RefreshReason reason) {
-    const auto numbers = numberCodes(point);
-    for (const SpecialRow& special : specialRows) {
-        if (isTextCode(special.code)) continue;
-        std::string plain = text::upper(special.code);
-        bool written = reason == RefreshReason::kCellChange && special.code.find('|') != std::string::npos;
-        auto number = std::find_if(numbers.begin(), numbers.end(), [&](const NumberCode& n) {
-            return !written && plain == std::string(kEquationMark) + "=" + std::string(n.code);
-        });
-        if (number != numbers.end() && !number->available) continue;  // what the cell holds stays
-        if (number != numbers.end() && number->alwaysUsed)
-            cells.setCellText(2, special.row, text::fromReal(number->value));
+void refreshComputedRows(const std::vector<PromptRow>& rows, const PointContext& point, PromptCells& cells,
+                         RefreshReason reason) {
+    for (size_t i = 0; i < rows.size(); ++i) {
+        const std::string& code = rows[i].defaultValue;
+        if (!isComputed(rows[i]) || isTextCode(code)) continue;
+        const int row = static_cast<int>(i) + 1;
+        // A code that is written with a bar is an equation while cells change.
+        bool written = reason == RefreshReason::kCellChange && code.find('|') != std::string::npos;
+        const KnownAttribute* known = written ? nullptr : FindKnownCode(code);
+        if (known && known->optional && !(point.*known->optional).available()) continue;  // the cell stays
+        if (known && known->number)
+            cells.setCellText(2, row, text::fromReal(point.*known->number));
         else
-            cells.setCellText(2, special.row, evaluateEquation(special.code, point, names, cells));
+            cells.setCellText(2, row, evaluateEquation(code, point, rows, cells));
     }
 }
 
 std::string_view storedColumnOf(std::string_view code) {
-    if (code == kDescriptionCode) return "DESCRIPTION";
-    if (code == kDateCode) return "DATE";
-    if (code == kTimeCode) return "TIME";
-    if (code == kInstrumentCode) return "INSTRUMENT";
+    for (const KnownAttribute& known : KnownAttributes())
+        if (known.isText() && known.code == code) return known.abbreviation;
     return {};
 }
 
@@ -174,3 +162,5 @@ bool textCodeValue(std::string_view code, const std::string& stored, const Point
     }
     return true;
 }
+
+}  // namespace norvane

@@ -1,4 +1,5 @@
-// Records added in bulk from a list that a Lisp routine has built.
+#include "module/store/bulk_add.h"
+
 #include <algorithm>
 #include <limits>
 #include <memory>
@@ -7,8 +8,11 @@
 
 #include "module/store/database.h"
 #include "module/store/output_database.h"
+#include "module/store/user_tables.h"
 #include "platform/files/files.h"
 #include "platform/text/text.h"
+
+namespace norvane {
 
 namespace {
 
@@ -149,3 +153,9 @@ double BulkAddRecords(const resbuf* arguments) {
             return kFailed;
     }
 }
+
+void AddRecords(Call& call) {
+    call.result = BulkAddRecords(call.arguments.rest());
+}
+
+}  // namespace norvane

@@ -2,10 +2,12 @@
 
 #include <array>
 
-#include "module/host/ads_owners.h"
-#include "module/host/host_helpers.h"
+#include "module/cad/ads_owners.h"
+#include "module/cad/group_list.h"
 #include "platform/ads/editor.h"
 #include "platform/text/text.h"
+
+namespace norvane {
 
 namespace {
 
@@ -102,3 +104,5 @@ int EraseGisLink(const ads_name entity) {
     last->rbnext->rbnext = acutBuildList(kApplicationName, kGisLinkApplication, 0);
     return acdbEntMod(data.get());
 }
+
+}  // namespace norvane

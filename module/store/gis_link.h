@@ -5,6 +5,8 @@
 
 #include "platform/ads/result_buffer.h"
 
+namespace norvane {
+
 constexpr const char* kGisLinkApplication = "ZGEO_GIS_2000";
 
 struct GisLink {
@@ -30,3 +32,5 @@ int WriteGisLink(const ads_name entity, const GisLink& link);
 LinkState ReadGisLink(const ads_name entity, GisLink& link);
 // Takes the link off the entity. The result of the host.
 int EraseGisLink(const ads_name entity);
+
+}  // namespace norvane

@@ -4,8 +4,13 @@
 #include <ctime>
 
 #include "module/store/database.h"
+#include "module/store/server_sign_in.h"
+#include "module/store/statements.h"
+#include "module/store/user_tables.h"
 #include "platform/files/files.h"
 #include "platform/text/text.h"
+
+namespace norvane {
 
 namespace {
 
@@ -326,3 +331,5 @@ const std::vector<std::string>& ListKeys(const std::string& path, const std::str
     listedTable = done ? table : "";
     return keys;
 }
+
+}  // namespace norvane

@@ -10,6 +10,8 @@
 #include "platform/ads/result_buffer.h"
 #include "platform/dao/dao.h"
 
+namespace norvane {
+
 enum class Route { kAccess, kOdbc };
 Route RouteOf(const std::string& path);
 
@@ -84,8 +86,4 @@ std::string SelectByPointId(const std::string& table, const std::string& id);
 // The key values of a table. They are kept: the next call with the same two names gives the same list.
 const std::vector<std::string>& ListKeys(const std::string& path, const std::string& table);
 
-// Adds records by a list: database, then for each record a short, a table name, and pairs of field and value.
-// 1.0 when done, 0.0 when there is nothing to add or DAO is missing, -1.0 for an empty list, -2.0 for no such
-// file, -4.0 after an error of the engine, which has been shown; records added before it stay. The list stays
-// the caller's.
-double BulkAddRecords(const resbuf* arguments);
+}  // namespace norvane

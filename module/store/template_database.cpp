@@ -1,114 +1,22 @@
 #include "module/store/template_database.h"
 
-#include <iterator>
 #include <unordered_set>
 
-#include "module/host/gis_request.h"
 #include "module/store/database.h"
+#include "module/store/records.h"
+#include "platform/files/files.h"
 #include "platform/text/text.h"
 
-namespace {
+namespace norvane {
 
-constexpr int kVariable = dbVariableField | dbUpdatableField;
-
-struct Column {
-    const char* name;
-    int type;
-    int size;
-    int attributes;
-    bool allowZeroLength = false;
-    const char* validationRule = "";
-    const char* defaultValue = "";
-};
-
-constexpr Column kPromptingColumns[] = {
-    {"NO_GIS", dbLong, 4, dbAutoIncrField},          {"GIS_NAME", dbText, 255, kVariable},
-    {"FIELD_NAME", dbText, 255, kVariable},          {"FIELD_PROMPT", dbText, 255, kVariable},
-    {"DEFAULT_VALUE", dbText, 255, kVariable, true}, {"LIST_VALUES", dbText, 255, kVariable, true},
-};
-
-constexpr Column kCategoryColumns[] = {
-    {"INDEX_CAT_GIS", dbLong, 4, dbUpdatableField},
-    {"CAT_GIS_NAME", dbText, 255, kVariable},
-    {"GIS_NAME", dbText, 255, kVariable},
-};
-
-constexpr Column kLinkColumns[] = {
-    {"GIS_NAME", dbText, 255, kVariable},
-    {"TABLE_NAME", dbText, 255, kVariable},
-    {"LPN_NAME", dbText, 255, kVariable, true},
-    {"IS_CURRENT", dbText, 255, kVariable, true, "\"YES\" Or \"NO\"", "\"NO\""},
-};
-
-constexpr const char* kPrompting = "ZGEO_SMART_PROMPTING";
-constexpr const char* kCategories = "ZGEO_CAT";
-constexpr const char* kLinks = "ZGEO_LINKS";
-
-template <size_t N>
-void createTable(CDaoDatabase& database, const char* name, const Column (&columns)[N]) {
-    CDaoTableDef table(&database);
-    table.Create(name);
-    for (const Column& column : columns) {
-        table.CreateField(column.name, column.type, column.size, column.attributes);
-        if (column.type != dbText) continue;
-        // The settings of a text field are taken only together with the rest of its information.
-        CDaoFieldInfo info;
-        table.GetFieldInfo(column.name, info);
-        table.DeleteField(column.name);
-        info.allowZeroLength = column.allowZeroLength;
-        info.validationRule = column.validationRule;
-        info.defaultValue = column.defaultValue;
-        table.CreateField(info);
-    }
-    table.Append();
-    table.Close();
-}
-
-// The first fields of a table have exactly these names. A table with fewer passes as far as it goes.
-template <size_t N>
-bool fieldsInPlace(CDaoDatabase& database, const std::string& name, const Column (&columns)[N]) {
-    CDaoTableDef table(&database);
-    table.Open(name);
-    CDaoFieldInfo field;
-    for (int i = 0; i < table.GetFieldCount() && i < static_cast<int>(N); ++i) {
-        table.GetFieldInfo(i, field);
-        if (field.name != columns[i].name) return false;
-    }
-    return true;
-}
-
-bool isTemplate(CDaoDatabase& database) {
-    std::string prompting = FindUserTable(database, kPrompting);
-    std::string categories = FindUserTable(database, kCategories);
-    return !prompting.empty() && !categories.empty() &&
-           fieldsInPlace(database, prompting, kPromptingColumns) &&
-           fieldsInPlace(database, categories, kCategoryColumns);
-}
-
-std::string fieldText(const CDaoRecordset& records, const char* field) {
-    return dao::toText(records.GetFieldValue(field));
-}
-
-}  // namespace
-
-int CreateTemplateDatabase() {
-    return CreateDatabaseFile(PromptRequest.outputPath, EnsureTemplateTables);
-}
-
-void EnsureTemplateTables(CDaoDatabase& database) {
-    if (FindUserTable(database, kPrompting).empty()) createTable(database, kPrompting, kPromptingColumns);
-    if (FindUserTable(database, kCategories).empty()) createTable(database, kCategories, kCategoryColumns);
+bool CreateTemplateDatabase(const std::string& path, DatabaseVersion version) {
+    return CreateDatabaseFile(path, version, EnsureTemplateTables);
 }
 
 int IsTemplateDatabase(const std::string& path) {
     bool good = false;
-    WithDatabase(path, [&](CDaoDatabase& database) { good = isTemplate(database); });
+    WithDatabase(path, [&](CDaoDatabase& database) { good = HasTemplateColumnNames(database); });
     return good ? 1 : 0;
-}
-
-bool EnsureLinksTable(CDaoDatabase& database) {
-    if (FindUserTable(database, kLinks).empty()) createTable(database, kLinks, kLinkColumns);
-    return HasPromptingTable(database) && !FindUserTable(database, kLinks).empty();
 }
 
 int FeatureExists(const std::string& path, const std::string& name) {
@@ -122,14 +30,19 @@ int FeatureExists(const std::string& path, const std::string& name) {
     return outcome == DatabaseOutcome::kNoDao ? 0 : result;
 }
 
-bool HasPromptingTable(const CDaoDatabase& database) {
-    return !FindUserTable(database, kPrompting).empty();
+void TestFeature(Call& call) {
+    constexpr int kNoFile = -1;
+    std::string path, feature;
+    call.arguments.text(path), call.arguments.text(feature);
+    if (path.empty()) return;
+    if (!files::exists(path))
+        call.result = kNoFile;
+    else if (!feature.empty())
+        call.result = FeatureExists(path, feature);
 }
 
 bool HasFeature(CDaoDatabase& database, const std::string& feature) {
-    CDaoRecordset records(&database);
-    records.Open(dbOpenDynaset, SelectFeatureName(feature));
-    return !records.IsEOF();
+    return HasRecords(database, SelectFeatureName(feature));
 }
 
 std::vector<std::string> ReadFeatureNames(CDaoDatabase& database) {
@@ -149,10 +62,10 @@ std::vector<std::string> ReadFeatureNames(CDaoDatabase& database) {
 
 std::vector<FeatureRow> ReadFeatureRows(CDaoDatabase& database, const std::string& feature) {
     std::vector<FeatureRow> rows;
-    CDaoRecordset records(&database);
-    for (records.Open(dbOpenDynaset, SelectFeaturePrompts(feature)); !records.IsEOF(); records.MoveNext())
-        rows.push_back({fieldText(records, "FIELD_NAME"), fieldText(records, "FIELD_PROMPT"),
-                        fieldText(records, "DEFAULT_VALUE"), fieldText(records, "LIST_VALUES")});
+    ForEachRecord(database, SelectFeaturePrompts(feature), [&](CDaoRecordset& records) {
+        rows.push_back({FieldText(records, "FIELD_NAME"), FieldText(records, "FIELD_PROMPT"),
+                        FieldText(records, "DEFAULT_VALUE"), FieldText(records, "LIST_VALUES")});
+    });
     return rows;
 }
 
@@ -160,13 +73,13 @@ std::optional<FeatureTable> ReadCurrentFeature(CDaoDatabase& database) {
     CDaoRecordset records(&database);
     records.Open(dbOpenDynaset, SelectCurrentLinks());
     if (records.IsEOF()) return std::nullopt;
-    return FeatureTable{fieldText(records, "GIS_NAME"), fieldText(records, "TABLE_NAME")};
+    return FeatureTable{FieldText(records, "GIS_NAME"), FieldText(records, "TABLE_NAME")};
 }
 
 std::string ReadOutputTable(CDaoDatabase& database, const std::string& feature) {
     CDaoRecordset records(&database);
     records.Open(dbOpenDynaset, SelectLinks(feature));
-    std::string table = records.IsEOF() ? "" : fieldText(records, "TABLE_NAME");
+    std::string table = records.IsEOF() ? "" : FieldText(records, "TABLE_NAME");
     return table.empty() ? feature : table;
 }
 
@@ -176,8 +89,8 @@ namespace {
 bool isOnlyCurrent(CDaoDatabase& database, const FeatureTable& wanted) {
     CDaoRecordset records(&database);
     records.Open(dbOpenDynaset, SelectCurrentLinks());
-    if (records.IsEOF() || !text::equalNoCase(fieldText(records, "GIS_NAME"), wanted.feature) ||
-        !text::equalNoCase(fieldText(records, "TABLE_NAME"), wanted.table))
+    if (records.IsEOF() || !text::equalNoCase(FieldText(records, "GIS_NAME"), wanted.feature) ||
+        !text::equalNoCase(FieldText(records, "TABLE_NAME"), wanted.table))
         return false;
     records.MoveNext();
     return records.IsEOF();
@@ -246,3 +159,5 @@ std::string SelectFeatureCategories(const std::string& feature) {
 std::string SelectCategory(const std::string& category) {
     return "SELECT * FROM ZGEO_CAT WHERE CAT_GIS_NAME = '" + category + "'";
 }
+
+}  // namespace norvane

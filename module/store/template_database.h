@@ -5,23 +5,25 @@
 #include <string>
 #include <vector>
 
+#include "module/cad/call.h"
+#include "module/store/new_database.h"
+#include "module/store/template_schema.h"
 #include "platform/dao/dao.h"
 
-// Makes a template with its two tables and no rows, at the path in the request's outputPath ("0" or "1" in
-// front, as CreateOutputDatabase). 1 or 0.
-int CreateTemplateDatabase();
-// Creates the two tables of a template, each where it is missing.
-void EnsureTemplateTables(CDaoDatabase& database);
+namespace norvane {
+
+// Makes a template with its two tables and no rows. The path and the result are those of CreateDatabaseFile.
+bool CreateTemplateDatabase(const std::string& path, DatabaseVersion version);
 // 1 when a file holds both tables with their columns in place, 0 otherwise.
 int IsTemplateDatabase(const std::string& path);
-// Creates ZGEO_LINKS where it is missing. True when it and ZGEO_SMART_PROMPTING are then both there.
-bool EnsureLinksTable(CDaoDatabase& database);
 // Whether a feature is defined: 1, 0, or -2 when the file is no template.
 int FeatureExists(const std::string& path, const std::string& name);
+// Function code 21: takes a template path and the name of a feature. Gives the same, or -1 when there is no
+// such file; 0 for an absent argument.
+void TestFeature(Call& call);
 
 // --- Work on an open template. Exceptions pass through to the caller. -----------------------------------
 
-bool HasPromptingTable(const CDaoDatabase& database);
 // Whether a feature of exactly this name has rows.
 bool HasFeature(CDaoDatabase& database, const std::string& feature);
 // The names of all features in upper case, each once, in the order of the rows.
@@ -61,3 +63,5 @@ std::string SelectLink(const std::string& feature, const std::string& table);
 std::string SelectCategories();
 std::string SelectFeatureCategories(const std::string& feature);
 std::string SelectCategory(const std::string& category);
+
+}  // namespace norvane

@@ -10,6 +10,8 @@
 #include "platform/files/files.h"
 #include "tests/platform/dao/scratch.h"
 
+using namespace norvane;
+
 class RecordingHost : public CoordinateHost {
   public:
     RecordingHost() { SetCoordinateHost(this); }

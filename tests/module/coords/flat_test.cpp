@@ -7,6 +7,8 @@
 #include "platform/text/text.h"
 #include "tests/module/coords/coords_fixture.h"
 
+using namespace norvane;
+
 namespace {
 
 std::string slot(double northing, double easting, double elevation, const std::string& description) {

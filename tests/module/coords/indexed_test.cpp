@@ -7,6 +7,8 @@
 #include "module/coords/point_names.h"
 #include "tests/module/coords/coords_fixture.h"
 
+using namespace norvane;
+
 namespace {
 
 TEST_F(CoordsTest, IndexedLayout) {

@@ -5,6 +5,8 @@
 #include "module/coords/point_range.h"
 #include "tests/module/coords/coords_fixture.h"
 
+using namespace norvane;
+
 namespace {
 
 TEST(PointNames, SortDigitsAsNumbersAndTheRestWithoutCase) {

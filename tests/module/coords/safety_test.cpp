@@ -8,6 +8,8 @@
 #include "tests/module/coords/coords_fixture.h"
 #include "tests/platform/crash.h"
 
+using namespace norvane;
+
 namespace {
 
 class Safety : public CoordsTest, public testing::WithParamInterface<int> {

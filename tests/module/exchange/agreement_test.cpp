@@ -11,6 +11,8 @@
 #include "platform/text/text.h"
 #include "tests/platform/dao/scratch.h"
 
+using namespace norvane;
+
 namespace {
 
 const std::string kScripts = NORVANE_SOURCE_DIR "/tests/module/exchange/";

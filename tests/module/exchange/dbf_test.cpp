@@ -11,6 +11,8 @@
 #include "platform/text/text.h"
 #include "tests/platform/dao/scratch.h"
 
+using namespace norvane;
+
 namespace {
 
 using namespace std::string_literals;

@@ -9,6 +9,8 @@
 #include "platform/files/files.h"
 #include "tests/platform/dao/scratch.h"
 
+using namespace norvane;
+
 namespace {
 
 struct Outcome {

@@ -8,6 +8,8 @@
 #include "platform/files/files.h"
 #include "tests/platform/dao/scratch.h"
 
+using namespace norvane;
+
 namespace {
 
 std::string big(uint32_t value) {

@@ -10,6 +10,8 @@
 #include "tests/platform/crash.h"
 #include "tests/platform/dao/scratch.h"
 
+using namespace norvane;
+
 namespace {
 
 constexpr int kKeys = 30;

@@ -6,10 +6,12 @@
 #include "hostcad/drawing/current_drawing.h"
 #include "hostcad/dxf/blank_drawing.h"
 #include "hostcad/dxf/dxf.h"
-#include "module/host/host_helpers.h"
+#include "module/cad/group_list.h"
 #include "tests/hostcad/independent_reader.h"
 #include "tests/hostcad/lists.h"
 #include "tests/module/host_double.h"
+
+using namespace norvane;
 
 namespace {
 

@@ -2,9 +2,14 @@
 #include <gtest/gtest.h>
 
 #include "module/store/database.h"
+#include "module/store/user_tables.h"
+#include "module/store/statements.h"
+#include "module/store/server_sign_in.h"
 #include "module/store/output_database.h"
 #include "tests/module/host_double.h"
 #include "tests/module/store/recording_engine.h"
+
+using namespace norvane;
 
 namespace {
 

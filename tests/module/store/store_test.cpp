@@ -6,13 +6,18 @@
 #include <cstdlib>
 #include <fstream>
 
-#include "module/host/ads_owners.h"
-#include "module/host/gis_request.h"
+#include "module/cad/ads_owners.h"
+#include "module/store/bulk_add.h"
 #include "module/store/database.h"
+#include "module/store/user_tables.h"
+#include "module/store/statements.h"
+#include "module/store/server_sign_in.h"
 #include "module/store/output_database.h"
 #include "module/store/template_database.h"
 #include "tests/module/host_double.h"
 #include "tests/platform/dao/scratch.h"
+
+using namespace norvane;
 
 namespace {
 
@@ -45,14 +50,12 @@ class Store : public ::testing::Test {
     void SetUp() override {
         if (!haveSqlite3()) GTEST_SKIP() << "the sqlite3 program is not installed";
         ::setenv("NORVANE_REGISTRY", folder("registry.ini").c_str(), 1);
-        PromptRequest = {};
     }
 
     void removeDao() { std::ofstream(folder("registry.ini")) << "[-HKEY_CLASSES_ROOT\\DAO.DBEngine.36]\n"; }
 
     std::string makeTemplate() {
-        PromptRequest.outputPath = "0" + folder("template.mdb");
-        EXPECT_EQ(CreateTemplateDatabase(), 1);
+        EXPECT_TRUE(CreateTemplateDatabase(folder("template.mdb"), DatabaseVersion::kAccess97));
         return folder("template.mdb");
     }
 
@@ -68,26 +71,19 @@ class Store : public ::testing::Test {
 };
 
 TEST_F(Store, NewDatabasesTakeTheirNameByTheRule) {
-    auto made = [](const std::string& text) {
-        NewDatabaseName name = ParseNewDatabaseName(text);
-        return std::to_string(name.version) + " " + name.path;
-    };
-    EXPECT_EQ(made("1C:\\data\\out"), "64 C:\\data\\out.mdb");
-    EXPECT_EQ(made("0C:\\data\\out.xyz"), "32 C:\\data\\out.mdb");
-    EXPECT_EQ(made("0C:\\data\\my.files\\out.mdb"), "32 ");
-    EXPECT_EQ(made("0out.db"), "32 ");
-    EXPECT_EQ(made("2out.mdb"), "0 out.mdb");
-    EXPECT_EQ(made("") + made("0"), "0 32 .mdb");
+    EXPECT_EQ(NewDatabasePath("C:\\data\\out"), "C:\\data\\out.mdb");
+    EXPECT_EQ(NewDatabasePath("C:\\data\\out.xyz"), "C:\\data\\out.mdb");
+    EXPECT_EQ(NewDatabasePath("C:\\data\\my.files\\out.mdb"), "");
+    EXPECT_EQ(NewDatabasePath("out.db"), "");
+    EXPECT_EQ(NewDatabasePath(""), ".mdb");
 
-    PromptRequest.outputPath = "1" + folder("out.xyz");
-    EXPECT_EQ(CreateOutputDatabase(), 1);
+    EXPECT_TRUE(CreateOutputDatabase(folder("out.xyz"), DatabaseVersion::kAccess2000));
     EXPECT_EQ(versionOf(folder("out.mdb")), "4.0");
-    EXPECT_EQ(CreateOutputDatabase(), 0) << "the file exists";
+    EXPECT_TRUE(CreateOutputDatabase(folder("older"), DatabaseVersion::kAccess97));
+    EXPECT_EQ(versionOf(folder("older.mdb")), "3.0");
+    EXPECT_FALSE(CreateOutputDatabase(folder("out.xyz"), DatabaseVersion::kAccess2000)) << "the file exists";
     EXPECT_EQ(host().boxes.size(), 1u);
-    PromptRequest.outputPath = "2" + folder("other");
-    EXPECT_EQ(CreateOutputDatabase(), 0);
-    PromptRequest.outputPath = "0" + folder("nowhere/out");
-    EXPECT_EQ(CreateOutputDatabase(), 0);
+    EXPECT_FALSE(CreateOutputDatabase(folder("nowhere/out"), DatabaseVersion::kAccess97));
     EXPECT_EQ(host().boxes.size(), 1u) << "a folder that cannot be written to is no error of the engine";
     EXPECT_EQ(host().printed, "");
 }

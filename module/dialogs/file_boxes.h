@@ -1,0 +1,22 @@
+// The file boxes of the module: what they show, and what they take. Each starts in a folder, "" leaving it to
+// the view, and gives the chosen path, or nothing when the person cancelled.
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace norvane {
+
+// A database that is there.
+std::optional<std::string> AskExistingDatabase(const std::string& folder);
+// The same by the menu of the editor, whose filter is written without a blank.
+std::optional<std::string> AskTemplateToOpen(const std::string& folder);
+// A new database; a name that is taken is asked about, and gets the ending .mdb.
+std::optional<std::string> AskNewDatabase(const std::string& folder);
+
+// A feature file to read, to write, to delete.
+std::optional<std::string> AskFeatureFileToImport(const std::string& folder);
+std::optional<std::string> AskFeatureFileToExport(const std::string& folder);
+std::optional<std::string> AskFeatureFileToDelete(const std::string& folder);
+
+}  // namespace norvane

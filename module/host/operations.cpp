@@ -1,0 +1,52 @@
+#include "module/host/operations.h"
+
+#include <iterator>
+
+#include "module/cad/automation_call.h"
+#include "module/features/template_editor.h"
+#include "module/linktools/link_areas.h"
+#include "module/linktools/query_entities.h"
+#include "module/prompting/prompt_for_entity.h"
+#include "module/setup/database_chooser.h"
+#include "module/setup/dialog_slots.h"
+#include "module/setup/gis_settings_dialog.h"
+#include "module/store/bulk_add.h"
+#include "module/store/template_database.h"
+
+namespace norvane {
+
+namespace {
+
+// One whose tool is not built does nothing and gives 0, as any does without its arguments.
+constexpr Operation kNotBuilt = nullptr;
+constexpr Operation kOperations[] = {
+    PromptForEntity,  // 1
+    StoreSlot,        // 2
+    FetchSlot,        // 3
+    kNotBuilt,        // 4 links from blocks
+    kNotBuilt,        // 5 block link settings
+    kNotBuilt,        // 6 title blocks
+    ShowGisSettings,  // 7
+    kNotBuilt,        // 8 audit of links
+    kNotBuilt,        // 9 export to shape files
+    kNotBuilt,        // 10 export of a given set
+    kNotBuilt,        // 11 import of shape files
+    CallAutomation,   // 12
+    kNotBuilt,        // 13 polygon around a point
+    ChooseFile,       // 14
+    EditTemplate,     // 15
+    kNotBuilt,        // 16 database utilities
+    kNotBuilt,        // 17 blocks from data
+    QueryEntities,    // 18
+    AddRecords,       // 19
+    LinkAreas,        // 20
+    TestFeature,      // 21
+};
+
+}  // namespace
+
+Operation OperationOf(int code) {
+    return code >= 1 && code <= static_cast<int>(std::size(kOperations)) ? kOperations[code - 1] : nullptr;
+}
+
+}  // namespace norvane

@@ -1,0 +1,76 @@
+#include "module/prompting/prompt_for_entity.h"
+
+#include "module/prompting/form_engine.h"
+#include "module/prompting/object_data.h"
+#include "module/prompting/open_prompt_sheet.h"
+#include "module/prompting/request_files.h"
+#include "module/settings/current_databases.h"
+#include "module/settings/dialog_state.h"
+#include "module/store/gis_link.h"
+#include "module/store/server_sign_in.h"
+#include "platform/files/files.h"
+
+namespace norvane {
+
+namespace {
+
+struct ParsedRequest {
+    PromptRequest request;
+    bool pointGiven = false;  // the three coordinates and the entity were all given
+};
+
+ParsedRequest readRequest(ArgumentReader& in) {
+    ParsedRequest parsed;
+    PromptRequest& r = parsed.request;
+    in.text(r.binDirectory), in.text(r.templatePath), in.text(r.outputPath);
+    // It goes into the link, the title and the remembered values from here.
+    r.outputPath = TakePassword(r.outputPath);
+    in.text(r.keyField), in.text(r.keyValue);
+    bool northing = in.real(r.northing);
+    bool easting = in.real(r.easting);
+    bool elevation = in.real(r.elevation);
+    bool entity = in.entityName(r.entity);
+    parsed.pointGiven = northing && easting && elevation && entity;
+    in.text(r.featureName);
+    in.shortInteger(r.featureLocked);
+    for (OptionalReal* value : {&r.latitude, &r.longitude, &r.rawElevation, &r.rodHeight, &r.hrms, &r.vrms})
+        in.real(value->value);
+    in.text(r.instrument);
+    return parsed;
+}
+
+void promptForObjectData(PromptRequest request) {
+    if (!ObjectDataUsable()) return;
+    if (!files::exists(request.templatePath)) request.templatePath.clear();
+    GetDialogValue(state::kOutputTable, request.featureName);
+    RunObjectDataPrompt(request);
+}
+
+bool filesAreReady(const PromptRequest& r) {
+    if (r.templatePath.empty() || r.outputPath.empty()) return true;
+    bool ready = TemplateIsThere(r.templatePath);
+    if (!IsOdbcPath(r.outputPath) && !files::exists(r.outputPath) && !CreateMissingOutput(r.outputPath))
+        ready = false;
+    return ready;
+}
+
+bool isComplete(const PromptRequest& r) {
+    return !r.binDirectory.empty() && !r.templatePath.empty() && !r.outputPath.empty() &&
+           !r.keyField.empty() && !r.keyValue.empty();
+}
+
+}  // namespace
+
+void PromptForEntity(Call& call) {
+    const auto [request, pointGiven] = readRequest(call.arguments);
+    if (ObjectDataMode()) return promptForObjectData(request);
+    if (!filesAreReady(request) || !isComplete(request) || !pointGiven) return;
+    const std::optional<SavedRecord> saved = OpenPromptSheet(request);
+    if (!saved) return;
+    WriteGisLink(request.entity, {request.templatePath, request.outputPath, saved->featureName,
+                                  request.keyField, saved->keyValue});
+    ShowForm(saved->form, request.binDirectory);
+    call.result = 1;
+}
+
+}  // namespace norvane

@@ -1,0 +1,36 @@
+// What the dialogs remember from one run of the host to the next: texts by index, in featlink.ini.
+#pragma once
+
+#include <string>
+
+namespace norvane {
+
+// Which entry is whose. Indices 0 to 36 exist; those without a name here are free.
+namespace state {
+constexpr int kImageFolder = 0;
+constexpr int kTemplatePath = 1;
+constexpr int kOutputPath = 2;
+constexpr int kOutputTable = 3;  // of the last save of the sheet
+constexpr int kBlockLinkChoice = 15;
+constexpr int kCameraSettings = 16;
+constexpr int kBlockLinkSettings = 17;
+constexpr int kBlockLinkRecord = 18;
+constexpr int kImageFormat = 19;  // "BMP" or "JPG"
+constexpr int kShapeFile = 20;
+constexpr int kCoordinateFolder = 21;
+constexpr int kFormChoice = 22;  // "+" or "-", output path, "|", form
+constexpr int kShapeImportOption = 23;
+constexpr int kUtilityDatabase = 24;
+constexpr int kAccessFormat = 25;  // "97" or "2000"
+constexpr int kFeatureFileFolder = 26;
+constexpr int kNoteFile = 27;
+constexpr int kInsertBlocksGrid = 28;
+constexpr int kAsciiSettings = 31;
+}  // namespace state
+
+// The value of an index; "" when there is none. The file is made when it is missing.
+std::string readState(int index);
+// Stores a value. Indices outside 0 to 36 are ignored, and so is a file that cannot be written.
+void writeState(const std::string& value, int index);
+
+}  // namespace norvane

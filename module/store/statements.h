@@ -1,0 +1,15 @@
+// Names in the statements that go to an engine.
+#pragma once
+
+#include <string>
+
+#include "platform/dao/dao.h"
+
+namespace norvane {
+
+// A name in statements: in brackets where it is more than letters, digits and underscores.
+std::string StatementName(const std::string& name);
+// The name of a table in statements: qualified with the user in an ODBC source.
+std::string QualifiedTable(const CDaoDatabase& database, const std::string& table);
+
+}  // namespace norvane

@@ -1,0 +1,90 @@
+// A dialog of tiles in a real window: the rectangles that the engine computes from real font metrics, and the
+// actions that keys and the mouse set off.
+#include <QCheckBox>
+#include <QFontMetrics>
+#include <QListWidget>
+
+#include "module/dialogs/tile_dialog.h"
+#include "platform/ui/qt/qt_backend.h"
+#include "platform/ui/qt/qt_text.h"
+#include "tests/platform/qt_person.h"
+
+using namespace norvane;
+
+namespace {
+
+class QtTiles : public testing::Test, protected QtPerson {
+  protected:
+    void SetUp() override {
+        ui::setBackend(&backend_);
+        tiles_.create("Create GIS Links", 30, 8, 9, false, TileDialog::kFitTiles);
+        tiles_.beginGroup("tables", "Tables");
+        tiles_.addList("list", 20, 4, false);
+        tiles_.endGroup();
+        tiles_.newRow();
+        tiles_.addToggle("new", 12, "&New ones");
+        tiles_.addEdit("name", 0);
+        tiles_.newRow();
+        for (const char* name : {"ok", "cancel"})
+            tiles_.addButton(name, 8, name, [this](TileDialog& dialog, const std::string& pressed) {
+                dialog.getTile("list", list_), dialog.getTile("name", name_), dialog.getTile("new", new_);
+                dialog.finish(pressed == "ok");
+            });
+        for (const char* item : {"LOTS", "TREE"}) tiles_.listAdd("list", item);
+    }
+    void TearDown() override {
+        EXPECT_TRUE(finished()) << "not every action was reached";
+        ui::setBackend(nullptr);
+    }
+    void run() {
+        tiles_.show();
+        while (tiles_.running()) tiles_.pumpOnce();
+    }
+    int id(const char* name) { return tiles_.tileWindow(name)->id(); }
+
+    ui::QtBackend backend_;
+    TileDialog tiles_;
+    std::string list_, name_, new_;
+};
+
+}  // namespace
+
+TEST_F(QtTiles, StandWhereTheEngineHasPutThem) {
+    QFontMetrics metrics(ui::qtFont({"Lucida Console", 9, 0, 400}));
+    EXPECT_EQ(tiles_.measures().charHeight, metrics.height());
+    does({see(
+              [this] {
+                  for (const TileRecord& tile : tiles_.tiles()) {
+                      QWidget* shown =
+                          tile.id ? window()->findChild<QWidget*>(QString::number(tile.id)) : nullptr;
+                      if (!shown) continue;
+                      const ui::Rect& r = tile.rectangle;
+                      if (shown->geometry() != QRect(r.left, r.top, r.width, r.height)) return false;
+                      if (!window()->rect().contains(shown->geometry())) return false;
+                  }
+                  return true;
+              },
+              "geometry"),
+          press(Qt::Key_Escape)});
+    run();
+    EXPECT_FALSE(tiles_.accepted());
+}
+
+TEST_F(QtTiles, AreWorkedByMouseAndKeys) {
+    does({[this] {
+              auto* list = child<QListWidget>(id("list"));
+              QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
+                                list->visualItemRect(list->item(1)).center());
+          },
+          press(Qt::Key_N, Qt::AltModifier),
+          see([this] { return child<QCheckBox>(id("new"))->isChecked(); }, "toggle"),
+          [this] { child<QCheckBox>(id("new"))->setFocus(); }, press(Qt::Key_Tab), type("PARCELS"),
+          press(Qt::Key_Tab), press(Qt::Key_Enter)});
+    run();
+    EXPECT_TRUE(tiles_.accepted());
+    EXPECT_EQ(list_ + " " + name_ + " " + new_, "1 PARCELS 1");
+}
+
+int main(int argc, char** argv) {
+    return runQtTests(argc, argv);
+}
