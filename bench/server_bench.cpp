@@ -5,7 +5,7 @@
 
 #include "bench/scripted_prompting.h"
 #include "bench/stopwatch.h"
-#include "tests/platform/odbc/postgres_server.h"
+#include "tests/platform/dao/odbc/postgres_server.h"
 
 namespace {
 

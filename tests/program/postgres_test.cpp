@@ -8,7 +8,7 @@
 
 #include "platform/text/text.h"
 #include "tests/module/module_fixture.h"
-#include "tests/platform/odbc/postgres_server.h"
+#include "tests/platform/dao/odbc/postgres_server.h"
 
 namespace {
 

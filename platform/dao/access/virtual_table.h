@@ -1,7 +1,7 @@
 // Tables of an Access file as SQLite sees them.
 #pragma once
 
-#include "platform/dao/jet/engine/connection.h"
+#include "platform/dao/access/connection.h"
 
 namespace dao::access {
 

@@ -15,9 +15,9 @@
 #include <list>
 #include <unordered_map>
 
+#include "platform/dao/access/field_rules.h"
+#include "platform/dao/access/lookup.h"
 #include "platform/dao/engine.h"
-#include "platform/dao/jet/engine/field_rules.h"
-#include "platform/dao/jet/engine/lookup.h"
 
 namespace dao::access {
 

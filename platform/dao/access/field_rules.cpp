@@ -1,4 +1,4 @@
-#include "platform/dao/jet/engine/field_rules.h"
+#include "platform/dao/access/field_rules.h"
 
 #include <cmath>
 

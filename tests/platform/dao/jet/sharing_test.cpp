@@ -6,8 +6,8 @@
 #include <sstream>
 
 #include "tests/platform/crash.h"
+#include "tests/platform/dao/jet/soundness.h"
 #include "tests/platform/dao/scratch.h"
-#include "tests/platform/jet/soundness.h"
 
 namespace jet {
 namespace {

@@ -7,7 +7,7 @@
 #include "platform/dao/engine.h"
 #include "platform/ui/scripted/scripted_backend.h"
 #include "tests/platform/dao/description.h"
-#include "tests/platform/odbc/postgres_server.h"
+#include "tests/platform/dao/odbc/postgres_server.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "platform/dao/jet/engine/fields.h"
+#include "platform/dao/access/fields.h"
 
 namespace dao::access {
 

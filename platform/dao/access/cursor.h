@@ -1,8 +1,8 @@
 // The records of a statement that reads plain fields of one table of an Access file.
 #pragma once
 
+#include "platform/dao/access/connection.h"
 #include "platform/dao/access_sql.h"
-#include "platform/dao/jet/engine/connection.h"
 
 namespace dao::access {
 

@@ -7,7 +7,7 @@
 
 namespace {
 
-class JetSql : public ::testing::Test {
+class AccessSql : public ::testing::Test {
   protected:
     void SetUp() override {
         jet::Database::create(path, jet::Version::kAccess2000);
@@ -47,7 +47,7 @@ class JetSql : public ::testing::Test {
     CDaoDatabase db;
 };
 
-TEST_F(JetSql, AnIndexAndALookupFindWhatAWalkFinds) {
+TEST_F(AccessSql, AnIndexAndALookupFindWhatAWalkFinds) {
     for (const std::string table : {"INDEXED", "PLAIN"}) {
         std::string from = "SELECT N FROM " + table + " WHERE ";
         for (int round = 0; round < 2; ++round) {
@@ -182,7 +182,7 @@ TEST_P(Dialect, Changes) {
 
 // Searches without an index walk through a table once: what they remember must follow every change, also when
 // the database is closed in between, or another process has written to it.
-TEST_F(JetSql, WhatSearchesRememberFollowsTheFile) {
+TEST_F(AccessSql, WhatSearchesRememberFollowsTheFile) {
     std::string found = "SELECT N FROM plain WHERE GIS_KEY = 'WELL'";
     auto add = [&](int n) {
         CDaoRecordset records(&db);
@@ -222,7 +222,7 @@ TEST_F(JetSql, WhatSearchesRememberFollowsTheFile) {
     EXPECT_EQ(values(found), "4001 4002 4003 ");
 }
 
-TEST_F(JetSql, AStatementThatFailsChangesNothing) {
+TEST_F(AccessSql, AStatementThatFailsChangesNothing) {
     EXPECT_THROW(db.Execute("UPDATE PLAIN SET N = N + 2500"), CDaoException);
     EXPECT_EQ(values("SELECT MAX(N) FROM PLAIN"), "2999 ");
     EXPECT_EQ(values("SELECT COUNT(*) FROM PLAIN WHERE N = 2600"), "1 ");

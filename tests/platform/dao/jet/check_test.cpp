@@ -3,9 +3,9 @@
 #include <gtest/gtest.h>
 
 #include "platform/dao/jet/repair.h"
+#include "tests/platform/dao/jet/given_files.h"
+#include "tests/platform/dao/jet/soundness.h"
 #include "tests/platform/dao/scratch.h"
-#include "tests/platform/jet/given_files.h"
-#include "tests/platform/jet/soundness.h"
 
 namespace jet {
 namespace {

@@ -1,8 +1,8 @@
 #include <cstdlib>
 
+#include "platform/dao/access/connection.h"
 #include "platform/dao/engines.h"
 #include "platform/dao/file_engine.h"
-#include "platform/dao/jet/engine/connection.h"
 #include "platform/dao/jet/repair.h"
 #include "platform/text/text.h"
 

@@ -1,14 +1,14 @@
-#include "platform/dao/jet/engine/connection.h"
+#include "platform/dao/access/connection.h"
 
 #include <algorithm>
 #include <thread>
 #include <utility>
 
+#include "platform/dao/access/cursor.h"
+#include "platform/dao/access/fields.h"
+#include "platform/dao/access/virtual_table.h"
 #include "platform/dao/access_sql.h"
 #include "platform/dao/engines.h"
-#include "platform/dao/jet/engine/cursor.h"
-#include "platform/dao/jet/engine/fields.h"
-#include "platform/dao/jet/engine/virtual_table.h"
 #include "platform/dao/names.h"
 #include "platform/dao/sqlite/cursor.h"
 #include "platform/dao/sqlite/functions.h"

@@ -1,4 +1,4 @@
-#include "platform/dao/jet/engine/cursor.h"
+#include "platform/dao/access/cursor.h"
 
 #include <algorithm>
 #include <limits>

@@ -7,8 +7,8 @@
 #include <random>
 
 #include "platform/dao/jet/check.h"
-#include "tests/platform/jet/given_files.h"
-#include "tests/platform/jet/readers.h"
+#include "tests/platform/dao/jet/given_files.h"
+#include "tests/platform/dao/jet/readers.h"
 
 namespace jet {
 namespace {

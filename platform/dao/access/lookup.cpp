@@ -1,4 +1,4 @@
-#include "platform/dao/jet/engine/lookup.h"
+#include "platform/dao/access/lookup.h"
 
 #include <algorithm>
 #include <functional>

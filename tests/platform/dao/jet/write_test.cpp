@@ -5,10 +5,10 @@
 #include <random>
 
 #include "platform/dao/jet/compact.h"
+#include "tests/platform/dao/jet/given_files.h"
+#include "tests/platform/dao/jet/readers.h"
+#include "tests/platform/dao/jet/soundness.h"
 #include "tests/platform/dao/scratch.h"
-#include "tests/platform/jet/given_files.h"
-#include "tests/platform/jet/readers.h"
-#include "tests/platform/jet/soundness.h"
 
 namespace jet {
 namespace {

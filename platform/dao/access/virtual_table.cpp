@@ -1,4 +1,4 @@
-#include "platform/dao/jet/engine/virtual_table.h"
+#include "platform/dao/access/virtual_table.h"
 
 #include <algorithm>
 #include <optional>

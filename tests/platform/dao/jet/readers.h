@@ -19,7 +19,7 @@ inline bool haveReader(const std::string& reader) {
 // What a comparison of files prints: a line a difference, and how many records were compared.
 inline std::string comparison(const std::string& reader, const std::string& files) {
     return outputOf("/usr/bin/python3 " NORVANE_SOURCE_DIR
-                    "/tests/platform/jet/compare_readers.py " NORVANE_BIN_DIR "/jet " +
+                    "/tests/platform/dao/jet/compare_readers.py " NORVANE_BIN_DIR "/jet " +
                     reader + " " + files);
 }
 

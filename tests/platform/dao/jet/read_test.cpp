@@ -4,9 +4,9 @@
 #include <fstream>
 #include <random>
 
+#include "tests/platform/dao/jet/given_files.h"
+#include "tests/platform/dao/jet/soundness.h"
 #include "tests/platform/dao/scratch.h"
-#include "tests/platform/jet/given_files.h"
-#include "tests/platform/jet/soundness.h"
 
 namespace jet {
 namespace {
