@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <filesystem>
 
+#include "platform/files/descriptor.h"
 #include "platform/text/text.h"
 
 namespace files {
@@ -20,29 +21,9 @@ bool isRegular(const std::string& path) {
     return fs::is_regular_file(path, error);
 }
 
-// Owns a file descriptor.
-class Descriptor {
-  public:
-    explicit Descriptor(int fd) : fd_(fd) {}
-    ~Descriptor() {
-        if (fd_ >= 0) ::close(fd_);
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    int get() const { return fd_; }
-    bool close() {
-        int fd = fd_;
-        fd_ = -1;
-        return ::close(fd) == 0;
-    }
-
-  private:
-    int fd_;
-};
-
-bool writeAll(int fd, std::string_view content) {
+bool writeAll(const Descriptor& file, std::string_view content) {
     while (!content.empty()) {
-        ssize_t written = ::write(fd, content.data(), content.size());
+        ssize_t written = ::write(file.get(), content.data(), content.size());
         if (written < 0 && errno == EINTR) continue;
         if (written <= 0) return false;
         content.remove_prefix(static_cast<size_t>(written));
@@ -112,21 +93,21 @@ bool remove(std::string_view path) {
 
 bool folderIsWritable(std::string_view path) {
     std::string probe = folderOf(path) + "$.txt";
-    Descriptor d(::open(probe.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666));
-    if (d.get() < 0) return false;
+    Descriptor file(::open(probe.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666));
+    if (!file) return false;
     ::unlink(probe.c_str());
     return true;
 }
 
 std::optional<std::string> read(std::string_view path) {
-    Descriptor d(::open(onDisk(path).c_str(), O_RDONLY | O_CLOEXEC));
+    Descriptor file(::open(onDisk(path).c_str(), O_RDONLY | O_CLOEXEC));
     struct stat info {};
-    if (d.get() < 0 || ::fstat(d.get(), &info) != 0 || S_ISDIR(info.st_mode)) return std::nullopt;
+    if (!file || ::fstat(file.get(), &info) != 0 || S_ISDIR(info.st_mode)) return std::nullopt;
     std::string content;
     content.reserve(static_cast<size_t>(info.st_size));
     char block[1 << 16];
     for (;;) {
-        ssize_t n = ::read(d.get(), block, sizeof block);
+        ssize_t n = ::read(file.get(), block, sizeof block);
         if (n < 0 && errno == EINTR) continue;
         if (n < 0) return std::nullopt;
         if (n == 0) return content;
@@ -165,13 +146,13 @@ bool replace(std::string_view path, std::string_view content) {
     if (existed && ::access(target.c_str(), W_OK) != 0) return false;
 
     std::string temporary = target + ".XXXXXX";
-    Descriptor d(::mkostemp(temporary.data(), O_CLOEXEC));
-    if (d.get() < 0) return false;
+    Descriptor file(::mkostemp(temporary.data(), O_CLOEXEC));
+    if (!file) return false;
     mode_t mask = ::umask(0);
     ::umask(mask);
-    bool written = ::fchmod(d.get(), existed ? old.st_mode & 07777 : 0666 & ~mask) == 0 &&
-                   writeAll(d.get(), content) && ::fsync(d.get()) == 0;
-    written = d.close() && written;
+    bool written = ::fchmod(file.get(), existed ? old.st_mode & 07777 : 0666 & ~mask) == 0 &&
+                   writeAll(file, content) && ::fsync(file.get()) == 0;
+    written = file.close() && written;
     if (!written || ::rename(temporary.c_str(), target.c_str()) != 0) {
         ::unlink(temporary.c_str());
         return false;

@@ -29,42 +29,38 @@ int flagsOf(RandomFile::Mode mode) {
 }
 
 // The file of this descriptor is still the one of that name: it was not replaced while we waited for it.
-bool isFileOf(int descriptor, const std::string& path) {
+bool isFileOf(const Descriptor& file, const std::string& path) {
     struct stat opened {
     }, named{};
-    return ::fstat(descriptor, &opened) == 0 && ::stat(path.c_str(), &named) == 0 &&
+    return ::fstat(file.get(), &opened) == 0 && ::stat(path.c_str(), &named) == 0 &&
            opened.st_ino == named.st_ino && opened.st_dev == named.st_dev;
 }
 
-int openDescriptor(const std::string& path, RandomFile::Mode mode, RandomFile::Sharing sharing) {
+Descriptor openDescriptor(const std::string& path, RandomFile::Mode mode, RandomFile::Sharing sharing) {
     for (;;) {
-        int descriptor = ::open(path.c_str(), flagsOf(mode), 0666);
-        if (descriptor < 0 || sharing == RandomFile::Sharing::kAny) return descriptor;
-        bool locked = ::flock(descriptor, LOCK_EX | LOCK_NB) == 0;
-        if (locked && isFileOf(descriptor, path)) return descriptor;
-        ::close(descriptor);
-        if (!locked) return -1;
+        Descriptor file(::open(path.c_str(), flagsOf(mode), 0666));
+        if (!file || sharing == RandomFile::Sharing::kAny) return file;
+        bool locked = ::flock(file.get(), LOCK_EX | LOCK_NB) == 0;
+        if (!locked) return {};
+        if (isFileOf(file, path)) return file;
     }
 }
 
 }  // namespace
 
 std::unique_ptr<RandomFile> RandomFile::open(std::string_view path, Mode mode, Sharing sharing) {
-    int descriptor = openDescriptor(onDisk(path), mode, sharing);
-    if (descriptor < 0) return nullptr;
+    Descriptor file = openDescriptor(onDisk(path), mode, sharing);
+    if (!file) return nullptr;
     struct stat info {};
-    if (::fstat(descriptor, &info) != 0 || !S_ISREG(info.st_mode) ||
-        (mode == Mode::kCreate && ::ftruncate(descriptor, 0) != 0)) {
-        ::close(descriptor);
+    if (::fstat(file.get(), &info) != 0 || !S_ISREG(info.st_mode) ||
+        (mode == Mode::kCreate && ::ftruncate(file.get(), 0) != 0))
         return nullptr;
-    }
     int64_t size = mode == Mode::kCreate ? 0 : info.st_size;
-    return std::unique_ptr<RandomFile>(new RandomFile(descriptor, size));
+    return std::unique_ptr<RandomFile>(new RandomFile(std::move(file), size));
 }
 
 RandomFile::~RandomFile() {
     flush();
-    ::close(descriptor_);
 }
 
 // How much to read for a view, and from where.
@@ -85,7 +81,7 @@ bool RandomFile::load(int64_t from, size_t count) {
     start_ = from;
     length_ = 0;
     while (length_ < count) {
-        ssize_t n = ::pread(descriptor_, window_.data() + length_, count - length_,
+        ssize_t n = ::pread(file_.get(), window_.data() + length_, count - length_,
                             from + static_cast<int64_t>(length_));
         if (n < 0 && errno == EINTR) continue;
         if (n <= 0) break;
@@ -146,7 +142,7 @@ bool RandomFile::write(int64_t position, std::string_view bytes) {
 
 bool RandomFile::writeAll(int64_t position, const char* bytes, size_t count) {
     while (count > 0) {
-        ssize_t n = ::pwrite(descriptor_, bytes, count, position);
+        ssize_t n = ::pwrite(file_.get(), bytes, count, position);
         if (n < 0 && errno == EINTR) continue;
         if (n <= 0) return false;
         bytes += n;
@@ -166,12 +162,12 @@ bool RandomFile::flush() {
 }
 
 bool RandomFile::sync() {
-    return flush() && ::fsync(descriptor_) == 0;
+    return flush() && ::fsync(file_.get()) == 0;
 }
 
 bool RandomFile::truncate(int64_t size) {
     flush();
-    failed_ = ::ftruncate(descriptor_, size) != 0;
+    failed_ = ::ftruncate(file_.get(), size) != 0;
     start_ = 0;
     length_ = 0;
     if (!failed_) size_ = size;

@@ -10,6 +10,8 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/files/descriptor.h"
+
 namespace files {
 
 class RandomFile {
@@ -49,12 +51,12 @@ class RandomFile {
     bool truncate(int64_t size);
 
   private:
-    explicit RandomFile(int descriptor, int64_t size) : descriptor_(descriptor), size_(size) {}
+    RandomFile(Descriptor file, int64_t size) : file_(std::move(file)), size_(size) {}
     size_t windowFor(int64_t position, size_t count, int64_t& from);
     bool load(int64_t from, size_t count);
     bool writeAll(int64_t position, const char* bytes, size_t count);
 
-    int descriptor_;
+    Descriptor file_;
     int64_t size_;
     bool failed_ = false;
     // The window: length_ bytes of the file from start_ on, of which those from dirtyFrom_ to dirtyTo_ are

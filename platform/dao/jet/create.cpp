@@ -7,6 +7,7 @@
 #include <cstring>
 
 #include "platform/dao/jet/schema.h"
+#include "platform/files/descriptor.h"
 
 namespace jet {
 namespace {
@@ -185,18 +186,16 @@ void addAccessRights(Store& store, const Users& users) {
 }
 
 void writeNewFile(const std::string& path, const Bytes& bytes) {
-    int file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-    if (file < 0)
+    files::Descriptor file(::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+    if (!file)
         throw Error("Cannot make the database \"" + path +
                     "\": " + (errno == EEXIST ? "it exists already" : std::strerror(errno)) + ".");
     try {
-        writeAt(file, bytes.data(), bytes.size(), 0);
+        writeAt(file.get(), bytes.data(), bytes.size(), 0);
     } catch (...) {
-        ::close(file);
         ::unlink(path.c_str());
         throw;
     }
-    ::close(file);
 }
 
 }  // namespace

@@ -7,6 +7,8 @@
 #include <cerrno>
 #include <cstring>
 
+#include "platform/files/descriptor.h"
+
 namespace jet {
 namespace {
 
@@ -15,19 +17,7 @@ constexpr std::string_view kMagic = "Norvane rollback journal 1\n";
 constexpr size_t kHeaderSize = 64;
 constexpr size_t kPageSizeAt = 32, kPageCountAt = 36, kEntriesAt = 40, kChecksumAt = 48;
 
-class Descriptor {
-  public:
-    explicit Descriptor(int fd) : fd_(fd) {}
-    ~Descriptor() {
-        if (fd_ >= 0) ::close(fd_);
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    int get() const { return fd_; }
-
-  private:
-    int fd_;
-};
+using files::Descriptor;
 
 [[noreturn]] void failed(const std::string& what, int error) {
     if (error == ENOSPC || error == EDQUOT) throw Error("The database cannot grow: the disk is full.");
@@ -91,7 +81,7 @@ void Journal::write(int database, size_t pageSize, uint32_t pageCount, const std
     struct stat s;
     mode_t mode = ::fstat(database, &s) == 0 ? s.st_mode & 0777 : 0644;
     Descriptor file(::open(path_.c_str(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, mode));
-    if (file.get() < 0) failed("The journal \"" + path_ + "\" cannot be made", errno);
+    if (!file) failed("The journal \"" + path_ + "\" cannot be made", errno);
     uint64_t sum = checksumOfHead(head);
     uint64_t at = kHeaderSize;
     ByteWriter out;
@@ -119,7 +109,7 @@ void Journal::write(int database, size_t pageSize, uint32_t pageCount, const std
 void Journal::playBack(int database, size_t pageSize) {
     {
         Descriptor file(::open(path_.c_str(), O_RDONLY | O_CLOEXEC));
-        if (file.get() < 0) failed("The journal \"" + path_ + "\" cannot be read", errno);
+        if (!file) failed("The journal \"" + path_ + "\" cannot be read", errno);
         struct stat s;
         if (::fstat(file.get(), &s) != 0) failed("The journal \"" + path_ + "\" cannot be read", errno);
         Bytes bytes(static_cast<size_t>(s.st_size));
@@ -149,7 +139,7 @@ void Journal::syncFolder() const {
     size_t slash = path_.rfind('/');
     std::string folder = slash == std::string::npos ? "." : path_.substr(0, slash + 1);
     Descriptor file(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (file.get() >= 0) ::fsync(file.get());
+    if (file) ::fsync(file.get());
 }
 
 }  // namespace jet

@@ -27,57 +27,54 @@ int64_t nanoseconds(const timespec& t) {
 
 }  // namespace
 
+// Gives a lock back at the end of a block, unless it is to be kept.
+class PageFile::UnlockAtEnd {
+  public:
+    UnlockAtEnd(PageFile& file, int byte) : file_(file), byte_(byte) {}
+    ~UnlockAtEnd() {
+        if (!kept_) file_.unlock(byte_);
+    }
+    UnlockAtEnd(const UnlockAtEnd&) = delete;
+    UnlockAtEnd& operator=(const UnlockAtEnd&) = delete;
+    void keep() { kept_ = true; }
+
+  private:
+    PageFile& file_;
+    int byte_;
+    bool kept_ = false;
+};
+
 PageFile::PageFile(const std::string& path, const Options& options)
     : path_(path), options_(options), journal_(path) {
     open();
-    try {
-        if (options_.exclusive) {
-            lock(F_WRLCK, kWriter, true);
-            lock(F_WRLCK, kReaders, true);
-        }
-        Reading reading(*this);
-    } catch (...) {
-        close();
-        throw;
+    if (options_.exclusive) {
+        lock(F_WRLCK, kWriter);
+        lock(F_WRLCK, kReaders);
     }
-}
-
-PageFile::~PageFile() {
-    close();
+    Reading reading(*this);
 }
 
 void PageFile::open() {
-    file_ = ::open(path_.c_str(), (options_.readOnly ? O_RDONLY : O_RDWR) | O_CLOEXEC);
-    if (file_ < 0 && !options_.readOnly && (errno == EACCES || errno == EROFS || errno == EPERM)) {
+    file_ = files::Descriptor(::open(path_.c_str(), (options_.readOnly ? O_RDONLY : O_RDWR) | O_CLOEXEC));
+    if (!file_ && !options_.readOnly && (errno == EACCES || errno == EROFS || errno == EPERM)) {
         options_.readOnly = true;
-        file_ = ::open(path_.c_str(), O_RDONLY | O_CLOEXEC);
+        file_ = files::Descriptor(::open(path_.c_str(), O_RDONLY | O_CLOEXEC));
     }
-    if (file_ < 0) throw Error("Cannot open the file \"" + path_ + "\": " + std::strerror(errno) + ".");
+    if (!file_) throw Error("Cannot open the file \"" + path_ + "\": " + std::strerror(errno) + ".");
     uint8_t head[24] = {};
-    try {
-        readAt(file_, head, sizeof head, 0);
-    } catch (const Error&) {
-        close();
-        throw;
-    }
+    readAt(file_.get(), head, sizeof head, 0);
     ByteView view(head, sizeof head);
     std::string_view name = view.text().substr(4, 16);
     uint32_t version = view.u32(0x14);
     if (view.u32(0) == 0x100 && name == std::string_view("Standard Jet DB\0", 16) && version <= 1)
         format_ = version == 0 ? &kJet3 : &kJet4;
     if (format_) return;
-    close();
     if (name.substr(0, 9) == "Standard ")
         throw Error(
             "The file \"" + path_ +
             "\" is of a later version of Access. Files of Access 97 and of Access 2000 to 2003 can be "
             "opened.");
     throw Error("The file \"" + path_ + "\" is no Access database.");
-}
-
-void PageFile::close() {
-    if (file_ >= 0) ::close(file_);
-    file_ = -1;
 }
 
 void PageFile::locked() const {
@@ -92,13 +89,20 @@ bool PageFile::tryLock(short type, int byte) {
     lock.l_start = kLockBytes + byte;
     lock.l_len = 1;
     // A file opened for reading only can take no exclusive lock; and some file systems know no locks at all.
-    return ::fcntl(file_, F_OFD_SETLK, &lock) == 0 || (errno != EAGAIN && errno != EACCES);
+    bool done = ::fcntl(file_.get(), F_OFD_SETLK, &lock) == 0 || (errno != EAGAIN && errno != EACCES);
+    if (done && byte == kWriter) holdsWriter_ = type == F_WRLCK;
+    return done;
 }
 
-void PageFile::lock(short type, int byte, bool wait) {
+// What an exclusive user has locked stays so until the file is closed.
+void PageFile::unlock(int byte) {
+    if (!options_.exclusive) tryLock(F_UNLCK, byte);
+}
+
+void PageFile::lock(short type, int byte) {
     using Clock = std::chrono::steady_clock;
     if (tryLock(type, byte)) return;
-    Clock::time_point end = Clock::now() + std::chrono::milliseconds(wait ? options_.lockTimeout : 0);
+    Clock::time_point end = Clock::now() + std::chrono::milliseconds(options_.lockTimeout);
     auto pause = std::chrono::microseconds(50);
     while (Clock::now() < end) {
         std::this_thread::sleep_for(pause);
@@ -119,30 +123,22 @@ void PageFile::enterReading() {
     for (;;) {
         if (!options_.exclusive) {
             // Who waits for the readers to go holds kComing: no new one enters then.
-            lock(F_RDLCK, kComing, true);
-            try {
-                lock(F_RDLCK, kReaders, true);
-            } catch (...) {
-                unlock(kComing);
-                throw;
-            }
-            unlock(kComing);
+            lock(F_RDLCK, kComing);
+            UnlockAtEnd coming(*this, kComing);
+            lock(F_RDLCK, kReaders);
         }
-        try {
-            if (refresh()) return;
-        } catch (...) {
-            if (!options_.exclusive) unlock(kReaders);
-            throw;
+        {
+            UnlockAtEnd readers(*this, kReaders);
+            if (refresh()) return readers.keep();
         }
         // Another process is about to put the file right, and waits for its readers to go.
-        unlock(kReaders);
         if (Clock::now() > end) locked();
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
 }
 
 void PageFile::endRead() {
-    if (--reading_ == 0 && !options_.exclusive) unlock(kReaders);
+    if (--reading_ == 0) unlock(kReaders);
 }
 
 // False: the file must be put right first, and another process is about to do it.
@@ -158,7 +154,7 @@ bool PageFile::refresh() {
 
 void PageFile::noteFile() {
     struct stat s;
-    if (::fstat(file_, &s) != 0)
+    if (::fstat(file_.get(), &s) != 0)
         throw Error("The database \"" + path_ + "\" cannot be read: " + std::strerror(errno) + ".");
     seen_ = {s.st_dev, s.st_ino, nanoseconds(s.st_mtim), s.st_size};
     constexpr uint64_t kMostPages = 0xFFFFFF;
@@ -171,20 +167,16 @@ bool PageFile::recover() {
     if (options_.readOnly)
         throw Error("The database \"" + path_ +
                     "\" was not closed properly and must be opened for writing to be put right.");
-    bool writer = writing_ || holdsWriter_ || options_.exclusive;
-    if (!writer && !tryLock(F_WRLCK, kWriter)) return false;
-    try {
-        if (journal_.exists()) {
-            lock(F_WRLCK, kReaders, true);
-            journal_.playBack(file_, format_->pageSize);
-            moveTimeForward();
-        }
-    } catch (...) {
-        if (!writer) unlock(kWriter);
-        throw;
+    bool isWriter = holdsWriter_;
+    if (!isWriter && !tryLock(F_WRLCK, kWriter)) return false;
+    UnlockAtEnd writer(*this, kWriter);
+    if (isWriter) writer.keep();
+    if (journal_.exists()) {
+        lock(F_WRLCK, kReaders);
+        journal_.playBack(file_.get(), format_->pageSize);
+        moveTimeForward();
     }
     if (!options_.exclusive) tryLock(F_RDLCK, kReaders);
-    if (!writer) unlock(kWriter);
     return true;
 }
 
@@ -195,25 +187,14 @@ void PageFile::beginWrite() {
         // Who waits for a writer must not keep it from committing.
         if (reading_ > 0) locked();
         tryLock(F_RDLCK, kWaiting);
-        try {
-            lock(F_WRLCK, kWriter, true);
-        } catch (...) {
-            unlock(kWaiting);
-            throw;
-        }
-        unlock(kWaiting);
+        UnlockAtEnd waiting(*this, kWaiting);
+        lock(F_WRLCK, kWriter);
     }
-    holdsWriter_ = true;
-    try {
-        Reading reading(*this);
-        if (!endsWithWholePage()) damaged("the file does not end with a whole page");
-        writing_ = true;
-        holdsWriter_ = false;
-    } catch (...) {
-        holdsWriter_ = false;
-        if (!options_.exclusive) unlock(kWriter);
-        throw;
-    }
+    UnlockAtEnd writer(*this, kWriter);
+    Reading reading(*this);
+    if (!endsWithWholePage()) damaged("the file does not end with a whole page");
+    writing_ = true;
+    writer.keep();
 }
 
 bool PageFile::othersWait() const {
@@ -222,7 +203,7 @@ bool PageFile::othersWait() const {
     lock.l_whence = SEEK_SET;
     lock.l_start = kLockBytes + kWaiting;
     lock.l_len = 1;
-    return ::fcntl(file_, F_OFD_GETLK, &lock) == 0 && lock.l_type != F_UNLCK;
+    return ::fcntl(file_.get(), F_OFD_GETLK, &lock) == 0 && lock.l_type != F_UNLCK;
 }
 
 void PageFile::commit() {
@@ -239,21 +220,18 @@ void PageFile::commit() {
     for (uint32_t page = pageCount_; shrinks_ && page < pagesBefore; ++page) originals.push_back(page);
     if (!dirty.empty()) {
         if (!options_.exclusive) {
-            lock(F_WRLCK, kComing, true);
-            try {
-                lock(F_WRLCK, kReaders, true);
-            } catch (...) {
-                unlock(kComing);
-                throw;
-            }
+            lock(F_WRLCK, kComing);
+            UnlockAtEnd coming(*this, kComing);
+            lock(F_WRLCK, kReaders);
+            coming.keep();
         }
         try {
-            journal_.write(file_, format_->pageSize, pagesBefore, originals);
+            journal_.write(file_.get(), format_->pageSize, pagesBefore, originals);
             writePages(dirty);
             journal_.remove();
         } catch (...) {
             // Whatever has been written of it goes back, so that the file is as it was.
-            if (journal_.exists()) journal_.playBack(file_, format_->pageSize);
+            if (journal_.exists()) journal_.playBack(file_.get(), format_->pageSize);
             moveTimeForward();
             rollBack();
             throw;
@@ -276,10 +254,10 @@ void PageFile::writePages(const std::vector<std::shared_ptr<Page>>& pages) {
             ++i;
             ++next;
         }
-        writeAt(file_, run.data(), run.size(), begin);
+        writeAt(file_.get(), run.data(), run.size(), begin);
     }
-    if ((shrinks_ && ::ftruncate(file_, static_cast<off_t>(uint64_t{pageCount_} * pageSize)) != 0) ||
-        ::fdatasync(file_) != 0)
+    if ((shrinks_ && ::ftruncate(file_.get(), static_cast<off_t>(uint64_t{pageCount_} * pageSize)) != 0) ||
+        ::fdatasync(file_.get()) != 0)
         throw Error("The database \"" + path_ + "\" cannot be written: " + std::strerror(errno) + ".");
     moveTimeForward();
     noteFile();
@@ -289,12 +267,12 @@ void PageFile::writePages(const std::vector<std::shared_ptr<Page>>& pages) {
 // clock of the file system is.
 void PageFile::moveTimeForward() {
     struct stat s;
-    if (::fstat(file_, &s) != 0) return;
+    if (::fstat(file_.get(), &s) != 0) return;
     int64_t time = nanoseconds(s.st_mtim);
     if (time > seen_.time && seen_.time >= 0) return;
     time = std::max(time, seen_.time) + 1000;
     timespec times[2] = {{0, UTIME_OMIT}, {time / 1000000000, time % 1000000000}};
-    ::futimens(file_, times);
+    ::futimens(file_.get(), times);
 }
 
 void PageFile::rollBack() {
@@ -340,7 +318,7 @@ std::shared_ptr<Page> PageFile::load(uint32_t number) {
     auto page = std::make_shared<Page>();
     page->number = number;
     page->bytes.resize(format_->pageSize);
-    if (readAt(file_, page->bytes.data(), page->bytes.size(), uint64_t{number} * format_->pageSize) !=
+    if (readAt(file_.get(), page->bytes.data(), page->bytes.size(), uint64_t{number} * format_->pageSize) !=
         page->bytes.size())
         damaged("the file ends within page " + std::to_string(number));
     ++kept_;

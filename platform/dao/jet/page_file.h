@@ -21,6 +21,7 @@
 #include "platform/dao/jet/bytes.h"
 #include "platform/dao/jet/format.h"
 #include "platform/dao/jet/journal.h"
+#include "platform/files/descriptor.h"
 
 namespace jet {
 
@@ -51,7 +52,6 @@ class PageFile {
     // Opens a file. Its first page says which of the two layouts it has. Throws an Error for a file that
     // cannot be opened, or is no Access file of the two versions.
     PageFile(const std::string& path, const Options& options);
-    ~PageFile();
     PageFile(const PageFile&) = delete;
     PageFile& operator=(const PageFile&) = delete;
 
@@ -112,16 +112,16 @@ class PageFile {
     };
 
     void open();
-    void close();
     void enterReading();
     bool refresh();
     void noteFile();
     void leaveWriting();
     bool recover();
-    void lock(short type, int byte, bool wait);
+    void lock(short type, int byte);
     bool tryLock(short type, int byte);
-    void unlock(int byte) { tryLock(2, byte); }
+    void unlock(int byte);
     [[noreturn]] void locked() const;
+    class UnlockAtEnd;
     void forgetPages();
     std::shared_ptr<Page>& cached(uint32_t number);
     std::shared_ptr<Page> load(uint32_t number);
@@ -132,12 +132,12 @@ class PageFile {
     std::string path_;
     Options options_;
     Journal journal_;
-    int file_ = -1;
+    files::Descriptor file_;
     const Format* format_ = nullptr;
 
     int reading_ = 0;
     bool writing_ = false;
-    bool holdsWriter_ = false;  // while beginWrite looks at the file
+    bool holdsWriter_ = false;  // the lock of who writes
     uint64_t generation_ = 1;
     uint32_t pageCount_ = 0;
     bool shrinks_ = false;  // the file is to become shorter with the next commit

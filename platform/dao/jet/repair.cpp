@@ -12,40 +12,33 @@
 #include "platform/dao/jet/salvage.h"
 #include "platform/dao/jet/schema.h"
 #include "platform/dao/jet/scratch_file.h"
+#include "platform/files/descriptor.h"
 
 namespace jet {
 namespace {
 
-class Descriptor {
-  public:
-    Descriptor(const std::string& path, int flags) : file_(::open(path.c_str(), flags | O_CLOEXEC)) {
-        if (file_ < 0) throw Error("Cannot open the file \"" + path + "\": " + std::strerror(errno) + ".");
-    }
-    ~Descriptor() { ::close(file_); }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    operator int() const { return file_; }
-
-  private:
-    int file_;
-};
+files::Descriptor openFile(const std::string& path, int flags) {
+    files::Descriptor file(::open(path.c_str(), flags | O_CLOEXEC));
+    if (!file) throw Error("Cannot open the file \"" + path + "\": " + std::strerror(errno) + ".");
+    return file;
+}
 
 // Whether the first page does not even look like that of a database any more.
 bool hasLostHeader(const std::string& path) {
     std::array<uint8_t, 24> head{};
-    size_t size = readAt(Descriptor(path, O_RDONLY), head.data(), head.size(), 0);
+    size_t size = readAt(openFile(path, O_RDONLY).get(), head.data(), head.size(), 0);
     std::string_view text = ByteView(head.data(), size).text();
     return text.find("Standard ") == std::string_view::npos;
 }
 
 // The version of a file by its other pages: the size at which pages begin.
 const Format* guessFormat(const std::string& path) {
-    Descriptor file(path, O_RDONLY);
+    files::Descriptor file = openFile(path, O_RDONLY);
     uint64_t size = std::filesystem::file_size(path);
     size_t pages3 = 0, pages4 = 0;
     for (uint64_t at = kJet3.pageSize; at + kJet3.pageSize <= size; at += kJet3.pageSize) {
         std::array<uint8_t, 2> head{};
-        readAt(file, head.data(), head.size(), at);
+        readAt(file.get(), head.data(), head.size(), at);
         if (head[0] < 1 || head[0] > 5 || head[1] != 1) continue;
         ++(at % kJet4.pageSize ? pages3 : pages4);
     }
@@ -56,14 +49,14 @@ const Format* guessFormat(const std::string& path) {
 
 // Gives a file the first page of a new database, if its own is lost, and fills up its last page.
 void mend(const std::string& path, const Format* newHeader, size_t pageSize) {
-    Descriptor file(path, O_RDWR);
+    files::Descriptor file = openFile(path, O_RDWR);
     if (newHeader) {
         Bytes header = newDatabaseHeader(*newHeader);
-        writeAt(file, header.data(), header.size(), 0);
+        writeAt(file.get(), header.data(), header.size(), 0);
     }
     uint64_t size = std::filesystem::file_size(path);
     uint64_t whole = (size + pageSize - 1) / pageSize * pageSize;
-    if (whole != size && ::ftruncate(file, static_cast<off_t>(whole)) != 0)
+    if (whole != size && ::ftruncate(file.get(), static_cast<off_t>(whole)) != 0)
         throw Error("The database \"" + path + "\" cannot be written: " + std::strerror(errno) + ".");
 }
 
