@@ -336,6 +336,36 @@ AccessStatement translateStatement(std::string_view sql) {
     return out;
 }
 
+AccessStatement translateSelect(std::string_view sql) {
+    AccessStatement statement = translateStatement(sql);
+    if (!statement.select) throw CDaoException("A record set needs a SELECT: " + std::string(sql));
+    return statement;
+}
+
+AccessStatement translateChange(std::string_view sql) {
+    AccessStatement statement = translateStatement(sql);
+    if (statement.select) throw CDaoException("A SELECT is opened as a record set and cannot be executed.");
+    return statement;
+}
+
+AccessStatement translateTable(std::string_view table) {
+    return translateSelect("SELECT * FROM [" + std::string(table) + "]");
+}
+
+bool isAllColumns(const std::vector<std::string>& columns) {
+    return columns.size() == 1 && columns.front() == "*";
+}
+
+std::string AccessStatement::fromClause(const std::string& condition) const {
+    std::vector<std::string> conditions;
+    if (!where.empty()) conditions.push_back("(" + where + ")");
+    if (!condition.empty()) conditions.push_back(condition);
+    std::string clause = " FROM " + quotedName(table);
+    if (!conditions.empty()) clause += " WHERE " + text::join(conditions, " AND ");
+    if (!orderBy.empty()) clause += " " + orderBy;
+    return clause;
+}
+
 std::string translateRule(std::string_view rule, const std::string& field) {
     // A rule leaves out what it speaks of: "YES" Or "NO" means field = "YES" or field = "NO".
     std::vector<Token> tokens = Tokenizer(rule).all();

@@ -24,6 +24,9 @@ struct AccessStatement {
     std::string where;                    // "" for none
     std::string orderBy;                  // "" for none
     std::vector<std::string> equalities;  // columns that must equal a literal
+    // What follows "SELECT columns" in a SELECT of other columns of the same records. condition: one more
+    // that they must fulfil; "" for none.
+    std::string fromClause(const std::string& condition = "") const;
 
     // Of an INSERT: its table, the columns that it names (none where it means all of them), and where in sql
     // their list belongs.
@@ -32,8 +35,16 @@ struct AccessStatement {
     size_t insertColumnsAt = 0;
 };
 
-// Throws a CDaoException for text that is no statement.
+// Whether the columns of a plain SELECT are "*" alone.
+bool isAllColumns(const std::vector<std::string>& columns);
+
+// All throw a CDaoException for text that is no statement, translateSelect and translateChange for one of the
+// other kind.
 AccessStatement translateStatement(std::string_view sql);
+AccessStatement translateSelect(std::string_view sql);
+AccessStatement translateChange(std::string_view sql);
+// The SELECT of all records of a table.
+AccessStatement translateTable(std::string_view table);
 
 // A validation rule of a field ("YES" Or "NO", >= 0 And < 100) as a condition of SQLite.
 std::string translateRule(std::string_view rule, const std::string& field);

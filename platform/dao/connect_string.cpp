@@ -87,7 +87,8 @@ std::string ConnectString::password() const {
 
 void ConnectString::set(std::string_view name, std::string_view value) {
     std::string setting = std::string(name) + "=";
-    if (value.find_first_of(";{}") == std::string_view::npos)
+    bool plain = value.find_first_of(";{}") == std::string_view::npos && text::trim(value) == value;
+    if (plain)
         setting += value;
     else
         setting += "{" + text::replaceAll(value, "}", "}}") + "}";

@@ -1,4 +1,5 @@
-// Connect strings of server databases: "ODBC;DSN=office;UID=survey;PWD=secret", settings between semicolons.
+// Connect strings: "ODBC;DSN=office;UID=survey;PWD=secret" of a server database, ";PWD=secret" of a file;
+// settings between semicolons.
 #pragma once
 
 #include <string>
@@ -26,8 +27,8 @@ class ConnectString {
     std::string value(std::string_view name) const;
     bool has(std::string_view name) const;
     std::string password() const;
-    // In the place of the setting that is there, or at the end. A value that holds a semicolon or a brace is
-    // put into braces.
+    // In the place of the setting that is there, or at the end. A value that holds a semicolon or a brace, or
+    // begins or ends with a blank, is put into braces.
     void set(std::string_view name, std::string_view value);
     void remove(std::string_view name);
 

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "platform/dao/engines.h"
+#include "platform/dao/errors.h"
 #include "platform/text/text.h"
 
 CDaoDatabase::CDaoDatabase() = default;
@@ -68,7 +69,7 @@ void CDaoDatabase::GetTableDefInfo(const std::string& name, CDaoTableDefInfo& in
             info = std::move(table);
             return;
         }
-    throw CDaoException("Cannot find the table " + name + ".");
+    dao::noSuchTable(name);
 }
 
 void CDaoDatabase::DeleteTableDef(const std::string& name) {

@@ -41,6 +41,33 @@ std::string readHead(const std::string& path) {
     return std::string(bytes, size);
 }
 
+// A file without any permission to write is read-only for everybody, as a file with the read-only attribute
+// is.
+bool isReadOnlyFile(const std::string& path) {
+    struct stat s;
+    return ::stat(path.c_str(), &s) == 0 && !(s.st_mode & 0222);
+}
+
+Source fileSource(const std::string& path, const std::string& connect, bool exclusive, bool readOnly) {
+    std::string file = files::onDisk(path);
+    return {file, connect, "", exclusive, readOnly || isReadOnlyFile(file)};
+}
+
+// The engine for which a test is true; the newest registration first, null when there is none.
+template <typename Test>
+std::shared_ptr<Engine> findEngine(Test test) {
+    auto found = std::find_if(engines().rbegin(), engines().rend(), [&](const auto& e) { return test(*e); });
+    return found == engines().rend() ? nullptr : *found;
+}
+
+std::shared_ptr<Engine> engineFor(const Source& source) {
+    return findEngine([&](const Engine& engine) { return engine.opens(source); });
+}
+
+std::shared_ptr<Engine> engineForNew(const std::string& path) {
+    return findEngine([&](const Engine& engine) { return engine.creates(path); });
+}
+
 [[noreturn]] void noEngine(const Source& source) {
     if (!source.connect.empty())
         throw CDaoException("This version cannot open ODBC sources: there is no engine for \"" +
@@ -73,22 +100,16 @@ int lockTimeout() {
     return lockTimeoutMilliseconds;
 }
 
-bool isReadOnlyFile(const std::string& path) {
-    struct stat s;
-    return ::stat(path.c_str(), &s) == 0 && !(s.st_mode & 0222);
-}
-
 std::shared_ptr<Connection> openSource(const std::string& path, bool exclusive, bool readOnly,
                                        const std::string& connect) {
-    Source source{files::onDisk(path), connect, "", exclusive, readOnly};
+    Source source = fileSource(path, connect, exclusive, readOnly);
     if (path.empty() && connect.empty()) throw CDaoException("No database was named.");
     if (!path.empty()) {
         for (const auto& engine : engines())
             if (auto open = engine->alreadyOpen(source)) return open;
         source.head = readHead(source.path);
     }
-    for (auto it = engines().rbegin(); it != engines().rend(); ++it)
-        if ((*it)->opens(source)) return (*it)->open(source);
+    if (auto engine = engineFor(source)) return engine->open(source);
     noEngine(source);
 }
 
@@ -97,25 +118,23 @@ std::shared_ptr<Connection> createSource(const std::string& path, const std::str
     if (target.empty()) throw CDaoException("No database was named.");
     if (files::isFolder(target)) throw CDaoException("\"" + target + "\" is a folder, not a database.");
     if (files::exists(target)) throw CDaoException("The database \"" + target + "\" exists already.");
-    for (auto it = engines().rbegin(); it != engines().rend(); ++it)
-        if ((*it)->creates(target)) return (*it)->create(target, locale, options);
+    if (auto engine = engineForNew(target)) return engine->create(target, locale, options);
     throw CDaoException("This version makes no new databases.");
 }
 
 CompactReport compactDatabase(const std::string& path, const std::string& connect,
                               const CompactProgress& progress) {
     if (path.empty()) throw CDaoException("No database was named.");
-    Source source{files::onDisk(path), connect, "", true, false};
+    Source source = fileSource(path, connect, true, false);
     for (const auto& engine : engines())
         if (engine->alreadyOpen(source))
             throw CDaoException("The database \"" + path + "\" is open already.");
     source.head = readHead(source.path);
-    for (auto it = engines().rbegin(); it != engines().rend(); ++it)
-        if ((*it)->opens(source)) return (*it)->compact(source, progress);
+    auto engine = engineFor(source);
     // A file that has lost its beginning is what its name says.
-    for (auto it = engines().rbegin(); it != engines().rend(); ++it)
-        if ((*it)->creates(source.path)) return (*it)->compact(source, progress);
-    noEngine(source);
+    if (!engine) engine = engineForNew(source.path);
+    if (!engine) noEngine(source);
+    return engine->compact(source, progress);
 }
 
 }  // namespace dao

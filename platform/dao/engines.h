@@ -14,9 +14,4 @@ std::shared_ptr<Connection> createSource(const std::string& path, const std::str
 std::shared_ptr<Engine> sqliteEngine();
 std::shared_ptr<Engine> accessEngine();
 std::shared_ptr<Engine> odbcEngine();
-
-// A file without any permission to write is read-only for everybody, as a file with the read-only attribute
-// is.
-bool isReadOnlyFile(const std::string& path);
-
 }  // namespace dao

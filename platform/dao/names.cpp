@@ -1,6 +1,8 @@
 #include "platform/dao/names.h"
 
+#include "platform/dao/access_sql.h"
 #include "platform/dao/convert.h"
+#include "platform/dao/errors.h"
 #include "platform/text/text.h"
 
 namespace dao {
@@ -63,8 +65,19 @@ int findField(const std::vector<CDaoFieldInfo>& fields, const std::string& name)
     return -1;
 }
 
-void noSuchField(const std::string& name) {
-    throw CDaoException("Cannot find the field " + name + ".");
+std::vector<size_t> selectedFields(const std::vector<CDaoFieldInfo>& fields,
+                                   const std::vector<std::string>& columns) {
+    std::vector<size_t> selected;
+    if (isAllColumns(columns)) {
+        for (size_t i = 0; i < fields.size(); ++i) selected.push_back(i);
+        return selected;
+    }
+    for (const std::string& column : columns) {
+        int field = findField(fields, column);
+        if (field < 0) noSuchField(column);
+        selected.push_back(static_cast<size_t>(field));
+    }
+    return selected;
 }
 
 }  // namespace dao

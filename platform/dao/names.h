@@ -15,6 +15,9 @@ CDaoFieldInfo completed(CDaoFieldInfo field);
 // Position of a field by name, without regard to case; -1.
 int findField(const std::vector<CDaoFieldInfo>& fields, const std::string& name);
 
-[[noreturn]] void noSuchField(const std::string& name);
+// The positions of the fields that the columns of a plain SELECT name ("*" alone: all of them), in the order
+// of the columns. Throws for a column that is none of them.
+std::vector<size_t> selectedFields(const std::vector<CDaoFieldInfo>& fields,
+                                   const std::vector<std::string>& columns);
 
 }  // namespace dao

@@ -2,6 +2,7 @@
 
 #include "platform/dao/convert.h"
 #include "platform/dao/engine.h"
+#include "platform/dao/errors.h"
 #include "platform/dao/names.h"
 
 CDaoRecordset::CDaoRecordset(CDaoDatabase* database) : database_(database) {}
@@ -195,5 +196,5 @@ void CDaoRecordset::requireUpdatable() const {
 
 void CDaoRecordset::requireRecord() const {
     requireOpen();
-    if (place_ != Place::kRecord) throw CDaoException("There is no current record.");
+    if (place_ != Place::kRecord) dao::noCurrentRecord();
 }

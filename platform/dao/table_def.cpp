@@ -1,4 +1,5 @@
 #include "platform/dao/engine.h"
+#include "platform/dao/errors.h"
 #include "platform/dao/names.h"
 #include "platform/text/text.h"
 

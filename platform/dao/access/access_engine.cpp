@@ -1,6 +1,7 @@
 #include <cstdlib>
 
 #include "platform/dao/access/connection.h"
+#include "platform/dao/access/errors.h"
 #include "platform/dao/engines.h"
 #include "platform/dao/file_engine.h"
 #include "platform/dao/jet/repair.h"
@@ -34,30 +35,20 @@ class AccessEngine : public FileEngine {
     }
 
     CompactReport compact(const Source& source, const CompactProgress& progress) override {
-        try {
-            return jet::compactAndRepair(source.path, access::optionsOf(source), progress);
-        } catch (const jet::Error& error) {
-            throw CDaoException(error.what());
-        }
+        return access::withDaoErrors(
+            [&] { return jet::compactAndRepair(source.path, access::optionsOf(source), progress); });
     }
 
   protected:
     std::shared_ptr<Connection> connect(const Source& source) override {
-        try {
-            return std::make_shared<access::AccessConnection>(source);
-        } catch (const jet::Error& error) {
-            throw CDaoException(error.what());
-        }
+        return access::withDaoErrors([&] { return std::make_shared<access::AccessConnection>(source); });
     }
 
     void make(const std::string& path, const NewFile& wanted) override {
         checkLocale(wanted.locale);
-        try {
-            jet::Database::create(
-                path, wanted.options == dbVersion30 ? jet::Version::kAccess97 : jet::Version::kAccess2000);
-        } catch (const jet::Error& error) {
-            throw CDaoException(error.what());
-        }
+        jet::Version version =
+            wanted.options == dbVersion30 ? jet::Version::kAccess97 : jet::Version::kAccess2000;
+        access::withDaoErrors([&] { jet::Database::create(path, version); });
     }
 };
 

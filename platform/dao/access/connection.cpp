@@ -1,17 +1,17 @@
 #include "platform/dao/access/connection.h"
 
 #include <algorithm>
-#include <thread>
 #include <utility>
 
 #include "platform/dao/access/cursor.h"
+#include "platform/dao/access/errors.h"
 #include "platform/dao/access/fields.h"
 #include "platform/dao/access/virtual_table.h"
 #include "platform/dao/access_sql.h"
-#include "platform/dao/engines.h"
+#include "platform/dao/connect_string.h"
+#include "platform/dao/errors.h"
 #include "platform/dao/names.h"
 #include "platform/dao/sqlite/cursor.h"
-#include "platform/dao/sqlite/functions.h"
 #include "platform/text/text.h"
 
 namespace dao::access {
@@ -21,20 +21,13 @@ namespace {
 constexpr uint32_t kRowsWorthALookup = 1000;
 constexpr size_t kMostLookups = 4;  // of one table
 
-// The password in a connect string: ;PWD=...
-std::string passwordOf(const std::string& connect) {
-    for (const std::string& part : text::split(connect, ';'))
-        if (text::equalNoCase(part.substr(0, 4), "PWD=")) return part.substr(4);
-    return "";
-}
-
 }  // namespace
 
 jet::Database::Options optionsOf(const Source& source) {
     jet::Database::Options options;
-    options.readOnly = source.readOnly || isReadOnlyFile(source.path);
+    options.readOnly = source.readOnly;
     options.exclusive = source.exclusive;
-    options.password = passwordOf(source.connect);
+    options.password = ConnectString(source.connect).password();
     options.lockTimeout = lockTimeout();
     return options;
 }
@@ -50,28 +43,21 @@ Variant Table::value(const jet::RowView& row, size_t column) const {
 template <typename Work>
 auto AccessConnection::guarded(Work work) {
     failure_.clear();
-    try {
-        jet::Database::Reading reading(db_);
-        refresh();
-        return work();
-    } catch (const jet::Error& error) {
-        throw CDaoException(error.what());
-    } catch (const CDaoException&) {
-        if (!failure_.empty()) throw CDaoException(std::exchange(failure_, ""));
-        throw;
-    }
+    return withDaoErrors([&] {
+        try {
+            jet::Database::Reading reading(db_);
+            refresh();
+            return work();
+        } catch (const CDaoException&) {
+            if (!failure_.empty()) throw CDaoException(std::exchange(failure_, ""));
+            throw;
+        }
+    });
 }
 
-AccessConnection::AccessConnection(const Source& source) : db_(source.path, optionsOf(source)) {
-    if (sqlite3_open_v2(":memory:", &sql_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX,
-                        nullptr) != SQLITE_OK) {
-        sqlite3_close(sql_);
-        throw CDaoException("Cannot open the database \"" + source.path + "\": out of memory.");
-    }
-    sqlite3_extended_result_codes(sql_, 1);
-    sqlite3_db_config(sql_, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
-    sqlite::addFunctions(sql_);
-    addVirtualTables(sql_, *this);
+AccessConnection::AccessConnection(const Source& source)
+    : db_(source.path, optionsOf(source)), sql_(sqlite::openMemory()) {
+    addVirtualTables(handle(), *this);
 }
 
 AccessConnection::~AccessConnection() {
@@ -79,8 +65,6 @@ AccessConnection::~AccessConnection() {
     if (!db_.inTransaction() && generation_ == db_.generation())
         for (auto& [name, table] : tables_)
             LookupStore::instance().keep(db_.store().file.state(), name, std::move(table->lookups));
-    tables_.clear();
-    sqlite3_close_v2(sql_);
 }
 
 std::string AccessConnection::version() const {
@@ -97,7 +81,8 @@ void AccessConnection::forgetTables() {
     ++changes_;
     tables_.clear();
     for (const std::string& name : std::exchange(virtualTables_, {}))
-        sqlite3_exec(sql_, ("DROP TABLE IF EXISTS " + quotedName(name)).c_str(), nullptr, nullptr, nullptr);
+        sqlite3_exec(handle(), ("DROP TABLE IF EXISTS " + quotedName(name)).c_str(), nullptr, nullptr,
+                     nullptr);
 }
 
 std::vector<CDaoTableDefInfo> AccessConnection::tables() {
@@ -122,25 +107,13 @@ std::shared_ptr<Table> AccessConnection::table(const std::string& name) {
         fields.push_back(fieldOf(column));
         fields.back().ordinalPosition = static_cast<int>(fields.size()) - 1;
     }
-    made->rules = std::make_unique<FieldRules>(sql_, std::move(fields));
+    made->rules = std::make_unique<FieldRules>(handle(), std::move(fields));
     if (!db_.inTransaction()) made->lookups = LookupStore::instance().take(db_.store().file.state(), key);
     return tables_[key] = made;
 }
 
 std::vector<CDaoFieldInfo> AccessConnection::fields(const std::string& table) {
     return guarded([&] { return this->table(table)->fields(); });
-}
-
-void AccessConnection::beginWrite() {
-    if (db_.inTransaction()) return;
-    db_.setLockTimeout(lockTimeout());
-    try {
-        db_.begin();
-    } catch (const jet::Error& error) {
-        throw CDaoException(error.what());
-    }
-    writes_ = 0;
-    began_ = std::chrono::steady_clock::now();
 }
 
 template <typename Change>
@@ -190,8 +163,8 @@ void AccessConnection::deleteField(const std::string& table, const std::string& 
 bool AccessConnection::makeVirtualTable(const std::string& name) {
     if (!db_.hasTable(name)) return false;
     std::string sql = "CREATE VIRTUAL TABLE " + quotedName(name) + " USING access";
-    if (sqlite3_exec(sql_, sql.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK)
-        throw CDaoException(failure_.empty() ? sqlite3_errmsg(sql_) : failure_);
+    if (sqlite3_exec(handle(), sql.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK)
+        throw CDaoException(failure_.empty() ? sqlite3_errmsg(handle()) : failure_);
     virtualTables_.push_back(name);
     return true;
 }
@@ -201,9 +174,9 @@ std::unique_ptr<sqlite::Statement> AccessConnection::prepare(const std::string& 
     constexpr std::string_view kMissing = "no such table: ";
     for (;;) {
         try {
-            return std::make_unique<sqlite::Statement>(sql_, sql);
+            return std::make_unique<sqlite::Statement>(handle(), sql);
         } catch (const CDaoException&) {
-            std::string message = sqlite3_errmsg(sql_);
+            std::string message = sqlite3_errmsg(handle());
             if (!text::startsWith(message, kMissing) || !makeVirtualTable(message.substr(kMissing.size())))
                 throw;
         }
@@ -211,8 +184,7 @@ std::unique_ptr<sqlite::Statement> AccessConnection::prepare(const std::string& 
 }
 
 void AccessConnection::execute(const std::string& sql, int) {
-    AccessStatement statement = translateStatement(sql);
-    if (statement.select) throw CDaoException("A SELECT is opened as a record set and cannot be executed.");
+    AccessStatement statement = translateChange(sql);
     // A statement with an error does not lock the file.
     guarded([&] { prepare(statement.sql); });
     insertColumns_ = statement.insertColumns;
@@ -245,13 +217,11 @@ std::vector<jet::RowId> AccessConnection::rowsOf(const std::string& sql) {
 std::unique_ptr<Cursor> AccessConnection::open(int type, const std::string& sql, int) {
     return guarded([&]() -> std::unique_ptr<Cursor> {
         std::string whole(text::trim(sql));
-        bool isName = db_.hasTable(whole);
-        AccessStatement statement = translateStatement(isName ? "SELECT * FROM [" + whole + "]" : sql);
-        if (!statement.select) throw CDaoException("A record set needs a SELECT: " + sql);
+        AccessStatement statement = db_.hasTable(whole) ? translateTable(whole) : translateSelect(sql);
         if (statement.plain && type != dbOpenSnapshot)
             return std::make_unique<AccessCursor>(shared_from_this(), statement);
         prepare(statement.sql);
-        return std::make_unique<sqlite::SnapshotCursor>(sql_, statement.sql);
+        return std::make_unique<sqlite::SnapshotCursor>(handle(), statement.sql);
     });
 }
 
@@ -313,40 +283,13 @@ bool AccessConnection::find(Table& table, const std::vector<size_t>& columns,
     return true;
 }
 
-void AccessConnection::wrote() {
-    constexpr int kWritesBetweenLooks = 64;
-    if (++writes_ % kWritesBetweenLooks != 0 || transaction_) return;
-    auto shared = std::chrono::steady_clock::now() - began_;
-    bool waiting = shared >= std::chrono::milliseconds(100) && db_.othersWait();
-    if (!waiting && shared < std::chrono::seconds(kSecondsShared)) return;
-    commit();
-    // Let them in.
-    if (waiting) std::this_thread::sleep_for(std::chrono::milliseconds(3));
+void AccessConnection::begin() {
+    db_.setLockTimeout(lockTimeout());
+    withDaoErrors([&] { db_.begin(); });
 }
 
-void AccessConnection::commit() {
-    if (transaction_ || !db_.inTransaction()) return;
-    try {
-        db_.commit();
-    } catch (const jet::Error& error) {
-        // What cannot be made to last is undone, so that the file is not left locked.
-        db_.rollBack();
-        throw CDaoException(error.what());
-    }
-}
-
-void AccessConnection::beginTransaction() {
-    commit();
-    beginWrite();
-    transaction_ = true;
-}
-
-void AccessConnection::endTransaction(bool keep) {
-    if (!std::exchange(transaction_, false)) return;
-    if (keep)
-        commit();
-    else
-        db_.rollBack();
+void AccessConnection::keepChanges() {
+    withDaoErrors([&] { db_.commit(); });
 }
 
 }  // namespace dao::access

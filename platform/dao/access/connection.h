@@ -1,27 +1,21 @@
 // A database in an Access file.
 //
 // Records are read and written by the library below; statements are run by SQLite over virtual tables, each
-// of which is made when a statement first names it. Writes share a transaction that begins with the first of
-// them and ends when the database or a changed table definition is closed, and while writing goes on every
-// kSecondsShared seconds, or sooner when another process waits.
+// of which is made when a statement first names it.
 //
 // All databases of a process that are open on one file share one connection.
 #pragma once
 
-#include <sqlite3.h>
-
-#include <chrono>
 #include <functional>
 #include <list>
 #include <unordered_map>
 
 #include "platform/dao/access/field_rules.h"
 #include "platform/dao/access/lookup.h"
-#include "platform/dao/engine.h"
+#include "platform/dao/file_connection.h"
+#include "platform/dao/sqlite/handle.h"
 
 namespace dao::access {
-
-constexpr int kSecondsShared = 2;
 
 // How the file of a source is opened.
 jet::Database::Options optionsOf(const Source& source);
@@ -39,7 +33,7 @@ struct Table {
     Variant value(const jet::RowView& row, size_t column) const;
 };
 
-class AccessConnection : public Connection, public std::enable_shared_from_this<AccessConnection> {
+class AccessConnection : public FileConnection, public std::enable_shared_from_this<AccessConnection> {
   public:
     explicit AccessConnection(const Source& source);
     ~AccessConnection() override;
@@ -55,12 +49,9 @@ class AccessConnection : public Connection, public std::enable_shared_from_this<
     void deleteField(const std::string& table, const std::string& field) override;
     void execute(const std::string& sql, int options) override;
     std::unique_ptr<Cursor> open(int type, const std::string& sql, int options) override;
-    void commit() override;
-    void beginTransaction() override;
-    void endTransaction(bool keep) override;
 
     jet::Database& database() { return db_; }
-    sqlite3* handle() const { return sql_; }
+    sqlite3* handle() const { return sql_.get(); }
     // The table of a name; good until the next change of a definition. Throws where there is none.
     std::shared_ptr<Table> table(const std::string& name);
     // The rows that a plain statement finds, in its order.
@@ -89,30 +80,31 @@ class AccessConnection : public Connection, public std::enable_shared_from_this<
     // What a virtual table could not do: SQLite hands on only that something failed.
     void noteFailure(const std::string& text) { failure_ = text; }
 
+  protected:
+    bool inTransaction() const override { return db_.inTransaction(); }
+    void begin() override;
+    void keepChanges() override;
+    void undoChanges() override { db_.rollBack(); }
+    bool othersWait() const override { return db_.othersWait(); }
+
   private:
     template <typename Work>
     auto guarded(Work work);
     template <typename Change>
     void changeSchema(Change change);
-    void beginWrite();
-    // Commits when enough has been written.
-    void wrote();
     void forgetTables();
     void refresh();
     std::unique_ptr<sqlite::Statement> prepare(const std::string& sql);
     bool makeVirtualTable(const std::string& name);
 
     jet::Database db_;
-    sqlite3* sql_ = nullptr;
+    sqlite::Handle sql_;
     std::unordered_map<std::string, std::shared_ptr<Table>> tables_;
     std::vector<std::string> virtualTables_;
     uint64_t generation_ = 0;
     std::string failure_;
     std::vector<std::string> insertColumns_;  // of the INSERT that runs; none: all of them
     int64_t changes_ = 0;
-    int writes_ = 0;
-    bool transaction_ = false;
-    std::chrono::steady_clock::time_point began_;
 };
 
 }  // namespace dao::access

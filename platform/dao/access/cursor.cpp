@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "platform/dao/errors.h"
 #include "platform/dao/names.h"
 
 namespace dao::access {
@@ -15,28 +16,15 @@ constexpr size_t kMostReadAhead = 256;
 AccessCursor::AccessCursor(std::shared_ptr<AccessConnection> connection, const AccessStatement& statement)
     : connection_(std::move(connection)), tableName_(statement.table) {
     std::shared_ptr<Table> table = connection_->table(tableName_);
-    const std::vector<CDaoFieldInfo>& all = table->fields();
-    if (statement.columns == std::vector<std::string>{"*"}) {
-        fields_ = all;
-        for (size_t i = 0; i < all.size(); ++i) fieldOf_.push_back(i);
-    } else {
-        for (const std::string& column : statement.columns) {
-            int field = findField(all, column);
-            if (field < 0) noSuchField(column);
-            fields_.push_back(all[static_cast<size_t>(field)]);
-            fieldOf_.push_back(static_cast<size_t>(field));
-        }
-    }
+    fieldOf_ = selectedFields(table->fields(), statement.columns);
+    for (size_t field : fieldOf_) fields_.push_back(table->fields()[field]);
     if (statement.where.empty() && statement.orderBy.empty()) return;
-    std::string sql = "SELECT rowid FROM " + quotedName(tableName_);
-    if (!statement.where.empty()) sql += " WHERE " + statement.where;
-    if (!statement.orderBy.empty()) sql += " " + statement.orderBy;
-    rows_ = connection_->rowsOf(sql);
+    rows_ = connection_->rowsOf("SELECT rowid" + statement.fromClause());
     allRows_ = true;
 }
 
 jet::RowId AccessCursor::row() const {
-    if (position_ < 0) throw CDaoException("There is no current record.");
+    if (position_ < 0) noCurrentRecord();
     return rows_[static_cast<size_t>(position_)];
 }
 
@@ -97,7 +85,7 @@ const Variant& AccessCursor::value(int field) {
     row();
     readAhead();
     size_t index = static_cast<size_t>(position_) - readFrom_;
-    if (gone_[index]) throw CDaoException("The record has been deleted.");
+    if (gone_[index]) recordDeleted();
     return read_[index * fields_.size() + static_cast<size_t>(field)];
 }
 

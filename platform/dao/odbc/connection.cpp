@@ -5,6 +5,7 @@
 
 #include "platform/dao/access_sql.h"
 #include "platform/dao/convert.h"
+#include "platform/dao/errors.h"
 #include "platform/dao/names.h"
 #include "platform/dao/odbc/cursor.h"
 #include "platform/dao/odbc/wide_text.h"
@@ -95,7 +96,7 @@ const Catalogue::Table& OdbcConnection::required(const std::string& name) {
     for (const Table& table : *tables_)
         if (!table.owner.empty() && text::equalNoCase(listed(table), name)) return table;
     if (const Table* table = find("", name)) return *table;
-    throw CDaoException("Cannot find the table " + name + ".");
+    noSuchTable(name);
 }
 
 const std::vector<CDaoFieldInfo>& OdbcConnection::fieldsOf(const Table& table) {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/dao/names.h"
+#include "platform/dao/errors.h"
 #include "platform/text/text.h"
 
 namespace dao::odbc {
@@ -82,9 +82,9 @@ long OdbcCursor::count() {
 }
 
 OdbcCursor::Record& OdbcCursor::record() {
-    if (position_ < 0) throw CDaoException("There is no current record.");
+    if (position_ < 0) noCurrentRecord();
     Record& record = records_[static_cast<size_t>(position_)];
-    if (record.deleted) throw CDaoException("The record has been deleted.");
+    if (record.deleted) recordDeleted();
     return record;
 }
 

@@ -1,15 +1,13 @@
 #include "platform/dao/sqlite/connection.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <functional>
 #include <utility>
 
 #include "platform/dao/access_sql.h"
-#include "platform/dao/engines.h"
+#include "platform/dao/errors.h"
 #include "platform/dao/names.h"
 #include "platform/dao/sqlite/cursor.h"
-#include "platform/dao/sqlite/functions.h"
 #include "platform/dao/sqlite/geopackage.h"
 #include "platform/dao/sqlite/schema.h"
 #include "platform/files/files.h"
@@ -23,34 +21,20 @@ constexpr int kApplicationId = 0x4E6F4749;
 constexpr int64_t kRowsWorthAnIndex = 1000;
 constexpr const char* kRebuilding = "MSysRebuilding";
 
-sqlite3* openHandle(const std::string& path, int flags) {
-    sqlite3* db = nullptr;
-    std::string absolute = std::filesystem::absolute(path).string();
-    if (sqlite3_open_v2(absolute.c_str(), &db, flags | SQLITE_OPEN_NOMUTEX, nullptr) == SQLITE_OK) {
-        sqlite3_extended_result_codes(db, 1);
-        sqlite3_busy_timeout(db, lockTimeout());
-        return db;
-    }
-    std::string reason = db ? sqlite3_errmsg(db) : "out of memory";
-    sqlite3_close(db);
-    throw CDaoException("Cannot open the database \"" + path + "\": " + reason + ".");
-}
-
 int64_t pragmaInteger(sqlite3* db, const char* pragma) {
     Statement s(db, std::string("PRAGMA ") + pragma);
     return s.step() ? s.integer(0) : 0;
 }
 
 void makeFile(const std::string& path, const std::function<void(sqlite3*)>& fill) {
-    sqlite3* db = openHandle(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+    Handle db = openFile(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
     try {
-        fill(db);
+        fill(db.get());
     } catch (const CDaoException& error) {
-        sqlite3_close(db);
+        db.reset();
         files::remove(path);
         throw CDaoException("Cannot make the database \"" + path + "\": " + error.description());
     }
-    sqlite3_close(db);
 }
 
 bool findNoCase(const std::vector<std::string>& names, std::string_view wanted) {
@@ -71,29 +55,22 @@ void makeEmptyGeoPackage(const std::string& path) {
     makeFile(path, makeGeoPackage);
 }
 
-SqliteConnection::SqliteConnection(const Source& source) : path_(source.path) {
-    bool readOnly = source.readOnly || isReadOnlyFile(path_);
-    db_ = openHandle(path_, readOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE);
-    try {
-        sqlite3_db_config(db_, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
-        addFunctions(db_);
-        run("PRAGMA synchronous = EXTRA");
-        run("PRAGMA cache_size = -16000");
-        if (source.exclusive) {
-            run("PRAGMA locking_mode = EXCLUSIVE");
-            run("BEGIN EXCLUSIVE");
-            run("COMMIT");
-        }
-        // The first reading of the file: it tells a damaged and a locked one.
-        version_ = pragmaInteger(db_, "user_version") == 3 ? "3.0" : "4.0";
-        pragmaInteger(db_, "schema_version");
-        if (isGeoPackage(db_)) {
-            kind_ = FileKind::kGeoPackage;
-            watchChanges();
-        }
-    } catch (...) {
-        sqlite3_close_v2(db_);
-        throw;
+SqliteConnection::SqliteConnection(const Source& source)
+    : db_(openFile(source.path, source.readOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE)),
+      path_(source.path) {
+    run("PRAGMA synchronous = EXTRA");
+    run("PRAGMA cache_size = -16000");
+    if (source.exclusive) {
+        run("PRAGMA locking_mode = EXCLUSIVE");
+        run("BEGIN EXCLUSIVE");
+        run("COMMIT");
+    }
+    // The first reading of the file: it tells a damaged and a locked one.
+    version_ = pragmaInteger(handle(), "user_version") == 3 ? "3.0" : "4.0";
+    pragmaInteger(handle(), "schema_version");
+    if (isGeoPackage(handle())) {
+        kind_ = FileKind::kGeoPackage;
+        watchChanges();
     }
 }
 
@@ -102,12 +79,7 @@ void SqliteConnection::watchChanges() {
         auto& changed = static_cast<SqliteConnection*>(self)->changedTables_;
         if (!isGeoPackageTable(table)) changed.insert(table);
     };
-    sqlite3_update_hook(db_, note, this);
-}
-
-SqliteConnection::~SqliteConnection() {
-    statements_.clear();
-    sqlite3_close_v2(db_);
+    sqlite3_update_hook(handle(), note, this);
 }
 
 std::vector<CDaoTableDefInfo> SqliteConnection::tables() {
@@ -132,7 +104,7 @@ std::shared_ptr<const std::vector<CDaoFieldInfo>> SqliteConnection::sharedFields
     if (schema != fieldsSchema_) fields_.clear();
     fieldsSchema_ = schema;
     auto& known = fields_[table];
-    if (!known) known = std::make_shared<const std::vector<CDaoFieldInfo>>(describeTable(db_, table));
+    if (!known) known = std::make_shared<const std::vector<CDaoFieldInfo>>(describeTable(handle(), table));
     return known;
 }
 
@@ -150,8 +122,7 @@ std::string SqliteConnection::findTable(const std::string& name, bool& isView) {
 
 void SqliteConnection::requireTable(const std::string& table) {
     bool isView = false;
-    if (findTable(table, isView).empty() || isView)
-        throw CDaoException("Cannot find the table " + table + ".");
+    if (findTable(table, isView).empty() || isView) noSuchTable(table);
 }
 
 template <typename Change>
@@ -161,7 +132,7 @@ void SqliteConnection::changeSchema(Change change) {
     try {
         change();
     } catch (...) {
-        sqlite3_exec(db_, "ROLLBACK TO change; RELEASE change", nullptr, nullptr, nullptr);
+        sqlite3_exec(handle(), "ROLLBACK TO change; RELEASE change", nullptr, nullptr, nullptr);
         fieldsSchema_ = -1;
         throw;
     }
@@ -170,10 +141,10 @@ void SqliteConnection::changeSchema(Change change) {
 
 void SqliteConnection::createTable(const std::string& table, const std::vector<CDaoFieldInfo>& fields) {
     bool isView = false;
-    if (!findTable(table, isView).empty()) throw CDaoException("The table " + table + " exists already.");
+    if (!findTable(table, isView).empty()) tableExists(table);
     changeSchema([&] {
         run(createTableStatement(table, fields, kind_));
-        if (kind_ == FileKind::kGeoPackage) registerTable(db_, table);
+        if (kind_ == FileKind::kGeoPackage) registerTable(handle(), table);
     });
 }
 
@@ -181,8 +152,8 @@ void SqliteConnection::deleteTable(const std::string& table) {
     requireTable(table);
     changeSchema([&] {
         if (kind_ == FileKind::kGeoPackage) {
-            requireNoGeometry(db_, table);
-            unregisterTable(db_, table);
+            requireNoGeometry(handle(), table);
+            unregisterTable(handle(), table);
         }
         run("DROP TABLE " + quotedName(table));
     });
@@ -191,12 +162,11 @@ void SqliteConnection::deleteTable(const std::string& table) {
 void SqliteConnection::renameTable(const std::string& table, const std::string& newName) {
     requireTable(table);
     bool isView = false;
-    if (!text::equalNoCase(table, newName) && !findTable(newName, isView).empty())
-        throw CDaoException("The table " + newName + " exists already.");
+    if (!text::equalNoCase(table, newName) && !findTable(newName, isView).empty()) tableExists(newName);
     changeSchema([&] {
         if (kind_ == FileKind::kGeoPackage) {
-            requireNoGeometry(db_, table);
-            renameRegistered(db_, table, newName);
+            requireNoGeometry(handle(), table);
+            renameRegistered(handle(), table, newName);
         }
         // The indexes made here carry the table's name. They come back under the new one when they are
         // wanted.
@@ -238,7 +208,7 @@ void SqliteConnection::deleteField(const std::string& table, const std::string& 
 }
 
 void SqliteConnection::rebuild(const std::string& table, const std::vector<CDaoFieldInfo>& newFields) {
-    if (!isOwnTable(db_, table, kind_))
+    if (!isOwnTable(handle(), table, kind_))
         throw CDaoException("The table " + table +
                             " was made by another program, which alone can change it so.");
     std::vector<CDaoFieldInfo> oldFields = fields(table);
@@ -255,10 +225,10 @@ void SqliteConnection::rebuild(const std::string& table, const std::vector<CDaoF
 
 std::vector<std::string> SqliteConnection::indexesWith(const std::string& table, const std::string& column) {
     std::vector<std::string> found;
-    Statement list(db_, "PRAGMA index_list(" + quotedName(table) + ")");
+    Statement list(handle(), "PRAGMA index_list(" + quotedName(table) + ")");
     while (list.step()) {
         if (list.text(3) != "c") continue;  // part of a UNIQUE or PRIMARY KEY
-        Statement info(db_, "PRAGMA index_info(" + quotedName(list.text(1)) + ")");
+        Statement info(handle(), "PRAGMA index_info(" + quotedName(list.text(1)) + ")");
         bool has = column.empty();
         while (info.step()) has = has || text::equalNoCase(info.text(2), column);
         if (has) found.push_back(list.text(1));
@@ -267,7 +237,7 @@ std::vector<std::string> SqliteConnection::indexesWith(const std::string& table,
 }
 
 void SqliteConnection::indexFor(const std::string& table, const std::vector<std::string>& columns) {
-    Statement size(db_, "SELECT max(rowid) FROM " + quotedName(table));
+    Statement size(handle(), "SELECT max(rowid) FROM " + quotedName(table));
     if (!size.step() || size.integer(0) < kRowsWorthAnIndex) return;
     size.reset();
     std::vector<CDaoFieldInfo> all = fields(table);
@@ -275,30 +245,30 @@ void SqliteConnection::indexFor(const std::string& table, const std::vector<std:
         int field = findField(all, column);
         if (field < 0 || (all[static_cast<size_t>(field)].attributes & dbAutoIncrField)) return;
     }
-    Statement list(db_, "PRAGMA index_list(" + quotedName(table) + ")");
+    Statement list(handle(), "PRAGMA index_list(" + quotedName(table) + ")");
     while (list.step()) {
-        Statement info(db_, "PRAGMA index_info(" + quotedName(list.text(1)) + ")");
+        Statement info(handle(), "PRAGMA index_info(" + quotedName(list.text(1)) + ")");
         if (info.step() && findNoCase(columns, info.text(2))) return;
     }
     list.reset();
     std::vector<std::string> quoted;
     for (const std::string& column : columns) quoted.push_back(quotedName(column));
     std::string name = table + " by " + text::join(columns, ", ");
-    sqlite3_busy_timeout(db_, 0);
-    sqlite3_exec(db_,
+    sqlite3_busy_timeout(handle(), 0);
+    sqlite3_exec(handle(),
                  ("CREATE INDEX IF NOT EXISTS " + quotedName(name) + " ON " + quotedName(table) + " (" +
                   text::join(quoted, ", ") + ")")
                      .c_str(),
                  nullptr, nullptr, nullptr);
-    sqlite3_busy_timeout(db_, lockTimeout());
+    sqlite3_busy_timeout(handle(), lockTimeout());
 }
 
 void SqliteConnection::execute(const std::string& sql, int) {
-    AccessStatement statement = translateStatement(sql);
-    if (statement.select) throw CDaoException("A SELECT is opened as a record set and cannot be executed.");
+    AccessStatement statement = translateChange(sql);
     if (kind_ == FileKind::kGeoPackage && !statement.insertTable.empty() && statement.insertColumns.empty())
-        statement.sql.insert(statement.insertColumnsAt, " (" + shownFields(statement.insertTable) + ")");
-    Statement s(db_, statement.sql);
+        statement.sql.insert(statement.insertColumnsAt,
+                             " (" + columnList(fields(statement.insertTable)) + ")");
+    Statement s(handle(), statement.sql);
     beginWrite();
     s.run();
     wrote();
@@ -307,8 +277,7 @@ void SqliteConnection::execute(const std::string& sql, int) {
 std::unique_ptr<Cursor> SqliteConnection::open(int type, const std::string& sql, int) {
     bool isView = false;
     std::string whole = findTable(std::string(text::trim(sql)), isView);
-    AccessStatement statement = translateStatement(whole.empty() ? sql : "SELECT * FROM [" + whole + "]");
-    if (!statement.select) throw CDaoException("A record set needs a SELECT: " + sql);
+    AccessStatement statement = whole.empty() ? translateSelect(sql) : translateTable(whole);
     if (statement.plain && type != dbOpenSnapshot) {
         statement.table = findTable(std::string(statement.table), isView);
         std::string rowId = statement.table.empty() || isView ? "" : rowIdOf(statement.table);
@@ -317,21 +286,14 @@ std::unique_ptr<Cursor> SqliteConnection::open(int type, const std::string& sql,
             return std::make_unique<KeyCursor>(shared_from_this(), statement, rowId);
         }
     }
-    return std::make_unique<SnapshotCursor>(db_, shownColumns(statement));
+    return std::make_unique<SnapshotCursor>(handle(), shownColumns(statement));
 }
 
-// A list of the fields of a table: all of its columns but the key that is no field.
-std::string SqliteConnection::shownFields(const std::string& table) {
-    std::vector<std::string> columns;
-    for (const CDaoFieldInfo& field : fields(table)) columns.push_back(quotedName(field.name));
-    return text::join(columns, ", ");
-}
-
+// The statement without the key that is no field.
 std::string SqliteConnection::shownColumns(const AccessStatement& statement) {
-    bool all = statement.plain && statement.columns == std::vector<std::string>{"*"};
+    bool all = statement.plain && isAllColumns(statement.columns);
     if (kind_ == FileKind::kPlain || !all || statement.table.empty()) return statement.sql;
-    return "SELECT " + shownFields(statement.table) + " FROM " + quotedName(statement.table) +
-           (statement.where.empty() ? "" : " WHERE " + statement.where) + " " + statement.orderBy;
+    return "SELECT " + columnList(fields(statement.table)) + statement.fromClause();
 }
 
 std::string SqliteConnection::rowIdOf(const std::string& table) {
@@ -340,7 +302,7 @@ std::string SqliteConnection::rowIdOf(const std::string& table) {
         if (findField(all, name) >= 0) continue;
         sqlite3_stmt* probe = nullptr;
         std::string sql = std::string("SELECT ") + name + " FROM " + quotedName(table);
-        bool good = sqlite3_prepare_v2(db_, sql.c_str(), -1, &probe, nullptr) == SQLITE_OK;
+        bool good = sqlite3_prepare_v2(handle(), sql.c_str(), -1, &probe, nullptr) == SQLITE_OK;
         sqlite3_finalize(probe);
         return good ? name : "";
     }
@@ -348,7 +310,7 @@ std::string SqliteConnection::rowIdOf(const std::string& table) {
 }
 
 void SqliteConnection::run(const std::string& sql) {
-    Statement(db_, sql).run();
+    Statement(handle(), sql).run();
 }
 
 std::shared_ptr<Statement> SqliteConnection::prepared(const std::string& sql) {
@@ -356,63 +318,33 @@ std::shared_ptr<Statement> SqliteConnection::prepared(const std::string& sql) {
     auto it = statements_.find(sql);
     if (it != statements_.end()) return it->second;
     if (statements_.size() >= kKept) statements_.clear();  // those in use live on with their users
-    return statements_[sql] = std::make_shared<Statement>(db_, sql);
+    return statements_[sql] = std::make_shared<Statement>(handle(), sql);
 }
 
-void SqliteConnection::beginWrite() {
-    if (!sqlite3_get_autocommit(db_)) return;
+void SqliteConnection::begin() {
     prepared("BEGIN IMMEDIATE")->run();
-    writes_ = 0;
-    began_ = std::chrono::steady_clock::now();
 }
 
-void SqliteConnection::wrote() {
-    constexpr int kWritesBetweenLooks = 64;
-    if (++writes_ % kWritesBetweenLooks != 0) return;
-    if (std::chrono::steady_clock::now() - began_ >= std::chrono::seconds(kSecondsShared)) commit();
+void SqliteConnection::keepChanges() {
+    noteChange(handle(), std::exchange(changedTables_, {}));
+    prepared("COMMIT")->run();
 }
 
-void SqliteConnection::rollback() {
-    if (!sqlite3_get_autocommit(db_)) sqlite3_exec(db_, "ROLLBACK", nullptr, nullptr, nullptr);
+void SqliteConnection::undoChanges() {
+    if (inTransaction()) sqlite3_exec(handle(), "ROLLBACK", nullptr, nullptr, nullptr);
     fieldsSchema_ = -1;
     changedTables_.clear();
 }
 
-void SqliteConnection::commit() {
-    if (transaction_ || sqlite3_get_autocommit(db_)) return;
-    try {
-        noteChange(db_, std::exchange(changedTables_, {}));
-        prepared("COMMIT")->run();
-    } catch (const CDaoException&) {
-        // What cannot be made to last is undone, so that the file is not left locked.
-        rollback();
-        throw;
-    }
-}
-
 void SqliteConnection::compact() {
     {
-        Statement check(db_, "PRAGMA integrity_check(1)");
+        Statement check(handle(), "PRAGMA integrity_check(1)");
         if (check.step() && check.text(0) != "ok")
             throw CDaoException("The database \"" + path_ + "\" is damaged (" + check.text(0) +
                                 ") and is left as it is: only Access databases can be repaired.");
     }
     statements_.clear();
     run("VACUUM");
-}
-
-void SqliteConnection::beginTransaction() {
-    commit();
-    beginWrite();
-    transaction_ = true;
-}
-
-void SqliteConnection::endTransaction(bool keep) {
-    if (!std::exchange(transaction_, false)) return;
-    if (keep)
-        commit();
-    else
-        rollback();
 }
 
 }  // namespace dao::sqlite

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "platform/dao/errors.h"
 #include "platform/dao/names.h"
 #include "platform/dao/sqlite/schema.h"
 #include "platform/text/text.h"
@@ -15,29 +16,18 @@ using Fields = std::shared_ptr<const std::vector<CDaoFieldInfo>>;
 constexpr int64_t kMostReadAhead = 512;
 
 Fields selectFields(Fields all, const AccessStatement& statement) {
-    if (statement.columns == std::vector<std::string>{"*"}) return all;
+    if (isAllColumns(statement.columns)) return all;
     auto selected = std::make_shared<std::vector<CDaoFieldInfo>>();
-    for (const std::string& column : statement.columns) {
-        int field = findField(*all, column);
-        if (field < 0) noSuchField(column);
-        selected->push_back((*all)[static_cast<size_t>(field)]);
-    }
+    for (size_t field : selectedFields(*all, statement.columns)) selected->push_back((*all)[field]);
     return selected;
 }
 
-std::string columnList(const std::vector<CDaoFieldInfo>& fields) {
-    std::vector<std::string> columns;
-    for (const CDaoFieldInfo& field : fields) columns.push_back(quotedName(field.name));
-    return text::join(columns, ", ");
-}
-
+// Without an order of its own, the records behind a row id, so many at most.
 std::string queryStatement(const AccessStatement& statement, const std::vector<CDaoFieldInfo>& fields,
                            const std::string& rowId) {
-    std::string sql =
-        "SELECT " + rowId + ", " + columnList(fields) + " FROM " + quotedName(statement.table) + " WHERE ";
-    if (!statement.where.empty()) sql += "(" + statement.where + ")";
-    if (!statement.orderBy.empty()) return sql + (statement.where.empty() ? "1 " : " ") + statement.orderBy;
-    return sql + (statement.where.empty() ? "" : " AND ") + rowId + " > ?1 ORDER BY " + rowId + " LIMIT ?2";
+    std::string columns = "SELECT " + rowId + ", " + columnList(fields);
+    if (!statement.orderBy.empty()) return columns + statement.fromClause();
+    return columns + statement.fromClause(rowId + " > ?1") + " ORDER BY " + rowId + " LIMIT ?2";
 }
 
 }  // namespace
@@ -54,7 +44,7 @@ KeyCursor::KeyCursor(std::shared_ptr<SqliteConnection> connection, const AccessS
                                    " = ?1")) {}
 
 int64_t KeyCursor::key() const {
-    if (position_ < 0) throw CDaoException("There is no current record.");
+    if (position_ < 0) noCurrentRecord();
     return keys_[static_cast<size_t>(position_)];
 }
 
@@ -133,7 +123,7 @@ size_t KeyCursor::recordIndex() {
     readIndex_ = 0;
     Resetting resetting(*byKey_);
     byKey_->bind(1, wanted);
-    if (!byKey_->step()) throw CDaoException("The record has been deleted.");
+    if (!byKey_->step()) recordDeleted();
     takeRecord(*byKey_, 0, wanted);
     readAt_ = changes();
     return 0;
@@ -195,7 +185,7 @@ void KeyCursor::update(const std::vector<Variant>& values, const std::vector<boo
     int parameter = bindTouched(statement, values, touched);
     statement.bind(parameter, key());
     statement.run();
-    if (sqlite3_changes(connection_->handle()) == 0) throw CDaoException("The record has been deleted.");
+    if (sqlite3_changes(connection_->handle()) == 0) recordDeleted();
     connection_->wrote();
 }
 
@@ -204,7 +194,7 @@ void KeyCursor::remove() {
     auto statement = connection_->prepared("DELETE FROM " + table_ + " WHERE " + rowId_ + " = ?1");
     statement->bind(1, key());
     statement->run();
-    if (sqlite3_changes(connection_->handle()) == 0) throw CDaoException("The record has been deleted.");
+    if (sqlite3_changes(connection_->handle()) == 0) recordDeleted();
     connection_->wrote();
 }
 
@@ -236,7 +226,7 @@ bool SnapshotCursor::moveTo(long position) {
 }
 
 const Variant& SnapshotCursor::value(int field) {
-    if (position_ < 0) throw CDaoException("There is no current record.");
+    if (position_ < 0) noCurrentRecord();
     return rows_[static_cast<size_t>(position_)][static_cast<size_t>(field)];
 }
 

@@ -6,6 +6,7 @@
 
 #include "platform/dao/access_sql.h"
 #include "platform/dao/convert.h"
+#include "platform/dao/errors.h"
 #include "platform/dao/names.h"
 #include "platform/dao/sqlite/statement.h"
 #include "platform/text/text.h"
@@ -188,7 +189,7 @@ std::string storedSql(sqlite3* db, const std::string& table) {
                 "SELECT sql FROM sqlite_master WHERE name = ?1 COLLATE NOCASE AND type IN ('table', 'view')");
     Variant name(table);
     s.bind(1, name);
-    if (!s.step()) throw CDaoException("Cannot find the table " + table + ".");
+    if (!s.step()) noSuchTable(table);
     return s.text(0);
 }
 
@@ -238,6 +239,12 @@ std::string createTableStatement(const std::string& table, const std::vector<CDa
                           " INTEGER PRIMARY KEY AUTOINCREMENT NOT NULL");
     for (const CDaoFieldInfo& field : fields) columns.push_back("\n  " + columnDefinition(field, kind));
     return "CREATE TABLE " + quotedName(table) + " (" + text::join(columns, ",") + "\n)";
+}
+
+std::string columnList(const std::vector<CDaoFieldInfo>& fields) {
+    std::vector<std::string> columns;
+    for (const CDaoFieldInfo& field : fields) columns.push_back(quotedName(field.name));
+    return text::join(columns, ", ");
 }
 
 std::vector<CDaoFieldInfo> describeTable(sqlite3* db, const std::string& table) {

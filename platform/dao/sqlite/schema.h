@@ -32,6 +32,9 @@ std::string columnDefinition(const CDaoFieldInfo& field, FileKind kind);
 std::string createTableStatement(const std::string& table, const std::vector<CDaoFieldInfo>& fields,
                                  FileKind kind);
 
+// The fields as columns of a statement: "PT_ID", "GIS_KEY".
+std::string columnList(const std::vector<CDaoFieldInfo>& fields);
+
 // The fields of a table or view. Throws when there is none of that name.
 std::vector<CDaoFieldInfo> describeTable(sqlite3* db, const std::string& table);
 // Whether a table is exactly what createTableStatement makes of its fields, so that it can be built anew

@@ -2,6 +2,7 @@
 #include <cstdio>
 #include <iostream>
 
+#include "platform/dao/connect_string.h"
 #include "platform/dao/jet/check.h"
 #include "platform/dao/jet/repair.h"
 #include "platform/dao/jet/tool/print.h"
@@ -30,8 +31,10 @@ int create(const std::string& file, const std::string& version) {
 }
 
 int runSql(const std::string& file, const std::string& password, const std::string& sql) {
+    dao::ConnectString connect(";");
+    if (!password.empty()) connect.set("PWD", password);
     CDaoDatabase db;
-    db.Open(file, false, false, password.empty() ? "" : ";PWD=" + password);
+    db.Open(file, false, false, connect.text());
     jet::runStatements(db, sql, std::cout);
     db.Close();
     return 0;

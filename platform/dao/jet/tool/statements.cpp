@@ -1,10 +1,10 @@
 #include "platform/dao/jet/tool/statements.h"
 
-#include <memory>
 #include <vector>
 
 #include "platform/dao/jet/tool/print.h"
 #include "platform/dao/names.h"
+#include "platform/dao/sqlite/handle.h"
 #include "platform/dao/sqlite/schema.h"
 #include "platform/dao/sqlite/statement.h"
 #include "platform/text/text.h"
@@ -59,11 +59,9 @@ class Words {
 
 // The fields that definitions of columns in parentheses describe. SQLite reads them.
 std::vector<CDaoFieldInfo> describedFields(const std::string& definitions) {
-    sqlite3* db = nullptr;
-    sqlite3_open(":memory:", &db);
-    std::unique_ptr<sqlite3, int (*)(sqlite3*)> closing(db, sqlite3_close);
-    dao::sqlite::Statement(db, "CREATE TABLE x" + definitions).run();
-    return dao::sqlite::describeTable(db, "x");
+    dao::sqlite::Handle db = dao::sqlite::openMemory();
+    dao::sqlite::Statement(db.get(), "CREATE TABLE x" + definitions).run();
+    return dao::sqlite::describeTable(db.get(), "x");
 }
 
 bool define(CDaoDatabase& database, const std::string& sql) {

@@ -1,6 +1,8 @@
 // Statements over Access files: what is found, with an index and without one, and what a failure leaves.
 #include <gtest/gtest.h>
 
+#include <fstream>
+
 #include "platform/dao/dao.h"
 #include "platform/dao/jet/database.h"
 #include "tests/platform/dao/scratch.h"
@@ -236,6 +238,30 @@ TEST_F(AccessSql, AStatementThatFailsChangesNothing) {
     EXPECT_EQ(values("SELECT COUNT(*) FROM PLAIN"), "3000 ");
     db.Close();
     EXPECT_EQ(faultsOf(path), "");
+}
+
+// A password lies on bytes that are 0 in a file without one, under a mask that stays as it is.
+TEST_F(AccessSql, AFileWithAPasswordOpensByItsConnectString) {
+    constexpr std::streamoff kPasswordAt = 0x42;
+    const std::string password = "a;b }";
+    db.Close();
+    std::fstream file(path, std::ios::in | std::ios::out | std::ios::binary);
+    for (size_t i = 0; i < password.size(); ++i) {
+        std::streamoff at = kPasswordAt + 2 * static_cast<std::streamoff>(i);
+        file.seekg(at);
+        char byte = static_cast<char>(file.get() ^ password[i]);
+        file.seekp(at);
+        file.put(byte);
+    }
+    file.close();
+    for (const char* wrong : {"", ";PWD=", ";PWD=a", ";UID=a;b }"})
+        EXPECT_THROW(db.Open(path, false, false, wrong), CDaoException) << wrong;
+    db.Open(path, false, false, ";pwd={a;b }}}");
+    EXPECT_EQ(values("SELECT COUNT(*) FROM PLAIN"), "3000 ");
+    db.Close();
+    EXPECT_EQ(outputOf("'" NORVANE_BIN_DIR "/jet' --password '" + password + "' sql '" + path +
+                       "' 'SELECT COUNT(*) FROM PLAIN'"),
+              "3000\n");
 }
 
 }  // namespace

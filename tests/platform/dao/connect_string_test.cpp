@@ -36,6 +36,9 @@ TEST(ConnectStrings, SettingsAreReplacedAndAdded) {
     connect.set("PWD", "x;{y}");
     EXPECT_EQ(connect.text(), "DSN=a;uid=c;PWD={x;{y}}}");
     EXPECT_EQ(connect.password(), "x;{y}");
+    connect.set("PWD", " x ");
+    EXPECT_EQ(connect.text(), "DSN=a;uid=c;PWD={ x }");
+    EXPECT_EQ(connect.password(), " x ");
     ConnectString empty("ODBC;");
     empty.set("DSN", "office");
     EXPECT_EQ(empty.text(), "DSN=office");
