@@ -9,6 +9,7 @@
 
 #include "platform/dao/access_sql.h"
 #include "platform/dao/names.h"
+#include "platform/dao/sqlite/handle.h"
 #include "platform/dao/sqlite/schema.h"
 #include "platform/dao/sqlite/statement.h"
 
@@ -22,23 +23,21 @@ void require(bool condition) {
 
 class MemoryDatabase {
   public:
-    MemoryDatabase() { sqlite3_open(":memory:", &db_); }
-    ~MemoryDatabase() { sqlite3_close(db_); }
-    sqlite3* handle() const { return db_; }
+    sqlite3* handle() const { return db_.get(); }
     // Whether text is one statement that SQLite takes; never may it be two.
     bool takes(const std::string& sql) {
         sqlite3_stmt* statement = nullptr;
         const char* rest = nullptr;
-        bool good = sqlite3_prepare_v2(db_, sql.c_str(), static_cast<int>(sql.size()), &statement, &rest) ==
-                    SQLITE_OK;
+        bool good = sqlite3_prepare_v2(handle(), sql.c_str(), static_cast<int>(sql.size()), &statement,
+                                       &rest) == SQLITE_OK;
         require(!good || rest == sql.c_str() + sql.size());
         sqlite3_finalize(statement);
         return good;
     }
-    void run(const std::string& sql) { sqlite3_exec(db_, sql.c_str(), nullptr, nullptr, nullptr); }
+    void run(const std::string& sql) { sqlite3_exec(handle(), sql.c_str(), nullptr, nullptr, nullptr); }
 
   private:
-    sqlite3* db_ = nullptr;
+    dao::sqlite::Handle db_ = dao::sqlite::openMemory();
 };
 
 void tryStatement(const std::string& text) {

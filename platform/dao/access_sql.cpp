@@ -1,116 +1,52 @@
 #include "platform/dao/access_sql.h"
 
 #include <algorithm>
-#include <array>
 
 #include "platform/dao/dao.h"
+#include "platform/dao/sql_tokens.h"
 #include "platform/text/text.h"
 
 namespace dao {
 namespace {
 
-struct Token {
-    enum Kind { kWord, kName, kText, kNumber, kDate, kSymbol, kEnd } kind = kEnd;
-    std::string text;  // without brackets and quotes
-    bool is(std::string_view word) const { return kind == kWord && text::equalNoCase(text, word); }
-    bool isSymbol(std::string_view symbol) const { return kind == kSymbol && text == symbol; }
-};
+using Token = SqlToken;
+
+constexpr SqlDialect kDialect = {.backquotedNames = true, .dates = true};
 
 [[noreturn]] void syntaxError(const std::string& what, std::string_view sql) {
     throw CDaoException("Syntax error (" + what + ") in the statement: " + std::string(sql));
 }
 
-bool isWordStart(char c) {
-    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_' || (c & 0x80);
+// What the statement lacks where something in it is not closed.
+const char* missing(const Token& open) {
+    switch (open.whole.front()) {
+        case '[':
+            return "a bracket is missing";
+        case '#':
+            return "a # of a date is missing";
+        case '`':
+            return "a quote of a name is missing";
+        default:
+            return "a quote is missing";
+    }
 }
-bool isDigit(char c) {
-    return c >= '0' && c <= '9';
+
+// Without blanks, and without semicolons at the end. Throws for what is no piece of a statement.
+std::vector<Token> tokensOf(std::string_view sql) {
+    std::vector<Token> tokens = sqlTokens(sql, kDialect);
+    std::erase_if(tokens, [](const Token& t) { return t.kind == Token::kBlank; });
+    for (const Token& t : tokens) {
+        if (!t.closed) syntaxError(missing(t), sql);
+        if (t.kind == Token::kSymbol &&
+            std::string_view("()*,=<>+-/&.;").find(t.text.front()) == std::string_view::npos)
+            syntaxError("the character " + t.text, sql);
+    }
+    while (!tokens.empty() && tokens.back().isSymbol(";")) tokens.pop_back();
+    return tokens;
 }
-
-class Tokenizer {
-  public:
-    explicit Tokenizer(std::string_view sql) : sql_(sql) {}
-
-    std::vector<Token> all() {
-        std::vector<Token> tokens;
-        while (skipBlanks()) tokens.push_back(next());
-        while (!tokens.empty() && tokens.back().isSymbol(";")) tokens.pop_back();
-        return tokens;
-    }
-
-  private:
-    bool skipBlanks() {
-        while (at_ < sql_.size() && (sql_[at_] == ' ' || (sql_[at_] >= '\t' && sql_[at_] <= '\r'))) ++at_;
-        return at_ < sql_.size();
-    }
-
-    Token next() {
-        char c = sql_[at_];
-        if (c == '\'' || c == '"') return {Token::kText, quoted(c)};
-        if (c == '[') return {Token::kName, enclosed(']', "a bracket is missing")};
-        if (c == '`') return {Token::kName, enclosed('`', "a quote of a name is missing")};
-        if (c == '#') return {Token::kDate, enclosed('#', "a # of a date is missing")};
-        if (isWordStart(c))
-            return {Token::kWord, while_([](char d) { return isWordStart(d) || isDigit(d) || d == '$'; })};
-        if (isDigit(c) || (c == '.' && at_ + 1 < sql_.size() && isDigit(sql_[at_ + 1])))
-            return {Token::kNumber, number()};
-        for (std::string_view pair : {"<>", "<=", ">="})
-            if (sql_.substr(at_, 2) == pair) return at_ += 2, Token{Token::kSymbol, std::string(pair)};
-        if (std::string_view("()*,=<>+-/&.;").find(c) == std::string_view::npos)
-            syntaxError("the character " + std::string(1, c), sql_);
-        ++at_;
-        return {Token::kSymbol, std::string(1, c)};
-    }
-
-    // Text up to the closing quote; a doubled quote stands for one.
-    std::string quoted(char quote) {
-        std::string out;
-        for (++at_; at_ < sql_.size(); ++at_) {
-            if (sql_[at_] == quote && (at_ + 1 >= sql_.size() || sql_[at_ + 1] != quote)) return ++at_, out;
-            if (sql_[at_] == quote) ++at_;
-            out += sql_[at_];
-        }
-        syntaxError("a quote is missing", sql_);
-    }
-
-    std::string enclosed(char closing, const char* missing) {
-        size_t end = sql_.find(closing, at_ + 1);
-        if (end == std::string_view::npos) syntaxError(missing, sql_);
-        std::string out(sql_.substr(at_ + 1, end - at_ - 1));
-        at_ = end + 1;
-        return out;
-    }
-
-    template <typename Test>
-    std::string while_(Test test) {
-        size_t begin = at_;
-        while (at_ < sql_.size() && test(sql_[at_])) ++at_;
-        return std::string(sql_.substr(begin, at_ - begin));
-    }
-
-    std::string number() {
-        std::string out = while_([](char d) { return isDigit(d) || d == '.'; });
-        if (at_ < sql_.size() && (sql_[at_] == 'e' || sql_[at_] == 'E')) {
-            out += sql_[at_++];
-            if (at_ < sql_.size() && (sql_[at_] == '-' || sql_[at_] == '+')) out += sql_[at_++];
-            out += while_(isDigit);
-        }
-        return out;
-    }
-
-    std::string_view sql_;
-    size_t at_ = 0;
-};
 
 bool isKeyword(const Token& token) {
-    static constexpr std::array<std::string_view, 35> kWords = {
-        "SELECT", "FROM",    "WHERE",  "AND",   "OR",     "NOT",    "IN",     "IS",     "NULL",
-        "LIKE",   "BETWEEN", "ORDER",  "BY",    "GROUP",  "HAVING", "ASC",    "DESC",   "DISTINCT",
-        "AS",     "ALL",     "UPDATE", "SET",   "INSERT", "INTO",   "VALUES", "DELETE", "JOIN",
-        "INNER",  "LEFT",    "ON",     "UNION", "EXISTS", "OUTER",  "RIGHT",  "MOD"};
-    return token.kind == Token::kWord && std::any_of(kWords.begin(), kWords.end(), [&](auto word) {
-               return text::equalNoCase(token.text, word);
-           });
+    return token.isKeyword() || token.is("MOD");
 }
 
 bool isName(const Token& token) {
@@ -124,9 +60,7 @@ bool hasForeignLetters(std::string_view s) {
 std::string dateLiteral(const std::string& s) {
     Date date;
     if (!dateFromText(s, date)) throw CDaoException("#" + s + "# is no date.");
-    Calendar c = calendarOf(date);
-    return text::format("'%04d-%02d-%02d %02d:%02d:%02d'", c.year, c.month, c.day, c.hour, c.minute,
-                        c.second);
+    return quotedText(dateAndTime(date));
 }
 
 // A pattern of Access as one of SQLite, with its escape.
@@ -310,15 +244,8 @@ std::string takeTop(std::vector<Token>& tokens) {
 
 }  // namespace
 
-std::string quotedName(std::string_view name) {
-    return "\"" + text::replaceAll(name, "\"", "\"\"") + "\"";
-}
-std::string quotedText(std::string_view s) {
-    return "'" + text::replaceAll(s, "'", "''") + "'";
-}
-
 AccessStatement translateStatement(std::string_view sql) {
-    std::vector<Token> tokens = Tokenizer(sql).all();
+    std::vector<Token> tokens = tokensOf(sql);
     if (tokens.empty()) syntaxError("it is empty", sql);
     if (!parenthesesMatch(tokens)) syntaxError("a parenthesis is missing", sql);
     AccessStatement out;
@@ -368,7 +295,7 @@ std::string AccessStatement::fromClause(const std::string& condition) const {
 
 std::string translateRule(std::string_view rule, const std::string& field) {
     // A rule leaves out what it speaks of: "YES" Or "NO" means field = "YES" or field = "NO".
-    std::vector<Token> tokens = Tokenizer(rule).all();
+    std::vector<Token> tokens = tokensOf(rule);
     std::vector<Token> full;
     bool operand = true;  // a comparison begins here
     for (const Token& t : tokens) {
@@ -402,7 +329,7 @@ std::string translateDefault(std::string_view expression, bool isText) {
     std::vector<Token> tokens;
     bool literal = !s.empty() && (s.front() == '"' || s.front() == '\'' || s.front() == '#');
     if (isText && !literal) return quotedText(s);
-    tokens = Tokenizer(s).all();
+    tokens = tokensOf(s);
     bool single = tokens.size() == 1 && tokens[0].kind != Token::kSymbol && tokens[0].kind != Token::kName;
     bool negative = tokens.size() == 2 && tokens[0].isSymbol("-") && tokens[1].kind == Token::kNumber;
     if (!single && !negative)

@@ -51,8 +51,4 @@ std::string translateRule(std::string_view rule, const std::string& field);
 // The default of a field as an expression of SQLite.
 std::string translateDefault(std::string_view expression, bool isText);
 
-// A name in double quotes, text in single quotes, each doubled inside.
-std::string quotedName(std::string_view name);
-std::string quotedText(std::string_view text);
-
 }  // namespace dao

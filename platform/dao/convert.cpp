@@ -51,29 +51,12 @@ bool numberFromText(std::string_view s, double& number) {
     return error == std::errc() && end == s.data() + s.size();
 }
 
-// Any value that counts as a number.
-struct ToNumber {
-    const Variant& value;
-    const CDaoFieldInfo& field;
-    double operator()(std::monostate) const { return 0; }
-    double operator()(bool v) const { return v ? -1 : 0; }
-    double operator()(uint8_t v) const { return v; }
-    double operator()(int16_t v) const { return v; }
-    double operator()(int32_t v) const { return v; }
-    double operator()(float v) const { return static_cast<double>(v); }
-    double operator()(double v) const { return v; }
-    double operator()(Currency v) const { return static_cast<double>(v.tenThousandths) / 10000.0; }
-    double operator()(Date v) const { return v.days; }
-    double operator()(const std::string& v) const {
-        double number;
-        if (!numberFromText(v, number)) conversionError(value, field);
-        return number;
-    }
-    double operator()(const Binary&) const { conversionError(value, field); }
-};
-
 double toNumber(const Variant& value, const CDaoFieldInfo& field) {
-    return std::visit(ToNumber{value, field}, value.content());
+    double number;
+    if (numberOf(value, number)) return number;
+    bool isNumber = value.is<std::string>() && numberFromText(value.get<std::string>(), number);
+    if (!isNumber) conversionError(value, field);
+    return number;
 }
 
 template <typename T>

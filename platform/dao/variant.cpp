@@ -139,9 +139,9 @@ bool dateFromText(std::string_view s, Date& date) {
 namespace {
 
 std::string dateText(Date date) {
-    Calendar c = calendarOf(date);
-    std::string out = text::format("%04d-%02d-%02d", c.year, c.month, c.day);
-    if (c.hour || c.minute || c.second) out += text::format(" %02d:%02d:%02d", c.hour, c.minute, c.second);
+    constexpr std::string_view kMidnight = " 00:00:00";
+    std::string out = dateAndTime(date);
+    if (out.ends_with(kMidnight)) out.resize(out.size() - kMidnight.size());
     return out;
 }
 
@@ -167,7 +167,34 @@ struct ToText {
     std::string operator()(const Binary&) const { return ""; }
 };
 
+struct ToNumber {
+    double& number;
+    bool operator()(std::monostate) const { return set(0); }
+    bool operator()(bool v) const { return set(v ? -1 : 0); }
+    bool operator()(Currency v) const { return set(static_cast<double>(v.tenThousandths) / 10000.0); }
+    bool operator()(Date v) const { return set(v.days); }
+    bool operator()(const std::string&) const { return false; }
+    bool operator()(const Binary&) const { return false; }
+    template <typename Number>
+    bool operator()(Number v) const {
+        return set(static_cast<double>(v));
+    }
+    bool set(double value) const {
+        number = value;
+        return true;
+    }
+};
+
 }  // namespace
+
+bool numberOf(const Variant& value, double& number) {
+    return std::visit(ToNumber{number}, value.content());
+}
+
+std::string dateAndTime(Date date) {
+    Calendar c = calendarOf(date);
+    return text::format("%04d-%02d-%02d %02d:%02d:%02d", c.year, c.month, c.day, c.hour, c.minute, c.second);
+}
 
 std::string exactText(float value) {
     return shortest(value);

@@ -60,9 +60,16 @@ class Variant {
     Content content_;
 };
 
+// The number of a value that counts as one: 0 for Null, days for a date, -1 for true. False for text and
+// binary data.
+bool numberOf(const Variant& value, double& number);
+
 // The value as text: "" for Null and binary data, whole numbers in digits, reals with up to nine decimals
 // without trailing zeros, dates as "2004-05-31 13:45:10" (without a time at midnight), booleans as -1 and 0.
 std::string toText(const Variant& value);
+
+// "2004-05-31 13:45:10", also at midnight.
+std::string dateAndTime(Date date);
 
 // The shortest text that is this number and no other.
 std::string exactText(float value);

@@ -11,6 +11,7 @@
 #include "platform/dao/connect_string.h"
 #include "platform/dao/errors.h"
 #include "platform/dao/names.h"
+#include "platform/dao/sql_tokens.h"
 #include "platform/dao/sqlite/cursor.h"
 #include "platform/text/text.h"
 

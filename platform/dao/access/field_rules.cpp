@@ -5,6 +5,7 @@
 #include "platform/dao/access_sql.h"
 #include "platform/dao/convert.h"
 #include "platform/dao/jet/catalogue.h"
+#include "platform/dao/sql_tokens.h"
 #include "platform/text/text.h"
 
 namespace dao::access {

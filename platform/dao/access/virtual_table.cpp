@@ -5,6 +5,7 @@
 
 #include "platform/dao/access_sql.h"
 #include "platform/dao/convert.h"
+#include "platform/dao/sql_tokens.h"
 #include "platform/dao/sqlite/schema.h"
 #include "platform/text/text.h"
 
@@ -275,7 +276,7 @@ struct Giver {
     void operator()(Currency v) const {
         sqlite3_result_double(c, static_cast<double>(v.tenThousandths) / 10000);
     }
-    void operator()(Date v) const { (*this)(sqlite::storedDate(v)); }
+    void operator()(Date v) const { (*this)(dateAndTime(v)); }
     void operator()(const std::string& v) const {
         sqlite3_result_text64(c, v.data(), v.size(), SQLITE_TRANSIENT, SQLITE_UTF8);
     }

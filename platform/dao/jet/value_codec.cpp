@@ -15,21 +15,9 @@ namespace {
 }
 
 double numberOf(const ColumnDefinition& column, const Value& value) {
-    struct ToNumber {
-        const ColumnDefinition& column;
-        double operator()(std::monostate) const { return 0; }
-        double operator()(bool v) const { return v ? -1 : 0; }
-        double operator()(uint8_t v) const { return v; }
-        double operator()(int16_t v) const { return v; }
-        double operator()(int32_t v) const { return v; }
-        double operator()(float v) const { return static_cast<double>(v); }
-        double operator()(double v) const { return v; }
-        double operator()(dao::Currency v) const { return static_cast<double>(v.tenThousandths) / 10000; }
-        double operator()(dao::Date v) const { return v.days; }
-        double operator()(const std::string&) const { doesNotFit(column); }
-        double operator()(const dao::Binary&) const { doesNotFit(column); }
-    };
-    return std::visit(ToNumber{column}, value.content());
+    double number;
+    if (!dao::numberOf(value, number)) doesNotFit(column);
+    return number;
 }
 
 template <typename T>

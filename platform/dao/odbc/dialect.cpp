@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/dao/odbc/wide_text.h"
+#include "platform/dao/sql_tokens.h"
 #include "platform/text/text.h"
 
 namespace dao::odbc {
@@ -73,8 +74,7 @@ Dialect::Dialect(SQLHDBC connection) {
 }
 
 std::string Dialect::quoted(std::string_view name) const {
-    if (quote.empty()) return std::string(name);
-    return quote + text::replaceAll(name, quote, quote + quote) + quote;
+    return quote.empty() ? std::string(name) : inQuotes(name, quote);
 }
 
 bool Dialect::isPlain(std::string_view name) const {

@@ -3,112 +3,44 @@
 #include <algorithm>
 #include <array>
 
+#include "platform/dao/sql_tokens.h"
 #include "platform/dao/variant.h"
 #include "platform/text/text.h"
 
 namespace dao::odbc {
 namespace {
 
-struct Token {
-    enum Kind { kWord, kBracket, kText, kDate, kBlank, kSymbol } kind = kSymbol;
-    std::string_view whole;  // as it stands in the statement
-    std::string_view name() const { return kind == kBracket ? whole.substr(1, whole.size() - 2) : whole; }
-    bool isName() const { return kind == kWord || kind == kBracket; }
-    bool is(std::string_view word) const { return kind == kWord && text::equalNoCase(whole, word); }
-    bool isSymbol(char c) const { return kind == kSymbol && whole.size() == 1 && whole[0] == c; }
-};
+using Token = SqlToken;
 
-bool isWordStart(char c) {
-    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_' || (c & 0x80);
+// Text in double quotes is a name of the server's in a statement that is passed through.
+constexpr SqlDialect kPassed = {.doubleQuoted = SqlToken::kSymbol, .subscripts = true};
+constexpr SqlDialect kTranslated = {.dates = true, .subscripts = true};
+
+bool isName(const Token& token) {
+    return token.kind == Token::kWord || token.kind == Token::kName;
 }
-bool isWordPart(char c) {
-    return isWordStart(c) || (c >= '0' && c <= '9') || c == '$';
-}
-bool isBlank(char c) {
-    return c == ' ' || (c >= '\t' && c <= '\r');
-}
-
-// Cuts a statement into pieces that together are the statement again. Nothing is an error here: the server
-// is the one who complains.
-class Scanner {
-  public:
-    Scanner(std::string_view sql, bool passThrough) : sql_(sql), passThrough_(passThrough) {}
-
-    std::vector<Token> all() {
-        std::vector<Token> tokens;
-        while (at_ < sql_.size()) {
-            size_t begin = at_;
-            Token::Kind kind = next();
-            tokens.push_back({kind, sql_.substr(begin, at_ - begin)});
-        }
-        return tokens;
-    }
-
-  private:
-    Token::Kind next() {
-        char c = sql_[at_];
-        if (isBlank(c)) return skip(isBlank), Token::kBlank;
-        if (isWordStart(c)) return skip(isWordPart), Token::kWord;
-        // A number is one piece, so that its exponent is no name.
-        if (c >= '0' && c <= '9')
-            return skip([](char d) { return isWordPart(d) || d == '.'; }), Token::kSymbol;
-        if (c == '\'') return enclosed('\''), Token::kText;
-        if (c == '"') return enclosed('"'), passThrough_ ? Token::kSymbol : Token::kText;
-        if (c == '#' && !passThrough_ && enclosed('#')) return Token::kDate;
-        // What follows a name or another bracket directly is the server's own subscript.
-        bool subscript =
-            at_ > 0 && (isWordPart(sql_[at_ - 1]) || sql_[at_ - 1] == ']' || sql_[at_ - 1] == ')');
-        if (c == '[' && !subscript && sql_.substr(at_ + 1, 1) != "]" && enclosed(']')) return Token::kBracket;
-        ++at_;
-        return Token::kSymbol;
-    }
-
-    template <typename Test>
-    void skip(Test test) {
-        while (at_ < sql_.size() && test(sql_[at_])) ++at_;
-    }
-
-    // Moves behind the closing character, doubled ones passed over; to the end when a quote is not closed.
-    bool enclosed(char closing) {
-        size_t end = at_ + 1;
-        for (;; end += 2) {
-            end = sql_.find(closing, end);
-            if (end == std::string_view::npos) break;
-            if (closing == ']' || end + 1 >= sql_.size() || sql_[end + 1] != closing) {
-                at_ = end + 1;
-                return true;
-            }
-        }
-        if (closing == '\'' || closing == '"') at_ = sql_.size();
-        return false;
-    }
-
-    std::string_view sql_;
-    bool passThrough_;
-    size_t at_ = 0;
-};
 
 template <size_t n>
 bool isOneOf(const Token& token, const std::array<std::string_view, n>& words) {
     return std::any_of(words.begin(), words.end(), [&](std::string_view word) { return token.is(word); });
 }
 
-// Words that are never the name of a column where a column could stand.
-constexpr std::array<std::string_view, 38> kKeywords = {
-    "SELECT", "FROM",    "WHERE", "AND",    "OR",   "NOT",   "IN",       "IS",    "NULL", "LIKE",
-    "ORDER",  "BY",      "GROUP", "HAVING", "ASC",  "DESC",  "DISTINCT", "AS",    "ALL",  "UPDATE",
-    "SET",    "INSERT",  "INTO",  "VALUES", "JOIN", "INNER", "LEFT",     "RIGHT", "ON",   "UNION",
-    "DELETE", "BETWEEN", "CASE",  "WHEN",   "THEN", "ELSE",  "END",      "EXISTS"};
+constexpr std::array<std::string_view, 5> kCaseWords = {"CASE", "WHEN", "THEN", "ELSE", "END"};
 constexpr std::array<std::string_view, 5> kBeforeTables = {"FROM", "INTO", "UPDATE", "JOIN", "TABLE"};
 // Functions of ODBC that servers have under other names.
 constexpr std::array<std::string_view, 18> kFunctions = {
     "UCASE",      "LCASE",     "LOCATE", "SPACE",  "IFNULL", "CURDATE", "CURTIME", "DAYNAME",  "MONTHNAME",
     "DAYOFMONTH", "DAYOFWEEK", "HOUR",   "MINUTE", "SECOND", "WEEK",    "QUARTER", "TRUNCATE", "RAND"};
 
+// A word that is never the name of a column where a column could stand.
+bool isKeyword(const Token& token) {
+    return token.isKeyword() || isOneOf(token, kCaseWords);
+}
+
 class Translator {
   public:
     Translator(std::string_view sql, const Dialect& dialect, Catalogue& catalogue, bool passThrough)
-        : tokens_(Scanner(sql, passThrough).all()),
+        : tokens_(sqlTokens(sql, passThrough ? kPassed : kTranslated)),
           dialect_(dialect),
           catalogue_(catalogue),
           passThrough_(passThrough) {}
@@ -138,7 +70,7 @@ class Translator {
     }
     // The end of a name and those joined to it by points: JANE.TREE.
     size_t endOfChain(size_t i) const {
-        while (token(i + 1).isSymbol('.') && token(i + 2).isName()) i += 2;
+        while (token(i + 1).isSymbol(".") && isName(token(i + 2))) i += 2;
         return i + 1;
     }
 
@@ -146,10 +78,10 @@ class Translator {
         for (size_t i = 0; i < tokens_.size(); ++i) {
             if (!isOneOf(token(i), kBeforeTables)) continue;
             size_t name = behindBlanks(i + 1);
-            if (!token(name).isName()) continue;
+            if (!isName(token(name))) continue;
             size_t end = endOfChain(name);
-            std::string_view owner = end > name + 1 ? token(end - 3).name() : "";
-            mentions_.push_back({name, end, catalogue_.find(owner, token(end - 1).name())});
+            std::string_view owner = end > name + 1 ? token(end - 3).text : "";
+            mentions_.push_back({name, end, catalogue_.find(owner, token(end - 1).text)});
             if (token(i).is("INTO")) findColumnList(end);
             i = end - 1;
         }
@@ -158,9 +90,9 @@ class Translator {
     // INSERT INTO TREE (PT_ID, DESC): all that stands between these parentheses are names.
     void findColumnList(size_t behindTable) {
         size_t open = behindBlanks(behindTable);
-        if (!token(open).isSymbol('(')) return;
+        if (!token(open).isSymbol("(")) return;
         size_t close = open;
-        while (close < tokens_.size() && !token(close).isSymbol(')')) ++close;
+        while (close < tokens_.size() && !token(close).isSymbol(")")) ++close;
         listBegin_ = open;
         listEnd_ = close;
     }
@@ -168,15 +100,15 @@ class Translator {
     // Writes what stands at at_, and moves behind it.
     std::string piece() {
         const Token& t = tokens_[at_];
-        if (t.isName() && escapes_ == 0) return name();
+        if (isName(t) && escapes_ == 0) return name();
         ++at_;
-        if (t.kind == Token::kText && !passThrough_) return literal(t.whole);
-        if (t.kind == Token::kDate) return date(t.whole);
-        if (t.isSymbol('{')) ++escapes_;
-        if (t.isSymbol('}') && escapes_ > 0) --escapes_;
-        if (t.isSymbol('(')) opened_.push_back(false);
+        if (t.kind == Token::kText && t.whole.front() == '"' && t.closed) return quotedText(t.text);
+        if (t.kind == Token::kDate) return date(t);
+        if (t.isSymbol("{")) ++escapes_;
+        if (t.isSymbol("}") && escapes_ > 0) --escapes_;
+        if (t.isSymbol("(")) opened_.push_back(false);
         std::string out(t.whole);
-        if (t.isSymbol(')') && !opened_.empty()) {
+        if (t.isSymbol(")") && !opened_.empty()) {
             if (opened_.back()) out += "}";
             opened_.pop_back();
         }
@@ -188,11 +120,11 @@ class Translator {
             if (mention.begin == at_) return tableName(mention);
         const Token& t = tokens_[at_];
         size_t open = behindBlanks(at_ + 1);
-        if (t.kind == Token::kWord && token(open).isSymbol('(') && isOneOf(t, kFunctions))
+        if (t.kind == Token::kWord && token(open).isSymbol("(") && isOneOf(t, kFunctions))
             return function(open);
         bool inList = at_ > listBegin_ && at_ < listEnd_;
         ++at_;
-        if (t.kind == Token::kWord && !inList && (isOneOf(t, kKeywords) || token(open).isSymbol('(')))
+        if (t.kind == Token::kWord && !inList && (isKeyword(t) || token(open).isSymbol("(")))
             return std::string(t.whole);
         return columnName(t);
     }
@@ -214,10 +146,10 @@ class Translator {
             if (!mention.table) continue;
             const std::vector<std::string>& columns = catalogue_.columnsOf(*mention.table);
             // The name as it stands goes before one of another case.
-            auto found = std::find(columns.begin(), columns.end(), t.name());
+            auto found = std::find(columns.begin(), columns.end(), t.text);
             if (found == columns.end())
                 found = std::find_if(columns.begin(), columns.end(), [&](const std::string& column) {
-                    return text::equalNoCase(column, t.name());
+                    return text::equalNoCase(column, t.text);
                 });
             if (found != columns.end()) return asFound(t, *found);
         }
@@ -225,10 +157,10 @@ class Translator {
     }
 
     std::string asWritten(const Token& t) const {
-        return t.kind == Token::kBracket ? dialect_.written(dialect_.forNew(t.name())) : std::string(t.whole);
+        return t.kind == Token::kName ? dialect_.written(dialect_.forNew(t.text)) : std::string(t.whole);
     }
     std::string asFound(const Token& t, const std::string& actual) const {
-        return dialect_.understands(t.name(), actual) ? std::string(t.name()) : dialect_.written(actual);
+        return dialect_.understands(t.text, actual) ? std::string(t.text) : dialect_.written(actual);
     }
 
     std::string function(size_t open) {
@@ -241,19 +173,10 @@ class Translator {
         return word + "(";
     }
 
-    // Text in double quotes as text in single ones.
-    static std::string literal(std::string_view whole) {
-        if (whole.front() != '"' || whole.size() < 2 || whole.back() != '"') return std::string(whole);
-        std::string inside = text::replaceAll(whole.substr(1, whole.size() - 2), "\"\"", "\"");
-        return "'" + text::replaceAll(inside, "'", "''") + "'";
-    }
-
-    static std::string date(std::string_view whole) {
+    static std::string date(const Token& t) {
         Date date;
-        if (!dateFromText(whole.substr(1, whole.size() - 2), date)) return std::string(whole);
-        Calendar c = calendarOf(date);
-        return text::format("{ts '%04d-%02d-%02d %02d:%02d:%02d'}", c.year, c.month, c.day, c.hour, c.minute,
-                            c.second);
+        if (!dateFromText(t.text, date)) return std::string(t.whole);
+        return "{ts " + quotedText(dateAndTime(date)) + "}";
     }
 
     // The table of SELECT columns FROM table [WHERE ...] [ORDER BY ...].
@@ -263,13 +186,12 @@ class Translator {
         size_t from = mentions_[0].begin;
         for (size_t i = first + 1; i < from; ++i) {
             const Token& t = token(i);
-            bool column = t.kind == Token::kBlank || t.kind == Token::kBracket || t.isSymbol('*') ||
-                          t.isSymbol(',') || t.is("FROM") ||
-                          (t.kind == Token::kWord && !isOneOf(t, kKeywords));
+            bool column = t.kind == Token::kBlank || t.kind == Token::kName || t.isSymbol("*") ||
+                          t.isSymbol(",") || t.is("FROM") || (t.kind == Token::kWord && !isKeyword(t));
             if (!column) return nullptr;
         }
         size_t next = behindBlanks(mentions_[0].end);
-        while (token(next).isSymbol(';')) next = behindBlanks(next + 1);
+        while (token(next).isSymbol(";")) next = behindBlanks(next + 1);
         if (next < tokens_.size() && !token(next).is("WHERE") && !token(next).is("ORDER")) return nullptr;
         for (size_t i = next; i < tokens_.size(); ++i)
             if (token(i).is("GROUP") || token(i).is("UNION")) return nullptr;

@@ -7,6 +7,7 @@
 #include "platform/dao/access_sql.h"
 #include "platform/dao/errors.h"
 #include "platform/dao/names.h"
+#include "platform/dao/sql_tokens.h"
 #include "platform/dao/sqlite/cursor.h"
 #include "platform/dao/sqlite/geopackage.h"
 #include "platform/dao/sqlite/schema.h"

@@ -5,6 +5,7 @@
 
 #include "platform/dao/errors.h"
 #include "platform/dao/names.h"
+#include "platform/dao/sql_tokens.h"
 #include "platform/dao/sqlite/schema.h"
 #include "platform/text/text.h"
 

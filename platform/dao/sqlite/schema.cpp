@@ -1,13 +1,13 @@
 #include "platform/dao/sqlite/schema.h"
 
 #include <algorithm>
-#include <cctype>
 #include <utility>
 
 #include "platform/dao/access_sql.h"
 #include "platform/dao/convert.h"
 #include "platform/dao/errors.h"
 #include "platform/dao/names.h"
+#include "platform/dao/sql_tokens.h"
 #include "platform/dao/sqlite/statement.h"
 #include "platform/text/text.h"
 
@@ -52,76 +52,23 @@ std::string declaredType(const CDaoFieldInfo& field) {
 
 namespace {
 
-// The tokens of a CREATE TABLE statement: names and texts with their quotes taken off, everything else as it
-// is.
-struct SchemaToken {
-    std::string text;
-    bool quoted = false;
-    bool is(std::string_view word) const { return !quoted && text::equalNoCase(text, word); }
-    bool operator==(const SchemaToken&) const = default;
-};
+constexpr SqlDialect kDialect = {.doubleQuoted = SqlToken::kName, .backquotedNames = true, .comments = true};
 
-size_t skipComment(std::string_view sql, size_t at) {
-    if (sql.substr(at, 2) == "--") return std::min(sql.find('\n', at), sql.size());
-    if (sql.substr(at, 2) == "/*") {
-        size_t end = sql.find("*/", at + 2);
-        return end == std::string_view::npos ? sql.size() : end + 2;
-    }
-    return at;
-}
+using ColumnTokens = std::vector<SqlToken>;
 
-SchemaToken quotedToken(std::string_view sql, size_t& at) {
-    char closing = sql[at] == '[' ? ']' : sql[at];
-    SchemaToken token{"", true};
-    for (++at; at < sql.size(); ++at) {
-        if (sql[at] == closing) {
-            if (closing == ']' || at + 1 >= sql.size() || sql[at + 1] != closing) break;
-            ++at;
-        }
-        token.text += sql[at];
-    }
-    if (at < sql.size()) ++at;
-    return token;
-}
-
-std::vector<SchemaToken> schemaTokens(std::string_view sql) {
-    std::vector<SchemaToken> tokens;
-    auto isWord = [](char c) {
-        return std::isalnum(static_cast<unsigned char>(c)) || c == '_' || c == '.' || (c & 0x80);
-    };
-    for (size_t at = 0; at < sql.size();) {
-        char c = sql[at];
-        if (size_t behind = skipComment(sql, at); behind != at) {
-            at = behind;
-        } else if (std::isspace(static_cast<unsigned char>(c))) {
-            ++at;
-        } else if (c == '"' || c == '\'' || c == '[' || c == '`') {
-            tokens.push_back(quotedToken(sql, at));
-        } else if (isWord(c)) {
-            size_t begin = at;
-            while (at < sql.size() && isWord(sql[at])) ++at;
-            tokens.push_back({std::string(sql.substr(begin, at - begin))});
-        } else {
-            tokens.push_back({std::string(1, c)});
-            ++at;
-        }
-    }
-    return tokens;
-}
-
-using ColumnTokens = std::vector<SchemaToken>;
-
-// The definitions between the outer parentheses of CREATE TABLE, one list of tokens each.
+// The definitions between the outer parentheses of CREATE TABLE, one list of tokens each. They point into the
+// statement.
 std::vector<ColumnTokens> splitDefinitions(const std::string& sql) {
     std::vector<ColumnTokens> definitions;
     int depth = 0;
-    for (SchemaToken& t : schemaTokens(sql)) {
-        if (t.is(")") && --depth == 0) break;
-        if (depth == 1 && t.is(","))
+    for (const SqlToken& t : sqlTokens(sql, kDialect)) {
+        if (t.kind == SqlToken::kBlank) continue;
+        if (t.isSymbol(")") && --depth == 0) break;
+        if (depth == 1 && t.isSymbol(","))
             definitions.emplace_back();
         else if (depth >= 1)
             definitions.back().push_back(t);
-        if (t.is("(") && ++depth == 1) definitions.emplace_back();
+        if (t.isSymbol("(") && ++depth == 1) definitions.emplace_back();
     }
     return definitions;
 }
@@ -178,7 +125,7 @@ void readChecks(const ColumnTokens& column, CDaoFieldInfo& field) {
             if (std::string rule = ruleOfConstraint(column[i + 1].text); !rule.empty())
                 field.validationRule = rule;
         if (column[i].is("CHECK") && i + 7 < column.size() && column[i + 2].is("length") &&
-            column[i + 6].is("BETWEEN") && column[i + 7].is("1"))
+            column[i + 6].is("BETWEEN") && column[i + 7].text == "1")
             field.allowZeroLength = false;
         if (column[i].is("AUTOINCREMENT")) field.attributes |= dbAutoIncrField;
     }
@@ -197,7 +144,7 @@ std::string storedSql(sqlite3* db, const std::string& table) {
 std::string defaultExpression(const std::string& sql) {
     if (sql.size() < 2 || sql.front() != '\'') return sql == "NULL" ? "" : sql;
     std::string content = text::replaceAll(std::string_view(sql).substr(1, sql.size() - 2), "''", "'");
-    return "\"" + text::replaceAll(content, "\"", "\"\"") + "\"";
+    return inQuotes(content, "\"");
 }
 
 long sizeInType(std::string_view declared) {
@@ -248,7 +195,8 @@ std::string columnList(const std::vector<CDaoFieldInfo>& fields) {
 }
 
 std::vector<CDaoFieldInfo> describeTable(sqlite3* db, const std::string& table) {
-    std::vector<ColumnTokens> definitions = splitDefinitions(storedSql(db, table));
+    std::string sql = storedSql(db, table);
+    std::vector<ColumnTokens> definitions = splitDefinitions(sql);
     std::vector<CDaoFieldInfo> fields;
     Statement s(db, "PRAGMA table_xinfo(" + quotedName(table) + ")");
     while (s.step()) {
@@ -276,8 +224,16 @@ std::vector<CDaoFieldInfo> describeTable(sqlite3* db, const std::string& table) 
 }
 
 bool isOwnTable(sqlite3* db, const std::string& table, FileKind kind) {
-    return splitDefinitions(storedSql(db, table)) ==
-           splitDefinitions(createTableStatement(table, describeTable(db, table), kind));
+    auto sameToken = [](const SqlToken& a, const SqlToken& b) {
+        return a.kind == b.kind && a.text == b.text;
+    };
+    auto sameColumn = [&](const ColumnTokens& a, const ColumnTokens& b) {
+        return std::equal(a.begin(), a.end(), b.begin(), b.end(), sameToken);
+    };
+    std::string stored = storedSql(db, table),
+                own = createTableStatement(table, describeTable(db, table), kind);
+    std::vector<ColumnTokens> there = splitDefinitions(stored), wanted = splitDefinitions(own);
+    return std::equal(there.begin(), there.end(), wanted.begin(), wanted.end(), sameColumn);
 }
 
 void typeOfColumn(std::string_view declared, CDaoFieldInfo& field) {

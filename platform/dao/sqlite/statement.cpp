@@ -119,7 +119,7 @@ struct Binder {
         return sqlite3_bind_double(s, i, static_cast<double>(v.tenThousandths) / 10000.0);
     }
     int operator()(Date v) const {
-        std::string t = storedDate(v);
+        std::string t = dateAndTime(v);  // text that sorts
         return sqlite3_bind_text(s, i, t.c_str(), static_cast<int>(t.size()), SQLITE_TRANSIENT);
     }
     int operator()(const std::string& v) const {
@@ -131,11 +131,6 @@ struct Binder {
 };
 
 }  // namespace
-
-std::string storedDate(Date date) {
-    Calendar c = calendarOf(date);
-    return text::format("%04d-%02d-%02d %02d:%02d:%02d", c.year, c.month, c.day, c.hour, c.minute, c.second);
-}
 
 void fail(sqlite3* db, const std::string& sql) {
     throw CDaoException(errorText(db, sql));

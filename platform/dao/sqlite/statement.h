@@ -12,9 +12,6 @@ namespace dao::sqlite {
 // Throws the CDaoException for the last error of a connection.
 [[noreturn]] void fail(sqlite3* db, const std::string& sql = "");
 
-// A date as it is stored: text that sorts.
-std::string storedDate(Date date);
-
 class Statement {
   public:
     Statement(sqlite3* db, const std::string& sql);

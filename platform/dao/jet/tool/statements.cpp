@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "platform/dao/jet/tool/print.h"
-#include "platform/dao/names.h"
+#include "platform/dao/sql_tokens.h"
 #include "platform/dao/sqlite/handle.h"
 #include "platform/dao/sqlite/schema.h"
 #include "platform/dao/sqlite/statement.h"
@@ -12,22 +12,17 @@
 namespace jet {
 namespace {
 
+constexpr dao::SqlDialect kDialect = {.backquotedNames = true, .dates = true};
+
+using Token = dao::SqlToken;
+
 std::vector<std::string> splitStatements(const std::string& sql) {
     std::vector<std::string> statements(1);
-    char quote = 0;
-    for (char c : sql) {
-        if (quote) {
-            if (c == quote) quote = 0;
-        } else if (c == '\'' || c == '"') {
-            quote = c;
-        } else if (c == '[') {
-            quote = ']';
-        } else if (c == ';') {
+    for (const Token& token : dao::sqlTokens(sql, kDialect))
+        if (token.isSymbol(";"))
             statements.emplace_back();
-            continue;
-        }
-        statements.back() += c;
-    }
+        else
+            statements.back() += token.whole;
     std::erase_if(statements, [](const std::string& s) { return text::trim(s).empty(); });
     return statements;
 }
@@ -35,26 +30,42 @@ std::vector<std::string> splitStatements(const std::string& sql) {
 // Takes words off the front of a statement, and a name that may stand in quotes or brackets.
 class Words {
   public:
-    explicit Words(std::string_view s) : rest_(text::trim(s)) {}
+    explicit Words(std::string_view statement) : tokens_(dao::sqlTokens(statement, kDialect)) {
+        skipBlanks();
+    }
+
     bool take(std::string_view word) {
-        if (!text::equalNoCase(rest_.substr(0, word.size()), word)) return false;
-        std::string_view behind = rest_.substr(word.size());
-        if (!behind.empty() && behind.front() != ' ') return false;
-        rest_ = text::trimLeft(behind);
+        if (at_ >= tokens_.size() || !tokens_[at_].is(word)) return false;
+        ++at_;
+        skipBlanks();
         return true;
     }
     std::string name() {
-        bool quoted = !rest_.empty() && (rest_.front() == '"' || rest_.front() == '[');
-        size_t end = quoted ? rest_.find(rest_.front() == '[' ? ']' : '"', 1) : rest_.find_first_of(" (");
-        if (quoted && end == std::string_view::npos) throw CDaoException("A quote of a name is missing.");
-        std::string name(rest_.substr(quoted ? 1 : 0, quoted ? end - 1 : end));
-        rest_ = end == std::string_view::npos ? "" : text::trimLeft(rest_.substr(end + (quoted ? 1 : 0)));
+        std::string name;
+        if (at_ < tokens_.size() && !tokens_[at_].closed)
+            throw CDaoException("A quote of a name is missing.");
+        bool quoted = isAt(Token::kName) || isAt(Token::kText);
+        if (quoted) name = tokens_[at_++].text;
+        // Without quotes it goes up to a blank or a parenthesis.
+        while (!quoted && at_ < tokens_.size() && !isAt(Token::kBlank) && !tokens_[at_].isSymbol("("))
+            name += tokens_[at_++].whole;
+        skipBlanks();
         return name;
     }
-    std::string rest() const { return std::string(rest_); }
+    std::string rest() const {
+        std::string rest;
+        for (size_t i = at_; i < tokens_.size(); ++i) rest += tokens_[i].whole;
+        return rest;
+    }
 
   private:
-    std::string_view rest_;
+    bool isAt(Token::Kind kind) const { return at_ < tokens_.size() && tokens_[at_].kind == kind; }
+    void skipBlanks() {
+        while (isAt(Token::kBlank)) ++at_;
+    }
+
+    std::vector<Token> tokens_;
+    size_t at_ = 0;
 };
 
 // The fields that definitions of columns in parentheses describe. SQLite reads them.
