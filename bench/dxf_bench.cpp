@@ -15,8 +15,8 @@
 #include <string>
 
 #include "bench/stopwatch.h"
-#include "hostcad/ads/host_names.h"
 #include "hostcad/drawing/entity_builder.h"
+#include "hostcad/drawing/host_names.h"
 #include "hostcad/dxf/blank_drawing.h"
 #include "hostcad/dxf/dxf.h"
 #include "platform/ads/entities.h"

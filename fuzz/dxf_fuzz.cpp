@@ -4,8 +4,8 @@
 #include <cstdlib>
 #include <string>
 
-#include "hostcad/ads/host_names.h"
 #include "hostcad/drawing/current_drawing.h"
+#include "hostcad/drawing/host_names.h"
 #include "hostcad/dxf/dxf.h"
 #include "hostcad/geometry/extents.h"
 #include "platform/ads/entities.h"

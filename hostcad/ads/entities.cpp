@@ -3,8 +3,8 @@
 #include <charconv>
 
 #include "hostcad/ads/group_lists.h"
-#include "hostcad/ads/host_names.h"
 #include "hostcad/drawing/entity_builder.h"
+#include "hostcad/drawing/host_names.h"
 #include "platform/ads/entities.h"
 #include "platform/text/wild_cards.h"
 

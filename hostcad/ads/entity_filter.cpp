@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "hostcad/ads/group_lists.h"
-#include "hostcad/ads/host_names.h"
+#include "hostcad/drawing/host_names.h"
 #include "platform/text/text.h"
 #include "platform/text/wild_cards.h"
 

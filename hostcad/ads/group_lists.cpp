@@ -7,7 +7,7 @@
 #include <numbers>
 #include <utility>
 
-#include "hostcad/ads/host_names.h"
+#include "hostcad/drawing/host_names.h"
 #include "hostcad/dxf/text_codec.h"
 #include "platform/text/text.h"
 

@@ -3,8 +3,8 @@
 
 #include "hostcad/ads/drawing_object.h"
 #include "hostcad/ads/group_lists.h"
-#include "hostcad/ads/host_names.h"
 #include "hostcad/drawing/entity_builder.h"
+#include "hostcad/drawing/host_names.h"
 #include "platform/text/text.h"
 
 using namespace hostcad;

@@ -1,5 +1,5 @@
 // Asking the user on behalf of modules and Lisp.
-#include "hostcad/ads/host_names.h"
+#include "hostcad/drawing/host_names.h"
 #include "hostcad/editor/host.h"
 #include "hostcad/editor/object_selection.h"
 #include "platform/ads/editor.h"

@@ -1,8 +1,8 @@
 // Selection sets and selecting.
-#include <functional>
-
 #include "hostcad/ads/entity_filter.h"
-#include "hostcad/ads/host_names.h"
+#include "hostcad/drawing/host_names.h"
+#include "hostcad/editor/host.h"
+#include "hostcad/editor/object_selection.h"
 #include "hostcad/geometry/crossing.h"
 #include "platform/ads/entities.h"
 #include "platform/text/text.h"
@@ -10,11 +10,6 @@
 using namespace hostcad;
 
 namespace {
-
-UserSelection& userSelection() {
-    static UserSelection select;
-    return select;
-}
 
 // The members of the last set that was selected, for "P".
 std::vector<ObjectId>& previousSelection() {
@@ -94,7 +89,7 @@ int select(std::string_view mode, const void* first, const void* second, const E
     };
     if (mode.empty()) {
         SelectionSet chosen;
-        int status = userSelection() ? userSelection()(chosen) : RTERROR;
+        int status = Host::current() ? selectObjects(*Host::current(), chosen) : RTERROR;
         if (status != RTNORM) return status;
         for (ObjectId id : chosen.members()) addMatching(id);
     } else if (mode == "X") {
@@ -117,14 +112,6 @@ int select(std::string_view mode, const void* first, const void* second, const E
 }
 
 }  // namespace
-
-namespace hostcad {
-
-void setUserSelection(UserSelection select) {
-    userSelection() = std::move(select);
-}
-
-}  // namespace hostcad
 
 extern "C" {
 

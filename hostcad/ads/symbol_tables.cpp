@@ -2,8 +2,8 @@
 #include <map>
 
 #include "hostcad/ads/group_lists.h"
-#include "hostcad/ads/host_names.h"
 #include "hostcad/drawing/entity_builder.h"
+#include "hostcad/drawing/host_names.h"
 #include "platform/ads/entities.h"
 #include "platform/text/text.h"
 

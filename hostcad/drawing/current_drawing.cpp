@@ -1,12 +1,10 @@
 #include "hostcad/drawing/current_drawing.h"
 
-#include "hostcad/dxf/blank_drawing.h"
-
 namespace hostcad {
 namespace {
 
 std::unique_ptr<Drawing>& holder() {
-    static std::unique_ptr<Drawing> drawing = blankDrawing();
+    static std::unique_ptr<Drawing> drawing = std::make_unique<Drawing>(DxfFormat{});
     return drawing;
 }
 

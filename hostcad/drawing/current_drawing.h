@@ -1,4 +1,5 @@
-// The drawing that the host works on. There is always one: a blank one at the start.
+// The drawing that the host works on. There is always one: an empty one until a host takes
+// its place, which begins with a blank drawing.
 #pragma once
 
 #include <memory>

@@ -1,8 +1,8 @@
 // ERASE, LIST, U, UNDO, REDO.
 #include <cmath>
 
-#include "hostcad/ads/host_names.h"
 #include "hostcad/drawing/current_drawing.h"
+#include "hostcad/drawing/host_names.h"
 #include "hostcad/editor/command.h"
 #include "hostcad/editor/command_processor.h"
 #include "hostcad/editor/entity_listing.h"

@@ -4,11 +4,9 @@
 #include <ctime>
 #include <filesystem>
 
-#include "hostcad/ads/host_names.h"
 #include "hostcad/drawing/current_drawing.h"
 #include "hostcad/dxf/blank_drawing.h"
 #include "hostcad/dxf/dxf.h"
-#include "hostcad/editor/object_selection.h"
 #include "hostcad/lisp/printer.h"
 #include "platform/ads/result_buffer.h"
 #include "platform/files/files.h"
@@ -92,7 +90,7 @@ Host::Host(Output& output, InputSource& source, View& view) : commandLine_(outpu
     commands_ = std::make_unique<CommandProcessor>(*this);
     modules_ = std::make_unique<Modules>(*this);
     defineVariables();
-    setUserSelection([this](SelectionSet& set) { return selectObjects(*this, set); });
+    setCurrentDrawing(blankDrawing());
     readViewBox();
 }
 
@@ -101,7 +99,6 @@ Host::~Host() {
     modules_.reset();
     commands_.reset();
     lisp_.reset();
-    setUserSelection(nullptr);
     theHost = nullptr;
 }
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "hostcad/ads/host_names.h"
+#include "hostcad/drawing/host_names.h"
 #include "hostcad/editor/host.h"
 #include "hostcad/lisp/result_values.h"
 #include "platform/ads/entities.h"

@@ -16,7 +16,7 @@
 #include <QTreeWidget>
 #include <algorithm>
 
-#include "hostcad/ads/host_names.h"
+#include "hostcad/drawing/host_names.h"
 #include "hostcad/editor/file_boxes.h"
 #include "hostcad/window/command_panel.h"
 #include "hostcad/window/entity_list.h"

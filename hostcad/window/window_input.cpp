@@ -3,7 +3,7 @@
 #include <QKeyEvent>
 #include <algorithm>
 
-#include "hostcad/ads/host_names.h"
+#include "hostcad/drawing/host_names.h"
 #include "hostcad/editor/file_boxes.h"
 #include "hostcad/window/command_panel.h"
 #include "hostcad/window/main_window.h"

@@ -2,12 +2,14 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <deque>
 
 #include "hostcad/ads/entity_maker.h"
-#include "hostcad/ads/host_names.h"
 #include "hostcad/drawing/current_drawing.h"
+#include "hostcad/drawing/host_names.h"
 #include "hostcad/dxf/blank_drawing.h"
 #include "hostcad/dxf/dxf.h"
+#include "hostcad/editor/host.h"
 #include "tests/hostcad/independent_reader.h"
 #include "tests/hostcad/lists.h"
 
@@ -43,6 +45,19 @@ class Entities : public testing::TestWithParam<DrawingVersion> {
 
 INSTANTIATE_TEST_SUITE_P(Versions, Entities, testing::Values(DrawingVersion::R12, DrawingVersion::R2000),
                          [](const auto& version) { return versionName(version.param); });
+
+// Somebody at the command line, who gives the answers in turn.
+class User : public Output, public InputSource {
+  public:
+    void write(std::string_view) override {}
+    Input next(const Prompt&) override {
+        if (answers.empty()) return Input::end();
+        Input answer = std::move(answers.front());
+        answers.pop_front();
+        return answer;
+    }
+    std::deque<Input> answers;
+};
 
 const ads_point kOrigin = {0, 0, 0};
 const ads_point kCorner = {10, 5, 0};
@@ -438,17 +453,17 @@ TEST_P(Entities, LastPreviousAndTheUsersSelection) {
     EXPECT_EQ(selected("X", nullptr), 2);
     EXPECT_EQ(selected("P", nullptr), 2);
     ads_name set;
-    setUserSelection(nullptr);
-    EXPECT_EQ(acedSSGet(nullptr, nullptr, nullptr, nullptr, set), RTERROR);
-    setUserSelection([](SelectionSet& chosen) {
-        for (ObjectId id = currentDrawing().firstEntity(); id; id = currentDrawing().nextEntity(id))
-            chosen.add(id);
-        return RTNORM;
-    });
+    EXPECT_EQ(acedSSGet(nullptr, nullptr, nullptr, nullptr, set), RTERROR);  // there is nobody to select
+    User user;
+    NoView view;
+    Host host(user, user, view);
+    setCurrentDrawing(blankDrawing(GetParam()));
+    ASSERT_TRUE(makeLine());
+    ASSERT_TRUE(make(acutBuildList(RTDXF0, "POINT", 10, kOrigin, 0)));
+    user.answers = {Input::ofText("ALL"), Input::enter()};
     EXPECT_EQ(selected(nullptr, List(acutBuildList(RTDXF0, "LINE", 0)).get()), 1);
-    setUserSelection([](SelectionSet&) { return RTCAN; });
+    user.answers = {Input::cancel()};
     EXPECT_EQ(acedSSGet(nullptr, nullptr, nullptr, nullptr, set), RTCAN);
-    setUserSelection(nullptr);
 }
 
 TEST(SelectionSet, WalksFastWhileMembersGo) {

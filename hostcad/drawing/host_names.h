@@ -1,8 +1,6 @@
 // Entity names and selection sets between the C interface and the drawing.
 #pragma once
 
-#include <functional>
-
 #include "hostcad/drawing/current_drawing.h"
 #include "hostcad/drawing/selection_set.h"
 #include "platform/ads/result_buffer.h"
@@ -21,10 +19,5 @@ SelectionSet* selectionOf(const ads_name name);
 void nameSelection(SelectionSet set, ads_name name);
 // False when the name names no set.
 bool freeSelection(const ads_name name);
-
-// What acedSSGet with a null mode calls to let the user select: it fills the set and returns RTNORM, RTCAN or
-// RTERROR. Without one, such a call gives RTERROR.
-using UserSelection = std::function<int(SelectionSet&)>;
-void setUserSelection(UserSelection select);
 
 }  // namespace hostcad

@@ -1,4 +1,4 @@
-#include "hostcad/ads/host_names.h"
+#include "hostcad/drawing/host_names.h"
 
 #include <map>
 
