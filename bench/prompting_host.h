@@ -22,10 +22,9 @@ class PromptingHost : private hostcad::Output, private hostcad::InputSource {
         setenv("NORVANE_USER_DIR", folder_.c_str(), 1);
         ui::setBackend(&backend);
         std::string programs = std::filesystem::read_symlink("/proc/self/exe").parent_path().string() + "/";
-        host_.setFolders(programs, programs);
-        host_.newDrawing();
+        host_.setFolders({programs, programs, folder_});
         if (!host_.modules().load(programs + "norvane_gis.arx")) std::abort();
-        run("(setq usrdir$ \"" + folder_ + "\" ent (entmakex '((0 . \"POINT\") (10 1.0 2.0 3.0))))");
+        run("(setq ent (entmakex '((0 . \"POINT\") (10 1.0 2.0 3.0))))");
         makeTemplate(features, attributes);
     }
     ~PromptingHost() override { std::filesystem::remove_all(folder_); }

@@ -178,7 +178,7 @@ struct Program {
     Program(int& argc, char** argv) : application(argc, argv), host(window, window, window) {
         QApplication::setOrganizationName("norvane-bench");
         std::setlocale(LC_NUMERIC, "C");
-        window.start(host, "");
+        window.start(host, "", {});
         window.resize(1280, 860);
         window.QMainWindow::show();
         QApplication::processEvents();

@@ -53,7 +53,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, size_t size) {
     Lines lines(program);
     hostcad::NoView view;
     Host host(lines, lines, view);
-    host.newDrawing();
     Heap::limit = Heap::used + kMostMemory;
     for (const char* name : kForbidden) host.lisp().intern(name)->value = {};
     for (const char* name : kForbiddenCommands)

@@ -4,24 +4,25 @@
 
 namespace hostcad {
 
-const char* const kHelp =
-    "Usage: hostcad-batch [--drawing FILE] [--save FILE] [--ask] [--no-module] SCRIPT.lsp...\n"
-    "\n"
-    "Runs Lisp scripts on a drawing without a window.\n"
-    "\n"
-    "  --drawing FILE   opens a drawing (DXF) first; without it the scripts start with an empty one\n"
-    "  --save FILE      saves the drawing when all scripts have run without an error\n"
-    "  --ask            what the scripts do not answer is asked at the keyboard\n"
-    "  --no-module      does not load norvane_gis.arx and gis.lsp\n"
-    "  --help           shows this\n"
-    "\n"
-    "In a script, (host:input \"...\" ...) answers the prompts of the command line, (ui:answer ID STEP ...) "
-    "the\n"
-    "next dialog with that number, (ui:box \"Yes\"), (ui:file \"PATH\") and (ui:name \"TEXT\") the next box "
-    "of that\n"
-    "kind; (ui:log) gives what was shown. Files that scripts load are looked for beside the script as well.\n"
-    "\n"
-    "The exit status is 0, or 1 after an error, which is told on the standard error output.\n";
+std::string helpText(const Product& product) {
+    return R"(Usage: hostcad-batch [--drawing FILE] [--save FILE] [--ask] [--no-module] SCRIPT.lsp...
+
+Runs Lisp scripts on a drawing without a window.
+
+  --drawing FILE   opens a drawing (DXF) first; without it the scripts start with an empty one
+  --save FILE      saves the drawing when all scripts have run without an error
+  --ask            what the scripts do not answer is asked at the keyboard
+  --no-module      does not load )" +
+           product.module + " and " + product.commands + R"(
+  --help           shows this
+
+In a script, (host:input "..." ...) answers the prompts of the command line, (ui:answer ID STEP ...) the
+next dialog with that number, (ui:box "Yes"), (ui:file "PATH") and (ui:name "TEXT") the next box of that
+kind; (ui:log) gives what was shown. Files that scripts load are looked for beside the script as well.
+
+The exit status is 0, or 1 after an error, which is told on the standard error output.
+)";
+}
 
 bool parseOptions(int count, char** words, Options& options, std::string& problem) {
     for (int i = 1; i < count; ++i) {

@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "hostcad/editor/product.h"
+
 namespace hostcad {
 
 struct Options {
@@ -15,7 +17,7 @@ struct Options {
     std::vector<std::string> scripts;
 };
 
-extern const char* const kHelp;
+std::string helpText(const Product& product);
 
 // False, with what is wrong, for a command line that makes no sense.
 bool parseOptions(int count, char** words, Options& options, std::string& problem);

@@ -1,6 +1,5 @@
 #include "hostcad/editor/host.h"
 
-#include <cstdlib>
 #include <ctime>
 #include <filesystem>
 
@@ -27,23 +26,6 @@ std::string absolutePath(const std::string& path) {
     std::error_code error;
     std::filesystem::path absolute = std::filesystem::absolute(path, error);
     return error ? path : absolute.lexically_normal().string();
-}
-
-// The folder that a person's settings live in; made when it is missing.
-std::string userFolder() {
-    auto environment = [](const char* name) -> std::string {
-        const char* value = std::getenv(name);
-        return value ? value : "";
-    };
-    std::string folder = environment("NORVANE_USER_DIR");
-    if (folder.empty()) {
-        std::string config = environment("XDG_CONFIG_HOME");
-        if (config.empty()) config = withSeparator(environment("HOME")) + ".config";
-        folder = withSeparator(config) + "norvane";
-    }
-    std::error_code ignored;
-    std::filesystem::create_directories(folder, ignored);
-    return withSeparator(absolutePath(folder));
 }
 
 struct Moment {
@@ -219,18 +201,21 @@ void Host::addSupportFolder(const std::string& folder) {
     supportFolders_.push_back(withSeparator(folder));
 }
 
-void Host::setFolders(const std::string& programFolder, const std::string& supportFolder) {
-    auto set = [this](const char* symbol, std::string folder) {
-        lisp_->intern(symbol)->value = lisp::Value::string(withSeparator(std::move(folder)));
+void Host::setFolders(const Folders& folders) {
+    auto set = [this](const char* symbol, const std::string& folder) {
+        lisp_->intern(symbol)->value = lisp::Value::string(folder);
     };
+    folders_.program = withSeparator(absolutePath(folders.program));
+    folders_.support = withSeparator(absolutePath(folders.support));
+    folders_.user = withSeparator(absolutePath(folders.user));
     std::error_code error;
     std::string temporary = std::filesystem::temp_directory_path(error).string();
-    set("lspdir$", absolutePath(supportFolder));
-    set("usrdir$", userFolder());
-    set("tmpdir$", error ? "/tmp" : temporary);
-    set("exedir$", absolutePath(programFolder));
-    addSupportFolder(supportFolder);
-    addSupportFolder(programFolder);
+    set("exedir$", folders_.program);
+    set("lspdir$", folders_.support);
+    set("usrdir$", folders_.user);
+    set("tmpdir$", withSeparator(error ? "/tmp" : temporary));
+    addSupportFolder(folders_.support);
+    addSupportFolder(folders_.program);
 }
 
 // --- View --------------------------------------------------------------------------------------------

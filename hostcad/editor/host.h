@@ -15,6 +15,13 @@
 
 namespace hostcad {
 
+// Where things are, each folder with its separator at the end.
+struct Folders {
+    std::string program;
+    std::string support;  // files of Lisp, menus
+    std::string user;     // a person's settings
+};
+
 class Host {
   public:
     // All three stay the caller's. There is one host in a process at a time.
@@ -58,8 +65,9 @@ class Host {
     std::string findFile(const std::string& name) const;
     // A folder with its separator at the end; folders are looked through in the order of adding.
     void addSupportFolder(const std::string& folder);
-    // Sets the Lisp symbols that say where things are: lspdir$, usrdir$, tmpdir$, exedir$.
-    void setFolders(const std::string& programFolder, const std::string& supportFolder);
+    // Sets also the Lisp symbols that say where things are: exedir$, lspdir$, usrdir$, and tmpdir$.
+    void setFolders(const Folders& folders);
+    const Folders& folders() const { return folders_; }
 
     // --- View ---
     const ViewBox& viewBox() const { return viewBox_; }
@@ -89,6 +97,7 @@ class Host {
     std::unique_ptr<lisp::Interpreter> lisp_;
     std::unique_ptr<CommandProcessor> commands_;
     std::unique_ptr<Modules> modules_;
+    Folders folders_;
     std::vector<std::string> supportFolders_;
     ViewBox viewBox_;
     std::vector<ViewBox> earlierViews_;

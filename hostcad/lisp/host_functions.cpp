@@ -39,8 +39,8 @@ Value setenv(Interpreter&, const Arguments& a) {
     return ::setenv(a.string(0).c_str(), a.string(1).c_str(), 1) == 0 ? a[1] : Value();
 }
 
-Value version(Interpreter&, const Arguments&) {
-    return Value::string("Norvane Lisp 1.0 (en)");
+Value version(Interpreter& lisp, const Arguments&) {
+    return Value::string(lisp.version());
 }
 
 // --- Commands ----------------------------------------------------------------------------------------

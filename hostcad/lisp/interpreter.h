@@ -54,6 +54,10 @@ class Interpreter {
     // A function from its list of variables and its body.
     Value makeFunction(const Symbol* name, const Value& variables, const Value& body);
 
+    // What (ver) gives.
+    const std::string& version() const { return version_; }
+    void setVersion(std::string version) { version_ = std::move(version); }
+
     // --- Errors ---
     // While one lives, errors are somebody's business and *error* is not called.
     class Guard {
@@ -106,6 +110,7 @@ class Interpreter {
     void limitReached(const char* here);
 
     Output output_;
+    std::string version_ = "Lisp 1.0 (en)";
     std::unordered_map<std::string, std::unique_ptr<Symbol>> symbols_;
     std::vector<std::unique_ptr<Builtin>> builtins_;
     std::vector<std::string> sources_;

@@ -24,64 +24,84 @@ void turn(QPainter& p, bool back) {
     p.drawPolyline(QPolygonF({QPointF(20, 10), QPointF(9, 20), QPointF(22, 28)}));
 }
 
-void draw(QPainter& p, Icon icon) {
-    switch (icon) {
-        case Icon::New:
-            p.drawPolygon(QPolygonF({{12, 6}, {30, 6}, {38, 14}, {38, 42}, {12, 42}}));
-            break;
-        case Icon::Open:
-            p.drawPolyline(QPolygonF({{6, 40}, {6, 10}, {18, 10}, {22, 16}, {38, 16}, {38, 22}}));
-            p.drawPolygon(QPolygonF({{6, 40}, {13, 22}, {44, 22}, {38, 40}}));
-            break;
-        case Icon::Save:
-            p.drawRect(8, 8, 32, 32);
-            p.drawRect(16, 8, 16, 11);
-            p.drawRect(14, 26, 20, 14);
-            break;
-        case Icon::Undo:
-            turn(p, true);
-            break;
-        case Icon::Redo:
-            turn(p, false);
-            break;
-        case Icon::ZoomExtents:
-            lens(p);
-            p.drawLine(13, 20, 27, 20);
-            p.drawLine(20, 13, 20, 27);
-            break;
-        case Icon::ZoomWindow:
-            lens(p);
-            p.drawRect(14, 15, 12, 10);
-            break;
-        case Icon::ZoomPrevious:
-            lens(p);
-            p.drawPolyline(QPolygonF({QPointF(22, 14), QPointF(15, 20), QPointF(22, 26)}));
-            break;
-        case Icon::Prompting:
-            p.drawRect(6, 8, 36, 32);
-            for (int y : {18, 26, 34}) p.drawLine(6, y - 2, 42, y - 2);
-            p.drawLine(20, 8, 20, 40);
-            break;
-        case Icon::Settings:
-            for (int y : {14, 24, 34}) p.drawLine(6, y, 42, y);
-            p.setBrush(p.pen().color());
-            p.drawEllipse(QPointF(16, 14), 4, 4);
-            p.drawEllipse(QPointF(32, 24), 4, 4);
-            p.drawEllipse(QPointF(20, 34), 4, 4);
-            break;
-    }
+void zoomExtents(QPainter& p) {
+    lens(p);
+    p.drawLine(13, 20, 27, 20);
+    p.drawLine(20, 13, 20, 27);
 }
+
+void zoomWindow(QPainter& p) {
+    lens(p);
+    p.drawRect(14, 15, 12, 10);
+}
+
+void zoomPrevious(QPainter& p) {
+    lens(p);
+    p.drawPolyline(QPolygonF({QPointF(22, 14), QPointF(15, 20), QPointF(22, 26)}));
+}
+
+void blankPage(QPainter& p) {
+    p.drawPolygon(QPolygonF({{12, 6}, {30, 6}, {38, 14}, {38, 42}, {12, 42}}));
+}
+
+void folder(QPainter& p) {
+    p.drawPolyline(QPolygonF({{6, 40}, {6, 10}, {18, 10}, {22, 16}, {38, 16}, {38, 22}}));
+    p.drawPolygon(QPolygonF({{6, 40}, {13, 22}, {44, 22}, {38, 40}}));
+}
+
+void disk(QPainter& p) {
+    p.drawRect(8, 8, 32, 32);
+    p.drawRect(16, 8, 16, 11);
+    p.drawRect(14, 26, 20, 14);
+}
+
+void sheet(QPainter& p) {
+    p.drawRect(6, 8, 36, 32);
+    for (int y : {18, 26, 34}) p.drawLine(6, y - 2, 42, y - 2);
+    p.drawLine(20, 8, 20, 40);
+}
+
+void sliders(QPainter& p) {
+    for (int y : {14, 24, 34}) p.drawLine(6, y, 42, y);
+    p.setBrush(p.pen().color());
+    p.drawEllipse(QPointF(16, 14), 4, 4);
+    p.drawEllipse(QPointF(32, 24), 4, 4);
+    p.drawEllipse(QPointF(20, 34), 4, 4);
+}
+
+struct Drawn {
+    std::string_view name;
+    void (*draw)(QPainter&);
+};
+
+constexpr Drawn kIcons[] = {
+    {"new", blankPage},
+    {"open", folder},
+    {"save", disk},
+    {"undo", [](QPainter& p) { turn(p, true); }},
+    {"redo", [](QPainter& p) { turn(p, false); }},
+    {"zoom-extents", zoomExtents},
+    {"zoom-window", zoomWindow},
+    {"zoom-previous", zoomPrevious},
+    {"sheet", sheet},
+    {"settings", sliders},
+};
 
 }  // namespace
 
-QIcon drawnIcon(Icon icon, const QColor& colour) {
-    QPixmap picture(kSize, kSize);
-    picture.fill(Qt::transparent);
-    QPainter painter(&picture);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(colour, 3, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-    draw(painter, icon);
-    return QIcon(picture);
+QIcon drawnIcon(std::string_view name, const QColor& colour) {
+    for (const Drawn& icon : kIcons) {
+        if (icon.name != name) continue;
+        QPixmap picture(kSize, kSize);
+        picture.fill(Qt::transparent);
+        QPainter painter(&picture);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(QPen(colour, 3, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+        icon.draw(painter);
+        painter.end();
+        return QIcon(picture);
+    }
+    return {};
 }
 
 }  // namespace hostcad

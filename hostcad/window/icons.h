@@ -3,10 +3,11 @@
 
 #include <QColor>
 #include <QIcon>
+#include <string_view>
 
 namespace hostcad {
 
-enum class Icon { New, Open, Save, Undo, Redo, ZoomExtents, ZoomWindow, ZoomPrevious, Prompting, Settings };
-QIcon drawnIcon(Icon icon, const QColor& colour);
+// The icon of a name, as menu files have them; an empty one for a name that is not known.
+QIcon drawnIcon(std::string_view name, const QColor& colour);
 
 }  // namespace hostcad

@@ -51,14 +51,19 @@ MainWindow::~MainWindow() {
     scene_.attach(nullptr);
 }
 
-void MainWindow::start(Host& host, const std::string& menuFile) {
+void MainWindow::start(Host& host, const std::string& title, const std::vector<std::string>& menuFiles) {
     host_ = &host;
+    title_ = title;
     host.lisp().setPulse([this] { breathe(); });
     host.variables().set("FILEDIA", VariableValue::ofInteger(1));  // files are chosen in boxes
     links_ = std::make_unique<LinkedRecords>(host.lisp());
     qApp->installEventFilter(this);
-    makeMenus(menuFile);
-    makeToolBar();
+    for (const std::string& file : menuFiles)
+        for (const MenuHeading& heading : readMenuFile(file))
+            if (heading.isToolBar)
+                addButtons(heading);
+            else
+                addMenu(heading);
     follow();
     panel_->clearPrompt();
     panel_->focusLine();
@@ -118,60 +123,55 @@ void MainWindow::makeStatusBar() {
     statusBar()->addPermanentWidget(meter_);
 }
 
-void MainWindow::makeMenus(const std::string& menuFile) {
-    for (const MenuHeading& heading : readMenuFile(menuFile)) {
-        QMenu* menu = menuBar()->addMenu(toQt(heading.caption));
-        for (const MenuEntry& entry : heading.entries) {
-            if (entry.command == "@recent") {
-                recent_ = menu->addMenu(toQt(entry.caption));
-                connect(recent_, &QMenu::aboutToShow, this, [this] { fillRecent(); });
-                continue;
-            }
-            if (entry.command == "@panels") {
-                for (auto* dock : findChildren<QDockWidget*>()) menu->addAction(dock->toggleViewAction());
-                continue;
-            }
-            if (entry.caption.empty()) {
-                menu->addSeparator();
-                continue;
-            }
+void MainWindow::addMenu(const MenuHeading& heading) {
+    QMenu* menu = menuBar()->addMenu(toQt(heading.caption));
+    for (const MenuEntry& entry : heading.entries) {
+        if (entry.command == "@recent") {
+            recent_ = menu->addMenu(toQt(entry.caption));
+            connect(recent_, &QMenu::aboutToShow, this, [this] { fillRecent(); });
+        } else if (entry.command == "@panels") {
+            for (auto* dock : findChildren<QDockWidget*>()) menu->addAction(dock->toggleViewAction());
+        } else if (entry.caption.empty()) {
+            menu->addSeparator();
+        } else {
             QAction* action = menu->addAction(toQt(entry.caption));
             action->setEnabled(entry.enabled);
             if (!entry.shortcut.empty()) action->setShortcut(QKeySequence(toQt(entry.shortcut)));
-            if (entry.command == "@previous")
-                connect(action, &QAction::triggered, this, [this] { zoomPrevious(); });
-            else
-                connect(action, &QAction::triggered, this,
-                        [this, command = entry.command] { runLine(command); });
+            connect(action, &QAction::triggered, this, [this, command = entry.command] { perform(command); });
         }
     }
 }
 
-void MainWindow::makeToolBar() {
-    QToolBar* bar = addToolBar("Drawing");
-    bar->setObjectName("drawing");
-    bar->setIconSize({22, 22});
-    auto add = [&](Icon icon, const char* tip, std::function<void()> act) {
-        QAction* action = bar->addAction(drawnIcon(icon, palette().color(QPalette::WindowText)), tip);
-        connect(action, &QAction::triggered, this, std::move(act));
-    };
-    add(Icon::New, "New drawing", [this] { runLine("NEW"); });
-    add(Icon::Open, "Open a drawing", [this] { runLine("OPEN"); });
-    add(Icon::Save, "Save", [this] { runLine("QSAVE"); });
-    bar->addSeparator();
-    add(Icon::Undo, "Undo", [this] { runLine("U"); });
-    add(Icon::Redo, "Redo", [this] { runLine("REDO"); });
-    bar->addSeparator();
-    // These go on while a prompt waits.
-    add(Icon::ZoomExtents, "Zoom to everything", [this] { zoomExtents(); });
-    add(Icon::ZoomWindow, "Zoom to a window", [this] {
-        panel_->write("\nDraw a box round what is to be seen.\n");
-        canvas_->zoomToNextBox(true);
-    });
-    add(Icon::ZoomPrevious, "Previous view", [this] { zoomPrevious(); });
-    bar->addSeparator();
-    add(Icon::Prompting, "GIS smart prompting", [this] { runLine("GIS-PROMPT"); });
-    add(Icon::Settings, "GIS settings", [this] { runLine("GIS-SETTINGS"); });
+void MainWindow::addButtons(const MenuHeading& heading) {
+    if (!toolBar_) {
+        toolBar_ = addToolBar("Drawing");
+        toolBar_->setObjectName("drawing");
+        toolBar_->setIconSize({22, 22});
+    } else {
+        toolBar_->addSeparator();
+    }
+    for (const MenuEntry& entry : heading.entries) {
+        if (entry.caption.empty()) {
+            toolBar_->addSeparator();
+            continue;
+        }
+        QIcon icon = drawnIcon(entry.icon, palette().color(QPalette::WindowText));
+        QAction* action = toolBar_->addAction(icon, toQt(entry.caption));
+        action->setEnabled(entry.enabled);
+        connect(action, &QAction::triggered, this, [this, command = entry.command] { perform(command); });
+    }
+}
+
+// The window's own actions go on while a prompt waits; a line ends it.
+void MainWindow::perform(const std::string& command) {
+    if (command == "@extents")
+        zoomExtents();
+    else if (command == "@window")
+        zoomToBox();
+    else if (command == "@previous")
+        zoomPrevious();
+    else
+        runLine(command);
 }
 
 void MainWindow::fillRecent() {
@@ -199,6 +199,11 @@ void MainWindow::joinCanvas() {
 
 void MainWindow::zoomExtents() {
     if (!canvas_->zoomExtents()) panel_->write("\nThere is nothing to zoom to.\n");
+}
+
+void MainWindow::zoomToBox() {
+    panel_->write("\nDraw a box round what is to be seen.\n");
+    canvas_->zoomToNextBox(true);
 }
 
 void MainWindow::zoomPrevious() {
@@ -252,7 +257,7 @@ void MainWindow::follow() {
     listedRevision_ = scene_.revision();
     layer_->setText("Layer " + toQt(drawing.headerText("$CLAYER", "0")));
     QString name = drawing.path().empty() ? "Unnamed drawing" : QFileInfo(toQt(drawing.path())).fileName();
-    setWindowTitle(name + "[*] - Norvane GIS");
+    setWindowTitle(name + "[*] - " + toQt(title_));
     setWindowModified(drawing.modified());
 }
 

@@ -17,20 +17,23 @@
 
 class QLabel;
 class QProgressBar;
+class QToolBar;
 class QTreeWidget;
 
 namespace hostcad {
 
 class CommandPanel;
 class EntityList;
+struct MenuHeading;
 
 class MainWindow : public QMainWindow, public Output, public InputSource, public View {
   public:
     MainWindow();
     ~MainWindow() override;
 
-    // Joins the window to its host, which has loaded its Lisp. Menus come from a file of the support folder.
-    void start(Host& host, const std::string& menuFile);
+    // Joins the window to its host, which has loaded its Lisp. `title` stands behind the name of the drawing;
+    // the menus and buttons of the files follow each other.
+    void start(Host& host, const std::string& title, const std::vector<std::string>& menuFiles);
     // A line as if it had been typed. A prompt that waits is ended first.
     void runLine(const std::string& line);
     // Opens a drawing, after a question where unsaved work would be lost.
@@ -70,11 +73,14 @@ class MainWindow : public QMainWindow, public Output, public InputSource, public
   private:
     void makePanels();
     void makeStatusBar();
-    void makeMenus(const std::string& menuFile);
-    void makeToolBar();
+    void addMenu(const MenuHeading& heading);
+    void addButtons(const MenuHeading& heading);
+    // What a menu or a button says: a line, or one of the window's own actions.
+    void perform(const std::string& command);
     void fillRecent();
     void joinCanvas();
     void zoomExtents();
+    void zoomToBox();
     void zoomPrevious();
 
     // --- Lines and answers (window_input.cpp) ---
@@ -102,6 +108,7 @@ class MainWindow : public QMainWindow, public Output, public InputSource, public
     void showProperties();
 
     Host* host_ = nullptr;
+    std::string title_;
     Scene scene_;
     std::unique_ptr<LinkedRecords> links_;
     long shownDrawing_ = -1;  // in the picture
@@ -116,6 +123,7 @@ class MainWindow : public QMainWindow, public Output, public InputSource, public
     QLabel* meterLabel_ = nullptr;
     QProgressBar* meter_ = nullptr;
     QMenu* recent_ = nullptr;
+    QToolBar* toolBar_ = nullptr;
 
     QEventLoop* loop_ = nullptr;  // of the prompt that waits
     Prompt::Kind waitsFor_ = Prompt::Kind::Command;

@@ -11,7 +11,8 @@ std::vector<MenuHeading> readMenuFile(const std::string& path) {
         std::string_view line = text::trim(raw);
         if (line.empty() || line.front() == ';') continue;
         if (line.front() == '[' && line.back() == ']') {
-            headings.push_back({std::string(line.substr(1, line.size() - 2)), {}});
+            std::string caption(line.substr(1, line.size() - 2));
+            headings.push_back({caption, caption == "@toolbar", {}});
             continue;
         }
         if (headings.empty()) continue;
@@ -21,13 +22,16 @@ std::vector<MenuHeading> readMenuFile(const std::string& path) {
         }
         std::vector<std::string> parts = text::split(line, '|');
         if (parts.size() != 3) continue;
-        MenuEntry entry{std::string(text::trim(parts[0])), std::string(text::trim(parts[1])),
-                        std::string(text::trim(parts[2])), true};
+        MenuHeading& heading = headings.back();
+        MenuEntry entry;
+        entry.caption = text::trim(parts[0]);
+        (heading.isToolBar ? entry.icon : entry.shortcut) = text::trim(parts[1]);
+        entry.command = text::trim(parts[2]);
         if (text::startsWith(entry.caption, "~")) {
             entry.caption.erase(0, 1);
             entry.enabled = false;
         }
-        headings.back().entries.push_back(std::move(entry));
+        heading.entries.push_back(std::move(entry));
     }
     return headings;
 }

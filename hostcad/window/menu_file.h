@@ -3,7 +3,10 @@
 //   [&File]
 //   &Open... | Ctrl+O | OPEN
 //   -
-//   ~&Audit links | | GIS-AUDIT       "~" in front: shown, but not offered yet
+//   ~&Publish | | PUBLISH             "~" in front: shown, but not offered yet
+//
+//   [@toolbar]                        buttons: what they do, the name of an icon, the command
+//   Save | save | QSAVE
 #pragma once
 
 #include <string>
@@ -14,14 +17,17 @@ namespace hostcad {
 struct MenuEntry {
     std::string caption;  // "" is a separator
     std::string shortcut;
-    // A line as it would be typed. "@recent" is the list of recent files, "@previous" the view before this
-    // one, "@panels" the panels to be shown or hidden.
+    std::string icon;  // of a button
+    // A line as it would be typed. "@recent" is the list of recent files, "@panels" the panels to be shown or
+    // hidden; "@previous", "@extents" and "@window" go to the view before this one, to a view of everything,
+    // and to that of a box that is drawn next.
     std::string command;
     bool enabled = true;
 };
 
 struct MenuHeading {
     std::string caption;
+    bool isToolBar = false;
     std::vector<MenuEntry> entries;
 };
 

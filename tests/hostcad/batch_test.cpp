@@ -54,6 +54,8 @@ TEST_F(BatchTest, RunsScripts) {
     EXPECT_EQ(problems_, "");
     EXPECT_EQ(run("(princ 1) (quit) (princ 2)"), 0);
     EXPECT_EQ(out_, "1\n");
+    EXPECT_EQ(run("(princ (ver))"), 0);
+    EXPECT_EQ(out_, "Norvane Lisp 1.0 (en)\n");
     EXPECT_EQ(run("(mapcar 'print (list lspdir$ usrdir$ tmpdir$ exedir$))"), 0);
     EXPECT_TRUE(said("\"" NORVANE_BIN_DIR "/support/\"")) << out_;
     EXPECT_TRUE(said("\"" NORVANE_BIN_DIR "/\"")) << out_;

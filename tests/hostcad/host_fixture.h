@@ -23,8 +23,6 @@ class HostTest : public testing::Test, public Output, public InputSource {
     }
 
   protected:
-    HostTest() { host_.newDrawing(); }
-
     // The printed value of the last expression, or "error: ..." with the message.
     std::string run(const std::string& text) {
         try {

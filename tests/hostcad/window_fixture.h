@@ -24,6 +24,7 @@
 #include "hostcad/window/command_panel.h"
 #include "hostcad/window/main_window.h"
 #include "platform/ui/qt/qt_backend.h"
+#include "product/norvane_gis.h"
 
 class Window : public testing::Test {
   protected:
@@ -33,12 +34,12 @@ class Window : public testing::Test {
         setenv("NORVANE_USER_DIR", folder_.c_str(), 1);
         std::filesystem::copy_file(NORVANE_SOURCE_DIR "/samples/survey.dxf", path("survey.dxf"));
         host_ = std::make_unique<hostcad::Host>(window_, window_, window_);
-        host_->setFolders(NORVANE_BIN_DIR "/", NORVANE_SOURCE_DIR "/hostcad/support/");
-        ASSERT_EQ(host_->newDrawing(), "");  // the one of the test before may be changed
-        ASSERT_TRUE(host_->modules().load(NORVANE_BIN_DIR "/norvane_gis.arx"));
-        host_->runScript(NORVANE_SOURCE_DIR "/hostcad/support/gis.lsp");
+        hostcad::Product product = norvaneGis();
+        introduceProduct(*host_, product, NORVANE_BIN_DIR);
+        ASSERT_TRUE(loadProduct(*host_, product));
         ui::setBackend(&backend_);
-        window_.start(*host_, NORVANE_SOURCE_DIR "/hostcad/support/hostcad.mnu");
+        const std::string& support = host_->folders().support;
+        window_.start(*host_, product.name, {support + "hostcad.mnu", support + product.menus});
         window_.resize(1100, 800);
         window_.QMainWindow::show();
         open("survey.dxf");

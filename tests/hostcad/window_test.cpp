@@ -2,7 +2,10 @@
 // for, the link and the record are seen, the drawing is saved and opened again.
 #include <QMessageBox>
 #include <QPushButton>
+#include <QToolBar>
+#include <map>
 
+#include "hostcad/window/icons.h"
 #include "hostcad/window/menu_file.h"
 #include "platform/ads/entities.h"
 #include "tests/hostcad/window_fixture.h"
@@ -107,15 +110,59 @@ TEST_F(Window, ProgressLinesAreWrittenOverThemselves) {
     EXPECT_FALSE(window_.commandPanel().history().contains("records"));
 }
 
+TEST_F(Window, ShowsTheProductsTitleAndButtonsBehindItsOwn) {
+    EXPECT_EQ(window_.windowTitle(), "survey.dxf[*] - Norvane GIS");
+    std::map<QString, QAction*> buttons;
+    QString captions;
+    for (QAction* action : window_.findChild<QToolBar*>("drawing")->actions()) {
+        captions += action->isSeparator() ? "-" : action->text() + ",";
+        buttons[action->text()] = action;
+        EXPECT_NE(action->icon().isNull(), !action->isSeparator()) << action->text().toStdString();
+    }
+    EXPECT_EQ(captions,
+              "New drawing,Open a drawing,Save,-Undo,Redo,-Zoom to everything,Zoom to a window,"
+              "Previous view,-GIS smart prompting,GIS settings,");
+    EXPECT_TRUE(hostcad::drawnIcon("no such icon", Qt::black).isNull());
+
+    // A zoom leaves the command waiting.
+    const double height = window_.canvas().view().height;
+    const size_t entities = count();
+    window_.canvas().zoomBy(1.5, pixelOf("315"));
+    double zoomed = 0;
+    QString dialog;
+    person({[&] { type("LINE"); }, [&] { type("0,0"); },
+            [&] {
+                buttons["Zoom to everything"]->trigger();
+                zoomed = window_.canvas().view().height;
+            },
+            [&] { type("10,10"); }, [&] { buttons["GIS settings"]->trigger(); },
+            [&] {
+                dialog = QApplication::activeModalWidget()->windowTitle();
+                QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape);
+            }});
+    settle();
+    EXPECT_NEAR(zoomed, height, 1e-6 * height);
+    EXPECT_EQ(count(), entities + 1);
+    EXPECT_EQ(dialog, "GIS Settings");
+}
+
 TEST(MenuFile, OffersWhatIsWrittenInIt) {
     auto headings = hostcad::readMenuFile(NORVANE_SOURCE_DIR "/hostcad/support/hostcad.mnu");
     ASSERT_EQ(headings.size(), 5u);
-    EXPECT_EQ(headings[4].caption, "&GIS");
-    EXPECT_EQ(headings[4].entries[0].command, "GIS-PROMPT");
-    EXPECT_TRUE(headings[4].entries[0].enabled);
-    EXPECT_EQ(headings[4].entries[6].command, "GIS-LINKS");
-    EXPECT_FALSE(headings[4].entries[6].enabled);
+    EXPECT_EQ(headings[0].caption, "&File");
+    EXPECT_EQ(headings[0].entries[0].shortcut, "Ctrl+N");
+    EXPECT_TRUE(headings[4].isToolBar);
+    EXPECT_EQ(headings[4].entries[0].icon, "new");
+    auto more = hostcad::readMenuFile(NORVANE_SOURCE_DIR "/product/gis.mnu");
+    ASSERT_EQ(more.size(), 2u);
+    EXPECT_EQ(more[0].caption, "&GIS");
+    EXPECT_EQ(more[0].entries[0].command, "GIS-PROMPT");
+    EXPECT_TRUE(more[0].entries[0].enabled);
+    EXPECT_EQ(more[0].entries[6].command, "GIS-LINKS");
+    EXPECT_FALSE(more[0].entries[6].enabled);
+    EXPECT_TRUE(more[1].isToolBar);
     EXPECT_TRUE(hostcad::readMenuFile("no such file").empty());
+    headings.insert(headings.end(), more.begin(), more.end());
     // Alt and a letter leads to one entry.
     for (const hostcad::MenuHeading& heading : headings) {
         std::string letters;

@@ -16,10 +16,8 @@ void ModuleTest::SetUp() {
     hostcad::Output& output = *this;
     hostcad::InputSource& source = *this;
     host_ = std::make_unique<hostcad::Host>(output, source, view_);
-    host_->setFolders(NORVANE_BIN_DIR "/", NORVANE_SOURCE_DIR "/hostcad/support/");
-    ASSERT_EQ(host_->newDrawing(), "");
+    host_->setFolders({NORVANE_BIN_DIR, NORVANE_BIN_DIR "/support", folder_});
     ASSERT_TRUE(host_->modules().load(NORVANE_BIN_DIR "/norvane_gis.arx")) << output_;
-    lisp("(setq usrdir$ \"" + path("") + "\")");
 }
 
 void ModuleTest::TearDown() {

@@ -1,7 +1,9 @@
-// hostcad-batch: runs Lisp scripts on a drawing without a window.
+#include "hostcad/batch/batch_program.h"
+
 #include <csignal>
 #include <cstdio>
 #include <filesystem>
+#include <functional>
 
 #include "hostcad/batch/batch_input.h"
 #include "hostcad/batch/options.h"
@@ -10,12 +12,10 @@
 #include "platform/files/files.h"
 #include "platform/ui/scripted/scripted_backend.h"
 
+namespace hostcad {
 namespace {
 
-using hostcad::Host;
-using hostcad::Options;
-
-class StandardOutput : public hostcad::Output {
+class StandardOutput : public Output {
   public:
     void write(std::string_view text) override {
         if (text.empty()) return;
@@ -48,37 +48,43 @@ std::string programFolder(const char* name) {
     return program.parent_path().string();
 }
 
-// A script that ends by (quit) or (exit) has ended well.
-bool runScript(Host& host, const std::string& path) {
-    if (!files::exists(path)) {
-        complain("There is no script " + path + ".");
-        return false;
-    }
+// Runs something that may end by an error of Lisp, which is told. What ends by (quit) or (exit) has ended
+// well.
+bool succeeds(const std::function<void()>& action) {
     try {
-        host.addSupportFolder(files::folderOf(std::filesystem::absolute(path).string()));
-        host.runScript(path);
-    } catch (const hostcad::lisp::Error& error) {
-        if (error.kind == hostcad::lisp::Error::Kind::Quit) return true;
+        action();
+    } catch (const lisp::Error& error) {
+        if (error.kind == lisp::Error::Kind::Quit) return true;
         complain("error: " + error.fullText());
         return false;
     }
     return true;
 }
 
-int run(const Options& options, const std::string& folder) {
+bool runScript(Host& host, const std::string& path) {
+    if (!files::exists(path)) {
+        complain("There is no script " + path + ".");
+        return false;
+    }
+    return succeeds([&] {
+        host.addSupportFolder(files::folderOf(std::filesystem::absolute(path).string()));
+        host.runScript(path);
+    });
+}
+
+int run(const Options& options, const Product& product, const std::string& folder) {
     StandardOutput output;
-    hostcad::BatchInput input(output, options.asks);
-    hostcad::NoView view;
+    BatchInput input(output, options.asks);
+    NoView view;
     ui::ScriptedBackend backend;
     ui::setBackend(&backend);
     Host host(output, input, view);
-    hostcad::defineScriptFunctions(host, input, backend);
-    hostcad::KeyboardAsker asker(output, [&host](const std::string& typed, std::string& problem) {
-        return hostcad::readTypedStep(host.lisp(), typed, problem);
+    defineScriptFunctions(host, input, backend);
+    KeyboardAsker asker(output, [&host](const std::string& typed, std::string& problem) {
+        return readTypedStep(host.lisp(), typed, problem);
     });
     if (options.asks) backend.setAsker(&asker);
-    std::string support = files::join(folder, "support");
-    host.setFolders(folder, support);
+    introduceProduct(host, product, folder);
     std::signal(SIGINT, cancelOnInterrupt);
 
     if (!options.drawing.empty()) {
@@ -86,9 +92,9 @@ int run(const Options& options, const std::string& folder) {
         if (!problem.empty()) return complain(problem);
     }
     if (options.loadsModule) {
-        if (!host.modules().load(files::join(folder, "norvane_gis.arx")))
-            return complain("The module could not be loaded.");
-        if (!runScript(host, files::join(support, "gis.lsp"))) return 1;
+        bool isLoaded = false;
+        if (!succeeds([&] { isLoaded = loadProduct(host, product); })) return 1;
+        if (!isLoaded) return complain("The module could not be loaded.");
     }
     for (const std::string& script : options.scripts) {
         if (!runScript(host, script)) return 1;
@@ -105,17 +111,18 @@ int run(const Options& options, const std::string& folder) {
 
 }  // namespace
 
-int main(int count, char** words) {
+int runBatchProgram(int count, char** words, const Product& product) {
     Options options;
     std::string problem;
-    if (!hostcad::parseOptions(count, words, options, problem))
-        return complain(problem + "\n\n" + hostcad::kHelp);
+    if (!parseOptions(count, words, options, problem)) return complain(problem + "\n\n" + helpText(product));
     if (options.wantsHelp) {
-        std::fputs(hostcad::kHelp, stdout);
+        std::fputs(helpText(product).c_str(), stdout);
         return 0;
     }
-    hostcad::lisp::Interpreter::allowDeepRecursion();
-    int status = run(options, programFolder(words[0]));
+    lisp::Interpreter::allowDeepRecursion();
+    int status = run(options, product, programFolder(words[0]));
     ui::setBackend(nullptr);
     return status;
 }
+
+}  // namespace hostcad

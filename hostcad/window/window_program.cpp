@@ -1,4 +1,5 @@
-// hostcad: the CAD host with a window.
+#include "hostcad/window/window_program.h"
+
 #include <QApplication>
 #include <QFileInfo>
 #include <clocale>
@@ -10,6 +11,7 @@
 #include "platform/files/files.h"
 #include "platform/ui/qt/qt_backend.h"
 
+namespace hostcad {
 namespace {
 
 constexpr const char* kHelp =
@@ -19,11 +21,11 @@ constexpr const char* kNoDisplay =
     "hostcad: there is no display to open a window on. Start it on a desktop, or with xvfb-run; without a\n"
     "window, hostcad-batch does the work of a script.\n";
 
-void loadModule(hostcad::Host& host, const std::string& folder, const std::string& support) {
-    if (!host.modules().load(files::join(folder, "norvane_gis.arx"))) return;
+// The window opens without the product too, and tells why.
+void tryToLoad(Host& host, const Product& product) {
     try {
-        host.runScript(files::join(support, "gis.lsp"));
-    } catch (const hostcad::lisp::Error& error) {
+        loadProduct(host, product);
+    } catch (const lisp::Error& error) {
         host.write("\n; error: " + error.fullText() + "\n");
     }
 }
@@ -37,28 +39,27 @@ bool hasDisplay() {
 
 }  // namespace
 
-int main(int argc, char** argv) {
-    for (int i = 1; i < argc; ++i)
-        if (std::string(argv[i]) == "--help") return std::fputs(kHelp, stdout), 0;
+int runWindowProgram(int count, char** words, const Product& product) {
+    for (int i = 1; i < count; ++i)
+        if (std::string(words[i]) == "--help") return std::fputs(kHelp, stdout), 0;
     if (!hasDisplay()) {
         std::fputs(kNoDisplay, stderr);
         return 1;
     }
-    QApplication application(argc, argv);
+    QApplication application(count, words);
     // Numbers are written with a point whatever the language of the desktop.
     std::setlocale(LC_NUMERIC, "C");
-    QApplication::setOrganizationName("norvane");
+    QApplication::setOrganizationName(QString::fromStdString(product.organization));
     QApplication::setApplicationName("hostcad");
 
-    hostcad::MainWindow window;
+    MainWindow window;
     ui::QtBackend backend(&window);
     ui::setBackend(&backend);
-    hostcad::Host host(window, window, window);
-    std::string folder = QApplication::applicationDirPath().toStdString();
-    std::string support = files::join(folder, "support");
-    host.setFolders(folder, support);
-    loadModule(host, folder, support);
-    window.start(host, files::join(support, "hostcad.mnu"));
+    Host host(window, window, window);
+    introduceProduct(host, product, QApplication::applicationDirPath().toStdString());
+    tryToLoad(host, product);
+    const std::string& support = host.folders().support;
+    window.start(host, product.name, {support + "hostcad.mnu", support + product.menus});
     window.QMainWindow::show();
     for (const QString& name : QApplication::arguments().mid(1)) {
         window.openDrawing(QFileInfo(name).absoluteFilePath().toStdString());
@@ -68,3 +69,5 @@ int main(int argc, char** argv) {
     ui::setBackend(nullptr);
     return status;
 }
+
+}  // namespace hostcad

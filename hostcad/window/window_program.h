@@ -1,0 +1,11 @@
+// hostcad: the CAD host with a window.
+#pragma once
+
+#include "hostcad/editor/product.h"
+
+namespace hostcad {
+
+// Takes the words of the command line, the program's name first. Gives the exit status.
+int runWindowProgram(int count, char** words, const Product& product);
+
+}  // namespace hostcad
