@@ -6,6 +6,7 @@
 // and a window cannot differ.
 #pragma once
 
+#include <cassert>
 #include <map>
 #include <memory>
 #include <optional>
@@ -61,6 +62,13 @@ class Dialog {
     }
     const std::vector<std::unique_ptr<Control>>& controls() const { return controls_; }
     Control* find(int id) const;
+    // A control that the dialog has, and of that class.
+    template <class C>
+    C& get(int id) const {
+        Control* control = find(id);
+        assert(dynamic_cast<C*>(control));
+        return static_cast<C&>(*control);
+    }
     // A control by its id in digits, or by its caption or the caption in front of it, with or without "&".
     Control* find(std::string_view idOrCaption) const;
     std::vector<RadioButton*> radioGroup(int group) const;

@@ -71,7 +71,7 @@ class Everything : public ui::Dialog {
   private:
     void onCommand(int id) override {
         if (id == kApply || id == kSave || id == kMark) seen += std::to_string(id) + " ";
-        if (id == kApply) static_cast<ui::Progress*>(find(kBar))->setPosition(3);
+        if (id == kApply) get<ui::Progress>(kBar).setPosition(3);
         Dialog::onCommand(id);
     }
     void onSelection(ui::Control& control) override {
@@ -134,7 +134,7 @@ TEST_F(QtUi, IsWorkedByKeyboardAlone) {
         dialog.seen,
         "103:POLES 103:LAMP 103:POLES 103:TREES 103:OAK 104:one 104:three 105:one 105:two 107:1 109 200 "
         "201 109 ");
-    EXPECT_EQ(static_cast<ui::List*>(dialog.find(kMany))->selection(), (std::vector<int>{0, 1}));
+    EXPECT_EQ(dialog.get<ui::List>(kMany).selection(), (std::vector<int>{0, 1}));
     EXPECT_EQ(dialog.find(kDrop)->text(), "o");
     EXPECT_EQ(dialog.focusAtOk, kMark);
 }
@@ -162,7 +162,7 @@ TEST_F(QtUi, IsWorkedByMouse) {
           [] { window()->close(); }});
     EXPECT_EQ(dialog.runModal(), ui::kCancel);
     EXPECT_EQ(dialog.seen, "103:ASH 105:three 105:one 107:1 201 ");
-    EXPECT_EQ(static_cast<ui::List*>(dialog.find(kMany))->selection(), (std::vector<int>{0, 2}));
+    EXPECT_EQ(dialog.get<ui::List>(kMany).selection(), (std::vector<int>{0, 2}));
 }
 
 TEST_F(QtUi, AMenuIsOpenedByItsLetter) {

@@ -48,10 +48,6 @@ class Form : public ui::Dialog {
         grid.setType(2, 2, ui::CellType::edit(ui::CharacterSet::Numeric, 4));
         grid.setType(2, 3, ui::CellType::dropDown("YES\tNO"));
     }
-    template <class C>
-    C& get(int id) {
-        return static_cast<C&>(*find(id));
-    }
     std::string happened;
 
   private:
@@ -243,7 +239,7 @@ TEST(Key, IsReadFromText) {
 
 TEST_F(UiTest, AListCellIsPickedFromByItsLetters) {
     Form form;
-    static_cast<ui::Grid*>(form.find(17))->setType(2, 3, ui::CellType::dropDown("ASH\tOAK\tOLIVE"));
+    form.get<ui::Grid>(17).setType(2, 3, ui::CellType::dropDown("ASH\tOAK\tOLIVE"));
     run(form, {{Step::Kind::Focus, "17"},
                key("Right"),
                key("Down"),
