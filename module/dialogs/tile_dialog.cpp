@@ -59,7 +59,7 @@ void TileDialog::create(const std::string& title, int widthChars, int heightChar
     style_ = style;
     ui::Font font{fontSize < kLargeFont ? "Lucida Console" : "Arial", fontSize, 0, bold ? 984 : 400};
     window_->setFont(font);
-    std::unique_ptr<ui::FontMetrics> metrics = ui::metricsOf(font);
+    std::shared_ptr<const ui::FontMetrics> metrics = ui::metricsOf(font);
     measures_.charHeight = metrics->height();
     measures_.charWidth = (metrics->width(kLetters) / 26 + 1) / 2;
     measures_.spacing = (style & kCompact ? 1 : 2) * measures_.charHeight / 3;

@@ -7,6 +7,13 @@ namespace {
 
 Backend* g_backend = nullptr;
 
+// A program uses a handful of fonts.
+struct KnownFont {
+    Font font;
+    std::shared_ptr<const FontMetrics> metrics;
+};
+std::vector<KnownFont> g_fonts;
+
 }  // namespace
 
 Backend* backend() {
@@ -14,6 +21,7 @@ Backend* backend() {
 }
 void setBackend(Backend* backend) {
     g_backend = backend;
+    g_fonts.clear();
 }
 
 int messageBox(const std::string& title, const std::string& text, unsigned flags) {
@@ -45,10 +53,15 @@ bool askYesNo(const std::string& title, const std::string& question) {
     return messageBox(title, question, kBoxAlert | kBoxYesNo) == kYes;
 }
 
-std::unique_ptr<FontMetrics> metricsOf(const Font& font) {
-    std::unique_ptr<FontMetrics> metrics = g_backend ? g_backend->metrics(font) : nullptr;
-    if (metrics) return metrics;
-    return std::make_unique<FixedFontMetrics>(font.height, font.width ? font.width : (font.height + 1) / 2);
+std::shared_ptr<const FontMetrics> metricsOf(const Font& font) {
+    for (const KnownFont& known : g_fonts)
+        if (known.font == font) return known.metrics;
+    std::shared_ptr<const FontMetrics> metrics = g_backend ? g_backend->metrics(font) : nullptr;
+    if (!metrics)
+        metrics =
+            std::make_shared<FixedFontMetrics>(font.height, font.width ? font.width : (font.height + 1) / 2);
+    g_fonts.push_back({font, metrics});
+    return metrics;
 }
 
 }  // namespace ui

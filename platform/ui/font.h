@@ -12,6 +12,7 @@ struct Font {
     int height = 16;
     int width = 0;  // of an average character; 0 leaves it to the font
     int weight = 400;
+    bool operator==(const Font&) const = default;
 };
 
 // What a backend knows of a font.
@@ -33,8 +34,8 @@ class FixedFontMetrics : public FontMetrics {
     int height_, characterWidth_;
 };
 
-// Measures of the present backend; never null.
-std::unique_ptr<FontMetrics> metricsOf(const Font& font);
+// Measures of the present backend, which are made once a font and kept; never null.
+std::shared_ptr<const FontMetrics> metricsOf(const Font& font);
 
 // Characters (not bytes) of UTF-8 text.
 int characterCount(std::string_view text);
