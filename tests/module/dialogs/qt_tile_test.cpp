@@ -7,7 +7,7 @@
 #include "module/dialogs/tile_dialog.h"
 #include "platform/ui/qt/qt_backend.h"
 #include "platform/ui/qt/qt_text.h"
-#include "tests/platform/qt_person.h"
+#include "tests/platform/ui/qt_person.h"
 
 using namespace norvane;
 

@@ -8,7 +8,7 @@
 
 #include "platform/ui/qt/qt_backend.h"
 #include "tests/module/module_fixture.h"
-#include "tests/platform/qt_person.h"
+#include "tests/platform/ui/qt_person.h"
 
 class QtEditor : public ModuleTest, protected QtPerson {
   protected:

@@ -7,7 +7,7 @@
 #include "platform/ui/qt/dialog_window.h"
 #include "platform/ui/qt/qt_backend.h"
 #include "tests/module/module_fixture.h"
-#include "tests/platform/qt_person.h"
+#include "tests/platform/ui/qt_person.h"
 
 class QtSheet : public ModuleTest, protected QtPerson {
   protected:

@@ -16,7 +16,7 @@
 #include "platform/ui/qt/dialog_window.h"
 #include "platform/ui/qt/qt_backend.h"
 #include "platform/ui/qt/qt_printing.h"
-#include "tests/platform/qt_person.h"
+#include "tests/platform/ui/qt_person.h"
 
 namespace fs = std::filesystem;
 
