@@ -176,7 +176,7 @@ class SpecialCodes : public ui::Dialog {
     void onCommand(int id) override {
         if (id != kClear) return Dialog::onCommand(id);
         find(kCode)->setText("");
-        static_cast<ui::List*>(find(kList))->select(-1);
+        get<ui::List>(kList).select(-1);
     }
     void onDoubleClick(ui::Control&) override { onOk(); }
     void onOk() override {

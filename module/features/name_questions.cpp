@@ -34,7 +34,7 @@ class CategoryChooser : public ui::Dialog {
 
   private:
     void onOk() override {
-        category_ = static_cast<ui::List*>(find(kCategoryList))->selectedText();
+        category_ = get<ui::List>(kCategoryList).selectedText();
         if (!category_.empty()) end(ui::kOk);
     }
     void onDoubleClick(ui::Control&) override { onOk(); }

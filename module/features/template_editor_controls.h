@@ -7,6 +7,8 @@ namespace norvane {
 
 namespace editor {
 
+constexpr const char* kTitle = "Define Template Database";
+
 enum Id {
     kMenu = 1000,
     kPathCaption,

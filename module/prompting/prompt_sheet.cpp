@@ -24,8 +24,8 @@ PromptSheet::PromptSheet(PromptRequest request)
       request_(std::move(request)),
       point_(pointContextOf(request_)) {
     AddSheetControls(*this);
-    grid_ = static_cast<ui::Grid*>(find(kGrid));
-    features_ = static_cast<ui::DropDown*>(find(kFeatures));
+    grid_ = &get<ui::Grid>(kGrid);
+    features_ = &get<ui::DropDown>(kFeatures);
     cells_ = std::make_unique<Cells>(*grid_);
 }
 
@@ -34,7 +34,7 @@ PromptSheet::PromptSheet(PromptRequest request)
 void PromptSheet::onOpen() {
     find(kImageCounter)->setText("0 / 0");
     bool jpeg = readState(state::kImageFormat) == "JPG";
-    static_cast<ui::RadioButton*>(find(jpeg ? kJpg : kBmp))->check();
+    get<ui::RadioButton>(jpeg ? kJpg : kBmp).check();
     formEngine_ = DetectFormEngine();
     showLinkState();
     if (CheckDao()) {
@@ -303,31 +303,31 @@ bool PromptSheet::save() {
 // --- Forms of the output database -----------------------------------------------------------------------
 
 void PromptSheet::fillForms() {
-    auto* forms = static_cast<ui::DropDown*>(find(kForms));
+    auto& forms = get<ui::DropDown>(kForms);
     for (const std::string& form : ReadFormNames(formEngine_, request_.binDirectory, request_.outputPath))
-        forms->addItem(form);
+        forms.addItem(form);
     restoreFormChoice();
-    if (forms->count() > 0) return;
-    static_cast<ui::CheckBox*>(find(kUseForm))->check(false);
+    if (forms.count() > 0) return;
+    get<ui::CheckBox>(kUseForm).check(false);
     find(kUseForm)->enable(false);
-    forms->enable(false);
+    forms.enable(false);
 }
 
 void PromptSheet::restoreFormChoice() {
     std::string choice = readState(state::kFormChoice);
     size_t bar = choice.rfind('|');
     if (choice.empty() || bar == std::string::npos) return;
-    auto* forms = static_cast<ui::DropDown*>(find(kForms));
-    int form = forms->findExact(choice.substr(bar + 1));
+    auto& forms = get<ui::DropDown>(kForms);
+    int form = forms.findExact(choice.substr(bar + 1));
     if (form < 0 || !text::equalNoCase(choice.substr(1, bar - 1), request_.outputPath)) return;
-    forms->select(form);
-    static_cast<ui::CheckBox*>(find(kUseForm))->check(choice.front() == '+');
+    forms.select(form);
+    get<ui::CheckBox>(kUseForm).check(choice.front() == '+');
 }
 
 // Keeps the choice for the next sheet. The form that is to be shown, if any.
 FormRequest PromptSheet::rememberFormChoice() {
-    bool use = static_cast<ui::CheckBox*>(find(kUseForm))->checked();
-    std::string form = static_cast<ui::DropDown*>(find(kForms))->selectedText();
+    bool use = get<ui::CheckBox>(kUseForm).checked();
+    std::string form = get<ui::DropDown>(kForms).selectedText();
     std::string argument = request_.outputPath + "|" + form;
     writeState((use ? "+" : "-") + argument, state::kFormChoice);
     if (!use || form.empty() || request_.outputPath.empty()) return {};

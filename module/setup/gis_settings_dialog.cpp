@@ -102,7 +102,7 @@ void SettingsDialog::showFormat() {
     }
     std::optional<SettingsFile> file = SettingsFile::read();
     bool objects = file && text::toLong(file->value(settings::kObjectData).value_or("")) != 0;
-    static_cast<ui::RadioButton*>(find(objects ? kObjectFormat : kAccessFormat))->check();
+    get<ui::RadioButton>(objects ? kObjectFormat : kAccessFormat).check();
     formatFlag = objects ? 1 : 0;
     enableOutput(!objects);
 }
@@ -162,7 +162,7 @@ void SettingsDialog::onOk() {
     outputResult = find(kOutputEdit)->text();
     if (!templateResult.empty()) writeState(templateResult, state::kTemplatePath);
     if (!outputResult.empty()) writeState(outputResult, state::kOutputPath);
-    formatFlag = static_cast<ui::RadioButton*>(find(kObjectFormat))->checked() ? 1 : 0;
+    formatFlag = get<ui::RadioButton>(kObjectFormat).checked() ? 1 : 0;
     end(ui::kOk);
 }
 

@@ -1,0 +1,74 @@
+#include "module/features/feature_sheet.h"
+
+#include <algorithm>
+
+#include "platform/scope/temporary_value.h"
+
+namespace norvane {
+
+FeatureSheet::FeatureSheet(ui::Grid& grid, ui::Edit& nameField)
+    : grid_(grid), nameField_(nameField), attributes_(grid) {}
+
+void FeatureSheet::setName(const std::string& name) {
+    name_ = name;
+    nameField_.setText(name.empty() ? "None" : name);
+}
+
+void FeatureSheet::close() {
+    clear();
+    setName("");
+}
+
+void FeatureSheet::clear() {
+    TemporaryValue filling(filling_, true);
+    attributes_.clear();
+}
+
+void FeatureSheet::setRows(const std::vector<FeatureFileRow>& rows) {
+    TemporaryValue filling(filling_, true);
+    attributes_.setRows(rows);
+}
+
+bool FeatureSheet::hasNames() const {
+    const std::vector<FeatureFileRow> all = rows();
+    return std::any_of(all.begin(), all.end(), [](const FeatureFileRow& row) {
+        return !row.abbreviation.empty() || !row.fullName.empty();
+    });
+}
+
+void FeatureSheet::goTo(int column, int row) {
+    TemporaryValue filling(filling_, true);
+    grid_.setActive(column, row);
+}
+
+void FeatureSheet::change(void (AttributeGrid::*command)()) {
+    TemporaryValue filling(filling_, true);
+    endEditing();
+    (attributes_.*command)();
+    modified_ = true;
+    if (attributes_.count() == 0) setName("");
+}
+
+void FeatureSheet::setValues(const ValueCell& values) {
+    TemporaryValue filling(filling_, true);
+    attributes_.applyValues(grid_.active().row, values);
+    modified_ = true;
+}
+
+void FeatureSheet::cellEdited(ui::CellPosition at) {
+    TemporaryValue filling(filling_, true);
+    modified_ = true;
+    attributes_.cellEdited(at);
+}
+
+void FeatureSheet::cellLeft(ui::CellPosition at) {
+    if (!filling_) attributes_.cellLeft(at);
+}
+
+bool FeatureSheet::deletePressed() {
+    if (!attributes_.deletePressed()) return false;
+    modified_ = true;
+    return true;
+}
+
+}  // namespace norvane

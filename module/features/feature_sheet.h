@@ -1,0 +1,57 @@
+// The feature that the editor shows: its name, its attributes on the grid, and whether they were changed.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "module/features/attribute_grid.h"
+#include "platform/ui/dialog.h"
+
+namespace norvane {
+
+class FeatureSheet {
+  public:
+    // Both controls stay the dialog's.
+    FeatureSheet(ui::Grid& grid, ui::Edit& nameField);
+
+    const std::string& name() const { return name_; }  // "" for none
+    void setName(const std::string& name);
+    bool modified() const { return modified_; }
+    void setModified(bool on) { modified_ = on; }
+
+    // No feature, and no attributes.
+    void close();
+    // No attributes.
+    void clear();
+    void setRows(const std::vector<FeatureFileRow>& rows);
+    std::vector<FeatureFileRow> rows() const { return attributes_.rows(); }
+    // Whether any attribute has a name.
+    bool hasNames() const;
+    // What can be done on the active row.
+    const AttributeGrid& attributes() const { return attributes_; }
+
+    // Takes what is being typed into its cell.
+    void endEditing() { grid_.setEditing(false); }
+    void goTo(int column, int row);
+    // A command on the active row.
+    void change(void (AttributeGrid::*command)());
+    // The values of the active row.
+    ValueCell values() const { return attributes_.values(grid_.active().row); }
+    void setValues(const ValueCell& values);
+
+    // What a person does to the grid; false when a key means nothing to it.
+    void cellEdited(ui::CellPosition at);
+    void cellLeft(ui::CellPosition at);
+    bool enterPressed() { return attributes_.enterPressed(); }
+    bool deletePressed();
+
+  private:
+    ui::Grid& grid_;
+    ui::Edit& nameField_;
+    AttributeGrid attributes_;
+    std::string name_;
+    bool modified_ = false;
+    bool filling_ = false;  // the editor itself moves about the grid
+};
+
+}  // namespace norvane

@@ -1,0 +1,84 @@
+// Saving the feature on the sheet.
+#include "module/features/editor_session.h"
+#include "module/features/name_questions.h"
+#include "module/features/template_editor_controls.h"
+#include "platform/ui/backend.h"
+
+namespace norvane {
+
+namespace {
+
+// False: the sheet is not saved, and the command that asked must not go on.
+bool saveToCategory(EditorSession& s, const std::string& category) {
+    const std::string& feature = s.sheet.name();
+    const std::vector<FeatureFileRow> rows = s.sheet.rows();
+    if (std::optional<RowFault> fault = CheckForCategory(feature, rows)) {
+        s.goToFault(*fault);
+        return false;
+    }
+    if (!s.file.isOpen()) {
+        ui::messageBox("Error", "Template Database not set!");
+        s.dialog.setFocus(editor::kTree);
+        return true;
+    }
+    const std::optional<bool> stored = s.file.hasFeature(feature);
+    if (!stored) return false;
+    if (*stored && !ui::askYesNo("Alert", "Feature already exist! Do you want to replace it?")) return true;
+    // A template that did not take the changes is as it was, and so is the sheet.
+    if (!s.file.change([&](CDaoDatabase& database) {
+            if (*stored) RemoveFeatureRecords(database, feature);
+            StoreFeature(database, feature, category, rows);
+        }))
+        return false;
+    s.refillTree();
+    s.tree.select(s.tree.findFeature(feature));
+    ui::information("Process done...", kInformationTime);
+    return true;
+}
+
+void setModified(EditorSession& s, bool on) {
+    s.sheet.setModified(on);
+    s.showTitle();
+}
+
+}  // namespace
+
+bool AskSaveChanges(EditorSession& s) {
+    s.sheet.endEditing();
+    if (!s.sheet.modified()) return true;
+    setModified(s, false);
+    if (!s.sheet.hasNames()) return true;
+    const std::string about = s.sheet.name().empty() ? "" : "Current Feature: " + s.sheet.name() + "\n";
+    if (!ui::askYesNo("Alert", about + "Save Changes?")) return true;
+    if (s.sheet.name().empty()) {
+        std::string name = AskGoodName("Feature Name");
+        if (name.empty()) return true;
+        s.sheet.setName(name);
+    }
+    const std::vector<std::string> categories = s.tree.categories();
+    if (categories.empty()) {
+        ui::messageBox(
+            "Alert",
+            "No Categories found in the Template Database.\nPlease add at least one category in order "
+            "to be able to store Features!");
+        setModified(s, true);
+        return false;
+    }
+    std::string category =
+        AskCategory("Select Category", categories, s.tree.categoryOf(s.tree.findFeature(s.sheet.name())));
+    // Who does not choose a category has not said that the changes may be lost.
+    bool saved = !category.empty() && saveToCategory(s, category);
+    if (!saved) setModified(s, true);
+    return saved;
+}
+
+void SaveNow(EditorSession& s) {
+    s.sheet.endEditing();
+    if (s.sheet.name().empty()) return;
+    std::string category = s.tree.categoryOf(s.tree.findFeature(s.sheet.name()));
+    if (category.empty())
+        category = AskCategory("Select Category", s.tree.categories(), s.tree.selectedCategory());
+    if (!category.empty() && saveToCategory(s, category)) setModified(s, false);
+}
+
+}  // namespace norvane
