@@ -52,6 +52,20 @@ const CatalogueEntry& Database::ownTable(const std::string& table) {
     return found;
 }
 
+CatalogueEntry Database::usersTable(const std::string& table) {
+    const CatalogueEntry& found = entry(table);
+    if (found.isSystem()) throw Error("The table " + found.name + " belongs to the system.");
+    return found;
+}
+
+void Database::checkNewName(const std::string& name) {
+    constexpr size_t kLongestName = 64;
+    if (hasTable(name)) throw Error("The table " + name + " exists already.");
+    // A column name is checked with its column; a table's must be as good.
+    if (name.empty() || store_.text.length(name) > kLongestName)
+        throw Error("\"" + name + "\" is not a valid name of a table.");
+}
+
 std::vector<TableInfo> Database::tables() {
     jet::Reading reading(store_.file);
     std::vector<TableInfo> tables;
@@ -130,10 +144,7 @@ std::vector<Index> Database::indexes(const std::string& table) {
 }
 
 void Database::createTable(const std::string& name, const std::vector<Column>& columns) {
-    if (hasTable(name)) throw Error("The table " + name + " exists already.");
-    // A column name is checked with its column; a table's must be as good.
-    if (name.empty() || store_.text.length(name) > 64)
-        throw Error("\"" + name + "\" is not a valid name of a table.");
+    checkNewName(name);
     Catalogue& catalogue = this->catalogue();
     PageFile::Change change(store_.file);
     // Maps go where those of the newest table are.
@@ -152,8 +163,7 @@ void Database::createTable(const std::string& name, const std::vector<Column>& c
 }
 
 void Database::dropTable(const std::string& name) {
-    const CatalogueEntry entry = this->entry(name);
-    if (entry.isSystem()) throw Error("The table " + entry.name + " belongs to the system.");
+    const CatalogueEntry entry = usersTable(name);
     PageFile::Change change(store_.file);
     if (entry.isTable()) {
         TableDefinition definition = records(name)->definition();
@@ -168,12 +178,8 @@ void Database::dropTable(const std::string& name) {
 }
 
 void Database::renameTable(const std::string& name, const std::string& newName) {
-    const CatalogueEntry entry = this->entry(name);
-    if (entry.isSystem()) throw Error("The table " + entry.name + " belongs to the system.");
-    if (!text::equalNoCase(name, newName) && hasTable(newName))
-        throw Error("The table " + newName + " exists already.");
-    if (newName.empty() || store_.text.length(newName) > 64)
-        throw Error("\"" + newName + "\" is not a valid name of a table.");
+    const CatalogueEntry entry = usersTable(name);
+    if (!text::equalNoCase(name, newName)) checkNewName(newName);
     PageFile::Change change(store_.file);
     catalogue().rename(entry, newName);
     change.done();

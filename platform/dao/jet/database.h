@@ -117,6 +117,9 @@ class Database {
     void refresh();
     const CatalogueEntry& entry(const std::string& table);
     const CatalogueEntry& ownTable(const std::string& table);
+    // A table that a user may change.
+    CatalogueEntry usersTable(const std::string& table);
+    void checkNewName(const std::string& name);
     Properties properties(const CatalogueEntry& entry);
     void forget();
 

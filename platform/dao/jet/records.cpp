@@ -260,13 +260,16 @@ RowId Records::insert(std::vector<Value>& values) {
     return row;
 }
 
+Bytes Records::copyOf(RowId row, Place& place) {
+    if (!find(row, place)) throw Error("The record has been deleted.");
+    return place.bytes.copy();
+}
+
 void Records::update(RowId row, const std::vector<Value>& values, const std::vector<bool>& touched) {
     requireWritable();
     PageFile::Change change(store_.file);
     Place place;
-    if (!find(row, place)) throw Error("The record has been deleted.");
-    // The page may change while the row is still looked at.
-    Bytes old = place.bytes.copy();
+    Bytes old = copyOf(row, place);
     RowView view(store_.format, *definition_, old);
 
     std::vector<std::optional<KeyMaker::Key>> before, after;
@@ -328,8 +331,7 @@ void Records::erase(RowId row) {
     requireWritable();
     PageFile::Change change(store_.file);
     Place place;
-    if (!find(row, place)) throw Error("The record has been deleted.");
-    Bytes old = place.bytes.copy();
+    Bytes old = copyOf(row, place);
     RowView view(store_.format, *definition_, old);
     for (size_t i = 0; i < keys_.size(); ++i)
         if (std::optional<KeyMaker::Key> key = keyOf(i, view)) tree(i).erase(key->bytes, row);

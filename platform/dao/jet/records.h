@@ -50,6 +50,8 @@ class Records {
 
   private:
     bool follow(RowId row, Place& place) const;
+    // Finds a record and copies it, since its page may change while it is still looked at.
+    Bytes copyOf(RowId row, Place& place);
     void requireWritable() const;
     void giveNumbers(std::vector<Value>& values);
     void checkUnique(size_t index, const std::optional<KeyMaker::Key>& key, RowId row) const;
