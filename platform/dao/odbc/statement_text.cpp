@@ -42,8 +42,7 @@ class Translator {
     Translator(std::string_view sql, const Dialect& dialect, Catalogue& catalogue, bool passThrough)
         : tokens_(sqlTokens(sql, passThrough ? kPassed : kTranslated)),
           dialect_(dialect),
-          catalogue_(catalogue),
-          passThrough_(passThrough) {}
+          catalogue_(catalogue) {}
 
     ServerStatement run() {
         findTables();
@@ -80,7 +79,7 @@ class Translator {
             size_t name = behindBlanks(i + 1);
             if (!isName(token(name))) continue;
             size_t end = endOfChain(name);
-            std::string_view owner = end > name + 1 ? token(end - 3).text : "";
+            std::string owner = end > name + 1 ? token(end - 3).text : "";
             mentions_.push_back({name, end, catalogue_.find(owner, token(end - 1).text)});
             if (token(i).is("INTO")) findColumnList(end);
             i = end - 1;
@@ -201,7 +200,6 @@ class Translator {
     std::vector<Token> tokens_;
     const Dialect& dialect_;
     Catalogue& catalogue_;
-    bool passThrough_;
 
     std::vector<Mention> mentions_;
     size_t listBegin_ = 0, listEnd_ = 0;  // of the columns of an INSERT
