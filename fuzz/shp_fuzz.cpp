@@ -33,7 +33,7 @@ void rewrite(const std::string& path) {
     if (!file) return;
     double v[] = {1, 2, 3, 4, 5};
     OwnedShape object(ShapeCreateObject(file->shapeType, -1, 1, nullptr, nullptr,
-                                        shape::isPoint(file->shapeType) ? 1 : 5, v, v, v, v, 0));
+                                        shape::IsPoint(file->shapeType) ? 1 : 5, v, v, v, v, 0));
     int32_t written = ShapeWriteObject(file.get(), -1, object.get());
     if (file->recordCount > 1) ShapeWriteObject(file.get(), 0, object.get());
     require(ShapeClose(file.release()), "the files cannot be written");

@@ -63,9 +63,9 @@ AlphanumericFile::AlphanumericFile()
 
 std::string AlphanumericFile::newHeader() const {
     std::string header(kAlphanumericHeaderSize, '\0');
-    CreationDate date = today();
+    CreationDate date = Today();
     std::string day = text::format("%2d/%2d/%4d", date.month, date.day, date.year);
-    putText(&header[kDateAt], kTextRoom, zeroFilled(day));
+    putText(&header[kDateAt], kTextRoom, ZeroFilled(day));
     putText(&header[kAlphanumericMarkAt], kTextRoom, std::string(kAlphanumericMark) + "2");
     return header;
 }

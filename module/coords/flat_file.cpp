@@ -25,14 +25,14 @@ std::unique_ptr<RandomFile> openAlone(const std::string& path, RandomFile::Mode 
 
 }  // namespace
 
-CreationDate today() {
+CreationDate Today() {
     std::time_t now = std::time(nullptr);
     std::tm parts{};
     ::gmtime_r(&now, &parts);
     return {parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday};
 }
 
-std::string zeroFilled(std::string s) {
+std::string ZeroFilled(std::string s) {
     std::replace(s.begin(), s.end(), ' ', '0');
     return s;
 }

@@ -54,8 +54,8 @@ class FlatFile : public CoordinateFile {
 struct CreationDate {
     int year, month, day;
 };
-CreationDate today();
+CreationDate Today();
 // Blanks become zeros.
-std::string zeroFilled(std::string text);
+std::string ZeroFilled(std::string text);
 
 }  // namespace norvane

@@ -124,8 +124,8 @@ int IndexedFile::createEmpty(const std::string& filePath, int descriptionLimit) 
     RecordStore::Header header;
     bool good = descriptionLimit >= 1 && descriptionLimit <= kLongestDescription;
     header.descriptionLimit = good ? descriptionLimit : kLongestDescription;
-    CreationDate date = today();
-    header.date = zeroFilled(text::format("%2d/%2d/%4d", date.month, date.day, date.year));
+    CreationDate date = Today();
+    header.date = ZeroFilled(text::format("%2d/%2d/%4d", date.month, date.day, date.year));
     int status = store_.create(native, IndexPath(native), header);
     return opened(status, native);
 }

@@ -47,8 +47,8 @@ NumericFile::NumericFile() : FlatFile(kNumericCrd, {kSlotSize, kSlotSize}) {}
 
 std::string NumericFile::newHeader() const {
     std::string header(kSlotSize, '\0');
-    CreationDate date = today();
-    std::string day = zeroFilled(text::format("%4d.%2d%2d", date.year, date.month, date.day));
+    CreationDate date = Today();
+    std::string day = ZeroFilled(text::format("%4d.%2d%2d", date.year, date.month, date.day));
     files::putLittle(&header[kDateAt], text::toReal(day));
     return header;
 }

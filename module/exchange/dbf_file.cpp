@@ -181,7 +181,7 @@ void putText(DbfHandle& handle, std::string_view room, std::string_view text) {
 
 void putNumber(DbfHandle& handle, std::string_view room, int32_t field, double value) {
     char* to = handle.recordBuffer.data() + (room.data() - handle.recordBuffer.data());
-    formatDbfNumber(value, static_cast<int>(room.size()), handle.fieldDecimals[static_cast<size_t>(field)],
+    FormatDbfNumber(value, static_cast<int>(room.size()), handle.fieldDecimals[static_cast<size_t>(field)],
                     to);
 }
 
@@ -191,7 +191,7 @@ DbfHandle* DbfOpen(std::string_view path, std::string_view mode) {
     bool read = mode == "r" || mode == "rb";
     bool update = mode == "r+" || mode == "rb+" || mode == "r+b";
     if (!read && !update) return nullptr;
-    std::string stem = fileStem(path);
+    std::string stem = FileStem(path);
     auto handle = std::make_unique<DbfHandle>();
     handle->file =
         RandomFile::open(stem + ".dbf", read ? RandomFile::Mode::kRead : RandomFile::Mode::kUpdate);
@@ -202,7 +202,7 @@ DbfHandle* DbfOpen(std::string_view path, std::string_view mode) {
 
 DbfHandle* DbfCreate(std::string_view path) {
     auto handle = std::make_unique<DbfHandle>();
-    handle->file = RandomFile::open(fileStem(path) + ".dbf", RandomFile::Mode::kCreate);
+    handle->file = RandomFile::open(FileStem(path) + ".dbf", RandomFile::Mode::kCreate);
     if (!handle->file || !handle->file->write(0, std::string_view("\0", 1)) || !handle->file->flush())
         return nullptr;
     handle->noHeader = 1;

@@ -75,7 +75,7 @@ void putRight(const char* text, size_t length, char* out, size_t room) {
 
 }  // namespace
 
-void formatDbfNumber(double value, int width, int decimals, char* out) {
+void FormatDbfNumber(double value, int width, int decimals, char* out) {
     const size_t room = static_cast<size_t>(width);
     if (!std::isfinite(value)) {
         std::memset(out, ' ', room);

@@ -4,7 +4,7 @@
 
 namespace norvane {
 
-std::string fileStem(std::string_view path) {
+std::string FileStem(std::string_view path) {
     std::string stem = files::native(path);
     size_t at = stem.find_last_of("./");
     if (at != std::string::npos && stem[at] == '.') stem.resize(at);

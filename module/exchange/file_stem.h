@@ -7,6 +7,6 @@
 namespace norvane {
 
 // The path without the extension of its last part, with "/" between its parts.
-std::string fileStem(std::string_view path);
+std::string FileStem(std::string_view path);
 
 }  // namespace norvane

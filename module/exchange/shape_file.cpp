@@ -128,7 +128,7 @@ bool ShapeHandle::reserveRecords(int32_t capacity) {
 ShapeHandle* ShapeOpen(std::string_view path, std::string_view mode) {
     bool update = mode == "rb+" || mode == "r+b" || mode == "r+";
     auto fileMode = update ? RandomFile::Mode::kUpdate : RandomFile::Mode::kRead;
-    std::string stem = fileStem(path);
+    std::string stem = FileStem(path);
     auto handle = std::make_unique<ShapeHandle>();
     handle->shpFile = RandomFile::open(stem + ".shp", fileMode);
     handle->shxFile = RandomFile::open(stem + ".shx", fileMode);
@@ -150,7 +150,7 @@ ShapeHandle* ShapeOpen(std::string_view path, std::string_view mode) {
 }
 
 ShapeHandle* ShapeCreate(std::string_view path, int32_t shapeType) {
-    std::string stem = fileStem(path);
+    std::string stem = FileStem(path);
     ShapeHandle empty;
     empty.shapeType = shapeType;
     if (!createOne(stem + ".shp", empty) || !createOne(stem + ".shx", empty)) return nullptr;

@@ -48,7 +48,7 @@ ShapeObject* ShapeCreateObject(int32_t shapeType, int32_t shapeId, int32_t partC
     object->shapeType = shapeType;
     object->shapeId = shapeId;
     object->listForm = listForm;
-    if (shape::hasParts(shapeType)) {
+    if (shape::HasParts(shapeType)) {
         object->partCount = std::max(partCount, 1);
         size_t parts = static_cast<size_t>(object->partCount);
         object->partStarts.assign(parts, 0);
@@ -57,8 +57,8 @@ ShapeObject* ShapeCreateObject(int32_t shapeType, int32_t shapeId, int32_t partC
         if (partCount > 0 && partTypes) std::copy_n(partTypes, partCount, object->partTypes.begin());
     }
     object->allocateArrays(vertexCount);
-    const bool takesZ = z && shape::hasZ(shapeType);
-    const bool takesM = m && (shape::hasZ(shapeType) || shape::hasM(shapeType));
+    const bool takesZ = z && shape::HasZ(shapeType);
+    const bool takesM = m && (shape::HasZ(shapeType) || shape::HasM(shapeType));
     if (vertexCount > 0) {
         std::copy_n(x, vertexCount, object->x);
         std::copy_n(y, vertexCount, object->y);

@@ -27,28 +27,28 @@ enum Type : int32_t {
 };
 constexpr int32_t kRing = 5;  // the type of a part, unless it is told
 
-constexpr bool isPoint(int32_t type) {
+constexpr bool IsPoint(int32_t type) {
     return type == kPoint || type == kPointZ || type == kPointM;
 }
-constexpr bool isMultipoint(int32_t type) {
+constexpr bool IsMultipoint(int32_t type) {
     return type == kMultipoint || type == kMultipointZ || type == kMultipointM;
 }
 // Arcs, polygons, multipatches.
-constexpr bool hasParts(int32_t type) {
+constexpr bool HasParts(int32_t type) {
     return type == kArc || type == kPolygon || type == kArcZ || type == kPolygonZ || type == kArcM ||
            type == kPolygonM || type == kMultipatch;
 }
 // The types that hold Z, and M beside it.
-constexpr bool hasZ(int32_t type) {
+constexpr bool HasZ(int32_t type) {
     return type == kPointZ || type == kArcZ || type == kPolygonZ || type == kMultipointZ ||
            type == kMultipatch;
 }
 // The types that hold M alone.
-constexpr bool hasM(int32_t type) {
+constexpr bool HasM(int32_t type) {
     return type == kPointM || type == kArcM || type == kPolygonM || type == kMultipointM;
 }
-constexpr bool isKnown(int32_t type) {
-    return isPoint(type) || isMultipoint(type) || hasParts(type);
+constexpr bool IsKnown(int32_t type) {
+    return IsPoint(type) || IsMultipoint(type) || HasParts(type);
 }
 
 }  // namespace shape

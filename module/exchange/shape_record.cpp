@@ -96,7 +96,7 @@ bool readParts(RecordReader& in, ShapeObject& object, int32_t vertexCount) {
 bool readVertices(RecordReader& in, ShapeObject& object, int32_t count, int32_t listForm) {
     size_t n = static_cast<size_t>(count);
     size_t measures = 16 + n * 8;
-    bool hasZ = shape::hasZ(object.shapeType);
+    bool hasZ = shape::HasZ(object.shapeType);
     if (!in.fits(n * 16 + (hasZ ? measures : 0))) return false;
     if (listForm)
         object.allocateList(count);
@@ -120,7 +120,7 @@ bool readVertices(RecordReader& in, ShapeObject& object, int32_t count, int32_t 
 }
 
 bool readManyVertices(RecordReader& in, ShapeObject& object, int32_t listForm) {
-    bool parts = shape::hasParts(object.shapeType);
+    bool parts = shape::HasParts(object.shapeType);
     if (!in.fits(parts ? kPartsAt : kMultipointVerticesAt)) return false;
     readBox(in, object);
     in.moveTo(parts ? kPartCountAt : kMultipointCountAt);
@@ -132,7 +132,7 @@ bool readManyVertices(RecordReader& in, ShapeObject& object, int32_t listForm) {
 }
 
 bool readPoint(RecordReader& in, ShapeObject& object) {
-    bool z = shape::hasZ(object.shapeType);
+    bool z = shape::HasZ(object.shapeType);
     in.moveTo(kPointAt);
     if (!in.fits(z ? 24 : 16)) return false;
     object.allocateArrays(1);
@@ -148,11 +148,11 @@ bool readPoint(RecordReader& in, ShapeObject& object) {
 
 // Records of patches are written without M, though they are read with it.
 bool writesM(int32_t fileType) {
-    return fileType != shape::kMultipatch && (shape::hasZ(fileType) || shape::hasM(fileType));
+    return fileType != shape::kMultipatch && (shape::HasZ(fileType) || shape::HasM(fileType));
 }
 
 void writeMany(RecordWriter& out, int32_t fileType, const ShapeObject& object) {
-    bool parts = shape::hasParts(fileType);
+    bool parts = shape::HasParts(fileType);
     for (double bound : {object.xMin, object.yMin, object.xMax, object.yMax}) out.real(bound);
     if (parts) out.integer(object.partCount);
     out.integer(object.vertexCount);
@@ -165,30 +165,30 @@ void writeMany(RecordWriter& out, int32_t fileType, const ShapeObject& object) {
         out.real(object.x[i]);
         out.real(object.y[i]);
     }
-    if (shape::hasZ(fileType)) out.range(object.zMin, object.zMax, object.z, object.vertexCount);
+    if (shape::HasZ(fileType)) out.range(object.zMin, object.zMax, object.z, object.vertexCount);
     if (writesM(fileType)) out.range(object.mMin, object.mMax, object.m, object.vertexCount);
 }
 
 void writePoint(RecordWriter& out, int32_t fileType, const ShapeObject& object) {
     out.real(*object.x);
     out.real(*object.y);
-    if (shape::hasZ(fileType)) out.real(*object.z);
+    if (shape::HasZ(fileType)) out.real(*object.z);
     if (writesM(fileType)) out.real(*object.m);
 }
 
 bool isWritable(int32_t fileType, const ShapeObject& object) {
-    if (!shape::isKnown(fileType) || !object.x || object.vertexCount < 0) return false;
-    if (shape::isPoint(fileType)) return object.vertexCount > 0;
+    if (!shape::IsKnown(fileType) || !object.x || object.vertexCount < 0) return false;
+    if (shape::IsPoint(fileType)) return object.vertexCount > 0;
     size_t parts = static_cast<size_t>(std::max(object.partCount, 0));
     return object.partCount >= 0 && object.partStarts.size() >= parts && object.partTypes.size() >= parts;
 }
 
 // In bytes, with the header.
 size_t recordSize(int32_t fileType, const ShapeObject& object) {
-    size_t numbers = 2 + (shape::hasZ(fileType) ? 1 : 0) + (writesM(fileType) ? 1 : 0);
-    if (shape::isPoint(fileType)) return kPointAt + numbers * 8;
+    size_t numbers = 2 + (shape::HasZ(fileType) ? 1 : 0) + (writesM(fileType) ? 1 : 0);
+    if (shape::IsPoint(fileType)) return kPointAt + numbers * 8;
     size_t vertices = static_cast<size_t>(object.vertexCount) * numbers * 8 + (numbers - 2) * 16;
-    if (!shape::hasParts(fileType)) return kMultipointVerticesAt + vertices;
+    if (!shape::HasParts(fileType)) return kMultipointVerticesAt + vertices;
     size_t ofOnePart = fileType == shape::kMultipatch ? 8 : 4;
     return kPartsAt + static_cast<size_t>(object.partCount) * ofOnePart + vertices;
 }
@@ -198,7 +198,7 @@ void writeRecord(char* record, size_t size, int32_t fileType, int32_t index, con
     files::putBig32(record + 4, static_cast<uint32_t>((size - kHeaderSize) / 2));
     RecordWriter out(record + kHeaderSize);
     out.integer(fileType);
-    if (shape::isPoint(fileType))
+    if (shape::IsPoint(fileType))
         writePoint(out, fileType, object);
     else
         writeMany(out, fileType, object);
@@ -239,9 +239,9 @@ ShapeObject* ShapeReadObject(ShapeHandle* handle, int32_t index, int32_t listFor
     object->listForm = listForm;
     RecordReader in(record, end);
     bool read = false;
-    if (shape::isPoint(object->shapeType))
+    if (shape::IsPoint(object->shapeType))
         read = readPoint(in, *object);
-    else if (shape::isKnown(object->shapeType))
+    else if (shape::IsKnown(object->shapeType))
         read = readManyVertices(in, *object, listForm);
     return read ? object.release() : nullptr;
 }

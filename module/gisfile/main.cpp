@@ -26,11 +26,11 @@ int reportOn(const std::string& path, const ReportOptions& options) {
     bool known = true, opened = false;
     Report report(path);
     if (extension == "shp" || extension == "shx")
-        opened = reportShapes(report, options);
+        opened = ReportShapes(report, options);
     else if (extension == "dbf")
-        opened = reportTable(report, options);
+        opened = ReportTable(report, options);
     else if (extension == "crd" || extension == "zgc")
-        opened = reportPoints(report, options);
+        opened = ReportPoints(report, options);
     else
         known = false;
     if (!opened) {

@@ -77,7 +77,7 @@ void checkEnds(Report& report, CoordinateFile& file, const std::string& last, ui
 
 }  // namespace
 
-bool reportPoints(Report& report, const ReportOptions& options) {
+bool ReportPoints(Report& report, const ReportOptions& options) {
     int format = DetectFormat(report.path());
     if (format == kIndexMissing)
         format = text::endsWithNoCase(report.path(), ".zgc") ? kIndexedZgc : kIndexedCrd;

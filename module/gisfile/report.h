@@ -27,8 +27,8 @@ class Report {
 };
 
 // False when the file cannot be opened. Nothing is changed by any of them.
-bool reportShapes(Report& report, const ReportOptions& options);
-bool reportTable(Report& report, const ReportOptions& options);
-bool reportPoints(Report& report, const ReportOptions& options);
+bool ReportShapes(Report& report, const ReportOptions& options);
+bool ReportTable(Report& report, const ReportOptions& options);
+bool ReportPoints(Report& report, const ReportOptions& options);
 
 }  // namespace norvane

@@ -51,11 +51,11 @@ std::string rangeText(const char* axis, double low, double high) {
 
 std::string describe(const ShapeObject& object) {
     std::string out = text::format("  record %d: ", object.shapeId);
-    if (shape::isPoint(object.shapeType)) {
+    if (shape::IsPoint(object.shapeType)) {
         out += text::format("%.10g, %.10g", *object.x, *object.y);
-        return shape::hasZ(object.shapeType) ? out + text::format(", %.10g", *object.z) : out;
+        return shape::HasZ(object.shapeType) ? out + text::format(", %.10g", *object.z) : out;
     }
-    if (shape::hasParts(object.shapeType))
+    if (shape::HasParts(object.shapeType))
         out += text::format("%d part%s, ", object.partCount, object.partCount == 1 ? "" : "s");
     return out + text::format("%d vertices, ", object.vertexCount) +
            rangeText("x", object.xMin, object.xMax) + ", " + rangeText("y", object.yMin, object.yMax);
@@ -79,7 +79,7 @@ void checkSizes(Report& report, const ShapeHandle& file) {
     if (file.shxFile->size() != index)
         report.fault(text::format("the index has %lld bytes for %d records, %lld are needed",
                                   static_cast<long long>(file.shxFile->size()), file.recordCount, index));
-    if (!shape::isKnown(file.shapeType)) report.fault("the type of the shapes is not known");
+    if (!shape::IsKnown(file.shapeType)) report.fault("the type of the shapes is not known");
     OpenDbfFile table(DbfOpen(report.path(), "rb"));
     if (table && DbfGetRecordCount(table.get()) != file.recordCount)
         report.fault(text::format("%d shapes, but %d rows in the table", file.recordCount,
@@ -89,13 +89,13 @@ void checkSizes(Report& report, const ShapeHandle& file) {
 
 }  // namespace
 
-bool reportShapes(Report& report, const ReportOptions& options) {
+bool ReportShapes(Report& report, const ReportOptions& options) {
     OpenShapeFile file(ShapeOpen(report.path(), "rb"));
     if (!file) return false;
     report.say(text::format("%s: shape file, %s (%d), %d records", report.path().c_str(),
                             nameOf(file->shapeType), file->shapeType, file->recordCount));
-    bool z = shape::hasZ(file->shapeType),
-         m = (z || shape::hasM(file->shapeType)) && file->boundsMin[3] > kNoData;
+    bool z = shape::HasZ(file->shapeType),
+         m = (z || shape::HasM(file->shapeType)) && file->boundsMin[3] > kNoData;
     std::string bounds = "  bounds: " + rangeText("x", file->boundsMin[0], file->boundsMax[0]) + ", " +
                          rangeText("y", file->boundsMin[1], file->boundsMax[1]);
     if (z) bounds += ", " + rangeText("z", file->boundsMin[2], file->boundsMax[2]);

@@ -75,7 +75,7 @@ void checkSizes(Report& report, const DbfHandle* table) {
 
 }  // namespace
 
-bool reportTable(Report& report, const ReportOptions& options) {
+bool ReportTable(Report& report, const ReportOptions& options) {
     OpenDbfFile table(DbfOpen(report.path(), "rb"));
     if (!table) return false;
     int32_t records = DbfGetRecordCount(table.get());

@@ -15,7 +15,7 @@ struct PointContext {
     std::string instrument;
 };
 
-inline PointContext pointContextOf(const PromptRequest& r) {
+inline PointContext PointContextOf(const PromptRequest& r) {
     return {r.northing,  r.easting, r.elevation, r.latitude,    r.longitude, r.rawElevation,
             r.rodHeight, r.hrms,    r.vrms,      r.featureName, r.instrument};
 }

@@ -11,28 +11,28 @@
 
 namespace norvane {
 
-PromptRow promptRowOf(const FeatureRow& record) {
+PromptRow PromptRowOf(const FeatureRow& record) {
     FieldName field = ParseFieldName(record.fieldName);
     return {field.name,          field.required,    field.kind, record.fieldPrompt,
             record.defaultValue, record.listValues, {},         field.required};
 }
 
-bool isComputed(const PromptRow& row) {
+bool IsComputed(const PromptRow& row) {
     return !row.listValues.empty() && text::startsWith(row.defaultValue, kEquationMark);
 }
 
-CellDecision decideCell(const PromptRow& row) {
+CellDecision DecideCell(const PromptRow& row) {
     if (row.listValues.empty())
         return {row.kind == FieldKind::kChar ? PromptCell::kEditText : PromptCell::kEditNumber, {}};
-    if (!isComputed(row)) return {PromptCell::kDropDown, row.defaultValue};
+    if (!IsComputed(row)) return {PromptCell::kDropDown, row.defaultValue};
     return {row.defaultValue == kDescriptionCode ? PromptCell::kEditText : PromptCell::kStatic, {}};
 }
 
-std::string tabbedChoices(const PromptRow& row) {
+std::string TabbedChoices(const PromptRow& row) {
     return text::replaceAll(row.listValues, ",", "\t");
 }
 
-int classifyNumber(const std::string& text) {
+int ClassifyNumber(const std::string& text) {
     errno = 0;
     char* end = nullptr;
     std::strtol(text.c_str(), &end, 0);
@@ -51,9 +51,9 @@ namespace {
 bool isOfKind(const std::string& value, FieldKind kind) {
     switch (kind) {
         case FieldKind::kInt:
-            return classifyNumber(value) == 2;
+            return ClassifyNumber(value) == 2;
         case FieldKind::kReal:
-            return classifyNumber(value) != 0;
+            return ClassifyNumber(value) != 0;
         default:
             return true;
     }
@@ -68,7 +68,7 @@ std::string kindMessage(const PromptRow& row) {
 
 }  // namespace
 
-std::optional<PromptFault> validateRows(const std::string& feature, const std::vector<PromptRow>& rows,
+std::optional<PromptFault> ValidateRows(const std::string& feature, const std::vector<PromptRow>& rows,
                                         const PromptCells& cells) {
     for (size_t i = 0; i < rows.size(); ++i) {
         int row = static_cast<int>(i) + 1;
@@ -85,7 +85,7 @@ std::optional<PromptFault> validateRows(const std::string& feature, const std::v
     return fault ? std::optional(PromptFault{*fault}) : std::nullopt;
 }
 
-bool validateFeatureName(const std::string& text) {
+bool ValidateFeatureName(const std::string& text) {
     std::optional<std::string> fault = FeatureNameFault(text);
     if (fault) ui::messageBox("Error", *fault);
     return !fault;

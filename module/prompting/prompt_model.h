@@ -25,7 +25,7 @@ struct PromptRow {
 };
 
 // The row of a record of the template.
-PromptRow promptRowOf(const FeatureRow& record);
+PromptRow PromptRowOf(const FeatureRow& record);
 
 // What stands in column 2 of a row.
 enum class PromptCell { kEditNumber, kEditText, kDropDown, kStatic };
@@ -34,11 +34,11 @@ struct CellDecision {
     std::string content;  // after loading; computed rows are filled later
 };
 // A row without a list has no default: it starts empty whatever DEFAULT_VALUE holds.
-CellDecision decideCell(const PromptRow& row);
+CellDecision DecideCell(const PromptRow& row);
 // Whether the row's value is computed: its default is a special code or an equation.
-bool isComputed(const PromptRow& row);
+bool IsComputed(const PromptRow& row);
 // The choices of a drop-down with tabs between them, as the grid takes them.
-std::string tabbedChoices(const PromptRow& row);
+std::string TabbedChoices(const PromptRow& row);
 
 // The cells of a sheet. Columns are 1 (prompt) and 2 (value), rows count from 1.
 class PromptCells {
@@ -52,7 +52,7 @@ class PromptCells {
 
 // 2: all of the text reads as an integer (0x and octal included, of any size); 1: as a real within range;
 // 0: neither.
-int classifyNumber(const std::string& text);
+int ClassifyNumber(const std::string& text);
 
 // Why a sheet cannot be saved.
 struct PromptFault {
@@ -60,10 +60,10 @@ struct PromptFault {
     int row = 0;  // from 1; 0 when it is the feature's name that is wrong
 };
 // Tells the fault of a feature name in a box titled "Error". True when the name is good.
-bool validateFeatureName(const std::string& text);
+bool ValidateFeatureName(const std::string& text);
 // The first fault of a sheet: a required row that is empty, else a value that is not of its row's kind, else
 // the name.
-std::optional<PromptFault> validateRows(const std::string& feature, const std::vector<PromptRow>& rows,
+std::optional<PromptFault> ValidateRows(const std::string& feature, const std::vector<PromptRow>& rows,
                                         const PromptCells& cells);
 
 }  // namespace norvane

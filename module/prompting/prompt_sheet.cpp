@@ -22,7 +22,7 @@ bool PromptSheet::Cells::isCheckBox(int column, int row) const {
 PromptSheet::PromptSheet(PromptRequest request)
     : ui::Dialog(kResource, "GIS Smart Prompting"),
       request_(std::move(request)),
-      point_(pointContextOf(request_)) {
+      point_(PointContextOf(request_)) {
     AddSheetControls(*this);
     grid_ = &get<ui::Grid>(kGrid);
     features_ = &get<ui::DropDown>(kFeatures);
@@ -111,7 +111,7 @@ void PromptSheet::loadFeature(FlagEntry flags) {
 
 void PromptSheet::readRows(FlagEntry flags) {
     for (const FeatureRow& record : ReadFeatureRows(*template_, feature_))
-        rows_.push_back(promptRowOf(record));
+        rows_.push_back(PromptRowOf(record));
     // Entered twice, the flags have moved apart: each row finds that of a row further up.
     const size_t copies = flags == FlagEntry::kTwice ? 2 : 1;
     for (size_t i = 0; i < rows_.size(); ++i) rows_[i].mustBeSet = rows_[i / copies].required;
@@ -124,7 +124,7 @@ void PromptSheet::showRow(int number) {
     grid_->setType(1, number, ui::CellType::fixed());
     grid_->setText(1, number, row.prompt);
 
-    CellDecision decision = decideCell(row);
+    CellDecision decision = DecideCell(row);
     switch (decision.cell) {
         case PromptCell::kEditNumber:
             grid_->setType(2, number, ui::CellType::edit(ui::CharacterSet::Numeric));
@@ -133,7 +133,7 @@ void PromptSheet::showRow(int number) {
             grid_->setType(2, number, ui::CellType::edit());
             break;
         case PromptCell::kDropDown:
-            grid_->setType(2, number, ui::CellType::dropDown(tabbedChoices(row)));
+            grid_->setType(2, number, ui::CellType::dropDown(TabbedChoices(row)));
             break;
         case PromptCell::kStatic:
             grid_->setType(2, number, ui::CellType::fixed());
@@ -156,19 +156,19 @@ void PromptSheet::showRecord(const LoadedRecord& record) {
 // The four text codes keep what was stored when the record was first saved.
 void PromptSheet::fillTextCodes(const LoadedRecord& record) {
     for (size_t i = 0; i < rows_.size(); ++i) {
-        if (!isComputed(rows_[i])) continue;
+        if (!IsComputed(rows_[i])) continue;
         const std::string& code = rows_[i].defaultValue;
-        std::string column(storedColumnOf(code));
+        std::string column(StoredColumnOf(code));
         bool isRow = std::any_of(rows_.begin(), rows_.end(),
                                  [&](const PromptRow& row) { return text::equalNoCase(row.name, column); });
         std::string value;
-        if (textCodeValue(code, isRow ? record.value(column) : "", point_, value))
+        if (TextCodeValue(code, isRow ? record.value(column) : "", point_, value))
             grid_->setText(2, static_cast<int>(i) + 1, value);
     }
 }
 
 void PromptSheet::refresh(RefreshReason reason) {
-    refreshComputedRows(rows_, point_, *cells_, reason);
+    RefreshComputedRows(rows_, point_, *cells_, reason);
 }
 
 void PromptSheet::sizeColumns() {
@@ -272,7 +272,7 @@ void PromptSheet::onCancel() {
 }
 
 bool PromptSheet::showFault() {
-    std::optional<PromptFault> fault = validateRows(feature_, rows_, *cells_);
+    std::optional<PromptFault> fault = ValidateRows(feature_, rows_, *cells_);
     if (!fault) return false;
     ui::messageBox("Error", fault->message);
     if (fault->row > 0) {

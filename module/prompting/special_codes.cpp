@@ -93,7 +93,7 @@ void sweep(std::vector<std::string>& tokens, char op) {
 }
 
 bool isTextCode(std::string_view code) {
-    return !storedColumnOf(code).empty();
+    return !StoredColumnOf(code).empty();
 }
 
 double numberOf(const KnownAttribute& known, const PointContext& point) {
@@ -109,7 +109,7 @@ std::tm localNow() {
 
 }  // namespace
 
-std::string evaluateEquation(std::string_view code, const PointContext& point,
+std::string EvaluateEquation(std::string_view code, const PointContext& point,
                              const std::vector<PromptRow>& rows, const PromptCells& cells) {
     std::string expression = text::upper(code.substr(std::min(code.size(), kMarkLength)));
     for (const KnownAttribute& known : KnownAttributes())
@@ -122,11 +122,11 @@ std::string evaluateEquation(std::string_view code, const PointContext& point,
     return text::fromReal(tokens.empty() ? 0.0 : text::toReal(tokens.front()));
 }
 
-void refreshComputedRows(const std::vector<PromptRow>& rows, const PointContext& point, PromptCells& cells,
+void RefreshComputedRows(const std::vector<PromptRow>& rows, const PointContext& point, PromptCells& cells,
                          RefreshReason reason) {
     for (size_t i = 0; i < rows.size(); ++i) {
         const std::string& code = rows[i].defaultValue;
-        if (!isComputed(rows[i]) || isTextCode(code)) continue;
+        if (!IsComputed(rows[i]) || isTextCode(code)) continue;
         const int row = static_cast<int>(i) + 1;
         // A code that is written with a bar is an equation while cells change.
         bool written = reason == RefreshReason::kCellChange && code.find('|') != std::string::npos;
@@ -135,17 +135,17 @@ void refreshComputedRows(const std::vector<PromptRow>& rows, const PointContext&
         if (known && known->number)
             cells.setCellText(2, row, text::fromReal(point.*known->number));
         else
-            cells.setCellText(2, row, evaluateEquation(code, point, rows, cells));
+            cells.setCellText(2, row, EvaluateEquation(code, point, rows, cells));
     }
 }
 
-std::string_view storedColumnOf(std::string_view code) {
+std::string_view StoredColumnOf(std::string_view code) {
     for (const KnownAttribute& known : KnownAttributes())
         if (known.isText() && known.code == code) return known.abbreviation;
     return {};
 }
 
-bool textCodeValue(std::string_view code, const std::string& stored, const PointContext& point,
+bool TextCodeValue(std::string_view code, const std::string& stored, const PointContext& point,
                    std::string& value) {
     if (!isTextCode(code)) return false;
     if (!stored.empty()) {

@@ -140,7 +140,7 @@ void writeSample(const std::string& stem, int32_t type) {
             m.push_back(0.5 * static_cast<double>(v) + i);
         }
         int32_t starts[] = {0, 5}, partTypes[] = {2, 3};
-        int32_t count = shape::isPoint(type) ? 1 : 10;
+        int32_t count = shape::IsPoint(type) ? 1 : 10;
         OwnedShape object(ShapeCreateObject(type, -1, 2, starts, partTypes, count, x.data(), y.data(),
                                             z.data(), m.data(), 0));
         ASSERT_EQ(ShapeWriteObject(shapes.get(), -1, object.get()), i);

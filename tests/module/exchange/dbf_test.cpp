@@ -198,7 +198,7 @@ TEST(DbfNumber, AgreesWithPrintf) {
                                         : text::format("%*d", width, static_cast<int>(value));
         expected.resize(static_cast<size_t>(width));
         std::string out(static_cast<size_t>(width), '?');
-        formatDbfNumber(value, width, decimals, out.data());
+        FormatDbfNumber(value, width, decimals, out.data());
         ASSERT_EQ(out, expected) << value << " " << width << "." << decimals;
     };
     for (double value : {0.0, -0.0, 0.5, 1.5, 2.675, 1.005, -0.001, 0.05, 99999.995, 1e300, -1e300, 5e-324})

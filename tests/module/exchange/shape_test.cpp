@@ -109,7 +109,7 @@ TEST_F(ShapeTest, WritesThePublishedLayout) {
 TEST_F(ShapeTest, EveryTypeComesBackAsItWasWritten) {
     for (int32_t type : {1, 3, 5, 8, 11, 13, 15, 18, 21, 23, 25, 28, 31}) {
         SCOPED_TRACE(type);
-        bool parts = shape::hasParts(type), point = shape::isPoint(type);
+        bool parts = shape::HasParts(type), point = shape::IsPoint(type);
         double x[] = {10, 20, 30, 40}, y[] = {1, 3, 2, 4}, z[] = {100, 101, 102, 103}, m[] = {5, 6, 7, 8};
         int32_t starts[] = {0, 2}, types[] = {2, 3};
         int32_t count = point ? 1 : 4;
@@ -132,18 +132,18 @@ TEST_F(ShapeTest, EveryTypeComesBackAsItWasWritten) {
             ASSERT_EQ(read->vertexCount, count);
             EXPECT_EQ(read->vertexList != nullptr, listForm && !point);
             const ShapeVertexNode* node = read->vertexList;
-            bool hasM = type != 31 && (shape::hasZ(type) || shape::hasM(type));
+            bool hasM = type != 31 && (shape::HasZ(type) || shape::HasM(type));
             for (int32_t i = 0; i < count; ++i) {
                 EXPECT_EQ(node ? node->x : read->x[i], x[i]);
                 EXPECT_EQ(node ? node->y : read->y[i], y[i]);
-                EXPECT_EQ(node ? node->z : read->z[i], shape::hasZ(type) ? z[i] : 0);
+                EXPECT_EQ(node ? node->z : read->z[i], shape::HasZ(type) ? z[i] : 0);
                 EXPECT_EQ(node ? node->m : read->m[i], hasM ? m[i] : 0);
                 if (node) node = node->next;
             }
             EXPECT_EQ(node, nullptr);
             EXPECT_EQ(read->xMax, point ? 10 : 40);
             EXPECT_EQ(read->yMax, point ? 1 : 4);
-            EXPECT_EQ(read->zMin, shape::hasZ(type) ? 100 : 0);
+            EXPECT_EQ(read->zMin, shape::HasZ(type) ? 100 : 0);
             EXPECT_EQ(read->mMin, hasM ? 5 : 0);
         }
     }

@@ -37,7 +37,7 @@ std::vector<PromptRow> rowsNamed(const std::vector<std::string>& names) {
 
 std::string evaluated(const std::string& code, const PointContext& point = {},
                       const std::vector<std::string>& names = {}, const PlainCells& cells = PlainCells()) {
-    return evaluateEquation(code, point, rowsNamed(names), cells);
+    return EvaluateEquation(code, point, rowsNamed(names), cells);
 }
 
 PointContext somePoint() {
@@ -50,7 +50,7 @@ PointContext somePoint() {
 
 PromptRow promptRow(const std::string& fieldName, const std::string& defaultValue = "",
                     const std::string& list = "") {
-    return promptRowOf({fieldName, "Prompt", defaultValue, list});
+    return PromptRowOf({fieldName, "Prompt", defaultValue, list});
 }
 
 }  // namespace
@@ -80,27 +80,27 @@ TEST(PromptModel, FieldNamesCarryRequiredAndKind) {
 }
 
 TEST(PromptModel, TheListDecidesTheCell) {
-    EXPECT_EQ(decideCell(promptRow("..D")).cell, PromptCell::kEditNumber);
+    EXPECT_EQ(DecideCell(promptRow("..D")).cell, PromptCell::kEditNumber);
     // Without a list there is no default, and no special code.
-    EXPECT_EQ(decideCell(promptRow("A", "OAK")).content, "");
-    EXPECT_EQ(decideCell(promptRow("A", "$EQN=$NOR")).cell, PromptCell::kEditText);
-    CellDecision list = decideCell(promptRow(".N", "2", "1,2, 3"));
+    EXPECT_EQ(DecideCell(promptRow("A", "OAK")).content, "");
+    EXPECT_EQ(DecideCell(promptRow("A", "$EQN=$NOR")).cell, PromptCell::kEditText);
+    CellDecision list = DecideCell(promptRow(".N", "2", "1,2, 3"));
     EXPECT_EQ(list.cell, PromptCell::kDropDown);
     EXPECT_EQ(list.content, "2");
-    EXPECT_EQ(tabbedChoices(promptRow("A", "", "1,2, 3,,")), "1\t2\t 3\t\t");
-    EXPECT_EQ(decideCell(promptRow("A", "$EQN=$DSC", "$EQN=$DSC")).cell, PromptCell::kEditText);
-    EXPECT_EQ(decideCell(promptRow("A", "$EQN=$DAT", "$EQN=$DAT")).cell, PromptCell::kStatic);
-    EXPECT_EQ(decideCell(promptRow("A", "$EQN=A*2", "x")).cell, PromptCell::kStatic);
-    EXPECT_TRUE(isComputed(promptRow("A", "$EQN=A*2", "x")));
-    EXPECT_FALSE(isComputed(promptRow("A", "$EQN=A*2", "")));
+    EXPECT_EQ(TabbedChoices(promptRow("A", "", "1,2, 3,,")), "1\t2\t 3\t\t");
+    EXPECT_EQ(DecideCell(promptRow("A", "$EQN=$DSC", "$EQN=$DSC")).cell, PromptCell::kEditText);
+    EXPECT_EQ(DecideCell(promptRow("A", "$EQN=$DAT", "$EQN=$DAT")).cell, PromptCell::kStatic);
+    EXPECT_EQ(DecideCell(promptRow("A", "$EQN=A*2", "x")).cell, PromptCell::kStatic);
+    EXPECT_TRUE(IsComputed(promptRow("A", "$EQN=A*2", "x")));
+    EXPECT_FALSE(IsComputed(promptRow("A", "$EQN=A*2", "")));
 }
 
 TEST(PromptModel, NumbersAreClassified) {
     for (const char* integer : {"12", "-7", "+3", "0x1F", "010", "99999999999", " 5", ""})
-        EXPECT_EQ(classifyNumber(integer), 2) << integer;
-    for (const char* real : {"1.0", "1e5", "-.5", "5.", "+2.5"}) EXPECT_EQ(classifyNumber(real), 1) << real;
+        EXPECT_EQ(ClassifyNumber(integer), 2) << integer;
+    for (const char* real : {"1.0", "1e5", "-.5", "5.", "+2.5"}) EXPECT_EQ(ClassifyNumber(real), 1) << real;
     for (const char* none : {"abc", "1,5", "12 ", "1e999", "0x", "--1", "99999999999999999999.5"})
-        EXPECT_EQ(classifyNumber(none), 0) << none;
+        EXPECT_EQ(ClassifyNumber(none), 0) << none;
 }
 
 TEST(PromptModel, FeatureNamesAreChecked) {
@@ -120,7 +120,7 @@ TEST(PromptModel, TheFirstFaultOfTheFirstKindIsTold) {
     std::vector<PromptRow> rows{promptRow("~A"), promptRow(".N"), promptRow("..R"), promptRow("~B")};
     EXPECT_TRUE(rows[0].mustBeSet && !rows[1].mustBeSet);
     auto fault = [&](std::vector<std::string> values, const std::string& feature = "TREE") {
-        return validateRows(feature, rows, PlainCells(std::move(values)));
+        return ValidateRows(feature, rows, PlainCells(std::move(values)));
     };
     EXPECT_FALSE(fault({"x", "", "", " "}));  // a blank counts as set
     EXPECT_EQ(fault({"x", "1.0", "", ""})->message, "Attribute B must be set!");
@@ -192,7 +192,7 @@ TEST(ComputedRows, AreComputedInOneRoundInOrder) {
         promptRow("LATITUDE", "$EQN=$LAT", "x"), promptRow("NORTHING", "$EQN=$NOR", "x"),
         promptRow("ROD", "$EQN=$HGT", "x"),      promptRow("LATER", "$EQN=BASE*2", "x"),
         promptRow("TIME", "$EQN=$TIM", "x"),     promptRow("BASE")};
-    refreshComputedRows(rows, p, cells, RefreshReason::kCellChange);
+    RefreshComputedRows(rows, p, cells, RefreshReason::kCellChange);
     EXPECT_EQ(cells.cellText(2, 1), "stored");  // not available: what the cell holds stays
     EXPECT_EQ(cells.cellText(2, 2), "1000.5");
     EXPECT_EQ(cells.cellText(2, 3), "6.5");
@@ -204,17 +204,17 @@ TEST(ComputedRows, TextCodesKeepWhatWasStored) {
     PointContext p;
     p.description = "TREE";
     std::string value;
-    EXPECT_TRUE(textCodeValue("$EQN=$DSC", "", p, value));
+    EXPECT_TRUE(TextCodeValue("$EQN=$DSC", "", p, value));
     EXPECT_EQ(value, "TREE");
-    EXPECT_TRUE(textCodeValue("$EQN=$DAT", "1/2/2005", p, value));
+    EXPECT_TRUE(TextCodeValue("$EQN=$DAT", "1/2/2005", p, value));
     EXPECT_EQ(value, "1/2/2005");
-    EXPECT_FALSE(textCodeValue("$EQN=$INS", "", p, value));
+    EXPECT_FALSE(TextCodeValue("$EQN=$INS", "", p, value));
     p.instrument = "GPS 5700";
-    EXPECT_TRUE(textCodeValue("$EQN=$INS", "", p, value));
+    EXPECT_TRUE(TextCodeValue("$EQN=$INS", "", p, value));
     EXPECT_EQ(value, "GPS 5700");
-    EXPECT_FALSE(textCodeValue("$EQN=$NOR", "5", p, value));
+    EXPECT_FALSE(TextCodeValue("$EQN=$NOR", "5", p, value));
     int month = 0, day = 0, year = 0;
-    EXPECT_TRUE(textCodeValue("$EQN=$DAT", "", p, value));
+    EXPECT_TRUE(TextCodeValue("$EQN=$DAT", "", p, value));
     EXPECT_EQ(std::sscanf(value.c_str(), "%d/%d/%d", &month, &day, &year), 3);
     EXPECT_TRUE(month >= 1 && month <= 12 && day >= 1 && year >= 2024) << value;
 }
