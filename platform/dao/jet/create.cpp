@@ -217,10 +217,10 @@ bool userMaskOf(const Value& owner, uint16_t& mask) {
     return true;
 }
 
-void createDatabase(const std::string& path, Version version, const Heritage* heritage) {
+void createDatabase(const std::string& path, Version version, const Heritage* heritage, bool scratch) {
     makeEmptyFile(path, version, heritage ? heritage->header : Bytes());
     try {
-        Store store(path, {});
+        Store store(path, {.scratch = scratch});
         store.file.beginWrite();
         {
             PageFile::Change change(store.file);

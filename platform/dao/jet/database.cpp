@@ -7,7 +7,7 @@ namespace jet {
 namespace {
 
 PageFile::Options fileOptions(const Database::Options& options) {
-    return {options.readOnly, options.exclusive, options.lockTimeout};
+    return {options.readOnly, options.exclusive, options.lockTimeout, options.scratch};
 }
 
 }  // namespace

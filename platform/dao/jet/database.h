@@ -65,6 +65,7 @@ class Database {
         bool exclusive = false;
         std::string password{};
         int lockTimeout = 3000;  // milliseconds to wait for other processes
+        bool scratch = false;    // the file goes when the work on it ends
     };
 
     Database(const std::string& path, const Options& options);

@@ -226,9 +226,9 @@ void PageFile::commit() {
             coming.keep();
         }
         try {
-            journal_.write(file_.get(), format_->pageSize, pagesBefore, originals);
+            if (!options_.scratch) journal_.write(file_.get(), format_->pageSize, pagesBefore, originals);
             writePages(dirty);
-            journal_.remove();
+            if (!options_.scratch) journal_.remove();
         } catch (...) {
             // Whatever has been written of it goes back, so that the file is as it was.
             if (journal_.exists()) journal_.playBack(file_.get(), format_->pageSize);
@@ -257,7 +257,7 @@ void PageFile::writePages(const std::vector<std::shared_ptr<Page>>& pages) {
         writeAt(file_.get(), run.data(), run.size(), begin);
     }
     if ((shrinks_ && ::ftruncate(file_.get(), static_cast<off_t>(uint64_t{pageCount_} * pageSize)) != 0) ||
-        ::fdatasync(file_.get()) != 0)
+        (!options_.scratch && ::fdatasync(file_.get()) != 0))
         throw Error("The database \"" + path_ + "\" cannot be written: " + std::strerror(errno) + ".");
     moveTimeForward();
     noteFile();

@@ -47,6 +47,8 @@ class PageFile {
         bool readOnly = false;
         bool exclusive = false;
         int lockTimeout = 3000;  // milliseconds
+        // The file goes when the work on it ends, whatever happens: it has no journal and is not synced.
+        bool scratch = false;
     };
 
     // Opens a file. Its first page says which of the two layouts it has. Throws an Error for a file that

@@ -197,7 +197,7 @@ class Salvage {
     // own.
     void makeNewFile() {
         Version version = from_.format.version;
-        createDatabase(path_, version, nullptr);
+        createDatabase(path_, version, nullptr, true);
         open("");
         catalogue_ = definitionOf(kObjectsPage);
         bool whole = catalogue_ && catalogue_->columnNamed("Id") >= 0 &&
@@ -218,7 +218,7 @@ class Salvage {
         heritage.header = from_.file.page(0)->bytes;
         to_ = nullptr;
         ::unlink(path_.c_str());
-        createDatabase(path_, version, &heritage);
+        createDatabase(path_, version, &heritage, true);
         open(from_.header.password);
     }
 
@@ -233,7 +233,7 @@ class Salvage {
     }
 
     void open(const std::string& password) {
-        to_ = std::make_unique<Database>(path_, Database::Options{.password = password});
+        to_ = std::make_unique<Database>(path_, Database::Options{.password = password, .scratch = true});
         to_->begin();
     }
 

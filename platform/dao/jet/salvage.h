@@ -5,7 +5,7 @@
 
 namespace jet {
 
-// Makes a new database at a path from what can be read of a damaged one: every table whose definition is
+// Makes a scratch database at a path from what can be read of a damaged one: every table whose definition is
 // whole, with all of its records that can be read, its properties and indexes; queries, relations and
 // whatever other objects the catalogue lists. Objects that have lost their names get new ones. Owners and
 // rights are those of new objects.

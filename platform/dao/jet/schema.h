@@ -18,7 +18,8 @@ struct Heritage {
     Bytes header;
     uint16_t userMask = 0;
 };
-void createDatabase(const std::string& path, Version version, const Heritage* heritage);
+// scratch: the file goes when the work on it ends.
+void createDatabase(const std::string& path, Version version, const Heritage* heritage, bool scratch = false);
 // The word that lies on the identities of a database, by the owner of what is made in it. False where the
 // owner is nobody who is known.
 bool userMaskOf(const Value& owner, uint16_t& mask);
