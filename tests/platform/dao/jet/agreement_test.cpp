@@ -20,12 +20,10 @@ INSTANTIATE_TEST_SUITE_P(Readers, Reader, ::testing::Values("mdbtools", "mdb-rea
 TEST_P(Reader, ReadsTheGivenFilesAsWeDo) {
     if (givenFiles().empty()) GTEST_SKIP() << "the given files are not here";
     if (!haveReader(GetParam())) GTEST_SKIP() << GetParam() << " is not installed";
-    std::string files;
-    for (const std::string& file : givenFiles()) files += "'" + file + "' ";
-    EXPECT_EQ(comparison(GetParam(), files), "4588 records compared\n");
+    EXPECT_EQ(comparison(GetParam(), givenFiles()), "4588 records compared\n");
 }
 
-// A database that is changed step by step; after each step both readers read it.
+// A database that is changed step by step. The readers read it as it was after each step.
 class Life : public ::testing::TestWithParam<Version> {
   protected:
     void SetUp() override {
@@ -34,17 +32,22 @@ class Life : public ::testing::TestWithParam<Version> {
         Database::create(path, GetParam());
         db = std::make_unique<Database>(path, Database::Options());
     }
-    // Does a step, and compares the file with what each reader makes of it.
+    // Does a step, and keeps the file as it is then.
     void step(const std::string& name, const std::function<void()>& work) {
-        SCOPED_TRACE(name);
         db->begin();
         work();
         db->commit();
-        compare();
+        keep(name);
     }
-    void compare() {
-        EXPECT_EQ(faults(*db), "");
-        EXPECT_EQ(disagreement(path), "");
+    void keep(const std::string& name) {
+        EXPECT_EQ(faults(*db), "") << name;
+        states.push_back(folder(name + ".mdb"));
+        std::filesystem::copy_file(path, states.back());
+    }
+    // Started once for all states: starting the readers takes longer than reading.
+    void TearDown() override {
+        if (states.empty()) return;
+        EXPECT_EQ(disagreement(states), "");
     }
     std::vector<RowId> rowsOf(const std::string& table) {
         std::vector<RowId> rows;
@@ -62,6 +65,7 @@ class Life : public ::testing::TestWithParam<Version> {
 
     ScratchFolder folder;
     std::string path = folder("life.mdb");
+    std::vector<std::string> states;
     std::unique_ptr<Database> db;
 };
 INSTANTIATE_TEST_SUITE_P(Versions, Life, ::testing::Values(Version::kAccess97, Version::kAccess2000),
@@ -70,7 +74,7 @@ INSTANTIATE_TEST_SUITE_P(Versions, Life, ::testing::Values(Version::kAccess97, V
                          });
 
 TEST_P(Life, EveryReaderFollowsEveryChange) {
-    compare();
+    keep("empty");
     step("create", [&] {
         Column id = Column{"ID", Type::kLong};
         id.autonumber = true;
@@ -131,11 +135,8 @@ TEST_P(Life, EveryReaderFollowsEveryChange) {
     });
     step("table renamed", [&] { db->renameTable("POINTS", "Points of the survey"); });
     step("table dropped", [&] { db->dropTable("OTHER"); });
-    {
-        SCOPED_TRACE("compaction");
-        compact(*db);
-        compare();
-    }
+    compact(*db);
+    keep("compaction");
     step("inserts after compaction", [&] {
         std::vector<Value> values = {Value(), Value("last"), Value(), Value(true), Value("x"), Value("y")};
         db->records("Points of the survey")->insert(values);

@@ -1,8 +1,8 @@
 """Compares what `jet` reads from Access databases with what another program reads.
 
-usage: compare_readers.py JET mdbtools|mdb-reader FILE...
+usage: compare_readers.py JET READER[+READER] FILE...        READER: mdbtools or mdb-reader
 
-Prints a line for each difference and, at the end, how many records were compared. The differences that lie in the
+Prints a line for each difference and, at the end, how many records were compared with each reader. The differences that lie in the
 other program itself are passed over. Both tell dates before 1899-12-30 with the time on the wrong side of the day.
 mdbtools shows an empty text as it shows Null, a "?" for the five bytes that code page 1252 leaves open, and a GUID
 without its last hyphen; mdb-reader shows those five bytes as U+FFFD, and a GUID without braces. A record that has
@@ -36,6 +36,11 @@ def unpacked(value):
 class Mdbtools:
     open_byte = "?"
 
+    @classmethod
+    def read(cls, paths):
+        """The tables of each file, with their records."""
+        return [dict(cls.tables(path)) for path in paths]
+
     @staticmethod
     def tables(path):
         for table in output("mdb-tables", "-1", path).splitlines():
@@ -53,9 +58,9 @@ class MdbReader:
     open_byte = "\ufffd"
 
     @staticmethod
-    def tables(path):
+    def read(paths):
         script = os.path.join(os.path.dirname(__file__), "dump_records.js")
-        yield from json.loads(output("node", script, path)).items()
+        return records(output("node", script, *paths))
 
     @staticmethod
     def same_text(ours, theirs):
@@ -121,28 +126,28 @@ def compare_table(ours, theirs, reader):
     return None
 
 
-def compare(jet, reader, path):
-    differences, count = [], 0
-    theirs = dict(reader.tables(path))
-    mine = output(jet, "tables", path).splitlines()
-    if sorted(theirs) != sorted(mine):
-        differences.append(f"{path}: tables {mine} and {sorted(theirs)}")
-    for table in theirs:
-        ours = records(output(jet, "dump", "--json", path, table))
-        count += len(ours)
-        if difference := compare_table(ours, theirs[table], reader):
-            differences.append(f"{path} {table}: {difference}")
-    return differences, count
+def read_ours(jet, path):
+    return {table: records(output(jet, "dump", "--json", path, table))
+            for table in output(jet, "tables", path).splitlines()}
 
 
-def main(jet, reader, *paths):
-    reader = {"mdbtools": Mdbtools, "mdb-reader": MdbReader}[reader]
-    total = 0
-    for path in paths:
-        differences, count = compare(jet, reader, path)
-        total += count
-        print("".join(line + "\n" for line in differences), end="")
-    print(f"{total} records compared")
+def compare(path, ours, theirs, reader):
+    """A line for each difference."""
+    if sorted(theirs) != sorted(ours):
+        return [f"{path}: tables {sorted(ours)} and {sorted(theirs)}"]
+    differences = {table: compare_table(ours[table], theirs[table], reader) for table in ours}
+    return [f"{path} {table}: {difference}" for table, difference in differences.items() if difference]
+
+
+def main(jet, names, *paths):
+    ours = [read_ours(jet, path) for path in paths]
+    count = sum(len(rows) for tables in ours for rows in tables.values())
+    for name in names.split("+"):
+        reader = {"mdbtools": Mdbtools, "mdb-reader": MdbReader}[name]
+        for path, mine, theirs in zip(paths, ours, reader.read(paths), strict=True):
+            for difference in compare(path, mine, theirs, reader):
+                print(f"{name}: {difference}")
+    print(f"{count} records compared")
 
 
 main(*sys.argv[1:])

@@ -1,4 +1,4 @@
-// Prints the records of an Access database as the npm package "mdb-reader" reads them, as JSON by table.
+// Prints the records of Access databases as the npm package "mdb-reader" reads them: a line of JSON by table for each.
 const {readFileSync} = require("fs");
 
 // Dates without their zone, bytes as hexadecimal digits; a Null is left out.
@@ -10,10 +10,12 @@ const plain = value => {
 
 // The package is an ES module: NODE_PATH finds it for require.resolve only.
 import(require.resolve("mdb-reader")).then(({default: MDBReader}) => {
-    const reader = new MDBReader(readFileSync(process.argv[2]));
-    const tables = {};
-    for (const name of reader.getTableNames())
-        tables[name] = reader.getTable(name).getData().map(row => Object.fromEntries(
-            Object.entries(row).filter(([, value]) => value !== null).map(([key, value]) => [key, plain(value)])));
-    console.log(JSON.stringify(tables));
+    for (const path of process.argv.slice(2)) {
+        const reader = new MDBReader(readFileSync(path));
+        const tables = {};
+        for (const name of reader.getTableNames())
+            tables[name] = reader.getTable(name).getData().map(row => Object.fromEntries(
+                Object.entries(row).filter(([, value]) => value !== null).map(([key, value]) => [key, plain(value)])));
+        console.log(JSON.stringify(tables));
+    }
 });
