@@ -1,14 +1,17 @@
 // Variables and commands, for modules and Lisp.
 #include <cstdarg>
 
+#include "hostcad/drawing/host_names.h"
 #include "hostcad/editor/host.h"
 #include "hostcad/lisp/result_values.h"
 #include "platform/ads/editor.h"
 
 using hostcad::CommandProcessor;
-using hostcad::Coordinates;
 using hostcad::Host;
 using hostcad::Input;
+using hostcad::Point;
+using hostcad::pointOf;
+using hostcad::setPoint;
 using hostcad::VariableValue;
 namespace lisp = hostcad::lisp;
 
@@ -19,8 +22,11 @@ namespace {
 // What stands for an answer of the user.
 constexpr std::string_view kPause = "\\";
 
-Coordinates coordinatesOf(const resbuf& item, bool isFlat) {
-    return {item.resval.rpoint[0], item.resval.rpoint[1], isFlat ? 0 : item.resval.rpoint[2]};
+// Of an item of either kind of point.
+Point pointIn(const resbuf& item) {
+    Point point = pointOf(item.resval.rpoint);
+    if (item.restype == RTPOINT) point.z = 0;
+    return point;
 }
 
 // An entity with the point where it was picked, as ENTSEL gives it.
@@ -29,7 +35,7 @@ Input takePickedEntity(const resbuf*& item) {
     for (item = item->rbnext; item && item->restype != RTLE; item = item->rbnext) {
         if (item->restype == RTENAME)
             input = Input::ofEntity({item->resval.rlname[0], item->resval.rlname[1]}, input.point);
-        if (item->restype == RT3DPOINT) input.point = coordinatesOf(*item, false);
+        if (item->restype == RT3DPOINT) input.point = pointIn(*item);
     }
     if (item) item = item->rbnext;
     return input;
@@ -51,9 +57,8 @@ Input takeInput(const resbuf*& item) {
         case RTLONG:
             return Input::ofNumber(static_cast<double>(here.resval.rlong));
         case RTPOINT:
-            return Input::ofPoint(coordinatesOf(here, true));
         case RT3DPOINT:
-            return Input::ofPoint(coordinatesOf(here, false));
+            return Input::ofPoint(pointIn(here));
         case RTENAME:
             return Input::ofEntity({here.resval.rlname[0], here.resval.rlname[1]});
         case RTPICKS:
@@ -71,24 +76,9 @@ CommandProcessor::Result feedFromUser(CommandProcessor& commands) {
     return result;
 }
 
-// Says for its lifetime that answers come from a program.
-class Scripted {
-  public:
-    explicit Scripted(CommandProcessor& commands) : commands_(commands), was_(commands.isScripted()) {
-        commands_.setScripted(true);
-    }
-    ~Scripted() { commands_.setScripted(was_); }
-    Scripted(const Scripted&) = delete;
-    Scripted& operator=(const Scripted&) = delete;
-
-  private:
-    CommandProcessor& commands_;
-    bool was_;
-};
-
 int runCommand(Host& host, const resbuf* answers) {
     CommandProcessor& commands = host.commands();
-    Scripted scripted(commands);
+    auto scripted = commands.beginScripted();
     for (const resbuf* item = answers; item;) {
         Input input = takeInput(item);
         if (input.kind == Input::Kind::Cancel) {
@@ -128,7 +118,7 @@ int acedGetVar(const char* name, resbuf* value) {
             value->resval.rstring = acad_strdup(got->text.c_str());
             break;
         default:
-            ads_point_set(got->point.data(), value->resval.rpoint);
+            setPoint(got->point, value->resval.rpoint);
     }
     return RTNORM;
 }
@@ -152,7 +142,7 @@ int acedSetVar(const char* name, const resbuf* value) {
             break;
         case RTPOINT:
         case RT3DPOINT:
-            given.point = coordinatesOf(*value, value->restype == RTPOINT);
+            given.point = pointIn(*value);
             break;
         default:
             return RTERROR;

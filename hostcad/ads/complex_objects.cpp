@@ -1,15 +1,13 @@
 // Entities that have subentities: block references with attributes, polylines with vertices.
-#include <numbers>
-
 #include "hostcad/ads/drawing_object.h"
 #include "hostcad/drawing/current_drawing.h"
 #include "hostcad/drawing/entity_builder.h"
+#include "platform/plane/angle.h"
 
 using namespace hostcad;
 
 namespace {
 
-constexpr double kDegree = std::numbers::pi / 180;
 constexpr int64_t kClosed = 1, k3d = 8, kVertex3d = 32;
 
 // Adds a new object as a subentity. The entity gets its SEQEND with the first one.
@@ -85,10 +83,10 @@ Acad::ErrorStatus AcDbBlockReference::setPosition(const AcGePoint3d& p) {
 }
 
 double AcDbBlockReference::rotation() const {
-    return realOf(host_->groups(), 50) * kDegree;
+    return realOf(host_->groups(), 50) * plane::kDegree;
 }
 Acad::ErrorStatus AcDbBlockReference::setRotation(double radians) {
-    return host_->put(realGroup(50, radians / kDegree));
+    return host_->put(realGroup(50, radians / plane::kDegree));
 }
 
 AcGeScale3d AcDbBlockReference::scaleFactors() const {
@@ -107,12 +105,10 @@ AcGeMatrix3d AcDbBlockReference::blockTransform() const {
     const Drawing& drawing = currentDrawing();
     Groups groups = host_->groups();
     ObjectId block = drawing.block(textOf(groups, 2));
-    const Group* base = block ? find(drawing.groups(block), 10) : nullptr;
-    const Group* at = find(groups, 10);
+    Point base = block ? pointOf(drawing.groups(block), 10) : Point{};
     AcGeScale3d scale = scaleFactors();
-    Frame frame = host_->frame() * translation(at ? Point{at->x(), at->y(), at->z()} : Point{}) *
-                  turned(rotation(), scale.sx, scale.sy, scale.sz) *
-                  translation(base ? Point{-base->x(), -base->y(), -base->z()} : Point{});
+    Frame frame = host_->frame() * translation(pointOf(groups, 10)) *
+                  turned(rotation(), scale.sx, scale.sy, scale.sz) * translation(base * -1);
     AcGeMatrix3d matrix;
     const Point columns[] = {frame.x, frame.y, frame.z, frame.origin};
     for (int column = 0; column < 4; ++column) {

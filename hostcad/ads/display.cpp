@@ -54,8 +54,8 @@ int acedCoordFromPixelToWorld(int, const int pixel[2], ads_point world) {
     if (!host || host->view().pixelHeight() <= 0) return RTERROR;
     const hostcad::ViewBox& box = host->viewBox();
     double unitsPerPixel = box.height / host->view().pixelHeight();
-    world[0] = box.centre[0] + (pixel[0] - host->view().pixelWidth() / 2.0) * unitsPerPixel;
-    world[1] = box.centre[1] + (pixel[1] - host->view().pixelHeight() / 2.0) * unitsPerPixel;
+    world[0] = box.centre.x + (pixel[0] - host->view().pixelWidth() / 2.0) * unitsPerPixel;
+    world[1] = box.centre.y + (pixel[1] - host->view().pixelHeight() / 2.0) * unitsPerPixel;
     world[2] = 0;
     return RTNORM;
 }

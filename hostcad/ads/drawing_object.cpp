@@ -60,13 +60,13 @@ Acad::ErrorStatus DrawingObject::putText(int code, const char* text) {
 
 Frame DrawingObject::frame() const {
     const Group* normal = find(groups(), 210);
-    return normal ? extrusionFrame({normal->x(), normal->y(), normal->z()}) : Frame{};
+    return normal ? extrusionFrame(normal->point()) : Frame{};
 }
 
 AcGePoint3d DrawingObject::worldPoint(int code) const {
     const Group* group = find(groups(), code);
     if (!group) return {};
-    Point p = frame()({group->x(), group->y(), group->z()});
+    Point p = frame()(group->point());
     return {p.x, p.y, p.z};
 }
 

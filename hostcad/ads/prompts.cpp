@@ -6,8 +6,8 @@
 #include "platform/text/text.h"
 
 using hostcad::Answer;
-using hostcad::Coordinates;
 using hostcad::Host;
+using hostcad::Point;
 using hostcad::Prompt;
 using hostcad::VariableValue;
 
@@ -28,7 +28,7 @@ Prompt promptOf(Prompt::Kind kind, const char* text, const ads_real* base = null
     Prompt prompt;
     prompt.kind = kind;
     prompt.text = text ? text : "";
-    if (base) prompt.base = Coordinates{base[0], base[1], base[2]};
+    if (base) prompt.base = hostcad::pointOf(base);
     return prompt;
 }
 
@@ -64,7 +64,7 @@ int askPoint(const ads_real* base, const char* text, ads_point result, bool isCo
     Prompt prompt = promptOf(Prompt::Kind::Point, text, base);
     prompt.isCorner = isCorner;
     Answer answer = ask(std::move(prompt));
-    if (answer.isValue()) ads_point_set(answer.point.data(), result);
+    if (answer.isValue()) hostcad::setPoint(answer.point, result);
     return statusOf(answer);
 }
 
@@ -164,7 +164,7 @@ int acedEntSel(const char* prompt, ads_name entity, ads_point picked) {
         return RTERROR;
     }
     hostcad::nameOf(id, entity);
-    ads_point_set(answer.point.data(), picked);
+    hostcad::setPoint(answer.point, picked);
     return entityStatus(*host, answer);
 }
 }

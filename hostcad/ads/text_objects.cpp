@@ -1,16 +1,14 @@
 // Texts and attributes.
-#include <numbers>
-
 #include "hostcad/ads/drawing_object.h"
 #include "hostcad/drawing/current_drawing.h"
 #include "hostcad/drawing/entity_builder.h"
+#include "platform/plane/angle.h"
 #include "platform/text/text.h"
 
 using namespace hostcad;
 
 namespace {
 
-constexpr double kDegree = std::numbers::pi / 180;
 constexpr int64_t kInvisible = 1, kConstant = 2;
 
 // TEXT keeps its vertical alignment in group 73; with attributes that is the length of the field.
@@ -54,17 +52,17 @@ Acad::ErrorStatus AcDbText::setHeight(double height) {
 }
 
 double AcDbText::rotation() const {
-    return realOf(host_->groups(), 50) * kDegree;
+    return realOf(host_->groups(), 50) * plane::kDegree;
 }
 Acad::ErrorStatus AcDbText::setRotation(double radians) {
-    return host_->put(realGroup(50, radians / kDegree));
+    return host_->put(realGroup(50, radians / plane::kDegree));
 }
 
 double AcDbText::oblique() const {
-    return realOf(host_->groups(), 51) * kDegree;
+    return realOf(host_->groups(), 51) * plane::kDegree;
 }
 Acad::ErrorStatus AcDbText::setOblique(double radians) {
-    return host_->put(realGroup(51, radians / kDegree));
+    return host_->put(realGroup(51, radians / plane::kDegree));
 }
 
 double AcDbText::thickness() const {

@@ -27,8 +27,7 @@ std::string echoOf(const Input& input) {
         case Input::Kind::Number:
             return text::fromReal(input.number);
         case Input::Kind::Point:
-            return text::fromReal(input.point[0]) + "," + text::fromReal(input.point[1]) + "," +
-                   text::fromReal(input.point[2]);
+            return pointText(input.point);
         case Input::Kind::Entity:
             return "<entity>";
         case Input::Kind::Set:

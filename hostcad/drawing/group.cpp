@@ -114,6 +114,11 @@ uint64_t handleOf(Groups groups, int code, uint64_t absent) {
     return group && group->kind == ValueKind::Handle ? group->handle : absent;
 }
 
+Point pointOf(Groups groups, int code, Point absent) {
+    const Group* group = find(groups, code);
+    return group ? group->point() : absent;
+}
+
 Groups xdataOf(Groups groups) {
     auto isXData = [](const Group& group) { return group.code >= kFirstXDataCode; };
     auto begin = std::find_if(groups.begin(), groups.end(), isXData);

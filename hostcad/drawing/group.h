@@ -8,7 +8,11 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/plane/point.h"
+
 namespace hostcad {
+
+using plane::Point;
 
 // How a group holds its value. Most codes have one kind always; a text may stand in place of a handle that
 // is no hexadecimal number, so that it is carried unchanged.
@@ -35,6 +39,7 @@ struct Group {
     double x() const { return kind == ValueKind::Point ? coordinates[0] : asReal(); }
     double y() const { return kind == ValueKind::Point ? coordinates[1] : 0; }
     double z() const { return kind == ValueKind::Point && size > 2 ? coordinates[2] : 0; }
+    Point point() const { return {x(), y(), z()}; }
     // The number of a real or an integer; 0 for other kinds.
     double asReal() const {
         return kind == ValueKind::Real ? real : kind == ValueKind::Integer ? static_cast<double>(integer) : 0;
@@ -74,6 +79,7 @@ std::string_view textOf(Groups groups, int code, std::string_view absent = {});
 double realOf(Groups groups, int code, double absent = 0);
 int64_t integerOf(Groups groups, int code, int64_t absent = 0);
 uint64_t handleOf(Groups groups, int code, uint64_t absent = 0);
+Point pointOf(Groups groups, int code, Point absent = {});
 
 // The groups of the extended data of all applications, and of one of them from its 1001 on (names compare
 // without case); empty when there are none. What follows the extended data (embedded objects) is not in it.

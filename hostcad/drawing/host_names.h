@@ -1,4 +1,4 @@
-// Entity names and selection sets between the C interface and the drawing.
+// Entity names, selection sets and points between the C interface and the drawing.
 #pragma once
 
 #include "hostcad/drawing/current_drawing.h"
@@ -12,6 +12,14 @@ void nameOf(ObjectId id, ads_name name);
 // The object that a name names in the current drawing: 0 for names of nothing, of selection sets, and of
 // drawings that were closed. The object may be erased.
 ObjectId idOf(const ads_name name);
+
+// Points of the C interface.
+inline Point pointOf(const ads_point p) {
+    return {p[0], p[1], p[2]};
+}
+inline void setPoint(const Point& from, ads_point to) {
+    to[0] = from.x, to[1] = from.y, to[2] = from.z;
+}
 
 // The selection set behind a name, or null.
 SelectionSet* selectionOf(const ads_name name);

@@ -14,12 +14,12 @@ void Command::ask(Prompt::Kind kind, const std::string& text, Handler handler, c
     ask(Prompt{kind, text, bits, Keywords(keywords), {}}, std::move(handler));
 }
 
-void Command::askFrom(const Coordinates& base, Prompt::Kind kind, const std::string& text, Handler handler,
+void Command::askFrom(const Point& base, Prompt::Kind kind, const std::string& text, Handler handler,
                       const std::string& keywords, int bits) {
     ask(Prompt{kind, text, bits, Keywords(keywords), base}, std::move(handler));
 }
 
-void Command::askCorner(const Coordinates& from, const std::string& text, Handler handler) {
+void Command::askCorner(const Point& from, const std::string& text, Handler handler) {
     ask(Prompt{Prompt::Kind::Point, text, 0, {}, from, true}, std::move(handler));
 }
 

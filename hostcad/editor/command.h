@@ -36,10 +36,10 @@ class Command {
     void ask(Prompt prompt, Handler handler);
     void ask(Prompt::Kind kind, const std::string& text, Handler handler, const std::string& keywords = "",
              int bits = 0);
-    void askFrom(const Coordinates& base, Prompt::Kind kind, const std::string& text, Handler handler,
+    void askFrom(const Point& base, Prompt::Kind kind, const std::string& text, Handler handler,
                  const std::string& keywords = "", int bits = 0);
     // The corner of a box that begins at a point.
-    void askCorner(const Coordinates& from, const std::string& text, Handler handler);
+    void askCorner(const Point& from, const std::string& text, Handler handler);
     // What the user must know.
     void say(const std::string& text);
     // What a person at the command line sees; a program that works quietly (CMDECHO 0) does without.

@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "hostcad/editor/command.h"
+#include "platform/scope/temporary_value.h"
 
 namespace hostcad {
 
@@ -34,7 +35,8 @@ class CommandProcessor {
     bool isActive() const { return command_ != nullptr; }
     // Answers come from a program, so no command shows a box in place of a prompt.
     bool isScripted() const { return isScripted_; }
-    void setScripted(bool on) { isScripted_ = on; }
+    // They do while this lives.
+    [[nodiscard]] TemporaryValue<bool> beginScripted() { return {isScripted_, true}; }
     // Such a program does not want to see prompts and notes either.
     bool isQuiet() const;
     // What the command in progress asks now.

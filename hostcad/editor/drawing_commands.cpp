@@ -61,7 +61,7 @@ class LineCommand : public Command {
         askNext();
     }
 
-    void draw(const Coordinates& to) {
+    void draw(const Point& to) {
         GroupList groups;
         groups.text(0, "LINE").point(10, corners_.back()).point(11, to);
         makeEntity(host_, groups);
@@ -84,7 +84,7 @@ class LineCommand : public Command {
     struct Made {
         ads_name name;
     };
-    std::vector<Coordinates> corners_;
+    std::vector<Point> corners_;
     std::vector<Made> made_;
 };
 
@@ -131,7 +131,7 @@ class CircleCommand : public Command {
         makeEntity(host_, groups);
     }
 
-    Coordinates centre_{};
+    Point centre_{};
 };
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "hostcad/editor/entity_making.h"
 
 #include "hostcad/drawing/current_drawing.h"
+#include "hostcad/drawing/host_names.h"
 #include "hostcad/editor/host.h"
 #include "platform/ads/entities.h"
 
@@ -32,8 +33,8 @@ GroupList& GroupList::integer(int code, int value) {
     return *this;
 }
 
-GroupList& GroupList::point(int code, const Coordinates& value) {
-    ads_point_set(value.data(), add(code).resval.rpoint);
+GroupList& GroupList::point(int code, const Point& value) {
+    setPoint(value, add(code).resval.rpoint);
     return *this;
 }
 
@@ -52,11 +53,9 @@ void addWidthsAndBulge(GroupList& groups, const PolylineCorner& corner) {
 bool makeLightPolyline(Host& host, const std::vector<PolylineCorner>& corners, bool isClosed) {
     GroupList groups;
     groups.text(0, "LWPOLYLINE").text(100, "AcDbEntity").text(100, "AcDbPolyline");
-    groups.integer(90, static_cast<int>(corners.size()))
-        .integer(70, isClosed)
-        .real(38, corners.front().at[2]);
+    groups.integer(90, static_cast<int>(corners.size())).integer(70, isClosed).real(38, corners.front().at.z);
     for (const PolylineCorner& corner : corners) {
-        groups.point(10, {corner.at[0], corner.at[1], 0});
+        groups.point(10, {corner.at.x, corner.at.y, 0});
         addWidthsAndBulge(groups, corner);
     }
     return makeEntity(host, groups);
@@ -64,7 +63,7 @@ bool makeLightPolyline(Host& host, const std::vector<PolylineCorner>& corners, b
 
 bool makeOldPolyline(Host& host, const std::vector<PolylineCorner>& corners, bool isClosed) {
     GroupList head;
-    head.text(0, "POLYLINE").integer(66, 1).point(10, {0, 0, corners.front().at[2]}).integer(70, isClosed);
+    head.text(0, "POLYLINE").integer(66, 1).point(10, {0, 0, corners.front().at.z}).integer(70, isClosed);
     if (!makeEntity(host, head)) return false;
     for (const PolylineCorner& corner : corners) {
         GroupList vertex;

@@ -19,7 +19,7 @@ class GroupList {
     GroupList& text(int code, const std::string& value);
     GroupList& real(int code, double value);
     GroupList& integer(int code, int value);
-    GroupList& point(int code, const Coordinates& value);
+    GroupList& point(int code, const Point& value);
     const resbuf* list() const { return head_; }
 
   private:
@@ -33,7 +33,7 @@ class Host;
 bool makeEntity(Host& host, const GroupList& groups);
 
 struct PolylineCorner {
-    Coordinates at{};
+    Point at{};
     double startWidth = 0;
     double endWidth = 0;
     double bulge = 0;

@@ -96,7 +96,7 @@ Conventions Host::conventions() const {
     return c;
 }
 
-void Host::setLastPoint(const Coordinates& point) {
+void Host::setLastPoint(const Point& point) {
     variables_.set("LASTPOINT", VariableValue::ofPoint(point));
 }
 
@@ -249,7 +249,7 @@ void Host::readViewBox() {
     view_.show(viewBox_);
 }
 
-void Host::setViewBox(const Coordinates& centre, double height) {
+void Host::setViewBox(const Point& centre, double height) {
     rememberViewBox();
     viewBox_ = {centre, height, height * aspectOf(view_)};
     keepViewBox();
@@ -285,7 +285,7 @@ void Host::keepViewBox() {
         Groups old = drawing.groups(record);
         std::vector<Group> groups(old.begin(), old.end());
         for (Group& group : groups) {
-            if (group.code == 12) group = drawing.arena().point(12, centre[0], centre[1]);
+            if (group.code == 12) group = drawing.arena().point(12, centre.x, centre.y);
             if (group.code == 40) group = realGroup(40, height);
         }
         drawing.setGroupsUnnoted(record, groups);

@@ -43,7 +43,7 @@ class Host {
     void write(std::string_view text) { commandLine_.write(text); }
     Answer ask(Prompt prompt);
     Conventions conventions() const;
-    void setLastPoint(const Coordinates& point);
+    void setLastPoint(const Point& point);
 
     // --- What a program does with the host ---
     // A line typed at the command prompt: a command's name, a Lisp expression, or !symbol. Errors are told on
@@ -72,7 +72,7 @@ class Host {
     // --- View ---
     const ViewBox& viewBox() const { return viewBox_; }
     // Keeps it in the drawing, where that has a place for views, and shows it.
-    void setViewBox(const Coordinates& centre, double height);
+    void setViewBox(const Point& centre, double height);
     // What the user has moved the view to by hand: no command and no change of the drawing. `begins`: with
     // it a movement begins, to the start of which the user can go back.
     void noteViewBox(const ViewBox& box, bool begins);

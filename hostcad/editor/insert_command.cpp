@@ -10,6 +10,7 @@
 #include "hostcad/editor/host.h"
 #include "platform/ads/entities.h"
 #include "platform/files/files.h"
+#include "platform/plane/angle.h"
 #include "platform/text/text.h"
 
 namespace hostcad {
@@ -18,15 +19,15 @@ namespace {
 
 // Where a reference puts its block.
 struct Placement {
-    Coordinates at{};
+    Point at{};
     double scale[3] = {1, 1, 1};
     double rotation = 0;
-    Coordinates base{};
+    Point base{};
 
-    Coordinates apply(const Coordinates& p) const {
-        double x = (p[0] - base[0]) * scale[0], y = (p[1] - base[1]) * scale[1];
+    Point apply(const Point& p) const {
+        double x = (p.x - base.x) * scale[0], y = (p.y - base.y) * scale[1];
         double c = std::cos(rotation), s = std::sin(rotation);
-        return {at[0] + x * c - y * s, at[1] + x * s + y * c, at[2] + (p[2] - base[2]) * scale[2]};
+        return {at.x + x * c - y * s, at.y + x * s + y * c, at.z + (p.z - base.z) * scale[2]};
     }
 };
 
@@ -153,7 +154,7 @@ class InsertCommand : public Command {
             "", kNoZero);
     }
 
-    void takePlace(const Coordinates& at) {
+    void takePlace(const Point& at) {
         place_.at = at;
         if (isScaled_)
             askRotation();
@@ -207,9 +208,10 @@ class InsertCommand : public Command {
         });
     }
 
-    void takeCorner(const Coordinates& corner) {
-        for (size_t axis = 0; axis < 2; ++axis)
-            if (corner[axis] != place_.at[axis]) place_.scale[axis] = corner[axis] - place_.at[axis];
+    void takeCorner(const Point& corner) {
+        const Point size = corner - place_.at;
+        if (size.x != 0) place_.scale[0] = size.x;
+        if (size.y != 0) place_.scale[1] = size.y;
         place_.scale[2] = place_.scale[0];
         askRotation();
     }
@@ -227,8 +229,7 @@ class InsertCommand : public Command {
 
     void collectAttributes() {
         const Drawing& drawing = currentDrawing();
-        if (const Group* base = find(drawing.groups(block_), 10))
-            place_.base = {base->x(), base->y(), base->z()};
+        if (const Group* base = find(drawing.groups(block_), 10)) place_.base = base->point();
         for (ObjectId id = drawing.firstPart(block_); id; id = drawing.nextPart(id)) {
             if (drawing.type(id) != "ATTDEF" || (integerOf(drawing.groups(id), 70) & kConstant)) continue;
             attributes_.push_back({id, std::string(textOf(drawing.groups(id), 1))});
@@ -279,26 +280,21 @@ class InsertCommand : public Command {
 
     void makeAttribute(const Attribute& attribute) {
         Groups definition = currentDrawing().groups(attribute.definition);
-        auto pointOf = [&](int code) -> Coordinates {
-            const Group* group = find(definition, code);
-            return group ? Coordinates{group->x(), group->y(), group->z()} : Coordinates{};
-        };
-        constexpr double kRadians = 3.14159265358979323846 / 180;
-        double own = realOf(definition, 50) * kRadians;
+        double own = realOf(definition, 50) * plane::kDegree;
         double widened = place_.scale[1] != 0 ? std::abs(place_.scale[0] / place_.scale[1]) : 1;
         int64_t horizontal = integerOf(definition, 72), vertical = integerOf(definition, 74);
         GroupList groups;
         groups.text(0, "ATTRIB").text(8, std::string(textOf(definition, 8, "0")));
         if (find(definition, 62)) groups.integer(62, static_cast<int>(integerOf(definition, 62)));
-        groups.point(10, place_.apply(pointOf(10)))
+        groups.point(10, place_.apply(pointOf(definition, 10)))
             .real(40, realOf(definition, 40, 1) * std::abs(place_.scale[1]));
         groups.text(1, attribute.value).text(2, std::string(textOf(definition, 2)));
         groups.integer(70, static_cast<int>(integerOf(definition, 70)));
         groups.real(50, own + place_.rotation).real(41, realOf(definition, 41, 1) * widened);
-        groups.real(51, realOf(definition, 51) * kRadians)
+        groups.real(51, realOf(definition, 51) * plane::kDegree)
             .text(7, std::string(textOf(definition, 7, "STANDARD")));
         groups.integer(72, static_cast<int>(horizontal)).integer(74, static_cast<int>(vertical));
-        if (horizontal || vertical) groups.point(11, place_.apply(pointOf(11)));
+        if (horizontal || vertical) groups.point(11, place_.apply(pointOf(definition, 11)));
         makeEntity(host_, groups);
     }
 

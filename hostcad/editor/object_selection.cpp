@@ -24,16 +24,16 @@ std::vector<ObjectId> membersOf(const char* mode, const void* first, const void*
 }
 
 // What a pick at a point covers.
-std::vector<ObjectId> entitiesAt(Host& host, const Coordinates& at) {
+std::vector<ObjectId> entitiesAt(Host& host, const Point& at) {
     double pixel = host.viewBox().height / std::max(1, host.view().pixelHeight());
     double reach = static_cast<double>(host.variables().integer("PICKBOX")) * pixel;
-    ads_point low{at[0] - reach, at[1] - reach, 0}, high{at[0] + reach, at[1] + reach, 0};
+    ads_point low{at.x - reach, at.y - reach, 0}, high{at.x + reach, at.y + reach, 0};
     return membersOf("C", low, high);
 }
 
 }  // namespace
 
-ObjectId entityAt(Host& host, const Coordinates& point) {
+ObjectId entityAt(Host& host, const Point& point) {
     std::vector<ObjectId> found = entitiesAt(host, point);
     return found.empty() ? kNoObject : *std::max_element(found.begin(), found.end());
 }
@@ -113,7 +113,7 @@ void ObjectSelection::takeOption(const std::string& option) {
 }
 
 // A point on something selects it; a point beside everything is the first corner of a box.
-void ObjectSelection::takePoint(const Coordinates& at) {
+void ObjectSelection::takePoint(const Point& at) {
     ObjectId id = entityAt(host_, at);
     if (id) {
         join({id});
@@ -133,15 +133,16 @@ void ObjectSelection::takeFirstCorner(const Answer& answer) {
 }
 
 void ObjectSelection::takeSecondCorner(const Answer& answer) {
-    if (answer.isValue())
-        select(mode_, corner_.data(), answer.point.data());
-    else
-        askObjects();
+    if (!answer.isValue()) return askObjects();
+    ads_point first, second;
+    setPoint(corner_, first);
+    setPoint(answer.point, second);
+    select(mode_, first, second);
 }
 
 // Drawn to the right it takes what is inside, to the left also what it crosses.
 void ObjectSelection::takeImpliedCorner(const Answer& answer) {
-    mode_ = answer.point[0] >= corner_[0] ? "W" : "C";
+    mode_ = answer.point.x >= corner_.x ? "W" : "C";
     takeSecondCorner(answer);
 }
 
@@ -153,9 +154,9 @@ void ObjectSelection::takeVertex(const Answer& answer) {
     }
     resbuf* points = nullptr;
     resbuf** tail = &points;
-    for (const Coordinates& vertex : vertices_) {
+    for (const Point& vertex : vertices_) {
         *tail = acutNewRb(RT3DPOINT);
-        ads_point_set(vertex.data(), (*tail)->resval.rpoint);
+        setPoint(vertex, (*tail)->resval.rpoint);
         tail = &(*tail)->rbnext;
     }
     lisp::ResultList owner(points);

@@ -29,7 +29,7 @@ class ObjectSelection {
     void takeObjects(const Answer& answer);
     void askOppositeCorner(Step step);
     void takeOption(const std::string& option);
-    void takePoint(const Coordinates& at);
+    void takePoint(const Point& at);
     void takeFirstCorner(const Answer& answer);
     void takeSecondCorner(const Answer& answer);
     void takeImpliedCorner(const Answer& answer);
@@ -47,13 +47,13 @@ class ObjectSelection {
     bool isCancelled_ = false;
     bool isOver_ = false;
     const char* mode_ = "";
-    Coordinates corner_{};
-    std::vector<Coordinates> vertices_;
+    Point corner_{};
+    std::vector<Point> vertices_;
 };
 
 // Runs a selection with the user: RTNORM, RTCAN, or RTERROR when nobody answers.
 int selectObjects(Host& host, SelectionSet& set);
 // The entity drawn last among those at a point, or 0.
-ObjectId entityAt(Host& host, const Coordinates& point);
+ObjectId entityAt(Host& host, const Point& point);
 
 }  // namespace hostcad

@@ -5,27 +5,30 @@
 #include "hostcad/editor/command_processor.h"
 #include "hostcad/editor/entity_making.h"
 #include "hostcad/editor/host.h"
+#include "platform/plane/arc.h"
 #include "platform/text/text.h"
 
 namespace hostcad {
 
 namespace {
 
-constexpr double kPi = 3.14159265358979323846;
-
-double directionOf(const Coordinates& from, const Coordinates& to) {
-    return std::atan2(to[1] - from[1], to[0] - from[0]);
-}
+using plane::bulgeOf;
+using plane::direction;
 
 // An angle from -pi up to pi.
 double turned(double radians) {
-    return std::remainder(radians, 2 * kPi);
+    return std::remainder(radians, plane::kFullTurn);
+}
+
+// The bulge of the arc along a chord that leaves in a direction. Between chord and tangent is half the sweep.
+double bulgeFrom(double tangent, const Point& from, const Point& to) {
+    return bulgeOf(2 * turned(direction(from, to) - tangent));
 }
 
 // The bulge of the arc through three points; 0 when they lie on a line.
-double bulgeThrough(const Coordinates& start, const Coordinates& middle, const Coordinates& end) {
+double bulgeThrough(const Point& start, const Point& middle, const Point& end) {
     // The angle at the middle point stands over the arc: half the rest of the turn lies on the other side.
-    double atMiddle = turned(directionOf(middle, end) - directionOf(start, middle));
+    double atMiddle = turned(direction(middle, end) - direction(start, middle));
     double half = atMiddle / 2;
     return std::abs(std::cos(half)) < 1e-12 ? 0 : std::tan(half);
 }
@@ -47,7 +50,7 @@ class PolylineCommand : public Command {
     void cancelled() override { draw(false); }
 
   private:
-    const Coordinates& here() const { return corners_.back().at; }
+    const Point& here() const { return corners_.back().at; }
 
     void askNext() {
         if (isArc_) {
@@ -87,10 +90,7 @@ class PolylineCommand : public Command {
     void askLength() {
         askFrom(here(), Prompt::Kind::Distance, "\nSpecify length of line: ", [this](const Answer& answer) {
             if (answer.isValue()) {
-                double direction = lastDirection();
-                addCorner({here()[0] + answer.number * std::cos(direction),
-                           here()[1] + answer.number * std::sin(direction), here()[2]},
-                          0);
+                addCorner(plane::polar(here(), lastDirection(), answer.number), 0);
             }
             askNext();
         });
@@ -106,7 +106,7 @@ class PolylineCommand : public Command {
         else if (answer.text == "Line")
             isArc_ = false;
         else if (answer.text == "CLose")
-            return close(std::tan(turned(directionOf(here(), corners_.front().at) - lastDirection()) / 2));
+            return close(bulgeFrom(lastDirection(), here(), corners_.front().at));
         else if (answer.text == "Second")
             return askSecondPoint();
         else if (answer.text == "Angle")
@@ -121,23 +121,19 @@ class PolylineCommand : public Command {
     }
 
     // The arc to a point that leaves in a direction.
-    void addArc(const Coordinates& to, double direction) {
-        double chord = directionOf(here(), to);
-        addCorner(to, std::tan(turned(chord - direction) / 2));
-    }
+    void addArc(const Point& to, double tangent) { addCorner(to, bulgeFrom(tangent, here(), to)); }
 
     void askSecondPoint() {
         askFrom(here(), Prompt::Kind::Point, "\nSpecify second point on arc: ", [this](const Answer& middle) {
             if (!middle.isValue()) return askNext();
-            askArcEnd(
-                [this, middle](const Coordinates& end) { return bulgeThrough(here(), middle.point, end); });
+            askArcEnd([this, middle](const Point& end) { return bulgeThrough(here(), middle.point, end); });
         });
     }
 
     void askIncludedAngle() {
         ask(Prompt::Kind::Angle, "\nSpecify included angle: ", [this](const Answer& angle) {
             if (!angle.isValue()) return askNext();
-            askArcEnd([angle](const Coordinates&) { return std::tan(angle.number / 4); });
+            askArcEnd([angle](const Point&) { return bulgeOf(angle.number); });
         });
     }
 
@@ -145,16 +141,13 @@ class PolylineCommand : public Command {
     void askArcCentre() {
         askFrom(here(), Prompt::Kind::Point, "\nSpecify center point of arc: ", [this](const Answer& centre) {
             if (!centre.isValue()) return askNext();
-            Coordinates c = centre.point;
-            double radius = std::hypot(here()[0] - c[0], here()[1] - c[1]);
+            Point c = centre.point;
+            double radius = plane::distance(here(), c);
             askFrom(c, Prompt::Kind::Point,
                     "\nSpecify endpoint of arc: ", [this, c, radius](const Answer& end) {
                         if (end.isValue()) {
-                            double from = directionOf(c, here()), to = directionOf(c, end.point);
-                            double sweep = to - from;
-                            while (sweep <= 0) sweep += 2 * kPi;
-                            addCorner({c[0] + radius * std::cos(to), c[1] + radius * std::sin(to), here()[2]},
-                                      std::tan(sweep / 4));
+                            double from = direction(c, here()), to = direction(c, end.point);
+                            addCorner(plane::polar(c, to, radius), bulgeOf(plane::sweepBetween(from, to)));
                         }
                         askNext();
                     });
@@ -173,7 +166,7 @@ class PolylineCommand : public Command {
                 });
     }
 
-    void askArcEnd(const std::function<double(const Coordinates&)>& bulgeTo) {
+    void askArcEnd(const std::function<double(const Point&)>& bulgeTo) {
         askFrom(here(), Prompt::Kind::Point,
                 "\nSpecify endpoint of arc: ", [this, bulgeTo](const Answer& end) {
                     if (end.isValue()) addCorner(end.point, bulgeTo(end.point));
@@ -222,16 +215,16 @@ class PolylineCommand : public Command {
         startWidth_ = endWidth_;
     }
 
-    void addCorner(const Coordinates& to, double bulge) {
+    void addCorner(const Point& to, double bulge) {
         endSegment(bulge);
-        corners_.push_back({{to[0], to[1], corners_.front().at[2]}});
+        corners_.push_back({{to.x, to.y, corners_.front().at.z}});
     }
 
     // The direction in which the last segment ends: that of the chord, turned by half the arc's angle.
     double lastDirection() const {
         if (corners_.size() < 2) return 0;
         const PolylineCorner& from = corners_[corners_.size() - 2];
-        return directionOf(from.at, here()) + 2 * std::atan(from.bulge);
+        return direction(from.at, here()) + plane::sweepOf(from.bulge) / 2;
     }
 
     void close(double bulge) {

@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <cctype>
 #include <cmath>
+#include <numbers>
 
 #include "hostcad/lisp/units.h"
+#include "platform/plane/angle.h"
 #include "platform/text/text.h"
 
 namespace hostcad {
@@ -17,8 +19,6 @@ bool isUpper(char c) {
 bool isLower(char c) {
     return std::islower(static_cast<unsigned char>(c));
 }
-
-constexpr double kPi = 3.14159265358979323846;
 
 }  // namespace
 
@@ -96,10 +96,10 @@ std::optional<double> parseTypedAngle(std::string_view s, const Conventions& con
 
 }  // namespace
 
-std::optional<Coordinates> parsePoint(std::string_view s, const Conventions& conventions) {
+std::optional<Point> parsePoint(std::string_view s, const Conventions& conventions) {
     s = text::trim(s);
     bool isRelative = false;
-    Coordinates from{};
+    Point from{};
     if (!s.empty() && s.front() == '*') s.remove_prefix(1);  // world coordinates, which all are
     if (!s.empty() && s.front() == '@') {
         isRelative = true;
@@ -112,19 +112,22 @@ std::optional<Coordinates> parsePoint(std::string_view s, const Conventions& con
         auto length = lisp::parseLength(s.substr(0, polar));
         auto radians = parseTypedAngle(text::trim(s.substr(polar + 1)), conventions);
         if (!length || !radians) return {};
-        double z = isRelative ? from[2] : conventions.elevation;
-        return Coordinates{from[0] + *length * std::cos(*radians), from[1] + *length * std::sin(*radians), z};
+        double z = isRelative ? from.z : conventions.elevation;
+        return plane::polar({from.x, from.y, z}, *radians, *length);
     }
     std::vector<std::string> parts = text::split(s, ',');
     if (parts.size() < 2 || parts.size() > 3) return {};
-    Coordinates point{0, 0, isRelative ? 0 : conventions.elevation};
+    double coordinates[] = {0, 0, isRelative ? 0 : conventions.elevation};
     for (size_t i = 0; i < parts.size(); ++i) {
         auto number = lisp::parseLength(parts[i]);
         if (!number) return {};
-        point[i] = *number;
+        coordinates[i] = *number;
     }
-    for (size_t i = 0; i < 3; ++i) point[i] += from[i];
-    return point;
+    return Point{coordinates[0], coordinates[1], coordinates[2]} + from;
+}
+
+std::string pointText(const Point& point) {
+    return text::fromReal(point.x) + "," + text::fromReal(point.y) + "," + text::fromReal(point.z);
 }
 
 // --- Interpretation ----------------------------------------------------------------------------------
@@ -213,9 +216,7 @@ class Interpreter {
             case Input::Kind::Number:
                 return ofText(Answer::Kind::Value, text::fromReal(input_.number));
             case Input::Kind::Point:
-                return ofText(Answer::Kind::Value, text::fromReal(input_.point[0]) + "," +
-                                                       text::fromReal(input_.point[1]) + "," +
-                                                       text::fromReal(input_.point[2]));
+                return ofText(Answer::Kind::Value, pointText(input_.point));
             default:
                 return {};
         }
@@ -255,34 +256,33 @@ class Interpreter {
     // A number, or a point that is so far from the base.
     std::optional<Answer> distance() {
         if (std::optional<double> number = typedNumber()) return ofNumber(*number);
-        std::optional<Coordinates> at = typedPoint();
+        std::optional<Point> at = typedPoint();
         if (!at) return {};
         if (!prompt_.base) return ofPoint(*at);
-        const Coordinates& from = *prompt_.base;
-        double dz = prompt_.bits & kFlatDistance ? 0 : (*at)[2] - from[2];
-        return ofNumber(std::hypot((*at)[0] - from[0], (*at)[1] - from[1], dz));
+        const Point& from = *prompt_.base;
+        double dz = prompt_.bits & kFlatDistance ? 0 : at->z - from.z;
+        return ofNumber(std::hypot(at->x - from.x, at->y - from.y, dz));
     }
 
     std::optional<Answer> angle() {
         if (input_.kind == Input::Kind::Number)
-            return ofNumber(fromTypedAngle(input_.number * kPi / 180, conventions_));
+            return ofNumber(fromTypedAngle(input_.number * std::numbers::pi / 180, conventions_));
         if (input_.kind == Input::Kind::Text && input_.text.find(',') == std::string::npos)
             if (auto radians = parseTypedAngle(text::trim(input_.text), conventions_))
                 return ofNumber(*radians);
-        std::optional<Coordinates> at = typedPoint();
+        std::optional<Point> at = typedPoint();
         if (!at) return {};
         if (!prompt_.base) return ofPoint(*at);
-        double radians = std::atan2((*at)[1] - (*prompt_.base)[1], (*at)[0] - (*prompt_.base)[0]);
-        return ofNumber(radians < 0 ? radians + 2 * kPi : radians);
+        return ofNumber(plane::withinTurn(plane::direction(*prompt_.base, *at)));
     }
 
-    std::optional<Coordinates> typedPoint() const {
+    std::optional<Point> typedPoint() const {
         if (input_.kind == Input::Kind::Point) return input_.point;
         if (input_.kind == Input::Kind::Text) return parsePoint(input_.text, conventions_);
         return {};
     }
 
-    std::optional<Answer> ofPoint(const Coordinates& at) {
+    std::optional<Answer> ofPoint(const Point& at) {
         Answer answer;
         answer.kind = Answer::Kind::Value;
         answer.point = at;
@@ -291,7 +291,7 @@ class Interpreter {
     }
 
     std::optional<Answer> point() {
-        std::optional<Coordinates> at = typedPoint();
+        std::optional<Point> at = typedPoint();
         if (!at) return {};
         return ofPoint(*at);
     }

@@ -7,9 +7,11 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/plane/point.h"
+
 namespace hostcad {
 
-using Coordinates = std::array<double, 3>;
+using plane::Point;
 using EntityName = std::array<long, 2>;
 
 // The keywords of a prompt, from a text such as "Select Pick Number" or "LType,LT". The capitals of a word
@@ -50,8 +52,8 @@ struct Prompt {
     std::string text;  // as it is shown
     int bits = 0;
     Keywords keywords;
-    std::optional<Coordinates> base;  // what distances, angles and relative points count from
-    bool isCorner = false;            // the point is the corner of a box that begins at the base
+    std::optional<Point> base;  // what distances, angles and relative points count from
+    bool isCorner = false;      // the point is the corner of a box that begins at the base
 };
 
 // One thing that a person or a script gives.
@@ -60,14 +62,14 @@ struct Input {
     Kind kind = Kind::Text;
     std::string text;
     double number = 0;
-    Coordinates point{};
+    Point point{};
     EntityName name{};  // of an entity or a selection set
 
     static Input ofText(std::string text) { return {Kind::Text, std::move(text), 0, {}, {}}; }
     static Input enter() { return ofText(""); }
     static Input ofNumber(double number) { return {Kind::Number, "", number, {}, {}}; }
-    static Input ofPoint(const Coordinates& point) { return {Kind::Point, "", 0, point, {}}; }
-    static Input ofEntity(const EntityName& name, const Coordinates& picked = {}) {
+    static Input ofPoint(const Point& point) { return {Kind::Point, "", 0, point, {}}; }
+    static Input ofEntity(const EntityName& name, const Point& picked = {}) {
         return {Kind::Entity, "", 0, picked, name};
     }
     static Input ofSet(const EntityName& name) { return {Kind::Set, "", 0, {}, name}; }
@@ -87,7 +89,7 @@ struct Answer {
     Kind kind = Kind::None;
     std::string text;  // of a text or a keyword
     double number = 0;
-    Coordinates point{};
+    Point point{};
     EntityName name{};
     bool isSet = false;    // the name is that of a selection set
     bool isPoint = false;  // the value is a point, also where a number was asked for
@@ -98,7 +100,7 @@ struct Answer {
 
 // What typed numbers and points depend on.
 struct Conventions {
-    Coordinates lastPoint{};
+    Point lastPoint{};
     double elevation = 0;
     int angleFormat = 0;  // AUNITS
     double angleBase = 0;
@@ -106,7 +108,9 @@ struct Conventions {
 };
 
 // A typed point: "x,y", "x,y,z", "@dx,dy", "@distance<angle", "distance<angle", "@" for the last point.
-std::optional<Coordinates> parsePoint(std::string_view text, const Conventions& conventions);
+std::optional<Point> parsePoint(std::string_view text, const Conventions& conventions);
+// "1.5,2,0": as it would be typed.
+std::string pointText(const Point& point);
 
 // The answer that an input is; nothing, and why not, when it does not fit the prompt.
 std::optional<Answer> interpret(const Prompt& prompt, const Input& input, const Conventions& conventions,

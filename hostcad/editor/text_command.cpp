@@ -88,7 +88,7 @@ class TextCommand : public Command {
 
     bool isBetween() const { return justification_.horizontal == 3 || justification_.horizontal == 5; }
 
-    void takeFirstPoint(const Coordinates& point) {
+    void takeFirstPoint(const Point& point) {
         at_ = point;
         if (!isBetween()) {
             askHeight();
@@ -98,7 +98,7 @@ class TextCommand : public Command {
                 "\nSpecify second endpoint of text baseline: ", [this](const Answer& answer) {
                     if (!answer.isValue()) return;
                     second_ = answer.point;
-                    rotation_ = std::atan2(second_[1] - at_[1], second_[0] - at_[0]);
+                    rotation_ = plane::direction(at_, second_);
                     askHeight();
                 });
     }
@@ -141,8 +141,8 @@ class TextCommand : public Command {
             draw(answer.text);
             if (host_.commands().isScripted() || isBetween()) return;
             constexpr double kLineSpacing = 5.0 / 3;
-            at_[0] += kLineSpacing * height_ * std::sin(rotation_);
-            at_[1] -= kLineSpacing * height_ * std::cos(rotation_);
+            at_.x += kLineSpacing * height_ * std::sin(rotation_);
+            at_.y -= kLineSpacing * height_ * std::cos(rotation_);
             askText();
         });
     }
@@ -162,7 +162,7 @@ class TextCommand : public Command {
     }
 
     Justification justification_ = kJustifications[0];
-    Coordinates at_{}, second_{};
+    Point at_{}, second_{};
     double height_ = 1, rotation_ = 0;
 };
 

@@ -2,6 +2,7 @@
 
 #include "hostcad/drawing/current_drawing.h"
 #include "platform/ads/result_buffer.h"
+#include "platform/plane/angle.h"
 #include "platform/text/text.h"
 
 namespace hostcad {
@@ -20,7 +21,7 @@ VariableValue VariableValue::ofReal(double r) {
     return v;
 }
 
-VariableValue VariableValue::ofPoint(const Coordinates& p, bool isFlat) {
+VariableValue VariableValue::ofPoint(const Point& p, bool isFlat) {
     VariableValue v;
     v.type = isFlat ? RTPOINT : RT3DPOINT;
     v.point = p;
@@ -217,23 +218,21 @@ VariableValue Variables::headerValue(const std::string& name, const Entry& entry
             value.text = group.text();
             break;
         default:
-            value.point = {group.x(), group.y(), group.z()};
+            value.point = group.point();
     }
-    constexpr double kDegree = 3.14159265358979323846 / 180;
-    if (entry.headerCode == 50) value.real *= kDegree;  // the file has degrees
+    if (entry.headerCode == 50) value.real *= plane::kDegree;  // the file has degrees
     return value;
 }
 
 void Variables::setHeader(const std::string& name, const Entry& entry, const VariableValue& value) {
     Drawing& drawing = currentDrawing();
     std::string key = "$" + name;
-    constexpr double kDegree = 3.14159265358979323846 / 180;
     switch (value.type) {
         case RTSHORT:
             drawing.setHeaderInteger(key, entry.headerCode, value.integer);
             break;
         case RTREAL: {
-            double real = entry.headerCode == 50 ? value.real / kDegree : value.real;
+            double real = entry.headerCode == 50 ? value.real / plane::kDegree : value.real;
             drawing.setHeaderReal(key, entry.headerCode, real);
             break;
         }
@@ -241,7 +240,7 @@ void Variables::setHeader(const std::string& name, const Entry& entry, const Var
             drawing.setHeaderText(key, entry.headerCode, value.text);
             break;
         default:
-            drawing.setHeaderPoint(key, entry.headerCode, value.point[0], value.point[1], value.point[2]);
+            drawing.setHeaderPoint(key, entry.headerCode, value.point.x, value.point.y, value.point.z);
     }
 }
 
@@ -284,9 +283,9 @@ std::string Variables::text(std::string_view name) const {
     return value ? value->text : "";
 }
 
-Coordinates Variables::point(std::string_view name) const {
+Point Variables::point(std::string_view name) const {
     auto value = get(name);
-    return value ? value->point : Coordinates{};
+    return value ? value->point : Point{};
 }
 
 }  // namespace hostcad

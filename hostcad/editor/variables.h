@@ -17,12 +17,12 @@ struct VariableValue {
     short type = 0;
     long integer = 0;
     double real = 0;
-    Coordinates point{};
+    Point point{};
     std::string text;
 
     static VariableValue ofInteger(long n);
     static VariableValue ofReal(double r);
-    static VariableValue ofPoint(const Coordinates& p, bool isFlat = false);
+    static VariableValue ofPoint(const Point& p, bool isFlat = false);
     static VariableValue ofText(std::string s);
 };
 
@@ -40,7 +40,7 @@ class Variables {
     long integer(std::string_view name) const;
     double real(std::string_view name) const;
     std::string text(std::string_view name) const;
-    Coordinates point(std::string_view name) const;
+    Point point(std::string_view name) const;
 
     // Adds a variable that is worked out; without a setter it cannot be set.
     using Getter = std::function<VariableValue()>;

@@ -9,7 +9,7 @@ namespace hostcad {
 
 // What part of the drawing is seen.
 struct ViewBox {
-    Coordinates centre{};
+    Point centre{};
     double height = 1;
     double width = 1;
 };

@@ -57,13 +57,13 @@ class ZoomCommand : public ViewCommand {
         }
     }
 
-    void askSecondCorner(const Coordinates& first) {
+    void askSecondCorner(const Point& first) {
         askCorner(first, "\nSpecify opposite corner: ", [this, first](const Answer& answer) {
             if (answer.isValue()) showBox(first, answer.point);
         });
     }
 
-    void askHeight(const Coordinates& centre) {
+    void askHeight(const Point& centre) {
         double height = host_.viewBox().height;
         ask(
             Prompt::Kind::Distance, text::format("\nEnter magnification (nX) or height <%.4f>: ", height),
@@ -85,8 +85,8 @@ class ZoomCommand : public ViewCommand {
         }
         double whole = host_.viewBox().height;
         if (!isRelative) {
-            Coordinates low = host_.variables().point("LIMMIN"), high = host_.variables().point("LIMMAX");
-            if (high[1] > low[1]) whole = high[1] - low[1];
+            Point low = host_.variables().point("LIMMIN"), high = host_.variables().point("LIMMAX");
+            if (high.y > low.y) whole = high.y - low.y;
         }
         host_.setViewBox(host_.viewBox().centre, whole / factor);
     }
@@ -97,21 +97,21 @@ class ZoomCommand : public ViewCommand {
         const Drawing& drawing = currentDrawing();
         Box box = extentsOfBlock(drawing, drawing.currentSpace(), true);
         if (withLimits || box.empty()) {
-            Coordinates low = host_.variables().point("LIMMIN"), high = host_.variables().point("LIMMAX");
-            if (high[0] > low[0] && high[1] > low[1]) {
-                box.add(low[0], low[1]);
-                box.add(high[0], high[1]);
+            Point low = host_.variables().point("LIMMIN"), high = host_.variables().point("LIMMAX");
+            if (high.x > low.x && high.y > low.y) {
+                box.add(low.x, low.y);
+                box.add(high.x, high.y);
             }
         }
         if (!box.empty()) showBox({box.minX, box.minY, 0}, {box.maxX, box.maxY, 0});
     }
 
     // A box without size keeps the height of the view.
-    void showBox(const Coordinates& a, const Coordinates& b) {
-        Coordinates centre{(a[0] + b[0]) / 2, (a[1] + b[1]) / 2, 0};
+    void showBox(const Point& a, const Point& b) {
+        Point centre{(a.x + b.x) / 2, (a.y + b.y) / 2, 0};
         const ViewBox& now = host_.viewBox();
         double aspect = now.width / now.height;
-        double height = std::max(std::abs(b[1] - a[1]), std::abs(b[0] - a[0]) / aspect);
+        double height = std::max(std::abs(b.y - a.y), std::abs(b.x - a.x) / aspect);
         host_.setViewBox(centre, height > 0 ? height : now.height);
     }
 };

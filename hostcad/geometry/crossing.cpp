@@ -1,7 +1,6 @@
 #include "hostcad/geometry/crossing.h"
 
 #include <algorithm>
-#include <numbers>
 
 namespace hostcad {
 namespace {
@@ -47,12 +46,10 @@ bool meet(const Arc& arc, const Segment& s) {
     double dx = s.to.x - s.from.x, dy = s.to.y - s.from.y;
     double size = std::hypot(dx, dy);
     if (!(size > 0)) {
-        double distance = std::hypot(s.from.x - arc.center.x, s.from.y - arc.center.y);
-        return distance == arc.radius &&
-               arc.covers(std::atan2(s.from.y - arc.center.y, s.from.x - arc.center.x));
+        return distance(arc.centre, s.from) == arc.radius && arc.covers(direction(arc.centre, s.from));
     }
     dx /= size, dy /= size;
-    double cx = arc.center.x - s.from.x, cy = arc.center.y - s.from.y;
+    double cx = arc.centre.x - s.from.x, cy = arc.centre.y - s.from.y;
     double along = cx * dx + cy * dy;
     double across = cx * dy - cy * dx;
     double rest = arc.radius * arc.radius - across * across;
@@ -85,13 +82,9 @@ bool meetsEdges(const Shape& shape, std::span<const Point> points, bool closed) 
     });
 }
 
-bool boxesMeet(const Box& a, const Box& b) {
-    return a.minX <= b.maxX && b.minX <= a.maxX && a.minY <= b.maxY && b.minY <= a.maxY;
-}
-
 Box boxOf(std::span<const Point> points) {
     Box box;
-    for (const Point& p : points) box.add(p.x, p.y);
+    for (const Point& p : points) box.add(p);
     return box;
 }
 
@@ -110,12 +103,12 @@ bool containsPoint(std::span<const Point> polygon, Point p) {
 }
 
 bool crossesFence(const Shape& shape, std::span<const Point> fence) {
-    if (shape.endless.empty() && !boxesMeet(shape.box(), boxOf(fence))) return false;
+    if (shape.endless.empty() && !meet(shape.box(), boxOf(fence))) return false;
     return meetsEdges(shape, fence, false);
 }
 
 bool touchesPolygon(const Shape& shape, std::span<const Point> polygon) {
-    if (shape.endless.empty() && !boxesMeet(shape.box(), boxOf(polygon))) return false;
+    if (shape.endless.empty() && !meet(shape.box(), boxOf(polygon))) return false;
     if (meetsEdges(shape, polygon, true)) return true;
     // Nothing meets the edge, so each piece is inside as a whole or not at all.
     auto inside = [&](Point p) { return containsPoint(polygon, p); };
@@ -123,7 +116,7 @@ bool touchesPolygon(const Shape& shape, std::span<const Point> polygon) {
     return std::any_of(shape.segments.begin(), shape.segments.end(), beginsInside) ||
            std::any_of(shape.endless.begin(), shape.endless.end(), beginsInside) ||
            std::any_of(shape.arcs.begin(), shape.arcs.end(),
-                       [&](const Arc& a) { return inside(a.at(a.start)); }) ||
+                       [&](const Arc& a) { return inside(a.first()); }) ||
            std::any_of(shape.points.begin(), shape.points.end(), inside) ||
            std::any_of(shape.areas.begin(), shape.areas.end(),
                        [&](const auto& a) { return !a.empty() && inside(a[0]); });
@@ -131,10 +124,7 @@ bool touchesPolygon(const Shape& shape, std::span<const Point> polygon) {
 
 bool isInsidePolygon(const Shape& shape, std::span<const Point> polygon) {
     if (shape.empty() || !shape.endless.empty()) return false;
-    Box outer = boxOf(polygon), inner = shape.box();
-    if (inner.minX < outer.minX || inner.maxX > outer.maxX || inner.minY < outer.minY ||
-        inner.maxY > outer.maxY)
-        return false;
+    if (!isWithin(shape.box(), boxOf(polygon))) return false;
     auto within = [&](const Segment& s) {
         return containsPoint(polygon, s.from) && containsPoint(polygon, s.to) &&
                !anyEdge(polygon, true, [&](const Segment& edge) { return cross(s, edge); });

@@ -1,27 +1,20 @@
 // The shapes of entities by their types.
 #include <algorithm>
-#include <numbers>
 #include <tuple>
 
 #include "hostcad/geometry/shape_builder.h"
+#include "platform/plane/angle.h"
 #include "platform/text/text.h"
 
 namespace hostcad {
 namespace {
 
-constexpr double kFullTurn = 2 * std::numbers::pi;
-constexpr double kDegree = std::numbers::pi / 180;
 constexpr int kDeepestNesting = 16;
-
-Point pointOf(Groups groups, int code, Point absent = {}) {
-    const Group* group = find(groups, code);
-    return group ? Point{group->x(), group->y(), group->z()} : absent;
-}
 
 std::vector<Point> pointsOf(Groups groups, int code) {
     std::vector<Point> points;
     for (const Group& group : groups)
-        if (group.code == code) points.push_back({group.x(), group.y(), group.z()});
+        if (group.code == code) points.push_back(group.point());
     return points;
 }
 
@@ -30,12 +23,6 @@ std::vector<double> realsOf(Groups groups, int code) {
     for (const Group& group : groups)
         if (group.code == code) values.push_back(group.asReal());
     return values;
-}
-
-// The angle from start to end, counterclockwise; equal ones are a whole turn.
-double sweepOf(double start, double end) {
-    double sweep = std::fmod(end - start, kFullTurn);
-    return sweep <= 0 ? sweep + kFullTurn : sweep;
 }
 
 size_t characters(std::string_view s) {
@@ -62,11 +49,11 @@ void ShapeBuilder::entity(const Frame& frame, ObjectId id) {
     } else if (type == "POINT" || type == "SHAPE" || type == "TOLERANCE") {
         point(frame, pointOf(groups, 10));
     } else if (type == "CIRCLE") {
-        arc(own(), pointOf(groups, 10), realOf(groups, 40), 0, kFullTurn);
+        arc(own(), pointOf(groups, 10), realOf(groups, 40), 0, plane::kFullTurn);
     } else if (type == "ARC") {
-        double start = realOf(groups, 50) * kDegree;
+        double start = realOf(groups, 50) * plane::kDegree;
         arc(own(), pointOf(groups, 10), realOf(groups, 40), start,
-            sweepOf(start, realOf(groups, 51) * kDegree));
+            plane::sweepBetween(start, realOf(groups, 51) * plane::kDegree));
     } else if (type == "LWPOLYLINE" || type == "POLYLINE") {
         polylineEntity(frame, id);
     } else if (type == "TEXT" || type == "ATTRIB" || type == "ATTDEF") {
@@ -160,7 +147,8 @@ void ShapeBuilder::ellipseEntity(const Frame& frame, Groups groups) {
     if (!(size > 0)) return;
     Point minor = crossProduct(normal * (1 / size), major) * realOf(groups, 40, 1);
     double start = realOf(groups, 41);
-    ellipse(frame, pointOf(groups, 10), major, minor, start, sweepOf(start, realOf(groups, 42, kFullTurn)));
+    ellipse(frame, pointOf(groups, 10), major, minor, start,
+            plane::sweepBetween(start, realOf(groups, 42, plane::kFullTurn)));
 }
 
 void ShapeBuilder::text(const Frame& frame, Groups groups, bool attribute) {
@@ -173,12 +161,12 @@ void ShapeBuilder::text(const Frame& frame, Groups groups, bool attribute) {
     int64_t horizontal = integerOf(groups, 72);
     int64_t vertical = integerOf(groups, attribute ? 74 : 73);
     Point start = pointOf(groups, 10);
-    double angle = realOf(groups, 50) * kDegree;
+    double angle = realOf(groups, 50) * plane::kDegree;
     double left = 0, bottom = 0;
     if (horizontal == Aligned || horizontal == Fit) {
         Point second = pointOf(groups, 11, start);
-        width = std::hypot(second.x - start.x, second.y - start.y);
-        angle = std::atan2(second.y - start.y, second.x - start.x);
+        width = distance(start, second);
+        angle = direction(start, second);
     } else if (horizontal != Left || vertical != 0) {
         start = pointOf(groups, 11, start);
         if (horizontal == Center || horizontal == Middle) left = -width / 2;
@@ -210,7 +198,7 @@ void ShapeBuilder::paragraph(const Frame& frame, Groups groups) {
     double left = -widest * static_cast<double>(attachment % 3) / 2;
     double top = tall * static_cast<double>(attachment / 3) / 2;
     const Group* along = find(groups, 11);
-    double angle = along ? std::atan2(along->y(), along->x()) : realOf(groups, 50) * kDegree;
+    double angle = along ? std::atan2(along->y(), along->x()) : realOf(groups, 50) * plane::kDegree;
     Frame at = frame * translation(pointOf(groups, 10)) * turned(angle, 1, 1, 1);
     area(at, {{left, top - tall}, {left + widest, top - tall}, {left + widest, top}, {left, top}});
 }
@@ -224,7 +212,7 @@ void ShapeBuilder::image(const Frame& frame, Groups groups) {
 void ShapeBuilder::reference(const Frame& frame, ObjectId id) {
     Groups groups = drawing_.groups(id);
     Frame at = frame * extrusionFrame(pointOf(groups, 210, {0, 0, 1})) * translation(pointOf(groups, 10)) *
-               turned(realOf(groups, 50) * kDegree, 1, 1, 1);
+               turned(realOf(groups, 50) * plane::kDegree, 1, 1, 1);
     Frame scale = turned(0, realOf(groups, 41, 1), realOf(groups, 42, 1), realOf(groups, 43, 1));
     int64_t columns = std::max<int64_t>(1, integerOf(groups, 70, 1)),
             rows = std::max<int64_t>(1, integerOf(groups, 71, 1));
@@ -346,17 +334,17 @@ void ShapeBuilder::hatchPath(const Frame& frame, Groups path) {
 void ShapeBuilder::hatchEdge(const Frame& frame, Groups edge) {
     enum Type { Line = 1, CircularArc, EllipticArc, Spline };
     Point first = pointOf(edge, 10), second = pointOf(edge, 11);
-    double start = realOf(edge, 50) * kDegree, end = realOf(edge, 51) * kDegree;
+    double start = realOf(edge, 50) * plane::kDegree, end = realOf(edge, 51) * plane::kDegree;
     // Clockwise edges give their angles mirrored.
     if (integerOf(edge, 73, 1) == 0) std::tie(start, end) = std::pair(-end, -start);
     switch (integerOf(edge, 72)) {
         case Line:
             return segment(frame, first, second);
         case CircularArc:
-            return arc(frame, first, realOf(edge, 40), start, sweepOf(start, end));
+            return arc(frame, first, realOf(edge, 40), start, plane::sweepBetween(start, end));
         case EllipticArc:
             return ellipse(frame, first, second, crossProduct({0, 0, 1}, second) * realOf(edge, 40), start,
-                           sweepOf(start, end));
+                           plane::sweepBetween(start, end));
         case Spline:
             return spline(frame, edge);
         default:

@@ -1,6 +1,5 @@
 #include "hostcad/geometry/extents.h"
 
-#include <algorithm>
 #include <cmath>
 #include <numbers>
 
@@ -8,22 +7,6 @@
 #include "hostcad/geometry/shape.h"
 
 namespace hostcad {
-
-void Box::add(double x, double y, double z) {
-    if (empty()) {
-        minX = maxX = x, minY = maxY = y, minZ = maxZ = z;
-        return;
-    }
-    minX = std::min(minX, x), maxX = std::max(maxX, x);
-    minY = std::min(minY, y), maxY = std::max(maxY, y);
-    minZ = std::min(minZ, z), maxZ = std::max(maxZ, z);
-}
-
-void Box::add(const Box& other) {
-    if (other.empty()) return;
-    add(other.minX, other.minY, other.minZ);
-    add(other.maxX, other.maxY, other.maxZ);
-}
 
 Box extentsOf(const Drawing& drawing, ObjectId entity) {
     Shape shape;
@@ -62,11 +45,8 @@ double enclosedArea(const Drawing& drawing, ObjectId entity) {
         const Point& b = vertices[(i + 1) % vertices.size()].position;
         twice += a.x * b.y - b.x * a.y;
         // The piece between chord and arc.
-        double chord = std::hypot(b.x - a.x, b.y - a.y);
-        if (bulge == 0 || !(chord > 0)) continue;
-        double angle = 4 * std::atan(bulge);
-        double radius = chord * (1 + bulge * bulge) / (4 * bulge);
-        twice += radius * radius * (angle - std::sin(angle));
+        if (auto arc = plane::arcOf(a, b, bulge))
+            twice += std::copysign(arc->radius * arc->radius * (arc->sweep - std::sin(arc->sweep)), bulge);
     }
     return std::abs(twice) / 2;
 }

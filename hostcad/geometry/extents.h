@@ -2,17 +2,11 @@
 #pragma once
 
 #include "hostcad/drawing/drawing.h"
+#include "platform/plane/box.h"
 
 namespace hostcad {
 
-struct Box {
-    double minX = 1, minY = 0, minZ = 0;
-    double maxX = 0, maxY = 0, maxZ = 0;  // empty while max is below min
-
-    bool empty() const { return maxX < minX; }
-    void add(double x, double y, double z = 0);
-    void add(const Box& other);
-};
+using plane::Box;
 
 // The box of an entity: exact for what consists of straight lines and arcs, that of the chords for other
 // curves, estimated from the number of characters for texts. Empty for what has no place in the plane (RAY,

@@ -3,27 +3,11 @@
 
 #include <cmath>
 
+#include "platform/plane/point.h"
+
 namespace hostcad {
 
-struct Point {
-    double x = 0, y = 0, z = 0;
-};
-
-inline Point operator+(Point a, Point b) {
-    return {a.x + b.x, a.y + b.y, a.z + b.z};
-}
-inline Point operator-(Point a, Point b) {
-    return {a.x - b.x, a.y - b.y, a.z - b.z};
-}
-inline Point operator*(Point a, double s) {
-    return {a.x * s, a.y * s, a.z * s};
-}
-inline Point crossProduct(Point a, Point b) {
-    return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
-}
-inline double length(Point a) {
-    return std::sqrt(a.x * a.x + a.y * a.y + a.z * a.z);
-}
+using plane::Point;
 
 // The axes and the origin of a coordinate system, in those of the world.
 struct Frame {

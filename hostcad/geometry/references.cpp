@@ -1,26 +1,17 @@
 #include "hostcad/geometry/references.h"
 
 #include <algorithm>
-#include <numbers>
+
+#include "platform/plane/angle.h"
 
 namespace hostcad {
-namespace {
-
-Point pointAt(Groups groups, int code, Point absent = {}) {
-    const Group* group = find(groups, code);
-    return group ? Point{group->x(), group->y(), group->z()} : absent;
-}
-
-}  // namespace
-
 std::vector<Frame> referenceFrames(const Drawing& drawing, const Frame& frame, Groups reference,
                                    ObjectId block, size_t limit) {
     std::vector<Frame> frames;
-    Frame at = frame * extrusionFrame(pointAt(reference, 210, {0, 0, 1})) *
-               translation(pointAt(reference, 10)) *
-               turned(realOf(reference, 50) * std::numbers::pi / 180, 1, 1, 1);
+    Frame at = frame * extrusionFrame(pointOf(reference, 210, {0, 0, 1})) *
+               translation(pointOf(reference, 10)) * turned(realOf(reference, 50) * plane::kDegree, 1, 1, 1);
     Frame inside = turned(0, realOf(reference, 41, 1), realOf(reference, 42, 1), realOf(reference, 43, 1)) *
-                   translation(pointAt(drawing.groups(block), 10) * -1);
+                   translation(pointOf(drawing.groups(block), 10) * -1);
     const int64_t columns = std::max<int64_t>(1, integerOf(reference, 70, 1));
     const int64_t rows = std::max<int64_t>(1, integerOf(reference, 71, 1));
     for (int64_t row = 0; row < rows; ++row)

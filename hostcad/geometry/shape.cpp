@@ -1,19 +1,8 @@
 #include "hostcad/geometry/shape.h"
 
-#include <numbers>
-
 #include "hostcad/geometry/shape_builder.h"
 
 namespace hostcad {
-
-constexpr double kFullTurn = 2 * std::numbers::pi;
-
-bool Arc::covers(double angle) const {
-    constexpr double kSlack = 1e-9;  // radians; ends belong to the arc
-    double ahead = std::fmod(angle - start, kFullTurn);
-    if (ahead < 0) ahead += kFullTurn;
-    return ahead <= sweep + kSlack || ahead >= kFullTurn - kSlack;
-}
 
 void Shape::clear() {
     segments.clear();
@@ -25,19 +14,11 @@ void Shape::clear() {
 
 Box Shape::box() const {
     Box box;
-    auto add = [&](Point p) { box.add(p.x, p.y, p.z); };
-    for (const Segment& s : segments) add(s.from), add(s.to);
-    for (const Point& p : points) add(p);
+    for (const Segment& s : segments) box.add(s.from), box.add(s.to);
+    for (const Point& p : points) box.add(p);
     for (const auto& area : areas)
-        for (const Point& p : area) add(p);
-    for (const Arc& arc : arcs) {
-        add(arc.at(arc.start));
-        add(arc.at(arc.start + arc.sweep));
-        for (int quarter = 0; quarter < 4; ++quarter) {
-            double angle = quarter * kFullTurn / 4;
-            if (arc.covers(angle)) add(arc.at(angle));
-        }
-    }
+        for (const Point& p : area) box.add(p);
+    for (const Arc& arc : arcs) arc.addTo(box);
     return box;
 }
 
@@ -86,8 +67,8 @@ void ShapeBuilder::arc(const Frame& frame, Point center, double radius, double s
 void ShapeBuilder::ellipse(const Frame& frame, Point center, Point major, Point minor, double start,
                            double sweep) {
     constexpr int kChordsOfCircle = 64;
-    int chords =
-        std::max(2, static_cast<int>(std::ceil(kChordsOfCircle * std::min(sweep, kFullTurn) / kFullTurn)));
+    int chords = std::max(2, static_cast<int>(std::ceil(kChordsOfCircle * std::min(sweep, plane::kFullTurn) /
+                                                        plane::kFullTurn)));
     auto at = [&](int i) {
         double t = start + sweep * i / chords;
         return center + major * std::cos(t) + minor * std::sin(t);
@@ -96,16 +77,10 @@ void ShapeBuilder::ellipse(const Frame& frame, Point center, Point major, Point 
 }
 
 void ShapeBuilder::bulge(const Frame& frame, Point from, Point to, double bulge) {
-    double chord = std::hypot(to.x - from.x, to.y - from.y);
-    if (std::abs(bulge) < 1e-12 || !(chord > 0) || !std::isfinite(bulge)) return segment(frame, from, to);
-    // The centre lies on the perpendicular through the middle of the chord.
-    double radius = chord * (1 + bulge * bulge) / (4 * std::abs(bulge));
-    double offset = (1 - bulge * bulge) / (4 * bulge);
-    Point center{(from.x + to.x) / 2 - offset * (to.y - from.y),
-                 (from.y + to.y) / 2 + offset * (to.x - from.x), from.z};
-    Point begin = bulge > 0 ? from : to;
-    arc(frame, center, radius, std::atan2(begin.y - center.y, begin.x - center.x),
-        4 * std::atan(std::abs(bulge)));
+    if (auto curve = plane::arcOf(from, to, bulge))
+        arc(frame, curve->centre, curve->radius, curve->start, curve->sweep);
+    else
+        segment(frame, from, to);
 }
 
 void ShapeBuilder::polyline(const Frame& frame, const std::vector<PolylinePoint>& vertices, bool closed) {

@@ -6,6 +6,7 @@
 #include "hostcad/drawing/drawing.h"
 #include "hostcad/geometry/extents.h"
 #include "hostcad/geometry/frame.h"
+#include "platform/plane/arc.h"
 
 namespace hostcad {
 
@@ -13,17 +14,7 @@ struct Segment {
     Point from, to;
 };
 
-// Counterclockwise from the start angle, in radians; a whole circle has the sweep 2 pi.
-struct Arc {
-    Point center;
-    double radius = 0, start = 0, sweep = 0;
-
-    Point at(double angle) const {
-        return {center.x + radius * std::cos(angle), center.y + radius * std::sin(angle), center.z};
-    }
-    // Whether a direction from the centre is within the arc.
-    bool covers(double angle) const;
-};
+using plane::Arc;
 
 struct Shape {
     std::vector<Segment> segments;

@@ -4,18 +4,16 @@
 #include "hostcad/lisp/arguments.h"
 #include "hostcad/lisp/functions.h"
 #include "hostcad/lisp/interpreter.h"
+#include "platform/plane/angle.h"
 
 namespace hostcad::lisp {
 
 namespace {
 
-constexpr double kTurn = 2 * 3.14159265358979323846;
-
 // From the x axis, counter-clockwise, from 0 up to a whole turn; heights do not count.
 Value angle(Interpreter&, const Arguments& a) {
     Point from = a.point(0), to = a.point(1);
-    double radians = std::atan2(to.at[1] - from.at[1], to.at[0] - from.at[0]);
-    return Value::real(radians < 0 ? radians + kTurn : radians);
+    return Value::real(plane::withinTurn(std::atan2(to.at[1] - from.at[1], to.at[0] - from.at[0])));
 }
 
 // In the plane unless both points have heights.

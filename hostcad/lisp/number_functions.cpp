@@ -1,5 +1,6 @@
 // Arithmetic. Integers have 32 bits and wrap around; one real among the arguments makes the result real.
 #include <cmath>
+#include <numbers>
 #include <numeric>
 
 #include "hostcad/lisp/arguments.h"
@@ -308,7 +309,7 @@ void defineNumberFunctions(Interpreter& lisp) {
     lisp.define("LSH", 2, 2, shift);
     lisp.define("~", 1, 1, complement);
     lisp.define("BOOLE", 3, -1, boole);
-    lisp.intern("PI")->value = Value::real(3.14159265358979323846);
+    lisp.intern("PI")->value = Value::real(std::numbers::pi);
 }
 
 }  // namespace hostcad::lisp

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <numbers>
 #include <numeric>
 
 #include "platform/text/text.h"
@@ -11,7 +12,7 @@ namespace hostcad::lisp {
 
 namespace {
 
-constexpr double kPi = 3.14159265358979323846;
+constexpr double kPi = std::numbers::pi;
 constexpr int kMostDecimals = 16;
 constexpr int kMostFractionBits = 8;
 

@@ -61,14 +61,14 @@ void Canvas::moveView(PlanePoint centre, double scale) {
 }
 
 void Canvas::setView(const ViewBox& box) {
-    if (box.height > 0) setPlace({box.centre[0], box.centre[1]}, height() / box.height);
+    if (box.height > 0) setPlace({box.centre.x, box.centre.y}, height() / box.height);
 }
 
 void Canvas::showBox(const Box& box, double margin) {
     constexpr double kSmallest = 1e-9;
-    double scale = std::min(width() / std::max(box.maxX - box.minX, kSmallest),
-                            height() / std::max(box.maxY - box.minY, kSmallest));
-    setPlace({(box.minX + box.maxX) / 2, (box.minY + box.maxY) / 2}, scale / margin);
+    double scale =
+        std::min(width() / std::max(box.width(), kSmallest), height() / std::max(box.height(), kSmallest));
+    setPlace({box.centre().x, box.centre().y}, scale / margin);
     if (onViewMoved) onViewMoved(true);
 }
 
@@ -77,7 +77,7 @@ bool Canvas::zoomExtents() {
     Box box = scene_.extents();
     if (box.empty()) return false;
     // A single point is looked at from a distance of its own size of nothing: some units round it.
-    if (box.maxX - box.minX <= 0 && box.maxY - box.minY <= 0) {
+    if (box.width() <= 0 && box.height() <= 0) {
         box.add(box.minX - 5, box.minY - 5);
         box.add(box.maxX + 5, box.maxY + 5);
     }

@@ -10,6 +10,7 @@
 #include <algorithm>
 
 #include "hostcad/window/linked_record.h"
+#include "platform/scope/temporary_value.h"
 #include "platform/text/text.h"
 
 namespace hostcad {
@@ -216,9 +217,10 @@ void EntityList::select(const std::vector<ObjectId>& ids) {
         selection.select(table_->index(rows[i], 0), table_->index(rows[end - 1], EntityTable::kColumns - 1));
         i = end;
     }
-    isFollowing_ = true;
-    view_->selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
-    isFollowing_ = false;
+    {
+        TemporaryValue following(isFollowing_, true);
+        view_->selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
+    }
     if (!rows.empty()) view_->scrollTo(table_->index(rows.front(), 0));
 }
 

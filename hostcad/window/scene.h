@@ -24,10 +24,6 @@ struct PlanePoint {
     double x = 0, y = 0;
 };
 
-inline bool meets(const Box& a, const Box& b) {
-    return a.minX <= b.maxX && a.maxX >= b.minX && a.minY <= b.maxY && a.maxY >= b.minY;
-}
-
 // A line of text. `along` and `up` are the height of its capitals to the right and upwards in the world.
 struct SceneText {
     std::string_view text;
@@ -139,11 +135,11 @@ class Scene {
 template <class Visit>
 void Scene::visit(const Box& area, Visit visit) const {
     for (size_t run = 0; run < runs_.size(); ++run) {
-        if (!meets(runs_[run], area)) continue;
+        if (!meet(runs_[run], area)) continue;
         const size_t end = std::min((run + 1) * kRun, entities_.size());
         for (size_t i = run * kRun; i < end; ++i) {
             const SceneEntity& entity = entities_[i];
-            if (entity.visible && (entity.endless || meets(entity.box, area))) visit(i);
+            if (entity.visible && (entity.endless || meet(entity.box, area))) visit(i);
         }
     }
 }

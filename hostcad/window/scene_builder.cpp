@@ -2,17 +2,16 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 
 #include "hostcad/geometry/references.h"
 #include "hostcad/geometry/shape_builder.h"
 #include "hostcad/window/colours.h"
 #include "hostcad/window/drawn_text.h"
+#include "platform/plane/angle.h"
 
 namespace hostcad {
 namespace {
 
-constexpr double kDegree = std::numbers::pi / 180;
 constexpr double kFarAway = 1e15;  // beyond it a picture has no digits left
 constexpr size_t kDeepestNesting = 32;
 constexpr size_t kMostCells = 10000;  // of the array of a reference
@@ -28,14 +27,9 @@ bool isDrawable(const Box& box) {
     return true;
 }
 
-Point pointAt(Groups groups, int code) {
-    const Group* group = find(groups, code);
-    return group ? Point{group->x(), group->y(), group->z()} : Point{};
-}
-
 Frame planeOf(const Frame& frame, Groups groups) {
     const Group* normal = find(groups, 210);
-    return normal ? frame * extrusionFrame({normal->x(), normal->y(), normal->z()}) : frame;
+    return normal ? frame * extrusionFrame(normal->point()) : frame;
 }
 
 }  // namespace
@@ -199,7 +193,7 @@ void SceneBuilder::fillFrom(size_t firstLine) {
         return scene_.vertices_[line.first + (isEnd ? line.count - 1 : 0)];
     };
     const Box box = shape_.box();
-    const double near = 1e-6 * std::max(box.maxX - box.minX, box.maxY - box.minY);
+    const double near = 1e-6 * std::max(box.width(), box.height());
     auto isNear = [&](PlanePoint a, PlanePoint b) { return std::hypot(a.x - b.x, a.y - b.y) <= near; };
     scene_.lines_.resize(firstLine);
     while (!pieces.empty()) {
@@ -244,7 +238,7 @@ void SceneBuilder::addShape(bool isSolid) {
         last = &s.to;
     }
     for (const Arc& arc : shape_.arcs) {
-        constexpr double kStep = 5 * kDegree;
+        constexpr double kStep = 5 * plane::kDegree;
         constexpr int kMostSteps = 144;
         double wanted = std::abs(arc.sweep) / kStep + 1;
         int steps = wanted < kMostSteps ? std::max(static_cast<int>(wanted), 2) : kMostSteps;
@@ -287,8 +281,8 @@ void SceneBuilder::addText(const Frame& frame, Groups all, bool isAttribute, boo
     int64_t vertical =
         std::clamp<int64_t>(integerOr(isAttribute ? groups.verticalOfAttribute : groups.vertical, 0), 0, 3);
     double height = realOr(groups.height, 1), factor = realOr(groups.factor, 1);
-    double angle = realOr(groups.angle, 0) * kDegree;
-    Point at{groups.at->x(), groups.at->y(), groups.at->z()};
+    double angle = realOr(groups.angle, 0) * plane::kDegree;
+    Point at = groups.at->point();
     const Group* second = groups.second;
     if ((horizontal == kAligned || horizontal == kFit) && second) {
         double dx = second->x() - at.x, dy = second->y() - at.y;
@@ -297,13 +291,12 @@ void SceneBuilder::addText(const Frame& frame, Groups all, bool isAttribute, boo
     } else if ((horizontal != kLeft || vertical != 0) && second) {
         constexpr float kShiftX[] = {0, 0.5, 1, 0, 0.5, 0};
         constexpr float kShiftY[] = {0, 0, 0.5, 1};
-        at = {second->x(), second->y(), second->z()};
+        at = second->point();
         text.shiftX = kShiftX[horizontal];
         text.shiftY = horizontal == kMiddle ? 0.5f : kShiftY[vertical];
     }
     Frame plane = frame;
-    if (const Group* normal = groups.normal)
-        plane = frame * extrusionFrame({normal->x(), normal->y(), normal->z()});
+    if (const Group* normal = groups.normal) plane = frame * extrusionFrame(normal->point());
     const size_t before = scene_.texts_.size();
     place(plane, at, height, angle, text);
     if (before == scene_.texts_.size()) return;
@@ -323,7 +316,7 @@ void SceneBuilder::addParagraph(const Frame& frame, ObjectId id) {
         if (group.code == 3 || group.code == 1) whole += group.text();
     double height = realOf(groups, 40, 1);
     std::vector<std::string> lines = paragraphLines(whole, height > 0 ? realOf(groups, 41) / height : 0);
-    double angle = realOf(groups, 50) * kDegree;
+    double angle = realOf(groups, 50) * plane::kDegree;
     if (const Group* axis = find(groups, 11)) angle = std::atan2(axis->y(), axis->x());
     int64_t attachment = std::clamp<int64_t>(integerOf(groups, 71, 1), 1, 9) - 1;
     double spacing = height * kLineSpacing * realOf(groups, 44, 1);
@@ -335,7 +328,7 @@ void SceneBuilder::addParagraph(const Frame& frame, ObjectId id) {
         text.text = keep(std::move(line));
         text.width = static_cast<float>(textWidth(text.text));
         text.shiftX = static_cast<float>(attachment % 3) / 2;
-        place(plane, pointAt(groups, 10) + Point{std::sin(angle) * down, -std::cos(angle) * down, 0}, height,
+        place(plane, pointOf(groups, 10) + Point{std::sin(angle) * down, -std::cos(angle) * down, 0}, height,
               angle, text);
         down += spacing;
     }

@@ -46,8 +46,7 @@ void ScenePainter::paint(QImage& picture, const std::vector<bool>& marked, bool 
             const SceneEntity& entity = entities[place];
             const bool isMarked = place < marked.size() && marked[place];
             const uint32_t* colour = isMarked ? &kMarkColour : nullptr;
-            if (!entity.endless && entity.box.maxX - entity.box.minX < smallest &&
-                entity.box.maxY - entity.box.minY < smallest)
+            if (!entity.endless && entity.box.width() < smallest && entity.box.height() < smallest)
                 return paintDot(raster, entity, colour);
             raster.setThickness(isMarked ? kMarkThickness * plain : plain);
             paintEntity(raster, entity, colour);
@@ -75,7 +74,8 @@ void ScenePainter::paintOver(QImage& picture, const std::vector<size_t>& places,
 
 // The picture looks the same and costs a hundredth.
 void ScenePainter::paintDot(LineRaster& raster, const SceneEntity& entity, const uint32_t* colour) {
-    PlanePoint middle{(entity.box.minX + entity.box.maxX) / 2, (entity.box.minY + entity.box.maxY) / 2};
+    const Point centre = entity.box.centre();
+    PlanePoint middle{centre.x, centre.y};
     if (entity.lineCount > 0)
         raster.dot(toPicture(middle), 1, kOpaque | (colour ? *colour : scene_.lines(entity).front().colour));
     else if (entity.textCount > 0)
@@ -181,7 +181,7 @@ void ScenePainter::paintTexts(QImage& picture) {
                 PlanePoint p = text.corner(x, y);
                 box.add(p.x, p.y);
             }
-        if (!meets(box, area_)) continue;
+        if (!meet(box, area_)) continue;
         QPointF at = toPicture(text.corner(0, 0));
         const double s = place_.scale * pixel;
         painter.setTransform(

@@ -78,8 +78,7 @@ std::vector<ObjectId> entitiesInBox(const Drawing& drawing, const Scene& scene, 
     Shape shape;
     scene.visit(box, [&](size_t place) {
         const SceneEntity& entity = scene.entities()[place];
-        bool isWhole = !entity.endless && entity.box.minX >= box.minX && entity.box.maxX <= box.maxX &&
-                       entity.box.minY >= box.minY && entity.box.maxY <= box.maxY;
+        bool isWhole = !entity.endless && isWithin(entity.box, box);
         // Only what sticks out of the box is looked at more closely.
         if (!isWhole) {
             shapeOf(drawing, entity.id, shape);

@@ -8,15 +8,12 @@
 #include "hostcad/window/command_panel.h"
 #include "hostcad/window/main_window.h"
 #include "hostcad/window/scene_picking.h"
+#include "platform/scope/temporary_value.h"
 
 namespace hostcad {
 namespace {
 
 constexpr qint64 kBreath = 150;  // milliseconds between two looks at what waits for the window
-
-Coordinates coordinatesOf(const Point& p) {
-    return {p.x, p.y, 0};
-}
 
 Input inputOf(const std::vector<ObjectId>& ids) {
     SelectionSet set;
@@ -83,15 +80,16 @@ void MainWindow::runLine(const std::string& line) {
         return;
     }
     if (running_ || !host_) return;
-    running_ = true;
     lastBreath_.restart();
     lastLine_ = line;
     queue_.clear();
     preselected_ = canvas_->selected();
     propertiesAreOld_ = !preselected_.empty();  // a command may change the record that is shown
     panel_->write("\nCommand: " + line);
-    host_->runLine(line);
-    running_ = false;
+    {
+        TemporaryValue running(running_, true);
+        host_->runLine(line);
+    }
     canvas_->clearHighlights();
     follow();
     if (propertiesAreOld_) showProperties();
@@ -133,7 +131,7 @@ Input MainWindow::next(const Prompt& prompt) {
     answer_.reset();
     panel_->showPrompt(prompt);
     canvas_->setTakesBoxes(prompt.kind == Prompt::Kind::Objects);
-    if (prompt.base) canvas_->setRubberBand(Point{(*prompt.base)[0], (*prompt.base)[1], 0}, prompt.isCorner);
+    if (prompt.base) canvas_->setRubberBand(*prompt.base, prompt.isCorner);
     panel_->focusLine();
     QEventLoop loop;
     loop_ = &loop;
@@ -180,10 +178,10 @@ void MainWindow::clicked(Point at, ObjectId hit, Qt::KeyboardModifiers modifiers
     if (wantsEntity && hit) {
         EntityName name{};
         nameOf(hit, name.data());
-        supplyObjects(Input::ofEntity(name, coordinatesOf(at)), modifiers);
+        supplyObjects(Input::ofEntity(name, at), modifiers);
     } else if (wantsEntity || waitsFor_ == Prompt::Kind::Point || waitsFor_ == Prompt::Kind::Distance ||
                waitsFor_ == Prompt::Kind::Angle) {
-        supply(Input::ofPoint(coordinatesOf(at)));
+        supply(Input::ofPoint(at));
     }
 }
 

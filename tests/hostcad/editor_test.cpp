@@ -43,7 +43,7 @@ TEST(Points, AreTypedInManyWays) {
     conventions.elevation = 7;
     struct Case {
         const char* typed;
-        Coordinates point;
+        Point point;
     };
     for (const Case& c :
          {Case{"1,2", {1, 2, 7}}, Case{" 1.5 , -2 , 3", {1.5, -2, 3}}, Case{"@1,2", {11, 22, 5}},
@@ -51,7 +51,7 @@ TEST(Points, AreTypedInManyWays) {
           Case{"@", {10, 20, 5}}, Case{"*3,4", {3, 4, 7}}, Case{"1'6\",0", {18, 0, 7}}}) {
         auto point = parsePoint(c.typed, conventions);
         ASSERT_TRUE(point) << c.typed;
-        for (size_t i = 0; i < 3; ++i) EXPECT_NEAR((*point)[i], c.point[i], 1e-12) << c.typed;
+        EXPECT_NEAR(length(*point - c.point), 0, 1e-12) << c.typed;
     }
     for (const char* bad : {"", "1", "1,2,3,4", "a,b", "1,", "<", "5<x", "@1", "1;2", "nan,1", "1,inf"})
         EXPECT_FALSE(parsePoint(bad, conventions)) << bad;
@@ -59,7 +59,7 @@ TEST(Points, AreTypedInManyWays) {
     conventions.isClockwise = true;
     auto east = parsePoint("2<90", conventions);
     ASSERT_TRUE(east);
-    EXPECT_NEAR((*east)[0], 2, 1e-12);
+    EXPECT_NEAR(east->x, 2, 1e-12);
 }
 
 // --- Prompts -----------------------------------------------------------------------------------------

@@ -82,8 +82,8 @@ class Window : public testing::Test {
     QPoint pixelOf(double x, double y) {
         hostcad::ViewBox view = window_.canvas().view();
         double scale = window_.canvas().height() / view.height;
-        return QPoint(qRound(window_.canvas().width() / 2.0 + (x - view.centre[0]) * scale),
-                      qRound(window_.canvas().height() / 2.0 - (y - view.centre[1]) * scale));
+        return QPoint(qRound(window_.canvas().width() / 2.0 + (x - view.centre.x) * scale),
+                      qRound(window_.canvas().height() / 2.0 - (y - view.centre.y) * scale));
     }
     QPoint pixelOf(const char* handle) {
         const hostcad::Group* at = hostcad::find(hostcad::currentDrawing().groups(byHandle(handle)), 10);

@@ -244,7 +244,7 @@ TEST_F(WindowPicture, NothingAndASinglePointCanBeZoomedTo) {
     QTest::qWait(30);
     EXPECT_GT(window_.canvas().view().height, 0);
     openFile("", point("1000", "2000"));
-    EXPECT_NEAR(window_.canvas().view().centre[0], 1000, 1e-6);
+    EXPECT_NEAR(window_.canvas().view().centre.x, 1000, 1e-6);
     EXPECT_LT(window_.canvas().view().height, 100);
 }
 

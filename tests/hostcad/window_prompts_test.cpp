@@ -152,7 +152,7 @@ TEST_F(WindowPrompts, ThePreviousViewComesBackAlsoFromTheWheelAndWithinAPrompt) 
     EXPECT_NEAR(window_.canvas().view().height, first.height / 4, 1e-6);
     window_.runLine("(command \"_.ZOOM\" \"_P\")");
     EXPECT_NEAR(window_.canvas().view().height, first.height, 1e-6);
-    EXPECT_NEAR(window_.canvas().view().centre[0], first.centre[0], 1e-6);
+    EXPECT_NEAR(window_.canvas().view().centre.x, first.centre.x, 1e-6);
     EXPECT_FALSE(window_.isWindowModified());
 }
 

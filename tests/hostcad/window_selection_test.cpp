@@ -68,8 +68,8 @@ TEST_F(WindowSelection, BoxesSelectWhatTheSameCornersSelectInAProgram) {
             crossing ? drag(b, a) : drag(a, b);
             auto world = [&](QPoint p) {
                 double scale = size.height() / view.height;
-                return "'(" + std::to_string(view.centre[0] + (p.x() - size.width() / 2.0) / scale) + " " +
-                       std::to_string(view.centre[1] - (p.y() - size.height() / 2.0) / scale) + ")";
+                return "'(" + std::to_string(view.centre.x + (p.x() - size.width() / 2.0) / scale) + " " +
+                       std::to_string(view.centre.y - (p.y() - size.height() / 2.0) / scale) + ")";
             };
             std::string set =
                 std::string("(ssget \"") + (crossing ? "C" : "W") + "\" " + world(a) + " " + world(b) + ")";
