@@ -16,7 +16,7 @@ namespace {
 using Kind = ui::Step::Kind;
 
 // What follows the name of a step: its control, and then an item, a text or a mark.
-enum class Shape { Nothing, Text, Control, ControlAndText, ControlAndMark, Cell };
+enum class Shape { Nothing, Text, Control, ControlAndText, ControlAndMark, Cell, CellAndText };
 
 struct StepForm {
     const char* name;
@@ -30,7 +30,9 @@ constexpr StepForm kSteps[] = {
     {"PICK-ALSO", Kind::PickAlso, Shape::ControlAndText},
     {"DOUBLE-CLICK", Kind::DoubleClick, Shape::ControlAndText},
     {"CHECK", Kind::Check, Shape::ControlAndMark},
-    {"CELL", Kind::Cell, Shape::Cell},
+    {"CELL", Kind::Cell, Shape::CellAndText},
+    {"CLICK-CELL", Kind::ClickCell, Shape::Cell},
+    {"DOUBLE-CLICK-CELL", Kind::DoubleClickCell, Shape::Cell},
     {"FOCUS", Kind::Focus, Shape::Control},
     {"KEY", Kind::Key, Shape::Text},
     {"CLICK", Kind::Click, Shape::Control},
@@ -66,10 +68,11 @@ void fill(ui::Step& step, Shape shape, const Arguments& a) {
             i = 2;
             break;
         case Shape::Cell:
-            if (a.size() == 4) step.control = wordOf(a[i++]);
+        case Shape::CellAndText:
+            if (a.size() == (shape == Shape::Cell ? 3u : 4u)) step.control = wordOf(a[i++]);
             step.column = a.integer(i++);
             step.row = a.integer(i++);
-            step.text = wordOf(a[i++]);
+            if (shape == Shape::CellAndText) step.text = wordOf(a[i++]);
             break;
     }
     if (a.size() > i) throw lisp::Error("too many arguments");

@@ -116,50 +116,13 @@ void ItemControl::clearItems() {
 
 int ItemControl::findExact(std::string_view text, int from) const {
     for (int i = std::max(from, 0); i < count(); ++i)
-        if (items_[static_cast<size_t>(i)] == text) return i;
+        if (item(i) == text) return i;
     return -1;
 }
 
 void ItemControl::select(int index) {
     selected_ = index >= 0 && index < count() ? index : -1;
     changed();
-}
-
-bool List::isSelected(int index) const {
-    if (!multiple_) return index >= 0 && index == selected_;
-    return index >= 0 && static_cast<size_t>(index) < marks_.size() && marks_[static_cast<size_t>(index)];
-}
-
-void List::selectItem(int index, bool on) {
-    if (index < 0 || index >= count()) return;
-    if (!multiple_) return select(on ? index : -1);
-    if (marks_.size() < items_.size()) marks_.resize(items_.size());
-    marks_[static_cast<size_t>(index)] = on;
-    selected_ = index;
-    changed();
-}
-
-std::vector<int> List::selection() const {
-    std::vector<int> chosen;
-    for (int i = 0; i < count(); ++i)
-        if (isSelected(i)) chosen.push_back(i);
-    return chosen;
-}
-
-void List::select(int index) {
-    marks_.clear();
-    ItemControl::select(index);
-    if (multiple_ && selected_ >= 0) selectItem(selected_, true);
-}
-
-void List::removeItem(int index) {
-    if (index >= 0 && static_cast<size_t>(index) < marks_.size()) marks_.erase(marks_.begin() + index);
-    ItemControl::removeItem(index);
-}
-
-void List::clearItems() {
-    marks_.clear();
-    ItemControl::clearItems();
 }
 
 void DropDown::select(int index) {

@@ -147,10 +147,11 @@ class RadioButton : public Control {
 class ItemControl : public Control {
   public:
     using Control::Control;
-    int count() const { return static_cast<int>(items_.size()); }
+    virtual int count() const { return static_cast<int>(items_.size()); }
+    // Those that the control keeps itself.
     const std::vector<std::string>& items() const { return items_; }
     // The text of an item; "" outside the range.
-    std::string item(int index) const;
+    virtual std::string item(int index) const;
     int addItem(std::string text);  // its index
     virtual void removeItem(int index);
     virtual void clearItems();
@@ -164,26 +165,6 @@ class ItemControl : public Control {
   protected:
     std::vector<std::string> items_;
     int selected_ = -1;
-};
-
-class List : public ItemControl {
-  public:
-    explicit List(int id, bool multiple = false, int rows = 8)
-        : ItemControl(ControlKind::List, id, {}), multiple_(multiple), rows_(rows) {}
-    bool multiple() const { return multiple_; }
-    int rows() const { return rows_; }  // wished for height
-    bool isSelected(int index) const;
-    void selectItem(int index, bool on);
-    // The selected indices in ascending order.
-    std::vector<int> selection() const;
-    void select(int index) override;
-    void removeItem(int index) override;
-    void clearItems() override;
-
-  private:
-    bool multiple_;
-    int rows_;
-    std::vector<bool> marks_;  // of a multiple selection; may be shorter than the items
 };
 
 class DropDown : public ItemControl {

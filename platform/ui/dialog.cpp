@@ -64,6 +64,10 @@ void Dialog::controlChanged(Control& control) {
     if (view_) view_->controlChanged(control);
 }
 
+void Dialog::cellChanged(Grid& grid, CellPosition at) {
+    if (view_) view_->cellChanged(grid, at);
+}
+
 bool Dialog::open() {
     if (!backend()) return false;
     running_ = true;
@@ -224,32 +228,37 @@ void Dialog::onCommand(int id) {
 std::string Dialog::userActivate(Grid& grid, CellPosition at) {
     if (std::string problem = userFocus(grid); !problem.empty()) return problem;
     if (!grid.has(at.column, at.row)) return "there is no such cell";
+    letGo_ = {};
     grid.setActive(at.column, at.row);
     onCellClick(grid, at);
     return {};
 }
 
+void Dialog::userDoubleClickCell(Grid& grid, CellPosition at) {
+    if (!onCellDoubleClick(grid, at) && running_ && grid.active() == at) grid.setEditing(true);
+}
+
+void Dialog::userCaret(Grid& grid, int caret) {
+    grid.caret_ = std::clamp(caret, 0, characterCount(grid.editText_));
+}
+
 std::string Dialog::userEdit(Grid& grid, std::string text) {
     CellPosition at = grid.active();
+    if (!grid.has(at.column, at.row)) return "there is no such cell";
     const CellType& type = grid.type(at.column, at.row);
     if (type.kind == CellKind::Edit || (type.kind == CellKind::DropDown && type.editable)) {
         std::string allowed = Grid::filtered(type, text);
         if (allowed != text && grid.editing() && allowed == grid.editText())
             return "the cell does not take this character";
-        if (!grid.editing()) grid.setEditing(true);
-        grid.editText_ = allowed;
-        grid.changed();
-        return {};
+        text = std::move(allowed);
+    } else if (type.kind != CellKind::DropDown) {
+        return "this cell is not edited";
+    } else if (std::find(type.items.begin(), type.items.end(), text) == type.items.end()) {
+        return "\"" + text + "\" is not in the list of this cell";
     }
-    if (type.kind == CellKind::DropDown) {
-        if (std::find(type.items.begin(), type.items.end(), text) == type.items.end())
-            return "\"" + text + "\" is not in the list of this cell";
-        if (!grid.editing()) grid.setEditing(true);
-        grid.editText_ = std::move(text);
-        grid.changed();
-        return {};
-    }
-    return "this cell is not edited";
+    const int end = characterCount(text);
+    grid.typeText(std::move(text), end);
+    return {};
 }
 
 std::string Dialog::userCell(Grid& grid, CellPosition at, const std::string& text) {

@@ -19,6 +19,7 @@
 #include "platform/ui/grid.h"
 #include "platform/ui/key.h"
 #include "platform/ui/layout.h"
+#include "platform/ui/list.h"
 
 namespace ui {
 
@@ -34,6 +35,9 @@ class DialogView {
   public:
     virtual ~DialogView() = default;
     virtual void controlChanged(Control& control) = 0;
+    // One cell of a grid: its content or look, what is typed into it, that it is the active one or no longer
+    // so.
+    virtual void cellChanged(Grid& grid, CellPosition at) = 0;
     virtual void focusChanged(int id) = 0;
     virtual void titleChanged() = 0;
     virtual void ended() = 0;
@@ -105,6 +109,7 @@ class Dialog {
 
     void setView(DialogView* view) { view_ = view; }
     void controlChanged(Control& control);
+    void cellChanged(Grid& grid, CellPosition at);
 
     // --- What a person does -------------------------------------------------------------------------
     // Each gives "" when it was done, or else why it cannot be.
@@ -120,8 +125,14 @@ class Dialog {
     std::string userKey(const Key& key);
     // The same for a key that onKey has let pass.
     std::string userUnclaimedKey(const Key& key);
+    // The key is let go.
+    void userKeyUp(const Key& key);
     // Makes a cell active, as a click into it does.
     std::string userActivate(Grid& grid, CellPosition at);
+    // The second click into a cell that the first has made active.
+    void userDoubleClickCell(Grid& grid, CellPosition at);
+    // Moves the insertion point in the text that is edited, in characters.
+    void userCaret(Grid& grid, int caret);
     // Types into the active cell from the beginning, without ending the editing.
     std::string userEdit(Grid& grid, std::string text);
     // A whole entry: the cell made active, the text or choice put in (a check box takes "1" or "0"), the
@@ -144,18 +155,31 @@ class Dialog {
     // A cell got another content by the user: text, choice or check mark.
     virtual void onCellChange(Grid&, CellPosition) {}
     virtual void onCellClick(Grid&, CellPosition) {}
+    // True: it is dealt with; else the cell is edited.
+    virtual bool onCellDoubleClick(Grid&, CellPosition) { return false; }
     // Another cell is about to become the active one.
     virtual void onCellLeave(Grid&, CellPosition) {}
     // Another size of the inside, of a dialog that is placed to the pixel.
     virtual void onResize(Size) {}
     // A key before the dialog sees it; true: it is dealt with.
     virtual bool onKey(const Key&) { return false; }
+    // A key that is let go, and how many times in a row it has been: nothing else was pressed or clicked in
+    // between, and no other control or cell has become the active one.
+    virtual void onKeyUp(const Key&, int /*presses*/) {}
     virtual void onOk() { end(kOk); }
     virtual void onCancel() { end(kCancel); }
     // The frame's close button.
     virtual void onClose() { onCancel(); }
 
   private:
+    // A key that was let go, where, and how many times in a row.
+    struct LetGo {
+        std::string key{};
+        int control = 0;
+        CellPosition cell{};
+        int presses = 1;
+    };
+
     void own(std::unique_ptr<Control> control);
     std::string cannotUse(const Control& control) const;
     std::string userMnemonic(char letter);
@@ -165,6 +189,8 @@ class Dialog {
     std::string userTreeKey(Tree& tree, const Key& key);
     std::string userGridKey(Grid& grid, const Key& key);
     std::string userListCellKey(Grid& grid, const std::string& key);
+    std::string userTypedKey(Grid& grid, const std::string& typed);
+    bool userCaretKey(Grid& grid, const Key& key);
     void enterDefault();
 
     int resource_;
@@ -178,6 +204,8 @@ class Dialog {
     bool running_ = false;
     int result_ = kNotCreated;
     int focus_ = 0;
+
+    LetGo letGo_;
 };
 
 }  // namespace ui

@@ -25,6 +25,15 @@ std::string Dialog::userKey(const Key& key) {
     return onKey(key) ? std::string() : userUnclaimedKey(key);
 }
 
+void Dialog::userKeyUp(const Key& key) {
+    const auto* grid = dynamic_cast<Grid*>(find(focus_));
+    LetGo now{keyText(key), focus_, grid ? grid->active() : CellPosition{}};
+    if (now.key == letGo_.key && now.control == letGo_.control && now.cell == letGo_.cell)
+        now.presses = letGo_.presses + 1;
+    letGo_ = now;
+    onKeyUp(key, now.presses);
+}
+
 // Alt and a letter: the control whose caption has the mnemonic, or the one behind the label that has it.
 std::string Dialog::userMnemonic(char letter) {
     for (size_t i = 0; i < controls_.size(); ++i) {
@@ -171,6 +180,42 @@ std::string Dialog::userListCellKey(Grid& grid, const std::string& key) {
     return "no item of the list begins so";
 }
 
+// A character, Backspace or Delete in a cell that is edited, or that begins to be by it.
+std::string Dialog::userTypedKey(Grid& grid, const std::string& typed) {
+    if (typed == "Delete") return userEdit(grid, "");
+    std::string before, behind;
+    if (grid.editing()) {
+        size_t caret = 0;
+        for (int n = 0; n < grid.caret(); ++n) text::nextCodePoint(grid.editText(), caret);
+        before = grid.editText().substr(0, caret);
+        behind = grid.editText().substr(caret);
+    }
+    if (typed != "Backspace") {
+        before += typed;
+    } else if (!before.empty()) {
+        while ((before.back() & 0xC0) == 0x80) before.pop_back();
+        before.pop_back();
+    }
+    std::string problem = userEdit(grid, before + behind);
+    if (problem.empty()) userCaret(grid, characterCount(before));
+    return problem;
+}
+
+// False for a key that does not move the insertion point.
+bool Dialog::userCaretKey(Grid& grid, const Key& key) {
+    if (key.is("Left"))
+        userCaret(grid, grid.caret() - 1);
+    else if (key.is("Right"))
+        userCaret(grid, grid.caret() + 1);
+    else if (key.is("Home"))
+        userCaret(grid, 0);
+    else if (key.is("End"))
+        userCaret(grid, characterCount(grid.editText()));
+    else
+        return false;
+    return true;
+}
+
 // Keys that every grid knows; kPass hands the key on to the dialog.
 std::string Dialog::userGridKey(Grid& grid, const Key& key) {
     CellPosition at = grid.active();
@@ -196,13 +241,9 @@ std::string Dialog::userGridKey(Grid& grid, const Key& key) {
     if (character || key.is("Backspace") || key.is("Delete")) {
         if (type.kind == CellKind::Static || type.kind == CellKind::CheckBox)
             return "this cell is not edited";
-        std::string before = grid.editing() ? grid.editText() : std::string();
-        if (character) return userEdit(grid, before + typed);
-        while (!before.empty() && (before.back() & 0xC0) == 0x80) before.pop_back();
-        if (!before.empty()) before.pop_back();
-        return userEdit(grid, key.is("Delete") ? std::string() : before);
+        return userTypedKey(grid, character ? typed : key.name);
     }
-    if (grid.editing() && (key.is("Left") || key.is("Right") || key.is("Home") || key.is("End"))) return {};
+    if (grid.editing() && userCaretKey(grid, key)) return {};
     if (key.is("Left"))
         --at.column;
     else if (key.is("Right"))

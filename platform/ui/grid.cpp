@@ -1,6 +1,8 @@
 #include "platform/ui/grid.h"
 
 #include <algorithm>
+#include <cassert>
+#include <limits>
 
 #include "platform/text/text.h"
 #include "platform/ui/dialog.h"
@@ -60,106 +62,156 @@ void Grid::changed() {
     if (redraw_) Control::changed();
 }
 
+void Grid::changed(CellPosition at) {
+    if (redraw_ && dialog()) dialog()->cellChanged(*this, at);
+}
+
 void Grid::setRedraw(bool on) {
     redraw_ = on;
     changed();
 }
 
-Cell* Grid::at(int column, int row) {
-    if (!has(column, row)) return nullptr;
-    return &cells_[static_cast<size_t>(row - 1) * static_cast<size_t>(columns_) +
-                   static_cast<size_t>(column - 1)];
+// --- Rows and cells
+// -----------------------------------------------------------------------------------------
+
+void Grid::setSource(GridSource* source) {
+    source_ = source ? source : &own_;
+    own_.setRows(0);
+    types_.clear();
+    colours_.clear();
+    active_ = {};
+    editing_ = false;
+    ++filling_;
+    changed();
 }
 
-const Cell& Grid::cell(int column, int row) const {
-    static const Cell kNone;
-    const Cell* found = const_cast<Grid*>(this)->at(column, row);
-    return found ? *found : kNone;
+void Grid::sourceChanged() {
+    keepActiveInside();
+    changed();
+}
+
+void Grid::cellChanged(int column, int row) {
+    if (has(column, row)) changed({column, row});
+}
+
+void Grid::keepActiveInside() {
+    if (has(active_.column, active_.row)) return;
+    active_ = {};
+    editing_ = false;
 }
 
 void Grid::setColumns(int count) {
-    count = std::max(count, 0);
-    std::vector<Cell> cells(static_cast<size_t>(count) * static_cast<size_t>(rows_));
-    for (int row = 1; row <= rows_; ++row)
-        for (int column = 1; column <= std::min(count, columns_); ++column)
-            cells[static_cast<size_t>(row - 1) * static_cast<size_t>(count) +
-                  static_cast<size_t>(column - 1)] = std::move(*at(column, row));
-    cells_ = std::move(cells);
-    columns_ = count;
-    headings_.resize(static_cast<size_t>(count) + 1);
-    widths_.resize(static_cast<size_t>(count) + 1, 64);
+    columns_ = std::max(count, 0);
+    own_.setColumns(columns_);
+    types_.clearColumnsFrom(columns_ + 1);
+    colours_.clearColumnsFrom(columns_ + 1);
+    const size_t kept = static_cast<size_t>(columns_) + 1;
+    columnTypes_.resize(kept);
+    headings_.resize(kept);
+    widths_.resize(kept, 64);
+    keepActiveInside();
     changed();
 }
 
 void Grid::setRows(int count) {
-    rows_ = std::max(count, 0);
-    cells_.resize(static_cast<size_t>(rows_) * static_cast<size_t>(columns_));
-    if (!has(active_.column, active_.row)) {
-        active_ = {1, 1};
-        editing_ = false;
-    }
+    assert(hasOwnCells());
+    own_.setRows(std::max(count, 0));
+    types_.clearRows(rows() + 1, std::numeric_limits<int>::max());
+    colours_.clearRows(rows() + 1, std::numeric_limits<int>::max());
+    if (rows() == 0) ++filling_;
+    keepActiveInside();
     changed();
 }
 
 void Grid::insertRow(int before) {
-    before = std::clamp(before, 1, rows_ + 1);
-    cells_.insert(cells_.begin() + static_cast<long>(before - 1) * columns_, static_cast<size_t>(columns_),
-                  Cell{});
-    ++rows_;
+    assert(hasOwnCells());
+    before = std::clamp(before, 1, rows() + 1);
+    own_.insertRow(before);
+    types_.insertRow(before);
+    colours_.insertRow(before);
     changed();
 }
 
 void Grid::removeRow(int row) {
-    if (row < 1 || row > rows_) return;
-    auto first = cells_.begin() + static_cast<long>(row - 1) * columns_;
-    cells_.erase(first, first + columns_);
-    setRows(rows_ - 1);
+    assert(hasOwnCells());
+    if (row < 1 || row > rows()) return;
+    own_.removeRow(row);
+    types_.removeRow(row);
+    colours_.removeRow(row);
+    keepActiveInside();
+    changed();
 }
 
 void Grid::swapRows(int row, int other) {
-    if (!has(1, row) || !has(1, other)) return;
-    for (int column = 1; column <= columns_; ++column) std::swap(*at(column, row), *at(column, other));
+    assert(hasOwnCells());
+    if (!has(1, row) || !has(1, other) || row == other) return;
+    own_.swapRows(row, other);
+    types_.swapRows(row, other);
+    colours_.swapRows(row, other);
     changed();
 }
 
 void Grid::clearRows(int from, int to) {
-    for (int row = std::max(from, 1); row <= std::min(to, rows_); ++row)
-        for (int column = 1; column <= columns_; ++column) *at(column, row) = Cell{};
+    assert(hasOwnCells());
+    from = std::max(from, 1);
+    to = std::min(to, rows());
+    for (int row = from; row <= to; ++row) own_.clearRow(row);
+    if (from > to) return;
+    types_.clearRows(from, to);
+    colours_.clearRows(from, to);
     changed();
+}
+
+Cell Grid::cell(int column, int row) const {
+    const CellColours own = colours(column, row);
+    return {text(column, row), type(column, row), own.background, own.foreground};
+}
+
+std::string Grid::text(int column, int row) const {
+    return has(column, row) ? source_->text(column, row) : std::string();
 }
 
 void Grid::setText(int column, int row, std::string text) {
-    Cell* c = at(column, row);
-    if (!c || c->text == text) return;
-    c->text = std::move(text);
-    if (editing_ && active_ == CellPosition{column, row}) editText_ = c->text;
-    changed();
+    if (!has(column, row) || source_->text(column, row) == text) return;
+    source_->setText(column, row, std::move(text));
+    const CellPosition at{column, row};
+    if (editing_ && active_ == at) editText_ = source_->text(column, row);
+    changed(at);
 }
 
-void Grid::setChecked(int column, int row, bool on) {
-    Cell* c = at(column, row);
-    if (!c || c->checked == on) return;
-    c->checked = on;
-    changed();
+const CellType& Grid::type(int column, int row) const {
+    static const CellType kNone;
+    if (!has(column, row)) return kNone;
+    const CellType* own = types_.find({column, row});
+    return own ? *own : columnTypes_[static_cast<size_t>(column)];
 }
 
 void Grid::setType(int column, int row, CellType type) {
-    Cell* c = at(column, row);
-    if (!c) return;
-    c->type = std::move(type);
+    if (!has(column, row)) return;
+    types_.set({column, row}, std::move(type));
+    changed({column, row});
+}
+
+void Grid::setColumnType(int column, CellType type) {
+    if (column < 1 || column > columns_) return;
+    columnTypes_[static_cast<size_t>(column)] = std::move(type);
+    types_.clearColumn(column);
     changed();
 }
 
-void Grid::setColumnType(int column, const CellType& type) {
-    for (int row = 1; row <= rows_; ++row) setType(column, row, type);
+CellColours Grid::colours(int column, int row) const {
+    const CellColours* own = colours_.find({column, row});
+    return own ? *own : CellColours{};
 }
 
 void Grid::setColours(int column, int row, int background, int foreground) {
-    Cell* c = at(column, row);
-    if (!c) return;
-    c->background = background;
-    c->foreground = foreground;
-    changed();
+    if (!has(column, row)) return;
+    const CellPosition at{column, row};
+    if (background == kOwnColour && foreground == kOwnColour)
+        colours_.erase(at);
+    else
+        colours_.set(at, {background, foreground});
+    changed(at);
 }
 
 const std::string& Grid::columnHeading(int column) const {
@@ -167,7 +219,7 @@ const std::string& Grid::columnHeading(int column) const {
 }
 
 void Grid::setColumnHeading(int column, std::string text) {
-    if (column < 0 || column > columns_) return;
+    if (column < 0 || column > columns_ || headings_[static_cast<size_t>(column)] == text) return;
     headings_[static_cast<size_t>(column)] = std::move(text);
     changed();
 }
@@ -177,8 +229,9 @@ int Grid::columnWidth(int column) const {
 }
 
 void Grid::setColumnWidth(int column, int pixels) {
-    if (column < 0 || column > columns_) return;
-    widths_[static_cast<size_t>(column)] = std::max(pixels, 0);
+    pixels = std::max(pixels, 0);
+    if (column < 0 || column > columns_ || widths_[static_cast<size_t>(column)] == pixels) return;
+    widths_[static_cast<size_t>(column)] = pixels;
     changed();
 }
 
@@ -204,13 +257,18 @@ void Grid::setFont(const Font& font) {
     changed();
 }
 
+// --- The active cell
+// ----------------------------------------------------------------------------------------
+
 void Grid::setActive(int column, int row) {
     if (!has(column, row)) return;
     if (editing_) commitEdit();
-    if (dialog() && !(active_ == CellPosition{column, row})) dialog()->onCellLeave(*this, active_);
+    const CellPosition left = active_;
+    if (dialog() && !(left == CellPosition{column, row})) dialog()->onCellLeave(*this, left);
     if (!has(column, row)) return;  // the dialog may have made the grid smaller
     active_ = {column, row};
-    changed();
+    changed(left);
+    changed(active_);
 }
 
 void Grid::setEditing(bool on) {
@@ -218,28 +276,34 @@ void Grid::setEditing(bool on) {
         if (editing_) commitEdit();
         return;
     }
-    const Cell& c = cell(active_.column, active_.row);
-    if (!has(active_.column, active_.row) || c.type.kind == CellKind::Static ||
-        c.type.kind == CellKind::CheckBox)
-        return;
+    const CellKind kind = type(active_.column, active_.row).kind;
+    if (!has(active_.column, active_.row) || kind == CellKind::Static || kind == CellKind::CheckBox) return;
+    std::string text = this->text(active_.column, active_.row);
+    const int end = characterCount(text);
+    typeText(std::move(text), end);
+}
+
+void Grid::typeText(std::string text, int caret) {
     editing_ = true;
-    editText_ = c.text;
-    changed();
+    editText_ = std::move(text);
+    caret_ = caret;
+    changed(active_);
 }
 
 void Grid::commitEdit() {
     editing_ = false;
-    Cell* c = at(active_.column, active_.row);
-    bool differs = c && c->text != editText_;
-    if (differs) c->text = editText_;
-    changed();
+    const CellPosition at = active_;
+    const std::string before = text(at.column, at.row);
+    if (before != editText_ && has(at.column, at.row)) source_->setText(at.column, at.row, editText_);
+    const bool differs = text(at.column, at.row) != before;
+    changed(at);
     // Typed text counts as a change by the user, whoever ends the editing.
-    if (differs && dialog()) dialog()->onCellChange(*this, active_);
+    if (differs && dialog()) dialog()->onCellChange(*this, at);
 }
 
 void Grid::cancelEdit() {
     editing_ = false;
-    changed();
+    changed(active_);
 }
 
 bool Grid::accepts(const CellType& type, char32_t character) {

@@ -1,12 +1,16 @@
-// The spreadsheet control. Columns and rows count from 1; 0 is the heading.
+// The spreadsheet control. It keeps how its columns and cells look and which one is active; the contents of
+// the cells are those of a source, which is in memory unless the grid is given another. Columns and rows
+// count from 1; 0 is the heading.
 #pragma once
 
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "platform/ui/cell_map.h"
 #include "platform/ui/control.h"
 #include "platform/ui/font.h"
+#include "platform/ui/memory_cells.h"
 
 namespace ui {
 
@@ -34,52 +38,62 @@ struct CellType {
 // A colour as 0xRRGGBB, or the view's own.
 constexpr int kOwnColour = -1;
 
-struct Cell {
-    std::string text;
-    CellType type;
-    bool checked = false;
+struct CellColours {
     int background = kOwnColour;
     int foreground = kOwnColour;
 };
 
-// Which cell is meant; row 0 or column 0 is a heading.
-struct CellPosition {
-    int column = 1;
-    int row = 1;
-    bool operator==(const CellPosition& o) const { return column == o.column && row == o.row; }
+// A cell as it is at the moment.
+struct Cell {
+    std::string text;
+    const CellType& type;  // the grid's
+    int background;
+    int foreground;
 };
 
 class Grid : public Control {
   public:
     explicit Grid(int id, int columns = 0, int rows = 0);
 
+    // The source stays the caller's and outlives its use here; with null the grid has cells of its own again,
+    // and none yet. Types and colours of single cells are forgotten.
+    void setSource(GridSource* source);
+    // What the source has to tell: other rows, or a cell with another content.
+    void sourceChanged();
+    void cellChanged(int column, int row);
+
     int columns() const { return columns_; }
-    int rows() const { return rows_; }
-    // New cells are empty edit cells.
+    int rows() const { return source_->rows(); }
     void setColumns(int count);
+    // The rows of a grid with cells of its own. New cells are empty.
     void setRows(int count);
     void insertRow(int before);
     void removeRow(int row);
     void swapRows(int row, int other);
-    // Empties the cells of rows, their types included.
+    // Empties the cells of rows and gives them the types of their columns.
     void clearRows(int from, int to);
 
     bool has(int column, int row) const {
-        return column >= 1 && column <= columns_ && row >= 1 && row <= rows_;
+        return column >= 1 && column <= columns_ && row >= 1 && row <= rows();
     }
     // Outside the grid an empty cell.
-    const Cell& cell(int column, int row) const;
-    const std::string& text(int column, int row) const { return cell(column, row).text; }
+    Cell cell(int column, int row) const;
+    std::string text(int column, int row) const;
     void setText(int column, int row, std::string text);
-    bool checked(int column, int row) const { return cell(column, row).checked; }
-    void setChecked(int column, int row, bool on);
-    const CellType& type(int column, int row) const { return cell(column, row).type; }
+    bool checked(int column, int row) const { return text(column, row) == "1"; }
+    void setChecked(int column, int row, bool on) { setText(column, row, on ? "1" : "0"); }
+    // Of a column that is given none: an edit cell.
+    const CellType& type(int column, int row) const;
     void setType(int column, int row, CellType type);
-    void setColumnType(int column, const CellType& type);
+    // Of all cells of the column, those of rows to come included.
+    void setColumnType(int column, CellType type);
+    CellColours colours(int column, int row) const;
     void setColours(int column, int row, int background, int foreground);
 
     const std::string& columnHeading(int column) const;
     void setColumnHeading(int column, std::string text);
+    // "" for a row that shows its number.
+    std::string rowHeading(int row) const { return has(1, row) ? source_->rowHeading(row) : std::string(); }
 
     // Widths in pixels, and in units of the font's average character.
     int columnWidth(int column) const;
@@ -90,7 +104,8 @@ class Grid : public Control {
     // A grid of whole rows is never shown with a part of one at its lower edge.
     bool wholeRows() const { return wholeRows_; }
     void setWholeRows(bool on) { wholeRows_ = on; }
-    // The width that a cell's text needs, in characters.
+    // The width that a cell's text needs, in characters. Columns are never shown narrower than the texts of
+    // the rows that have been seen.
     double neededWidth(int column, int row) const;
     const Font& font() const { return font_; }
     void setFont(const Font& font);
@@ -101,6 +116,12 @@ class Grid : public Control {
     // Off while many cells are filled: the view takes all of it over at once when it is turned on again.
     void setRedraw(bool on);
 
+    // A list of records: the row of the active cell is marked as a whole.
+    bool marksRows() const { return marksRows_; }
+    void setMarksRows(bool on) { marksRows_ = on; }
+    // Another number whenever the grid has begun anew, so that nothing of its former rows counts any more.
+    int filling() const { return filling_; }
+
     CellPosition active() const { return active_; }
     // A position outside the grid is ignored. Ends editing, keeping what was typed.
     void setActive(int column, int row);
@@ -108,6 +129,8 @@ class Grid : public Control {
     // Static and check-box cells are not edited. Turning it off keeps what was typed.
     void setEditing(bool on);
     const std::string& editText() const { return editText_; }
+    // The characters of it in front of the insertion point.
+    int caret() const { return caret_; }
 
     // Whether a character may stand in a cell of this type.
     static bool accepts(const CellType& type, char32_t character);
@@ -116,24 +139,35 @@ class Grid : public Control {
 
   private:
     friend class Dialog;
-    Cell* at(int column, int row);
+    bool hasOwnCells() const { return source_ == &own_; }
     void changed();
+    void changed(CellPosition at);
+    // After rows have gone: the active cell is one that there is.
+    void keepActiveInside();
+    // Shows another text in the cell that is edited, beginning to edit it where that is not so.
+    void typeText(std::string text, int caret);
     // Moves what was typed into the cell, and tells the dialog when that changed it.
     void commitEdit();
     void cancelEdit();
 
     int columns_ = 0;
-    int rows_ = 0;
-    std::vector<Cell> cells_;  // row by row
+    MemoryCells own_;
+    GridSource* source_ = &own_;
+    std::vector<CellType> columnTypes_;  // as the next two from 0, the column of the headings
     std::vector<std::string> headings_;
     std::vector<int> widths_;
-    CellPosition active_{1, 1};
+    CellMap<CellType> types_;  // where they differ from the column's
+    CellMap<CellColours> colours_;
+    CellPosition active_;
     bool editing_ = false;
     std::string editText_;
+    int caret_ = 0;
     Font font_{"Courier New", 16, 8, 400};
     int clientWidth_ = 400;
     bool wholeRows_ = false;
+    bool marksRows_ = false;
     bool redraw_ = true;
+    int filling_ = 0;
 };
 
 }  // namespace ui

@@ -17,6 +17,7 @@
 #include "platform/ui/qt/dialog_window.h"
 #include "platform/ui/qt/grid_view.h"
 #include "platform/ui/qt/qt_text.h"
+#include "platform/ui/qt/record_list.h"
 #include "platform/ui/qt/tree_widget.h"
 
 namespace ui {
@@ -296,8 +297,11 @@ std::unique_ptr<ControlWidget> makeControlWidget(Control& control, Dialog& dialo
             return std::make_unique<MarkWidget<CheckBox, QCheckBox>>(control, dialog, window);
         case ControlKind::RadioButton:
             return std::make_unique<MarkWidget<RadioButton, QRadioButton>>(control, dialog, window);
-        case ControlKind::List:
+        case ControlKind::List: {
+            auto& list = static_cast<List&>(control);
+            if (list.hasSource() || !list.headings().empty()) return makeRecordList(list, dialog, window);
             return std::make_unique<ListWidget>(control, dialog, window);
+        }
         case ControlKind::DropDown:
             return std::make_unique<DropDownWidget>(control, dialog, window);
         case ControlKind::Tree:

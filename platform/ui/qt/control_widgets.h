@@ -18,6 +18,8 @@ class ControlWidget {
     virtual QWidget* placed() { return widget(); }
     // Takes over what has changed in the model.
     virtual void update() = 0;
+    // The same for one cell of a grid.
+    virtual void updateCell(CellPosition) { update(); }
     // A person types text into it, so that plain keys are its own.
     virtual bool takesText() const { return false; }
     virtual void takeFocus() { widget()->setFocus(Qt::OtherFocusReason); }

@@ -143,6 +143,10 @@ void DialogWindow::controlChanged(Control& control) {
     shown->placed()->setGeometry(r.left, r.top, r.width, r.height);
 }
 
+void DialogWindow::cellChanged(Grid& grid, CellPosition at) {
+    if (ControlWidget* shown = find(grid.id())) shown->updateCell(at);
+}
+
 void DialogWindow::focusChanged(int) {
     showFocus();
 }
@@ -164,11 +168,19 @@ void DialogWindow::ended() {
 bool DialogWindow::offerKey(const QKeyEvent& event, bool isText) {
     std::optional<Key> key = keyOf(event);
     if (!key) return false;
+    pressed_ = event.key();
     if (dialog_.onKey(*key)) return true;
     bool dialogKey = key->is("Enter") || key->is("Escape") || key->is("Tab") || key->alt || key->control;
     // What a person types into an edit is the edit's own business; the rest is the model's.
     if (isText && !(dialogKey && !key->control)) return false;
     return dialog_.userUnclaimedKey(*key).empty();
+}
+
+// A key that was pressed in another window, such as the one that has opened this one, is not let go here.
+void DialogWindow::tellKeyUp(const QKeyEvent& event) {
+    if (event.isAutoRepeat() || event.key() != pressed_ || !dialog_.running()) return;
+    pressed_ = 0;
+    if (std::optional<Key> key = keyOf(event)) dialog_.userKeyUp(*key);
 }
 
 // Alt and the letter of a menu's heading, which no control has claimed.
@@ -200,6 +212,8 @@ bool DialogWindow::eventFilter(QObject* watched, QEvent* event) {
             return watched == this;
         }
     }
+    if (event->type() == QEvent::KeyRelease && widget && widget != this && find(widget->objectName().toInt()))
+        tellKeyUp(*static_cast<QKeyEvent*>(event));
     if (event->type() == QEvent::FocusIn && widget && watched != this) {
         int id = widget->objectName().toInt();
         if (find(id) && dialog_.running()) dialog_.setFocus(id);

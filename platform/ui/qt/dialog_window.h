@@ -29,9 +29,12 @@ class DialogWindow : public QDialog, public DialogView {
     // Offers a key to the model in the order in which dialogs see keys. True when it has been dealt with and
     // the widget must not see it.
     bool offerKey(const QKeyEvent& event, bool isText);
+    // The same when it is let go; nothing of what follows depends on it.
+    void tellKeyUp(const QKeyEvent& event);
 
     // DialogView
     void controlChanged(Control& control) override;
+    void cellChanged(Grid& grid, CellPosition at) override;
     void focusChanged(int id) override;
     void titleChanged() override;
     void ended() override;
@@ -54,6 +57,7 @@ class DialogWindow : public QDialog, public DialogView {
     QWidget* placedOf(int id) const;
 
     Dialog& dialog_;
+    int pressed_ = 0;  // the key that has gone down in this window, Qt's number of it
     std::map<int, std::unique_ptr<ControlWidget>> widgets_;
 };
 

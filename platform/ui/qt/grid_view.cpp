@@ -45,8 +45,7 @@ class CellPainter : public QStyledItemDelegate {
             option.widget->style()->drawPrimitive(QStyle::PE_IndicatorArrowDown, &arrow, painter,
                                                   option.widget);
         }
-        bool active = cells_.grid().active() == at;
-        if (!active) return;
+        if (!(cells_.grid().active() == at) || cells_.grid().marksRows()) return;
         painter->save();
         painter->setPen(QPen(option.palette.color(QPalette::Highlight), window_.scaled(2)));
         painter->drawRect(option.rect.adjusted(1, 1, -2, -2));
@@ -62,25 +61,32 @@ class CellPainter : public QStyledItemDelegate {
 
 // --- The cells ---------------------------------------------------------------------------------------------
 
+GridCells::GridCells(Grid& grid, const QWidget& view, QObject* parent)
+    : QAbstractTableModel(parent), grid_(grid), view_(view), font_(qtFont(grid.font())) {}
+
 QVariant GridCells::data(const QModelIndex& index, int role) const {
-    CellPosition at = positionOf(index);
-    const Cell& cell = grid_.cell(at.column, at.row);
+    const CellPosition at = positionOf(index);
+    const CellType& type = grid_.type(at.column, at.row);
+    const CellColours colours = grid_.colours(at.column, at.row);
+    // What cannot be typed into is told apart by its ground.
+    const bool fixed = type.kind == CellKind::Static && !grid_.marksRows();
     switch (role) {
         case Qt::DisplayRole:
         case Qt::ToolTipRole:
-            return toQt(cell.type.kind == CellKind::CheckBox ? cell.type.label : cell.text);
+            return toQt(type.kind == CellKind::CheckBox ? type.label : grid_.text(at.column, at.row));
         case Qt::CheckStateRole:
-            if (cell.type.kind != CellKind::CheckBox) return {};
-            return static_cast<int>(cell.checked ? Qt::Checked : Qt::Unchecked);
+            if (type.kind != CellKind::CheckBox) return {};
+            return static_cast<int>(grid_.checked(at.column, at.row) ? Qt::Checked : Qt::Unchecked);
         case Qt::FontRole:
-            return qtFont(grid_.font());
+            return font_;
         case Qt::BackgroundRole:
-            if (cell.background != kOwnColour) return QColor(QRgb(cell.background));
-            // What cannot be typed into is told apart by its ground.
-            return cell.type.kind == CellKind::Static ? QVariant(QColor(0xF0, 0xF0, 0xF0)) : QVariant();
+            if (isMarked(at)) return view_.palette().highlight();
+            if (colours.background != kOwnColour) return QColor(QRgb(colours.background));
+            return fixed ? QVariant(QColor(0xF0, 0xF0, 0xF0)) : QVariant();
         case Qt::ForegroundRole:
-            if (cell.foreground != kOwnColour) return QColor(QRgb(cell.foreground));
-            return cell.type.kind == CellKind::Static ? QVariant(QColor(0x20, 0x20, 0x20)) : QVariant();
+            if (isMarked(at)) return view_.palette().highlightedText();
+            if (colours.foreground != kOwnColour) return QColor(QRgb(colours.foreground));
+            return fixed ? QVariant(QColor(0x20, 0x20, 0x20)) : QVariant();
         default:
             return {};
     }
@@ -88,8 +94,9 @@ QVariant GridCells::data(const QModelIndex& index, int role) const {
 
 QVariant GridCells::headerData(int section, Qt::Orientation orientation, int role) const {
     if (role != Qt::DisplayRole) return {};
-    if (orientation == Qt::Vertical) return section + 1;
-    return toQt(grid_.columnHeading(section + 1));
+    if (orientation == Qt::Horizontal) return toQt(grid_.columnHeading(section + 1));
+    const std::string heading = grid_.rowHeading(section + 1);
+    return heading.empty() ? QVariant(section + 1) : QVariant(toQt(heading));
 }
 
 Qt::ItemFlags GridCells::flags(const QModelIndex&) const {
@@ -97,20 +104,49 @@ Qt::ItemFlags GridCells::flags(const QModelIndex&) const {
 }
 
 void GridCells::refresh() {
-    if (rows_ == grid_.rows() && columns_ == grid_.columns()) {
-        if (rows_ > 0 && columns_ > 0) emit dataChanged(index(0, 0), index(rows_ - 1, columns_ - 1));
+    font_ = qtFont(grid_.font());
+    const int rows = grid_.rows(), columns = grid_.columns();
+    if (columns != columns_ || (rows != rows_ && (rows == 0 || rows_ == 0))) {
+        beginResetModel();
+        rows_ = rows;
+        columns_ = columns;
+        endResetModel();
         return;
     }
-    beginResetModel();
-    rows_ = grid_.rows();
-    columns_ = grid_.columns();
-    endResetModel();
+    // Which rows have come or gone makes no difference to what is seen: all of it is taken over.
+    if (rows > rows_) {
+        beginInsertRows({}, rows_, rows - 1);
+        rows_ = rows;
+        endInsertRows();
+    } else if (rows < rows_) {
+        beginRemoveRows({}, rows, rows_ - 1);
+        rows_ = rows;
+        endRemoveRows();
+    }
+    if (rows_ > 0 && columns_ > 0) emit dataChanged(index(0, 0), index(rows_ - 1, columns_ - 1));
+}
+
+void GridCells::refreshCell(CellPosition at) {
+    QModelIndex first = indexOf(at), last = first;
+    if (!first.isValid()) return;
+    if (grid_.marksRows()) first = index(first.row(), 0), last = index(last.row(), columns_ - 1);
+    emit dataChanged(first, last);
 }
 
 // --- The view ----------------------------------------------------------------------------------------------
 
 GridView::GridView(Grid& grid, Dialog& dialog, DialogWindow& window)
-    : QTableView(&window), grid_(grid), dialog_(dialog), window_(window), cells_(new GridCells(grid, this)) {
+    : QTableView(&window),
+      grid_(grid),
+      dialog_(dialog),
+      window_(window),
+      cells_(new GridCells(grid, *this, this)),
+      // Widths of the model are pixels at 96 dpi in a font of known width; here the font may be another.
+      columns_(
+          *this, [this](int column) { return window_.scaled(grid_.columnWidth(column + 1)); },
+          [this](int column, int row) {
+              return neededWidth({column + 1, row + 1});
+          }) {
     setModel(cells_);
     setItemDelegate(new CellPainter(*cells_, window, this));
     setEditTriggers(QAbstractItemView::NoEditTriggers);
@@ -119,7 +155,7 @@ GridView::GridView(Grid& grid, Dialog& dialog, DialogWindow& window)
     setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    verticalHeader()->setDefaultSectionSize(QFontMetrics(qtFont(grid.font())).height() + window.scaled(8));
+    verticalHeader()->setDefaultSectionSize(QFontMetrics(cells_->font()).height() + window.scaled(8));
     bool headed = false;
     for (int column = 1; column <= grid.columns(); ++column) headed |= !grid.columnHeading(column).empty();
     horizontalHeader()->setVisible(headed);
@@ -129,45 +165,52 @@ GridView::GridView(Grid& grid, Dialog& dialog, DialogWindow& window)
 void GridView::refresh() {
     if (refreshing_) return;
     refreshing_ = true;
+    if (filling_ != grid_.filling()) columns_.forget();
+    filling_ = grid_.filling();
     cells_->refresh();
-    showColumns();
-    CellPosition at = grid_.active();
-    setCurrentIndex(cells_->indexOf(at));
-    if (grid_.has(at.column, at.row)) scrollTo(cells_->indexOf(at));
-    if (grid_.editing() && grid_.has(at.column, at.row))
-        openEditor();
-    else
-        leaveEditor();
+    columns_.see();
+    if (const QModelIndex active = cells_->indexOf(grid_.active()); active.isValid()) scrollTo(active);
+    followActive();
     refreshing_ = false;
 }
 
-void GridView::showColumns() {
-    // Widths of the model are pixels at 96 dpi in a font of known width; here the font may be another.
-    QFontMetrics metrics(qtFont(grid_.font()));
-    for (int column = 1; column <= grid_.columns(); ++column) {
-        int width = window_.scaled(grid_.columnWidth(column));
-        for (int row = 1; row <= grid_.rows(); ++row) {
-            const Cell& cell = grid_.cell(column, row);
-            bool marked = cell.type.kind == CellKind::CheckBox || cell.type.kind == CellKind::DropDown;
-            const std::string& text = cell.type.kind == CellKind::CheckBox ? cell.type.label : cell.text;
-            width = std::max(width, metrics.horizontalAdvance(toQt(text)) +
-                                        window_.scaled(marked ? kArrowWidth + 14 : 14));
-        }
-        setColumnWidth(column - 1, width);
-    }
-    // The last column takes what is left.
-    int used = 0;
-    for (int column = 0; column + 1 < grid_.columns(); ++column) used += columnWidth(column);
-    if (grid_.columns() > 0) {
-        int last = grid_.columns() - 1;
-        setColumnWidth(last, std::max(columnWidth(last), viewport()->width() - used));
-    }
+void GridView::refreshCell(CellPosition at) {
+    cells_->refreshCell(at);
+    columns_.seeCell(at.column - 1, at.row - 1);
+    if (refreshing_) return;
+    refreshing_ = true;
+    if (const QModelIndex active = cells_->indexOf(grid_.active()); active.isValid() && at == grid_.active())
+        scrollTo(active);
+    followActive();
+    refreshing_ = false;
+}
+
+void GridView::followActive() {
+    const QModelIndex active = cells_->indexOf(grid_.active());
+    if (currentIndex() != active) setCurrentIndex(active);
+    if (grid_.editing() && active.isValid())
+        openEditor();
+    else
+        leaveEditor();
+}
+
+int GridView::neededWidth(CellPosition at) const {
+    const CellType& type = grid_.type(at.column, at.row);
+    const bool marked = type.kind == CellKind::CheckBox || type.kind == CellKind::DropDown;
+    const std::string text = type.kind == CellKind::CheckBox ? type.label : grid_.text(at.column, at.row);
+    return QFontMetrics(cells_->font()).horizontalAdvance(toQt(text)) +
+           window_.scaled(marked ? kArrowWidth + 14 : 14);
 }
 
 void GridView::resizeEvent(QResizeEvent* event) {
     QTableView::resizeEvent(event);
     grid_.setClientWidth(static_cast<int>(viewport()->width() / std::max(0.5, window_.scaled(96) / 96.0)));
-    if (!refreshing_) showColumns();
+    if (!refreshing_) columns_.see();
+}
+
+void GridView::scrollContentsBy(int right, int down) {
+    QTableView::scrollContentsBy(right, down);
+    if (down) columns_.see();
 }
 
 bool GridView::isWiderThanShown() const {
@@ -189,27 +232,8 @@ void GridView::openEditor() {
     const CellType& type = grid_.type(at.column, at.row);
     if (!editor_) {
         edited_ = at;
-        if (type.kind == CellKind::DropDown) {
-            auto* list = new QComboBox;
-            list->setEditable(type.editable);
-            for (const std::string& item : type.items) list->addItem(toQt(item));
-            connect(list, QOverload<int>::of(&QComboBox::activated), this, [this, list](int index) {
-                dialog_.userEdit(grid_, fromQt(list->itemText(index)));
-                grid_.setEditing(false);
-            });
-            if (type.editable) {
-                list->setCompleter(nullptr);  // what is typed is what counts
-                list->setInsertPolicy(QComboBox::NoInsert);
-                followTyping(*list->lineEdit());
-            }
-            editor_ = list;
-        } else {
-            auto* line = new QLineEdit;
-            line->setFrame(false);
-            followTyping(*line);
-            editor_ = line;
-        }
-        editor_->setFont(qtFont(grid_.font()));
+        editor_ = type.kind == CellKind::DropDown ? newList(type) : newLine();
+        editor_->setFont(cells_->font());
         editor_->installEventFilter(this);
         setIndexWidget(cells_->indexOf(at), editor_);
         editor_->setFocus();
@@ -217,6 +241,29 @@ void GridView::openEditor() {
     QString text = toQt(grid_.editText());
     if (auto* list = qobject_cast<QComboBox*>(editor_)) list->setCurrentIndex(list->findText(text));
     if (QLineEdit* line = editedLine(); line && line->text() != text) line->setText(text);
+}
+
+QWidget* GridView::newList(const CellType& type) {
+    auto* list = new QComboBox;
+    list->setEditable(type.editable);
+    for (const std::string& item : type.items) list->addItem(toQt(item));
+    connect(list, QOverload<int>::of(&QComboBox::activated), this, [this, list](int index) {
+        dialog_.userEdit(grid_, fromQt(list->itemText(index)));
+        grid_.setEditing(false);
+    });
+    if (type.editable) {
+        list->setCompleter(nullptr);  // what is typed is what counts
+        list->setInsertPolicy(QComboBox::NoInsert);
+        followTyping(*list->lineEdit());
+    }
+    return list;
+}
+
+QWidget* GridView::newLine() {
+    auto* line = new QLineEdit;
+    line->setFrame(false);
+    followTyping(*line);
+    return line;
 }
 
 // What is typed goes to the model, which may take less of it.
@@ -229,6 +276,9 @@ void GridView::followTyping(QLineEdit& line) {
         const int cursor = edited->cursorPosition();
         edited->setText(toQt(grid_.editText()));
         edited->setCursorPosition(cursor);
+    });
+    connect(&line, &QLineEdit::cursorPositionChanged, this, [this, &line](int, int position) {
+        dialog_.userCaret(grid_, characterCount(fromQt(line.text().left(position))));
     });
 }
 
@@ -275,7 +325,8 @@ void GridView::mousePressEvent(QMouseEvent* event) {
 }
 
 void GridView::mouseDoubleClickEvent(QMouseEvent* event) {
-    if (indexAt(event->pos()).isValid()) grid_.setEditing(true);
+    const QModelIndex index = indexAt(event->pos());
+    if (index.isValid()) dialog_.userDoubleClickCell(grid_, GridCells::positionOf(index));
 }
 
 bool GridView::isListKey(const QKeyEvent& key) {
@@ -306,6 +357,7 @@ bool GridView::eventFilter(QObject* watched, QEvent* event) {
         if (window_.offerKey(key, isLine)) return true;
         return !isLine;
     }
+    if (isEditor && event->type() == QEvent::KeyRelease) window_.tellKeyUp(static_cast<QKeyEvent&>(*event));
     if (isEditor && event->type() == QEvent::ShortcutOverride) {
         event->accept();
         return true;

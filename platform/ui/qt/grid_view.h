@@ -3,10 +3,12 @@
 #pragma once
 
 #include <QAbstractTableModel>
+#include <QFont>
+#include <QPointer>
 #include <QTableView>
-#include <QTimer>
 
 #include "platform/ui/qt/control_widgets.h"
+#include "platform/ui/qt/seen_columns.h"
 
 class QLineEdit;
 
@@ -14,21 +16,27 @@ namespace ui {
 
 class GridCells : public QAbstractTableModel {
   public:
-    explicit GridCells(Grid& grid, QObject* parent) : QAbstractTableModel(parent), grid_(grid) {}
+    GridCells(Grid& grid, const QWidget& view, QObject* parent);
     int rowCount(const QModelIndex& parent = {}) const override { return parent.isValid() ? 0 : rows_; }
     int columnCount(const QModelIndex& parent = {}) const override { return parent.isValid() ? 0 : columns_; }
     QVariant data(const QModelIndex& index, int role) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
     Qt::ItemFlags flags(const QModelIndex& index) const override;
-    // Takes over the grid's size and content.
+    // Takes over the grid's size and content, or a cell's.
     void refresh();
+    void refreshCell(CellPosition at);
+    const QFont& font() const { return font_; }
 
     static CellPosition positionOf(const QModelIndex& index) { return {index.column() + 1, index.row() + 1}; }
     QModelIndex indexOf(CellPosition at) const { return index(at.row - 1, at.column - 1); }
     Grid& grid() const { return grid_; }
 
   private:
+    bool isMarked(CellPosition at) const { return grid_.marksRows() && grid_.active().row == at.row; }
+
     Grid& grid_;
+    const QWidget& view_;
+    QFont font_;
     int rows_ = 0, columns_ = 0;
 };
 
@@ -36,6 +44,7 @@ class GridView : public QTableView {
   public:
     GridView(Grid& grid, Dialog& dialog, DialogWindow& window);
     void refresh();
+    void refreshCell(CellPosition at);
     // The widget that edits the active cell; null when none does.
     QWidget* editor() const { return editor_; }
     // The greatest height up to this one at which the last row that is seen is a whole one.
@@ -46,24 +55,31 @@ class GridView : public QTableView {
     void mousePressEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void scrollContentsBy(int right, int down) override;
     void keyPressEvent(QKeyEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
+    // Makes the cell that is active in the model the current one, and edits it when the model does.
+    void followActive();
+    int neededWidth(CellPosition at) const;
     void openEditor();
+    QWidget* newList(const CellType& type);
+    QWidget* newLine();
     void leaveEditor();
     void followTyping(QLineEdit& line);
     // Where the active cell's text is typed; null when nothing is.
     QLineEdit* editedLine() const;
     static bool isListKey(const QKeyEvent& key);
-    void showColumns();
     bool isOnArrow(const QModelIndex& index, const QPoint& at) const;
 
     Grid& grid_;
     Dialog& dialog_;
     DialogWindow& window_;
     GridCells* cells_;
-    QWidget* editor_ = nullptr;
+    SeenColumns columns_;
+    int filling_ = 0;  // the model's, of which the columns are
+    QPointer<QWidget> editor_;
     CellPosition edited_;
     bool refreshing_ = false;
 };
@@ -89,6 +105,7 @@ class GridWidget : public ControlWidget {
     QWidget* widget() override { return view_; }
     QWidget* placed() override { return frame_ ? frame_ : static_cast<QWidget*>(view_); }
     void update() override;
+    void updateCell(CellPosition at) override { view_->refreshCell(at); }
     void takeFocus() override;
 
   private:

@@ -21,13 +21,14 @@ constexpr double kModelDpi = 96.0;  // of the widths and fonts of a grid
 constexpr int kCellPadding = 4;     // on each side of a cell's text, at 96 dpi
 
 // The widths of the columns in pixels at 96 dpi, so that no text is cut.
-std::vector<int> columnWidths(const Grid& table, const QFontMetrics& metrics) {
+std::vector<int> columnWidths(const PrintJob& job, const QFontMetrics& metrics) {
     std::vector<int> widths;
-    for (int column = 1; column <= table.columns(); ++column) {
-        int width = table.columnWidth(column);
-        for (int row = 1; row <= table.rows(); ++row)
-            width =
-                std::max(width, metrics.horizontalAdvance(toQt(table.text(column, row))) + 2 * kCellPadding);
+    for (int column = 1; column <= job.table.columns(); ++column) {
+        int width = job.table.columnWidth(column);
+        for (const PrintedRows& page : job.pages)
+            for (int row = page.first; row <= page.last; ++row)
+                width = std::max(
+                    width, metrics.horizontalAdvance(toQt(job.table.text(column, row))) + 2 * kCellPadding);
         widths.push_back(width);
     }
     return widths;
@@ -40,7 +41,7 @@ class PagePainter {
         font_.setPixelSize(std::max(1, job.table.font().height));
         QFontMetrics metrics(font_);
         rowHeight_ = metrics.height() + kCellPadding;
-        widths_ = columnWidths(job.table, metrics);
+        widths_ = columnWidths(job, metrics);
         int total = 0;
         for (int width : widths_) total += width;
         QRectF page = device.pageLayout().paintRect(QPageLayout::Inch);

@@ -45,14 +45,68 @@ std::string kindName(ControlKind kind) {
     return {};
 }
 
-std::string listText(const ItemControl& control) {
-    const auto* list = dynamic_cast<const List*>(&control);
-    std::string out;
-    for (int i = 0; i < control.count(); ++i) {
-        bool chosen = list ? list->isSelected(i) : i == control.selected();
-        out += "\n    " + std::string(chosen ? "> " : "  ") + control.item(i);
+// The lines that are printed of a long list or grid: those about the present one.
+struct Window {
+    static constexpr int kWhole = 40;   // up to so many lines, all are printed
+    static constexpr int kAround = 10;  // else so many on either side
+
+    // Numbered from `first` on, `count` of them.
+    Window(int first, int count, int present) : from(first), to(first + count - 1) {
+        if (count <= kWhole) return;
+        before = std::max(0, present - kAround - from);
+        behind = std::max(0, to - present - kAround);
+        from += before;
+        to -= behind;
     }
-    return out;
+    std::string beforeText() const { return leftOut(before, "before"); }
+    std::string behindText() const { return leftOut(behind, "behind"); }
+
+    int from, to;
+    int before = 0, behind = 0;
+
+  private:
+    static std::string leftOut(int count, const char* where) {
+        return count ? text::format("\n    ... %d more %s", count, where) : std::string();
+    }
+};
+
+// Lines of cells that stand below each other, each line behind a mark of its own.
+class Table {
+  public:
+    void add(std::string mark, std::vector<std::string> cells) {
+        widths_.resize(std::max(widths_.size(), cells.size()));
+        for (size_t i = 0; i < cells.size(); ++i) widths_[i] = std::max(widths_[i], lengthOf(cells[i]));
+        lines_.push_back({std::move(mark), std::move(cells)});
+    }
+    std::string text() const {
+        std::string out;
+        for (const auto& [mark, cells] : lines_) {
+            out += "\n" + mark;
+            for (size_t i = 0; i < cells.size(); ++i) {
+                out += (i ? " " : "") + cells[i];
+                if (i + 1 < cells.size()) out.append(widths_[i] - lengthOf(cells[i]), ' ');
+            }
+        }
+        return out;
+    }
+
+  private:
+    static size_t lengthOf(const std::string& s) { return static_cast<size_t>(characterCount(s)); }
+
+    std::vector<std::pair<std::string, std::vector<std::string>>> lines_;
+    std::vector<size_t> widths_;
+};
+
+std::string listText(const List& list) {
+    const Window seen(0, list.count(), std::max(0, list.selected()));
+    Table table;
+    if (!list.headings().empty()) table.add("      ", list.headings());
+    for (int i = seen.from; i <= seen.to; ++i) {
+        std::vector<std::string> cells;
+        for (int column = 0; column < list.columns(); ++column) cells.push_back(list.text(i, column));
+        table.add(list.isSelected(i) ? "    > " : "      ", std::move(cells));
+    }
+    return seen.beforeText() + table.text() + seen.behindText();
 }
 
 std::string dropDownText(const DropDown& control) {
@@ -60,43 +114,37 @@ std::string dropDownText(const DropDown& control) {
     return " " + quoted(shown) + " of {" + text::join(control.items(), "|") + "}";
 }
 
-std::string cellText(const Cell& cell) {
-    switch (cell.type.kind) {
+std::string cellText(const Grid& grid, int column, int row) {
+    const CellType& type = grid.type(column, row);
+    const std::string text = grid.text(column, row);
+    switch (type.kind) {
         case CellKind::CheckBox:
-            return std::string(cell.checked ? "[x] " : "[ ] ") + cell.type.label;
+            return std::string(grid.checked(column, row) ? "[x] " : "[ ] ") + type.label;
         case CellKind::Button:
-            return "<" + cell.type.label + ">";
+            return "<" + type.label + ">";
         case CellKind::DropDown:
-            return cell.text + " {" + text::join(cell.type.items, "|") + "}";
+            return text + " {" + text::join(type.items, "|") + "}";
         case CellKind::Edit:
-            return "'" + cell.text + "'";
+            return "'" + text + "'";
         case CellKind::Static:
             break;
     }
-    return cell.text;
+    return text;
 }
 
 std::string gridText(const Grid& grid) {
-    std::vector<size_t> widths(static_cast<size_t>(grid.columns()) + 1, 0);
-    for (int column = 1; column <= grid.columns(); ++column)
-        for (int row = 1; row <= grid.rows(); ++row) {
-            size_t& width = widths[static_cast<size_t>(column)];
-            width = std::max(width, static_cast<size_t>(characterCount(cellText(grid.cell(column, row)))));
-        }
     std::string out = text::format(" %d x %d", grid.columns(), grid.rows());
     if (grid.rows() > 0) out += text::format(", at (%d, %d)", grid.active().column, grid.active().row);
     if (grid.editing()) out += ", editing " + quoted(grid.editText());
-    for (int row = 1; row <= grid.rows(); ++row) {
-        out += "\n   ";
-        for (int column = 1; column <= grid.columns(); ++column) {
-            std::string cell = cellText(grid.cell(column, row));
-            out += " " + cell;
-            if (column < grid.columns())
-                out.append(widths[static_cast<size_t>(column)] - static_cast<size_t>(characterCount(cell)),
-                           ' ');
-        }
+    const Window seen(1, grid.rows(), grid.active().row);
+    Table table;
+    for (int row = seen.from; row <= seen.to; ++row) {
+        std::vector<std::string> cells;
+        if (std::string heading = grid.rowHeading(row); !heading.empty()) cells.push_back(heading);
+        for (int column = 1; column <= grid.columns(); ++column) cells.push_back(cellText(grid, column, row));
+        table.add(grid.marksRows() && row == grid.active().row ? "  > " : "    ", std::move(cells));
     }
-    return out;
+    return out + seen.beforeText() + table.text() + seen.behindText();
 }
 
 std::string treeText(const Tree& tree, int parent, int depth) {
@@ -193,6 +241,10 @@ std::string stepText(const Step& step) {
             return "(check" + control + (step.on ? " T)" : " nil)");
         case Step::Kind::Cell:
             return text::format("(cell %d %d ", step.column, step.row) + quoted(step.text) + ")";
+        case Step::Kind::ClickCell:
+            return text::format("(click-cell %d %d)", step.column, step.row);
+        case Step::Kind::DoubleClickCell:
+            return text::format("(double-click-cell %d %d)", step.column, step.row);
         case Step::Kind::Focus:
             return "(focus" + control + ")";
         case Step::Kind::Key:

@@ -8,18 +8,27 @@
 namespace ui {
 namespace {
 
-// The index that a pick names: an item's exact text first, then digits.
-int indexOf(const std::vector<std::string>& items, const std::string& wanted) {
-    auto it = std::find(items.begin(), items.end(), wanted);
-    if (it != items.end()) return static_cast<int>(it - items.begin());
-    bool digits = !wanted.empty() &&
-                  std::all_of(wanted.begin(), wanted.end(), [](unsigned char c) { return std::isdigit(c); });
-    return digits ? static_cast<int>(text::toLong(wanted)) : -1;
+// The number that is written in digits; -1 when it is none.
+int digitsOf(const std::string& written) {
+    bool digits = !written.empty() && std::all_of(written.begin(), written.end(),
+                                                  [](unsigned char c) { return std::isdigit(c); });
+    return digits ? static_cast<int>(text::toLong(written)) : -1;
 }
 
+// The index that a pick names: an item's exact text first, or that of its first column, then digits.
 int indexOf(Control& control, const std::string& wanted) {
-    if (auto* items = dynamic_cast<ItemControl*>(&control)) return indexOf(items->items(), wanted);
-    if (auto* tabs = dynamic_cast<Tabs*>(&control)) return indexOf(tabs->pages(), wanted);
+    if (auto* items = dynamic_cast<ItemControl*>(&control)) {
+        if (int index = items->findExact(wanted); index >= 0) return index;
+        auto* list = dynamic_cast<List*>(items);
+        for (int i = 0; list && list->columns() > 1 && i < list->count(); ++i)
+            if (list->text(i, 0) == wanted) return i;
+        return digitsOf(wanted);
+    }
+    if (auto* tabs = dynamic_cast<Tabs*>(&control)) {
+        auto page = std::find(tabs->pages().begin(), tabs->pages().end(), wanted);
+        if (page != tabs->pages().end()) return static_cast<int>(page - tabs->pages().begin());
+        return digitsOf(wanted);
+    }
     if (auto* tree = dynamic_cast<Tree*>(&control)) {
         // A path of texts with "/" between them, or the text of a node at any depth.
         int node = -1;
@@ -70,6 +79,15 @@ std::string performMenu(Dialog& dialog, const std::string& name) {
                     return dialog.userMenu(*menu, entry.command);
             }
     return "there is no menu entry \"" + name + "\"";
+}
+
+std::string performCell(Dialog& dialog, Grid& grid, const Step& step) {
+    const CellPosition at{step.column, step.row};
+    if (step.kind == Step::Kind::Cell) return dialog.userCell(grid, at, step.text);
+    std::string problem = dialog.userActivate(grid, at);
+    if (problem.empty() && dialog.running() && step.kind == Step::Kind::DoubleClickCell)
+        dialog.userDoubleClickCell(grid, at);
+    return problem;
 }
 
 int buttonOf(std::string_view name) {
@@ -167,11 +185,16 @@ std::string ScriptedBackend::perform(Dialog& dialog, const Step& step) {
             return performMenu(dialog, step.text);
         case Step::Kind::Key: {
             std::optional<Key> key = parseKey(step.text);
-            return key ? dialog.userKey(*key) : "\"" + step.text + "\" is no key";
+            if (!key) return "\"" + step.text + "\" is no key";
+            std::string problem = dialog.userKey(*key);
+            if (dialog.running()) dialog.userKeyUp(*key);
+            return problem;
         }
-        case Step::Kind::Cell: {
+        case Step::Kind::Cell:
+        case Step::Kind::ClickCell:
+        case Step::Kind::DoubleClickCell: {
             Grid* grid = gridOf(dialog, step.control);
-            return grid ? dialog.userCell(*grid, {step.column, step.row}, step.text) : "there is no grid";
+            return grid ? performCell(dialog, *grid, step) : "there is no grid";
         }
         default:
             break;

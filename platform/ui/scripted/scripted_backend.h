@@ -17,18 +17,20 @@ namespace ui {
 // One thing that a person does to a dialog. A control is named by its id in digits or by its caption.
 struct Step {
     enum class Kind {
-        Text,         // control, text
-        Pick,         // control, text: the item's text, or its index from 0
-        PickAlso,     // the same, joined to a multiple selection
-        DoubleClick,  // control, text: an item as for Pick
-        Check,        // control, on
-        Cell,         // column, row, text; control names the grid where there are several
-        Focus,        // control
-        Key,          // text: "Enter", "Shift+Tab", "x"
-        Click,        // control
-        Menu,         // text: the caption of the entry, or its path: "File/Open..."
-        Show,         // prints the model to the log
-        Close,        // the frame's close button
+        Text,             // control, text
+        Pick,             // control, text: the item's text or that of its first column, or its index from 0
+        PickAlso,         // the same, joined to a multiple selection
+        DoubleClick,      // control, text: an item as for Pick
+        Check,            // control, on
+        Cell,             // column, row, text; control names the grid where there are several
+        ClickCell,        // column, row, and control in the same way
+        DoubleClickCell,  // the same
+        Focus,            // control
+        Key,              // text: "Enter", "Shift+Tab", "x"; pressed and let go
+        Click,            // control
+        Menu,             // text: the caption of the entry, or its path: "File/Open..."
+        Show,             // prints the model to the log
+        Close,            // the frame's close button
     };
     Kind kind = Kind::Show;
     std::string control{};

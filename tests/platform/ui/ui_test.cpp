@@ -194,39 +194,6 @@ TEST_F(UiTest, WithoutABackendNothingIsShown) {
     EXPECT_FALSE(ui::askYesNo("a", "b"));
 }
 
-TEST(Grid, RowsAndTypesMoveTogether) {
-    ui::Grid grid(1, 2, 2);
-    grid.setText(1, 1, "first");
-    grid.setText(1, 2, "second");
-    grid.setType(2, 2, ui::CellType::checkBox("No image!"));
-    grid.insertRow(2);
-    EXPECT_EQ(grid.text(1, 3), "second");
-    EXPECT_EQ(grid.type(2, 3).kind, ui::CellKind::CheckBox);
-    grid.swapRows(1, 3);
-    EXPECT_EQ(grid.text(1, 3), "first");
-    EXPECT_EQ(grid.type(2, 1).label, "No image!");
-    grid.removeRow(2);
-    EXPECT_EQ(grid.rows(), 2);
-    grid.setColumns(3);
-    EXPECT_EQ(grid.text(1, 2), "first");
-    grid.clearRows(1, 2);
-    EXPECT_EQ(grid.text(1, 2), "");
-    // Nothing outside the grid can be reached.
-    grid.setText(9, 9, "x");
-    grid.setActive(0, 7);
-    EXPECT_EQ(grid.text(9, 9), "");
-    EXPECT_EQ(grid.active().row, 1);
-}
-
-TEST(Grid, WidthsAreMeasuredInTheGridsFont) {
-    ui::Grid grid(1, 2, 1);
-    grid.setFont({"Courier New", 16, 8, 400});
-    grid.setColumnWidthInCharacters(1, 16.0);
-    EXPECT_EQ(grid.columnWidth(1), 128);
-    grid.setText(1, 1, "\xC3\xA9tage");  // five characters in six bytes
-    EXPECT_DOUBLE_EQ(grid.neededWidth(1, 1), 5.0);
-}
-
 TEST(Key, IsReadFromText) {
     EXPECT_TRUE(ui::parseKey("shift+tab")->shift);
     EXPECT_EQ(ui::parseKey("f3")->name, "F3");

@@ -1,0 +1,32 @@
+// The cells of a small grid, kept in memory.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "platform/ui/grid_source.h"
+
+namespace ui {
+
+class MemoryCells : public GridSource {
+  public:
+    int rows() const override { return static_cast<int>(rows_.size()); }
+    std::string text(int column, int row) const override;
+    void setText(int column, int row, std::string text) override;
+
+    // New cells are empty.
+    void setColumns(int count);
+    void setRows(int count) { rows_.resize(static_cast<size_t>(count)); }
+    // In front of a row, or behind the last. The rows that these are told must be there.
+    void insertRow(int before);
+    void removeRow(int row);
+    void swapRows(int row, int other);
+    void clearRow(int row);
+
+  private:
+    std::vector<std::string>& row(int number) { return rows_[static_cast<size_t>(number - 1)]; }
+
+    std::vector<std::vector<std::string>> rows_;  // each up to its last cell with a content
+};
+
+}  // namespace ui

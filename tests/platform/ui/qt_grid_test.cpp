@@ -1,0 +1,175 @@
+// Grids and lists of records in real windows: only what is seen is asked for, columns fit what has been seen,
+// and mouse and keys reach the model.
+#include <QHeaderView>
+#include <QScrollBar>
+#include <QTableView>
+
+#include "platform/ui/backend.h"
+#include "platform/ui/qt/dialog_window.h"
+#include "platform/ui/qt/qt_backend.h"
+#include "tests/platform/ui/qt_person.h"
+#include "tests/platform/ui/records.h"
+
+namespace {
+
+constexpr int kGrid = 10, kList = 11;
+
+class Tables : public ui::Dialog {
+  public:
+    Tables() : ui::Dialog(901, "Tables") {
+        auto& grid = add<ui::Grid>(kGrid, 3);
+        grid.setColumnHeading(1, "PT_ID");
+        records.named = true;
+        grid.setSource(&records);
+        auto& list = add<ui::List>(kList, true);
+        list.setColumns({"Name", "Value"});
+        list.setSource(&items);
+        add<ui::Button>(ui::kCancel, "Cancel");
+        setLayout(ui::column({ui::item(kGrid, 1), ui::item(kList, 1), ui::item(ui::kCancel)}));
+        setSize({700, 600});
+    }
+    Records records{1'000'000};
+    Items items{1'000'000};
+    std::string happened;
+
+  private:
+    void onCellClick(ui::Grid&, ui::CellPosition at) override {
+        happened += "click " + std::to_string(at.column) + "," + std::to_string(at.row) + ";";
+    }
+    bool onCellDoubleClick(ui::Grid&, ui::CellPosition at) override {
+        happened += "double;";
+        return at.column == 1;
+    }
+    void onKeyUp(const ui::Key& key, int presses) override {
+        happened += ui::keyText(key) + "*" + std::to_string(presses) + "@" +
+                    std::to_string(get<ui::Grid>(kGrid).caret()) + ";";
+    }
+    void onDoubleClick(ui::Control& control) override {
+        happened += "record " + std::to_string(static_cast<ui::List&>(control).selected()) + ";";
+    }
+};
+
+class QtTables : public testing::Test, protected QtPerson {
+  protected:
+    void SetUp() override { ui::setBackend(&backend_); }
+    void TearDown() override {
+        EXPECT_TRUE(finished()) << "not every action was reached";
+        ui::setBackend(nullptr);
+    }
+    static QTableView* table(int id) { return child<QTableView>(id); }
+    static QRect cell(int id, int column, int row) {
+        return table(id)->visualRect(table(id)->model()->index(row, column));
+    }
+    static Action clickAt(int id, int column, int row) {
+        return [=] {
+            QTest::mouseClick(table(id)->viewport(), Qt::LeftButton, {}, cell(id, column, row).center());
+        };
+    }
+    static Action doubleClickAt(int id, int column, int row) {
+        return [=] {
+            QPoint at = cell(id, column, row).center();
+            QTest::mouseClick(table(id)->viewport(), Qt::LeftButton, {}, at);
+            QTest::mouseDClick(table(id)->viewport(), Qt::LeftButton, {}, at);
+        };
+    }
+    static Action close() {
+        return [] { window()->close(); };
+    }
+
+    ui::QtBackend backend_;
+    Tables tables_;
+};
+
+}  // namespace
+
+TEST_F(QtTables, OnlyWhatIsSeenIsAskedFor) {
+    ui::Grid& grid = tables_.get<ui::Grid>(kGrid);
+    size_t opened = 0;
+    does(
+        {see([] { return cell(kGrid, 0, 0).isValid(); }, "grid"),
+         [&] { opened = tables_.records.asked.size(); }, [&] { grid.setActive(2, 700'000); },
+         see([] { return table(kGrid)->rowAt(5) > 699'900; }, "scrolled"),
+         see([] { return table(kGrid)->model()->headerData(699'999, Qt::Vertical).toString() == "-700000-"; },
+             "row heading"),
+         [&] {
+             tables_.records.asked.clear();
+             grid.setText(3, 700'000, "changed");
+         },
+         // Neighbours that the cell's box touches may be painted with it.
+         see([&] { return tables_.records.asked.contains(700'000) && tables_.records.asked.size() <= 3; },
+             "one cell"),
+         close()});
+    tables_.runModal();
+    EXPECT_GT(opened, 5u);
+    EXPECT_LT(opened, 100u);
+    EXPECT_GT(tables_.items.asked.size(), 5u);
+    EXPECT_LT(tables_.items.asked.size(), 100u);
+}
+
+TEST_F(QtTables, ColumnsFitWhatHasBeenSeenAndStay) {
+    ui::Grid& grid = tables_.get<ui::Grid>(kGrid);
+    const std::string wide(60, 'W');
+    tables_.records.setText(1, 500, wide);
+    int before = 0, widened = 0;
+    does({[&] { before = table(kGrid)->columnWidth(0); }, [&] { grid.setActive(1, 500); },
+          [&] { widened = table(kGrid)->columnWidth(0); }, [&] { grid.setText(1, 500, "narrow"); },
+          [&] { grid.setActive(1, 1); },
+          see([&] { return table(kGrid)->columnWidth(0) == widened; }, "never narrower"),
+          [&] { grid.setText(2, 1, wide + wide); },
+          see([&] { return table(kGrid)->columnWidth(1) > widened; }, "a cell in sight"),
+          // Another filling begins anew.
+          [&] { grid.setSource(&tables_.records); },
+          see([&] { return table(kGrid)->columnWidth(0) == before; }, "anew"), close()});
+    tables_.runModal();
+    EXPECT_GT(widened, 5 * before);
+}
+
+TEST_F(QtTables, ClicksAndKeysAreTold) {
+    does({clickAt(kGrid, 2, 3), doubleClickAt(kGrid, 0, 4),
+          see([] { return !qobject_cast<QLineEdit*>(QApplication::focusWidget()); }, "dealt with"),
+          doubleClickAt(kGrid, 1, 0),
+          see([] { return qobject_cast<QLineEdit*>(QApplication::focusWidget()); }, "editing"),
+          press(Qt::Key_End), press(Qt::Key_Left), press(Qt::Key_Left), press(Qt::Key_Left), type("7"),
+          press(Qt::Key_Escape), close()});
+    tables_.runModal();
+    EXPECT_EQ(tables_.happened,
+              "click 3,4;click 1,5;double;click 2,1;double;End*1@3;Left*1@2;Left*2@1;Left*3@0;7*1@1;");
+    EXPECT_EQ(tables_.get<ui::Grid>(kGrid).text(2, 1), "1.2");
+}
+
+TEST_F(QtTables, AMarkedRowIsMarkedAsAWhole) {
+    tables_.get<ui::Grid>(kGrid).setMarksRows(true);
+    auto marked = [](int row) {
+        int cells = 0;
+        for (int column = 0; column < 3; ++column)
+            cells += table(kGrid)->model()->index(row, column).data(Qt::BackgroundRole).isValid();
+        return cells;
+    };
+    does({clickAt(kGrid, 1, 2), see([=] { return marked(2) == 3 && marked(0) == 0; }, "row"),
+          press(Qt::Key_Down), see([=] { return marked(3) == 3 && marked(2) == 0; }, "next row"), close()});
+    tables_.runModal();
+}
+
+TEST_F(QtTables, RecordsOfAListAreChosen) {
+    ui::List& list = tables_.get<ui::List>(kList);
+    does({see(
+              [] {
+                  return table(kList)->model()->rowCount() == 1'000'000 &&
+                         table(kList)->model()->columnCount() == 2;
+              },
+              "records"),
+          see([] { return table(kList)->model()->headerData(1, Qt::Horizontal).toString() == "Value"; },
+              "heading"),
+          clickAt(kList, 0, 1), clickAt(kList, 1, 3), clickAt(kList, 0, 1), press(Qt::Key_Down),
+          [&] { list.selectItem(999'999, true); },
+          see([] { return table(kList)->rowAt(5) > 999'900; }, "scrolled"), doubleClickAt(kList, 0, 999'998),
+          [&] {
+              tables_.items.number = 5;
+              list.sourceChanged();
+          },
+          see([] { return table(kList)->model()->rowCount() == 5; }, "fewer"), clickAt(kList, 0, 4),
+          close()});
+    tables_.runModal();
+    EXPECT_EQ(list.selection(), (std::vector<int>{4}));
+    EXPECT_EQ(tables_.happened, "Down*1@0;record 999998;");
+}
