@@ -17,8 +17,8 @@ Runs Lisp scripts on a drawing without a window.
   --help           shows this
 
 In a script, (host:input "..." ...) answers the prompts of the command line, (ui:answer ID STEP ...) the
-next dialog with that number, (ui:box "Yes"), (ui:file "PATH") and (ui:name "TEXT") the next box of that
-kind; (ui:log) gives what was shown. Files that scripts load are looked for beside the script as well.
+next dialog with that number, (ui:box "Yes") and (ui:file "PATH") the next box of that kind; (ui:log)
+gives what was shown. Files that scripts load are looked for beside the script as well.
 
 The exit status is 0, or 1 after an error, which is told on the standard error output.
 )";

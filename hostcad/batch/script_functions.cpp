@@ -146,8 +146,6 @@ void defineScriptFunctions(Host& host, BatchInput& input, ui::ScriptedBackend& b
     lisp.defineExternal("ui:box", forEachString([&backend](const std::string& s) { backend.answerBox(s); }));
     lisp.defineExternal("ui:file",
                         forEachString([&backend](const std::string& s) { backend.answerFile(s); }));
-    lisp.defineExternal("ui:name",
-                        forEachString([&backend](const std::string& s) { backend.answerName(s); }));
     lisp.defineExternal("ui:log",
                         [&backend](Interpreter&, const Arguments&) { return listOf(backend.log()); });
     lisp.defineExternal("ui:unused",

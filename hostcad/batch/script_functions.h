@@ -4,7 +4,6 @@
 //   (ui:answer ID STEP ...)    queues steps for the next dialog with that resource id
 //   (ui:box "Yes" ...)         answers the next message boxes: "OK", "Cancel", "Yes" or "No"
 //   (ui:file "PATH" ...)       the next file boxes, "" to cancel
-//   (ui:name "TEXT" ...)       the next name prompts, "" to cancel
 //   (ui:log)                   a list of what was shown and done so far
 //   (ui:clear-log)             forgets it
 //   (ui:unused)                answers that nothing has asked for yet

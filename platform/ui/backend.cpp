@@ -37,10 +37,6 @@ std::optional<std::string> fileBox(const FileBox& box) {
     return path;
 }
 
-std::optional<std::string> namePrompt(const NamePrompt& prompt) {
-    return g_backend ? g_backend->namePrompt(prompt) : std::nullopt;
-}
-
 void information(const std::string& text, int milliseconds) {
     if (g_backend) g_backend->information(text, milliseconds);
 }

@@ -39,12 +39,6 @@ struct FileBox {
     bool askOverwrite = false;
 };
 
-struct NamePrompt {
-    std::string title;
-    std::string caption;
-    std::string text;  // shown at first
-};
-
 class Backend {
   public:
     virtual ~Backend() = default;
@@ -56,7 +50,6 @@ class Backend {
     // kOk, kCancel, kYes or kNo.
     virtual int messageBox(const MessageBox& box) = 0;
     virtual std::optional<std::string> fileBox(const FileBox& box) = 0;
-    virtual std::optional<std::string> namePrompt(const NamePrompt& prompt) = 0;
     // A text that goes away by itself after some milliseconds.
     virtual void information(const std::string& text, int milliseconds) = 0;
     // False when nothing was printed.
@@ -76,7 +69,6 @@ void setBackend(Backend* backend);
 int messageBox(const std::string& title, const std::string& text, unsigned flags = kBoxAlert);
 // The chosen path, with "/" between folders; nothing when the person cancelled.
 std::optional<std::string> fileBox(const FileBox& box);
-std::optional<std::string> namePrompt(const NamePrompt& prompt);
 void information(const std::string& text, int milliseconds);
 // Yes or No; No without a backend.
 bool askYesNo(const std::string& title, const std::string& question);

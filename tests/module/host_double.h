@@ -33,7 +33,6 @@ class HostDoubleBackend : public ui::Backend {
         return 1;
     }
     std::optional<std::string> fileBox(const ui::FileBox&) override { return std::nullopt; }
-    std::optional<std::string> namePrompt(const ui::NamePrompt&) override { return std::nullopt; }
     void information(const std::string&, int) override {}
     bool print(const ui::PrintJob&) override { return false; }
     std::unique_ptr<ui::FontMetrics> metrics(const ui::Font&) override { return nullptr; }

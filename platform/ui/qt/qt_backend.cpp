@@ -5,7 +5,6 @@
 #include <QEventLoop>
 #include <QFileDialog>
 #include <QFontMetrics>
-#include <QInputDialog>
 #include <QLabel>
 #include <QMessageBox>
 #include <QTimer>
@@ -125,15 +124,6 @@ std::optional<std::string> QtBackend::fileBox(const FileBox& box) {
     returnToFront();
     if (!accepted) return std::nullopt;
     return fromQt(qt.selectedFiles().constFirst());
-}
-
-std::optional<std::string> QtBackend::namePrompt(const NamePrompt& prompt) {
-    bool accepted = false;
-    QString name = QInputDialog::getText(front(), toQt(prompt.title), toQt(prompt.caption), QLineEdit::Normal,
-                                         toQt(prompt.text), &accepted);
-    returnToFront();
-    if (!accepted) return std::nullopt;
-    return fromQt(name);
 }
 
 void QtBackend::information(const std::string& text, int milliseconds) {

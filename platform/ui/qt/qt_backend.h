@@ -23,7 +23,6 @@ class QtBackend : public Backend {
     void close(Dialog& dialog) override;
     int messageBox(const MessageBox& box) override;
     std::optional<std::string> fileBox(const FileBox& box) override;
-    std::optional<std::string> namePrompt(const NamePrompt& prompt) override;
     void information(const std::string& text, int milliseconds) override;
     bool print(const PrintJob& job) override;
     std::unique_ptr<FontMetrics> metrics(const Font& font) override;

@@ -114,7 +114,6 @@ std::vector<std::string> ScriptedBackend::unused() const {
             left.push_back("steps for dialog " + std::to_string(resource));
     for (const std::string& box : boxes_) left.push_back("box \"" + box + "\"");
     for (const std::string& file : files_) left.push_back("file \"" + file + "\"");
-    for (const std::string& name : names_) left.push_back("name \"" + name + "\"");
     return left;
 }
 
@@ -244,15 +243,6 @@ std::optional<std::string> ScriptedBackend::fileBox(const FileBox& box) {
     if (path && path->empty()) path.reset();
     log_.push_back(shown + " -> " + path.value_or("Cancel"));
     return path;
-}
-
-std::optional<std::string> ScriptedBackend::namePrompt(const NamePrompt& prompt) {
-    std::string shown =
-        "name prompt [" + prompt.title + "] \"" + prompt.caption + "\" shows \"" + prompt.text + "\"";
-    std::optional<std::string> name = nextAnswer(names_, shown);
-    if (name && name->empty()) name.reset();
-    log_.push_back(shown + " -> " + name.value_or("Cancel"));
-    return name;
 }
 
 void ScriptedBackend::information(const std::string& text, int) {

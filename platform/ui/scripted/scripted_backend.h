@@ -62,9 +62,8 @@ class ScriptedBackend : public Backend {
     void answer(int resource, std::vector<Step> steps);
     // For the next message box: "OK", "Cancel", "Yes" or "No".
     void answerBox(std::string button) { boxes_.push_back(std::move(button)); }
-    // For the next file box and the next name prompt; "" cancels.
+    // For the next file box; "" cancels.
     void answerFile(std::string path) { files_.push_back(std::move(path)); }
-    void answerName(std::string name) { names_.push_back(std::move(name)); }
     void setAsker(Asker* asker) { asker_ = asker; }
 
     // What was shown and done, a line or a block of lines each.
@@ -80,7 +79,6 @@ class ScriptedBackend : public Backend {
     void close(Dialog& dialog) override;
     int messageBox(const MessageBox& box) override;
     std::optional<std::string> fileBox(const FileBox& box) override;
-    std::optional<std::string> namePrompt(const NamePrompt& prompt) override;
     void information(const std::string& text, int milliseconds) override;
     // Logs the pages as text.
     bool print(const PrintJob& job) override;
@@ -95,7 +93,7 @@ class ScriptedBackend : public Backend {
 
     std::map<int, std::deque<std::vector<Step>>> scripts_;
     std::vector<std::pair<Dialog*, std::deque<Step>>> running_;  // the innermost dialog last
-    std::deque<std::string> boxes_, files_, names_;
+    std::deque<std::string> boxes_, files_;
     Asker* asker_ = nullptr;
     std::vector<std::string> log_;
 };
