@@ -1,5 +1,6 @@
 #include "module/dialogs/name_prompt.h"
 
+#include "module/dialogs/ok_cancel.h"
 #include "module/dialogs/run_dialog.h"
 #include "platform/text/text.h"
 #include "platform/ui/backend.h"
@@ -18,10 +19,9 @@ class NamePrompt : public ui::Dialog {
         auto& edit = add<ui::Edit>(kNameEdit);
         edit.setText(text);
         edit.selectRange(0, -1);
-        add<ui::Button>(ui::kOk, "&OK", true);
-        add<ui::Button>(ui::kCancel, "&Cancel");
+        AddOkCancel(*this);
         using namespace ui;
-        setLayout(column({item(kNameEdit), row({spring(), item(ui::kOk), item(ui::kCancel)})}));
+        setLayout(column({item(kNameEdit), OkCancelRow()}));
         setSize({360, 90});
     }
     const std::string& name() const { return name_; }

@@ -26,10 +26,6 @@ constexpr int32_t kWidestNumber = 255;
 constexpr int32_t kLongestRecord = 65535;
 constexpr int kUtf8 = 65001;
 
-// What was read last, of whichever table.
-std::string attributeText;
-double attributeNumber;
-
 bool isNumeric(char type) {
     return type == 'N' || type == 'F' || type == 'D';
 }
@@ -271,22 +267,23 @@ DbfFieldClass DbfGetFieldInfo(const DbfHandle* handle, int32_t index, std::strin
 const char* DbfReadStringAttribute(DbfHandle* handle, int32_t record, int32_t field) {
     if (!hasField(*handle, field) || !loadRecord(*handle, record)) return nullptr;
     const std::string_view bytes = withoutBlanks(fieldBytes(*handle, field));
-    if (attributeText.size() <= bytes.size()) attributeText.resize(bytes.size() + 1);
-    char* end = copyAscii(bytes, attributeText.data());
+    std::string& text = handle->attributeText;
+    if (text.size() <= bytes.size()) text.resize(bytes.size() + 1);
+    char* end = copyAscii(bytes, text.data());
     if (end || handle->codePage == kUtf8) {
-        if (!end) end = std::copy(bytes.begin(), bytes.end(), attributeText.data());
+        if (!end) end = std::copy(bytes.begin(), bytes.end(), text.data());
         *end = '\0';
     } else {
-        attributeText = text::decode(bytes, handle->codePage);
+        text = text::decode(bytes, handle->codePage);
     }
-    return attributeText.c_str();
+    return text.c_str();
 }
 
 const double* DbfReadDoubleAttribute(DbfHandle* handle, int32_t record, int32_t field) {
     const char* digits = DbfReadStringAttribute(handle, record, field);
     if (!digits) return nullptr;
-    attributeNumber = text::toReal(digits);
-    return &attributeNumber;
+    handle->attributeNumber = text::toReal(digits);
+    return &handle->attributeNumber;
 }
 
 int32_t DbfWriteDoubleAttribute(DbfHandle* handle, int32_t record, int32_t field, double value) {
@@ -318,7 +315,6 @@ int32_t DbfWriteStringAttribute(DbfHandle* handle, int32_t record, int32_t field
 bool DbfClose(DbfHandle* handle) {
     if (!handle) return true;
     std::unique_ptr<DbfHandle> closing(handle);
-    attributeText = {};
     if (handle->noHeader) writeHeader(*handle);
     flushRecord(*handle);
     if (handle->updated) {

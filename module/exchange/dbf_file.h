@@ -32,8 +32,10 @@ struct DbfHandle {
     int32_t currentRecord = -1;
     int32_t recordDirty = 0;
     std::string recordBuffer;
-    int32_t noHeader = 0;  // the table is still being defined
-    int32_t updated = 0;   // a record was changed
+    int32_t noHeader = 0;       // the table is still being defined
+    int32_t updated = 0;        // a record was changed
+    std::string attributeText;  // what was read last
+    double attributeNumber = 0;
 };
 
 // Modes "r", "r+", "rb", "rb+" and "r+b"; null for any other, and for what is no table. Of a table that is
@@ -51,8 +53,8 @@ int32_t DbfAddField(DbfHandle* handle, std::string_view name, DbfFieldClass type
 // Every out argument may be null.
 DbfFieldClass DbfGetFieldInfo(const DbfHandle* handle, int32_t index, std::string* name, int32_t* width,
                               int32_t* decimals);
-// The text of a field without blanks round it; valid until the next read or close of any table. Null for a
-// record or a field that is not there.
+// The text of a field without blanks round it; valid until the next read of the table, or its close. Null for
+// a record or a field that is not there.
 const char* DbfReadStringAttribute(DbfHandle* handle, int32_t record, int32_t field);
 // The same as a number, 0 for a text that is none.
 const double* DbfReadDoubleAttribute(DbfHandle* handle, int32_t record, int32_t field);

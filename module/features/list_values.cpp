@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "module/dialogs/name_prompt.h"
+#include "module/dialogs/ok_cancel.h"
 #include "module/dialogs/run_dialog.h"
 #include "module/prompting/known_attributes.h"
 #include "platform/text/text.h"
@@ -43,15 +44,13 @@ class ListValues : public ui::Dialog {
         add<ui::Button>(kDeleteValue, "&Delete Value");
         add<ui::Button>(kSetCode, "Set &Special Code");
         add<ui::Button>(kSetDefault, "Set De&fault Value");
-        add<ui::Button>(ui::kOk, "&OK", true);
-        add<ui::Button>(ui::kCancel, "&Cancel");
+        AddOkCancel(*this);
         using namespace ui;
         setLayout(column(
             {row({item(kList, 1), column({item(kAddValue), item(kDeleteValue), item(kMoveUp), item(kMoveDown),
                                           item(kSetDefault), item(kSetCode), spring()})},
                  1),
-             row({item(kDefaultCaption), item(kDefault, 1)}),
-             row({spring(), item(ui::kOk), item(ui::kCancel)})}));
+             row({item(kDefaultCaption), item(kDefault, 1)}), OkCancelRow()}));
         list_ = &list;
         collect(values);
     }
@@ -157,11 +156,10 @@ class SpecialCodes : public ui::Dialog {
         add<ui::Label>(kCodeCaption, "Selected special code:");
         add<ui::Edit>(kCode).setText(present);
         add<ui::Button>(kClear, "Clea&r");
-        add<ui::Button>(ui::kOk, "&OK", true);
-        add<ui::Button>(ui::kCancel, "&Cancel");
+        AddOkCancel(*this);
         using namespace ui;
-        setLayout(column({item(kList, 1), row({item(kCodeCaption), item(kCode, 1), item(kClear)}),
-                          row({spring(), item(ui::kOk), item(ui::kCancel)})}));
+        setLayout(
+            column({item(kList, 1), row({item(kCodeCaption), item(kCode, 1), item(kClear)}), OkCancelRow()}));
         if (const KnownAttribute* known = FindKnownCode(present))
             list.select(static_cast<int>(known - KnownAttributes().data()));
     }

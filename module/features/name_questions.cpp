@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "module/dialogs/name_prompt.h"
+#include "module/dialogs/ok_cancel.h"
 #include "module/dialogs/run_dialog.h"
 #include "module/store/name_rules.h"
 #include "platform/text/text.h"
@@ -24,11 +25,9 @@ class CategoryChooser : public ui::Dialog {
         auto& list = add<ui::List>(kCategoryList);
         for (const std::string& category : categories) list.addItem(category);
         list.select(std::max(0, list.findExact(text::upper(start))));
-        add<ui::Button>(ui::kOk, "&OK", true);
-        add<ui::Button>(ui::kCancel, "&Cancel");
+        AddOkCancel(*this);
         using namespace ui;
-        setLayout(column({item(kCategoryLabel), item(kCategoryList, 1),
-                          row({spring(), item(ui::kOk), item(ui::kCancel)})}));
+        setLayout(column({item(kCategoryLabel), item(kCategoryList, 1), OkCancelRow()}));
     }
     const std::string& category() const { return category_; }
 

@@ -138,6 +138,17 @@ TEST_F(DbfTest, RecordsAreRewrittenInPlace) {
     EXPECT_STREQ(DbfReadStringAttribute(table.get(), 2, 1), "");
 }
 
+TEST_F(DbfTest, TwoTablesAreReadSideBySide) {
+    put(smallTable());
+    OpenDbfFile table = open(), other = open();
+    const char* text = DbfReadStringAttribute(table.get(), 0, 0);
+    const double* number = DbfReadDoubleAttribute(other.get(), 1, 1);
+    EXPECT_STREQ(text, "oak");
+    EXPECT_EQ(*number, -1234567.0);
+    DbfClose(table.release());
+    EXPECT_EQ(*number, -1234567.0) << "the other table is closed";
+}
+
 TEST_F(DbfTest, TextsAreOfTheCodePageThatTheTableHas) {
     for (bool utf8 : {false, true}) {
         if (utf8) files::replace(folder_("table.cpg"), "UTF-8\n");
