@@ -6,7 +6,9 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <string>
+#include <string_view>
 
 class ScratchFolder {
   public:
@@ -26,6 +28,13 @@ class ScratchFolder {
   private:
     std::string path_;
 };
+
+// A file with this content, made anew: a file that is emptied and filled again is written to the disk at once
+// by some file systems, which takes far longer.
+inline void writeFile(const std::string& path, std::string_view content) {
+    std::filesystem::remove(path);
+    std::ofstream(path, std::ios::binary) << content;
+}
 
 // What a command prints.
 inline std::string outputOf(const std::string& command) {

@@ -101,7 +101,7 @@ class Damage : public ::testing::Test {
     // Whether the damage was noticed.
     bool noticed(const std::string& content) {
         std::string path = folder("damaged.mdb");
-        std::ofstream(path, std::ios::binary | std::ios::trunc) << content;
+        writeFile(path, content);
         bool error = false;
         try {
             Database db(path, {.readOnly = true});

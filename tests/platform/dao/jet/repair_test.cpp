@@ -188,7 +188,7 @@ TEST_P(Repair, AFileThatIsCut) {
     std::string whole = readFile(path);
     for (size_t size :
          {whole.size() - 1, whole.size() - pageSize, whole.size() / 2, whole.size() / 2 + 100}) {
-        std::ofstream(path, std::ios::binary | std::ios::trunc) << whole.substr(0, size);
+        writeFile(path, whole.substr(0, size));
         losses();
         EXPECT_TRUE(has("POLES")) << size;
     }
@@ -197,7 +197,7 @@ TEST_P(Repair, AFileThatIsCut) {
 TEST_P(Repair, AnyPageOfNoise) {
     std::string whole = readFile(path);
     for (uint32_t page = 0; page < whole.size() / pageSize; ++page) {
-        std::ofstream(path, std::ios::binary | std::ios::trunc) << whole;
+        writeFile(path, whole);
         overwrite({page}, page + 7);
         losses();
         // A page holds no more than a table's definition, or a part of the records of one.
@@ -252,7 +252,7 @@ TEST(RepairGiven, ForeignFilesWithPagesOfNoise) {
             std::string damaged = whole;
             size_t page = random() % (whole.size() / pageSize);
             for (size_t i = 0; i < pageSize; ++i) damaged[page * pageSize + i] = static_cast<char>(random());
-            std::ofstream(path, std::ios::binary | std::ios::trunc) << damaged;
+            writeFile(path, damaged);
             CompactReport report = compactAndRepair(path, {});
             Database db(path, {});
             EXPECT_EQ(check(db), std::vector<std::string>()) << given << " page " << page;
