@@ -56,7 +56,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, size_t size) {
     Heap::limit = Heap::used + kMostMemory;
     for (const char* name : kForbidden) host.lisp().intern(name)->value = {};
     for (const char* name : kForbiddenCommands)
-        host.commands().define(name, [](Host& h) { return std::make_unique<NoCommand>(h); });
+        host.commands().define<NoCommand>(name);
     host.lisp().limitSteps(kMostSteps);
     try {
         host.lisp().runText(program, "fuzz.lsp");

@@ -5,6 +5,7 @@
 #include "hostcad/editor/host.h"
 #include "hostcad/lisp/result_values.h"
 #include "platform/ads/editor.h"
+#include "platform/ads/result_chain.h"
 
 using hostcad::CommandProcessor;
 using hostcad::Host;
@@ -165,54 +166,50 @@ int acedCmd(const resbuf* answers) {
     } catch (const lisp::Error& error) {
         host->commands().cancel();
         if (error.kind == lisp::Error::Kind::Cancel) return RTCAN;
-        host->write("\n; error: " + error.fullText() + "\n");
+        host->tell(error);
         return RTERROR;
     }
 }
 
 int acedCommand(int type, ...) {
-    resbuf* head = nullptr;
-    resbuf** tail = &head;
+    ResultChain answers;
     va_list args;
     va_start(args, type);
     bool isKnown = true;
     for (; isKnown && type != 0 && type != RTNONE; type = va_arg(args, int)) {
-        resbuf* item = acutNewRb(type);
-        *tail = item;
-        tail = &item->rbnext;
+        resbuf& item = answers.add(type);
         switch (type) {
             case RTSTR: {
                 const char* text = va_arg(args, const char*);
-                item->resval.rstring = acad_strdup(text ? text : "");
+                item.resval.rstring = acad_strdup(text ? text : "");
                 break;
             }
             case RTREAL:
-                item->resval.rreal = va_arg(args, double);
+                item.resval.rreal = va_arg(args, double);
                 break;
             case RTSHORT:
-                item->resval.rint = static_cast<short>(va_arg(args, int));
+                item.resval.rint = static_cast<short>(va_arg(args, int));
                 break;
             case RTLONG:
-                item->resval.rlong = va_arg(args, long);
+                item.resval.rlong = va_arg(args, long);
                 break;
             case RTPOINT: {
                 const double* p = va_arg(args, const double*);
-                item->resval.rpoint[0] = p[0], item->resval.rpoint[1] = p[1];
+                item.resval.rpoint[0] = p[0], item.resval.rpoint[1] = p[1];
                 break;
             }
             case RT3DPOINT:
-                ads_point_set(va_arg(args, const double*), item->resval.rpoint);
+                ads_point_set(va_arg(args, const double*), item.resval.rpoint);
                 break;
             case RTENAME:
             case RTPICKS:
-                ads_name_set(va_arg(args, const long*), item->resval.rlname);
+                ads_name_set(va_arg(args, const long*), item.resval.rlname);
                 break;
             default:
                 isKnown = false;
         }
     }
     va_end(args);
-    lisp::ResultList owner(head);
-    return isKnown ? acedCmd(head) : RTERROR;
+    return isKnown ? acedCmd(answers.get()) : RTERROR;
 }
 }

@@ -53,14 +53,14 @@ bool isWanted(std::string_view application, const resbuf* wanted) {
     return false;
 }
 
-void addXData(ListBuilder& list, const Drawing& drawing, Groups groups, const resbuf* applications) {
+void addXData(ResultChain& list, const Drawing& drawing, Groups groups, const resbuf* applications) {
     bool wanted = false, any = false;
     for (const Group& group : xdataOf(groups)) {
         if (group.code == kApplicationCode) wanted = isWanted(group.text(), applications);
         if (!wanted) continue;
-        if (!any) list.addMark(-3);
+        if (!any) list.add(-3);
         any = true;
-        list.add(drawing, group);
+        addGroup(list, drawing, group);
     }
 }
 
@@ -163,13 +163,13 @@ resbuf* acdbEntGetX(const ads_name entity, const resbuf* applications) {
     if (!id) return nullptr;
     const Drawing& drawing = currentDrawing();
     Groups groups = drawing.groups(id);
-    ListBuilder list;
-    list.addName(-1, id);
+    ResultChain list;
+    addName(list, -1, id);
     size_t owner = ownerIndex(groups);
     for (size_t i = 0; i < groups.size(); ++i) {
         if (groups[i].code >= kFirstXDataCode || (owner && i == owner)) continue;
-        list.add(drawing, groups[i]);
-        if (i == 0 && owner) list.add(drawing, groups[owner]);
+        addGroup(list, drawing, groups[i]);
+        if (i == 0 && owner) addGroup(list, drawing, groups[owner]);
     }
     if (applications) addXData(list, drawing, groups, applications);
     return list.take();

@@ -3,6 +3,7 @@
 #include "hostcad/lisp/arguments.h"
 #include "hostcad/lisp/result_values.h"
 #include "platform/ads/editor.h"
+#include "platform/ads/result_chain.h"
 #include "platform/text/text.h"
 
 using hostcad::Host;
@@ -35,7 +36,7 @@ int guarded(Action action) {
         return action(*host);
     } catch (const lisp::Error& error) {
         if (error.kind == lisp::Error::Kind::Cancel) return RTCAN;
-        if (error.kind != lisp::Error::Kind::Quit) host->write("\n; error: " + error.fullText() + "\n");
+        if (error.kind != lisp::Error::Kind::Quit) host->tell(error);
         return RTERROR;
     }
 }
@@ -153,13 +154,9 @@ int acedArxUnload(const char* path) {
 
 resbuf* acedArxLoaded() {
     if (!Host::current()) return nullptr;
-    resbuf* list = nullptr;
-    resbuf** tail = &list;
-    for (const std::string& name : Host::current()->modules().loaded()) {
-        *tail = acutBuildList(RTSTR, name.c_str(), 0);
-        tail = &(*tail)->rbnext;
-    }
-    return list;
+    ResultChain list;
+    for (const std::string& name : Host::current()->modules().loaded()) list.addText(RTSTR, name);
+    return list.take();
 }
 
 int acedFindFile(const char* name, char* result) {

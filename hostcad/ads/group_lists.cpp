@@ -62,21 +62,8 @@ bool isXDataCode(int code) {
 
 // --- Lists for a caller -------------------------------------------------------------------------------
 
-resbuf* ListBuilder::append(int code) {
-    resbuf* item = acutNewRb(code);
-    *tail_ = item;
-    tail_ = &item->rbnext;
-    return item;
-}
-
-resbuf* ListBuilder::take() {
-    tail_ = &head_;
-    return std::exchange(head_, nullptr);
-}
-
-void ListBuilder::add(const Drawing& drawing, const Group& group) {
-    resbuf* item = append(group.code);
-    ads_u_val& value = item->resval;
+void addGroup(ResultChain& list, const Drawing& drawing, const Group& group) {
+    ads_u_val& value = list.add(group.code).resval;
     switch (groupKindOf(group.code)) {
         case GroupKind::None:
         case GroupKind::Text:
@@ -111,24 +98,8 @@ void ListBuilder::add(const Drawing& drawing, const Group& group) {
     }
 }
 
-void ListBuilder::addName(int code, ObjectId id) {
-    nameOf(id, append(code)->resval.rlname);
-}
-
-void ListBuilder::addText(int code, std::string_view text) {
-    append(code)->resval.rstring = copyText(text);
-}
-
-void ListBuilder::addInteger(int code, int64_t value) {
-    resbuf* item = append(code);
-    if (groupKindOf(code) == GroupKind::Long)
-        item->resval.rlong = value;
-    else
-        item->resval.rint = static_cast<short>(value);
-}
-
-void ListBuilder::addMark(int code) {
-    append(code);
+void addName(ResultChain& list, int code, ObjectId id) {
+    nameOf(id, list.add(code).resval.rlname);
 }
 
 // --- Lists from a caller ------------------------------------------------------------------------------

@@ -4,31 +4,13 @@
 #include <vector>
 
 #include "hostcad/drawing/drawing.h"
-#include "platform/ads/result_buffer.h"
+#include "platform/ads/result_chain.h"
 
 namespace hostcad {
 
-// A list under construction. Whoever takes it releases it with acutRelRb.
-class ListBuilder {
-  public:
-    ListBuilder() = default;
-    ~ListBuilder() { acutRelRb(head_); }
-    ListBuilder(const ListBuilder&) = delete;
-    ListBuilder& operator=(const ListBuilder&) = delete;
-
-    void add(const Drawing& drawing, const Group& group);
-    void addName(int code, ObjectId id);
-    void addText(int code, std::string_view text);
-    void addInteger(int code, int64_t value);
-    void addMark(int code);  // an item without a value
-    resbuf* take();
-
-  private:
-    resbuf* append(int code);
-
-    resbuf* head_ = nullptr;
-    resbuf** tail_ = &head_;
-};
+// Adds a group, or the name of an object, to a list for a caller.
+void addGroup(ResultChain& list, const Drawing& drawing, const Group& group);
+void addName(ResultChain& list, int code, ObjectId id);
 
 // Angles are degrees in the drawing and radians in lists.
 bool isAngleCode(int code);

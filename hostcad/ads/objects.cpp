@@ -94,10 +94,10 @@ Acad::ErrorStatus AcDbObject::close() {
 }
 
 resbuf* AcDbObject::xData(const char* application) const {
-    ListBuilder list;
+    ResultChain list;
     Groups groups = host_->groups();
     for (const Group& group : application ? xdataOf(groups, application) : xdataOf(groups))
-        list.add(currentDrawing(), group);
+        addGroup(list, currentDrawing(), group);
     return list.take();
 }
 

@@ -39,14 +39,14 @@ std::map<std::string, ObjectId>& cursors() {
 resbuf* blockList(const Drawing& drawing, ObjectId block) {
     constexpr int64_t kHasAttributes = 2;
     Groups groups = drawing.groups(block);
-    ListBuilder list;
+    ResultChain list;
     list.addText(0, "BLOCK");
     list.addText(2, drawing.symbol(block));
     list.addInteger(70,
                     integerOf(groups, 70) | (hasAttributeDefinitions(drawing, block) ? kHasAttributes : 0));
-    if (const Group* origin = find(groups, 10)) list.add(drawing, *origin);
+    if (const Group* origin = find(groups, 10)) addGroup(list, drawing, *origin);
     ObjectId first = drawing.firstEntityOf(block);
-    list.addName(-2, first ? first : drawing.object(block).end);
+    addName(list, -2, first ? first : drawing.object(block).end);
     return list.take();
 }
 
@@ -58,7 +58,7 @@ bool isInFileOnly(int code, std::string_view type) {
 
 resbuf* recordList(const Drawing& drawing, ObjectId record) {
     constexpr int64_t kReferenced = 64;  // says nothing since the table was last cleaned up
-    ListBuilder list;
+    ResultChain list;
     bool control = false;
     for (const Group& group : drawing.groups(record)) {
         if (group.code >= kFirstXDataCode) break;
@@ -67,7 +67,7 @@ resbuf* recordList(const Drawing& drawing, ObjectId record) {
         if (group.code == 70)
             list.addInteger(70, group.asInteger() & ~kReferenced);
         else
-            list.add(drawing, group);
+            addGroup(list, drawing, group);
     }
     return list.take();
 }

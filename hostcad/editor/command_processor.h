@@ -48,6 +48,11 @@ class CommandProcessor {
 
     using Factory = std::function<std::unique_ptr<Command>(Host&)>;
     void define(const std::string& name, Factory factory);
+    // A command of a class, made with the host and these arguments.
+    template <class C, class... Arguments>
+    void define(const std::string& name, Arguments... arguments) {
+        define(name, [=](Host& host) { return std::make_unique<C>(host, arguments...); });
+    }
 
   private:
     bool start(std::string_view typed);

@@ -137,9 +137,9 @@ class CircleCommand : public Command {
 }  // namespace
 
 void defineDrawingCommands(CommandProcessor& commands) {
-    commands.define("POINT", [](Host& host) { return std::make_unique<PointCommand>(host); });
-    commands.define("LINE", [](Host& host) { return std::make_unique<LineCommand>(host); });
-    commands.define("CIRCLE", [](Host& host) { return std::make_unique<CircleCommand>(host); });
+    commands.define<PointCommand>("POINT");
+    commands.define<LineCommand>("LINE");
+    commands.define<CircleCommand>("CIRCLE");
 }
 
 }  // namespace hostcad

@@ -120,11 +120,11 @@ class RedoCommand : public Command {
 }  // namespace
 
 void defineEditCommands(CommandProcessor& commands) {
-    commands.define("ERASE", [](Host& host) { return std::make_unique<EraseCommand>(host); });
-    commands.define("LIST", [](Host& host) { return std::make_unique<ListCommand>(host); });
-    commands.define("U", [](Host& host) { return std::make_unique<UndoCommand>(host, false); });
-    commands.define("UNDO", [](Host& host) { return std::make_unique<UndoCommand>(host, true); });
-    commands.define("REDO", [](Host& host) { return std::make_unique<RedoCommand>(host); });
+    commands.define<EraseCommand>("ERASE");
+    commands.define<ListCommand>("LIST");
+    commands.define<UndoCommand>("U", false);
+    commands.define<UndoCommand>("UNDO", true);
+    commands.define<RedoCommand>("REDO");
 }
 
 }  // namespace hostcad

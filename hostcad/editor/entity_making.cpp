@@ -7,34 +7,23 @@
 
 namespace hostcad {
 
-resbuf& GroupList::add(int code) {
-    *tail_ = acutNewRb(code);
-    resbuf& item = **tail_;
-    tail_ = &item.rbnext;
-    return item;
-}
-
-GroupList& GroupList::text(int code, const std::string& value) {
-    add(code).resval.rstring = acad_strdup(value.c_str());
+GroupList& GroupList::text(int code, std::string_view value) {
+    chain_.addText(code, value);
     return *this;
 }
 
 GroupList& GroupList::real(int code, double value) {
-    add(code).resval.rreal = value;
+    chain_.add(code).resval.rreal = value;
     return *this;
 }
 
 GroupList& GroupList::integer(int code, int value) {
-    resbuf& item = add(code);
-    if (groupKindOf(code) == GroupKind::Long)
-        item.resval.rlong = value;
-    else
-        item.resval.rint = static_cast<short>(value);
+    chain_.addInteger(code, value);
     return *this;
 }
 
 GroupList& GroupList::point(int code, const Point& value) {
-    setPoint(value, add(code).resval.rpoint);
+    setPoint(value, chain_.add(code).resval.rpoint);
     return *this;
 }
 

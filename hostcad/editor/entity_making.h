@@ -4,28 +4,21 @@
 #include <vector>
 
 #include "hostcad/editor/prompt.h"
-#include "platform/ads/result_buffer.h"
+#include "platform/ads/result_chain.h"
 
 namespace hostcad {
 
-// A list of groups under construction; it belongs to this object.
+// A list of groups under construction.
 class GroupList {
   public:
-    GroupList() = default;
-    ~GroupList() { acutRelRb(head_); }
-    GroupList(const GroupList&) = delete;
-    GroupList& operator=(const GroupList&) = delete;
-
-    GroupList& text(int code, const std::string& value);
+    GroupList& text(int code, std::string_view value);
     GroupList& real(int code, double value);
     GroupList& integer(int code, int value);
     GroupList& point(int code, const Point& value);
-    const resbuf* list() const { return head_; }
+    const resbuf* list() const { return chain_.get(); }
 
   private:
-    resbuf& add(int code);
-    resbuf* head_ = nullptr;
-    resbuf** tail_ = &head_;
+    ResultChain chain_;
 };
 
 // False, with a message, when the drawing does not take the entity.

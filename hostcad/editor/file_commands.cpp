@@ -221,14 +221,13 @@ class QuitCommand : public FileCommand {
 }  // namespace
 
 void defineFileCommands(CommandProcessor& commands) {
-    commands.define("OPEN", [](Host& host) { return std::make_unique<OpenCommand>(host); });
-    commands.define("NEW", [](Host& host) { return std::make_unique<NewCommand>(host); });
-    commands.define("SAVE", [](Host& host) { return std::make_unique<SaveCommand>(host, false); });
-    commands.define("QSAVE", [](Host& host) { return std::make_unique<SaveCommand>(host, true); });
-    commands.define("SAVEAS", [](Host& host) { return std::make_unique<SaveAsCommand>(host); });
-    commands.define("COMPACTDATABASE",
-                    [](Host& host) { return std::make_unique<CompactDatabaseCommand>(host); });
-    commands.define("QUIT", [](Host& host) { return std::make_unique<QuitCommand>(host); });
+    commands.define<OpenCommand>("OPEN");
+    commands.define<NewCommand>("NEW");
+    commands.define<SaveCommand>("SAVE", false);
+    commands.define<SaveCommand>("QSAVE", true);
+    commands.define<SaveAsCommand>("SAVEAS");
+    commands.define<CompactDatabaseCommand>("COMPACTDATABASE");
+    commands.define<QuitCommand>("QUIT");
 }
 
 }  // namespace hostcad

@@ -125,7 +125,7 @@ bool Host::runLine(const std::string& line) {
     } catch (const lisp::Error& error) {
         commands_->cancel();
         if (error.kind == lisp::Error::Kind::Quit) return true;
-        write("\n; error: " + error.fullText() + "\n");
+        tell(error);
         return false;
     }
 }

@@ -41,6 +41,8 @@ class Host {
     View& view() { return view_; }
 
     void write(std::string_view text) { commandLine_.write(text); }
+    // Says what went wrong, on lines of its own.
+    void tell(const lisp::Error& error) { write("\n; error: " + error.fullText() + "\n"); }
     Answer ask(Prompt prompt);
     Conventions conventions() const;
     void setLastPoint(const Point& point);

@@ -307,7 +307,7 @@ class InsertCommand : public Command {
 }  // namespace
 
 void defineInsertCommand(CommandProcessor& commands) {
-    commands.define("INSERT", [](Host& host) { return std::make_unique<InsertCommand>(host); });
+    commands.define<InsertCommand>("INSERT");
 }
 
 }  // namespace hostcad

@@ -268,7 +268,7 @@ class LayerCommand : public Command {
 }  // namespace
 
 void defineLayerCommand(CommandProcessor& commands) {
-    commands.define("LAYER", [](Host& host) { return std::make_unique<LayerCommand>(host); });
+    commands.define<LayerCommand>("LAYER");
 }
 
 }  // namespace hostcad

@@ -4,8 +4,8 @@
 
 #include "hostcad/drawing/host_names.h"
 #include "hostcad/editor/host.h"
-#include "hostcad/lisp/result_values.h"
 #include "platform/ads/entities.h"
+#include "platform/ads/result_chain.h"
 #include "platform/text/text.h"
 
 namespace hostcad {
@@ -152,15 +152,9 @@ void ObjectSelection::takeVertex(const Answer& answer) {
         ask("\nSpecify next point: ", &ObjectSelection::takeVertex);
         return;
     }
-    resbuf* points = nullptr;
-    resbuf** tail = &points;
-    for (const Point& vertex : vertices_) {
-        *tail = acutNewRb(RT3DPOINT);
-        setPoint(vertex, (*tail)->resval.rpoint);
-        tail = &(*tail)->rbnext;
-    }
-    lisp::ResultList owner(points);
-    select(mode_, points);
+    ResultChain points;
+    for (const Point& vertex : vertices_) setPoint(vertex, points.add(RT3DPOINT).resval.rpoint);
+    select(mode_, points.get());
 }
 
 void ObjectSelection::select(const char* mode, const void* first, const void* second) {

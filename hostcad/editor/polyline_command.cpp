@@ -247,7 +247,7 @@ class PolylineCommand : public Command {
 }  // namespace
 
 void definePolylineCommand(CommandProcessor& commands) {
-    commands.define("PLINE", [](Host& host) { return std::make_unique<PolylineCommand>(host); });
+    commands.define<PolylineCommand>("PLINE");
 }
 
 }  // namespace hostcad

@@ -169,7 +169,7 @@ class TextCommand : public Command {
 }  // namespace
 
 void defineTextCommand(CommandProcessor& commands) {
-    commands.define("TEXT", [](Host& host) { return std::make_unique<TextCommand>(host); });
+    commands.define<TextCommand>("TEXT");
 }
 
 }  // namespace hostcad

@@ -128,8 +128,8 @@ class RegenCommand : public ViewCommand {
 }  // namespace
 
 void defineViewCommands(CommandProcessor& commands) {
-    commands.define("ZOOM", [](Host& host) { return std::make_unique<ZoomCommand>(host); });
-    commands.define("REGEN", [](Host& host) { return std::make_unique<RegenCommand>(host); });
+    commands.define<ZoomCommand>("ZOOM");
+    commands.define<RegenCommand>("REGEN");
 }
 
 }  // namespace hostcad

@@ -11,25 +11,6 @@ namespace hostcad::lisp {
 
 namespace {
 
-// Makes a list from front to back.
-class Chain {
-  public:
-    resbuf& add(int type) {
-        resbuf* item = acutNewRb(type);
-        if (!item) throw Error("insufficient memory");
-        *tail_ = item;
-        tail_ = &item->rbnext;
-        if (!head_) head_.reset(item);
-        return *item;
-    }
-    ResultList take() { return std::move(head_); }
-
-  private:
-    ResultList head_;
-    resbuf* first_ = nullptr;
-    resbuf** tail_ = &first_;
-};
-
 void setPoint(resbuf& item, const Point& p) {
     for (int i = 0; i < 3; ++i) item.resval.rpoint[i] = p.at[i];
 }
@@ -44,7 +25,7 @@ bool isPoint(const Value& v, Point& p, WholeNumbers rule) {
     return false;
 }
 
-void addAtom(Chain& chain, const Value& v) {
+void addAtom(ResultChain& chain, const Value& v) {
     switch (v.type()) {
         case Type::Nil:
             chain.add(RTNIL);
@@ -53,7 +34,7 @@ void addAtom(Chain& chain, const Value& v) {
             if (v.asSymbol() == Symbol::truth())
                 chain.add(RTT);
             else
-                chain.add(RTSTR).resval.rstring = acad_strdup(v.asSymbol()->name.c_str());
+                chain.addText(RTSTR, v.asSymbol()->name);
             break;
         case Type::Integer: {
             std::int32_t n = v.asInteger();
@@ -67,7 +48,7 @@ void addAtom(Chain& chain, const Value& v) {
             chain.add(RTREAL).resval.rreal = v.asReal();
             break;
         case Type::String:
-            chain.add(RTSTR).resval.rstring = acad_strdup(v.asString().c_str());
+            chain.addText(RTSTR, v.asString());
             break;
         case Type::Entity:
             ads_name_set(v.asName(), chain.add(RTENAME).resval.rlname);
@@ -82,7 +63,7 @@ void addAtom(Chain& chain, const Value& v) {
 
 constexpr int kDeepest = 500;  // nesting of lists at the boundary
 
-void addValue(Chain& chain, const Value& v, WholeNumbers rule, int depth = 0) {
+void addValue(ResultChain& chain, const Value& v, WholeNumbers rule, int depth = 0) {
     if (depth > kDeepest) throw Error("list is nested too deep to be passed to a module");
     Point p;
     if (isPoint(v, p, rule)) {
@@ -223,7 +204,7 @@ long wholeNumberOf(const Value& value, const Value& group) {
     return static_cast<long>(value.asReal());
 }
 
-void addGroup(Chain& chain, const Value& group) {
+void addGroup(ResultChain& chain, const Value& group) {
     if (!group.isPair() || !group.car().isInteger()) throwBadGroup(group);
     std::int32_t code = group.car().asInteger();
     const Value& value = group.cdr();
@@ -232,7 +213,7 @@ void addGroup(Chain& chain, const Value& group) {
         case GroupKind::Text:
         case GroupKind::Handle: {
             std::string s = textOf(value, group);
-            chain.add(code).resval.rstring = acad_strdup(s.c_str());
+            chain.addText(code, s);
             break;
         }
         case GroupKind::Real:
@@ -269,13 +250,13 @@ void addGroup(Chain& chain, const Value& group) {
 }
 
 // (-3 ("APPLICATION" (1000 . "text") ...) ...)
-void addExtendedData(Chain& chain, const Value& applications) {
+void addExtendedData(ResultChain& chain, const Value& applications) {
     chain.add(kExtendedData);
     for (Items items(applications); !items.done(); items.next()) {
         const Value& application = *items;
         if (!application.isPair()) throwBadGroup(application);
         std::string name = textOf(application.car(), application);
-        chain.add(kApplication).resval.rstring = acad_strdup(name.c_str());
+        chain.addText(kApplication, name);
         for (Items groups(application.cdr()); !groups.done(); groups.next()) addGroup(chain, *groups);
     }
 }
@@ -297,7 +278,7 @@ Value toExtendedData(const resbuf* item) {
 }  // namespace
 
 ResultList copyOf(const resbuf* list) {
-    Chain chain;
+    ResultChain chain;
     for (; list; list = list->rbnext) {
         resbuf& item = chain.add(list->restype);
         GroupKind kind = groupKindOf(list->restype);
@@ -312,25 +293,25 @@ ResultList copyOf(const resbuf* list) {
             item.resval = list->resval;
         }
     }
-    return chain.take();
+    return ResultList(chain.take());
 }
 
 ResultList toResults(const Arguments& values) {
-    Chain chain;
+    ResultChain chain;
     for (const Value& value : values) addValue(chain, value, WholeNumbers::AreLists);
-    return chain.take();
+    return ResultList(chain.take());
 }
 
 ResultList toResults(const Value& value) {
-    Chain chain;
+    ResultChain chain;
     addValue(chain, value, WholeNumbers::AreLists);
-    return chain.take();
+    return ResultList(chain.take());
 }
 
 ResultList toAnswers(const Arguments& values) {
-    Chain chain;
+    ResultChain chain;
     for (const Value& value : values) addValue(chain, value, WholeNumbers::ArePoints);
-    return chain.take();
+    return ResultList(chain.take());
 }
 
 Value takeValue(const resbuf*& item) {
@@ -367,7 +348,7 @@ Value toEntityList(const resbuf* groups) {
 }
 
 ResultList fromEntityList(const Value& list) {
-    Chain chain;
+    ResultChain chain;
     if (!list.isPair()) throwBadType("listp", list);
     for (Items items(list); !items.done(); items.next()) {
         const Value& group = *items;
@@ -378,7 +359,7 @@ ResultList fromEntityList(const Value& list) {
         else
             addGroup(chain, group);
     }
-    return chain.take();
+    return ResultList(chain.take());
 }
 
 }  // namespace hostcad::lisp

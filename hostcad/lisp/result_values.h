@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "hostcad/lisp/value.h"
-#include "platform/ads/result_buffer.h"
+#include "platform/ads/result_chain.h"
 
 namespace hostcad::lisp {
 

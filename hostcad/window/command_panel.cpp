@@ -8,6 +8,8 @@
 #include <QRegularExpression>
 #include <QVBoxLayout>
 
+#include "platform/ui/qt/qt_text.h"
+
 namespace hostcad {
 namespace {
 
@@ -22,7 +24,7 @@ QString link(const QString& word, const QString& shown) {
 QString promptWithLinks(const QString& text, const Keywords& keywords) {
     static const QRegularExpression kWords("[\\[(]([^\\])]*)[\\])]");
     QStringList missing;
-    for (const std::string& word : keywords.shown()) missing << QString::fromStdString(word);
+    for (const std::string& word : keywords.shown()) missing << ui::toQt(word);
     QString rich;
     qsizetype done = 0;
     QRegularExpressionMatchIterator matches = kWords.globalMatch(text);
@@ -33,8 +35,8 @@ QString promptWithLinks(const QString& text, const Keywords& keywords) {
             QString bare = QString(item).remove('<').remove('>').trimmed();
             // "Auto keys on" is the keyword Auto and a word on what it does.
             auto keyword = keywords.match(bare.section(' ', 0, 0).toStdString());
-            items << (keyword ? link(QString::fromStdString(*keyword), item) : item.toHtmlEscaped());
-            if (keyword) missing.removeAll(QString::fromStdString(*keyword));
+            items << (keyword ? link(ui::toQt(*keyword), item) : item.toHtmlEscaped());
+            if (keyword) missing.removeAll(ui::toQt(*keyword));
         }
         rich += text.mid(done, match.capturedStart(1) - done).toHtmlEscaped() + items.join('/');
         done = match.capturedEnd(1);
@@ -84,7 +86,7 @@ void CommandPanel::write(std::string_view text) {
             cursor.removeSelectedText();
             rewritesLine_ = false;
         }
-        cursor.insertText(QString::fromUtf8(text.data() + start, static_cast<int>(end - start)));
+        cursor.insertText(ui::toQt(text.substr(start, end - start)));
     };
     for (size_t i = 0; i < text.size(); ++i) {
         if (text[i] != '\r' && text[i] != '\n') continue;
@@ -103,7 +105,7 @@ void CommandPanel::write(std::string_view text) {
 }
 
 void CommandPanel::showPrompt(const Prompt& prompt) {
-    prompt_->setText(promptWithLinks(QString::fromStdString(prompt.text).trimmed(), prompt.keywords));
+    prompt_->setText(promptWithLinks(ui::toQt(prompt.text).trimmed(), prompt.keywords));
 }
 
 void CommandPanel::clearPrompt() {

@@ -12,13 +12,12 @@
 #include "hostcad/window/linked_record.h"
 #include "platform/scope/temporary_value.h"
 #include "platform/text/text.h"
+#include "platform/ui/qt/qt_text.h"
 
 namespace hostcad {
 namespace {
 
-QString toQt(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
+using ui::toQt;
 
 std::string handleText(uint64_t handle) {
     return text::format("%lX", static_cast<unsigned long>(handle));

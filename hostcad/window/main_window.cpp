@@ -23,15 +23,14 @@
 #include "hostcad/window/icons.h"
 #include "hostcad/window/menu_file.h"
 #include "hostcad/window/properties.h"
+#include "platform/ui/qt/qt_text.h"
 
 namespace hostcad {
 namespace {
 
 constexpr int kMostRecent = 8;
 
-QString toQt(const std::string& text) {
-    return QString::fromStdString(text);
-}
+using ui::toQt;
 
 }  // namespace
 

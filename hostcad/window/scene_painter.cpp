@@ -5,6 +5,7 @@
 
 #include "hostcad/window/colours.h"
 #include "hostcad/window/drawn_text.h"
+#include "platform/ui/qt/qt_text.h"
 
 namespace hostcad {
 namespace {
@@ -187,7 +188,7 @@ void ScenePainter::paintTexts(QImage& picture) {
         painter.setTransform(
             QTransform(text.alongX * s, -text.alongY * s, -text.upX * s, text.upY * s, at.x(), at.y()));
         painter.setPen(QColor::fromRgb(pending.colour));
-        painter.drawText(QPointF(), QString::fromUtf8(text.text.data(), static_cast<int>(text.text.size())));
+        painter.drawText(QPointF(), ui::toQt(text.text));
     }
 }
 

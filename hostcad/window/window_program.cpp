@@ -8,8 +8,8 @@
 
 #include "hostcad/editor/host.h"
 #include "hostcad/window/main_window.h"
-#include "platform/files/files.h"
 #include "platform/ui/qt/qt_backend.h"
+#include "platform/ui/qt/qt_text.h"
 
 namespace hostcad {
 namespace {
@@ -26,7 +26,7 @@ void tryToLoad(Host& host, const Product& product) {
     try {
         loadProduct(host, product);
     } catch (const lisp::Error& error) {
-        host.write("\n; error: " + error.fullText() + "\n");
+        host.tell(error);
     }
 }
 
@@ -49,7 +49,7 @@ int runWindowProgram(int count, char** words, const Product& product) {
     QApplication application(count, words);
     // Numbers are written with a point whatever the language of the desktop.
     std::setlocale(LC_NUMERIC, "C");
-    QApplication::setOrganizationName(QString::fromStdString(product.organization));
+    QApplication::setOrganizationName(ui::toQt(product.organization));
     QApplication::setApplicationName("hostcad");
 
     MainWindow window;
