@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <charconv>
 
 #include "module/exchange/dbf_file.h"
 #include "module/gisfile/report.h"
@@ -42,10 +41,7 @@ void describeFields(Report& report, const DbfHandle* table) {
 // Numbers may be missing: blank, or asterisks.
 bool isNumber(std::string_view value) {
     if (value.find_first_not_of('*') == std::string_view::npos) return true;
-    if (value.front() == '+') value.remove_prefix(1);
-    double number = 0;
-    auto [end, error] = std::from_chars(value.data(), value.data() + value.size(), number);
-    return error == std::errc() && end == value.data() + value.size();
+    return text::wholeReal(value).has_value();
 }
 
 void checkRecord(Report& report, DbfHandle* table, int32_t record) {

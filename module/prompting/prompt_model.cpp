@@ -1,7 +1,6 @@
 #include "module/prompting/prompt_model.h"
 
 #include <cerrno>
-#include <charconv>
 #include <cstdlib>
 
 #include "module/prompting/known_attributes.h"
@@ -39,11 +38,7 @@ int ClassifyNumber(const std::string& text) {
     if (*end == '\0') return 2;
 
     // The error indicator is not cleared in between: an integer part that is too large spoils the real.
-    std::string_view rest = text::trimLeft(text);
-    if (text::startsWith(rest, "+") && !text::startsWith(rest, "+-")) rest.remove_prefix(1);
-    double value = 0;
-    auto [stop, error] = std::from_chars(rest.data(), rest.data() + rest.size(), value);
-    return error == std::errc() && stop == rest.data() + rest.size() && errno != ERANGE ? 1 : 0;
+    return errno != ERANGE && text::wholeReal(text::trimLeft(text)) ? 1 : 0;
 }
 
 namespace {

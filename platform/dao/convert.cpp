@@ -1,6 +1,5 @@
 #include "platform/dao/convert.h"
 
-#include <charconv>
 #include <cmath>
 #include <limits>
 
@@ -40,23 +39,13 @@ std::string_view nameOfType(int type) {
                         field.name + ".");
 }
 
-// The whole text as one number with a decimal point, blanks around it allowed.
-bool numberFromText(std::string_view s, double& number) {
-    s = text::trim(s);
-    if (!s.empty() && s.front() == '+') s.remove_prefix(1);
-    // from_chars would also take "inf" and "nan".
-    size_t digit = s.find_first_not_of("-.");
-    if (digit == std::string_view::npos || s[digit] < '0' || s[digit] > '9') return false;
-    auto [end, error] = std::from_chars(s.data(), s.data() + s.size(), number);
-    return error == std::errc() && end == s.data() + s.size();
-}
-
 double toNumber(const Variant& value, const CDaoFieldInfo& field) {
     double number;
     if (numberOf(value, number)) return number;
-    bool isNumber = value.is<std::string>() && numberFromText(value.get<std::string>(), number);
-    if (!isNumber) conversionError(value, field);
-    return number;
+    std::optional<double> read;
+    if (value.is<std::string>()) read = text::wholeReal(text::trim(value.get<std::string>()));
+    if (!read) conversionError(value, field);
+    return *read;
 }
 
 template <typename T>

@@ -134,13 +134,28 @@ std::string fromReal(double value) {
     return stripZeros(format("%.9lf", value));
 }
 
-double toReal(std::string_view s) {
-    s = trimLeft(s);
-    if (!s.empty() && s.front() == '+' && s.size() > 1 && s[1] != '-') s.remove_prefix(1);
-    double value = 0;
+size_t readReal(std::string_view s, double& value) {
+    const char* begin = s.data();
+    const bool signIsPlus = !s.empty() && s.front() == '+';
+    if (signIsPlus) s.remove_prefix(1);
+    // from_chars takes "inf" and "nan" too, and a second sign behind the plus.
+    size_t first = s.find_first_not_of(signIsPlus ? "." : "-.");
+    if (first == std::string_view::npos || s[first] < '0' || s[first] > '9') return 0;
+    value = 0;
     auto [end, error] = std::from_chars(s.data(), s.data() + s.size(), value);
-    if (error == std::errc::result_out_of_range) return std::strtod(std::string(s).c_str(), nullptr);
-    return error == std::errc() ? value : 0;
+    if (error != std::errc()) return 0;
+    return static_cast<size_t>(end - begin);
+}
+
+double toReal(std::string_view s) {
+    double value = 0;
+    return readReal(trimLeft(s), value) > 0 ? value : 0;
+}
+
+std::optional<double> wholeReal(std::string_view s) {
+    double value = 0;
+    size_t used = readReal(s, value);
+    return used > 0 && used == s.size() ? std::optional(value) : std::nullopt;
 }
 
 long toLong(std::string_view s) {

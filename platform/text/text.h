@@ -1,6 +1,7 @@
 // Text helpers. All text inside the program is UTF-8.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -28,8 +29,14 @@ std::string replaceAll(std::string_view s, std::string_view what, std::string_vi
 std::string fromReal(double value);
 // Trailing zeros behind a point cut, then the point itself. Text without a point stays.
 std::string stripZeros(std::string s);
-// The number that text begins with (atof): 0 when there is none. Always with a point, whatever the locale.
+// A number is digits with a point, a sign and an exponent where there are such, always with a point, whatever
+// the locale. One that no double holds counts as none.
+// How many characters of the number at the beginning of the text there are; 0 when it begins with none.
+size_t readReal(std::string_view s, double& value);
+// The number that text begins with, blanks in front of it allowed: 0 when there is none.
 double toReal(std::string_view s);
+// The number that all of the text is.
+std::optional<double> wholeReal(std::string_view s);
 // The integer that text begins with (atol, base 10): 0 when there is none.
 long toLong(std::string_view s);
 

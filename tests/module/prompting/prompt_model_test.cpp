@@ -99,7 +99,8 @@ TEST(PromptModel, NumbersAreClassified) {
     for (const char* integer : {"12", "-7", "+3", "0x1F", "010", "99999999999", " 5", ""})
         EXPECT_EQ(ClassifyNumber(integer), 2) << integer;
     for (const char* real : {"1.0", "1e5", "-.5", "5.", "+2.5"}) EXPECT_EQ(ClassifyNumber(real), 1) << real;
-    for (const char* none : {"abc", "1,5", "12 ", "1e999", "0x", "--1", "99999999999999999999.5"})
+    for (const char* none : {"abc", "inf", "NAN", "-Infinity", "INFLOW", "1,5", "12 ", "1e999", "0x", "--1",
+                             "99999999999999999999.5"})
         EXPECT_EQ(ClassifyNumber(none), 0) << none;
 }
 
@@ -164,6 +165,8 @@ TEST(Equation, CodesAndRowsAreNumbers) {
     EXPECT_EQ(evaluated("$EQN=$NOR", somePoint()), "1000.5");
     EXPECT_EQ(evaluated("$eqn=$nor-1000", somePoint()), "0.5");
     EXPECT_EQ(evaluated("$EQN=$LAT+0", somePoint()), "0");
+    EXPECT_EQ(evaluated("$EQN=INFLOW+INFLOW"), "0") << "a word that begins as infinity does";
+    EXPECT_EQ(evaluated("$EQN=OWNER*2", {}, {"OWNER"}, PlainCells({"NANCY"})), "0");
     EXPECT_EQ(evaluated("$EQN=$NOR+$NOR", somePoint()), "2001");
     EXPECT_EQ(evaluated("$EQN=A+A", {}, {"A"}, PlainCells({"3"})), "3");
     EXPECT_EQ(evaluated("$EQN=A*2", {}, {"A"}, PlainCells({""})), "0");

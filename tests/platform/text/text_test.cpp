@@ -27,6 +27,14 @@ TEST(Text, NumbersAsTheProgramWritesAndReadsThem) {
     EXPECT_EQ(text::toReal("(2"), 0);
     EXPECT_EQ(text::toReal("1E"), 1);
     EXPECT_EQ(text::toReal("1,5"), 1);
+    for (const char* word :
+         {"INFLOW", "inf", "-infinity", "NANCY", "nan(1)", "+-1", "-", ".", "1e999", "x1", ""}) {
+        EXPECT_EQ(text::toReal(word), 0) << word;
+        EXPECT_FALSE(text::wholeReal(word)) << word;
+    }
+    EXPECT_EQ(text::wholeReal("+1.5e1"), 15);
+    EXPECT_FALSE(text::wholeReal("1.5 "));
+    EXPECT_FALSE(text::wholeReal("12abc"));
     EXPECT_EQ(text::toLong("-42.9"), -42);
     EXPECT_EQ(text::toLong("x"), 0);
 }
