@@ -55,8 +55,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, size_t size) {
     Host host(lines, lines, view);
     Heap::limit = Heap::used + kMostMemory;
     for (const char* name : kForbidden) host.lisp().intern(name)->value = {};
-    for (const char* name : kForbiddenCommands)
-        host.commands().define<NoCommand>(name);
+    for (const char* name : kForbiddenCommands) host.commands().define<NoCommand>(name);
     host.lisp().limitSteps(kMostSteps);
     try {
         host.lisp().runText(program, "fuzz.lsp");

@@ -58,6 +58,15 @@ Acad::ErrorStatus DrawingObject::putText(int code, const char* text) {
     return put(currentDrawing().arena().text(code, text));
 }
 
+bool DrawingObject::hasFlag(int64_t flag) const {
+    return integerOf(groups(), 70) & flag;
+}
+
+Acad::ErrorStatus DrawingObject::putFlag(int64_t flag, bool on) {
+    int64_t others = integerOf(groups(), 70) & ~flag;
+    return put(integerGroup(70, others | (on ? flag : 0)));
+}
+
 Frame DrawingObject::frame() const {
     const Group* normal = find(groups(), 210);
     return normal ? extrusionFrame(normal->point()) : Frame{};

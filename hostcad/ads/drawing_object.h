@@ -26,6 +26,9 @@ struct DrawingObject {
     Acad::ErrorStatus store(const std::vector<hostcad::Group>& groups);
     Acad::ErrorStatus put(const hostcad::Group& group);
     Acad::ErrorStatus putText(int code, const char* text);
+    // A bit of the flags in group 70.
+    bool hasFlag(int64_t flag) const;
+    Acad::ErrorStatus putFlag(int64_t flag, bool on);
     // Points of an entity with an extrusion direction are stored in its own system, and are given in the
     // world's.
     AcGePoint3d worldPoint(int code) const;

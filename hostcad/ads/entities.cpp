@@ -1,6 +1,5 @@
 // Reading, walking and changing entities by their names.
 #include <algorithm>
-#include <charconv>
 
 #include "hostcad/ads/group_lists.h"
 #include "hostcad/drawing/entity_builder.h"
@@ -236,12 +235,10 @@ int acdbEntUpd(const ads_name entity) {
 
 int acdbHandEnt(const char* handle, ads_name entity) {
     if (!handle) return RTERROR;
-    uint64_t value = 0;
-    const char* end = handle + std::strlen(handle);
-    auto [stop, error] = std::from_chars(handle, end, value, 16);
-    if (error != std::errc() || stop != end) return RTERROR;
+    std::optional<uint64_t> value = readHandle(handle);
+    if (!value) return RTERROR;
     const Drawing& drawing = currentDrawing();
-    ObjectId id = drawing.byHandle(value);
+    ObjectId id = drawing.byHandle(*value);
     if (!drawing.exists(id) || !isNamed(drawing.object(id).kind)) return RTERROR;
     nameOf(id, entity);
     return RTNORM;

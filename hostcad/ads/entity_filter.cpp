@@ -258,8 +258,7 @@ bool EntityFilter::Node::matchesGroup(const Group& group) const {
             return true;
         }
         case ValueKind::Handle:
-            if (groupKindOf(code) == GroupKind::Handle)
-                return matchesText(text::format("%lX", static_cast<unsigned long>(group.handle)));
+            if (groupKindOf(code) == GroupKind::Handle) return matchesText(handleText(group.handle));
             return (group.handle == handle) != (relations[0] == Relation::Unequal);
         case ValueKind::Binary:
             break;

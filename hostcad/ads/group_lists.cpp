@@ -1,11 +1,9 @@
 #include "hostcad/ads/group_lists.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <limits>
 #include <numbers>
-#include <utility>
 
 #include "hostcad/drawing/host_names.h"
 #include "hostcad/dxf/text_codec.h"
@@ -19,14 +17,6 @@ char* copyText(std::string_view text) {
     std::copy(text.begin(), text.end(), copy);
     copy[text.size()] = '\0';
     return copy;
-}
-
-char* copyHandle(uint64_t handle) {
-    char digits[17];
-    auto [end, error] = std::to_chars(digits, digits + 16, handle, 16);
-    for (char* p = digits; p != end; ++p)
-        if (*p >= 'a') *p = static_cast<char>(*p - 'a' + 'A');
-    return copyText({digits, static_cast<size_t>(end - digits)});
 }
 
 // A reference to an object that the drawing does not have keeps its handle in the name's second number, so
@@ -86,7 +76,7 @@ void addGroup(ResultChain& list, const Drawing& drawing, const Group& group) {
             break;
         case GroupKind::Handle:
             value.rstring =
-                group.kind == ValueKind::Handle ? copyHandle(group.handle) : copyText(group.text());
+                copyText(group.kind == ValueKind::Handle ? handleText(group.handle) : group.text());
             break;
         case GroupKind::Binary: {
             std::string_view bytes = group.kind == ValueKind::Binary ? group.chunk() : group.text();
@@ -136,13 +126,9 @@ Group groupOf(Drawing& drawing, const resbuf& item, const Group* like) {
             return integerGroup(code, value.rlong);
         case GroupKind::Name:
             return handleGroup(code, handleOfName(drawing, value.rlname));
-        case GroupKind::Handle: {
-            uint64_t handle = 0;
-            std::string_view s = text();
-            auto [stop, error] = std::from_chars(s.data(), s.data() + s.size(), handle, 16);
-            if (error == std::errc() && stop == s.data() + s.size()) return handleGroup(code, handle);
+        case GroupKind::Handle:
+            if (auto handle = readHandle(text())) return handleGroup(code, *handle);
             break;
-        }
         case GroupKind::Binary:
             return arena.binary(
                 code, {value.rbinary.buf, static_cast<size_t>(std::max<short>(value.rbinary.clen, 0))});

@@ -61,7 +61,7 @@ AcDbObjectId AcDbObject::objectId() const {
 std::string AcDbObject::handle() const {
     if (!host_->inDrawing()) return "";
     uint64_t handle = currentDrawing().object(host_->id).handle;
-    return handle ? text::format("%lX", static_cast<unsigned long>(handle)) : "";
+    return handle ? handleText(handle) : "";
 }
 
 std::string AcDbObject::dxfName() const {

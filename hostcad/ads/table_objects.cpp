@@ -113,16 +113,15 @@ Acad::ErrorStatus AcDbLayerTableRecord::setIsOff(bool off) {
 }
 
 bool AcDbLayerTableRecord::isFrozen() const {
-    return integerOf(host_->groups(), 70) & kFrozen;
+    return host_->hasFlag(kFrozen);
 }
 
 Acad::ErrorStatus AcDbLayerTableRecord::setIsFrozen(bool frozen) {
-    int64_t flags = integerOf(host_->groups(), 70) & ~kFrozen;
-    return host_->put(integerGroup(70, flags | (frozen ? kFrozen : 0)));
+    return host_->putFlag(kFrozen, frozen);
 }
 
 bool AcDbLayerTableRecord::isLocked() const {
-    return integerOf(host_->groups(), 70) & kLocked;
+    return host_->hasFlag(kLocked);
 }
 
 AcDbBlockTableRecord::AcDbBlockTableRecord() {

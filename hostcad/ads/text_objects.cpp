@@ -152,10 +152,10 @@ std::string AcDbAttributeDefinition::prompt() const {
     return std::string(textOf(host_->groups(), 3));
 }
 bool AcDbAttributeDefinition::isConstant() const {
-    return integerOf(host_->groups(), 70) & kConstant;
+    return host_->hasFlag(kConstant);
 }
 bool AcDbAttributeDefinition::isInvisible() const {
-    return integerOf(host_->groups(), 70) & kInvisible;
+    return host_->hasFlag(kInvisible);
 }
 int AcDbAttributeDefinition::fieldLength() const {
     return static_cast<int>(integerOf(host_->groups(), 73));
@@ -174,12 +174,11 @@ Acad::ErrorStatus AcDbAttribute::setTag(const char* tag) {
 }
 
 bool AcDbAttribute::isInvisible() const {
-    return integerOf(host_->groups(), 70) & kInvisible;
+    return host_->hasFlag(kInvisible);
 }
 
 Acad::ErrorStatus AcDbAttribute::setInvisible(bool invisible) {
-    int64_t flags = integerOf(host_->groups(), 70) & ~kInvisible;
-    return host_->put(integerGroup(70, flags | (invisible ? kInvisible : 0)));
+    return host_->putFlag(kInvisible, invisible);
 }
 
 int AcDbAttribute::fieldLength() const {

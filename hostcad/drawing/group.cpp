@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <cmath>
 #include <cstring>
 
@@ -67,6 +68,21 @@ Group handleGroup(int code, uint64_t handle) {
     Group group{static_cast<int16_t>(code), ValueKind::Handle, 0, {}};
     group.handle = handle;
     return group;
+}
+
+std::string handleText(uint64_t handle) {
+    char digits[16];
+    auto [end, error] = std::to_chars(digits, digits + sizeof digits, handle, 16);
+    for (char* p = digits; p != end; ++p)
+        if (*p >= 'a') *p = static_cast<char>(*p - 'a' + 'A');
+    return {digits, end};
+}
+
+std::optional<uint64_t> readHandle(std::string_view text) {
+    uint64_t handle = 0;
+    auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), handle, 16);
+    if (error != std::errc() || stop != text.data() + text.size()) return {};
+    return handle;
 }
 
 bool operator==(const Group& a, const Group& b) {

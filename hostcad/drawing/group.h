@@ -4,7 +4,9 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -68,6 +70,10 @@ inline int thirdCoordinate(int code) {
 Group realGroup(int code, double value);
 Group integerGroup(int code, int64_t value);
 Group handleGroup(int code, uint64_t handle);
+
+// A handle as files and users have it, hexadecimal in capitals; and back, nothing for a text that is none.
+std::string handleText(uint64_t handle);
+std::optional<uint64_t> readHandle(std::string_view text);
 
 // The same code and value; points must have the same number of coordinates.
 bool operator==(const Group& a, const Group& b);

@@ -123,13 +123,7 @@ class BinaryOutput {
         }
     }
 
-    void handle(int code, uint64_t value) {
-        char digits[20];
-        auto [end, error] = std::to_chars(digits, digits + sizeof digits, value, 16);
-        for (char* p = digits; p != end; ++p)
-            if (*p >= 'a') *p = static_cast<char>(*p - 'a' + 'A');
-        text(code, {digits, static_cast<size_t>(end - digits)});
-    }
+    void handle(int code, uint64_t value) { text(code, handleText(value)); }
 
     void chunk(int code, std::string_view bytes) {
         // Longer chunks are cut in pieces: readers take a run of such groups as one.

@@ -66,7 +66,7 @@ std::string valueText(const Group& group) {
         case ValueKind::Integer:
             return std::to_string(group.integer);
         case ValueKind::Handle:
-            return text::format("%llX", static_cast<unsigned long long>(group.handle));
+            return handleText(group.handle);
         case ValueKind::Point: {
             std::string s = "X=" + text::fromReal(group.x()) + "  Y=" + text::fromReal(group.y());
             return group.size > 2 ? s + "  Z=" + text::fromReal(group.z()) : s;
@@ -107,8 +107,7 @@ std::string listingOf(const Drawing& drawing, ObjectId entity) {
     std::string out = text::format("\n%18s", "") + std::string(drawing.type(entity)) + "  Layer: \"" +
                       std::string(textOf(groups, 8, "0")) + "\"";
     addLine(out, "Space:", integerOf(groups, 67) ? "Paper space" : "Model space");
-    addLine(out,
-            "Handle =", text::format("%llX", static_cast<unsigned long long>(drawing.object(entity).handle)));
+    addLine(out, "Handle =", handleText(drawing.object(entity).handle));
     addGeometry(out, drawing, entity);
     double area = enclosedArea(drawing, entity);
     if (area != 0) addLine(out, "area", text::format("%.4f", area));

@@ -95,6 +95,11 @@ bool take(std::string_view& s, char c) {
     s.remove_prefix(1);
     return true;
 }
+double takeSign(std::string_view& s) {
+    if (take(s, '-')) return -1;
+    take(s, '+');
+    return 1;
+}
 
 void skipBlanks(std::string_view& s) {
     s = text::trimLeft(s);
@@ -201,11 +206,7 @@ std::string angleText(double radians, AngleFormat format, int precision, int zer
 
 std::optional<double> parseLength(std::string_view s) {
     s = text::trim(s);
-    double sign = 1;
-    if (take(s, '-'))
-        sign = -1;
-    else
-        take(s, '+');
+    double sign = takeSign(s);
     if (s.empty() || s.front() == '-' || s.front() == '+') return {};
     std::optional<double> number = takeMixedNumber(s);
     if (!number || !std::isfinite(*number)) return {};
@@ -227,11 +228,7 @@ std::optional<double> parseLength(std::string_view s) {
 std::optional<double> parseAngle(std::string_view s, AngleFormat format) {
     s = text::trim(s);
     if (std::optional<double> bearing = parseBearing(s)) return bearing;
-    double sign = 1;
-    if (take(s, '-'))
-        sign = -1;
-    else
-        take(s, '+');
+    double sign = takeSign(s);
     bool marked = false;
     std::optional<double> number = takeDegrees(s, marked);
     if (!number || !std::isfinite(*number)) return {};

@@ -4,6 +4,7 @@
 
 #include "hostcad/lisp/error.h"
 #include "platform/ads/entities.h"
+#include "platform/scope/temporary_value.h"
 
 namespace hostcad::lisp {
 
@@ -107,13 +108,12 @@ void Value::destroy() noexcept {
     auto& cells = doomed();
     cells.emplace_back(type_, data_.cell);
     if (disposing) return;
-    disposing = true;
+    TemporaryValue now(disposing, true);
     while (!cells.empty()) {
         auto [type, cell] = cells.back();
         cells.pop_back();
         disposeNow(type, cell);
     }
-    disposing = false;
 }
 
 Symbol* Symbol::truth() {

@@ -19,10 +19,6 @@ namespace {
 
 using ui::toQt;
 
-std::string handleText(uint64_t handle) {
-    return text::format("%lX", static_cast<unsigned long>(handle));
-}
-
 }  // namespace
 
 // --- The table ---------------------------------------------------------------------------------------------

@@ -27,7 +27,7 @@ std::string valueText(const Group& group) {
         case ValueKind::Integer:
             return std::to_string(group.integer);
         case ValueKind::Handle:
-            return text::format("%lX", static_cast<unsigned long>(group.handle));
+            return handleText(group.handle);
         case ValueKind::Binary:
             return std::to_string(group.size) + " bytes";
         case ValueKind::Point:
@@ -55,7 +55,7 @@ PropertyGroup generalOf(const Drawing& drawing, ObjectId id) {
     add("Layer", std::string(textOf(groups, 8, "0")));
     add("Colour", colourText(integerOf(groups, 62, 256)));
     add("Line type", lineTypeText(textOf(groups, 6, "BYLAYER")));
-    add("Handle", text::format("%lX", static_cast<unsigned long>(drawing.object(id).handle)));
+    add("Handle", handleText(drawing.object(id).handle));
     if (type == "INSERT" || type == "DIMENSION") add("Block", std::string(textOf(groups, 2)));
     if (type == "TEXT" || type == "MTEXT") add("Text", std::string(textOf(groups, 1)));
     const Group* at = find(groups, 10);
