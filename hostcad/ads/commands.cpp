@@ -3,7 +3,6 @@
 
 #include "hostcad/drawing/host_names.h"
 #include "hostcad/editor/host.h"
-#include "hostcad/lisp/result_values.h"
 #include "platform/ads/editor.h"
 #include "platform/ads/result_chain.h"
 

@@ -4,7 +4,6 @@
 #include "hostcad/lisp/result_values.h"
 #include "platform/ads/editor.h"
 #include "platform/ads/result_chain.h"
-#include "platform/text/text.h"
 
 using hostcad::Host;
 using hostcad::Modules;

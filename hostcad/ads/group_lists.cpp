@@ -7,7 +7,6 @@
 
 #include "hostcad/drawing/host_names.h"
 #include "hostcad/dxf/text_codec.h"
-#include "platform/text/text.h"
 
 namespace hostcad {
 namespace {

@@ -5,7 +5,6 @@
 #include "hostcad/ads/group_lists.h"
 #include "hostcad/drawing/entity_builder.h"
 #include "hostcad/drawing/host_names.h"
-#include "platform/text/text.h"
 
 using namespace hostcad;
 

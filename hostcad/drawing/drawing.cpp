@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include "platform/text/text.h"
-
 namespace hostcad {
 namespace {
 

@@ -2,7 +2,6 @@
 #include <algorithm>
 
 #include "hostcad/drawing/entity_builder.h"
-#include "platform/text/text.h"
 
 namespace hostcad {
 

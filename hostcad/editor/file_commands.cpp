@@ -6,7 +6,6 @@
 #include "hostcad/editor/host.h"
 #include "platform/dao/dao.h"
 #include "platform/files/files.h"
-#include "platform/text/text.h"
 #include "platform/ui/backend.h"
 
 namespace hostcad {

@@ -6,8 +6,6 @@
 #include <array>
 #include <cctype>
 
-#include "platform/text/text.h"
-
 namespace hostcad {
 
 // --- The font ----------------------------------------------------------------------------------------------

@@ -6,7 +6,7 @@
 #include "hostcad/window/drawn_text.h"
 #include "hostcad/window/line_raster.h"
 #include "hostcad/window/scene_picking.h"
-#include "tests/hostcad/window_fixture.h"
+#include "tests/hostcad/window/window_fixture.h"
 
 using hostcad::ObjectId;
 

@@ -3,7 +3,7 @@
 #include <QTableView>
 
 #include "hostcad/window/entity_list.h"
-#include "tests/hostcad/window_fixture.h"
+#include "tests/hostcad/window/window_fixture.h"
 
 using hostcad::ObjectId;
 

@@ -5,7 +5,7 @@
 #include <QMimeData>
 #include <QPushButton>
 
-#include "tests/hostcad/window_fixture.h"
+#include "tests/hostcad/window/window_fixture.h"
 
 namespace {
 

@@ -466,21 +466,6 @@ TEST_P(Entities, LastPreviousAndTheUsersSelection) {
     EXPECT_EQ(acedSSGet(nullptr, nullptr, nullptr, nullptr, set), RTCAN);
 }
 
-TEST(SelectionSet, WalksFastWhileMembersGo) {
-    SelectionSet set;
-    for (ObjectId id = 1; id <= 1000; ++id) EXPECT_TRUE(set.add(id));
-    EXPECT_FALSE(set.add(7));
-    for (size_t i = 0; i < set.size();)
-        if (set.at(i) % 10 != 0)
-            set.remove(set.at(i));
-        else
-            ++i;
-    ASSERT_EQ(set.size(), 100u);
-    for (size_t i = 0; i < 100; ++i) EXPECT_EQ(set.at(i), (i + 1) * 10);
-    EXPECT_EQ(set.at(3), 40u);
-    EXPECT_FALSE(set.remove(41));
-}
-
 // --- A real drawing -----------------------------------------------------------------------------------
 
 class SurveyEntities : public Entities {

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "hostcad/drawing/entity_builder.h"
+#include "hostcad/drawing/selection_set.h"
 #include "hostcad/dxf/blank_drawing.h"
 #include "hostcad/dxf/dxf.h"
 
@@ -139,4 +140,29 @@ TEST(Groups, CommonGroupsGoToTheirSubclass) {
     EXPECT_EQ(realOf(groups, 51), 45);
     dropGroups(groups, 62);
     EXPECT_EQ(find(groups, 62), nullptr);
+}
+
+TEST(SelectionSet, WalksFastWhileMembersGo) {
+    SelectionSet set;
+    for (ObjectId id = 1; id <= 1000; ++id) EXPECT_TRUE(set.add(id));
+    EXPECT_FALSE(set.add(7));
+    for (size_t i = 0; i < set.size();)
+        if (set.at(i) % 10 != 0)
+            set.remove(set.at(i));
+        else
+            ++i;
+    ASSERT_EQ(set.size(), 100u);
+    for (size_t i = 0; i < 100; ++i) EXPECT_EQ(set.at(i), (i + 1) * 10);
+    EXPECT_EQ(set.at(3), 40u);
+    EXPECT_FALSE(set.remove(41));
+}
+
+TEST(Handles, AreReadAsTheyAreWritten) {
+    EXPECT_EQ(handleText(0), "0");
+    EXPECT_EQ(handleText(0x31A), "31A");
+    EXPECT_EQ(handleText(~uint64_t{0}), "FFFFFFFFFFFFFFFF");
+    EXPECT_EQ(readHandle("31a"), 0x31Au);
+    EXPECT_EQ(readHandle("FFFFFFFFFFFFFFFF"), ~uint64_t{0});
+    for (const char* none : {"", "x", "31A ", "-1", "10000000000000000"})
+        EXPECT_FALSE(readHandle(none)) << none;
 }

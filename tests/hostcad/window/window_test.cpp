@@ -8,7 +8,7 @@
 #include "hostcad/window/icons.h"
 #include "hostcad/window/menu_file.h"
 #include "platform/ads/entities.h"
-#include "tests/hostcad/window_fixture.h"
+#include "tests/hostcad/window/window_fixture.h"
 
 using hostcad::ObjectId;
 
