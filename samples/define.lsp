@@ -50,7 +50,7 @@
 
 ;; 5. The hydrant goes out to a feature file, is deleted, and comes in again.
 (ui:file file) (ui:file file) (category "WATER")
-(ui:box "Yes") (ui:box "OK") (ui:box "Yes") (ui:box "Yes")
+(ui:box "Yes") (ui:box "OK") (ui:box "Yes")
 (edit '((double-click 1003 "HYDRANT") (menu "GIS File/Export")
         (menu "Feature/Delete") (menu "GIS File/Import") (key "Ctrl+S")))
 

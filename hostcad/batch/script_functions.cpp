@@ -149,7 +149,7 @@ void defineScriptFunctions(Host& host, BatchInput& input, ui::ScriptedBackend& b
     lisp.defineExternal("ui:log",
                         [&backend](Interpreter&, const Arguments&) { return listOf(backend.log()); });
     lisp.defineExternal("ui:unused",
-                        [&backend](Interpreter&, const Arguments&) { return listOf(backend.unused()); });
+                        [&backend](Interpreter&, const Arguments&) { return listOf(backend.undone()); });
     lisp.defineExternal("ui:clear-log", [&backend](Interpreter&, const Arguments&) {
         backend.clearLog();
         return Value();

@@ -6,7 +6,8 @@
 //   (ui:file "PATH" ...)       the next file boxes, "" to cancel
 //   (ui:log)                   a list of what was shown and done so far
 //   (ui:clear-log)             forgets it
-//   (ui:unused)                answers that nothing has asked for yet
+//   (ui:unused)                answers that nothing has asked for yet, and steps that were refused or left
+//   over
 #pragma once
 
 #include <optional>

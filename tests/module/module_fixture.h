@@ -13,7 +13,7 @@
 
 #include "hostcad/editor/host.h"
 #include "hostcad/lisp/printer.h"
-#include "platform/ui/scripted/scripted_backend.h"
+#include "tests/platform/ui/checked_script.h"
 
 namespace fs = std::filesystem;
 
@@ -57,7 +57,7 @@ class ModuleTest : public testing::Test, private hostcad::Output, private hostca
     static ui::Step focus(std::string control) { return {ui::Step::Kind::Focus, std::move(control)}; }
     static ui::Step show() { return {ui::Step::Kind::Show}; }
 
-    ui::ScriptedBackend ui_;
+    CheckedScript ui_;
     std::unique_ptr<hostcad::Host> host_;
 
   private:

@@ -23,9 +23,11 @@ class Samples : public testing::Test {
     int run(const std::string& arguments) {
         std::string command = "cd " NORVANE_SOURCE_DIR "/samples && NORVANE_USER_DIR=" + folder_ +
                               " NORVANE_DEMO=" + folder_ + " " NORVANE_BIN_DIR "/hostcad-batch " + arguments +
-                              " >" + folder_ + "out 2>&1 </dev/null";
+                              " " NORVANE_SOURCE_DIR "/tests/hostcad/undone.lsp >" + folder_ +
+                              "out 2>&1 </dev/null";
         int status = std::system(command.c_str());
         out_ = files::read(folder_ + "out").value_or("");
+        EXPECT_EQ(out_.find("undone: "), std::string::npos) << out_;
         return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     }
     bool said(const std::string& part) const { return out_.find(part) != std::string::npos; }

@@ -107,6 +107,12 @@ void ScriptedBackend::answer(int resource, std::vector<Step> steps) {
     scripts_[resource].push_back(std::move(steps));
 }
 
+std::vector<std::string> ScriptedBackend::undone() const {
+    std::vector<std::string> all = failed_, left = unused();
+    all.insert(all.end(), left.begin(), left.end());
+    return all;
+}
+
 std::vector<std::string> ScriptedBackend::unused() const {
     std::vector<std::string> left;
     for (const auto& [resource, queue] : scripts_)
@@ -133,8 +139,11 @@ bool ScriptedBackend::open(Dialog& dialog) {
 void ScriptedBackend::close(Dialog& dialog) {
     for (size_t i = running_.size(); i-- > 0;) {
         if (running_[i].first != &dialog) continue;
-        for (const Step& step : running_[i].second)
+        for (const Step& step : running_[i].second) {
             log_.push_back("  left over: " + loggedText(dialog, step));
+            failed_.push_back(text::format("dialog %d left over ", dialog.resource()) +
+                              loggedText(dialog, step));
+        }
         running_.erase(running_.begin() + static_cast<long>(i));
         log_.push_back(
             text::format("dialog %d ended with %s", dialog.resource(), buttonText(dialog.result()).c_str()));
@@ -149,11 +158,13 @@ std::optional<Step> ScriptedBackend::nextStep(Dialog& dialog) {
         steps.pop_front();
         return step;
     }
-    return asker_ ? asker_->step(modelText(dialog)) : std::nullopt;
+    return std::nullopt;
 }
 
 void ScriptedBackend::waitForEvent(Dialog& dialog) {
     std::optional<Step> step = nextStep(dialog);
+    const bool isScripted = step.has_value();
+    if (!step && asker_) step = asker_->step(modelText(dialog));
     if (!step) {
         log_.push_back(
             text::format("  dialog %d has no steps left and is cancelled; it showed\n", dialog.resource()) +
@@ -170,7 +181,11 @@ void ScriptedBackend::waitForEvent(Dialog& dialog) {
     size_t line = log_.size();
     log_.push_back("  " + loggedText(dialog, *step));
     std::string problem = perform(dialog, *step);
-    if (!problem.empty() && line < log_.size()) log_[line] += ": " + problem;
+    if (problem.empty()) return;
+    if (line < log_.size()) log_[line] += ": " + problem;
+    if (isScripted)
+        failed_.push_back(text::format("dialog %d refused ", dialog.resource()) + loggedText(dialog, *step) +
+                          ": " + problem);
 }
 
 std::string ScriptedBackend::perform(Dialog& dialog, const Step& step) {

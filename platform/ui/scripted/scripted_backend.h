@@ -69,8 +69,11 @@ class ScriptedBackend : public Backend {
     // What was shown and done, a line or a block of lines each.
     const std::vector<std::string>& log() const { return log_; }
     void clearLog() { log_.clear(); }
-    // Answers that nothing has asked for yet, each as text; a test looks that there are none.
+    // Answers that nothing has asked for yet, each as text.
     std::vector<std::string> unused() const;
+    // What did not go as the script wanted: steps that were refused or were left over when their dialog ended, and
+    // the unused answers. A test looks that there is nothing.
+    std::vector<std::string> undone() const;
 
     // --- Backend --------------------------------------------------------------------------------------
 
@@ -96,6 +99,7 @@ class ScriptedBackend : public Backend {
     std::deque<std::string> boxes_, files_;
     Asker* asker_ = nullptr;
     std::vector<std::string> log_;
+    std::vector<std::string> failed_;  // steps refused and left over
 };
 
 }  // namespace ui

@@ -36,10 +36,15 @@ class BatchTest : public testing::Test {
         problems_ = read("problems");
         return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     }
+    // The same with a script, of which nothing may be left over but what is told.
     int run(const std::string& script, const std::string& options = "--no-module",
-            const std::string& typed = "") {
+            const std::string& typed = "", const std::string& undone = "") {
         write("script.lsp", script);
-        return runProgram(options + " script.lsp", typed);
+        int status =
+            runProgram(options + " script.lsp " NORVANE_SOURCE_DIR "/tests/hostcad/undone.lsp", typed);
+        const size_t found = out_.find("\nundone: ");
+        EXPECT_EQ(found == std::string::npos ? "" : out_.substr(found), undone);
+        return status;
     }
     bool said(const std::string& part) const { return out_.find(part) != std::string::npos; }
     bool complained(const std::string& part) const { return problems_.find(part) != std::string::npos; }
@@ -130,7 +135,8 @@ TEST_F(BatchTest, AnswersBoxesAndKeepsALog) {
     EXPECT_EQ(run("(ui:file \"/tmp/chosen.dxf\")"
                   "(print (getfiled \"Choose\" \"\" \"dxf\" 0)) (print (getfiled \"Choose\" \"\" \"dxf\" 1))"
                   "(alert \"Careful!\") (foreach line (ui:log) (princ line) (terpri))"
-                  "(ui:box \"Yes\") (print (ui:unused)) (ui:clear-log) (print (ui:log))"),
+                  "(ui:box \"Yes\") (print (ui:unused)) (ui:clear-log) (print (ui:log))",
+                  "--no-module", "", "\nundone: box \"Yes\"\n"),
               0)
         << problems_;
     EXPECT_TRUE(said("\"/tmp/chosen.dxf\""));

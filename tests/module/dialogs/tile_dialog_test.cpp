@@ -1,9 +1,9 @@
 // A dialog built from tiles, run by a script with the measures of a fixed font.
 #include "module/dialogs/tile_dialog.h"
+#include "tests/platform/ui/checked_script.h"
 
 #include <gtest/gtest.h>
 
-#include "platform/ui/scripted/scripted_backend.h"
 
 using namespace norvane;
 
@@ -78,7 +78,7 @@ class TileDialogTest : public testing::Test {
         while (d.running()) d.pumpOnce();
     }
 
-    ui::ScriptedBackend backend_;
+    CheckedScript backend_;
     std::string pressed_, text_, selection_;
 };
 

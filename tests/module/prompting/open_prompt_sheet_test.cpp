@@ -2,9 +2,9 @@
 #include "module/prompting/open_prompt_sheet.h"
 
 #include "module/store/template_database.h"
-#include "platform/ui/scripted/scripted_backend.h"
 #include "tests/hostcad/host_fixture.h"
 #include "tests/platform/dao/scratch.h"
+#include "tests/platform/ui/checked_script.h"
 
 using namespace norvane;
 
@@ -45,7 +45,7 @@ class SheetForATool : public hostcad::HostTest {
     }
 
     ScratchFolder folder_;
-    ui::ScriptedBackend ui_;
+    CheckedScript ui_;
 };
 
 }  // namespace
@@ -60,6 +60,7 @@ TEST_F(SheetForATool, NothingOfOneEntityReachesTheNext) {
     EXPECT_FALSE(show("POLE", "2", false)) << "a sheet that is cancelled after one that was saved";
     EXPECT_FALSE(show("NONE", "3", true)) << "a feature that is not there after one that was";
     ASSERT_EQ(ui_.unused().size(), 1u) << "the sheet of the feature that is not there was not shown";
+    ui_.expectUndone("steps for dialog 134");
 
     std::optional<SavedRecord> last =
         show("POLE", "#AUTO#", true);  // its answers stand behind the unused ones

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/ui/backend.h"
-#include "platform/ui/scripted/scripted_backend.h"
+#include "tests/platform/ui/checked_script.h"
 
 using ui::Step;
 
@@ -83,7 +83,7 @@ class UiTest : public testing::Test {
             if (line.find(part) != std::string::npos) return true;
         return false;
     }
-    ui::ScriptedBackend backend_;
+    CheckedScript backend_;
 };
 
 }  // namespace
@@ -109,6 +109,13 @@ TEST_F(UiTest, WhatCannotBeDoneIsRefusedAndToldInTheLog) {
     form.find(13)->show(false);
     run(form, {type("12", "x"), click("Apply"), click("Sure"), pick("16", "ELM"), click("none"),
                cell(1, 1, "x"), cell(2, 3, "MAYBE"), key("Nonsense"), click("Cancel")});
+    for (const char* refused :
+         {R"((text 12 "x"): this edit is read-only)", R"((click "Apply"): "Apply" is disabled)",
+          R"((click "Sure"): "Sure" is not visible)", R"((pick 16 "ELM"): there is no such item)",
+          R"((click "none"): there is no control "none")", R"((cell 1 1 "x"): this cell is not edited)",
+          R"((cell 2 3 "MAYBE"): "MAYBE" is not in the list of this cell)",
+          R"((key "Nonsense"): "Nonsense" is no key)"})
+        backend_.expectUndone(std::string("dialog 900 refused ") + refused);
     EXPECT_EQ(form.happened, "");
     EXPECT_TRUE(logged("read-only") && logged("is disabled") && logged("is not visible") &&
                 logged("no such item"));
@@ -176,6 +183,35 @@ TEST_F(UiTest, TheModelIsPrintedAsAPersonWouldSeeIt) {
     EXPECT_TRUE(logged("'12'"));
 }
 
+TEST_F(UiTest, WhatTheScriptWantedInVainIsKept) {
+    Form form;
+    backend_.answer(901, {click("OK")});
+    backend_.answerBox("Yes");
+    backend_.answerFile("plan.mdb");
+    run(form, {click("Cancel"), click("Apply"), type("11", "x")});
+    backend_.clearLog();
+    for (const char* undone :
+         {"dialog 900 left over (click \"Apply\")", "dialog 900 left over (text 11 \"x\")",
+          "steps for dialog 901", "box \"Yes\"", "file \"plan.mdb\""})
+        backend_.expectUndone(undone);
+}
+
+// What a person types at the console is no script: what is refused is told there and then.
+TEST_F(UiTest, ARefusedStepOfTheAskerIsNotTheScripts) {
+    struct : ui::Asker {
+        std::optional<Step> step(const std::string&) override {
+            return asked++ ? click("Cancel") : click("Nowhere");
+        }
+        std::optional<std::string> answer(const std::string&) override { return {}; }
+        int asked = 0;
+    } asker;
+    backend_.setAsker(&asker);
+    Form form;
+    EXPECT_EQ(run(form, {}), ui::kCancel);
+    EXPECT_EQ(asker.asked, 2);
+    EXPECT_TRUE(logged("no control \"Nowhere\""));
+}
+
 TEST_F(UiTest, BoxesAreAnsweredInOrderAndDismissedWithoutAnAnswer) {
     backend_.answerBox("Yes");
     EXPECT_TRUE(ui::askYesNo("Please confirm", "Really?"));
@@ -223,4 +259,6 @@ TEST_F(UiTest, AListCellIsPickedFromByItsLetters) {
                click("Apply"),
                click("Cancel")});
     EXPECT_EQ(form.happened, "cell 2,3=ASH;command 18;");
+    backend_.expectUndone("dialog 900 refused (key \"x\"): no item of the list begins so");
+    backend_.expectUndone("dialog 900 refused (key \"F2\"): this key does nothing here");
 }

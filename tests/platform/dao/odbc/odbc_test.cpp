@@ -5,9 +5,9 @@
 
 #include "platform/dao/dao.h"
 #include "platform/dao/engine.h"
-#include "platform/ui/scripted/scripted_backend.h"
 #include "tests/platform/dao/description.h"
 #include "tests/platform/dao/odbc/postgres_server.h"
+#include "tests/platform/ui/checked_script.h"
 
 namespace {
 
@@ -295,7 +295,7 @@ class PostgresSource : public ::testing::Test {
     void TearDown() override { ui::setBackend(nullptr); }
 
     PostgresServer& server = PostgresServer::instance();
-    ui::ScriptedBackend backend;
+    CheckedScript backend;
     CDaoDatabase db;
 };
 
