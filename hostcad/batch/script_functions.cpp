@@ -144,6 +144,10 @@ void defineScriptFunctions(Host& host, BatchInput& input, ui::ScriptedBackend& b
         return Value();
     });
     lisp.defineExternal("ui:box", forEachString([&backend](const std::string& s) { backend.answerBox(s); }));
+    lisp.defineExternal("ui:box-for", [&backend](Interpreter&, const Arguments& a) {
+        backend.answerQuestion(a.string(0), a.string(1));
+        return Value();
+    });
     lisp.defineExternal("ui:file",
                         forEachString([&backend](const std::string& s) { backend.answerFile(s); }));
     lisp.defineExternal("ui:log",

@@ -3,6 +3,7 @@
 //   (host:input ANSWER ...)    queues answers for the prompts of the command line
 //   (ui:answer ID STEP ...)    queues steps for the next dialog with that resource id
 //   (ui:box "Yes" ...)         answers the next message boxes: "OK", "Cancel", "Yes" or "No"
+//   (ui:box-for "NAME" "Yes")  answers the next question of our own with that title, or whose text begins so
 //   (ui:file "PATH" ...)       the next file boxes, "" to cancel
 //   (ui:log)                   a list of what was shown and done so far
 //   (ui:clear-log)             forgets it

@@ -30,6 +30,10 @@ int messageBox(const std::string& title, const std::string& text, unsigned flags
     return buttons == kBoxOk ? kOk : buttons == kBoxYesNo ? kNo : kCancel;
 }
 
+int ask(const OwnQuestion& question) {
+    return g_backend ? g_backend->ask(question) : question.defaultAnswer;
+}
+
 std::optional<std::string> fileBox(const FileBox& box) {
     if (!g_backend) return std::nullopt;
     std::optional<std::string> path = g_backend->fileBox(box);

@@ -28,6 +28,15 @@ struct MessageBox {
     unsigned flags = kBoxAlert;
 };
 
+// A question that we have added to what a tool asks. Scripts that do not know it run as before: it is
+// answered by name, and the answers for message boxes are not used up.
+struct OwnQuestion {
+    std::string title;
+    std::string text;
+    unsigned flags = kBoxAlert | kBoxYesNo;
+    int defaultAnswer = kNo;  // where nobody answers: kOk, kCancel, kYes or kNo
+};
+
 struct FileBox {
     bool save = false;  // false: an existing file is to be opened
     std::string title;
@@ -49,6 +58,10 @@ class Backend {
     virtual void close(Dialog& dialog) = 0;
     // kOk, kCancel, kYes or kNo.
     virtual int messageBox(const MessageBox& box) = 0;
+    // The same; a view that has answers for certain questions uses those.
+    virtual int ask(const OwnQuestion& question) {
+        return messageBox({question.title, question.text, question.flags});
+    }
     virtual std::optional<std::string> fileBox(const FileBox& box) = 0;
     // A text that goes away by itself after some milliseconds.
     virtual void information(const std::string& text, int milliseconds) = 0;
@@ -70,6 +83,8 @@ int messageBox(const std::string& title, const std::string& text, unsigned flags
 // The chosen path, with "/" between folders; nothing when the person cancelled.
 std::optional<std::string> fileBox(const FileBox& box);
 void information(const std::string& text, int milliseconds);
+// The button that was pressed; without a backend the default answer.
+int ask(const OwnQuestion& question);
 // Yes or No; No without a backend.
 bool askYesNo(const std::string& title, const std::string& question);
 

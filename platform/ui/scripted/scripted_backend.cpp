@@ -97,6 +97,19 @@ int buttonOf(std::string_view name) {
     return kCancel;
 }
 
+bool hasButton(unsigned flags, int button) {
+    switch (flags & 0xF) {
+        case kBoxOk:
+            return button == kOk;
+        case kBoxOkCancel:
+            return button == kOk || button == kCancel;
+        case kBoxYesNo:
+            return button == kYes || button == kNo;
+        default:
+            return button != kOk;
+    }
+}
+
 std::string buttonText(int button) {
     return button == kOk ? "OK" : button == kYes ? "Yes" : button == kNo ? "No" : "Cancel";
 }
@@ -119,6 +132,8 @@ std::vector<std::string> ScriptedBackend::unused() const {
         for (size_t i = 0; i < queue.size(); ++i)
             left.push_back("steps for dialog " + std::to_string(resource));
     for (const std::string& box : boxes_) left.push_back("box \"" + box + "\"");
+    for (const QuestionAnswer& question : questions_)
+        left.push_back("box-for \"" + question.named + "\" \"" + question.button + "\"");
     for (const std::string& file : files_) left.push_back("file \"" + file + "\"");
     return left;
 }
@@ -248,6 +263,27 @@ int ScriptedBackend::messageBox(const MessageBox& box) {
     std::string shown = "box [" + box.title + "] \"" + box.text + text::format("\" flags 0x%x", box.flags);
     if (std::optional<std::string> given = nextAnswer(boxes_, shown)) answer = buttonOf(*given);
     log_.push_back(shown + " -> " + buttonText(answer));
+    return answer;
+}
+
+int ScriptedBackend::ask(const OwnQuestion& question) {
+    std::string shown = "question [" + question.title + "] \"" + question.text +
+                        text::format("\" flags 0x%x", question.flags);
+    auto given = std::find_if(questions_.begin(), questions_.end(), [&](const QuestionAnswer& answer) {
+        return answer.named == question.title || text::startsWith(question.text, answer.named);
+    });
+    std::optional<std::string> button;
+    if (given != questions_.end()) {
+        button = given->button;
+        if (!hasButton(question.flags, buttonOf(*button)))
+            failed_.push_back("refused \"" + *button + "\" for the " + shown);
+        questions_.erase(given);
+    } else if (asker_) {
+        button = asker_->answer(shown);
+    }
+    const bool answered = button && hasButton(question.flags, buttonOf(*button));
+    const int answer = answered ? buttonOf(*button) : question.defaultAnswer;
+    log_.push_back(shown + " -> " + buttonText(answer) + (answered ? "" : " by default"));
     return answer;
 }
 

@@ -62,6 +62,10 @@ class ScriptedBackend : public Backend {
     void answer(int resource, std::vector<Step> steps);
     // For the next message box: "OK", "Cancel", "Yes" or "No".
     void answerBox(std::string button) { boxes_.push_back(std::move(button)); }
+    // For the next question of the program's own that has this title or whose text begins so.
+    void answerQuestion(std::string named, std::string button) {
+        questions_.push_back({std::move(named), std::move(button)});
+    }
     // For the next file box; "" cancels.
     void answerFile(std::string path) { files_.push_back(std::move(path)); }
     void setAsker(Asker* asker) { asker_ = asker; }
@@ -81,6 +85,7 @@ class ScriptedBackend : public Backend {
     void waitForEvent(Dialog& dialog) override;
     void close(Dialog& dialog) override;
     int messageBox(const MessageBox& box) override;
+    int ask(const OwnQuestion& question) override;
     std::optional<std::string> fileBox(const FileBox& box) override;
     void information(const std::string& text, int milliseconds) override;
     // Logs the pages as text.
@@ -97,6 +102,11 @@ class ScriptedBackend : public Backend {
     std::map<int, std::deque<std::vector<Step>>> scripts_;
     std::vector<std::pair<Dialog*, std::deque<Step>>> running_;  // the innermost dialog last
     std::deque<std::string> boxes_, files_;
+    struct QuestionAnswer {
+        std::string named;
+        std::string button;
+    };
+    std::vector<QuestionAnswer> questions_;
     Asker* asker_ = nullptr;
     std::vector<std::string> log_;
     std::vector<std::string> failed_;  // steps refused and left over

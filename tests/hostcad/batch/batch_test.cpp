@@ -135,8 +135,9 @@ TEST_F(BatchTest, AnswersBoxesAndKeepsALog) {
     EXPECT_EQ(run("(ui:file \"/tmp/chosen.dxf\")"
                   "(print (getfiled \"Choose\" \"\" \"dxf\" 0)) (print (getfiled \"Choose\" \"\" \"dxf\" 1))"
                   "(alert \"Careful!\") (foreach line (ui:log) (princ line) (terpri))"
-                  "(ui:box \"Yes\") (print (ui:unused)) (ui:clear-log) (print (ui:log))",
-                  "--no-module", "", "\nundone: box \"Yes\"\n"),
+                  "(ui:box \"Yes\") (print (ui:unused)) (ui:clear-log) (print (ui:log))"
+                  "(ui:box-for \"Compact\" \"No\")",
+                  "--no-module", "", "\nundone: box \"Yes\"\nundone: box-for \"Compact\" \"No\"\n"),
               0)
         << problems_;
     EXPECT_TRUE(said("\"/tmp/chosen.dxf\""));

@@ -182,11 +182,13 @@ TEST_F(QtUi, BoxesAnswerWhatWasPressed) {
             QTest::mouseClick(shown->button(button), Qt::LeftButton);
         };
     };
-    does({box(QMessageBox::Yes), press(Qt::Key_Escape), box(QMessageBox::Cancel), press(Qt::Key_Enter)});
+    does({box(QMessageBox::Yes), press(Qt::Key_Escape), box(QMessageBox::Cancel), press(Qt::Key_Enter),
+          box(QMessageBox::No)});
     EXPECT_EQ(ui::messageBox("Please confirm", "<b>Go on?</b>", ui::kBoxAlert | ui::kBoxYesNo), ui::kYes);
     EXPECT_EQ(ui::messageBox("Alert", "Done"), ui::kOk);
     EXPECT_EQ(ui::messageBox("Alert", "Save?", ui::kBoxYesNoCancel), ui::kCancel);
     EXPECT_EQ(ui::messageBox("Error", "No"), ui::kOk);
+    EXPECT_EQ(ui::ask({"Import", "Go on?", ui::kBoxYesNo, ui::kYes}), ui::kNo);
     ui::information("Process done...", 30);  // goes by itself
     EXPECT_EQ(window(), nullptr);
 }

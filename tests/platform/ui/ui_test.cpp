@@ -196,19 +196,20 @@ TEST_F(UiTest, WhatTheScriptWantedInVainIsKept) {
         backend_.expectUndone(undone);
 }
 
-// What a person types at the console is no script: what is refused is told there and then.
-TEST_F(UiTest, ARefusedStepOfTheAskerIsNotTheScripts) {
+// A step of theirs that is refused is told there and then, and is no fault of the script.
+TEST_F(UiTest, TheAskerIsAskedWhatTheScriptDoesNotAnswer) {
     struct : ui::Asker {
         std::optional<Step> step(const std::string&) override {
             return asked++ ? click("Cancel") : click("Nowhere");
         }
-        std::optional<std::string> answer(const std::string&) override { return {}; }
+        std::optional<std::string> answer(const std::string&) override { return "Yes"; }
         int asked = 0;
     } asker;
     backend_.setAsker(&asker);
     Form form;
     EXPECT_EQ(run(form, {}), ui::kCancel);
     EXPECT_EQ(asker.asked, 2);
+    EXPECT_EQ(ui::ask({"Compact", "Compact it?"}), ui::kYes);
     EXPECT_TRUE(logged("no control \"Nowhere\""));
 }
 
@@ -223,11 +224,41 @@ TEST_F(UiTest, BoxesAreAnsweredInOrderAndDismissedWithoutAnAnswer) {
     EXPECT_TRUE(logged("box [Error] \"No!\" flags 0x40030 -> OK"));
 }
 
+TEST_F(UiTest, AQuestionOfOurOwnTakesNoAnswerOfOthers) {
+    const ui::OwnQuestion compact{"Compact", "The file is half empty. Compact it?"};
+    ui::OwnQuestion stop{"Import", "Stop at line 7?", ui::kBoxYesNoCancel, ui::kYes};
+    backend_.answerBox("Yes");
+    EXPECT_EQ(ui::ask(compact), ui::kNo);
+    EXPECT_EQ(ui::ask(stop), ui::kYes);
+    EXPECT_TRUE(
+        logged("question [Compact] \"The file is half empty. Compact it?\" flags 0x40034 -> No by default"));
+    // By the title or by the beginning of the text, each once, and in their order.
+    backend_.answerQuestion("Stop at line", "No");
+    backend_.answerQuestion("Compact", "Yes");
+    backend_.answerQuestion("Import", "Cancel");
+    EXPECT_EQ(ui::ask(compact), ui::kYes);
+    EXPECT_EQ(ui::ask(compact), ui::kNo);
+    EXPECT_EQ(ui::ask(stop), ui::kNo);
+    EXPECT_EQ(ui::ask(stop), ui::kCancel);
+    EXPECT_EQ(ui::ask(stop), ui::kYes);
+    EXPECT_TRUE(ui::askYesNo("Please confirm", "Really?"))
+        << "the answer for the system's question is still there";
+    // A button that the question does not have, and a question that is not asked.
+    backend_.answerQuestion("Compact", "Cancel");
+    EXPECT_EQ(ui::ask(compact), ui::kNo);
+    backend_.answerQuestion("Nothing", "Yes");
+    backend_.expectUndone(
+        "refused \"Cancel\" for the question [Compact] \"The file is half empty. Compact it?\" flags "
+        "0x40034");
+    backend_.expectUndone("box-for \"Nothing\" \"Yes\"");
+}
+
 TEST_F(UiTest, WithoutABackendNothingIsShown) {
     ui::setBackend(nullptr);
     Form form;
     EXPECT_EQ(form.runModal(), ui::kNotCreated);
     EXPECT_FALSE(ui::askYesNo("a", "b"));
+    EXPECT_EQ(ui::ask({"a", "b", ui::kBoxYesNo, ui::kYes}), ui::kYes);
 }
 
 TEST(Key, IsReadFromText) {
