@@ -93,6 +93,10 @@ TEST_F(TileDialogTest, MeasuresItsFont) {
     TileDialog compact;
     compact.create("Choose", 30, 10, 10, false, TileDialog::kCompact);
     EXPECT_EQ(compact.measures().spacing, 3);
+    TileDialog bold;
+    bold.create("Choose", 30, 10, 11, true, 0);
+    EXPECT_EQ(bold.window()->font()->family, "Arial") << "small ones have Lucida Console";
+    EXPECT_EQ(bold.window()->font()->weight, 984);
 }
 
 TEST_F(TileDialogTest, ActionsRunWhereTheirMaskAsksForThem) {

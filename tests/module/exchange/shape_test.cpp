@@ -223,6 +223,53 @@ TEST_F(ShapeTest, TheIndexFileSaysWhatThePairIs) {
     EXPECT_FALSE(open());
 }
 
+TEST_F(ShapeTest, TheIndexFileTellsTypeAndBoundsOfAllRecords) {
+    Pair pair = pairOf(1, {little(0) + doubles({3, 4, 9})});
+    pair.shx.replace(0, 100, header(108, 21, {1, 2, 3, 4, 5, 6, 7, 8}));
+    put(pair);
+    OpenShapeFile file = open();
+    ASSERT_TRUE(file);
+    EXPECT_EQ(file->shapeType, 21);
+    EXPECT_EQ(file->boundsMin, (ShapeBounds{1, 2, 5, 7}));
+    EXPECT_EQ(file->boundsMax, (ShapeBounds{3, 4, 6, 8}));
+    OwnedShape point(ShapeReadObject(file.get(), 0, 0));
+    ASSERT_TRUE(point) << "its own type word, of no shape, is not looked at";
+    EXPECT_EQ(point->m[0], 9);
+}
+
+TEST_F(ShapeTest, PatchesAreReadWithMeasuresAndWrittenWithout) {
+    put(pairOf(31, {little(31) + doubles({1, 2, 3, 4}) + little(1) + little(2) + little(0) + little(2) +
+                    doubles({1, 2, 3, 4}) + doubles({5, 6, 5, 6}) + doubles({7, 8, 7, 8})}));
+    OpenShapeFile file = open("r+b");
+    OwnedShape patch(ShapeReadObject(file.get(), 0, 0));
+    ASSERT_TRUE(patch);
+    EXPECT_EQ(patch->m[1], 8);
+    ASSERT_EQ(ShapeWriteObject(file.get(), -1, patch.get()), 1);
+    OwnedShape again(ShapeReadObject(file.get(), 1, 0));
+    EXPECT_EQ(again->z[1], 6);
+    EXPECT_EQ(again->m[1], 0);
+}
+
+TEST_F(ShapeTest, BoundsBeginAnewWithTheOnlyRecordAndNeverShrinkOtherwise) {
+    auto boundsOf = [](const OpenShapeFile& file) {
+        ShapeBounds low, high;
+        ShapeGetInfo(file.get(), nullptr, nullptr, &low, &high);
+        return std::vector<double>{low[0], low[1], high[0], high[1]};
+    };
+    OpenShapeFile file = create(shape::kArc);
+    ShapeWriteObject(file.get(), -1, line({1, 9}, {1, 9}).get());
+    ShapeWriteObject(file.get(), 0, line({5, 6}, {5, 6}).get());
+    EXPECT_EQ(boundsOf(file), (std::vector<double>{5, 5, 6, 6}));
+    ShapeWriteObject(file.get(), -1, line({1, 9}, {1, 9}).get());
+    ShapeWriteObject(file.get(), 1, line({5, 6}, {5, 6}).get());
+    EXPECT_EQ(boundsOf(file), (std::vector<double>{1, 1, 9, 9}));
+    // An empty first record leaves the origin in the bounds.
+    file = create(shape::kArc);
+    ShapeWriteObject(file.get(), -1, line({}, {}).get());
+    ShapeWriteObject(file.get(), -1, line({5, 6}, {5, 6}).get());
+    EXPECT_EQ(boundsOf(file), (std::vector<double>{0, 0, 6, 6}));
+}
+
 TEST_F(ShapeTest, OneVertexIsNoListAndAbsentMeasuresAreZero) {
     std::string box = doubles({1, 2, 1, 2});
     put(pairOf(3, {little(3) + box + little(1) + little(1) + little(0) + doubles({1, 2})}));

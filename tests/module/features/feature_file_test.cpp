@@ -9,8 +9,8 @@
 #include <random>
 
 #include "module/features/feature_checks.h"
-#include "module/store/name_rules.h"
 #include "module/features/feature_store.h"
+#include "module/store/name_rules.h"
 
 using namespace norvane;
 
@@ -77,6 +77,12 @@ TEST(FeatureFile, OddBytesAreNoLines) {
     EXPECT_EQ(ParseFeatureFile(std::string(4095, 'x') + "\n").lines, 2);
     EXPECT_EQ(ParseFeatureFile(std::string(4094, 'x') + "\n").lines, 1);
     EXPECT_EQ(ParseFeatureFile(std::string(10'000'000, ',')).rows.size(), 0u);
+}
+
+TEST(FeatureFile, TheLastFourCharactersOfItsNameAreNoName) {
+    EXPECT_EQ(FeatureNameOfFile("/jobs/main road.gis"), "MAIN ROAD");
+    EXPECT_EQ(FeatureNameOfFile("/jobs/pole.text"), "POLE.");
+    EXPECT_EQ(FeatureNameOfFile("/jobs/pit"), "");
 }
 
 TEST(FeatureFile, TheSampleFilesComeBackByTheRules) {

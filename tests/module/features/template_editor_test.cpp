@@ -1,6 +1,8 @@
 // The editor of the template, from nothing to features that the sheet uses.
 #include <sys/stat.h>
 
+#include <algorithm>
+
 #include "platform/dao/dao.h"
 #include "tests/module/module_fixture.h"
 
@@ -146,6 +148,31 @@ TEST_F(Editor, TheSheetFillsItself) {
     EXPECT_TRUE(shown("OAK {OAK}"));
 }
 
+TEST_F(Editor, ValuesWithCommasComeBackAsTwo) {
+    treeTemplate();
+    name("A,B"), name("a,b");
+    answer(kValues, {click("Add Value"), click("Add Value"), click("OK")});
+    box("Yes"), box("Yes");
+    edit({open("TREE"), at(3, 1, ""), click("Edit List Values"), key("Ctrl+S"), open("TREE"), show()});
+    EXPECT_EQ(features("FIELD_NAME='SPECIES'"), "TREE|SPECIES|Species|A,B|A,B,a,b\n");
+    // The default falls apart as well: what is behind its comma leads the list.
+    EXPECT_TRUE(shown("A {B|A|B|a|b}"));
+}
+
+TEST_F(Editor, TheRodHeightIsSpelledInTwoWays) {
+    treeTemplate();
+    write("rod.gis", "|00|ROD_HEIGHT,Rod, ,\n");
+    ui_.answerFile(path("rod.gis"));
+    answer(kValues, {click("Set Special Code"), click("Cancel")});
+    answer(kCodes, {show(), click("Cancel")});
+    box("OK"), box("No"), box("Yes");
+    edit({menu("GIS File/Import"), focus("1008"), key("Right"), key("Right"), key("Left"), show(),  // left
+          at(1, 2, "rod_height"), show(), at(3, 2, "$EQN=$HGT"), click("Edit List Values")});
+    EXPECT_TRUE(shown("'ROD_HEIGHT' 'Rod_Height'"));
+    EXPECT_TRUE(shown("'ROD_HEIGHT' 'Rod_height'"));
+    EXPECT_TRUE(shown("RAW_ELEV\n    > ROD HEIGHT\n      HRMS\n      VRMS\n"));
+}
+
 TEST_F(Editor, RowsMove) {
     treeTemplate();
     box("Yes"), box("Yes");
@@ -193,6 +220,32 @@ TEST_F(Editor, FeaturesAreCopiedRenamedAndDeleted) {
     EXPECT_TRUE(shown("Cannot rename Feature.\nFeature already exist!"));
     EXPECT_EQ(stored("select distinct GIS_NAME from ZGEO_SMART_PROMPTING order by 1"), "BUSH\nOAK\n");
     EXPECT_EQ(stored("select GIS_NAME, TABLE_NAME from ZGEO_LINKS"), "OAK|TREES\n");
+}
+
+TEST_F(Editor, AFeatureThatIsSavedAgainGoesToTheEndOfItsCategory) {
+    treeTemplate();
+    name("bush"), category("PLANTS"), box("Yes"), box("Yes");
+    edit({tree("TREE"), menu("Feature/Save As"), open("TREE"), at(2, 1, "Kind"), key("Ctrl+S")});
+    EXPECT_EQ(categories(), "1|PLANTS|NO_GIS\n1|UTILITIES|NO_GIS\n2|PLANTS|BUSH\n3|PLANTS|TREE\n");
+}
+
+TEST_F(Editor, LinksOutliveTheirCategory) {
+    treeTemplate();
+    sqlite("t.mdb",
+           "create table ZGEO_LINKS(GIS_NAME text, TABLE_NAME text, LPN_NAME text, IS_CURRENT text); "
+           "insert into ZGEO_LINKS values('TREE','TREES',null,'YES')");
+    category("PLANTS"), box("Yes"), box("Yes");
+    edit({menu("Category/Delete")});
+    EXPECT_EQ(features(), "");
+    EXPECT_EQ(stored("select GIS_NAME, TABLE_NAME from ZGEO_LINKS"), "TREE|TREES\n");
+}
+
+TEST_F(Editor, NamesInUseAreToldInTheirOldWords) {
+    treeTemplate();
+    name("tree"), box("No"), name("tree"), box("OK"), box("Yes");
+    edit({click("New Feature"), tree("TREE"), menu("Feature/Save As")});
+    EXPECT_TRUE(shown("box [Alert] \"Feature TREE already exist.\nOpen existing Feature?\""));
+    EXPECT_TRUE(shown("box [Error] \"Cannot save Feature.\nFeature name already exist!\""));
 }
 
 TEST_F(Editor, TheLastFeatureOfACategoryLeavesItsPlace) {
@@ -247,6 +300,47 @@ TEST_F(Editor, FeatureFilesGoOutAndComeBack) {
     EXPECT_TRUE(shown("Cannot open *.gis file!"));
 }
 
+TEST_F(Editor, AnExportIsDoneInAnyCaseAndKeepsTheName) {
+    treeTemplate();
+    ui_.answerFile(path("no/folder.gis")), ui_.answerFile(path("other.gis"));
+    box("OK"), box("Yes");
+    edit({open("TREE"), menu("GIS File/Export"), menu("GIS File/Export"), show()});
+    EXPECT_TRUE(shown("box [Error] \"Cannot save *.gis file!\""));
+    EXPECT_EQ(std::count(ui_.log().begin(), ui_.log().end(), "information \"Process done...\""), 2);
+    EXPECT_TRUE(shown("edit \"TREE\" (read-only)"));
+    EXPECT_EQ(read("other.gis"), "|00|SPECIES,Species, ,\n|11|DBH,Diameter, ,\n");
+}
+
+TEST_F(Editor, AFileThatIsReadIsNoChange) {
+    treeTemplate();
+    write("pole.gis", "|00|POLE_ID,Pole number, ,\n");
+    ui_.answerFile(path("pole.gis"));
+    box("OK"), box("Yes");
+    edit({menu("GIS File/Import"), show()});
+    EXPECT_TRUE(shown("edit \"POLE\" (read-only)"));
+    EXPECT_FALSE(shown("Save Changes?"));
+    EXPECT_EQ(features("GIS_NAME='POLE'"), "");
+}
+
+TEST_F(Editor, ASaveThatSavesNothingCountsAsDone) {
+    // No template is open.
+    write("pole.gis", "|00|POLE_ID,Pole number, ,\n");
+    ui_.answerFile(path("pole.gis"));
+    name("plants"), category("PLANTS");
+    box("OK"), box("Yes"), box("OK"), box("Yes"), box("OK"), box("Yes");
+    edit({menu("GIS File/Import"), at(2, 1, "Number"), menu("Template Database/Exit"), menu("Category/New")});
+    EXPECT_TRUE(
+        shown("No Categories found in the Template Database.\nPlease add at least one category in order "
+              "to be able to store Features!"));
+    EXPECT_TRUE(shown("box [Error] \"Template Database not set!\""));
+    // The feature is there, and is not to be replaced.
+    treeTemplate();
+    box("Yes"), category("PLANTS"), box("No"), box("Yes");
+    edit({open("TREE"), at(2, 1, "Kind")});
+    EXPECT_TRUE(shown("Feature already exist! Do you want to replace it?"));
+    EXPECT_EQ(features("FIELD_NAME='SPECIES'"), "TREE|SPECIES|Species||\n");
+}
+
 TEST_F(Editor, TheFormatAskedForHoldsFromTheNextDatabaseOn) {
     answer(kNewFile, {click("New Access 2000 Format")});
     answer(kNewFile, {click("New Access '97 Format")});
@@ -265,6 +359,42 @@ TEST_F(Editor, TheFormatAskedForHoldsFromTheNextDatabaseOn) {
     EXPECT_EQ(versionOf("b.mdb"), "4.0");
     EXPECT_EQ(lisp("(cf:gis_smart_prompting 3 25)"), "0");
     EXPECT_EQ(lisp("ret_string"), "\"97\"");
+}
+
+TEST_F(Editor, NewDatabasesTakeAnyNameAndTheirButtonsStandTheOtherWayRound) {
+    fs::create_directory(path("v1.2"));
+    answer(kNewFile, {show(), click("New Access 2000 Format")});
+    ui_.answerFile(path("v1.2/t.mdb"));
+    box("Yes");
+    edit({menu("Template Database/New")});
+    EXPECT_TRUE(fs::exists(path("v1.2/t.mdb")));
+    EXPECT_TRUE(
+        shown("button \"Existing\"\n  1004 button \"New Access 2000 Format\"\n  1005 button \"New Access "
+              "'97 Format\""));
+}
+
+TEST_F(Editor, MissingTablesAreMadeForTheRememberedTemplateOrWhereBothMiss) {
+    treeTemplate();
+    write("gps.ini", "is_database=\ngismdbfile=" + path("other.mdb") + "\n");
+    sqlite("t.mdb", "drop table ZGEO_CAT");
+    write("half.mdb", read("t.mdb"));
+    box("Yes");
+    edit({show()});
+    EXPECT_TRUE(shown("1002 edit \"" + path("t.mdb") + "\"")) << "remembered, whatever gps.ini says";
+    EXPECT_EQ(categories(), "");
+    EXPECT_EQ(read("gps.ini"), "is_database=\ngismdbfile=" + path("other.mdb") + "\n");
+
+    {
+        CDaoDatabase database;
+        database.Create(path("out.mdb"));
+    }
+    ui_.clearLog();
+    ui_.answerFile(path("half.mdb")), ui_.answerFile(path("out.mdb"));
+    box("OK"), box("Yes");
+    edit({menu("Template Database/Open..."), menu("Template Database/Open..."), show()});
+    EXPECT_TRUE(shown(path("half.mdb") + " is not a template database!"));
+    EXPECT_TRUE(shown("1002 edit \"" + path("out.mdb") + "\""));
+    EXPECT_EQ(sqlite("out.mdb", "select count(*) from ZGEO_CAT"), "0\n");
 }
 
 TEST_F(Editor, WhatIsNoTemplateStaysClosed) {

@@ -1,4 +1,5 @@
 // The one external function: its codes, arguments and results, from Lisp.
+#include "platform/dao/dao.h"
 #include "tests/module/module_fixture.h"
 
 class Dispatcher : public ModuleTest {};
@@ -139,6 +140,52 @@ TEST_F(Dispatcher, CodeTwentyMakesAMissingOutputAndGivesOne) {
               "1");
     EXPECT_EQ(printed(), "\nError: unable to read file " + path("t.mdb"));
     EXPECT_TRUE(fs::exists(path("o.mdb")));
+}
+
+TEST_F(Dispatcher, OutputsThatAreMissingAreMadeInTheOlderFormat) {
+    makeTemplate();
+    makeEntity();
+    answer(134, {click("Cancel")});
+    prompt("1", "TREE");
+    lisp("(cf:gis_smart_prompting 20 " + quoted("") + " " + quoted("template.mdb") + " " + quoted("o.mdb") +
+         ")");
+    for (const char* name : {"output.mdb", "o.mdb"}) {
+        CDaoDatabase database;
+        database.Open(path(name));
+        EXPECT_EQ(database.GetVersion(), "3.0") << name;
+    }
+}
+
+TEST_F(Dispatcher, CodeTwentyTakesAConnectStringForAFile) {
+    makeTemplate();
+    printed();
+    EXPECT_EQ(lisp("(cf:gis_smart_prompting 20 " + quoted("") + " " + quoted("template.mdb") +
+                   " \"ODBC;DSN=a.server\")"),
+              "1");
+    EXPECT_EQ(printed(), "\nError: unable to write file ODBC;DSN=a.server");
+}
+
+TEST_F(Dispatcher, ObjectDataThatIsAskedForChangesNothing) {
+    makeTemplate();
+    makeEntity();
+    write("gps.ini", "is_database=\nis_objdata=1\n");
+    EXPECT_EQ(lisp("(cf:gis_smart_prompting 18)"), "0");
+    EXPECT_EQ(printed(), "");
+    answer(134, {cell(2, "14"), click("OK")});
+    EXPECT_EQ(prompt("1", "TREE"), "1");
+    EXPECT_EQ(sqlite("output.mdb", "select PT_ID from TREE"), "1\n");
+}
+
+TEST_F(Dispatcher, ALinkThatTheHostRefusesIsNotTold) {
+    makeTemplate();
+    makeEntity();
+    lisp("(entdel ent)");
+    answer(134, {cell(2, "14"), click("OK")});
+    EXPECT_EQ(prompt("1", "TREE"), "1");
+    EXPECT_EQ(printed(), "");
+    EXPECT_EQ(sqlite("output.mdb", "select PT_ID from TREE"), "1\n");
+    lisp("(entdel ent)");
+    EXPECT_EQ(link(), "nil");
 }
 
 TEST_F(Dispatcher, CodeTwentyOneSaysWhetherAFeatureIsDefined) {

@@ -113,6 +113,13 @@ TEST_F(PointStoreTest, Messages) {
     EXPECT_EQ(said(), "");
     EXPECT_TRUE(PointStoreFindNear("B", point_, 0, 1));
     EXPECT_EQ(point_.name, "C");
+    run("(setq new_crdform 0)");
+    open("n.crd");
+    EXPECT_FALSE(PointStoreFind("9", point_, 0));
+    EXPECT_EQ(said(),
+              "\nRequested point number greater than highest in file."
+              "\nRequested point# 9 has no coordinate stored.")
+        << "told by the file and by the store";
 }
 
 TEST_F(PointStoreTest, CountsRangesAndGroups) {

@@ -3,6 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <ctime>
+
 #include "module/prompting/special_codes.h"
 #include "module/store/name_rules.h"
 
@@ -201,6 +204,29 @@ TEST(ComputedRows, AreComputedInOneRoundInOrder) {
     EXPECT_EQ(cells.cellText(2, 3), "6.5");
     EXPECT_EQ(cells.cellText(2, 4), "4");
     EXPECT_EQ(cells.cellText(2, 5), "typed");  // filled at loading only
+}
+
+TEST(ComputedRows, ReadWhatALaterRowHeldBefore) {
+    PlainCells cells({"", "", "2"});
+    std::vector<PromptRow> rows{promptRow("FIRST", "$EQN=SECOND*2", "x"),
+                                promptRow("SECOND", "$EQN=BASE*2", "x"), promptRow("BASE")};
+    refreshComputedRows(rows, {}, cells, RefreshReason::kCellChange);
+    EXPECT_EQ(cells.cellText(2, 1) + " " + cells.cellText(2, 2), "0 4");
+    refreshComputedRows(rows, {}, cells, RefreshReason::kCellChange);
+    EXPECT_EQ(cells.cellText(2, 1) + " " + cells.cellText(2, 2), "8 4");
+}
+
+TEST(ComputedRows, TimesHaveNoZerosInFront) {
+    // A zone in which it is between three and five o'clock now.
+    std::time_t now = std::time(nullptr);
+    const std::string zone = "ZONE" + std::to_string(std::gmtime(&now)->tm_hour - 3);
+    ::setenv("TZ", zone.c_str(), 1);
+    ::tzset();
+    std::string value;
+    EXPECT_TRUE(textCodeValue("$EQN=$TIM", "", {}, value));
+    EXPECT_TRUE(value.starts_with("3:") || value.starts_with("4:")) << value;
+    ::unsetenv("TZ");
+    ::tzset();
 }
 
 TEST(ComputedRows, TextCodesKeepWhatWasStored) {

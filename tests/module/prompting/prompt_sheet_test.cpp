@@ -65,6 +65,17 @@ TEST_F(Sheet, StoredTimesAndDescriptionsAreKept) {
     EXPECT_EQ(record("[DATE], DESCRIPTION"), "1/2/2005|by the gate\n");
 }
 
+// What a text code keeps is looked for under the code's own name, not under that of its row.
+TEST_F(Sheet, ATextCodeInARowOfAnotherNameIsFilledAnew) {
+    addPrompt("OWN", "NOTE", "$EQN=$DSC", "$EQN=$DSC");
+    answer(134, {cell(1, "own words"), click("OK")});
+    EXPECT_EQ(prompt("17", "OWN"), "1");
+    EXPECT_EQ(record("NOTE", "OWN"), "own words\n");
+    answer(134, {click("OK")});
+    EXPECT_EQ(prompt("17", "OWN"), "1");
+    EXPECT_EQ(record("NOTE", "OWN"), "OWN\n");
+}
+
 TEST_F(Sheet, EquationsFollowTheCells) {
     answer(134, {cell(3, "12.5"), show(), cell(3, "0.25"), cell(2, "1"), click("OK")});
     EXPECT_EQ(prompt("17", "TREE"), "1");
@@ -151,6 +162,10 @@ TEST_F(Sheet, TheCurrentFeatureIsOfferedWhenNoneIsNamed) {
     answer(134, {show(), click("Cancel")});
     prompt("2", "tree", 0);
     EXPECT_TRUE(shown("drop-down \"TREE\" of"));
+    ui_.clearLog();
+    answer(134, {show(), click("Cancel")});
+    prompt("2", "pole", 0);
+    EXPECT_TRUE(shown("drop-down \"TREE\" of")) << "names in small letters are in no list";
 }
 
 TEST_F(Sheet, FeaturesMayShareATable) {

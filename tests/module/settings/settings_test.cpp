@@ -63,6 +63,21 @@ TEST_F(Settings, RememberedValuesHaveTheirTags) {
     EXPECT_EQ(read("featlink.ini"), "/other/\n&2three\n&2two\n#Aten\n&7seven\n");
 }
 
+TEST_F(Settings, AnUntaggedValueWithAMarkIsTakenForAnother) {
+    store(0, "&2x");
+    EXPECT_EQ(fetch(0), "nil");
+    EXPECT_EQ(fetch(5), "\"x\"");
+}
+
+TEST_F(Settings, WithoutAFolderRememberedValuesStandInTheCurrentOne) {
+    const fs::path before = fs::current_path();
+    fs::current_path(path(""));
+    lisp("(setq usrdir$ nil)");
+    store(5, "five");
+    fs::current_path(before);
+    EXPECT_EQ(read("featlink.ini"), "&2five\n");
+}
+
 TEST_F(Settings, ANumberForTheFolderIsNoFolder) {
     lisp("(setq usrdir$ nil)");
     EXPECT_EQ(lisp("(cf:gis_smart_prompting 7)"), "0");
@@ -102,6 +117,36 @@ TEST_F(Settings, TheDialogShowsAndWritesBothPaths) {
     EXPECT_EQ(sqlite("t.mdb", "select Name from MSysObjects where Name like 'ZGEO_%' order by Name"),
               "ZGEO_CAT\nZGEO_SMART_PROMPTING\n");
     EXPECT_FALSE(shown("1109"));  // the choice of a format is hidden
+}
+
+TEST_F(Settings, LeavingByExitForgetsFilesThatAreGone) {
+    write("gps.ini", "is_database=\ngismdbfile=gone.mdb\ngisoutfile=gone.mdb\n");
+    write("featlink.ini", "#1gone.mdb\n");
+    answer(146, {show(), click("Exit")});
+    lisp("(cf:gis_smart_prompting 7)");
+    EXPECT_EQ(read("gps.ini"), "is_database=\ngismdbfile=\ngisoutfile=\nis_objdata=0\n");
+    EXPECT_EQ(read("featlink.ini"), "#1gone.mdb\n");
+    EXPECT_FALSE(shown("1005")) << "the choice of a data source is not seen";
+}
+
+TEST_F(Settings, TheFileThatIsTypedGoesAndTheNameRuleMakesAnother) {
+    lisp("(cf:gis_smart_prompting)");
+    for (const char* name : {"t.xyz", "t.mdb"}) write(name, "x");
+    fs::create_directory(path("v1.2"));
+    answer(146, {click("1006"), click("1006"), click("Exit")});
+    answer(149, {show(), click("New Access 2000 Format")});
+    answer(149, {click("New Access 2000 Format")});
+    ui_.answerFile(path("t.xyz"));
+    ui_.answerFile(path("v1.2/t.mdb"));
+    lisp("(cf:gis_smart_prompting 7)");
+    EXPECT_TRUE(
+        shown("label \"File type> .MDB\"\n* 1 button \"Existing\"\n  1005 button \"New Access '97 "
+              "Format\"\n  1004 button \"New Access 2000 Format\""));
+    EXPECT_FALSE(fs::exists(path("t.xyz")));
+    EXPECT_TRUE(shown("box [Error]"));
+    EXPECT_EQ(read("t.mdb"), "x") << "a file of the name that is made stays";
+    EXPECT_TRUE(fs::is_empty(path("v1.2"))) << "no name is made below a folder with a dot";
+    EXPECT_EQ(read("gps.ini"), "is_database=\ngisoutfile=\ngismdbfile=\nis_objdata=0\n");
 }
 
 TEST_F(Settings, OnlyATemplateIsTakenAsOne) {

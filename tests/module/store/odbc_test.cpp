@@ -2,10 +2,10 @@
 #include <gtest/gtest.h>
 
 #include "module/store/database.h"
-#include "module/store/user_tables.h"
-#include "module/store/statements.h"
-#include "module/store/server_sign_in.h"
 #include "module/store/output_database.h"
+#include "module/store/server_sign_in.h"
+#include "module/store/statements.h"
+#include "module/store/user_tables.h"
 #include "tests/module/host_double.h"
 #include "tests/module/store/recording_engine.h"
 
@@ -72,6 +72,8 @@ TEST_F(Odbc, OldRecordsGetTheNameOfTheTable) {
     ASSERT_TRUE(SaveRecord(path, key, {}));
     EXPECT_EQ(server->log[0], "add TREE GIS_KEY");
     EXPECT_EQ(server->log[1], "UPDATE tree SET GIS_KEY = 'tree'");
+    EXPECT_EQ(server->log[2], "SELECT * FROM tree WHERE UCASE(PT_ID) = 'A1' AND UCASE(GIS_KEY) = 'OAK'")
+        << "so the old record of a feature with a table of another name is not found";
 }
 
 TEST_F(Odbc, TheUserOwnsTheTables) {

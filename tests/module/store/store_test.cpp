@@ -9,11 +9,11 @@
 #include "module/cad/ads_owners.h"
 #include "module/store/bulk_add.h"
 #include "module/store/database.h"
-#include "module/store/user_tables.h"
-#include "module/store/statements.h"
-#include "module/store/server_sign_in.h"
 #include "module/store/output_database.h"
+#include "module/store/server_sign_in.h"
+#include "module/store/statements.h"
 #include "module/store/template_database.h"
+#include "module/store/user_tables.h"
 #include "tests/module/host_double.h"
 #include "tests/platform/dao/scratch.h"
 
@@ -92,6 +92,9 @@ TEST_F(Store, WithoutDaoNothingIsDone) {
     std::string path = makeTemplate();
     EXPECT_EQ(IsDaoAvailable("3.6"), 1);
     EXPECT_EQ(IsDaoAvailable("3.2"), 0);
+    std::ofstream(folder("registry.ini"))
+        << "[HKEY_CLASSES_ROOT\\CLSID\\{6C1E7A52-0B7D-4D1B-9A53-8E2F4B7C1D36}\\InprocServer32]\n@=/nowhere\n";
+    EXPECT_EQ(IsDaoAvailable("3.6"), 1) << "a class is enough, whether its file is there or not";
     removeDao();
     EXPECT_EQ(IsDaoAvailable("3.6"), 0);
     EXPECT_EQ(IsTemplateDatabase(path), 0);
@@ -152,6 +155,8 @@ TEST_F(Store, LinksAreMadeOnFirstNeedAndOneFeatureIsCurrent) {
 
     answer(folder("other.mdb"), "CREATE TABLE OTHER(A)");
     WithDatabase(folder("other.mdb"), [](CDaoDatabase& db) { EXPECT_FALSE(EnsureLinksTable(db)); });
+    EXPECT_EQ(answer(folder("other.mdb"), "SELECT count(*) FROM ZGEO_LINKS"), "0\n")
+        << "made even where there are no features";
 }
 
 TEST_F(Store, FeaturesAreReadAsTheTableHasThem) {
@@ -214,6 +219,15 @@ TEST_F(Store, ARecordIsWrittenAndLoaded) {
     EXPECT_FALSE(LoadRecord(path, {"TREE", "PT_ID", "9", "TREE"}).found);
     EXPECT_TRUE(LoadRecord(path, {"POLE", "PT_ID", "9", "POLE"}).columns.empty());
     EXPECT_TRUE(host().boxes.empty());
+}
+
+TEST_F(Store, ADatabaseThatASaveMakesTakesAnyName) {
+    std::filesystem::create_directory(folder("v1.2"));
+    for (const char* name : {"v1.2/out.mdb", "out.a.mdb"}) {
+        ASSERT_TRUE(SaveRecord(folder(name), {"TREE", "PT_ID", "1", "TREE"}, kTree));
+        EXPECT_EQ(answer(folder(name), "SELECT PT_ID FROM TREE"), "1\n") << name;
+        EXPECT_EQ(NewDatabasePath(folder(name)), "") << "others are not made under this name";
+    }
 }
 
 TEST_F(Store, ATableOfOldRecordsGetsItsFeatureOnTheFirstSave) {
