@@ -210,9 +210,9 @@ TEST(ComputedRows, ReadWhatALaterRowHeldBefore) {
     PlainCells cells({"", "", "2"});
     std::vector<PromptRow> rows{promptRow("FIRST", "$EQN=SECOND*2", "x"),
                                 promptRow("SECOND", "$EQN=BASE*2", "x"), promptRow("BASE")};
-    refreshComputedRows(rows, {}, cells, RefreshReason::kCellChange);
+    RefreshComputedRows(rows, {}, cells, RefreshReason::kCellChange);
     EXPECT_EQ(cells.cellText(2, 1) + " " + cells.cellText(2, 2), "0 4");
-    refreshComputedRows(rows, {}, cells, RefreshReason::kCellChange);
+    RefreshComputedRows(rows, {}, cells, RefreshReason::kCellChange);
     EXPECT_EQ(cells.cellText(2, 1) + " " + cells.cellText(2, 2), "8 4");
 }
 
@@ -223,7 +223,7 @@ TEST(ComputedRows, TimesHaveNoZerosInFront) {
     ::setenv("TZ", zone.c_str(), 1);
     ::tzset();
     std::string value;
-    EXPECT_TRUE(textCodeValue("$EQN=$TIM", "", {}, value));
+    EXPECT_TRUE(TextCodeValue("$EQN=$TIM", "", {}, value));
     EXPECT_TRUE(value.starts_with("3:") || value.starts_with("4:")) << value;
     ::unsetenv("TZ");
     ::tzset();
