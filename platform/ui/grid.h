@@ -58,6 +58,7 @@ class Grid : public Control {
     // The source stays the caller's and outlives its use here; with null the grid has cells of its own again,
     // and none yet. Types and colours of single cells are forgotten.
     void setSource(GridSource* source);
+    bool hasOwnCells() const { return source_ == &own_; }
     // What the source has to tell: other rows, or a cell with another content.
     void sourceChanged();
     void cellChanged(int column, int row);
@@ -139,7 +140,6 @@ class Grid : public Control {
 
   private:
     friend class Dialog;
-    bool hasOwnCells() const { return source_ == &own_; }
     void changed();
     void changed(CellPosition at);
     // After rows have gone: the active cell is one that there is.

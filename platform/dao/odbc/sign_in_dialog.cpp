@@ -53,7 +53,7 @@ class SignInDialog : public ui::Dialog {
   private:
     // The source that the string names is shown; one that names a driver has none.
     void onOpen() override {
-        auto& list = *static_cast<ui::DropDown*>(find(kSource));
+        auto& list = get<ui::DropDown>(kSource);
         std::string source = connect_.value("DSN");
         if (!source.empty() && list.findExact(source) < 0) list.addItem(source);
         list.select(list.findExact(source));
@@ -64,9 +64,9 @@ class SignInDialog : public ui::Dialog {
     }
 
     void onOk() override {
-        auto* list = static_cast<ui::DropDown*>(find(kSource));
-        if (list->enabled() && list->selected() < 0) return setFocus(kSource);
-        if (list->enabled()) connect_.set("DSN", list->selectedText());
+        const auto& list = get<ui::DropDown>(kSource);
+        if (list.enabled() && list.selected() < 0) return setFocus(kSource);
+        if (list.enabled()) connect_.set("DSN", list.selectedText());
         std::string_view user = text::trim(find(kUser)->text());
         if (!user.empty() || connect_.has("UID")) connect_.set("UID", user);
         connect_.set("PWD", find(kPassword)->text());

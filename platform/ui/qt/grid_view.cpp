@@ -1,7 +1,6 @@
 #include "platform/ui/qt/grid_view.h"
 
 #include <QComboBox>
-#include <QFontMetrics>
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QMouseEvent>
@@ -105,6 +104,7 @@ Qt::ItemFlags GridCells::flags(const QModelIndex&) const {
 
 void GridCells::refresh() {
     font_ = qtFont(grid_.font());
+    metrics_ = QFontMetrics(font_);
     const int rows = grid_.rows(), columns = grid_.columns();
     if (columns != columns_ || (rows != rows_ && (rows == 0 || rows_ == 0))) {
         beginResetModel();
@@ -155,7 +155,7 @@ GridView::GridView(Grid& grid, Dialog& dialog, DialogWindow& window)
     setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    verticalHeader()->setDefaultSectionSize(QFontMetrics(cells_->font()).height() + window.scaled(8));
+    verticalHeader()->setDefaultSectionSize(cells_->metrics().height() + window.scaled(8));
     bool headed = false;
     for (int column = 1; column <= grid.columns(); ++column) headed |= !grid.columnHeading(column).empty();
     horizontalHeader()->setVisible(headed);
@@ -198,8 +198,7 @@ int GridView::neededWidth(CellPosition at) const {
     const CellType& type = grid_.type(at.column, at.row);
     const bool marked = type.kind == CellKind::CheckBox || type.kind == CellKind::DropDown;
     const std::string text = type.kind == CellKind::CheckBox ? type.label : grid_.text(at.column, at.row);
-    return QFontMetrics(cells_->font()).horizontalAdvance(toQt(text)) +
-           window_.scaled(marked ? kArrowWidth + 14 : 14);
+    return cells_->metrics().horizontalAdvance(toQt(text)) + window_.scaled(marked ? kArrowWidth + 14 : 14);
 }
 
 void GridView::resizeEvent(QResizeEvent* event) {

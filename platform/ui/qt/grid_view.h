@@ -4,6 +4,7 @@
 
 #include <QAbstractTableModel>
 #include <QFont>
+#include <QFontMetrics>
 #include <QPointer>
 #include <QTableView>
 
@@ -26,6 +27,7 @@ class GridCells : public QAbstractTableModel {
     void refresh();
     void refreshCell(CellPosition at);
     const QFont& font() const { return font_; }
+    const QFontMetrics& metrics() const { return metrics_; }
 
     static CellPosition positionOf(const QModelIndex& index) { return {index.column() + 1, index.row() + 1}; }
     QModelIndex indexOf(CellPosition at) const { return index(at.row - 1, at.column - 1); }
@@ -37,6 +39,7 @@ class GridCells : public QAbstractTableModel {
     Grid& grid_;
     const QWidget& view_;
     QFont font_;
+    QFontMetrics metrics_{font_};
     int rows_ = 0, columns_ = 0;
 };
 

@@ -137,10 +137,17 @@ std::string gridText(const Grid& grid) {
     if (grid.rows() > 0) out += text::format(", at (%d, %d)", grid.active().column, grid.active().row);
     if (grid.editing()) out += ", editing " + quoted(grid.editText());
     const Window seen(1, grid.rows(), grid.active().row);
+    const bool rowsAreNamed = !grid.rowHeading(seen.from).empty();
     Table table;
+    if (!grid.hasOwnCells()) {
+        std::vector<std::string> headings(rowsAreNamed ? 1 : 0);
+        for (int column = 1; column <= grid.columns(); ++column)
+            headings.push_back(grid.columnHeading(column));
+        table.add("    ", std::move(headings));
+    }
     for (int row = seen.from; row <= seen.to; ++row) {
         std::vector<std::string> cells;
-        if (std::string heading = grid.rowHeading(row); !heading.empty()) cells.push_back(heading);
+        if (rowsAreNamed) cells.push_back(grid.rowHeading(row));
         for (int column = 1; column <= grid.columns(); ++column) cells.push_back(cellText(grid, column, row));
         table.add(grid.marksRows() && row == grid.active().row ? "  > " : "    ", std::move(cells));
     }
