@@ -5,8 +5,8 @@
 #include <string>
 
 #include "module/features/feature_checks.h"
-#include "module/store/name_rules.h"
 #include "module/features/feature_file.h"
+#include "module/store/name_rules.h"
 
 using namespace norvane;
 

@@ -8,8 +8,8 @@
 
 #include "hostcad/editor/host.h"
 #include "module/cad/lisp_symbols.h"
-#include "module/settings/dialog_state.h"
 #include "module/settings/current_databases.h"
+#include "module/settings/dialog_state.h"
 #include "module/settings/settings_file.h"
 #include "platform/files/files.h"
 #include "platform/registry/registry.h"

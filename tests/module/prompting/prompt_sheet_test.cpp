@@ -6,6 +6,7 @@
 
 #include "platform/dao/jet/database.h"
 #include "tests/module/module_fixture.h"
+#include "tests/platform/dao/lock_timeout.h"
 
 // Rows of the sample features: TREE has SPECIES 1, DBH 2, HEIGHT 3, SPREAD 4, CONDITION 5, TWICE 6, NORTHING
 // 7, EASTING 8, ELEVATION 9, DESCRIPTION 10, DATE 11, REMARKS 12.
@@ -219,6 +220,7 @@ TEST_F(Sheet, AnOutputThatCannotBeWrittenKeepsTheSheetOpen) {
     answer(134, {cell(2, "14"), click("OK")});
     prompt("17", "TREE");
     // Another program holds the file.
+    ShortLockTimeout shortTimeout;
     std::string before = read("output.mdb");
     auto holder =
         std::make_unique<jet::Database>(path("output.mdb"), jet::Database::Options{.exclusive = true});

@@ -9,6 +9,7 @@
 #include "platform/dao/jet/database.h"
 #include "platform/text/text.h"
 #include "tests/platform/dao/description.h"
+#include "tests/platform/dao/lock_timeout.h"
 #include "tests/platform/dao/scratch.h"
 
 namespace {
@@ -480,7 +481,7 @@ TEST(DaoFiles, AReadOnlyFileIsReadAndNotWritten) {
 TEST(DaoFiles, AFileLockedByAnotherProcessGivesItsMessageAndGoesOnLater) {
     if (!haveSqlite3()) GTEST_SKIP() << "the sqlite3 program is not installed";
     ScratchFolder folder;
-    dao::setLockTimeout(50);
+    ShortLockTimeout shortTimeout;
     CDaoDatabase db;
     db.Create(folder("out.sqlite"));
     {
@@ -502,7 +503,6 @@ TEST(DaoFiles, AFileLockedByAnotherProcessGivesItsMessageAndGoesOnLater) {
     db.Close();
     EXPECT_EQ(descriptionOf([&] { other.Open(folder("out.sqlite")); }), locked);
     ::pclose(holder);
-    dao::setLockTimeout(3000);
     other.Open(folder("out.sqlite"));
     other.Execute("INSERT INTO T (A) VALUES ('x')");
     other.Close();
@@ -511,7 +511,7 @@ TEST(DaoFiles, AFileLockedByAnotherProcessGivesItsMessageAndGoesOnLater) {
 
 TEST(DaoFiles, AnAccessFileLockedByAnotherGivesItsMessageAndGoesOnLater) {
     ScratchFolder folder;
-    dao::setLockTimeout(50);
+    ShortLockTimeout shortTimeout;
     CDaoDatabase db;
     db.Create(folder("out.mdb"));
     {
@@ -528,7 +528,6 @@ TEST(DaoFiles, AnAccessFileLockedByAnotherGivesItsMessageAndGoesOnLater) {
         db.Close();
         EXPECT_EQ(descriptionOf([&] { db.Open(folder("out.mdb")); }), locked);
     }
-    dao::setLockTimeout(3000);
     db.Open(folder("out.mdb"));
     db.Execute("INSERT INTO T (A) VALUES ('x')");
     db.Close();

@@ -4,8 +4,8 @@
 #include <algorithm>
 
 #include "platform/dao/dao.h"
-#include "platform/dao/engine.h"
 #include "tests/platform/dao/description.h"
+#include "tests/platform/dao/lock_timeout.h"
 #include "tests/platform/dao/odbc/postgres_server.h"
 #include "tests/platform/ui/checked_script.h"
 
@@ -439,9 +439,8 @@ TEST_F(PostgresSource, ALockedTableIsWaitedForAndThenToldOf) {
     db.BeginTrans();
     mine.Open(dbOpenDynaset, "SELECT * FROM T", dbDenyWrite);
     other.BeginTrans();
-    dao::setLockTimeout(50);
+    ShortLockTimeout shortTimeout;
     std::string told = descriptionOf([&] { theirs.Open(dbOpenDynaset, "SELECT * FROM T", dbDenyWrite); });
-    dao::setLockTimeout(3000);
     EXPECT_NE(told.find("lock timeout"), std::string::npos) << told;
     other.Rollback();
     db.CommitTrans();
