@@ -75,8 +75,8 @@ class ScriptedBackend : public Backend {
     void clearLog() { log_.clear(); }
     // Answers that nothing has asked for yet, each as text.
     std::vector<std::string> unused() const;
-    // What did not go as the script wanted: steps that were refused or were left over when their dialog ended, and
-    // the unused answers. A test looks that there is nothing.
+    // What did not go as the script wanted: steps that were refused or were left over when their dialog
+    // ended, and the unused answers. A test looks that there is nothing.
     std::vector<std::string> undone() const;
 
     // --- Backend --------------------------------------------------------------------------------------
