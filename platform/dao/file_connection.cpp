@@ -1,5 +1,6 @@
 #include "platform/dao/file_connection.h"
 
+#include <cassert>
 #include <thread>
 #include <utility>
 
@@ -10,6 +11,7 @@ void FileConnection::beginWrite() {
     begin();
     writes_ = 0;
     began_ = std::chrono::steady_clock::now();
+    assert(inTransaction());
 }
 
 void FileConnection::wrote() {
@@ -32,6 +34,7 @@ void FileConnection::commit() {
         undoChanges();
         throw;
     }
+    assert(!inTransaction());
 }
 
 void FileConnection::beginTransaction() {

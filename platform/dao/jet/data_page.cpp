@@ -1,5 +1,7 @@
 #include "platform/dao/jet/data_page.h"
 
+#include "platform/dao/jet/invariants.h"
+
 namespace jet {
 namespace {
 
@@ -10,6 +12,26 @@ constexpr size_t kFreeAt = 2;
 
 uint16_t slotWord(SlotKind kind, size_t start) {
     return static_cast<uint16_t>(static_cast<unsigned>(kind) << kKindShift | start);
+}
+
+// Whether all rows lie one behind the other, and the page tells how much room they leave.
+bool isInOrder(const Format& format, ByteView page) {
+    try {
+        DataPage data(format, page);
+        for (size_t i = 0; i < data.slots(); ++i) data.slot(i);
+        return page.u16(kFreeAt) == data.freeBytes();
+    } catch (const DamagedError&) {
+        return false;
+    }
+}
+
+// The bytes of all rows but one; of a page that is in order.
+Bytes rowsBut(size_t slot, const Format& format, ByteView page) {
+    ByteWriter rows;
+    DataPage data(format, page);
+    for (size_t i = 0; i < data.slots(); ++i)
+        if (i != slot) rows.put(data.row(i));
+    return std::move(rows.bytes);
 }
 
 // Makes the row of a slot longer or shorter; the rows behind it (lower in the page) move.
@@ -81,6 +103,7 @@ void initDataPage(const Format& format, ByteSpan page, uint32_t owner) {
 }
 
 uint8_t addRow(const Format& format, ByteSpan page, ByteView row, SlotKind kind) {
+    StaysTrue inOrder([&] { return isInOrder(format, page); });
     DataPage data(format, page);
     if (!data.takes(row.size())) damaged("a page has less room than was thought");
     size_t slots = data.slots();
@@ -100,10 +123,14 @@ bool takesReplacement(const Format& format, ByteView page, size_t slot, size_t s
 }
 
 void replaceRow(const Format& format, ByteSpan page, size_t slot, ByteView row, SlotKind kind) {
+    StaysTrue inOrder([&] { return isInOrder(format, page); });
+    bool checked = kAsserts && isInOrder(format, page);
+    Bytes others = checked ? rowsBut(slot, format, page) : Bytes();
     if (DataPage(format, page).slot(slot).size() != row.size()) resize(format, page, slot, row.size());
     size_t start = DataPage(format, page).slot(slot).start;
     page.set(start, row);
     page.setU16(format.rowTableAt + 2 * slot, slotWord(kind, start));
+    assert(!checked || rowsBut(slot, format, page) == others);
 }
 
 void deleteRow(const Format& format, ByteSpan page, size_t slot) {

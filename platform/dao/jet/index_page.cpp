@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "platform/dao/jet/invariants.h"
+
 namespace jet {
 namespace {
 
@@ -72,6 +74,12 @@ IndexPage IndexPage::read(PageFile& file, uint32_t number) {
     return out;
 }
 
+bool IndexPage::isAscending() const {
+    for (size_t i = 1; i < size(); ++i)
+        if (compare(entry(i - 1), entry(i)) >= 0) return false;
+    return true;
+}
+
 size_t IndexPage::prefix() const {
     if (node || size() < 2) return 0;
     // What the first and the last entry have in common, all between them have.
@@ -118,6 +126,8 @@ void IndexPage::write(PageFile& file, uint32_t table, uint32_t number) const {
         page.setU8(bitmapByte, static_cast<uint8_t>(page.view().u8(bitmapByte) | 1u << (end % 8)));
     }
     page.setU16(kFreeAt, static_cast<uint16_t>(page.size() - at));
+    assert(at == format.indexEntriesAt + storedSize());
+    assert(!isAscending() || read(file, number).keys_ == keys_);
 }
 
 void IndexPage::setChild(size_t i, uint32_t page) {

@@ -40,6 +40,7 @@ class IndexPage {
     // Moves the entries from a position on to the end of another page.
     void moveEntries(size_t from, IndexPage& to);
 
+    bool isAscending() const;
     // Bytes that the entries take as they would be written.
     size_t storedSize() const;
     bool fits(const Format& format) const { return storedSize() <= format.pageSize - format.indexEntriesAt; }

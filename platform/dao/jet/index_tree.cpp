@@ -2,6 +2,8 @@
 
 #include <unordered_set>
 
+#include "platform/dao/jet/invariants.h"
+
 namespace jet {
 namespace {
 
@@ -26,6 +28,23 @@ IndexTree::Path IndexTree::pathTo(ByteView entry) const {
         if (!node) return path;
         number = child;
     }
+}
+
+bool IndexTree::isInOrder(const Path& path) const {
+    Bytes lower, upper;  // the entries that lead to a page; none: nothing
+    for (const Step& step : path) {
+        const IndexPage& page = step.page;
+        if (!page.isAscending() || store_.allocator.isFree(step.number)) return false;
+        if (!page.empty()) {
+            ByteView last = page.entry(page.size() - 1);
+            if (!lower.empty() && compare(page.entry(0), lower) <= 0) return false;
+            if (!upper.empty() && (page.node ? compare(last, upper) >= 0 : compare(last, upper) != 0))
+                return false;
+        }
+        if (step.position > 0) lower = page.entry(step.position - 1).copy();
+        if (step.position < page.size()) upper = page.entry(step.position).copy();
+    }
+    return true;
 }
 
 void IndexTree::walk(ByteView from, const std::function<bool(ByteView)>& visit) const {
@@ -70,8 +89,11 @@ void IndexTree::insert(ByteView key, RowId row) {
     Step& leaf = path.back();
     if (leaf.position < leaf.page.size() && compare(leaf.page.entry(leaf.position), entry) == 0)
         damaged("an index has an entry for a row that is new");
+    [[maybe_unused]] bool inOrder = kAsserts && isInOrder(path);
     leaf.page.insert(leaf.position, entry);
     save(path, path.size() - 1);
+    assert(!inOrder || isInOrder(pathTo(entry)));
+    assert(!inOrder || hasEntry(entry));
 }
 
 void IndexTree::erase(ByteView key, RowId row) {
@@ -80,12 +102,22 @@ void IndexTree::erase(ByteView key, RowId row) {
     Step& leaf = path.back();
     if (leaf.position >= leaf.page.size() || compare(leaf.page.entry(leaf.position), entry) != 0)
         damaged("an index lacks the entry of a row");
+    [[maybe_unused]] bool inOrder = kAsserts && isInOrder(path);
     leaf.page.erase(leaf.position);
     size_t depth = path.size() - 1;
-    if (leaf.page.empty() && depth > 0)
+    bool pageGoes = leaf.page.empty() && depth > 0;
+    if (pageGoes)
         removePage(path, depth);
     else
         save(path, depth);
+    assert(!inOrder || !hasEntry(entry));
+    // Where a page has gone the way leads to another one, which may be damaged.
+    assert(!inOrder || pageGoes || isInOrder(pathTo(entry)));
+}
+
+bool IndexTree::hasEntry(ByteView entry) const {
+    const Step leaf = pathTo(entry).back();
+    return leaf.position < leaf.page.size() && compare(leaf.page.entry(leaf.position), entry) == 0;
 }
 
 // Writes a page that has been changed, in pieces where it has become too full, and sees to it that the entry

@@ -43,6 +43,10 @@ class IndexTree {
     using Path = std::vector<Step>;
 
     Path pathTo(ByteView entry) const;
+    // Whether the pages on the way are in use and in order: their entries ascend between those that lead to
+    // them, and the last one of a leaf is the one that leads to it.
+    bool isInOrder(const Path& path) const;
+    bool hasEntry(ByteView entry) const;
     void save(Path& path, size_t depth);
     void splitRoot(Path& path);
     void split(Path& path, size_t depth);

@@ -9,6 +9,8 @@
 #include <chrono>
 #include <thread>
 
+#include "platform/dao/jet/invariants.h"
+
 namespace jet {
 namespace {
 
@@ -52,6 +54,10 @@ PageFile::PageFile(const std::string& path, const Options& options)
         lock(F_WRLCK, kReaders);
     }
     Reading reading(*this);
+}
+
+PageFile::~PageFile() {
+    assert(reading_ == 0 && !changing_);
 }
 
 void PageFile::open() {
@@ -138,6 +144,7 @@ void PageFile::enterReading() {
 }
 
 void PageFile::endRead() {
+    assert(reading_ > 0);
     if (--reading_ == 0) unlock(kReaders);
 }
 
@@ -208,11 +215,13 @@ bool PageFile::othersWait() const {
 
 void PageFile::commit() {
     if (!writing_) return;
+    assert(!changing_);
     std::vector<std::shared_ptr<Page>> dirty;
     std::vector<uint32_t> originals;
     auto pagesBefore = static_cast<uint32_t>(static_cast<uint64_t>(seen_.size) / format_->pageSize);
     for (const auto& page : pages_) {
         if (!page || !page->dirty) continue;
+        assert(page->number < pageCount_ && page->bytes.size() == format_->pageSize);
         dirty.push_back(page);
         if (page->number < pagesBefore) originals.push_back(page->number);
     }
@@ -260,7 +269,9 @@ void PageFile::writePages(const std::vector<std::shared_ptr<Page>>& pages) {
         (!options_.scratch && ::fdatasync(file_.get()) != 0))
         throw Error("The database \"" + path_ + "\" cannot be written: " + std::strerror(errno) + ".");
     moveTimeForward();
+    [[maybe_unused]] uint32_t wanted = pageCount_;
     noteFile();
+    assert(pageCount_ == wanted && endsWithWholePage());
 }
 
 // The time of change of the file becomes later than it was when this process saw it last, however coarse the
@@ -277,6 +288,7 @@ void PageFile::moveTimeForward() {
 
 void PageFile::rollBack() {
     if (!writing_) return;
+    assert(!changing_);
     writing_ = shrinks_ = false;
     forgetPages();
     ++generation_;
@@ -285,6 +297,7 @@ void PageFile::rollBack() {
 }
 
 void PageFile::leaveWriting() {
+    assert(holdsWriter_ && !writing_);
     if (options_.exclusive) return;
     if (reading_ > 0)
         tryLock(F_RDLCK, kReaders);
@@ -386,13 +399,24 @@ void PageFile::replaceBy(PageFile& other) {
 PageFile::Change::Change(PageFile& file) : file_(file), outer_(!file.changing_) {
     if (!file.writing_) throw Error("A change needs a transaction.");
     if (!outer_) return;
+    assert(file.saved_.empty());
     file.changing_ = true;
+    file.innerFailed_ = false;
     ++file.changeNumber_;
     file.pagesBefore_ = file.pageCount_;
 }
 
+void PageFile::Change::done() {
+    // A part that was given up halfway must not become part of the whole.
+    assert(!outer_ || !file_.innerFailed_);
+    done_ = true;
+}
+
 PageFile::Change::~Change() {
-    if (!outer_) return;
+    if (!outer_) {
+        file_.innerFailed_ = file_.innerFailed_ || !done_;
+        return;
+    }
     if (!done_) file_.undoChange();
     for (Saved& saved : file_.saved_) file_.spare_.push_back(std::move(saved.bytes));
     file_.saved_.clear();

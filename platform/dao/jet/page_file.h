@@ -54,6 +54,7 @@ class PageFile {
     // Opens a file. Its first page says which of the two layouts it has. Throws an Error for a file that
     // cannot be opened, or is no Access file of the two versions.
     PageFile(const std::string& path, const Options& options);
+    ~PageFile();
     PageFile(const PageFile&) = delete;
     PageFile& operator=(const PageFile&) = delete;
 
@@ -98,7 +99,7 @@ class PageFile {
         ~Change();
         Change(const Change&) = delete;
         Change& operator=(const Change&) = delete;
-        void done() { done_ = true; }
+        void done();
 
       private:
         PageFile& file_;
@@ -149,6 +150,7 @@ class PageFile {
     size_t kept_ = 0;
 
     bool changing_ = false;
+    bool innerFailed_ = false;  // a Change within the outer one was not completed
     uint64_t changeNumber_ = 0;
     uint32_t pagesBefore_ = 0;
     std::vector<Saved> saved_;

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "platform/dao/jet/invariants.h"
+
 namespace jet {
 namespace {
 
@@ -63,6 +65,7 @@ uint32_t RowSpace::newPage() {
     initDataPage(store_.format, store_.file.writable(page), owner_);
     owned_.set(page, true, [this] { return store_.allocator.take(); });
     insertSorted(pages_, page);
+    assert(owned_.contains(page) && !store_.allocator.isFree(page));
     return page;
 }
 
@@ -93,6 +96,7 @@ void RowSpace::remove(RowId row) {
     owned_.set(row.page, false, {});
     eraseSorted(pages_, row.page);
     store_.allocator.give(row.page);
+    assert(!owned_.contains(row.page) && store_.allocator.isFree(row.page));
 }
 
 }  // namespace jet

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "platform/dao/jet/invariants.h"
+
 namespace jet {
 namespace {
 
@@ -183,6 +185,7 @@ uint32_t Allocator::take(uint32_t behind) {
     uint32_t page = *it;
     free_.erase(it);
     map_.set(page, false, {});
+    assert(!map_.contains(page));
     return page;
 }
 
@@ -196,9 +199,16 @@ uint32_t Allocator::append() {
 }
 
 void Allocator::give(uint32_t page) {
-    freePages();
+    if (isFree(page)) return;
     map_.set(page, true, [this] { return append(); });
+    assert(map_.contains(page));
     free_.insert(std::lower_bound(free_.begin(), free_.end(), page), page);
+}
+
+bool Allocator::isFree(uint32_t page) {
+    freePages();
+    assert(std::adjacent_find(free_.begin(), free_.end(), std::greater_equal<>()) == free_.end());
+    return std::binary_search(free_.begin(), free_.end(), page);
 }
 
 }  // namespace jet

@@ -57,7 +57,9 @@ class Allocator {
     uint32_t take(uint32_t behind = 0);
     // Whether a free page lies in front of a page.
     bool hasFreeBefore(uint32_t page);
+    // A page that is free already stays so.
     void give(uint32_t page);
+    bool isFree(uint32_t page);
 
   private:
     const std::vector<uint32_t>& freePages();
