@@ -178,7 +178,8 @@ struct Program {
     Program(int& argc, char** argv) : application(argc, argv), host(window, window, window) {
         QApplication::setOrganizationName("norvane-bench");
         std::setlocale(LC_NUMERIC, "C");
-        window.start(host, "", {});
+        const auto folder = std::filesystem::read_symlink("/proc/self/exe").parent_path();
+        window.start(host, "", {folder / "support/hostcad.mnu"});
         window.resize(1280, 860);
         window.QMainWindow::show();
         QApplication::processEvents();

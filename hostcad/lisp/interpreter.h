@@ -110,7 +110,6 @@ class Interpreter {
     void limitReached(const char* here);
 
     Output output_;
-    std::string version_ = "Lisp 1.0 (en)";
     std::unordered_map<std::string, std::unique_ptr<Symbol>> symbols_;
     std::vector<std::unique_ptr<Builtin>> builtins_;
     std::vector<std::string> sources_;
@@ -129,6 +128,7 @@ class Interpreter {
     std::function<void()> pulse_;
     const char* stackEnd_ = nullptr;
     std::atomic<bool> cancelled_{false};
+    std::string version_ = "Lisp 1.0 (en)";
 };
 
 }  // namespace hostcad::lisp
