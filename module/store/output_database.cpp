@@ -7,10 +7,13 @@
 #include "module/store/server_sign_in.h"
 #include "module/store/statements.h"
 #include "module/store/user_tables.h"
+#include "platform/dao/sql_tokens.h"
 #include "platform/files/files.h"
 #include "platform/text/text.h"
 
 namespace norvane {
+
+using dao::quotedText;
 
 namespace {
 
@@ -74,8 +77,8 @@ RecordKey routed(Route route, RecordKey key) {
 }
 
 std::string odbcCondition(const RecordKey& k) {
-    return " WHERE UCASE(" + StatementName(k.keyField) + ") = '" + k.keyValue + "' AND UCASE(GIS_KEY) = '" +
-           k.feature + "'";
+    return " WHERE UCASE(" + StatementName(k.keyField) + ") = " + quotedText(k.keyValue) +
+           " AND UCASE(GIS_KEY) = " + quotedText(k.feature);
 }
 
 void writeThroughRecordset(CDaoDatabase& database, const RecordKey& key, const TableState& state,
@@ -126,7 +129,7 @@ void writeThroughStatements(CDaoDatabase& database, const RecordKey& key,
     std::string names, texts;
     for (const auto& [name, value] : values) {
         names += (names.empty() ? "" : ",") + StatementName(name);
-        texts += (texts.empty() ? "'" : ",'") + value + "'";
+        texts += (texts.empty() ? "" : ",") + quotedText(value);
     }
     database.Execute("INSERT INTO " + k.table + " (" + names + ") VALUES(" + texts + ")", dbSQLPassThrough);
 }
@@ -191,13 +194,15 @@ void saveInto(CDaoDatabase& database, Route route, const RecordKey& key,
     WriteRecord(database, route, key, state, fields);
 }
 
-// The record that is replaced is deleted first: it must not be gone when what follows fails.
-void saveWholly(CDaoDatabase& database, const RecordKey& key, const std::vector<OutputField>& fields) {
+// A save that is refused leaves no table, no column and no value of GIS_KEY behind, and on a server, where
+// the record that is replaced is deleted first, no gap.
+void saveWholly(CDaoDatabase& database, Route route, const RecordKey& key,
+                const std::vector<OutputField>& fields) {
     constexpr int kMostConflicts = 10;
     for (int conflicts = 0;; ++conflicts) {
         database.BeginTrans();
         try {
-            saveInto(database, Route::kOdbc, key, fields);
+            saveInto(database, route, key, fields);
             return database.CommitTrans();
         } catch (const CDaoConflict&) {
             // Someone else has made the table or a column of it at this moment. It is there now.
@@ -218,10 +223,7 @@ bool SaveRecord(const std::string& path, const RecordKey& key, const std::vector
             database.Create(path, dbLangGeneral, dbVersion30);
         else
             OpenDatabase(database, path);
-        if (route == Route::kOdbc)
-            saveWholly(database, key, fields);
-        else
-            saveInto(database, route, key, fields);
+        saveWholly(database, route, key, fields);
         database.Close();
     });
 }
@@ -248,10 +250,10 @@ TableState EnsureOutputTable(CDaoDatabase& database, const RecordKey& key,
 
 void FillGisKey(CDaoDatabase& database, Route route, const RecordKey& key, const TableState& state) {
     if (route == Route::kOdbc)
-        return database.Execute("UPDATE " + state.table + " SET GIS_KEY = '" + key.table + "'",
+        return database.Execute("UPDATE " + state.table + " SET GIS_KEY = " + quotedText(key.table),
                                 dbSQLPassThrough);
     CDaoRecordset records(&database);
-    for (records.Open(dbOpenDynaset, "SELECT GIS_KEY FROM [" + state.table + "]"); !records.IsEOF();
+    for (records.Open(dbOpenDynaset, "SELECT GIS_KEY FROM " + BracketedName(state.table)); !records.IsEOF();
          records.MoveNext()) {
         records.Edit();
         records.SetFieldValue(kGisKey, key.feature);
@@ -291,27 +293,27 @@ CDaoFieldInfo AttributeColumn(const std::string& name, FieldKind kind) {
 std::string FindRecordStatement(Route route, const RecordKey& key, bool hasGisKey, FindPurpose purpose) {
     RecordKey k = routed(route, key);
     if (route == Route::kAccess)
-        return SelectTable(k.table) + " WHERE [" + k.keyField + "] = '" + k.keyValue + "'" +
-               (hasGisKey ? " AND GIS_KEY = '" + k.feature + "'" : "");
+        return SelectTable(k.table) + " WHERE " + BracketedName(k.keyField) + " = " + quotedText(k.keyValue) +
+               (hasGisKey ? " AND GIS_KEY = " + quotedText(k.feature) : "");
     std::string select = "SELECT * FROM " + k.table;
     std::string keyField = StatementName(k.keyField);
-    if (!hasGisKey) return select + " WHERE UCASE(" + keyField + ") = '" + k.keyValue + "'";
+    if (!hasGisKey) return select + " WHERE UCASE(" + keyField + ") = " + quotedText(k.keyValue);
     if (purpose == FindPurpose::kSave) return select + odbcCondition(k);
     // Servers have always been sent this one without the blank.
-    return select + " WHERE UCASE(" + keyField + ") = '" + k.keyValue + "' AND UCASE(GIS_KEY) ='" +
-           k.feature + "'";
+    return select + " WHERE UCASE(" + keyField + ") = " + quotedText(k.keyValue) +
+           " AND UCASE(GIS_KEY) =" + quotedText(k.feature);
 }
 
 std::string SelectTable(const std::string& table) {
-    return "SELECT * FROM [" + table + "]";
+    return "SELECT * FROM " + BracketedName(table);
 }
 
 std::string SelectKeys(const std::string& table) {
-    return "SELECT PT_ID FROM [" + table + "]";
+    return "SELECT PT_ID FROM " + BracketedName(table);
 }
 
 std::string SelectByPointId(const std::string& table, const std::string& id) {
-    return SelectTable(table) + " WHERE PT_ID = '" + id + "'";
+    return SelectTable(table) + " WHERE PT_ID = " + quotedText(id);
 }
 
 const std::vector<std::string>& ListKeys(const std::string& path, const std::string& table) {

@@ -52,7 +52,7 @@ struct LoadedRecord {
 LoadedRecord LoadRecord(const std::string& path, const RecordKey& key);
 
 // Opens or creates the output database, creates or extends the table, and writes the record. False when that
-// failed; the reason has been shown. On a server all of it is kept, or nothing.
+// failed; the reason has been shown. All of it is kept, or nothing.
 bool SaveRecord(const std::string& path, const RecordKey& key, const std::vector<OutputField>& fields);
 
 // --- Their steps, on an open database. Exceptions pass through to the caller. ----------------------------

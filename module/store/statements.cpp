@@ -6,6 +6,12 @@
 
 namespace norvane {
 
+std::string BracketedName(const std::string& name) {
+    if (name.find_first_of("[]") != std::string::npos)
+        throw CDaoException("The name \"" + name + "\" has a bracket and cannot stand in a statement.");
+    return "[" + name + "]";
+}
+
 std::string StatementName(const std::string& name) {
     constexpr std::string_view kDigits = "0123456789";
     constexpr std::string_view kLetters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz_";
@@ -13,7 +19,7 @@ std::string StatementName(const std::string& name) {
     for (char c : name)
         plain = plain &&
                 (kLetters.find(c) != std::string_view::npos || kDigits.find(c) != std::string_view::npos);
-    return plain ? name : "[" + name + "]";
+    return plain ? name : BracketedName(name);
 }
 
 std::string QualifiedTable(const CDaoDatabase& database, const std::string& table) {

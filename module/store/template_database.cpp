@@ -4,6 +4,7 @@
 
 #include "module/store/database.h"
 #include "module/store/records.h"
+#include "platform/dao/sql_tokens.h"
 #include "platform/files/files.h"
 #include "platform/text/text.h"
 
@@ -123,17 +124,17 @@ std::string SelectFeatureNames() {
 }
 
 std::string SelectFeatureName(const std::string& feature) {
-    return "SELECT GIS_NAME FROM ZGEO_SMART_PROMPTING WHERE GIS_NAME = '" + feature + "'";
+    return "SELECT GIS_NAME FROM ZGEO_SMART_PROMPTING WHERE GIS_NAME = " + dao::quotedText(feature);
 }
 
 std::string SelectFeaturePrompts(const std::string& feature) {
     return "SELECT FIELD_NAME, FIELD_PROMPT, DEFAULT_VALUE, LIST_VALUES FROM ZGEO_SMART_PROMPTING WHERE "
-           "GIS_NAME = '" +
-           feature + "'";
+           "GIS_NAME = " +
+           dao::quotedText(feature);
 }
 
 std::string SelectFeatureRows(const std::string& feature) {
-    return "SELECT * FROM ZGEO_SMART_PROMPTING WHERE GIS_NAME = '" + feature + "'";
+    return "SELECT * FROM ZGEO_SMART_PROMPTING WHERE GIS_NAME = " + dao::quotedText(feature);
 }
 
 std::string SelectCurrentLinks() {
@@ -141,11 +142,12 @@ std::string SelectCurrentLinks() {
 }
 
 std::string SelectLinks(const std::string& feature) {
-    return "SELECT * FROM ZGEO_LINKS WHERE GIS_NAME = '" + feature + "'";
+    return "SELECT * FROM ZGEO_LINKS WHERE GIS_NAME = " + dao::quotedText(feature);
 }
 
 std::string SelectLink(const std::string& feature, const std::string& table) {
-    return "SELECT * FROM ZGEO_LINKS WHERE GIS_NAME = '" + feature + "' AND TABLE_NAME = '" + table + "'";
+    return "SELECT * FROM ZGEO_LINKS WHERE GIS_NAME = " + dao::quotedText(feature) +
+           " AND TABLE_NAME = " + dao::quotedText(table);
 }
 
 std::string SelectCategories() {
@@ -153,11 +155,11 @@ std::string SelectCategories() {
 }
 
 std::string SelectFeatureCategories(const std::string& feature) {
-    return "SELECT * FROM ZGEO_CAT WHERE GIS_NAME = '" + feature + "'";
+    return "SELECT * FROM ZGEO_CAT WHERE GIS_NAME = " + dao::quotedText(feature);
 }
 
 std::string SelectCategory(const std::string& category) {
-    return "SELECT * FROM ZGEO_CAT WHERE CAT_GIS_NAME = '" + category + "'";
+    return "SELECT * FROM ZGEO_CAT WHERE CAT_GIS_NAME = " + dao::quotedText(category);
 }
 
 }  // namespace norvane

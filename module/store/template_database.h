@@ -51,7 +51,7 @@ std::string ReadOutputTable(CDaoDatabase& database, const std::string& feature);
 void MarkFeatureCurrent(CDaoDatabase& database, const FeatureTable& current);
 
 // --- Statements ---------------------------------------------------------------------------------------
-// A quote in a value is not doubled: it breaks the statement, and the engine says so.
+// A quote in a value is doubled: no value ends or extends a statement.
 
 std::string SelectFeatureNames();
 std::string SelectFeatureName(const std::string& feature);

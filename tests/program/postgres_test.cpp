@@ -8,6 +8,7 @@
 
 #include "platform/text/text.h"
 #include "tests/module/module_fixture.h"
+#include "tests/module/store/hostile_texts.h"
 #include "tests/platform/dao/odbc/postgres_server.h"
 
 namespace {
@@ -93,6 +94,30 @@ TEST_F(Postgres, TheFirstSaveMakesTheTableAndTheSecondReplacesTheRecord) {
     EXPECT_EQ(record("pt_id, dbh, height, remarks IS NULL"), "A17|15|40.125|t\n");
     EXPECT_EQ(sqlite("template.mdb", "select GIS_NAME from ZGEO_LINKS where IS_CURRENT='YES'"), "TREE\n");
     EXPECT_NE(link().find("\"" + withoutPassword() + "\""), std::string::npos) << link();
+}
+
+TEST_F(Postgres, NoTextEndsOrExtendsAStatement) {
+    server().answer(
+        "CREATE SCHEMA survey; CREATE TABLE survey.victim(a text); INSERT INTO survey.victim "
+        "VALUES('stays')");
+    const std::string tables = "count(*) FROM information_schema.tables WHERE table_schema = 'survey'";
+    for (const std::string& text : hostileTexts()) {
+        std::string key = text::replaceAll(text::replaceAll(text, "\\", "\\\\"), "\"", "\\\"");
+        answer(134, {cell(2, "14"), cell(12, text), click("OK")});
+        EXPECT_EQ(save(key, "TREE"), "1") << text;
+        std::string typed = text;  // a cell takes no control characters
+        std::erase_if(typed, [](unsigned char c) { return c < ' '; });
+        EXPECT_EQ(server().answer("SELECT count(*) > 0 FROM survey.tree WHERE remarks = $h$" + typed + "$h$"),
+                  "t\n")
+            << text;
+    }
+    EXPECT_EQ(boxes(), "");
+    EXPECT_EQ(server().answer("SELECT " + tables), "2\n");
+    EXPECT_EQ(record("a", "survey.victim"), "stays\n");
+    // Keys are upper case on a server: two that differ in case alone are one.
+    std::set<std::string> keys;
+    for (const std::string& text : hostileTexts()) keys.insert(text::upper(text));
+    EXPECT_EQ(server().answer("SELECT count(*) FROM survey.tree"), std::to_string(keys.size()) + "\n");
 }
 
 TEST_F(Postgres, FeaturesMayShareATable) {

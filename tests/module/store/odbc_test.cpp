@@ -59,7 +59,7 @@ TEST_F(Odbc, ARecordIsReplacedAsAWhole) {
         server->log,
         (Strings{"add TREE EMPTY", "SELECT * FROM tree WHERE UCASE(PT_ID) = 'A1' AND UCASE(GIS_KEY) = 'OAK'",
                  "DELETE FROM tree WHERE UCASE(PT_ID) = 'A1' AND UCASE(GIS_KEY) = 'OAK'",
-                 "INSERT INTO tree (PT_ID,GIS_KEY,HEIGHT,NOTE) VALUES('A1','OAK','12.50','it's')"}));
+                 "INSERT INTO tree (PT_ID,GIS_KEY,HEIGHT,NOTE) VALUES('A1','OAK','12.50','it''s')"}));
     server->log.clear();
     server->found.clear();
     ASSERT_TRUE(SaveRecord(path, key, {}));
