@@ -276,7 +276,12 @@ AccessStatement translateChange(std::string_view sql) {
 }
 
 AccessStatement translateTable(std::string_view table) {
-    return translateSelect("SELECT * FROM [" + std::string(table) + "]");
+    AccessStatement statement;
+    statement.select = statement.plain = true;
+    statement.table = table;
+    statement.columns = {"*"};
+    statement.sql = "SELECT *" + statement.fromClause();
+    return statement;
 }
 
 bool isAllColumns(const std::vector<std::string>& columns) {

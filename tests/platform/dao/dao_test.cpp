@@ -570,8 +570,16 @@ TEST(DaoFiles, TablesOfOtherProgramsAreReadAsFarAsTheyGo) {
     records.Open(dbOpenDynaset, "SELECT * FROM w");
     EXPECT_EQ(toText(records.GetFieldValue("v")), "v");
     EXPECT_FALSE(records.CanUpdate());
+    records.Close();
     table.DeleteField("t");
     EXPECT_EQ(table.GetFieldCount(), 4);
+    table.Close();
+    db.Close();
+    // A name that could not be given here, and cannot be put into brackets.
+    sqlite3(folder("g.db"), "CREATE TABLE \\\"a]b\\\"(n); INSERT INTO \\\"a]b\\\" VALUES(7)");
+    db.Open(folder("g.db"));
+    records.Open(dbOpenDynaset, "a]b");
+    EXPECT_EQ(toText(records.GetFieldValue(0)), "7");
 }
 
 // An engine that keeps what it was told, as a server would hear it.
