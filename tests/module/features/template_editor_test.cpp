@@ -333,12 +333,14 @@ TEST_F(Editor, ASaveThatSavesNothingCountsAsDone) {
         shown("No Categories found in the Template Database.\nPlease add at least one category in order "
               "to be able to store Features!"));
     EXPECT_TRUE(shown("box [Error] \"Template Database not set!\""));
+    EXPECT_FALSE(shown("has no steps left")) << "the sheet is let go";
     // The feature is there, and is not to be replaced.
     treeTemplate();
     box("Yes"), category("PLANTS"), box("No"), box("Yes");
     edit({open("TREE"), at(2, 1, "Kind")});
     EXPECT_TRUE(shown("Feature already exist! Do you want to replace it?"));
     EXPECT_EQ(features("FIELD_NAME='SPECIES'"), "TREE|SPECIES|Species||\n");
+    EXPECT_FALSE(shown("has no steps left"));
 }
 
 TEST_F(Editor, TheFormatAskedForHoldsFromTheNextDatabaseOn) {
@@ -412,6 +414,32 @@ TEST_F(Editor, WhatIsNoTemplateStaysClosed) {
     edit({menu("Template Database/Open..."), menu("Template Database/Open..."), show()});
     EXPECT_TRUE(shown("box [Error] \"" + path("half.mdb") + " is not a template database!\" flags 0x40030"));
     EXPECT_TRUE(shown("1002 edit \"\" (read-only)"));
+}
+
+TEST_F(Editor, TheEditorLooksAtTheTypesOfColumnsAndTheChooserDoesNot) {
+    {
+        CDaoDatabase database;
+        database.Create(path("typed.mdb"));
+        CDaoTableDef prompting(&database), categories(&database);
+        prompting.Create("ZGEO_SMART_PROMPTING");
+        prompting.CreateField("NO_GIS", dbLong, 4);
+        for (const char* name : {"GIS_NAME", "FIELD_NAME", "FIELD_PROMPT", "DEFAULT_VALUE", "LIST_VALUES"})
+            prompting.CreateField(name, dbText, 255);
+        prompting.Append();
+        categories.Create("ZGEO_CAT");
+        for (const char* name : {"INDEX_CAT_GIS", "CAT_GIS_NAME", "GIS_NAME"})
+            categories.CreateField(name, dbText, 255);
+        categories.Append();
+    }
+    ui_.answerFile(path("typed.mdb"));
+    box("OK"), box("Yes");
+    edit({menu("Template Database/Open...")});
+    EXPECT_TRUE(shown(path("typed.mdb") + " is not a template database!"));
+    answer(146, {click("1004"), click("Exit")});
+    answer(149, {click("Existing")});
+    ui_.answerFile(path("typed.mdb"));
+    lisp("(cf:gis_smart_prompting 7)");
+    EXPECT_NE(read("gps.ini").find("gismdbfile=" + path("typed.mdb")), std::string::npos);
 }
 
 TEST_F(Editor, ATemplateThatCannotBeWrittenLosesNothing) {

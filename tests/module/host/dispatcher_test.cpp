@@ -92,6 +92,10 @@ TEST_F(Dispatcher, TheBaseNameWinsOverTheNameWithItsDigits) {
     EXPECT_TRUE(shown("drop-down \"TREE\""));
     ui_.clearLog();
     answer(134, {show(), click("Cancel")});
+    prompt("1", "TREE12");
+    EXPECT_TRUE(shown("drop-down \"TREE\""));
+    ui_.clearLog();
+    answer(134, {show(), click("Cancel")});
     prompt("1", "WELL7");
     EXPECT_TRUE(shown("drop-down \"WELL7\""));
 }

@@ -151,6 +151,8 @@ TEST(Equation, OperatorsHaveTheirOrder) {
                  {"$EQN", "0"},
                  {"$EQN=/4", "0.25"},
                  {"$EQN=4/", "4"},
+                 {"$EQN=*4", "4"},
+                 {"$EQN=4*", "4"},
                  {"$EQN=3+", "3"},
                  {"$EQN=1/3", "0.333333333"},
                  {"$EQN=12ABC", "12"},

@@ -98,8 +98,11 @@ TEST_F(Sheet, FaultsAreToldAndTheCellIsReadyForEditing) {
 }
 
 TEST_F(Sheet, EnterOutsideTheButtonNeverCloses) {
-    answer(134, {cell(2, "14"), focus("1106"), key("Enter"), focus("OK"), key("Enter")});
+    answer(134, {cell(2, "14"), focus("1106"), key("Enter"), cell(2, "15"), key("Enter"), key("Enter"),
+                 focus("OK"), key("Enter")});
     EXPECT_EQ(prompt("17", "TREE"), "1");
+    EXPECT_EQ(record("DBH"), "15\n");
+    EXPECT_FALSE(shown("left over"));
 }
 
 TEST_F(Sheet, KeysMoveThroughTheGrid) {
