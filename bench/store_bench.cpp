@@ -10,6 +10,7 @@
 #include "hostcad/drawing/current_drawing.h"
 #include "hostcad/dxf/blank_drawing.h"
 #include "module/cad/ads_owners.h"
+#include "module/store/bulk_add.h"
 #include "module/store/database.h"
 #include "module/store/gis_link.h"
 #include "module/store/output_database.h"
