@@ -46,12 +46,12 @@ std::string kindName(ControlKind kind) {
 }
 
 // The lines that are printed of a long list or grid: those about the present one.
-struct Window {
+struct Excerpt {
     static constexpr int kWhole = 40;   // up to so many lines, all are printed
     static constexpr int kAround = 10;  // else so many on either side
 
     // Numbered from `first` on, `count` of them.
-    Window(int first, int count, int present) : from(first), to(first + count - 1) {
+    Excerpt(int first, int count, int present) : from(first), to(first + count - 1) {
         if (count <= kWhole) return;
         before = std::max(0, present - kAround - from);
         behind = std::max(0, to - present - kAround);
@@ -98,7 +98,7 @@ class Table {
 };
 
 std::string listText(const List& list) {
-    const Window seen(0, list.count(), std::max(0, list.selected()));
+    const Excerpt seen(0, list.count(), std::max(0, list.selected()));
     Table table;
     if (!list.headings().empty()) table.add("      ", list.headings());
     for (int i = seen.from; i <= seen.to; ++i) {
@@ -136,7 +136,7 @@ std::string gridText(const Grid& grid) {
     std::string out = text::format(" %d x %d", grid.columns(), grid.rows());
     if (grid.rows() > 0) out += text::format(", at (%d, %d)", grid.active().column, grid.active().row);
     if (grid.editing()) out += ", editing " + quoted(grid.editText());
-    const Window seen(1, grid.rows(), grid.active().row);
+    const Excerpt seen(1, grid.rows(), grid.active().row);
     const bool rowsAreNamed = !grid.rowHeading(seen.from).empty();
     Table table;
     if (!grid.hasOwnCells()) {

@@ -186,7 +186,8 @@ TEST_F(BatchTest, ReachesTheModuleByCommands) {
         "(c:gis-prompt)"
         "(print (link point))"
         // A drawn point with a generated key.
-        "(host:input \"Auto\" \"Point\" \"1000,2000,5\") (ui:answer 134 '(cell 2 2 \"7\") '(click \"OK\")) "
+        "(host:input \"Auto\" \"Point\" \"1000,2000,5\") (ui:answer 134 '(click-cell 2 2) "
+        "'(double-click-cell 1110 2 2) '(key \"7\") '(click \"OK\")) "
         "(c:gis-prompt)"
         "(print (list (gis:coordinates (entlast)) (nth 3 (link (entlast)))))"
         // Nothing picked, and Enter.
