@@ -24,7 +24,9 @@ void SeenColumns::see() {
 }
 
 void SeenColumns::seeCell(int column, int row) {
-    if (static_cast<size_t>(column) < widths_.size() && take(column, row)) show();
+    const int top = view_.rowViewportPosition(row);
+    const bool inSight = top + view_.rowHeight(row) > 0 && top < view_.viewport()->height();
+    if (inSight && static_cast<size_t>(column) < widths_.size() && take(column, row)) show();
 }
 
 void SeenColumns::show() {

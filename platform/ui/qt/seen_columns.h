@@ -18,8 +18,8 @@ class SeenColumns {
         : view_(view), narrowest_(std::move(narrowest)), needed_(std::move(needed)) {}
 
     void forget() { widths_.clear(); }
-    // Takes in the rows that are in sight, or one cell, and widens the columns where they need it. The last
-    // one has all that is left of the view.
+    // Takes in the rows that are in sight, or one cell if it is, and widens the columns where they need it.
+    // The last one has all that is left of the view.
     void see();
     void seeCell(int column, int row);
 

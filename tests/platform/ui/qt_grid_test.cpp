@@ -110,11 +110,16 @@ TEST_F(QtTables, ColumnsFitWhatHasBeenSeenAndStay) {
     ui::Grid& grid = tables_.get<ui::Grid>(kGrid);
     const std::string wide(60, 'W');
     tables_.records.setText(1, 500, wide);
-    int before = 0, widened = 0;
+    int before = 0, widened = 0, second = 0;
     does({[&] { before = table(kGrid)->columnWidth(0); }, [&] { grid.setActive(1, 500); },
           [&] { widened = table(kGrid)->columnWidth(0); }, [&] { grid.setText(1, 500, "narrow"); },
           [&] { grid.setActive(1, 1); },
           see([&] { return table(kGrid)->columnWidth(0) == widened; }, "never narrower"),
+          [&] {
+              second = table(kGrid)->columnWidth(1);
+              grid.setText(2, 700'000, wide + wide);
+          },
+          see([&] { return table(kGrid)->columnWidth(1) == second; }, "a cell out of sight"),
           [&] { grid.setText(2, 1, wide + wide); },
           see([&] { return table(kGrid)->columnWidth(1) > widened; }, "a cell in sight"),
           // Another filling begins anew.
