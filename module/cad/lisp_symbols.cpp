@@ -48,6 +48,12 @@ void SetLispString(const std::string& name, const std::string& value) {
     if (acedPutSym(name.c_str(), list.get()) != RTNORM) acutPrintf("Unable to set AutoLisp variable\n");
 }
 
+std::optional<std::string> UserDirectory() {
+    ResultBuffers value = symbolValue("usrdir$");
+    if (!value || value.get()->restype != RTSTR || !value.get()->resval.rstring) return std::nullopt;
+    return value.get()->resval.rstring;
+}
+
 std::string LispDirectory() {
     std::string folder;
     GetLispValue(folder, "lspdir$");

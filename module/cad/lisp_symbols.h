@@ -1,6 +1,7 @@
 // The Lisp symbols of the host, through which its routines and the module share texts.
 #pragma once
 
+#include <optional>
 #include <string>
 
 namespace norvane {
@@ -11,6 +12,8 @@ int GetLispValue(std::string& buffer, const std::string& name);
 // Sets a Lisp symbol to a text. Prints a message when that fails.
 void SetLispString(const std::string& name, const std::string& value);
 
+// The folder of a person's settings, the value of usrdir$; nothing when the symbol has no text.
+std::optional<std::string> UserDirectory();
 // The folder of the host's Lisp routines, the value of lspdir$; at most 1023 bytes.
 std::string LispDirectory();
 

@@ -6,33 +6,39 @@ namespace norvane {
 
 namespace {
 
-ui::FileBox existing(const char* filter, const char* pattern, const std::string& folder) {
+ui::FileBox boxOf(const std::string& filter, const char* pattern, const std::string& folder) {
     ui::FileBox box;
     box.filter = filter;
     box.pattern = pattern;
     box.folder = folder;
+    return box;
+}
+
+ui::FileBox existing(const std::string& filter, const char* pattern, const std::string& folder) {
+    ui::FileBox box = boxOf(filter, pattern, folder);
     box.mustExist = true;
     return box;
 }
 
-ui::FileBox toSave(const char* filter, const char* pattern, const std::string& folder) {
-    ui::FileBox box;
+ui::FileBox toSave(const std::string& filter, const char* pattern, const std::string& folder) {
+    ui::FileBox box = boxOf(filter, pattern, folder);
     box.save = true;
-    box.filter = filter;
-    box.pattern = pattern;
-    box.folder = folder;
     // As it has always been, for feature files too: who leaves the ending out gets this one.
     box.defaultExtension = "mdb";
     box.askOverwrite = true;
     return box;
 }
 
+constexpr const char* kExistingDatabases = "Microsoft Access Databases (*.mdb)|*.mdb|";
+constexpr const char* kNewDatabases = "Access Databases Files (*.mdb)|*.mdb|";
+constexpr const char* kOtherDatabases =
+    "SQLite Databases (*.sqlite, *.db)|*.sqlite;*.db|GeoPackages (*.gpkg)|*.gpkg|";
 constexpr const char* kFeatureFiles = "Norvane GIS Files (*.gis)|*.gis||";
 
 }  // namespace
 
 std::optional<std::string> AskExistingDatabase(const std::string& folder) {
-    return ui::fileBox(existing("Microsoft Access Databases (*.mdb)|*.mdb||", "*.mdb", folder));
+    return ui::fileBox(existing(std::string(kExistingDatabases) + "|", "*.mdb", folder));
 }
 
 std::optional<std::string> AskTemplateToOpen(const std::string& folder) {
@@ -40,7 +46,15 @@ std::optional<std::string> AskTemplateToOpen(const std::string& folder) {
 }
 
 std::optional<std::string> AskNewDatabase(const std::string& folder) {
-    return ui::fileBox(toSave("Access Databases Files (*.mdb)|*.mdb||", "*.mdb", folder));
+    return ui::fileBox(toSave(std::string(kNewDatabases) + "|", "*.mdb", folder));
+}
+
+std::optional<std::string> AskExistingOutput(const std::string& folder) {
+    return ui::fileBox(existing(std::string(kExistingDatabases) + kOtherDatabases + "|", "*.mdb", folder));
+}
+
+std::optional<std::string> AskNewOutput(const std::string& folder) {
+    return ui::fileBox(toSave(std::string(kNewDatabases) + kOtherDatabases + "|", "*.mdb", folder));
 }
 
 std::optional<std::string> AskFeatureFileToImport(const std::string& folder) {

@@ -14,6 +14,10 @@ std::optional<std::string> AskTemplateToOpen(const std::string& folder);
 // A new database; a name that is taken is asked about, and gets the ending .mdb.
 std::optional<std::string> AskNewDatabase(const std::string& folder);
 
+// An output database that is there, and a new one: of any kind that can be one.
+std::optional<std::string> AskExistingOutput(const std::string& folder);
+std::optional<std::string> AskNewOutput(const std::string& folder);
+
 // A feature file to read, to write, to delete.
 std::optional<std::string> AskFeatureFileToImport(const std::string& folder);
 std::optional<std::string> AskFeatureFileToExport(const std::string& folder);

@@ -39,8 +39,8 @@ void PromptSheet::onOpen() {
     showLinkState();
     if (CheckDao()) {
         find(kOutputPath)->setText(request_.outputPath);
-        request_.keyValue = GeneratedKey(request_.keyValue);
-        find(kBanner)->setText(request_.keyField + " : " + request_.keyValue);
+        keyIsGenerated_ = request_.keyValue == kAutomaticKey;
+        setKey(GeneratedKey(request_.keyValue));
         find(kTemplatePath)->setText(request_.templatePath);
         if (openTemplate()) {
             ShowDatabaseErrors([&] {
@@ -99,14 +99,29 @@ void PromptSheet::loadFeature(FlagEntry flags) {
     });
     if (!rows_.empty()) {
         grid_->setActive(2, 1);
-        LoadedRecord record;
-        if (!request_.outputPath.empty()) record = LoadRecord(request_.outputPath, recordKey());
+        LoadedRecord record = loadRecord();
         showRecord(record);
         fillTextCodes(record);
     }
     refresh(RefreshReason::kLoadOrSave);
     sizeColumns();
     grid_->setRedraw(true);
+}
+
+void PromptSheet::setKey(const std::string& value) {
+    request_.keyValue = value;
+    find(kBanner)->setText(request_.keyField + " : " + request_.keyValue);
+}
+
+// The record of the key. One that somebody else has made under a generated key is theirs: the next is taken.
+LoadedRecord PromptSheet::loadRecord() {
+    if (request_.outputPath.empty()) return {};
+    LoadedRecord record = LoadRecord(request_.outputPath, recordKey());
+    while (keyIsGenerated_ && record.found) {
+        setKey(GeneratedKey(kAutomaticKey));
+        record = LoadRecord(request_.outputPath, recordKey());
+    }
+    return record;
 }
 
 void PromptSheet::readRows(FlagEntry flags) {

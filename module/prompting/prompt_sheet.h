@@ -57,6 +57,8 @@ class PromptSheet : public ui::Dialog {
     void loadFeature(FlagEntry flags);
     void readRows(FlagEntry flags);
     void showRow(int number);
+    void setKey(const std::string& value);
+    LoadedRecord loadRecord();
     void showRecord(const LoadedRecord& record);
     void fillTextCodes(const LoadedRecord& record);
     void refresh(RefreshReason reason);
@@ -92,6 +94,7 @@ class PromptSheet : public ui::Dialog {
     std::vector<PromptRow> rows_;
     std::vector<OutputField> carried_;  // image columns of the record, which go back as they came
     FormEngine formEngine_ = FormEngine::kNone;
+    bool keyIsGenerated_ = false;
     bool closing_ = false;
 };
 

@@ -2,6 +2,7 @@
 
 #include "module/settings/dialog_state.h"
 #include "module/settings/settings_file.h"
+#include "platform/dao/connect_string.h"
 
 namespace norvane {
 
@@ -42,7 +43,8 @@ void GetDialogValue(int slot, std::string& buffer) {
                  : std::nullopt;
         if (!line) return;
         value = *line;
-        writeState(value, slot);
+        // A password that someone has put into the settings by hand is not copied.
+        writeState(dao::isConnectString(value) ? dao::withoutPassword(value) : value, slot);
     } else {
         value = readState(slot);
     }

@@ -27,8 +27,8 @@ bool isIndex(int index) {
 }
 
 std::string statePath() {
-    std::string folder;
-    if (!GetLispValue(folder, "usrdir$") || folder.empty()) {
+    std::string folder = UserDirectory().value_or("");
+    if (folder.empty()) {
         std::error_code error;
         folder = std::filesystem::current_path(error).string() + "\\";
     }

@@ -23,9 +23,8 @@ std::vector<std::string> linesWithEnds(std::string_view content) {
 }  // namespace
 
 std::optional<std::string> SettingsFile::path() {
-    std::string folder;
-    if (!GetLispValue(folder, "usrdir$")) return std::nullopt;
-    return folder + "gps.ini";
+    std::optional<std::string> folder = UserDirectory();
+    return folder ? std::optional(*folder + "gps.ini") : std::nullopt;
 }
 
 std::optional<SettingsFile> SettingsFile::read() {

@@ -4,6 +4,8 @@
 #include "module/dialogs/file_boxes.h"
 #include "module/dialogs/run_dialog.h"
 #include "module/settings/current_databases.h"
+#include "module/store/database.h"
+#include "module/store/server_sign_in.h"
 #include "module/store/template_database.h"
 #include "platform/files/files.h"
 #include "platform/ui/backend.h"
@@ -27,6 +29,7 @@ namespace {
 
 constexpr int kChooserResource = 149;
 constexpr int kExisting = 1;
+constexpr int kServer = 1901;
 
 }  // namespace
 
@@ -36,7 +39,9 @@ DatabaseChooser::DatabaseChooser(Mode mode)
     add<ui::Button>(kExisting, "&Existing", true);
     add<ui::Button>(kNew97, kNew97Text);
     add<ui::Button>(kNew2000, kNew2000Text);
-    setLayout(ui::column({ui::item(kCaption), ui::item(kExisting), ui::item(kNew97), ui::item(kNew2000)}));
+    add<ui::Button>(kServer, "Ser&ver...").show(mode == kOutput);
+    setLayout(ui::column(
+        {ui::item(kCaption), ui::item(kExisting), ui::item(kNew97), ui::item(kNew2000), ui::item(kServer)}));
 }
 
 void DatabaseChooser::onOpen() {
@@ -47,6 +52,7 @@ void DatabaseChooser::onOpen() {
     if (!forceNew) return;
     // Hidden, the button leaves its place to the two below it.
     find(kExisting)->show(false);
+    find(kServer)->show(false);
     if (!newCaption.empty()) find(kCaption)->setText(newCaption);
 }
 
@@ -61,6 +67,9 @@ void DatabaseChooser::onCommand(int id) {
         case kNew2000:
             createNew(DatabaseVersion::kAccess2000);
             break;
+        case kServer:
+            signIn();
+            break;
         default:
             Dialog::onCommand(id);
     }
@@ -72,7 +81,8 @@ void DatabaseChooser::onClose() {
 }
 
 void DatabaseChooser::chooseExisting() {
-    std::optional<std::string> chosen = AskExistingDatabase(folder);
+    std::optional<std::string> chosen =
+        mode_ == kTemplate ? AskExistingDatabase(folder) : AskExistingOutput(folder);
     if (!chosen) return;
     if (mode_ == kTemplate && !IsTemplateDatabase(*chosen)) {
         ui::messageBox("Error", *chosen + " is not a GIS template database!");
@@ -82,15 +92,48 @@ void DatabaseChooser::chooseExisting() {
     end(ui::kOk);
 }
 
+// A source on a server, by the sign-in box of its engine. The path is without the password.
+void DatabaseChooser::signIn() {
+    WithDatabase("ODBC;DSN=", [&](CDaoDatabase& database) { path = TakePassword(database.GetConnect()); });
+    if (!path.empty()) end(ui::kOk);
+}
+
+namespace {
+
+// Clears the way for a new database. What the file box has asked about is the file of that name and no other.
+bool mayReplace(const std::string& chosen, const std::string& made) {
+    if (made.empty()) {
+        ui::messageBox(
+            "Error",
+            "\"" + chosen + "\" cannot be made.\nA new database ends in .mdb, .sqlite, .db or .gpkg.");
+        return false;
+    }
+    if (!CheckDao()) return false;
+    if (!ProbeFolderWritable(made)) {
+        ui::messageBox("Error", "\"" + made + "\" cannot be made: its folder cannot be written to.");
+        return false;
+    }
+    if (!files::exists(made)) return true;
+    ui::OwnQuestion question;
+    question.title = "New Database";
+    question.text = "\"" + made + "\" exists already.\nDo you want to replace it?";
+    if (made != chosen && ui::ask(question) != ui::kYes) return false;
+    if (files::remove(made)) return true;
+    ui::messageBox("Error", "\"" + made + "\" cannot be deleted.");
+    return false;
+}
+
+}  // namespace
+
 void DatabaseChooser::createNew(DatabaseVersion version) {
-    std::optional<std::string> chosen = AskNewDatabase(folder);
+    std::optional<std::string> chosen = mode_ == kTemplate ? AskNewDatabase(folder) : AskNewOutput(folder);
     if (!chosen) return;
-    files::remove(*chosen);
-    bool created = mode_ == kTemplate ? CreateTemplateDatabase(*chosen, version)
-                                      : CreateOutputDatabase(*chosen, version);
+    const std::string made = NewDatabasePath(*chosen);
+    if (!mayReplace(*chosen, made)) return;
+    bool created =
+        mode_ == kTemplate ? CreateTemplateDatabase(made, version) : CreateOutputDatabase(made, version);
     if (created) {
-        // The name rule may change the ending: what was made is what counts.
-        path = NewDatabasePath(*chosen);
+        path = made;
         createdNew = mode_ == kTemplate;
         folder = files::folderOf(path);
     }

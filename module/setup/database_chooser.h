@@ -34,6 +34,7 @@ class DatabaseChooser : public ui::Dialog {
     void onClose() override;
     void chooseExisting();
     void createNew(DatabaseVersion version);
+    void signIn();
 
     Mode mode_;
 };

@@ -2,13 +2,19 @@
 
 #include "module/store/database.h"
 #include "platform/files/files.h"
+#include "platform/text/text.h"
 
 namespace norvane {
 
 std::string NewDatabasePath(const std::string& path) {
-    size_t dot = path.find('.');
-    if (dot == std::string::npos) return path + ".mdb";
-    return dot + 4 == path.size() ? path.substr(0, dot + 1) + "mdb" : "";
+    constexpr size_t kReplacedEnding = 3;
+    const size_t name = path.find_last_of("/\\") + 1;  // 0 where there is no folder
+    const size_t dot = path.rfind('.');
+    if (dot == std::string::npos || dot < name) return path + ".mdb";
+    const std::string_view ending = std::string_view(path).substr(dot + 1);
+    for (const char* kept : {"sqlite", "db", "gpkg"})
+        if (text::equalNoCase(ending, kept)) return path;
+    return ending.size() == kReplacedEnding ? path.substr(0, dot + 1) + "mdb" : "";
 }
 
 int ProbeFolderWritable(const std::string& path) {

@@ -10,9 +10,9 @@ namespace norvane {
 
 enum class DatabaseVersion { kAccess97, kAccess2000 };
 
-// The path that a new database gets by the name that a person or a routine gives it: with the ending .mdb in
-// place of another one of three letters, or of none. "" where that cannot be done: a dot anywhere else, in
-// the name of a folder for instance, gives no name.
+// The path that a new database gets by the name that a person or a routine gives it. The endings .sqlite, .db
+// and .gpkg stay, and say which kind of file is made; another ending of three letters, and none, becomes
+// .mdb. "" for any other ending. Dots in the names of folders are no endings.
 std::string NewDatabasePath(const std::string& path);
 
 // Whether a file can be made in the folder of a path: 1 or 0.

@@ -18,7 +18,6 @@ using dao::quotedText;
 namespace {
 
 constexpr const char* kGisKey = "GIS_KEY";
-constexpr const char* kAutomatic = "#AUTO#";
 
 bool contains(const std::vector<std::string>& names, const std::string& upperName) {
     return std::find(names.begin(), names.end(), upperName) != names.end();
@@ -140,8 +139,13 @@ Route RouteOf(const std::string& path) {
     return IsOdbcPath(path) ? Route::kOdbc : Route::kAccess;
 }
 
+const char* const kAutomaticKey = "#AUTO#";
+
 std::string GeneratedKey(const std::string& keyValue) {
-    return keyValue == kAutomatic ? text::format("%ld", static_cast<long>(std::time(nullptr))) : keyValue;
+    if (keyValue != kAutomaticKey) return keyValue;
+    static long last = 0;
+    last = std::max(static_cast<long>(std::time(nullptr)), last + 1);
+    return text::format("%ld", last);
 }
 
 bool LoadedRecord::hasColumn(const std::string& name) const {

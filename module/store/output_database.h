@@ -31,7 +31,10 @@ struct RecordKey {
     std::string feature;
 };
 
-// "#AUTO#" gives the present time in seconds since 1970; any other text is itself.
+// The key value that asks for a generated key.
+extern const char* const kAutomaticKey;
+// "#AUTO#" gives the present time in seconds since 1970, or the next number where that one has been given
+// already; any other text is itself.
 std::string GeneratedKey(const std::string& keyValue);
 
 // --- The two operations of the sheet, each with its own opening, checks and error box --------------------

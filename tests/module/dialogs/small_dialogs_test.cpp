@@ -36,6 +36,15 @@ TEST(FileBoxes, DifferInBlanksWordsAndEndings) {
         {AskExistingDatabase, "Microsoft Access Databases (*.mdb)|*.mdb||", "*.mdb", "", false},
         {AskTemplateToOpen, "Microsoft Access Databases(*.mdb)|*.mdb||", "*.mdb", "", false},
         {AskNewDatabase, "Access Databases Files (*.mdb)|*.mdb||", "*.mdb", "mdb", true},
+        {AskExistingOutput,
+         "Microsoft Access Databases (*.mdb)|*.mdb|SQLite Databases (*.sqlite, "
+         "*.db)|*.sqlite;*.db|GeoPackages "
+         "(*.gpkg)|*.gpkg||",
+         "*.mdb", "", false},
+        {AskNewOutput,
+         "Access Databases Files (*.mdb)|*.mdb|SQLite Databases (*.sqlite, *.db)|*.sqlite;*.db|GeoPackages "
+         "(*.gpkg)|*.gpkg||",
+         "*.mdb", "mdb", true},
         {AskFeatureFileToImport, "Norvane GIS Files(*.gis)|*.gis||", "*.gis", "gis", false},
         {AskFeatureFileToExport, "Norvane GIS Files (*.gis)|*.gis||", "", "mdb", true},
         {AskFeatureFileToDelete, "Norvane GIS Files (*.gis)|*.gis||", "", "", false},

@@ -79,9 +79,17 @@ TEST_F(Settings, WithoutAFolderRememberedValuesStandInTheCurrentOne) {
 }
 
 TEST_F(Settings, ANumberForTheFolderIsNoFolder) {
-    lisp("(setq usrdir$ nil)");
-    EXPECT_EQ(lisp("(cf:gis_smart_prompting 7)"), "0");
-    EXPECT_FALSE(fs::exists(path("gps.ini")));
+    const fs::path before = fs::current_path();
+    fs::current_path(path(""));
+    for (const char* folder : {"nil", "5", "1.5", "'(\"x\")"}) {
+        lisp(std::string("(setq usrdir$ ") + folder + ")");
+        EXPECT_EQ(lisp("(cf:gis_smart_prompting 7)"), "0") << folder;
+        store(5, "five");
+        for (const fs::directory_entry& entry : fs::directory_iterator(path("")))
+            EXPECT_EQ(entry.path().filename().string().find("gps.ini"), std::string::npos) << entry.path();
+        EXPECT_FALSE(fs::exists(path("5featlink.ini"))) << folder;
+    }
+    fs::current_path(before);
 }
 
 TEST_F(Settings, FoldersInPlaceOfFilesDoNoHarm) {
@@ -129,24 +137,40 @@ TEST_F(Settings, LeavingByExitForgetsFilesThatAreGone) {
     EXPECT_FALSE(shown("1005")) << "the choice of a data source is not seen";
 }
 
-TEST_F(Settings, TheFileThatIsTypedGoesAndTheNameRuleMakesAnother) {
+TEST_F(Settings, NothingIsDeletedButTheFileThatIsMade) {
     lisp("(cf:gis_smart_prompting)");
-    for (const char* name : {"t.xyz", "t.mdb"}) write(name, "x");
+    for (const char* name : {"t.xyz", "t.mdb", "notes.docx", "other.txt"}) write(name, "x");
     fs::create_directory(path("v1.2"));
-    answer(146, {click("1006"), click("1006"), click("Exit")});
-    answer(149, {show(), click("New Access 2000 Format")});
+    answer(146, {click("1006"), click("1006"), click("1006"), click("Exit")});
+    // Another file of the name that is made is asked for; an ending without a rule is refused before anything
+    // goes.
+    answer(
+        149,
+        {show(), click("New Access 2000 Format"), click("New Access 2000 Format"), {ui::Step::Kind::Close}});
     answer(149, {click("New Access 2000 Format")});
-    ui_.answerFile(path("t.xyz"));
-    ui_.answerFile(path("v1.2/t.mdb"));
+    answer(149, {click("New Access '97 Format")});
+    for (const char* name : {"t.xyz", "notes.docx", "other.txt", "v1.2/t.mdb"}) ui_.answerFile(path(name));
     lisp("(cf:gis_smart_prompting 7)");
     EXPECT_TRUE(
         shown("label \"File type> .MDB\"\n* 1 button \"Existing\"\n  1005 button \"New Access '97 "
-              "Format\"\n  1004 button \"New Access 2000 Format\""));
-    EXPECT_FALSE(fs::exists(path("t.xyz")));
-    EXPECT_TRUE(shown("box [Error]"));
-    EXPECT_EQ(read("t.mdb"), "x") << "a file of the name that is made stays";
-    EXPECT_TRUE(fs::is_empty(path("v1.2"))) << "no name is made below a folder with a dot";
-    EXPECT_EQ(read("gps.ini"), "is_database=\ngisoutfile=\ngismdbfile=\nis_objdata=0\n");
+              "Format\"\n  1004 button \"New Access 2000 Format\"\n  1901 button \"Server...\""));
+    EXPECT_TRUE(shown("\"" + path("t.mdb") + "\" exists already.\nDo you want to replace it?"));
+    EXPECT_TRUE(shown("A new database ends in .mdb, .sqlite, .db or .gpkg."));
+    for (const char* name : {"t.xyz", "t.mdb", "notes.docx", "other.txt"}) EXPECT_EQ(read(name), "x") << name;
+    EXPECT_TRUE(fs::exists(path("other.mdb")));
+    EXPECT_TRUE(fs::exists(path("v1.2/t.mdb"))) << "a dot in the name of a folder is no ending";
+    EXPECT_NE(read("gps.ini").find("gisoutfile=" + path("v1.2/t.mdb")), std::string::npos) << read("gps.ini");
+}
+
+TEST_F(Settings, AFileOfTheNameThatIsMadeGoesWhenThePersonSaysSo) {
+    lisp("(cf:gis_smart_prompting)");
+    write("t.mdb", "x");
+    answer(146, {click("1006"), click("Exit")});
+    answer(149, {click("New Access 2000 Format")});
+    ui_.answerFile(path("t.xyz"));
+    ui_.answerQuestion("New Database", "Yes");
+    lisp("(cf:gis_smart_prompting 7)");
+    EXPECT_NE(read("t.mdb"), "x");
 }
 
 TEST_F(Settings, OnlyATemplateIsTakenAsOne) {

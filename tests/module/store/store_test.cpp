@@ -14,6 +14,7 @@
 #include "module/store/statements.h"
 #include "module/store/template_database.h"
 #include "module/store/user_tables.h"
+#include "platform/files/files.h"
 #include "tests/module/host_double.h"
 #include "tests/module/store/hostile_texts.h"
 #include "tests/platform/dao/scratch.h"
@@ -72,11 +73,25 @@ class Store : public ::testing::Test {
 };
 
 TEST_F(Store, NewDatabasesTakeTheirNameByTheRule) {
-    EXPECT_EQ(NewDatabasePath("C:\\data\\out"), "C:\\data\\out.mdb");
-    EXPECT_EQ(NewDatabasePath("C:\\data\\out.xyz"), "C:\\data\\out.mdb");
-    EXPECT_EQ(NewDatabasePath("C:\\data\\my.files\\out.mdb"), "");
-    EXPECT_EQ(NewDatabasePath("out.db"), "");
-    EXPECT_EQ(NewDatabasePath(""), ".mdb");
+    struct {
+        const char* given;
+        const char* made;
+    } names[] = {{"C:\\data\\out", "C:\\data\\out.mdb"},
+                 {"C:\\data\\out.xyz", "C:\\data\\out.mdb"},
+                 {"C:\\data\\my.files\\out.mdb", "C:\\data\\my.files\\out.mdb"},
+                 {"/jobs/v1.2/out", "/jobs/v1.2/out.mdb"},
+                 {"/jobs/a.b.MDB", "/jobs/a.b.mdb"},
+                 {"out.db", "out.db"},
+                 {"out.SQLite", "out.SQLite"},
+                 {"/jobs/out.gpkg", "/jobs/out.gpkg"},
+                 {"out.docx", ""},
+                 {"out.", ""},
+                 {"", ".mdb"}};
+    for (const auto& name : names) EXPECT_EQ(NewDatabasePath(name.given), name.made) << name.given;
+    for (const char* kind : {"a.sqlite", "b.db", "c.gpkg"})
+        EXPECT_TRUE(CreateOutputDatabase(folder(kind), DatabaseVersion::kAccess97)) << kind;
+    EXPECT_EQ(files::read(folder("b.db")).value_or("").substr(0, 15), "SQLite format 3");
+    EXPECT_EQ(files::read(folder("c.gpkg")).value_or("").substr(68, 4), "GPKG") << "the application id";
 
     EXPECT_TRUE(CreateOutputDatabase(folder("out.xyz"), DatabaseVersion::kAccess2000));
     EXPECT_EQ(versionOf(folder("out.mdb")), "4.0");
@@ -224,11 +239,11 @@ TEST_F(Store, ARecordIsWrittenAndLoaded) {
 
 TEST_F(Store, ADatabaseThatASaveMakesTakesAnyName) {
     std::filesystem::create_directory(folder("v1.2"));
-    for (const char* name : {"v1.2/out.mdb", "out.a.mdb"}) {
+    for (const char* name : {"v1.2/out.mdb", "out.a.mdb", "out.docx"}) {
         ASSERT_TRUE(SaveRecord(folder(name), {"TREE", "PT_ID", "1", "TREE"}, kTree));
         EXPECT_EQ(answer(folder(name), "SELECT PT_ID FROM TREE"), "1\n") << name;
-        EXPECT_EQ(NewDatabasePath(folder(name)), "") << "others are not made under this name";
     }
+    EXPECT_EQ(NewDatabasePath(folder("out.docx")), "") << "others are not made under this name";
 }
 
 TEST_F(Store, ATableOfOldRecordsGetsItsFeatureOnTheFirstSave) {
@@ -346,6 +361,7 @@ TEST_F(Store, AGeneratedKeyIsTheTime) {
     long key = std::stol(GeneratedKey("#AUTO#"));
     EXPECT_GE(key, before);
     EXPECT_LE(key, static_cast<long>(std::time(nullptr)));
+    EXPECT_EQ(GeneratedKey("#AUTO#"), std::to_string(key + 1)) << "the next free one within the same second";
     EXPECT_EQ(GeneratedKey("1042") + GeneratedKey("#auto#"), "1042#auto#");
 }
 
