@@ -82,6 +82,32 @@
   (if (gis:survey-point-p entity)
     (gis:text-or-nil (gis:attribute entity "DESC2"))))
 
+;; The first of some names that the template knows as a feature, with or without an S at its end; nil for none.
+(defun gis:known-name (names / found name)
+  (while (and names (not found))
+    (setq name (strcase (car names)) names (cdr names))
+    (if (/= name "")
+      (setq found (cond ((gis:feature-p name) name)
+                        ((gis:feature-p (strcat name "S")) (strcat name "S"))
+                        ((and (wcmatch name "?*S") (gis:feature-p (substr name 1 (1- (strlen name)))))
+                         (substr name 1 (1- (strlen name))))))))
+  found)
+
+;; The feature that an entity suggests: what a survey point is described as; for others the feature that is called
+;; as the block or the layer is. nil for none: the sheet then offers the one that was used last.
+(defun gis:proposed-feature (entity / data)
+  (setq data (entget entity))
+  (if (gis:survey-point-p entity)
+    (gis:description entity)
+    (gis:known-name (append (if (= (cdr (assoc 0 data)) "INSERT") (list (cdr (assoc 2 data))))
+                            (list (cdr (assoc 8 data)))))))
+
+;; The strings of an entity's link; nil when it has none.
+(defun gis:link (entity / strings)
+  (foreach group (cdr (cadr (assoc -3 (entget entity (list link-application$)))))
+    (if (= (car group) 1000) (setq strings (append strings (list (cdr group))))))
+  strings)
+
 ;; Northing, easting and elevation of an entity's first point. The vertices of light polylines have no
 ;; heights of their own.
 (defun gis:coordinates (entity / data at)
@@ -105,27 +131,110 @@
   (setq row (if (listp row) (cdr (assoc "TABLE_NAME" row))))
   (cond (row) (t feature)))
 
+;; Where a file of a link is to be looked for: at its path, or beside the drawing where that does not exist, since
+;; a job's folder may have been moved. Connect strings are no files.
+(defun gis:place (path / name)
+  (setq name (if (wcmatch (strcase path) "ODBC;*")
+               nil
+               (substr path (1+ (gis:last-separator path)))))
+  (cond ((not name) path)
+        ((findfile path) path)
+        ((findfile (strcat (getvar "DWGPREFIX") name)))
+        (t path)))
+
+;; The place of the last separator of folders in a path; 0 when it has none.
+(defun gis:last-separator (path / at)
+  (setq at (strlen path))
+  (while (and (> at 0) (not (member (substr path at 1) '("/" "\\"))))
+    (setq at (1- at)))
+  at)
+
 ;; The record that the strings of a link lead to, as pairs of field and value; nil when there is none. A string
-;; says why it cannot be read. Records of old tables have no GIS_KEY.
-(defun link-record (strings / feature table key record)
-  (if (= (length strings) 5)
+;; says why it cannot be read. Records of old tables have no GIS_KEY. A first pair tells that the output was found
+;; elsewhere.
+(defun link-record (strings / feature output table key record)
+  (if (>= (length strings) 5)
     (progn
-      (setq feature (nth 2 strings)
-            table (gis:table (nth 0 strings) feature)
-            key (cons (nth 3 strings) (nth 4 strings))
-            record (db:record (nth 1 strings) table (list key (cons "GIS_KEY" feature))))
+      (setq feature (gis:trimmed (nth 2 strings))
+            output (gis:place (nth 1 strings))
+            table (gis:table (gis:place (nth 0 strings)) feature)
+            key (cons (gis:trimmed (nth 3 strings)) (gis:trimmed (nth 4 strings)))
+            record (db:record output table (list key (cons "GIS_KEY" feature))))
       (if (= (type record) 'STR)
-        (db:record (nth 1 strings) table (list key))
+        (setq record (db:record output table (list key))))
+      (if (and (listp record) record (/= output (nth 1 strings)))
+        (cons (cons "(read beside the drawing)" output) record)
         record))))
+
+(defun gis:trimmed (text) (vl-string-trim " \t" text))
 
 ;; --- Smart prompting -------------------------------------------------------------------------------------
 
-;; Whether the template defines a feature, with or without the digits at the end of its name: TREE12 opens
-;; TREE.
+;; Whether the template defines a feature of exactly this name.
+(defun gis:feature-p (name)
+  (= (cf:gis_smart_prompting 21 (gis:template) (strcase name)) 1))
+
+;; The same, with or without the digits at the end of its name: TREE12 opens TREE.
 (defun gis:feature-known-p (name)
-  (or (= (cf:gis_smart_prompting 21 (gis:template) (strcase name)) 1)
-      (= (cf:gis_smart_prompting 21 (gis:template)
-           (vl-string-right-trim "0123456789" (strcase name))) 1)))
+  (or (gis:feature-p name)
+      (gis:feature-p (vl-string-right-trim "0123456789" (strcase name)))))
+
+;; Whether a record may be written, asked where the output of an entity's link is gone: it would be made anew, and
+;; the records that were in it are not there.
+(defun gis:output-there-p (entity / link path)
+  (setq link (gis:link entity) path (gis:output))
+  (cond ((not link) t)
+        ((wcmatch (strcase path) "ODBC;*") t)
+        ((findfile path) t)
+        ((/= (strcase (nth 1 link)) (strcase path)) t)
+        (t (= (gis:ask "Output database is missing"
+                (strcat "The entity is linked to a record of\n" path "\nwhich is not there.\n"
+                        "Do you want to make it anew, without its records?")
+                "Yes")
+              "Yes"))))
+
+;; The first values of a record as text.
+(defun gis:record-text (record / text count value)
+  (setq text "" count 0)
+  (foreach pair record
+    (setq value (gis:as-text (cdr pair)))
+    (if (and (< count 5) (/= value ""))
+      (setq count (1+ count)
+            text (strcat text "\n" (car pair) ": " value))))
+  text)
+
+(defun gis:as-text (value)
+  (cond ((= (type value) 'STR) value)
+        ((= (type value) 'INT) (itoa value))
+        ((= (type value) 'REAL) (rtos value 2 3))
+        ("")))
+
+;; The key for an entity that has none of its own but its handle, which another drawing may have used for another
+;; entity: where the output has a record under it, the user says whether it is this entity's. A new record gets the
+;; handle and -2, -3 ... as its key.
+(defun gis:handle-key (entity key feature / table record number)
+  (if (and feature (not (gis:link entity)) (= key (cdr (assoc 5 (entget entity)))))
+    (progn
+      (setq table (gis:table (gis:template) (strcase feature))
+            record (gis:record-under table key feature))
+      (if (and record
+               (= (gis:ask "A record is there"
+                    (strcat "The output has a record under the handle " key ", and the entity is not linked to it:"
+                            (gis:record-text record)
+                            "\n\nIs it the record of this entity? No makes a new one.")
+                    "Yes")
+                  "No"))
+        (progn
+          (setq number 2)
+          (while (gis:record-under table (strcat key "-" (itoa number)) feature)
+            (setq number (1+ number)))
+          (setq key (strcat key "-" (itoa number)))))))
+  key)
+
+;; The record of a key in the output; nil when there is none, or no table.
+(defun gis:record-under (table key feature / record)
+  (setq record (db:record (gis:output) table (list (cons "PT_ID" key) (cons "GIS_KEY" (strcase feature)))))
+  (if (listp record) record))
 
 ;; Opens the sheet for an entity. The result is 1 when a record was saved, 0 otherwise. With a feature that
 ;; the template does not have, or none, the sheet opens all the same and lets the user choose.
@@ -153,7 +262,7 @@
 
 ;; Selects an entity or draws a point, and opens the sheet. Auto switches generated keys on and off: the
 ;; record then gets the next free number in place of the point number or handle.
-(defun c:gis-prompt (/ picked entity isAuto saved)
+(defun c:gis-prompt (/ picked entity drawn isAuto saved feature key)
   (if (gis:databases-chosen)
     (progn
       (while (not entity)
@@ -161,16 +270,20 @@
         (setq picked (entsel (strcat "\nSelect object or [Point/Auto keys "
                                      (if isAuto "off" "on") "]: ")))
         (cond ((= picked "Auto") (setq isAuto (not isAuto)))
-              ((= picked "Point") (setq entity (gis:draw-point)))
+              ((= picked "Point") (setq entity (gis:draw-point) drawn entity))
               ((listp picked) (setq entity (car picked))))
         ;; Enter ends the command; a pick beside everything asks again.
         (if (and (not picked) (= (getvar "ERRNO") 52)) (setq entity 'NONE)))
-      (if (/= entity 'NONE)
+      (if (and (/= entity 'NONE) (gis:output-there-p entity))
         (progn
-          (setq saved (gis:prompt-entity entity
-                                         (if isAuto "#AUTO#" (gis:key entity))
-                                         (gis:description entity)))
-          (prompt (if (= saved 1) "\nThe record is saved and linked." "\nNothing was saved."))))))
+          (setq feature (gis:proposed-feature entity)
+                key (if isAuto "#AUTO#" (gis:handle-key entity (gis:key entity) feature))
+                saved (gis:prompt-entity entity key feature))
+          ;; A point that was drawn for a record goes with it.
+          (if (and drawn (/= saved 1)) (entdel drawn))
+          (prompt (cond ((/= saved 1) "\nNothing was saved.")
+                        ((gis:link entity) "\nThe record is saved and linked.")
+                        (t "\nThe record is saved, but the entity could not be linked to it.")))))))
   (princ))
 
 ;; Shows a remembered value and takes a new one.
@@ -198,31 +311,25 @@
 
 ;; --- Links -----------------------------------------------------------------------------------------------
 
-(defun c:gis-links () (cf:gis_smart_prompting 4) (princ))
-(defun c:gis-blocklinks () (cf:gis_smart_prompting 5) (princ))
-(defun c:gis-titles () (cf:gis_smart_prompting 6) (princ))
-(defun c:gis-audit () (cf:gis_smart_prompting 8) (princ))
-(defun c:gis-query () (cf:gis_smart_prompting 18) (princ))
-
-(defun c:gis-polylinks ()
-  (if (gis:databases-chosen)
-    (cf:gis_smart_prompting 20 lspdir$ (gis:template) (gis:output)))
+;; Says that a tool is not there yet.
+(defun gis:not-there (tool)
+  (prompt (strcat "\n" tool " is not there yet."))
   (princ))
 
-;; Marks the polygon round a point.
-(defun c:gis-polygon (/ at found)
-  (if (setq at (getpoint "\nPick a point inside polygon: "))
-    (if (= (type (setq found (cf:gis_smart_prompting 13 at))) 'ENAME)
-      (prompt (strcat "\nThe polygon has the handle " (cdr (assoc 5 (entget found))) "."))
-      (prompt "\nThere is no polygon round this point.")))
-  (princ))
+(defun c:gis-links () (gis:not-there "The tool that links blocks"))
+(defun c:gis-blocklinks () (gis:not-there "The tool for links of title blocks"))
+(defun c:gis-titles () (gis:not-there "The tool for title blocks"))
+(defun c:gis-audit () (gis:not-there "The audit of links"))
+(defun c:gis-query () (gis:not-there "The query of entities"))
+(defun c:gis-polylinks () (gis:not-there "The tool that links areas"))
+(defun c:gis-polygon () (gis:not-there "The search for a polygon"))
 
 ;; --- Databases -------------------------------------------------------------------------------------------
 
 (defun c:gis-settings () (cf:gis_smart_prompting 7) (princ))
 (defun c:gis-editor () (cf:gis_smart_prompting 15) (princ))
-(defun c:gis-utilities () (cf:gis_smart_prompting 16) (princ))
-(defun c:gis-blocks () (cf:gis_smart_prompting 17) (princ))
+(defun c:gis-utilities () (gis:not-there "The tool for tables"))
+(defun c:gis-blocks () (gis:not-there "The tool that inserts blocks"))
 
 (defun c:gis-database (/ path)
   (if (setq path (cf:gis_smart_prompting 14))
@@ -254,33 +361,9 @@
 
 ;; --- Exchange --------------------------------------------------------------------------------------------
 
-(defun gis:shape-file () (getfiled "Shape File to Write" "" "shp" 1))
-
-(defun c:gis-export (/ file)
-  (if (setq file (gis:shape-file))
-    (cf:gis_smart_prompting 9 file))
-  (princ))
-
-;; The kinds of shapes, as they are asked for, and their numbers.
-(setq gis:shape-types
-  '(("Point" . 1) ("PointZ" . 11) ("polyGon" . 5) ("polygonZ" . 15) ("polyLine" . 3) ("polylineZ" . 13)))
-
-(defun c:gis-exportset (/ file set kind)
-  (if (and (setq file (gis:shape-file))
-           (setq set (ssget)))
-    (progn
-      (initget 1 "Point PointZ,PZ polyGon,G polygonZ,GZ polyLine,L polylineZ,LZ")
-      (setq kind (getkword "\nShapes [Point/PointZ/polyGon/polygonZ/polyLine/polylineZ] by P, PZ, G, GZ, L or LZ: "))
-      (prompt (if (= (cf:gis_smart_prompting 10 file set (cdr (assoc kind gis:shape-types))) 1)
-                "\nThe shape file is written."
-                "\nNothing was written."))))
-  (princ))
-
-;; Reads a shape file. The function gives a list of what was imported, or nil.
-(defun c:gis-import (/ imported)
-  (if (setq imported (cf:gis_smart_prompting 11))
-    (prompt (strcat "\n" (itoa (length imported)) " items imported.")))
-  (princ))
+(defun c:gis-export () (gis:not-there "The export to shape files"))
+(defun c:gis-exportset () (gis:not-there "The export of a set"))
+(defun c:gis-import () (gis:not-there "The import of shape files"))
 
 ;; --- Other programs --------------------------------------------------------------------------------------
 

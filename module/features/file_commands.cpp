@@ -1,5 +1,5 @@
 // The editor's menu of feature files.
-#include "module/cad/lisp_symbols.h"
+#include "module/cad/drawing_folder.h"
 #include "module/dialogs/file_boxes.h"
 #include "module/features/editor_session.h"
 #include "module/features/feature_file.h"
@@ -19,7 +19,7 @@ std::string detailsOf(const FeatureFileContent& file) {
 
 std::string fileFolder() {
     std::string folder = readState(state::kFeatureFileFolder);
-    if (folder.empty()) GetLispValue(folder, "tmpdir$");
+    if (folder.empty()) folder = DrawingFolder();
     return folder;
 }
 

@@ -1,6 +1,6 @@
 #include "module/features/template_file.h"
 
-#include "module/cad/lisp_symbols.h"
+#include "module/cad/drawing_folder.h"
 #include "module/settings/dialog_state.h"
 #include "module/store/database.h"
 #include "module/store/template_schema.h"
@@ -22,7 +22,7 @@ std::optional<Value> readFrom(const std::string& path, Read read) {
 
 std::string TemplateFile::folder() const {
     std::string folder = files::folderOf(path_);
-    if (folder.empty()) GetLispValue(folder, "tmpdir$");
+    if (folder.empty()) folder = DrawingFolder();
     return folder;
 }
 

@@ -1,5 +1,8 @@
 #include "module/host/own_functions.h"
 
+#include "platform/text/text.h"
+#include "platform/ui/backend.h"
+
 namespace norvane {
 
 namespace {
@@ -9,7 +12,17 @@ void giveVersion(Call& call) {
     call.result = std::string(NORVANE_VERSION);
 }
 
-constexpr OwnFunction kFunctions[] = {{"gis:version", 1000, giveVersion}};
+// (gis:ask title question default) asks with Yes and No and gives the answer. Scripts that do not know the question
+// get the default, "Yes" or "No", and none of their answers is used up.
+void askQuestion(Call& call) {
+    ui::OwnQuestion question;
+    std::string standard;
+    call.arguments.text(question.title), call.arguments.text(question.text), call.arguments.text(standard);
+    question.defaultAnswer = text::equalNoCase(standard, "Yes") ? ui::kYes : ui::kNo;
+    call.result = std::string(ui::ask(question) == ui::kYes ? "Yes" : "No");
+}
+
+constexpr OwnFunction kFunctions[] = {{"gis:version", 1000, giveVersion}, {"gis:ask", 1001, askQuestion}};
 
 }  // namespace
 

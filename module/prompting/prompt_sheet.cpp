@@ -15,14 +15,20 @@ namespace norvane {
 
 using namespace sheet;
 
+namespace {
+
+constexpr const char* kTitle = "GIS Smart Prompting";
+// What the list of features shows for none.
+constexpr const char* kNoFeature = "(no feature)";
+
+}  // namespace
+
 bool PromptSheet::Cells::isCheckBox(int column, int row) const {
     return grid_.type(column, row).kind == ui::CellKind::CheckBox;
 }
 
 PromptSheet::PromptSheet(PromptRequest request)
-    : ui::Dialog(kResource, "GIS Smart Prompting"),
-      request_(std::move(request)),
-      point_(PointContextOf(request_)) {
+    : ui::Dialog(kResource, kTitle), request_(std::move(request)), point_(PointContextOf(request_)) {
     AddSheetControls(*this);
     grid_ = &get<ui::Grid>(kGrid);
     features_ = &get<ui::DropDown>(kFeatures);
@@ -36,7 +42,7 @@ void PromptSheet::onOpen() {
     bool jpeg = readState(state::kImageFormat) == "JPG";
     get<ui::RadioButton>(jpeg ? kJpg : kBmp).check();
     formEngine_ = DetectFormEngine();
-    showLinkState();
+    showLinkState(false);
     if (CheckDao()) {
         find(kOutputPath)->setText(request_.outputPath);
         keyIsGenerated_ = request_.keyValue == kAutomaticKey;
@@ -54,9 +60,13 @@ void PromptSheet::onOpen() {
     setFocus(kGrid);
 }
 
-void PromptSheet::showLinkState() {
-    bool linked = HasGisLink(request_.entity) == RTNORM;
-    setTitle(title() + (linked ? " - Entity has GIS Data" : " - Entity has no GIS Data"));
+void PromptSheet::showLinkState(bool hasRecord) {
+    const bool linked = HasGisLink(request_.entity) == RTNORM;
+    std::string title = kTitle;
+    title += linked ? " - Entity has GIS Data" : " - Entity has no GIS Data";
+    // What is saved goes into that record, whosever it is.
+    if (!linked && hasRecord) title += " - a record of this key is there";
+    setTitle(title);
 }
 
 // Opens the template anew; true when both of its tables are there to work with.
@@ -73,8 +83,11 @@ bool PromptSheet::openTemplate() {
 void PromptSheet::fillFeatures() {
     features_->clearItems();
     for (const std::string& name : ReadFeatureNames(*template_)) features_->addItem(name);
+    features_->addItem(kNoFeature);
 }
 
+// The feature that is asked for, else the one that was used last, else none: a wrong one would be saved
+// unseen.
 void PromptSheet::selectFirstFeature() {
     std::string wanted = request_.featureName;
     if (wanted.empty()) {
@@ -84,12 +97,21 @@ void PromptSheet::selectFirstFeature() {
             table_ = current->table;
         }
     }
-    features_->select(features_->findExact(wanted));
-    if (features_->selected() < 0 && features_->count() > 0) features_->select(0);
+    const std::vector<std::string>& names = features_->items();
+    auto found = std::find_if(names.begin(), names.end(),
+                              [&](const std::string& name) { return text::equalNoCase(name, wanted); });
+    features_->select(found == names.end() ? features_->count() - 1
+                                           : static_cast<int>(found - names.begin()));
 }
 
 void PromptSheet::loadFeature(FlagEntry flags) {
     feature_ = features_->selectedText();
+    if (feature_ == kNoFeature) {
+        feature_.clear();
+        table_.clear();
+        find(kOutputTable)->setText("");
+    }
+    showLinkState(false);
     if (feature_.empty()) return;
     grid_->setRedraw(false);
     ShowDatabaseErrors([&] {
@@ -100,6 +122,7 @@ void PromptSheet::loadFeature(FlagEntry flags) {
     if (!rows_.empty()) {
         grid_->setActive(2, 1);
         LoadedRecord record = loadRecord();
+        showLinkState(record.found);
         showRecord(record);
         fillTextCodes(record);
     }
@@ -212,8 +235,9 @@ void PromptSheet::clearRows() {
 
 void PromptSheet::onSelection(ui::Control& control) {
     if (&control != features_ || !templateTablesFound_ || features_->selectedText().empty()) return;
+    const bool isFirst = feature_.empty();
     clearRows();
-    if (openTemplate()) loadFeature(FlagEntry::kTwice);
+    if (openTemplate()) loadFeature(isFirst ? FlagEntry::kOnce : FlagEntry::kTwice);
 }
 
 void PromptSheet::onCellChange(ui::Grid&, ui::CellPosition) {

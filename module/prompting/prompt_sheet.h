@@ -46,13 +46,13 @@ class PromptSheet : public ui::Dialog {
     void onOk() override;
     void onCancel() override;
 
-    void showLinkState();
+    void showLinkState(bool hasRecord);
 
     // Opening and changing the feature.
     bool openTemplate();
     void fillFeatures();
     void selectFirstFeature();
-    // Reads the rows of the selected feature and its record. A change of feature enters each flag twice.
+    // Reads the rows of the selected feature and its record. A change from another feature enters each flag twice.
     enum class FlagEntry { kOnce, kTwice };
     void loadFeature(FlagEntry flags);
     void readRows(FlagEntry flags);

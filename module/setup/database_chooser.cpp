@@ -1,6 +1,6 @@
 #include "module/setup/database_chooser.h"
 
-#include "module/cad/lisp_symbols.h"
+#include "module/cad/drawing_folder.h"
 #include "module/dialogs/file_boxes.h"
 #include "module/dialogs/run_dialog.h"
 #include "module/settings/current_databases.h"
@@ -48,7 +48,7 @@ void DatabaseChooser::onOpen() {
     std::string current = mode_ == kTemplate ? CurrentTemplatePath() : CurrentOutputPath();
     if (!files::exists(current)) current.clear();
     if (folder.empty()) folder = files::folderOf(current);
-    if (folder.empty()) GetLispValue(folder, "tmpdir$");
+    if (folder.empty()) folder = DrawingFolder();
     if (!forceNew) return;
     // Hidden, the button leaves its place to the two below it.
     find(kExisting)->show(false);

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "module/cad/lisp_symbols.h"
+#include "module/cad/drawing_folder.h"
 #include "module/dialogs/run_dialog.h"
 #include "module/settings/current_databases.h"
 #include "module/settings/dialog_state.h"
@@ -89,10 +89,8 @@ void SettingsDialog::onOpen() {
     // A password that someone has put into the settings by hand is not shown, and not written again.
     find(kOutputEdit)->setText(TakePassword(outputPath));
 
-    std::string temporary;
-    if (!GetLispValue(temporary, "tmpdir$")) return;
-    if (templateFolder_.empty()) templateFolder_ = temporary;
-    if (outputFolder_.empty()) outputFolder_ = temporary;
+    if (templateFolder_.empty()) templateFolder_ = DrawingFolder();
+    if (outputFolder_.empty()) outputFolder_ = DrawingFolder();
 }
 
 void SettingsDialog::showFormat() {

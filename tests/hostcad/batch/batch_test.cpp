@@ -181,8 +181,11 @@ TEST_F(BatchTest, ReachesTheModuleByCommands) {
         "(defun link (e) (mapcar 'cdr (cddr (cadr (assoc -3 (entget e '(\"ZGEO_GIS_2000\")))))))"
         "(setq point (sample:point \"3\"))";
     const char* program =
-        // A survey point, described as EP, which is no feature: the sheet opens all the same, with the first.
-        "(host:input (list point '(0.0 0.0))) (ui:answer 134 '(cell 2 2 \"14\") '(click \"OK\")) "
+        // A survey point, described as EP, which is no feature: the sheet opens all the same, and one is
+        // chosen.
+        "(host:input (list point '(0.0 0.0))) (ui:answer 134 '(pick 1106 \"TREE\") '(cell 2 2 \"14\") "
+        "'(click "
+        "\"OK\")) "
         "(c:gis-prompt)"
         "(print (link point))"
         // A drawn point with a generated key.

@@ -34,7 +34,7 @@ TEST_F(Sheet, ShowsWhatThePointAndTheTemplateSay) {
     EXPECT_EQ(prompt("17", "TREE"), "0");
     EXPECT_TRUE(shown("GIS Smart Prompting - Entity has no GIS Data"));
     EXPECT_TRUE(shown("edit \"" + path("output.mdb") + "\" (read-only)"));
-    EXPECT_TRUE(shown("drop-down \"TREE\" of {TREE|POLE|MANHOLE|PARCEL}"));
+    EXPECT_TRUE(shown("drop-down \"TREE\" of {TREE|POLE|MANHOLE|PARCEL|(no feature)}"));
     EXPECT_TRUE(shown("\"PT_ID : 17\""));
     EXPECT_TRUE(shown("Species                            WHITE OAK {WHITE OAK|RED OAK"));
     EXPECT_TRUE(shown("Northing                           480100.25"));
@@ -161,15 +161,36 @@ TEST_F(Sheet, TheCurrentFeatureIsOfferedWhenNoneIsNamed) {
     answer(134, {show(), click("Cancel")});
     prompt("2", "", 0);
     EXPECT_TRUE(shown("drop-down \"POLE\""));
-    // A name that is not in the list gives the first item.
     ui_.clearLog();
     answer(134, {show(), click("Cancel")});
     prompt("2", "tree", 0);
-    EXPECT_TRUE(shown("drop-down \"TREE\" of"));
+    EXPECT_TRUE(shown("drop-down \"TREE\" of")) << "small letters make no other name";
+}
+
+TEST_F(Sheet, NoFeatureIsChosenWhereNoneIsMeant) {
+    answer(134, {show(), click("OK"), pick("1106", "POLE"), cell(1, "P1"), cell(5, "35"),
+                 pick("1106", "(no feature)"), show(), click("Cancel")});
+    EXPECT_EQ(prompt("2", "BUSH", 0), "0");
+    EXPECT_TRUE(shown("drop-down \"(no feature)\" of {TREE|"));
+    EXPECT_TRUE(shown("box [Error] \"Feature name cannot be an empty string!\""));
+    EXPECT_TRUE(shown("grid 2 x 0"));
     ui_.clearLog();
     answer(134, {show(), click("Cancel")});
-    prompt("2", "pole", 0);
-    EXPECT_TRUE(shown("drop-down \"TREE\" of")) << "names in small letters are in no list";
+    prompt("2", "", 0);
+    EXPECT_TRUE(shown("drop-down \"(no feature)\"")) << "a template without a current feature";
+}
+
+TEST_F(Sheet, ARecordOfAnotherEntityIsTold) {
+    answer(134, {cell(2, "14"), click("OK")});
+    EXPECT_EQ(prompt("8D", "TREE"), "1");
+    answer(134, {show(), click("Cancel")});
+    prompt("8D", "TREE");
+    EXPECT_TRUE(shown("GIS Smart Prompting - Entity has GIS Data")) << "its own";
+    makeEntity();
+    ui_.clearLog();
+    answer(134, {show(), click("Cancel")});
+    prompt("8D", "TREE");
+    EXPECT_TRUE(shown("Entity has no GIS Data - a record of this key is there"));
 }
 
 TEST_F(Sheet, FeaturesMayShareATable) {

@@ -1,0 +1,158 @@
+// The commands of gis.lsp as a person types them: what they propose, ask and say.
+#include "tests/module/module_fixture.h"
+
+namespace {
+
+// Entities are picked by the symbol `ent`; answers of prompts come from a queue.
+class Commands : public ModuleTest {
+  protected:
+    void SetUp() override {
+        ModuleTest::SetUp();
+        ASSERT_EQ(lisp("(load \"" NORVANE_SOURCE_DIR "/product/gis.lsp\")").rfind("error", 0),
+                  std::string::npos);
+        makeTemplate();
+        lisp("(cf:gis_smart_prompting 2 1 " + quoted("template.mdb") + ")");
+        lisp("(cf:gis_smart_prompting 2 2 " + quoted("output.mdb") + ")");
+        lisp("(defun entsel (text) (setq asked text) (list ent '(0.0 0.0)))");
+        printed();
+    }
+    // An entity of a type on a layer, with more groups of its own; in `ent`.
+    void makeOn(const std::string& layer, const std::string& groups = "(0 . \"POINT\") (10 1.0 2.0 3.0)") {
+        lisp("(setq ent (entmakex '(" + groups + " (8 . \"" + layer + "\"))))");
+        ASSERT_NE(lisp("ent"), "nil");
+    }
+    std::string handle() { return lisp("(cdr (assoc 5 (entget ent)))"); }
+    std::string bareHandle() {
+        std::string text = handle();
+        return text.substr(1, text.size() - 2);
+    }
+};
+
+}  // namespace
+
+TEST_F(Commands, TheFeatureIsProposedByTheLayerWithOrWithoutAnS) {
+    struct {
+        const char* layer;
+        const char* feature;
+    } cases[] = {{"tree", "TREE"},
+                 {"TREES", "TREE"},
+                 {"Manhole", "MANHOLE"},
+                 {"ROADS", "(no feature)"},
+                 {"0", "(no feature)"}};
+    for (const auto& c : cases) {
+        makeOn(c.layer);
+        ui_.clearLog();
+        answer(134, {show(), click("Cancel")});
+        lisp("(c:gis-prompt)");
+        EXPECT_TRUE(shown(std::string("drop-down \"") + c.feature + "\" of")) << c.layer;
+        EXPECT_NE(printed().find("Nothing was saved."), std::string::npos);
+    }
+}
+
+TEST_F(Commands, ASaveIsCalledLinkedOnlyWhenItIs) {
+    makeOn("TREE");
+    answer(134, {cell(2, "14"), click("OK")});
+    lisp("(c:gis-prompt)");
+    EXPECT_NE(printed().find("The record is saved and linked."), std::string::npos);
+    EXPECT_EQ(sqlite("output.mdb", "select PT_ID, GIS_KEY from TREE"), bareHandle() + "|TREE\n");
+
+    // The host refuses the link: its application cannot be registered on an entity that goes before it is
+    // written.
+    makeOn("TREE");
+    lisp("(defun gis:link (entity) nil)");
+    answer(134, {cell(2, "14"), click("OK")});
+    lisp("(c:gis-prompt)");
+    EXPECT_NE(printed().find("could not be linked"), std::string::npos);
+}
+
+TEST_F(Commands, AMissingOutputOfALinkedEntityIsAskedFor) {
+    makeOn("TREE");
+    answer(134, {cell(2, "14"), click("OK")});
+    lisp("(c:gis-prompt)");
+    fs::remove(path("output.mdb"));
+    ui_.answerQuestion("Output database is missing", "No");
+    lisp("(c:gis-prompt)");
+    EXPECT_FALSE(fs::exists(path("output.mdb"))) << "the sheet was not opened";
+    // Who does not know the question gets what has always been done.
+    answer(134, {cell(2, "15"), click("OK")});
+    lisp("(c:gis-prompt)");
+    EXPECT_EQ(sqlite("output.mdb", "select DBH from TREE"), "15\n");
+    // An entity without a link makes its output with the first save, unasked.
+    fs::remove(path("output.mdb"));
+    makeOn("TREE");
+    ui_.clearLog();
+    answer(134, {cell(2, "16"), click("OK")});
+    lisp("(c:gis-prompt)");
+    EXPECT_FALSE(shown("is missing"));
+}
+
+TEST_F(Commands, ARecordUnderTheHandleOfAnotherEntityIsAskedFor) {
+    makeOn("TREE");
+    answer(134, {cell(2, "14"), click("OK")});
+    lisp("(c:gis-prompt)");
+    const std::string key = bareHandle();
+    const std::string table = "select PT_ID, DBH from TREE order by PT_ID";
+
+    // Another drawing: the same handle, and no link.
+    ASSERT_EQ(host_->newDrawing(), "");
+    makeOn("TREE");
+    ASSERT_EQ(bareHandle(), key);
+    ui_.answerQuestion("A record is there", "No");
+    answer(134, {cell(2, "20"), click("OK")});
+    lisp("(c:gis-prompt)");
+    EXPECT_EQ(sqlite("output.mdb", table), key + "|14\n" + key + "-2|20\n");
+    EXPECT_NE(link().find("\"" + key + "-2\""), std::string::npos) << link();
+
+    ASSERT_EQ(host_->newDrawing(), "");
+    makeOn("TREE");
+    ui_.answerQuestion("A record is there", "No");
+    answer(134, {cell(2, "30"), click("OK")});
+    lisp("(c:gis-prompt)");
+    EXPECT_EQ(sqlite("output.mdb", table), key + "|14\n" + key + "-2|20\n" + key + "-3|30\n");
+
+    // Without an answer it is that record, as it has always been.
+    ASSERT_EQ(host_->newDrawing(), "");
+    makeOn("TREE");
+    answer(134, {cell(2, "40"), click("OK")});
+    lisp("(c:gis-prompt)");
+    EXPECT_EQ(sqlite("output.mdb", table), key + "|40\n" + key + "-2|20\n" + key + "-3|30\n");
+}
+
+TEST_F(Commands, APointThatWasDrawnForNothingGoes) {
+    lisp("(setq picks '(\"Point\"))");
+    lisp("(defun entsel (text / pick) (setq pick (car picks) picks (cdr picks)) pick)");
+    lisp("(defun gis:draw-point () (entmakex '((0 . \"POINT\") (10 1.0 2.0 3.0))))");
+    const std::string before = lisp("(sslength (cond ((ssget \"_X\" '((0 . \"POINT\")))) ((ssadd))))");
+    answer(134, {click("Cancel")});
+    lisp("(c:gis-prompt)");
+    EXPECT_EQ(lisp("(sslength (cond ((ssget \"_X\" '((0 . \"POINT\")))) ((ssadd))))"), before);
+    lisp("(setq picks '(\"Point\"))");
+    answer(134, {pick("1106", "TREE"), cell(2, "14"), click("OK")});
+    lisp("(c:gis-prompt)");
+    EXPECT_EQ(lisp("(sslength (ssget \"_X\" '((0 . \"POINT\"))))"), "1");
+}
+
+TEST_F(Commands, ToolsThatAreNotThereSaySo) {
+    for (const char* command : {"links", "blocklinks", "titles", "audit", "query", "polylinks", "polygon",
+                                "utilities", "blocks", "export", "exportset", "import"}) {
+        lisp(std::string("(c:gis-") + command + ")");
+        EXPECT_NE(printed().find(" is not there yet."), std::string::npos) << command;
+    }
+}
+
+TEST_F(Commands, ALinkIsFollowedThoughItsFolderHasMoved) {
+    makeOn("TREE");
+    answer(134, {cell(2, "14"), click("OK")});
+    lisp("(c:gis-prompt)");
+    const std::string key = bareHandle();
+    ASSERT_EQ(host_->saveDrawing(path("job.dxf")), "");
+    auto found = [&](const std::string& output, const std::string& more = "") {
+        return lisp("(assoc \"DBH\" (link-record (list \"C:\\\\jobs\\\\template.mdb\" \"" + output +
+                    "\" \" TREE \" \"PT_ID\" \"" + key + " \"" + more + ")))");
+    };
+    EXPECT_EQ(found("C:\\\\jobs\\\\output.mdb"), "(\"DBH\" . \"14\")");
+    EXPECT_EQ(found(path("output.mdb"), " \"six\""), "(\"DBH\" . \"14\")") << "more strings than five";
+    EXPECT_EQ(
+        lisp("(caar (link-record (list \"t.mdb\" \"/old/output.mdb\" \"TREE\" \"PT_ID\" \"" + key + "\")))"),
+        "\"(read beside the drawing)\"");
+}
