@@ -68,13 +68,15 @@ std::unique_ptr<KeyIndex> KeyIndex::openFile(const std::string& path, Order orde
                   index->run(
                       "PRAGMA locking_mode=EXCLUSIVE; PRAGMA journal_mode=OFF; PRAGMA synchronous=OFF;"
                       "PRAGMA cache_size=-65536");
-    return opened ? std::move(index) : nullptr;
+    if (!opened) return nullptr;
+    return index;
 }
 
 std::unique_ptr<KeyIndex> KeyIndex::open(const std::string& path, uint64_t identity, Order order) {
     if (!files::exists(path)) return nullptr;
     std::unique_ptr<KeyIndex> index = openFile(path, order);
-    return index && index->belongsTo(identity) && index->prepare() ? std::move(index) : nullptr;
+    if (!index || !index->belongsTo(identity) || !index->prepare()) return nullptr;
+    return index;
 }
 
 std::unique_ptr<KeyIndex> KeyIndex::create(const std::string& path, uint64_t identity, Order order) {
@@ -82,7 +84,8 @@ std::unique_ptr<KeyIndex> KeyIndex::create(const std::string& path, uint64_t ide
     std::unique_ptr<KeyIndex> index = openFile(path, order);
     std::string own = "INSERT INTO store VALUES(" + std::to_string(static_cast<int64_t>(identity)) + ")";
     bool made = index && index->run(kSchema) && index->run(own.c_str()) && index->prepare();
-    return made ? std::move(index) : nullptr;
+    if (!made) return nullptr;
+    return index;
 }
 
 bool KeyIndex::run(const char* sql) {
