@@ -44,6 +44,7 @@ log=build/tidy.log
 xargs -P "$(nproc)" -n 1 clang-tidy -p "$build" --quiet --extra-arg=-Wno-unknown-warning-option \
     <<<"$files" >"$log" 2>/dev/null || true
 # A header's findings come with each source that includes it.
-findings=$(grep -E '^[^ ]+:[0-9]+:[0-9]+: (warning|error):' "$log" | sed "s#^$PWD/##" | sort -u || true)
+findings=$(grep -E '^[^ ]+:[0-9]+:[0-9]+: (warning|error):' "$log" |
+    sed -E "s#^$PWD/##; s#^$build/layers/[^/]+/##" | sort -u || true)
 [ -z "$findings" ] || { echo "$findings"; exit 1; }
 echo "Nothing found."

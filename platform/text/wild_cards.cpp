@@ -7,10 +7,10 @@
 namespace {
 
 struct Element {
-    enum Kind { AnyRun, One, Set } kind;
+    enum Kind { kAnyRun, kOne, kSet } kind;
     std::string_view set;  // the characters between the brackets
     bool negated = false;
-    char literal = 0;  // for One: 0 means a class in `set`
+    char literal = 0;  // for kOne: 0 means a class in `set`
 };
 
 // Reads one element of a pattern that is not empty and moves the pattern behind it.
@@ -19,30 +19,30 @@ Element nextElement(std::string_view& pattern) {
     pattern.remove_prefix(1);
     switch (c) {
         case '*':
-            return {Element::AnyRun, {}};
+            return {Element::kAnyRun, {}};
         case '?':
         case '#':
         case '@':
         case '.': {
             static constexpr std::string_view kClasses = "?#@.";
-            return {Element::One, kClasses.substr(kClasses.find(c), 1)};
+            return {Element::kOne, kClasses.substr(kClasses.find(c), 1)};
         }
         case '`':
             if (!pattern.empty()) {
                 c = pattern.front();
                 pattern.remove_prefix(1);
             }
-            return {Element::One, {}, false, c};
+            return {Element::kOne, {}, false, c};
         case '[': {
             bool negated = !pattern.empty() && pattern.front() == '~';
             std::string_view body = pattern.substr(negated ? 1 : 0);
             size_t close = body.find(']', 1);
-            if (close == std::string_view::npos) return {Element::One, {}, false, '['};
+            if (close == std::string_view::npos) return {Element::kOne, {}, false, '['};
             pattern = body.substr(close + 1);
-            return {Element::Set, body.substr(0, close), negated};
+            return {Element::kSet, body.substr(0, close), negated};
         }
         default:
-            return {Element::One, {}, false, c};
+            return {Element::kOne, {}, false, c};
     }
 }
 
@@ -59,7 +59,7 @@ bool inSet(std::string_view set, char c) {
 }
 
 bool accepts(const Element& e, char c) {
-    if (e.kind == Element::Set) return inSet(e.set, c) != e.negated;
+    if (e.kind == Element::kSet) return inSet(e.set, c) != e.negated;
     if (e.set.empty()) return e.literal == c;
     unsigned char u = static_cast<unsigned char>(c);
     switch (e.set.front()) {
@@ -83,7 +83,7 @@ bool matches(std::string_view text, std::string_view pattern) {
         if (!pattern.empty()) {
             std::string_view rest = pattern;
             Element e = nextElement(rest);
-            if (e.kind == Element::AnyRun) {
+            if (e.kind == Element::kAnyRun) {
                 pattern = rest;
                 retryPattern = rest;
                 retryText = text;

@@ -48,7 +48,7 @@ uint32_t folded(uint64_t sum) {
 
 }  // namespace
 
-Lookup::Lookup(std::shared_ptr<jet::Records> records, std::vector<size_t> columns)
+Lookup::Lookup(const std::shared_ptr<jet::Records>& records, std::vector<size_t> columns)
     : columns_(std::move(columns)) {
     for (jet::Walk walk(records); walk.next();) {
         jet::RowView view = walk.view();

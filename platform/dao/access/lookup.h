@@ -18,7 +18,7 @@ namespace dao::access {
 class Lookup {
   public:
     // columns: positions in the definition of the table.
-    Lookup(std::shared_ptr<jet::Records> records, std::vector<size_t> columns);
+    Lookup(const std::shared_ptr<jet::Records>& records, std::vector<size_t> columns);
 
     const std::vector<size_t>& columns() const { return columns_; }
     // A record that was added or changed. values: in the order of the definition.

@@ -43,7 +43,7 @@ Bytes gather(Store& store, TableDefinition& definition) {
     Bytes bytes = page->bytes;
     size_t length = page->view().u32(8);
     // The longest definition has 255 columns and 32 indexes with names of 64 characters.
-    constexpr size_t kLongest = 128 * 1024;
+    constexpr size_t kLongest = size_t{128} * 1024;
     if (length < store.format.definitionEnd || length > kLongest)
         damaged("the definition on page " + std::to_string(definition.page) + " has an impossible length");
     while (bytes.size() < length) {

@@ -28,11 +28,11 @@ void UsageMap::forEachPart(const std::function<void(uint32_t, ByteView)>& visit)
     ByteView row = bytes(page);
     if (row.u8(0) == kInline) return visit(row.u32(kWindowAt), row.from(kInlineBitsAt));
     uint32_t covered = pagesOfBitmap(file_.format());
-    for (uint32_t i = 0; kWindowAt + 4 * i + 4 <= row.size(); ++i) {
+    for (size_t i = 0; kWindowAt + 4 * i + 4 <= row.size(); ++i) {
         uint32_t bitmap = row.u32(kWindowAt + 4 * i);
         if (bitmap == 0) continue;
         PagePtr bits = file_.page(bitmap, PageType::kBitmap);
-        visit(i * covered, bits->view().from(kBitmapAt));
+        visit(static_cast<uint32_t>(i) * covered, bits->view().from(kBitmapAt));
     }
 }
 
@@ -105,7 +105,7 @@ void UsageMap::set(uint32_t page, bool member, const std::function<uint32_t()>& 
         return set(page, member, newPage);
     }
     uint32_t covered = pagesOfBitmap(file_.format());
-    size_t at = kWindowAt + 4 * (page / covered);
+    size_t at = kWindowAt + size_t{4} * (page / covered);
     if (at + 4 > row.size()) throw Error("The database has reached the largest size of its format.");
     uint32_t bitmap = row.u32(at);
     if (bitmap == 0) {

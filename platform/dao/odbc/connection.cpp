@@ -42,8 +42,12 @@ OdbcConnection::OdbcConnection(std::shared_ptr<IdleSessions> idle, const Source&
     : idle_(std::move(idle)), source_(source), session_(idle_->take(source)) {}
 
 OdbcConnection::~OdbcConnection() {
-    if (transaction_) endTransaction(false);
-    if (reusable_) idle_->giveBack(source_, std::move(session_));
+    try {
+        if (transaction_) OdbcConnection::endTransaction(false);
+        if (reusable_) idle_->giveBack(source_, std::move(session_));
+    } catch (const std::exception&) {
+        // A session that cannot be given back is closed, and the server undoes what was not kept.
+    }
 }
 
 // --- What there is --------------------------------------------------------------------------------------

@@ -43,7 +43,7 @@ OdbcCursor::OdbcCursor(std::shared_ptr<OdbcConnection> connection, const ServerS
         fields_.push_back(known ? *known : fieldOf(column));
         fields_.back().ordinalPosition = i - 1;
     }
-    if (connection_->dialect().oneStatement) count();
+    if (connection_->dialect().oneStatement) OdbcCursor::count();
     if (!statement.table) return;
     updatable_ = type != dbOpenSnapshot && !table_.isView;
 }
