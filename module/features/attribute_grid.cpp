@@ -217,14 +217,15 @@ void AttributeGrid::valuesEdited(int row) {
     }
 }
 
-void AttributeGrid::cellLeft(ui::CellPosition at) {
+bool AttributeGrid::cellLeft(ui::CellPosition at) {
     if (at.column != kValues || isEntryRow(at.row) || !grid_.has(at.column, at.row) ||
         values(at.row).dropDown)
-        return;
+        return false;
     const KnownAttribute* known = FindKnownAttribute(grid_.text(kAbbreviation, at.row));
-    if (!known) return;
+    if (!known) return false;
     constexpr std::string_view kRodHeight = "ROD_HEIGHT";
     fillKnown(at.row, *known, known->abbreviation == kRodHeight ? "Rod_Height" : known->fullName);
+    return true;
 }
 
 // What Enter makes of the text of a drop-down.

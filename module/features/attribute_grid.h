@@ -49,7 +49,8 @@ class AttributeGrid {
 
     // Automatic filling, as the dialog tells of it.
     void cellEdited(ui::CellPosition at);
-    void cellLeft(ui::CellPosition at);
+    // True when leaving the cell has filled its row.
+    bool cellLeft(ui::CellPosition at);
     // False when the key means nothing to the sheet.
     bool enterPressed();
     bool deletePressed();

@@ -62,7 +62,9 @@ void FeatureSheet::cellEdited(ui::CellPosition at) {
 }
 
 void FeatureSheet::cellLeft(ui::CellPosition at) {
-    if (!filling_) attributes_.cellLeft(at);
+    if (filling_) return;
+    TemporaryValue filling(filling_, true);
+    if (attributes_.cellLeft(at)) modified_ = true;
 }
 
 bool FeatureSheet::deletePressed() {

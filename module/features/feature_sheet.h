@@ -42,6 +42,8 @@ class FeatureSheet {
     // What a person does to the grid; false when a key means nothing to it.
     void cellEdited(ui::CellPosition at);
     void cellLeft(ui::CellPosition at);
+    // The focus has gone to another control.
+    void left() { cellLeft(grid_.active()); }
     bool enterPressed() { return attributes_.enterPressed(); }
     bool deletePressed();
 

@@ -8,7 +8,7 @@ namespace norvane {
 
 namespace {
 
-// False: the sheet is not saved, and the command that asked must not go on.
+// False when nothing was saved, whatever the reason: the sheet stays as it is, and so does its star.
 bool saveToCategory(EditorSession& s, const std::string& category) {
     const std::string& feature = s.sheet.name();
     const std::vector<FeatureFileRow> rows = s.sheet.rows();
@@ -19,11 +19,11 @@ bool saveToCategory(EditorSession& s, const std::string& category) {
     if (!s.file.isOpen()) {
         ui::messageBox("Error", "Template Database not set!");
         s.dialog.setFocus(editor::kTree);
-        return true;
+        return false;
     }
     const std::optional<bool> stored = s.file.hasFeature(feature);
     if (!stored) return false;
-    if (*stored && !ui::askYesNo("Alert", "Feature already exist! Do you want to replace it?")) return true;
+    if (*stored && !ui::askYesNo("Alert", "Feature already exist! Do you want to replace it?")) return false;
     // A template that did not take the changes is as it was, and so is the sheet.
     if (!s.file.change([&](CDaoDatabase& database) {
             if (*stored) RemoveFeatureRecords(database, feature);
@@ -46,13 +46,17 @@ void setModified(EditorSession& s, bool on) {
 bool AskSaveChanges(EditorSession& s) {
     s.sheet.endEditing();
     if (!s.sheet.modified()) return true;
-    setModified(s, false);
-    if (!s.sheet.hasNames()) return true;
+    if (!s.sheet.hasNames()) {
+        setModified(s, false);
+        return true;
+    }
     const std::string about = s.sheet.name().empty() ? "" : "Current Feature: " + s.sheet.name() + "\n";
-    if (!ui::askYesNo("Alert", about + "Save Changes?")) return true;
+    const int answer = ui::messageBox("Alert", about + "Save Changes?", ui::kBoxAlert | ui::kBoxYesNoCancel);
+    if (answer == ui::kNo) setModified(s, false);
+    if (answer != ui::kYes) return answer == ui::kNo;
     if (s.sheet.name().empty()) {
         std::string name = AskGoodName("Feature Name");
-        if (name.empty()) return true;
+        if (name.empty()) return false;
         s.sheet.setName(name);
     }
     const std::vector<std::string> categories = s.tree.categories();
@@ -61,22 +65,23 @@ bool AskSaveChanges(EditorSession& s) {
             "Alert",
             "No Categories found in the Template Database.\nPlease add at least one category in order "
             "to be able to store Features!");
-        setModified(s, true);
         return false;
     }
     std::string category =
         AskCategory("Select Category", categories, s.tree.categoryOf(s.tree.findFeature(s.sheet.name())));
     // Who does not choose a category has not said that the changes may be lost.
-    bool saved = !category.empty() && saveToCategory(s, category);
-    if (!saved) setModified(s, true);
-    return saved;
+    if (category.empty() || !saveToCategory(s, category)) return false;
+    setModified(s, false);
+    return true;
 }
 
 void SaveNow(EditorSession& s) {
     s.sheet.endEditing();
     if (s.sheet.name().empty()) return;
     std::string category = s.tree.categoryOf(s.tree.findFeature(s.sheet.name()));
-    if (category.empty())
+    if (category.empty() && s.tree.categories().empty())
+        ui::messageBox("Alert", "No Categories found in the Template Database!");
+    else if (category.empty())
         category = AskCategory("Select Category", s.tree.categories(), s.tree.selectedCategory());
     if (!category.empty() && saveToCategory(s, category)) setModified(s, false);
 }

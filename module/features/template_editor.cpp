@@ -125,6 +125,13 @@ void TemplateEditor::onCellChange(ui::Grid&, ui::CellPosition at) {
 
 void TemplateEditor::onCellLeave(ui::Grid&, ui::CellPosition at) {
     session_.sheet.cellLeft(at);
+    session_.showTitle();
+}
+
+void TemplateEditor::onFocus(ui::Control& control) {
+    if (control.id() == kSheet) return;
+    session_.sheet.left();
+    session_.showTitle();
 }
 
 void TemplateEditor::onCellClick(ui::Grid&, ui::CellPosition) {

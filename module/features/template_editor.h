@@ -21,6 +21,7 @@ class TemplateEditor : public ui::Dialog {
     void onDoubleClick(ui::Control& control) override;
     void onCellChange(ui::Grid& grid, ui::CellPosition at) override;
     void onCellLeave(ui::Grid& grid, ui::CellPosition at) override;
+    void onFocus(ui::Control& control) override;
     void onCellClick(ui::Grid& grid, ui::CellPosition at) override;
     bool onKey(const ui::Key& key) override;
     void onOk() override {}  // Enter never closes the editor

@@ -80,7 +80,7 @@ TEST_F(Editor, SaysThatThereAreUnsavedChangesAndAsks) {
     box("No"), box("Yes");
     edit({open("TREE"), at(2, 1, "Kind of tree"), show()});
     EXPECT_TRUE(shown("Define Template Database *"));
-    EXPECT_TRUE(shown("box [Alert] \"Current Feature: TREE\nSave Changes?\" flags 0x40034 -> No"));
+    EXPECT_TRUE(shown("box [Alert] \"Current Feature: TREE\nSave Changes?\" flags 0x40033 -> No"));
     EXPECT_EQ(features().substr(0, 20), "TREE|SPECIES|Species");
     // Saved at once; the feature takes the last place of its category again.
     box("Yes"), box("Yes");
@@ -322,25 +322,54 @@ TEST_F(Editor, AFileThatIsReadIsNoChange) {
     EXPECT_EQ(features("GIS_NAME='POLE'"), "");
 }
 
-TEST_F(Editor, ASaveThatSavesNothingCountsAsDone) {
-    // No template is open.
+TEST_F(Editor, ASaveThatSavesNothingKeepsTheSheetAndItsStar) {
+    // No template is open: neither without categories nor with one can the sheet be saved, and it is not let
+    // go.
     write("pole.gis", "|00|POLE_ID,Pole number, ,\n");
     ui_.answerFile(path("pole.gis"));
     name("plants"), category("PLANTS");
-    box("OK"), box("Yes"), box("OK"), box("Yes"), box("OK"), box("Yes");
-    edit({menu("GIS File/Import"), at(2, 1, "Number"), menu("Template Database/Exit"), menu("Category/New")});
+    box("OK"), box("Yes"), box("OK"), box("Yes"), box("OK"), box("No"), box("Yes");
+    edit({menu("GIS File/Import"), at(2, 1, "Number"), menu("Exit"), menu("Category/New"), menu("Exit"),
+          show()});
     EXPECT_TRUE(
         shown("No Categories found in the Template Database.\nPlease add at least one category in order "
               "to be able to store Features!"));
     EXPECT_TRUE(shown("box [Error] \"Template Database not set!\""));
-    EXPECT_FALSE(shown("has no steps left")) << "the sheet is let go";
-    // The feature is there, and is not to be replaced.
+    EXPECT_TRUE(shown("Define Template Database *"));
+    EXPECT_FALSE(shown("has no steps left"));
+    // The feature is there and is not to be replaced: by Ctrl+S, by the question, and by Cancel.
     treeTemplate();
-    box("Yes"), category("PLANTS"), box("No"), box("Yes");
-    edit({open("TREE"), at(2, 1, "Kind")});
+    box("No"), box("Yes"), category("PLANTS"), box("No"), box("Cancel"), box("No"), box("Yes");
+    edit({open("TREE"), at(2, 1, "Kind"), key("Ctrl+S"), show(), menu("Exit"), menu("Exit"), show()});
     EXPECT_TRUE(shown("Feature already exist! Do you want to replace it?"));
+    EXPECT_TRUE(shown("Define Template Database *"));
+    EXPECT_TRUE(shown("'Kind'"));
     EXPECT_EQ(features("FIELD_NAME='SPECIES'"), "TREE|SPECIES|Species||\n");
     EXPECT_FALSE(shown("has no steps left"));
+}
+
+TEST_F(Editor, WithoutCategoriesTheSheetSaysThatItCannotBeSaved) {
+    newTemplate();
+    write("pole.gis", "|00|POLE_ID,Pole number, ,\n");
+    ui_.answerFile(path("pole.gis"));
+    box("OK"), box("OK"), box("No"), box("Yes");
+    edit({menu("GIS File/Import"), at(2, 1, "Number"), key("Ctrl+S")});
+    EXPECT_TRUE(shown("box [Alert] \"No Categories found in the Template Database!\""));
+}
+
+TEST_F(Editor, ARowThatFillsItselfWhenTheFocusGoesIsAChange) {
+    for (const char* where : {"1004", "1003"}) {  // a button, the tree
+        treeTemplate();
+        fs::remove(path("rod.gis"));
+        write("rod.gis", "|00|ROD_HEIGHT,Rod, ,\n");
+        ui_.answerFile(path("rod.gis"));
+        box("OK"), box("No"), box("Yes");
+        Step activate{Step::Kind::ClickCell, "", "", true, 3, 1};
+        edit({menu("GIS File/Import"), activate, focus(where), show()});
+        EXPECT_TRUE(shown("'ROD_HEIGHT' 'Rod_Height'")) << where;
+        EXPECT_TRUE(shown("Define Template Database *")) << where;
+        fs::remove(path("t.mdb"));
+    }
 }
 
 TEST_F(Editor, TheFormatAskedForHoldsFromTheNextDatabaseOn) {
