@@ -62,10 +62,14 @@ int CategoryTree::findCategory(const std::string& name) const {
     return kNone;
 }
 
-int CategoryTree::findFeature(const std::string& name) const {
-    for (int feature : nodes(Kind::kFeatures))
-        if (text::equalNoCase(text(feature), name)) return feature;
-    return kNone;
+int CategoryTree::findFeature(const std::string& name, const std::string& category) const {
+    int first = kNone;
+    for (int feature : nodes(Kind::kFeatures)) {
+        if (!text::equalNoCase(text(feature), name)) continue;
+        if (text::equalNoCase(categoryOf(feature), category)) return feature;
+        if (first == kNone) first = feature;
+    }
+    return first;
 }
 
 int CategoryTree::addCategory(const std::string& name) {

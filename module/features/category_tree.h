@@ -35,7 +35,8 @@ class CategoryTree {
 
     // By name, without regard to case; kNone when there is none.
     int findCategory(const std::string& name) const;
-    int findFeature(const std::string& name) const;
+    // A feature may stand in more than one category: that of the given one, else the first.
+    int findFeature(const std::string& name, const std::string& category = "") const;
 
     int addCategory(const std::string& name);
     int addFeature(int category, const std::string& name);

@@ -21,11 +21,14 @@ struct EditorSession {
     TemplateFile file;
     FeatureSheet sheet;
     CategoryTree tree;
+    std::string category;  // from which the feature on the sheet was taken; "" for none
     std::string lastCategorySearch;
     std::string lastFeatureSearch;
 
     // The title has a star while the sheet is modified.
     void showTitle();
+    // The node of the feature on the sheet; CategoryTree::kNone when the tree has none.
+    int sheetNode() const { return tree.findFeature(sheet.name(), category); }
     // Reads the tree anew from the template, if one is open.
     void refillTree();
     // Tells a fault of the sheet and goes to its cell.

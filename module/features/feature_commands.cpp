@@ -10,10 +10,12 @@ namespace norvane {
 
 void EditFeature(EditorSession& s) {
     const std::optional<std::string> name = s.tree.selectedFeature();
+    const std::string category = s.tree.selectedCategory();
     if (!name || !AskSaveChanges(s)) return;
-    s.tree.select(s.tree.findFeature(*name));  // a save has made the tree anew
+    s.tree.select(s.tree.findFeature(*name, category));  // a save has made the tree anew
     const std::optional<std::vector<FeatureFileRow>> rows = s.file.feature(*name);
     if (!rows) return;
+    s.category = category;
     s.sheet.setName(*name);
     s.sheet.setRows(*rows);
 }
@@ -33,6 +35,7 @@ void NewFeature(EditorSession& s) {
     if (category.empty()) parent = NodeOfCategory(s, AskGoodName("Category Name"));
     if (parent == CategoryTree::kNone) return;
     s.tree.select(s.tree.addFeature(parent, name));
+    s.category = s.tree.text(parent);
     s.sheet.clear();
     s.sheet.setName(name);
     s.showState();
@@ -48,8 +51,9 @@ std::optional<std::string> featureForCommand(EditorSession& s) {
         ui::messageBox("Alert", "No Selected Feature found!\nPlease select a feature from the list!");
         return std::nullopt;
     }
+    const std::string category = s.tree.selectedCategory();
     if (!AskSaveChanges(s)) return std::nullopt;
-    s.tree.select(s.tree.findFeature(*name));
+    s.tree.select(s.tree.findFeature(*name, category));
     return name;
 }
 
@@ -75,7 +79,7 @@ void SaveFeatureAs(EditorSession& s) {
 void DeleteFeature(EditorSession& s) {
     const std::optional<std::string> feature = featureForCommand(s);
     if (!feature || !ui::askYesNo("Alert", "Are you sure you want to delete this Feature?")) return;
-    const int node = s.tree.findFeature(*feature);
+    const int node = s.tree.selected();
     if (node == CategoryTree::kNone) return;
     if (!s.file.change(
             [&](CDaoDatabase& database) { DeleteFeature(database, *feature, s.tree.categoryOf(node)); }))
@@ -90,7 +94,7 @@ void RenameFeature(EditorSession& s) {
     if (!feature) return;
     const std::string name = AskGoodName("Rename: " + *feature + " to", *feature);
     if (name.empty()) return;
-    const int node = s.tree.findFeature(*feature), other = s.tree.findFeature(name);
+    const int node = s.tree.selected(), other = s.tree.findFeature(name);
     if (other != CategoryTree::kNone && other != node) {
         ui::messageBox("Error", "Cannot rename Feature.\nFeature already exist!");
         return;

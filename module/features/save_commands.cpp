@@ -30,8 +30,9 @@ bool saveToCategory(EditorSession& s, const std::string& category) {
             StoreFeature(database, feature, category, rows);
         }))
         return false;
+    s.category = category;
     s.refillTree();
-    s.tree.select(s.tree.findFeature(feature));
+    s.tree.select(s.sheetNode());
     ui::information("Process done...", kInformationTime);
     return true;
 }
@@ -67,8 +68,7 @@ bool AskSaveChanges(EditorSession& s) {
             "to be able to store Features!");
         return false;
     }
-    std::string category =
-        AskCategory("Select Category", categories, s.tree.categoryOf(s.tree.findFeature(s.sheet.name())));
+    std::string category = AskCategory("Select Category", categories, s.tree.categoryOf(s.sheetNode()));
     // Who does not choose a category has not said that the changes may be lost.
     if (category.empty() || !saveToCategory(s, category)) return false;
     setModified(s, false);
@@ -78,7 +78,7 @@ bool AskSaveChanges(EditorSession& s) {
 void SaveNow(EditorSession& s) {
     s.sheet.endEditing();
     if (s.sheet.name().empty()) return;
-    std::string category = s.tree.categoryOf(s.tree.findFeature(s.sheet.name()));
+    std::string category = s.tree.categoryOf(s.sheetNode());
     if (category.empty() && s.tree.categories().empty())
         ui::messageBox("Alert", "No Categories found in the Template Database!");
     else if (category.empty())

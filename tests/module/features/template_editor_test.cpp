@@ -348,6 +348,16 @@ TEST_F(Editor, ASaveThatSavesNothingKeepsTheSheetAndItsStar) {
     EXPECT_FALSE(shown("has no steps left"));
 }
 
+TEST_F(Editor, AFeatureOfTwoCategoriesIsHandledWhereItWasSelected) {
+    treeTemplate();
+    stored("insert into ZGEO_CAT (INDEX_CAT_GIS, CAT_GIS_NAME, GIS_NAME) values (2, 'UTILITIES', 'TREE')");
+    // Saved at once, it stays in the category from which it was taken.
+    box("Yes"), box("Yes");
+    edit({open("UTILITIES/TREE"), at(2, 1, "Kind"), key("Ctrl+S")});
+    EXPECT_EQ(features("FIELD_NAME='SPECIES'"), "TREE|SPECIES|Kind||\n");
+    EXPECT_EQ(stored("select CAT_GIS_NAME from ZGEO_CAT where GIS_NAME='TREE'"), "UTILITIES\n");
+}
+
 TEST_F(Editor, WithoutCategoriesTheSheetSaysThatItCannotBeSaved) {
     newTemplate();
     write("pole.gis", "|00|POLE_ID,Pole number, ,\n");
