@@ -1,6 +1,7 @@
 // The groups of a text file: a line with the code, a line with the value.
 #pragma once
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
@@ -20,14 +21,21 @@ class AsciiTags {
     explicit AsciiTags(std::string_view content)
         : next_(content.data()), end_(content.data() + content.size()) {
         if (content.substr(0, 3) == "\xEF\xBB\xBF") next_ += 3;
+        size_t odd = oddReturn(content);
+        if (odd == std::string_view::npos) return;
+        ends_ = content.find('\n') == std::string_view::npos ? LineEnds::OnlyReturns : LineEnds::Mixed;
+        oddLine_ = 1 + static_cast<size_t>(std::count(content.begin(), content.begin() + odd, '\n'));
     }
+
+    // The first line with a carriage return that is no part of a usual line end; 0 when there is none.
+    size_t oddLine() const { return oddLine_; }
 
     // Steps to the next group. False at the end of the file.
     bool next() {
         if (next_ == end_) return false;
         ++line_;
         if (!readCode()) {
-            if (text::trim(value_).empty() && restIsBlank()) return false;
+            if (isBlank(value_) && !hasMore()) return false;
             fail("a group code is expected, but the line is \"" + excerpt() + "\"");
         }
         if (code_ < 0 || code_ > kLastGroupCode)
@@ -37,6 +45,9 @@ class AsciiTags {
         value_ = takeLine();
         return true;
     }
+
+    // Something but blanks and end marks follows.
+    bool hasMore() const { return !isBlank({next_, static_cast<size_t>(end_ - next_)}); }
 
     int code() const { return code_; }
     std::string_view text() const { return value_; }
@@ -88,12 +99,56 @@ class AsciiTags {
         return true;
     }
 
-    [[noreturn]] void fail(const std::string& what) const {
-        throw DxfError("Line " + std::to_string(line_) + ": " + what + ".");
-    }
+    // Where the present group stands, as messages name it.
+    std::string place() const { return "Line " + std::to_string(line_); }
+
+    [[noreturn]] void fail(const std::string& what) const { throw DxfError(place() + ": " + what + "."); }
 
   private:
+    enum class LineEnds { Usual, Mixed, OnlyReturns };
+
+    static size_t oddReturn(std::string_view content) {
+        size_t at = content.find('\r');
+        while (at != std::string_view::npos && at + 1 < content.size() && content[at + 1] == '\n')
+            at = content.find('\r', at + 1);
+        return at;
+    }
+
+    static bool isBlank(std::string_view s) {
+        constexpr std::string_view kBlanks(" \t\r\n\x1A\0", 6);
+        return s.find_first_not_of(kBlanks) == std::string_view::npos;
+    }
+
+    // A group code stands on the line that begins here.
+    static bool isCodeLine(const char* p, const char* end) {
+        while (p != end && (*p == ' ' || *p == '\t')) ++p;
+        const char* digits = p;
+        while (p != end && *p >= '0' && *p <= '9') ++p;
+        return p != digits && p - digits <= 4 && (p == end || *p == '\r' || *p == '\n');
+    }
+
+    // The line that begins here ends with a carriage return alone, or with several in front of its line feed.
+    // Within a value such a return ends it only where a group code follows, as it may be one of the text's.
+    std::string_view takeOddLine() {
+        const char* start = next_;
+        for (const char* p = start; p != end_; ++p) {
+            if (*p != '\r' && *p != '\n') continue;
+            const char* behind = p;
+            while (behind != end_ && *behind == '\r') ++behind;
+            bool isFeed = behind != end_ && *behind == '\n';
+            if (!isFeed && ends_ == LineEnds::Mixed && !isCodeLine(behind, end_)) {
+                p = behind - 1;
+                continue;
+            }
+            next_ = isFeed ? behind + 1 : p + 1;
+            return {start, static_cast<size_t>(p - start)};
+        }
+        next_ = end_;
+        return {start, static_cast<size_t>(end_ - start)};
+    }
+
     std::string_view takeLine() {
+        if (ends_ != LineEnds::Usual) return takeOddLine();
         const char* start = next_;
         const char* feed =
             static_cast<const char*>(std::memchr(start, '\n', static_cast<size_t>(end_ - start)));
@@ -115,8 +170,13 @@ class AsciiTags {
         for (; p != end_ && *p >= '0' && *p <= '9'; ++p)
             if (code < 100000) code = code * 10 + (*p - '0');
         bool anyDigits = p != digits;
+        const char* codeEnd = p;
         while (p != end_ && (*p == ' ' || *p == '\t' || *p == '\r')) ++p;
-        if (!anyDigits || (p != end_ && *p != '\n')) {
+        if (anyDigits && ends_ != LineEnds::Usual && (p == end_ || *p != '\n')) {
+            while (codeEnd != p && *codeEnd != '\r') ++codeEnd;
+            p = codeEnd;
+        }
+        if (!anyDigits || (p != end_ && *p != '\n' && (*p != '\r' || ends_ == LineEnds::Usual))) {
             value_ = takeLine();
             return false;
         }
@@ -148,8 +208,6 @@ class AsciiTags {
         return true;
     }
 
-    bool restIsBlank() const { return text::trim({next_, static_cast<size_t>(end_ - next_)}).empty(); }
-
     std::string_view number() const {
         std::string_view s = text::trim(value_);
         if (s.size() > 1 && s[0] == '+' && s[1] != '-') s.remove_prefix(1);
@@ -170,6 +228,8 @@ class AsciiTags {
 
     const char* next_;
     const char* end_;
+    LineEnds ends_ = LineEnds::Usual;
+    size_t oddLine_ = 0;
     size_t line_ = 0;
     int code_ = 0;
     std::string_view value_;

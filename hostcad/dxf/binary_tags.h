@@ -23,6 +23,12 @@ class BinaryTags {
     }
 
     bool hasShortCodes() const { return shortCodes_; }
+    // It has no lines.
+    size_t oddLine() const { return 0; }
+    // Something but zeros and end marks follows.
+    bool hasMore() const {
+        return content_.find_first_not_of(std::string_view("\0\x1A", 2), position_) != std::string_view::npos;
+    }
 
     bool next() {
         start_ = position_;
@@ -66,9 +72,10 @@ class BinaryTags {
         return true;
     }
 
-    [[noreturn]] void fail(const std::string& what) const {
-        throw DxfError("Byte " + std::to_string(start_) + ": " + what + ".");
-    }
+    // Where the present group stands, as messages name it.
+    std::string place() const { return "Byte " + std::to_string(start_); }
+
+    [[noreturn]] void fail(const std::string& what) const { throw DxfError(place() + ": " + what + "."); }
 
   private:
     template <class T>

@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "hostcad/drawing/drawing.h"
 
@@ -11,9 +12,13 @@ namespace hostcad {
 
 // Opens a drawing. Null when it cannot be read; error then says why and where (the line of a text file, the
 // byte of a binary one). What the reader does not understand is kept. Entities without a handle get one.
-std::unique_ptr<Drawing> readDxf(const std::string& path, std::string& error);
+// Faults that it mends (a section without an end, groups between sections, numbers that are none) are told in
+// remarks, a sentence each with its place.
+std::unique_ptr<Drawing> readDxf(const std::string& path, std::string& error,
+                                 std::vector<std::string>* remarks = nullptr);
 // The same from the content of a file.
-std::unique_ptr<Drawing> parseDxf(std::string_view content, std::string& error);
+std::unique_ptr<Drawing> parseDxf(std::string_view content, std::string& error,
+                                  std::vector<std::string>* remarks = nullptr);
 
 // Writes a drawing to a file in a format: drawing.format() keeps that of the file it came from. The file is
 // replaced at once or not at all. False when it cannot be written, or not in that version; error says why.

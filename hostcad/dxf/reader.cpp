@@ -1,3 +1,4 @@
+#include <cmath>
 #include <utility>
 
 #include "hostcad/drawing/loader.h"
@@ -26,6 +27,24 @@ bool parseHandle(std::string_view text, uint64_t& handle) {
     return true;
 }
 
+// What was mended, as sentences for the user. Of faults that come by the thousand only the first are listed.
+class Remarks {
+  public:
+    void add(const std::string& place, const std::string& what) {
+        if (++count_ <= kMost) list_.push_back(place + ": " + what + ".");
+    }
+
+    std::vector<std::string> take() {
+        if (count_ > kMost) list_.push_back("There are " + std::to_string(count_ - kMost) + " more.");
+        return std::move(list_);
+    }
+
+  private:
+    static constexpr size_t kMost = 20;
+    size_t count_ = 0;
+    std::vector<std::string> list_;
+};
+
 // Turns the groups of a file into runs for the loader. Tags is AsciiTags or BinaryTags.
 template <class Tags>
 class Reader {
@@ -36,43 +55,83 @@ class Reader {
 
     std::unique_ptr<Drawing> read() {
         readForm();
-        while (tags_.next()) {
-            if (tags_.code() == kComment) continue;
+        if (size_t line = tags_.oddLine())
+            remarks_.add("Line " + std::to_string(line), "a carriage return stands without its line feed");
+        bool isEnded = false;
+        while (!isEnded && nextTag()) {
             if (tags_.code() != 0) tags_.fail("a SECTION is expected here");
-            if (tags_.text() == "EOF") return finish();
-            if (tags_.text() != "SECTION") tags_.fail("a SECTION or EOF is expected here");
-            readSection();
+            isEnded = tags_.text() == "EOF";
+            if (!isEnded && tags_.text() != "SECTION") tags_.fail("a SECTION or EOF is expected here");
+            if (!isEnded) readSection();
         }
         // A file without its last line has lost nothing as long as every section is complete.
-        if (!anySection_) tags_.fail("the file holds no drawing");
-        return finish();
-    }
-
-  private:
-    static constexpr int kComment = 999;
-
-    std::unique_ptr<Drawing> finish() {
+        if (!isEnded && !anySection_) tags_.fail("the file holds no drawing");
+        if (!isEnded) remarks_.add(tags_.place(), "the file ends without EOF");
+        if (isEnded && tags_.hasMore()) remarks_.add(tags_.place(), "what stands behind EOF is left out");
         format_.lowerCaseEscapes = codec_.lowerCaseEscapes();
         return loader_.finish(format_);
     }
 
+    std::vector<std::string> remarks() { return remarks_.take(); }
+
+  private:
+    static constexpr int kComment = 999;
+
+    // Up to the next section. What stands between two sections belongs to the one in front, as old programs
+    // write variables behind the end of the header.
     void readSection() {
         anySection_ = true;
         if (!nextTag() || tags_.code() != 2) tags_.fail("the name of the section is missing");
         section_ = codec_.decode(tags_.text());
         loader_.beginSection(section_);
         header_ = section_ == "HEADER";
+        bool isEnded = false;
+        Stray stray = Stray::None;
         while (nextTag()) {
             if (tags_.code() == 0) {
                 flush();
-                if (tags_.text() == "ENDSEC") return;
-                if (tags_.text() == "EOF" || tags_.text() == "SECTION") break;
+                if (tags_.text() == "EOF" || tags_.text() == "SECTION") {
+                    if (!isEnded) remarks_.add(tags_.place(), "section " + section_ + " has no end");
+                    pending_ = true;
+                    return;
+                }
+                if (tags_.text() == "ENDSEC") {
+                    isEnded = true;
+                    stray = Stray::None;
+                    continue;
+                }
             } else if (header_ && tags_.code() == 9) {
                 flush();
             }
-            addGroup();
+            if (!isEnded || takesStray(stray)) addGroup();
         }
-        tags_.fail("the file ends within section " + section_);
+        flush();
+        if (!isEnded) remarks_.add(tags_.place(), "the file ends within section " + section_);
+    }
+
+    // Groups behind the end of a section: none so far, or such as are kept, or left out.
+    enum class Stray { None, Kept, LeftOut };
+
+    // Whether the present group, which stands behind the end of its section, has a place there: it begins a
+    // run, or belongs to one.
+    bool takesStray(Stray& stray) {
+        Stray before = stray;
+        if (tags_.code() == (header_ ? 9 : 0))
+            stray = Stray::Kept;
+        else if (stray == Stray::None || tags_.code() == 0)
+            stray = Stray::LeftOut;
+        bool isKept = stray == Stray::Kept;
+        if (stray != before)
+            remarks_.add(tags_.place(), "what stands behind the end of section " + section_ +
+                                            (isKept ? " is kept in it" : " is left out"));
+        return isKept;
+    }
+
+    double real() {
+        double value = tags_.real();
+        if (!std::isfinite(value))
+            remarks_.add(tags_.place(), "the number of group " + std::to_string(tags_.code()) + " is none");
+        return value;
     }
 
     // The next group that is no comment.
@@ -94,21 +153,19 @@ class Reader {
 
     // The header says how texts are to be read, those in front of it included, so it is looked at first.
     void readForm() {
-        bool inHeader = false, versionSeen = false, pageSeen = false;
+        bool sectionBegins = false, inHeader = false, versionSeen = false, pageSeen = false;
         std::string_view variable;
         for (Tags ahead = tags_; ahead.next();) {
+            if (ahead.code() == kComment) continue;
             std::string_view text = isText(ahead) ? ahead.text() : std::string_view();
-            if (ahead.code() == 0) {
-                if (inHeader && text == "ENDSEC") break;
-            } else if (ahead.code() == 2 && !inHeader) {
-                inHeader = text == "HEADER";
-            } else if (variable == "$ACADVER" && !std::exchange(versionSeen, true)) {
+            if (ahead.code() == 0 && (text == "EOF" || (inHeader && text == "SECTION"))) break;
+            if (sectionBegins) inHeader = ahead.code() == 2 && text == "HEADER";
+            sectionBegins = ahead.code() == 0 && text == "SECTION";
+            if (variable == "$ACADVER" && !std::exchange(versionSeen, true))
                 format_.version = versionOf(text::trim(text));
-            } else if (variable == "$DWGCODEPAGE" && !std::exchange(pageSeen, true)) {
+            else if (variable == "$DWGCODEPAGE" && !std::exchange(pageSeen, true))
                 codec_.setCodePage(codePageOf(text));
-            }
-            if (ahead.code() != kComment)
-                variable = inHeader && ahead.code() == 9 ? text : std::string_view();
+            variable = inHeader && ahead.code() == 9 ? text : std::string_view();
         }
         codec_.setVersion(format_.version);
     }
@@ -126,7 +183,7 @@ class Reader {
             case ValueKind::Text:
                 return addText(code);
             case ValueKind::Real:
-                groups_.push_back(realGroup(code, tags_.real()));
+                groups_.push_back(realGroup(code, real()));
                 return;
             case ValueKind::Integer:
                 groups_.push_back(integerGroup(code, tags_.integer()));
@@ -157,20 +214,20 @@ class Reader {
 
     // The coordinates of a point follow each other. A first one that stands alone is a real.
     void addPoint(int code) {
-        double x = tags_.real();
+        double x = real();
         pending_ = nextTag();
         if (!pending_ || tags_.code() != secondCoordinate(code)) {
             groups_.push_back(realGroup(code, x));
             return;
         }
-        double y = tags_.real();
+        double y = real();
         pending_ = false;
         pending_ = nextTag();
         if (!pending_ || tags_.code() != thirdCoordinate(code)) {
             groups_.push_back(loader_.arena().point(code, x, y));
             return;
         }
-        groups_.push_back(loader_.arena().point(code, x, y, tags_.real()));
+        groups_.push_back(loader_.arena().point(code, x, y, real()));
         pending_ = false;
     }
 
@@ -181,40 +238,49 @@ class Reader {
     std::string section_;
     bool header_ = false;
     bool anySection_ = false;
+    Remarks remarks_;
     bool pending_ = false;  // the present tag was looked at and is still to be taken
     std::vector<Group> groups_;
     std::string chunk_;
 };
 
+template <class Tags>
+std::unique_ptr<Drawing> parsed(Tags tags, DxfFormat format, size_t bytes,
+                                std::vector<std::string>* remarks) {
+    Reader<Tags> reader(tags, format, bytes);
+    std::unique_ptr<Drawing> drawing = reader.read();
+    if (remarks) *remarks = reader.remarks();
+    return drawing;
+}
+
 }  // namespace
 
-std::unique_ptr<Drawing> parseDxf(std::string_view content, std::string& error) {
+std::unique_ptr<Drawing> parseDxf(std::string_view content, std::string& error,
+                                  std::vector<std::string>* remarks) {
     try {
+        DxfFormat format{.version = DrawingVersion::R12};
         if (content.substr(0, kBinarySentinel.size()) == kBinarySentinel) {
-            BinaryTags tags(content);
-            return Reader<BinaryTags>(tags, {.version = DrawingVersion::R12, .binary = true}, content.size())
-                .read();
+            format.binary = true;
+            return parsed(BinaryTags(content), format, content.size(), remarks);
         }
         size_t firstLine = content.find('\n');
-        bool carriageReturns =
+        format.carriageReturns =
             firstLine != std::string_view::npos && firstLine > 0 && content[firstLine - 1] == '\r';
-        AsciiTags tags(content);
-        return Reader<AsciiTags>(tags, {.version = DrawingVersion::R12, .carriageReturns = carriageReturns},
-                                 content.size())
-            .read();
+        return parsed(AsciiTags(content), format, content.size(), remarks);
     } catch (const DxfError& problem) {
         error = problem.message;
         return nullptr;
     }
 }
 
-std::unique_ptr<Drawing> readDxf(const std::string& path, std::string& error) {
+std::unique_ptr<Drawing> readDxf(const std::string& path, std::string& error,
+                                 std::vector<std::string>* remarks) {
     std::optional<std::string> content = files::read(path);
     if (!content) {
         error = path + ": The file cannot be read.";
         return nullptr;
     }
-    std::unique_ptr<Drawing> drawing = parseDxf(*content, error);
+    std::unique_ptr<Drawing> drawing = parseDxf(*content, error, remarks);
     if (drawing)
         drawing->setPath(files::onDisk(path));
     else

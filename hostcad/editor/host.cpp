@@ -154,8 +154,11 @@ std::string Host::openDrawing(const std::string& name) {
     if (path.empty() && files::extensionOf(name).empty()) path = findFile(name + ".dxf");
     if (path.empty()) return "There is no file " + name + ".";
     std::string error;
-    std::unique_ptr<Drawing> drawing = readDxf(path, error);
+    std::vector<std::string> remarks;
+    std::unique_ptr<Drawing> drawing = readDxf(path, error, &remarks);
     if (!drawing) return "Cannot open " + error;  // which begins with the path
+    for (const std::string& remark : remarks) write("\n" + path + ": " + remark);
+    if (!remarks.empty()) write("\n");
     drawing->setPath(path);
     return replaceDrawing(std::move(drawing));
 }

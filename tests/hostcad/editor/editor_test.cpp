@@ -462,6 +462,11 @@ TEST_F(FileCommandTest, SaveAndOpen) {
     run("(command \"_.OPEN\" (strcat dir \"bad.dxf\"))");
     EXPECT_NE(said().find("Cannot open"), std::string::npos);
     EXPECT_EQ(count(""), "2");
+    // What was mended is told.
+    std::ofstream(folder_ + "mended.dxf") << "0\nSECTION\n2\nENTITIES\n0\nEOF\n";
+    run("(command \"_.OPEN\" (strcat dir \"mended.dxf\"))");
+    EXPECT_NE(said().find("mended.dxf: Line 6: section ENTITIES has no end.\n"), std::string::npos);
+    run("(command \"_.OPEN\" (strcat dir \"one.dxf\"))");
     run("(command \"_.SAVEAS\" \"\" (strcat dir \"x.dwg\"))");
     EXPECT_NE(said().find("DXF only"), std::string::npos);
     run("(command \"_.SAVEAS\" \"\" (strcat dir \"copy.dxf\") \"_N\")");
