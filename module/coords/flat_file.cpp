@@ -119,7 +119,7 @@ int FlatFile::CopyFile(const std::string& newPath) {
 }
 
 int FlatFile::RenameFile(const std::string& newPath) {
-    std::string old = path, target = files::native(newPath);
+    std::string old = path, target = files::onDisk(newPath);
     file_.reset();
     // Another file of that name is not overwritten.
     bool renamed = !files::exists(target) && std::rename(files::onDisk(old).c_str(), target.c_str()) == 0;

@@ -81,7 +81,7 @@ bool isOnDisk(const std::string& path) {
 }
 
 bool renameFile(const std::string& from, const std::string& to) {
-    return std::rename(files::onDisk(from).c_str(), to.c_str()) == 0;
+    return std::rename(files::onDisk(from).c_str(), files::onDisk(to).c_str()) == 0;
 }
 
 }  // namespace

@@ -172,7 +172,7 @@ int ModulePoints::CopyFile(const std::string& newPath) {
 }
 
 int ModulePoints::RenameFile(const std::string& newPath) {
-    std::string source = path, target = files::native(newPath);
+    std::string source = path, target = files::onDisk(newPath);
     close();
     bool renamed = !files::exists(target) && std::rename(files::onDisk(source).c_str(), target.c_str()) == 0;
     int opened = Open(renamed ? target : source);

@@ -114,7 +114,7 @@ std::shared_ptr<Connection> openSource(const std::string& path, bool exclusive, 
 }
 
 std::shared_ptr<Connection> createSource(const std::string& path, const std::string& locale, int options) {
-    std::string target = files::native(path);
+    std::string target = files::onDisk(path);
     if (target.empty()) throw CDaoException("No database was named.");
     if (files::isFolder(target)) throw CDaoException("\"" + target + "\" is a folder, not a database.");
     if (files::exists(target)) throw CDaoException("The database \"" + target + "\" exists already.");

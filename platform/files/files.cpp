@@ -21,6 +21,19 @@ bool isRegular(const std::string& path) {
     return fs::is_regular_file(path, error);
 }
 
+// The name of an entry of a folder whose letters may differ in case: of several the first in the order of
+// their bytes, and the name itself when there is none.
+std::string nameOnDisk(const std::string& folder, const std::string& name) {
+    std::string found;
+    std::error_code error;
+    for (fs::directory_iterator it(folder.empty() ? "." : folder, error), end; !error && it != end;
+         it.increment(error)) {
+        std::string entry = it->path().filename().string();
+        if (text::equalNoCase(entry, name) && (found.empty() || entry < found)) found = entry;
+    }
+    return found.empty() ? name : found;
+}
+
 bool writeAll(const Descriptor& file, std::string_view content) {
     while (!content.empty()) {
         ssize_t written = ::write(file.get(), content.data(), content.size());
@@ -66,13 +79,11 @@ std::string onDisk(std::string_view path) {
     std::string p = native(path);
     std::error_code error;
     if (p.empty() || fs::exists(p, error)) return p;
-    std::string folder = folderOf(p);
-    std::string name = nameOf(p);
-    for (fs::directory_iterator it(folder.empty() ? "." : folder, error), end; !error && it != end;
-         it.increment(error))
-        if (text::equalNoCase(it->path().filename().string(), name))
-            return folder + it->path().filename().string();
-    return p;
+    std::string folder = folderOf(p), name = nameOf(p);
+    if (folder == p && p.find_first_not_of('/') == std::string::npos) return p;
+    std::string_view above = std::string_view(folder).substr(0, folder.size() - (folder.empty() ? 0 : 1));
+    if (!above.empty()) folder = onDisk(above) + '/';
+    return folder + (fs::exists(folder + name, error) ? name : nameOnDisk(folder, name));
 }
 
 bool exists(std::string_view path) {
@@ -81,7 +92,7 @@ bool exists(std::string_view path) {
 
 bool isFolder(std::string_view path) {
     std::error_code error;
-    return fs::is_directory(native(path), error);
+    return fs::is_directory(onDisk(path), error);
 }
 
 bool remove(std::string_view path) {
@@ -92,7 +103,7 @@ bool remove(std::string_view path) {
 }
 
 bool folderIsWritable(std::string_view path) {
-    std::string probe = folderOf(path) + "$.txt";
+    std::string probe = onDisk(folderOf(path) + "$.txt");
     Descriptor file(::open(probe.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666));
     if (!file) return false;
     ::unlink(probe.c_str());

@@ -19,11 +19,12 @@ std::string extensionOf(std::string_view path);
 // Folder and name with one separator between them.
 std::string join(std::string_view folder, std::string_view name);
 
-// A regular file of that name exists. The name's letters may differ in case from those on disk.
+// A regular file, or a folder, of that name exists. Letters of the path may differ in case from those on
+// disk.
 bool exists(std::string_view path);
 bool isFolder(std::string_view path);
-// The path as it stands on disk: letters of the last part may differ in case. The path itself when there
-// is nothing of that name.
+// The path as it stands on disk: letters of each part may differ in case, but a part that is there as it is
+// written is that one. What is not there keeps the letters of the path, behind the folders that are.
 std::string onDisk(std::string_view path);
 // Removes a file. False when it is there and cannot be removed.
 bool remove(std::string_view path);

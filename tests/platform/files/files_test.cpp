@@ -28,6 +28,33 @@ TEST(Files, BothSeparatorsAndTheLettersOfAName) {
     EXPECT_TRUE(files::remove(folder("out.mdb"))) << "what is not there is removed";
 }
 
+TEST(Files, EveryPartOfAPathIsFoundInTheLettersItHas) {
+    namespace fs = std::filesystem;
+    ScratchFolder folder;
+    fs::create_directories(folder("Jobs/North Side"));
+    files::replace(folder("Jobs/North Side/Site.mdb"), "north");
+    const std::string upper = folder("JOBS\\NORTH SIDE\\SITE.MDB");
+    EXPECT_EQ(files::onDisk(upper), folder("Jobs/North Side/Site.mdb"));
+    EXPECT_EQ(files::read(upper), "north");
+    EXPECT_TRUE(files::exists(folder("jobs/../JOBS/./north side//site.mdb")));
+    EXPECT_TRUE(files::isFolder(folder("JOBS/NORTH SIDE/")) && files::isFolder(folder("jobs")));
+    EXPECT_TRUE(files::folderIsWritable(folder("JOBS/NORTH SIDE/new.mdb")));
+    EXPECT_FALSE(files::folderIsWritable(folder("JOBS/SOUTH/new.mdb")));
+    // What is new goes into the folder that is there.
+    EXPECT_EQ(files::onDisk(folder("JOBS/South/New.mdb")), folder("Jobs/South/New.mdb"));
+    ASSERT_TRUE(files::replace(folder("JOBS/NORTH SIDE/New.mdb"), "new"));
+    EXPECT_TRUE(fs::exists(folder("Jobs/North Side/New.mdb")));
+    EXPECT_TRUE(files::remove(folder("JOBS/north side/NEW.MDB")));
+    EXPECT_FALSE(fs::exists(folder("Jobs/North Side/New.mdb")));
+    // A part that is there as it is written is that one.
+    fs::create_directories(folder("JOBS"));
+    files::replace(folder("JOBS/site.mdb"), "other");
+    EXPECT_EQ(files::read(folder("JOBS/SITE.MDB")), "other");
+    EXPECT_EQ(files::read(folder("Jobs/NORTH SIDE/SITE.MDB")), "north");
+    for (const char* nothing : {"", "/", "//", "/nowhere/AT/all", "C:\\Nowhere\\x", "nowhere/"})
+        EXPECT_EQ(files::onDisk(nothing), files::native(nothing)) << nothing;
+}
+
 TEST(Files, LinesAreCutWhereABufferWouldEnd) {
     ScratchFolder folder;
     files::replace(folder("a.ini"), "one\r\ntwo\n\n12345ä678\nlast");
