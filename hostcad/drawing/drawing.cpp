@@ -159,6 +159,7 @@ void Drawing::added(ObjectId id) {
     step_.push_back({id, objects_[id].groups, objects_[id].count, true});
     redo_.clear();
     modified_ = true;
+    ++changes_;
     forgetSymbols(id);
     announce(id, Change::Added);
 }

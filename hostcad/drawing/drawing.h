@@ -81,6 +81,8 @@ class Drawing {
     // Changed since it was opened or last saved.
     bool modified() const { return modified_; }
     void setModified(bool modified) { modified_ = modified; }
+    // Grows with every change: two equal numbers mean that nothing has changed between them.
+    uint64_t changes() const { return changes_; }
     // The code page of texts in files before R2007, by $DWGCODEPAGE.
     int codePage() const;
     // A number that no other drawing of this process has had.
@@ -184,6 +186,8 @@ class Drawing {
     // Takes the last step back, or does it again. False when there is none, or within a group.
     bool undo();
     bool redo();
+    bool canUndo() const { return !undo_.empty() || !step_.empty(); }
+    bool canRedo() const { return !redo_.empty(); }
     // Forgets all steps: what is done so far cannot be undone.
     void clearUndo();
 
@@ -230,6 +234,7 @@ class Drawing {
     DxfFormat format_;
     std::string path_;
     bool modified_ = false;
+    uint64_t changes_ = 0;
     long serial_;
     GroupArena arena_;
     std::vector<Object> objects_;  // the first stands for none

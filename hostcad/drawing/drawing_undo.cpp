@@ -10,6 +10,7 @@ void Drawing::remember(ObjectId id) {
     step_.push_back({id, object.groups, object.count, object.erased});
     redo_.clear();
     modified_ = true;
+    ++changes_;
 }
 
 void Drawing::beginUndoGroup() {
@@ -43,6 +44,7 @@ bool Drawing::exchange(std::vector<Step>& from, std::vector<Step>& to) {
     }
     to.push_back(std::move(back));
     modified_ = true;
+    ++changes_;
     return true;
 }
 

@@ -31,6 +31,28 @@ std::optional<std::string> chooseDatabase(const std::string& title) {
     return ui::fileBox(box);
 }
 
+bool saveWithBoxes(Host& host, const std::string& path, bool isCopy) {
+    for (std::string target = path;;) {
+        std::string problem = host.saveDrawing(target, isCopy);
+        if (problem.empty()) {
+            host.write("\nSaved as " + host.lastSaved() + ".\n");
+            return true;
+        }
+        host.write("\n" + problem + "\n");
+        if (ui::ask({"Save Drawing", problem + "\n\nSave it under another name?",
+                     ui::kBoxYesNo | ui::kBoxExclamation, ui::kNo}) != ui::kYes)
+            return false;
+        std::optional<std::string> chosen = chooseDrawing(true);
+        if (!chosen) return false;
+        target = *chosen;
+    }
+}
+
+void showProblem(Host& host, const std::string& problem) {
+    host.write("\n" + problem + "\n");
+    ui::messageBox("Drawing", problem, ui::kBoxOk | ui::kBoxExclamation);
+}
+
 bool settleChanges(Host& host) {
     const Drawing& drawing = currentDrawing();
     if (!drawing.modified()) return true;
@@ -45,9 +67,7 @@ bool settleChanges(Host& host) {
         if (!chosen) return false;
         path = *chosen;
     }
-    std::string problem = host.saveDrawing(path);
-    if (!problem.empty()) host.write("\n" + problem + "\n");
-    return problem.empty();
+    return saveWithBoxes(host, path);
 }
 
 }  // namespace hostcad

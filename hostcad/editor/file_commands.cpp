@@ -57,7 +57,22 @@ class FileCommand : public Command {
     }
 
     void report(const std::string& problem) {
-        if (!problem.empty()) say("\n" + problem + "\n");
+        if (problem.empty()) return;
+        if (wantsBoxes())
+            showProblem(host_, problem);
+        else
+            say("\n" + problem + "\n");
+    }
+
+    // Saves, and says where.
+    void save(const std::string& name, bool isCopy = false) {
+        if (wantsBoxes()) {
+            saveWithBoxes(host_, name, isCopy);
+            return;
+        }
+        std::string problem = host_.saveDrawing(name, isCopy);
+        report(problem);
+        if (problem.empty()) note("\nSaved as " + host_.lastSaved() + ".\n");
     }
 
   private:
@@ -89,11 +104,7 @@ class NewCommand : public FileCommand {
     }
 
   private:
-    void makeFrom(const std::string& name) {
-        std::string problem = name.empty() || name == "." ? host_.newDrawing() : host_.openDrawing(name);
-        report(problem);
-        if (problem.empty()) currentDrawing().setPath("");
-    }
+    void makeFrom(const std::string& name) { report(host_.newDrawing(name == "." ? "" : name)); }
 };
 
 class SaveCommand : public FileCommand {
@@ -103,12 +114,11 @@ class SaveCommand : public FileCommand {
     void start() override {
         const std::string& own = currentDrawing().path();
         if (isQuick_ && !own.empty()) {
-            report(host_.saveDrawing());
+            save(own);
             return;
         }
-        askName("\nSave drawing as <" + own + ">: ", true, [this](const std::string& name) {
-            report(host_.saveDrawing(name, !currentDrawing().path().empty()));
-        });
+        askName("\nSave drawing as <" + own + ">: ", true,
+                [this](const std::string& name) { save(name, !currentDrawing().path().empty()); });
     }
 
   private:
@@ -152,13 +162,13 @@ class SaveAsCommand : public FileCommand {
         if (!path.empty() && files::extensionOf(path).empty()) path += ".dxf";
         bool isForeign = !path.empty() && files::exists(path) && path != currentDrawing().path();
         if (!isForeign || wantsBoxes()) {
-            report(host_.saveDrawing(path));
+            save(path);
             return;
         }
         ask(
             Prompt::Kind::Keyword, "\nA file of that name exists. Replace it? [Yes/No] <No>: ",
             [this, path](const Answer& answer) {
-                if (answer.isKeyword("Yes")) report(host_.saveDrawing(path));
+                if (answer.isKeyword("Yes")) save(path);
             },
             "Yes No");
     }

@@ -6,9 +6,12 @@
 #include "hostcad/drawing/current_drawing.h"
 #include "hostcad/dxf/blank_drawing.h"
 #include "hostcad/dxf/dxf.h"
+#include "hostcad/editor/drawing_problems.h"
+#include "hostcad/editor/previous_version.h"
 #include "hostcad/lisp/printer.h"
 #include "platform/ads/result_buffer.h"
 #include "platform/files/files.h"
+#include "platform/scope/temporary_value.h"
 #include "platform/text/text.h"
 
 namespace hostcad {
@@ -100,6 +103,14 @@ void Host::setLastPoint(const Point& point) {
     variables_.set("LASTPOINT", VariableValue::ofPoint(point));
 }
 
+// Who has pressed Escape knows what has ended.
+void Host::tell(const lisp::Error& error) {
+    if (error.kind == lisp::Error::Kind::Cancel)
+        write(std::string("\n") + error.what() + "\n");
+    else
+        write("\n; error: " + error.fullText() + "\n");
+}
+
 Answer Host::ask(Prompt prompt) {
     bool isPoint = prompt.kind == Prompt::Kind::Point;
     Answer answer = commandLine_.ask(std::move(prompt), conventions());
@@ -142,6 +153,8 @@ void Host::runScript(const std::string& path) {
 
 std::string Host::replaceDrawing(std::unique_ptr<Drawing> drawing) {
     modules_->drawingClosing();
+    keptCopies_.forget();
+    hold_.release();
     setCurrentDrawing(std::move(drawing));
     readViewBox();
     modules_->drawingOpened();
@@ -156,16 +169,43 @@ std::string Host::openDrawing(const std::string& name) {
     std::string error;
     std::vector<std::string> remarks;
     std::unique_ptr<Drawing> drawing = readDxf(path, error, &remarks);
-    if (!drawing) return "Cannot open " + error;  // which begins with the path
+    // The reader's sentence begins with the path.
+    if (!drawing) return whyNotOpened(path, error.substr(std::min(path.size() + 2, error.size())));
     for (const std::string& remark : remarks) write("\n" + path + ": " + remark);
     if (!remarks.empty()) write("\n");
     drawing->setPath(path);
-    return replaceDrawing(std::move(drawing));
+    replaceDrawing(std::move(drawing));
+    holdDrawing();
+    return "";
 }
 
-std::string Host::newDrawing() {
+// Another program that has the file is told once, here.
+void Host::holdDrawing() {
+    const std::string& path = currentDrawing().path();
+    if (!holdsDrawings_ || path.empty() || hold_.take(path)) return;
+    write("\n" + path + " is open with " + hold_.holder() + ", so it is opened read-only here.\n");
+}
+
+std::string Host::newDrawing(const std::string& model) {
     if (modules_->isBusy()) return "The drawing cannot be changed while a module is at work.";
-    return replaceDrawing(blankDrawing());
+    if (model.empty()) return replaceDrawing(blankDrawing());
+    TemporaryValue holding(holdsDrawings_, false);  // the model stays free
+    std::string problem = openDrawing(model);
+    if (problem.empty()) currentDrawing().setPath("");
+    return problem;
+}
+
+std::string Host::recoverDrawing(const KeptCopies::LeftBehind& copy) {
+    if (modules_->isBusy()) return "The drawing cannot be changed while a module is at work.";
+    std::string error;
+    std::unique_ptr<Drawing> drawing = readDxf(copy.copy, error);
+    if (!drawing) return "Cannot open " + error;
+    drawing->setPath(copy.drawing);
+    drawing->setModified(true);
+    replaceDrawing(std::move(drawing));
+    keptCopies_.adopt(copy);
+    holdDrawing();
+    return "";
 }
 
 std::string Host::saveDrawing(const std::string& name, bool isCopy) {
@@ -176,11 +216,23 @@ std::string Host::saveDrawing(const std::string& name, bool isCopy) {
     if (!text::equalNoCase(files::extensionOf(path), "dxf"))
         return "Drawings are written as DXF only: give a name that ends in .dxf.";
     path = absolutePath(path);
+    // What another program has saved meanwhile is not written over either when that program lets go.
+    if (path == drawing.path() && !hold_.holder().empty())
+        return "Cannot save " + path + ".\nIt was opened read-only, because it was open with " +
+               hold_.holder() + ".";
+    DrawingHold hold;
+    if (path != hold_.path() && !hold.take(path))
+        return "Cannot save " + path + ".\nIt is open with " + hold.holder() + ".";
+    PreviousVersion previous(path);
     std::string error;
-    if (!writeDxf(drawing, path, drawing.format(), error)) return "Cannot save " + path + ": " + error;
+    if (!writeDxf(drawing, path, drawing.format(), error)) return whyNotSaved(path, error);
+    previous.keep();
+    lastSaved_ = path;
     if (isCopy && path != drawing.path()) return "";
+    if (holdsDrawings_ && path != hold_.path()) hold_ = std::move(hold);
     drawing.setPath(path);
     drawing.setModified(false);
+    keptCopies_.forget();
     return "";
 }
 
@@ -219,6 +271,7 @@ void Host::setFolders(const Folders& folders) {
     set("tmpdir$", withSeparator(error ? "/tmp" : temporary));
     addSupportFolder(folders_.support);
     addSupportFolder(folders_.program);
+    keptCopies_.setFolder(folders_.user + "recovery/");
 }
 
 // --- View --------------------------------------------------------------------------------------------

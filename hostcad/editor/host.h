@@ -8,6 +8,8 @@
 
 #include "hostcad/editor/command_line.h"
 #include "hostcad/editor/command_processor.h"
+#include "hostcad/editor/drawing_hold.h"
+#include "hostcad/editor/kept_copies.h"
 #include "hostcad/editor/modules.h"
 #include "hostcad/editor/variables.h"
 #include "hostcad/editor/view.h"
@@ -42,7 +44,7 @@ class Host {
 
     void write(std::string_view text) { commandLine_.write(text); }
     // Says what went wrong, on lines of its own.
-    void tell(const lisp::Error& error) { write("\n; error: " + error.fullText() + "\n"); }
+    void tell(const lisp::Error& error);
     Answer ask(Prompt prompt);
     Conventions conventions() const;
     void setLastPoint(const Point& point);
@@ -58,9 +60,21 @@ class Host {
 
     // --- Drawings: "" when done, else why not ---
     std::string openDrawing(const std::string& path);
-    std::string newDrawing();
+    // An empty drawing, or one that begins as another.
+    std::string newDrawing(const std::string& model = "");
     // An empty path saves under the drawing's own name; another one becomes its name, unless it is a copy.
+    // The version before stays as .bak.
     std::string saveDrawing(const std::string& path = "", bool isCopy = false);
+    // The full path of the file that was saved last.
+    const std::string& lastSaved() const { return lastSaved_; }
+    // Opens the copy of a program that has crashed, as its drawing with changes that are not saved.
+    std::string recoverDrawing(const KeptCopies::LeftBehind& copy);
+
+    // A drawing that is opened is held from now on: other programs open it read-only, and do not save it.
+    void setHoldsDrawings(bool holds) { holdsDrawings_ = holds; }
+    // Who holds the drawing, so that it was opened read-only here; "" when nobody does.
+    const std::string& holder() const { return hold_.holder(); }
+    KeptCopies& keptCopies() { return keptCopies_; }
 
     // --- Files ---
     // The path of a file: as given, beside the drawing, or in a support folder. "" when it is nowhere.
@@ -89,6 +103,7 @@ class Host {
   private:
     void defineVariables();
     std::string replaceDrawing(std::unique_ptr<class Drawing> drawing);
+    void holdDrawing();
     void readViewBox();
     void keepViewBox();
     void rememberViewBox();
@@ -101,6 +116,10 @@ class Host {
     std::unique_ptr<Modules> modules_;
     Folders folders_;
     std::vector<std::string> supportFolders_;
+    DrawingHold hold_;
+    bool holdsDrawings_ = false;
+    std::string lastSaved_;
+    KeptCopies keptCopies_;
     ViewBox viewBox_;
     std::vector<ViewBox> earlierViews_;
     bool wantsQuit_ = false;

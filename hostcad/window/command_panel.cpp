@@ -19,6 +19,10 @@ QString link(const QString& word, const QString& shown) {
     return "<a href=\"" + word.toHtmlEscaped() + "\">" + shown.toHtmlEscaped() + "</a>";
 }
 
+bool isUndoOrRedo(const QKeyEvent& key) {
+    return (key.modifiers() & Qt::ControlModifier) && (key.key() == Qt::Key_Z || key.key() == Qt::Key_Y);
+}
+
 // The text of a prompt as rich text in which the keywords can be clicked. Prompts list them in brackets,
 // "[Select/Number/<Pick>]", the default one in angles; those that the text does not have stand behind it.
 QString promptWithLinks(const QString& text, const Keywords& keywords) {
@@ -120,8 +124,16 @@ QString CommandPanel::history() const {
 }
 
 bool CommandPanel::eventFilter(QObject* watched, QEvent* event) {
-    if (watched != line_ || event->type() != QEvent::KeyPress) return QWidget::eventFilter(watched, event);
+    const bool isPress = event->type() == QEvent::KeyPress;
+    if (watched != line_ || !(isPress || event->type() == QEvent::ShortcutOverride))
+        return QWidget::eventFilter(watched, event);
     auto* key = static_cast<QKeyEvent*>(event);
+    // Without a text there is no typing to take back: the keys are those of the window, for the drawing.
+    if (isUndoOrRedo(*key) && line_->text().isEmpty()) {
+        event->ignore();
+        return true;
+    }
+    if (!isPress) return false;
     switch (key->key()) {
         case Qt::Key_Return:
         case Qt::Key_Enter: {

@@ -12,9 +12,11 @@
 #include <QScreen>
 #include <QSettings>
 #include <QStatusBar>
+#include <QTimer>
 #include <QToolBar>
 #include <QTreeWidget>
 #include <algorithm>
+#include <chrono>
 
 #include "hostcad/drawing/host_names.h"
 #include "hostcad/editor/file_boxes.h"
@@ -29,6 +31,7 @@ namespace hostcad {
 namespace {
 
 constexpr int kMostRecent = 8;
+constexpr std::chrono::minutes kCopyEvery{5};
 
 using ui::toQt;
 
@@ -55,6 +58,11 @@ void MainWindow::start(Host& host, const std::string& title, const std::vector<s
     title_ = title;
     host.lisp().setPulse([this] { breathe(); });
     host.variables().set("FILEDIA", VariableValue::ofInteger(1));  // files are chosen in boxes
+    host.setHoldsDrawings(true);
+    auto* copies = new QTimer(this);
+    copies->setObjectName("copies");
+    connect(copies, &QTimer::timeout, this, [this] { keepCopy(); });
+    copies->start(kCopyEvery);
     links_ = std::make_unique<LinkedRecords>(host.lisp());
     qApp->installEventFilter(this);
     for (const std::string& file : menuFiles)
@@ -136,9 +144,20 @@ void MainWindow::addMenu(const MenuHeading& heading) {
             QAction* action = menu->addAction(toQt(entry.caption));
             action->setEnabled(entry.enabled);
             if (!entry.shortcut.empty()) action->setShortcut(QKeySequence(toQt(entry.shortcut)));
-            connect(action, &QAction::triggered, this, [this, command = entry.command] { perform(command); });
+            offer(action, entry.command);
         }
     }
+}
+
+void MainWindow::offer(QAction* action, const std::string& command) {
+    connect(action, &QAction::triggered, this, [this, command] { perform(command); });
+    if (command == "U") undoActions_.push_back(action);
+    if (command == "REDO") redoActions_.push_back(action);
+}
+
+void MainWindow::showWhatCanBeUndone() {
+    for (QAction* action : undoActions_) action->setEnabled(currentDrawing().canUndo());
+    for (QAction* action : redoActions_) action->setEnabled(currentDrawing().canRedo());
 }
 
 void MainWindow::addButtons(const MenuHeading& heading) {
@@ -157,7 +176,7 @@ void MainWindow::addButtons(const MenuHeading& heading) {
         QIcon icon = drawnIcon(entry.icon, palette().color(QPalette::WindowText));
         QAction* action = toolBar_->addAction(icon, toQt(entry.caption));
         action->setEnabled(entry.enabled);
-        connect(action, &QAction::triggered, this, [this, command = entry.command] { perform(command); });
+        offer(action, entry.command);
     }
 }
 
@@ -256,8 +275,10 @@ void MainWindow::follow() {
     listedRevision_ = scene_.revision();
     layer_->setText("Layer " + toQt(drawing.headerText("$CLAYER", "0")));
     QString name = drawing.path().empty() ? "Unnamed drawing" : QFileInfo(toQt(drawing.path())).fileName();
+    if (!host_->holder().empty()) name += " (read-only)";
     setWindowTitle(name + "[*] - " + toQt(title_));
     setWindowModified(drawing.modified());
+    showWhatCanBeUndone();
 }
 
 // Reading a record runs Lisp, which is left alone while it is at work.

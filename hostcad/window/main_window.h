@@ -39,6 +39,9 @@ class MainWindow : public QMainWindow, public Output, public InputSource, public
     // Opens a drawing, after a question where unsaved work would be lost.
     void openDrawing(const std::string& path);
 
+    // Asks about copies that a crash has left behind. True when one was opened.
+    bool offerKeptCopies();
+
     // Programs run, and nothing is asked.
     bool isBusy() const;
 
@@ -78,6 +81,9 @@ class MainWindow : public QMainWindow, public Output, public InputSource, public
     // What a menu or a button says: a line, or one of the window's own actions.
     void perform(const std::string& command);
     void fillRecent();
+    // Offers a command of the menus and buttons only while it can be used.
+    void offer(QAction* action, const std::string& command);
+    void showWhatCanBeUndone();
     void joinCanvas();
     void zoomExtents();
     void zoomToBox();
@@ -99,6 +105,9 @@ class MainWindow : public QMainWindow, public Output, public InputSource, public
     // Makes what was pointed at the selection; with Shift or Control adds it, or takes it out when all of it
     // is selected already.
     void selectPicked(std::vector<ObjectId> picked, Qt::KeyboardModifiers modifiers);
+
+    // Keeps a copy of the drawing for a crash, where it has changed since the last one.
+    void keepCopy();
 
     // --- Following the host ---
     void select(std::vector<ObjectId> ids);
@@ -123,6 +132,8 @@ class MainWindow : public QMainWindow, public Output, public InputSource, public
     QLabel* meterLabel_ = nullptr;
     QProgressBar* meter_ = nullptr;
     QMenu* recent_ = nullptr;
+    std::vector<QAction*> undoActions_;  // of the menus and buttons
+    std::vector<QAction*> redoActions_;
     QToolBar* toolBar_ = nullptr;
 
     QEventLoop* loop_ = nullptr;  // of the prompt that waits
@@ -134,6 +145,8 @@ class MainWindow : public QMainWindow, public Output, public InputSource, public
     bool running_ = false;
     bool closing_ = false;
     bool propertiesAreOld_ = false;
+    bool copyIsDue_ = false;                        // when the program that runs has ended
+    std::pair<long, uint64_t> keptChanges_{-1, 0};  // the drawing and its changes in the copy
     std::string lastLine_;
     std::string afterwards_;  // what was chosen while a prompt was waiting
 };

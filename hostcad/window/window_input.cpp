@@ -9,6 +9,7 @@
 #include "hostcad/window/main_window.h"
 #include "hostcad/window/scene_picking.h"
 #include "platform/scope/temporary_value.h"
+#include "platform/ui/backend.h"
 
 namespace hostcad {
 namespace {
@@ -93,6 +94,7 @@ void MainWindow::runLine(const std::string& line) {
     canvas_->clearHighlights();
     follow();
     if (propertiesAreOld_) showProperties();
+    if (std::exchange(copyIsDue_, false)) keepCopy();
     panel_->clearPrompt();
     if (host_->wantsQuit()) close();
     if (std::string next = std::exchange(afterwards_, {}); !next.empty()) runLine(next);
@@ -101,8 +103,54 @@ void MainWindow::runLine(const std::string& line) {
 void MainWindow::openDrawing(const std::string& path) {
     if (isWaiting() || running_ || !settleChanges(*host_)) return;
     std::string problem = host_->openDrawing(path);
-    panel_->write("\n" + (problem.empty() ? "Opened " + path : problem) + "\n");
+    if (problem.empty())
+        panel_->write("\nOpened " + path + "\n");
+    else
+        showProblem(*host_, problem);
     follow();
+}
+
+// --- The copy that a crash leaves
+// ---------------------------------------------------------------------------
+
+void MainWindow::keepCopy() {
+    // In the middle of a program the drawing may be half changed; the end of it is near.
+    if (isBusy()) {
+        copyIsDue_ = true;
+        return;
+    }
+    const Drawing& drawing = currentDrawing();
+    const std::pair kept(drawing.serial(), drawing.changes());
+    if (!drawing.modified() || kept == keptChanges_) return;
+    std::string problem = host_->keptCopies().keep(drawing);
+    if (problem.empty())
+        keptChanges_ = kept;
+    else
+        panel_->write("\nNo copy of the drawing could be kept for a crash: " + problem + "\n");
+}
+
+bool MainWindow::offerKeptCopies() {
+    for (const KeptCopies::LeftBehind& copy : host_->keptCopies().leftBehind()) {
+        const bool hasName = !copy.drawing.empty();
+        const std::string saved = hasName ? timeOfFile(copy.drawing) : "";
+        std::string text = (hasName ? copy.drawing : "A drawing without a name") +
+                           " had changes that were not saved when the program ended.\nA copy of " +
+                           copy.time + " is there" +
+                           (saved.empty() ? "" : "; the file itself was saved at " + saved) +
+                           ".\n\nOpen the copy?\nNo removes it. Cancel leaves it and asks again later.";
+        int answer = ui::ask({"Unsaved Work", text, ui::kBoxYesNoCancel | ui::kBoxExclamation, ui::kCancel});
+        if (answer == ui::kNo) KeptCopies::remove(copy);
+        if (answer != ui::kYes) continue;
+        std::string problem = host_->recoverDrawing(copy);
+        if (!problem.empty()) {
+            showProblem(*host_, problem);
+            continue;
+        }
+        panel_->write("\nOpened the copy of " + copy.time + ". It is not saved yet.\n");
+        follow();
+        return true;
+    }
+    return false;
 }
 
 void MainWindow::lineTyped(const std::string& line) {

@@ -61,10 +61,9 @@ int runWindowProgram(int count, char** words, const Product& product) {
     const std::string& support = host.folders().support;
     window.start(host, product.name, {support + "hostcad.mnu", support + product.menus});
     window.QMainWindow::show();
-    for (const QString& name : QApplication::arguments().mid(1)) {
-        window.openDrawing(QFileInfo(name).absoluteFilePath().toStdString());
-        break;
-    }
+    const bool isRecovered = window.offerKeptCopies();
+    if (const QStringList names = QApplication::arguments().mid(1); !names.isEmpty() && !isRecovered)
+        window.openDrawing(QFileInfo(names.front()).absoluteFilePath().toStdString());
     int status = QApplication::exec();
     ui::setBackend(nullptr);
     return status;

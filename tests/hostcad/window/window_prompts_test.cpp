@@ -218,7 +218,17 @@ TEST_F(WindowPrompts, ADroppedDrawingIsOpenedAndABrokenOneIsToldOnce) {
     };
     drop("other.dxf");
     EXPECT_TRUE(window_.windowTitle().startsWith("other.dxf"));
+    bool isTold = false;
+    person({[&] {
+                auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+                ASSERT_NE(box, nullptr);
+                isTold = box->text().contains("broken.dxf");
+                QTest::mouseClick(box->button(QMessageBox::Ok), Qt::LeftButton);
+            },
+            [] {}});
     drop("broken.dxf");
+    settle();
+    EXPECT_TRUE(isTold);
     EXPECT_TRUE(window_.windowTitle().startsWith("other.dxf"));
     QString last = window_.commandPanel().history().section("Cannot open", -1);
     EXPECT_EQ(last.count("broken.dxf"), 1) << last.toStdString();

@@ -2,9 +2,11 @@
 // for, the link and the record are seen, the drawing is saved and opened again.
 #include <QMessageBox>
 #include <QPushButton>
+#include <QTableView>
 #include <QToolBar>
 #include <map>
 
+#include "hostcad/window/entity_list.h"
 #include "hostcad/window/icons.h"
 #include "hostcad/window/menu_file.h"
 #include "platform/ads/entities.h"
@@ -79,6 +81,49 @@ TEST_F(Window, CommandsTakePointsFromTheCanvasAndAreUndone) {
          id = hostcad::currentDrawing().nextEntity(id))
         ++after;
     EXPECT_EQ(after + 1, before);
+}
+
+TEST_F(Window, ControlZTakesBackTheDrawingUnlessTextIsTyped) {
+    QAction* undo = menuEntry("Undo");
+    QAction* redo = menuEntry("Redo");
+    QAction* button = nullptr;
+    for (QAction* action : window_.findChild<QToolBar*>("drawing")->actions())
+        if (action->text() == "Undo") button = action;
+    auto offered = [&] { return std::vector{undo->isEnabled(), button->isEnabled(), redo->isEnabled()}; };
+    EXPECT_EQ(offered(), (std::vector{false, false, false}));
+    auto control = [&](Qt::Key key) {
+        QTest::keyClick(QApplication::focusWidget(), key, Qt::ControlModifier);
+    };
+    const size_t before = count();
+    control(Qt::Key_Z);  // nothing to take back
+    EXPECT_EQ(commandLine()->text(), "");
+    type("(entmake '((0 . \"POINT\") (10 1.0 2.0 0.0)))");
+    EXPECT_EQ(count(), before + 1);
+    EXPECT_EQ(offered(), (std::vector{true, true, false}));
+    ASSERT_EQ(QApplication::focusWidget(), commandLine());
+    control(Qt::Key_Z);
+    EXPECT_EQ(count(), before);
+    EXPECT_EQ(offered(), (std::vector{false, false, true}));
+    EXPECT_EQ(commandLine()->text(), "");
+    control(Qt::Key_Y);
+    EXPECT_EQ(count(), before + 1);
+    // What is being typed is taken back first.
+    QTest::keyClicks(commandLine(), "LIN");
+    control(Qt::Key_Z);
+    EXPECT_EQ(commandLine()->text(), "");
+    EXPECT_EQ(count(), before + 1);
+    control(Qt::Key_Z);
+    EXPECT_EQ(count(), before);
+    // While a command waits, its changes can be taken back, with the command.
+    person({[&] { type("LINE"); }, [&] { type("0,0"); }, [&] { type("5,5"); },
+            [&] { EXPECT_EQ(offered()[0], true); }, [&] { control(Qt::Key_Z); }, [] {}});
+    settle();
+    EXPECT_EQ(count(), before);
+    // The focus in the drawing or in a list makes no difference.
+    type("(entmake '((0 . \"POINT\") (10 1.0 2.0 0.0)))");
+    window_.entityList().view().setFocus();
+    control(Qt::Key_Z);
+    EXPECT_EQ(count(), before);
 }
 
 TEST_F(Window, EscapeEndsAPromptAndAMenuEndsTheCommandThatWaits) {
