@@ -12,8 +12,8 @@ void giveVersion(Call& call) {
     call.result = std::string(NORVANE_VERSION);
 }
 
-// (gis:ask title question default) asks with Yes and No and gives the answer. Scripts that do not know the question
-// get the default, "Yes" or "No", and none of their answers is used up.
+// (gis:ask title question default) asks with Yes and No and gives the answer. Scripts that do not know the
+// question get the default, "Yes" or "No", and none of their answers is used up.
 void askQuestion(Call& call) {
     ui::OwnQuestion question;
     std::string standard;

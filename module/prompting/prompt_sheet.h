@@ -52,7 +52,8 @@ class PromptSheet : public ui::Dialog {
     bool openTemplate();
     void fillFeatures();
     void selectFirstFeature();
-    // Reads the rows of the selected feature and its record. A change from another feature enters each flag twice.
+    // Reads the rows of the selected feature and its record. A change from another feature enters each flag
+    // twice.
     enum class FlagEntry { kOnce, kTwice };
     void loadFeature(FlagEntry flags);
     void readRows(FlagEntry flags);
