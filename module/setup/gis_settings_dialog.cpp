@@ -23,6 +23,7 @@ constexpr int kResource = 146;
 constexpr int kSelectTemplate = 1004;
 constexpr int kSelectSource = 1005;  // an ODBC source; wired, but not visible
 constexpr int kSelectOutput = 1006;
+constexpr int kLeave = 1901;  // without change
 constexpr int kTemplateCaption = 1058;
 constexpr int kOutputCaption = 1061;
 constexpr int kTemplateEdit = 1104;
@@ -66,12 +67,13 @@ SettingsDialog::SettingsDialog(int format) : ui::Dialog(kResource, "GIS Settings
     add<ui::Button>(kSelectOutput, "Select O&utput MDB File");
     add<ui::Button>(kSelectSource, "Select D&SN").show(false);
     add<ui::Button>(ui::kOk, "E&xit", true);
+    add<ui::Button>(kLeave, "&Cancel");
     using namespace ui;
     Layout paths =
         table({row({item(kTemplateCaption), item(kTemplateEdit, 1), item(kSelectTemplate)}),
                row({item(kOutputCaption), item(kOutputEdit), item(kSelectOutput), item(kSelectSource)})});
     setLayout(column({paths, group(kFormatGroup, {row({item(kAccessFormat), item(kObjectFormat)})}), spring(),
-                      row({spring(), item(kOk)})}));
+                      row({spring(), item(kOk), item(kLeave)})}));
 }
 
 void SettingsDialog::onOpen() {
@@ -119,6 +121,9 @@ void SettingsDialog::onCommand(int id) {
             break;
         case kSelectSource:
             selectSource();
+            break;
+        case kLeave:
+            onCancel();
             break;
         case kAccessFormat:
         case kObjectFormat:

@@ -197,11 +197,13 @@ TEST_F(Settings, AnExistingTemplateIsChosen) {
                                    "\ngisoutfile=ODBC;DSN=server;UID=me\nis_objdata=0\n");
 }
 
-TEST_F(Settings, LeavingByTheFrameChangesNothing) {
+TEST_F(Settings, LeavingByTheFrameEscapeOrCancelChangesNothing) {
     write("gps.ini", "is_database=\ngismdbfile=gone.mdb\n");
-    answer(146, {{ui::Step::Kind::Close}});
-    lisp("(cf:gis_smart_prompting 7)");
-    EXPECT_EQ(read("gps.ini"), "is_database=\ngismdbfile=gone.mdb\n");
+    for (const ui::Step& leaving : {ui::Step{ui::Step::Kind::Close}, key("Escape"), click("Cancel")}) {
+        answer(146, {leaving});
+        lisp("(cf:gis_smart_prompting 7)");
+        EXPECT_EQ(read("gps.ini"), "is_database=\ngismdbfile=gone.mdb\n");
+    }
 }
 
 TEST_F(Settings, AKilledWriterLeavesTheOldFileOrTheNewOne) {
