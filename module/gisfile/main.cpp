@@ -4,6 +4,7 @@
 #include <string_view>
 #include <vector>
 
+#include "module/exchange/file_stem.h"
 #include "module/gisfile/report.h"
 #include "platform/files/files.h"
 #include "platform/text/text.h"
@@ -16,16 +17,27 @@ constexpr int kFaulty = 1, kFailed = 2;
 constexpr long kMostFaults = 20;
 
 constexpr const char* kUsage =
-    "Usage: gisfile [--records N] [--check] FILE...\n"
+    "Usage: gisfile [--records N] [--check] [--reindex] FILE...\n"
     "Prints what is in .shp, .dbf, .crd and .zgc files: kind, count, bounds, fields and the first N records\n"
-    "(5 unless told). --check looks at every record. The files are not changed.\n"
+    "(5 unless told). --check looks at every record. --reindex makes the index (.shx) of a .shp anew; "
+    "nothing\n"
+    "else is changed.\n"
     "Exit status: 0 all is well, 1 a check has found something, 2 a file cannot be read.\n";
+
+// Why a file could not be opened.
+const char* reasonOf(const std::string& path, bool isShape, const ReportOptions& options) {
+    if (!files::exists(isShape ? FileStem(path) + ".shp" : path)) return "there is no such file";
+    if (isShape && options.reindex) return "no index can be made of it";
+    if (isShape && !files::exists(FileStem(path) + ".shx"))
+        return "its index (.shx) is missing; --reindex makes it anew";
+    return "it cannot be read as what its name says";
+}
 
 int reportOn(const std::string& path, const ReportOptions& options) {
     std::string extension = text::lower(files::extensionOf(path));
-    bool known = true, opened = false;
+    bool isShape = extension == "shp" || extension == "shx", known = true, opened = false;
     Report report(path);
-    if (extension == "shp" || extension == "shx")
+    if (isShape)
         opened = ReportShapes(report, options);
     else if (extension == "dbf")
         opened = ReportTable(report, options);
@@ -34,9 +46,7 @@ int reportOn(const std::string& path, const ReportOptions& options) {
     else
         known = false;
     if (!opened) {
-        const char* why = !known                 ? "no kind of file that is known here"
-                          : !files::exists(path) ? "there is no such file"
-                                                 : "it cannot be read as what its name says";
+        const char* why = known ? reasonOf(path, isShape, options) : "no kind of file that is known here";
         std::fprintf(stderr, "%s: %s\n", path.c_str(), why);
         return kFailed;
     }
@@ -70,6 +80,8 @@ int main(int count, char** arguments) {
         std::string_view argument = arguments[i];
         if (argument == "--check") {
             options.check = true;
+        } else if (argument == "--reindex") {
+            options.reindex = true;
         } else if (argument == "--records" && i + 1 < count) {
             options.records = text::toLong(arguments[++i]);
         } else if (argument == "--help" || argument == "-h") {

@@ -6,8 +6,9 @@
 namespace norvane {
 
 struct ReportOptions {
-    long records = 5;    // how many of the first records are printed
-    bool check = false;  // look at every record
+    long records = 5;      // how many of the first records are printed
+    bool check = false;    // look at every record
+    bool reindex = false;  // make the index of shape files anew first
 };
 
 class Report {
@@ -26,7 +27,7 @@ class Report {
     long faults_ = 0;
 };
 
-// False when the file cannot be opened. Nothing is changed by any of them.
+// False when the file cannot be opened. Nothing is changed by any of them, but the index by a reindex.
 bool ReportShapes(Report& report, const ReportOptions& options);
 bool ReportTable(Report& report, const ReportOptions& options);
 bool ReportPoints(Report& report, const ReportOptions& options);

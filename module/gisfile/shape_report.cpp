@@ -1,8 +1,11 @@
 #include <algorithm>
+#include <cmath>
 
 #include "module/exchange/dbf_file.h"
 #include "module/exchange/shape_file.h"
+#include "module/exchange/shape_index.h"
 #include "module/gisfile/report.h"
+#include "platform/files/byte_order.h"
 #include "platform/text/text.h"
 
 namespace norvane {
@@ -61,12 +64,25 @@ std::string describe(const ShapeObject& object) {
            rangeText("x", object.xMin, object.xMax) + ", " + rangeText("y", object.yMin, object.yMax);
 }
 
+// A record of a null shape, which any file may have: its own type is 0.
+bool isNullShape(const ShapeHandle& file, int32_t record) {
+    constexpr int64_t kTypeAt = 8;
+    size_t i = static_cast<size_t>(record);
+    const char* type = file.shpFile->view(file.recordOffsets[i] + kTypeAt, sizeof(int32_t));
+    return type && file.recordSizes[i] >= static_cast<int32_t>(sizeof(int32_t)) &&
+           files::getLittle<int32_t>(type) == 0;
+}
+
 void checkObject(Report& report, const ShapeHandle& file, const ShapeObject& object) {
     for (int32_t i = 0; i < object.vertexCount; ++i) {
-        bool inside = object.x[i] >= file.boundsMin[0] && object.x[i] <= file.boundsMax[0] &&
-                      object.y[i] >= file.boundsMin[1] && object.y[i] <= file.boundsMax[1];
-        if (inside) continue;
-        report.fault(text::format("record %d leaves the bounds of the file at vertex %d", object.shapeId, i));
+        bool isNumber = std::isfinite(object.x[i]) && std::isfinite(object.y[i]) &&
+                        std::isfinite(object.z[i]) && std::isfinite(object.m[i]);
+        // Bounds that are no numbers are told once, and not for each record.
+        bool outside = object.x[i] < file.boundsMin[0] || object.x[i] > file.boundsMax[0] ||
+                       object.y[i] < file.boundsMin[1] || object.y[i] > file.boundsMax[1];
+        if (isNumber && !outside) continue;
+        const char* fault = isNumber ? "leaves the bounds of the file" : "has a coordinate that is no number";
+        report.fault(text::format("record %d %s at vertex %d", object.shapeId, fault, i));
         break;
     }
 }
@@ -80,6 +96,10 @@ void checkSizes(Report& report, const ShapeHandle& file) {
         report.fault(text::format("the index has %lld bytes for %d records, %lld are needed",
                                   static_cast<long long>(file.shxFile->size()), file.recordCount, index));
     if (!shape::IsKnown(file.shapeType)) report.fault("the type of the shapes is not known");
+    auto isNumber = [](double bound) { return std::isfinite(bound); };
+    if (file.recordCount > 0 && !(std::all_of(file.boundsMin.begin(), file.boundsMin.end(), isNumber) &&
+                                  std::all_of(file.boundsMax.begin(), file.boundsMax.end(), isNumber)))
+        report.fault("the bounds of the file hold something that is no number");
     OpenDbfFile table(DbfOpen(report.path(), "rb"));
     if (table && DbfGetRecordCount(table.get()) != file.recordCount)
         report.fault(text::format("%d shapes, but %d rows in the table", file.recordCount,
@@ -87,9 +107,23 @@ void checkSizes(Report& report, const ShapeHandle& file) {
     if (!table) report.say("  without a table of attributes");
 }
 
+bool reindex(Report& report) {
+    std::optional<ShapeIndexMade> made = ShapeMakeIndex(report.path());
+    if (!made) return false;
+    report.say(
+        text::format("%s: the index is made anew, %d records", report.path().c_str(), made->recordCount));
+    if (made->olderCount > 0)
+        report.say(text::format("  %d records are older ones that a later one replaces", made->olderCount));
+    if (made->strayBytes > 0)
+        report.say(text::format("  %lld bytes of the shapes are no whole record",
+                                static_cast<long long>(made->strayBytes)));
+    return true;
+}
+
 }  // namespace
 
 bool ReportShapes(Report& report, const ReportOptions& options) {
+    if (options.reindex && !reindex(report)) return false;
     OpenShapeFile file(ShapeOpen(report.path(), "rb"));
     if (!file) return false;
     report.say(text::format("%s: shape file, %s (%d), %d records", report.path().c_str(),
@@ -105,10 +139,11 @@ bool ReportShapes(Report& report, const ReportOptions& options) {
     long count = options.check ? file->recordCount : std::min<long>(options.records, file->recordCount);
     for (int32_t i = 0; i < count; ++i) {
         OwnedShape object(ShapeReadObject(file.get(), i, 0));
-        if (object && i < options.records) report.say(describe(*object));
-        if (!object && i < options.records && !options.check)
-            report.say(text::format("  record %d: none", i));
-        if (!object && options.check) report.fault(text::format("record %d holds no shape", i));
+        bool isNull = !object && isNullShape(*file, i), isShown = i < options.records;
+        if (object && isShown) report.say(describe(*object));
+        if (!object && isShown && (isNull || !options.check))
+            report.say(text::format("  record %d: %s", i, isNull ? "a null shape" : "none"));
+        if (!object && !isNull && options.check) report.fault(text::format("record %d holds no shape", i));
         if (object && options.check) checkObject(report, *file, *object);
     }
     return true;
