@@ -1,5 +1,7 @@
 #include "module/coords/note_file.h"
 
+#include <algorithm>
+
 #include "platform/files/files.h"
 #include "platform/text/text.h"
 
@@ -9,6 +11,17 @@ namespace {
 
 constexpr size_t kLongestLine = 327;
 constexpr std::string_view kPoint = "PT_ID:", kFeature = "GIS_FILE:";
+
+// What stands in front of the line of the first block.
+std::string prefaceOf(const std::string& content) {
+    size_t at = 0;
+    while (at < content.size()) {
+        size_t end = std::min(content.find('\n', at), content.size());
+        if (text::startsWith(text::trim(std::string_view(content).substr(at, end - at)), kPoint)) break;
+        at = std::min(end + 1, content.size());
+    }
+    return content.substr(0, at);
+}
 
 }  // namespace
 
@@ -28,6 +41,7 @@ void NoteFile::startBlock(std::string_view heading) {
 bool NoteFile::read() {
     std::optional<std::vector<std::string>> lines = files::readLines(path_, kLongestLine);
     if (!lines) return false;
+    preface_ = prefaceOf(files::read(path_).value_or(""));
     for (const std::string& line : *lines) {
         std::string_view trimmed = text::trim(line);
         if (text::startsWith(trimmed, kPoint))
@@ -43,8 +57,9 @@ bool NoteFile::removeIf(const std::function<bool(const std::string& id)>& gone) 
 }
 
 bool NoteFile::write() const {
-    if (blocks_.empty()) return files::remove(path_);
-    std::string out;
+    if (blocks_.empty() && preface_.empty()) return files::remove(path_);
+    std::string out = preface_;
+    if (!out.empty() && out.back() != '\n') out += '\n';
     for (const Block& block : blocks_) {
         out += std::string(kPoint) + block.id;
         out += block.feature.empty() ? "\n" : "  " + std::string(kFeature) + block.feature + "\n";

@@ -18,7 +18,8 @@ class NoteFile {
     bool read();
     // Takes out the blocks of the ids for which `gone` holds. Whether there were any.
     bool removeIf(const std::function<bool(const std::string& id)>& gone);
-    // Writes what is left; with no block left the file goes. False when that cannot be done.
+    // Writes what is left, the lines in front of the first block too; with nothing left the file goes. False
+    // when that cannot be done.
     bool write() const;
 
   private:
@@ -31,6 +32,7 @@ class NoteFile {
     void startBlock(std::string_view heading);
 
     std::string path_;
+    std::string preface_;      // what stands in front of the first block, byte for byte
     std::list<Block> blocks_;  // the one read first is last
     std::unordered_map<std::string, Block*> byId_;
     Block* current_ = nullptr;

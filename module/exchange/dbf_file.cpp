@@ -35,6 +35,21 @@ int codePageBeside(const std::string& stem) {
     return said.find("UTF-8") != std::string::npos || said.find("65001") != std::string::npos ? kUtf8 : 1252;
 }
 
+// What the code page file beside a table that is made anew says must be true of it: UTF-8 is obeyed, and of
+// other pages there is only one.
+int codePageOfNew(const std::string& stem) {
+    int page = codePageBeside(stem);
+    bool saysSo = page == kUtf8 || files::read(stem + ".cpg").value_or("").find("1252") != std::string::npos;
+    if (!saysSo) files::remove(stem + ".cpg");
+    return page;
+}
+
+// A name as it is stored, without half a character at its end.
+std::string storedName(std::string_view name, int codePage) {
+    if (codePage == kUtf8) return std::string(text::cutToBytes(name, kNameSize - 1));
+    return text::encode(name, codePage).substr(0, kNameSize - 1);
+}
+
 int64_t recordPosition(const DbfHandle& handle, int32_t record) {
     return handle.headerLength + int64_t{record} * handle.recordLength;
 }
@@ -197,10 +212,12 @@ DbfHandle* DbfOpen(std::string_view path, std::string_view mode) {
 }
 
 DbfHandle* DbfCreate(std::string_view path) {
+    std::string stem = FileStem(path);
     auto handle = std::make_unique<DbfHandle>();
-    handle->file = RandomFile::open(FileStem(path) + ".dbf", RandomFile::Mode::kCreate);
+    handle->file = RandomFile::open(stem + ".dbf", RandomFile::Mode::kCreate);
     if (!handle->file || !handle->file->write(0, std::string_view("\0", 1)) || !handle->file->flush())
         return nullptr;
+    handle->codePage = codePageOfNew(stem);
     handle->noHeader = 1;
     handle->recordBuffer = " ";
     return handle.release();
@@ -223,8 +240,8 @@ int32_t DbfAddField(DbfHandle* handle, std::string_view name, DbfFieldClass type
         handle->headerLength > kLongestRecord - static_cast<int32_t>(kDescriptorSize))
         return -1;
     char descriptor[kDescriptorSize] = {};
-    std::string encoded = text::encode(name);
-    std::memcpy(descriptor, encoded.data(), std::min(encoded.size(), kNameSize - 1));
+    std::string stored = storedName(name, handle->codePage);
+    std::memcpy(descriptor, stored.data(), stored.size());
     descriptor[kTypeAt] = text ? 'C' : 'N';
     if (text) {
         files::putLittle(descriptor + kWidthAt, static_cast<uint16_t>(width));
@@ -249,7 +266,7 @@ DbfFieldClass DbfGetFieldInfo(const DbfHandle* handle, int32_t index, std::strin
         std::string_view stored = std::string_view(handle->header).substr(i * kDescriptorSize, kNameSize);
         // Blanks count as filling only where they reach the end of the name's room.
         while (stored.size() > 1 && stored.back() == ' ') stored.remove_suffix(1);
-        *name = text::decode(stored.substr(0, stored.find('\0')));
+        *name = text::decode(stored.substr(0, stored.find('\0')), handle->codePage);
     }
     if (width) *width = handle->fieldSizes[i];
     if (decimals) *decimals = handle->fieldDecimals[i];

@@ -1,8 +1,8 @@
 // dBASE III tables (.dbf), the attributes of a shape file: one row for each shape, in the same order.
 //
-// Texts are UTF-8 here and code page 1252 in the file, or UTF-8 where a file of the same name with the
-// extension .cpg says so. One record is in memory at a time. A failure is a null, a -1 or a 0, and nothing is
-// printed.
+// Texts and names of fields are UTF-8 here and code page 1252 in the file, or UTF-8 where a file of the same
+// name with the extension .cpg says so. One record is in memory at a time. A failure is a null, a -1 or a 0,
+// and nothing is printed.
 #pragma once
 
 #include <cstdint>
@@ -41,7 +41,8 @@ struct DbfHandle {
 // Modes "r", "r+", "rb", "rb+" and "r+b"; null for any other, and for what is no table. Of a table that is
 // cut short the whole records count.
 DbfHandle* DbfOpen(std::string_view path, std::string_view mode);
-// A new table in place of one that is there. Fields are added before the first record is written.
+// A new table in place of one that is there. A .cpg that asks for UTF-8 is obeyed, one of another page goes.
+// Fields are added before the first record is written.
 DbfHandle* DbfCreate(std::string_view path);
 int32_t DbfGetFieldCount(const DbfHandle* handle);
 int32_t DbfGetRecordCount(const DbfHandle* handle);

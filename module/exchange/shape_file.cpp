@@ -54,7 +54,7 @@ bool lengthen(IndexArray& array, size_t entries) {
 }
 
 // The entries of the index, as many as the header tells and the file holds.
-bool readIndex(ShapeHandle& handle, int64_t bytesTold) {
+bool readIndex(ShapeHandle& handle, int64_t bytesTold, int64_t shpSizeTold) {
     int64_t bytes = std::min<int64_t>(bytesTold, handle.shxFile->size()) - static_cast<int64_t>(kHeaderSize);
     handle.recordCount = static_cast<int32_t>(std::max<int64_t>(bytes, 0) / static_cast<int64_t>(kEntrySize));
     if (!handle.reserveRecords(handle.recordCount)) return false;
@@ -67,8 +67,11 @@ bool readIndex(ShapeHandle& handle, int64_t bytesTold) {
         // One that reaches out of the file has no room: were it written in place, it would meet later
         // records.
         int64_t end = int64_t{handle.recordOffsets[i]} + handle.recordSizes[i] + 8;
-        if (handle.recordOffsets[i] < 0 || handle.recordSizes[i] < 0 || end > handle.shpFile->size())
-            handle.recordSizes[i] = 0;
+        bool isBroken = handle.recordOffsets[i] < 0 || handle.recordSizes[i] < 0;
+        if (!isBroken && end <= handle.shpFile->size()) continue;
+        if (!isBroken && end <= shpSizeTold)
+            handle.lostSizes.emplace(static_cast<int32_t>(i), handle.recordSizes[i]);
+        handle.recordSizes[i] = 0;
     }
     return true;
 }
@@ -97,6 +100,12 @@ bool writeIndex(ShapeHandle& handle) {
         }
         int64_t at = static_cast<int64_t>(kHeaderSize + first * kEntrySize);
         if (!handle.shxFile->write(at, {block.data(), entries * kEntrySize})) return false;
+    }
+    for (const auto& [record, size] : handle.lostSizes) {
+        char words[4];
+        files::putBig32(words, static_cast<uint32_t>(size) / 2);
+        int64_t at = static_cast<int64_t>(kHeaderSize) + int64_t{record} * kEntrySize + 4;
+        if (!handle.shxFile->write(at, {words, sizeof words})) return false;
     }
     return true;
 }
@@ -144,7 +153,7 @@ ShapeHandle* ShapeOpen(std::string_view path, std::string_view mode) {
         handle->boundsMax[i] = files::getLittle<double>(shx + kMaxAt[i]);
     }
     int64_t indexBytes = int64_t{files::getBig32(shx + kLengthAt)} * 2;
-    if (!readIndex(*handle, indexBytes)) return nullptr;
+    if (!readIndex(*handle, indexBytes, sizeTold)) return nullptr;
     handle->fileSize = update ? endOfRecords(*handle, sizeTold) : sizeTold;
     return handle.release();
 }

@@ -7,6 +7,7 @@
 #include <array>
 #include <cstdint>
 #include <cstdlib>
+#include <map>
 #include <memory>
 #include <string_view>
 
@@ -37,6 +38,9 @@ struct ShapeHandle {
     int32_t recordCapacity = 0;  // entries in the two arrays of the index
     IndexArray recordOffsets;    // of each record's header, in bytes
     IndexArray recordSizes;      // in bytes, without the header of 8
+    // What the index says of records that a .shp has lost at its end: 0 above, so that none is written in
+    // their place, but the index keeps it.
+    std::map<int32_t, int32_t> lostSizes;
     ShapeBounds boundsMin{}, boundsMax{};
     int32_t updated = 0;  // a write was tried: ShapeClose writes the headers and the index
 };

@@ -220,6 +220,18 @@ void widenBounds(ShapeHandle& handle, const ShapeObject& object) {
     high = {bounds.xMax, bounds.yMax, bounds.zMax, bounds.mMax};
 }
 
+// A record that is written behind lost ones leaves zeros in their places. One that was cut in its middle
+// would then read as a whole one with zeros in it, so its length is taken away.
+bool clearHalfRecords(ShapeHandle& handle) {
+    for (const auto& [record, size] : handle.lostSizes) {
+        int64_t offset = handle.recordOffsets[static_cast<size_t>(record)];
+        if (offset < handle.shpFile->size() &&
+            !handle.shpFile->write(offset + 4, std::string_view("\0\0\0\0", 4)))
+            return false;
+    }
+    return true;
+}
+
 }  // namespace
 
 ShapeObject* ShapeReadObject(ShapeHandle* handle, int32_t index, int32_t listForm) {
@@ -261,6 +273,7 @@ int32_t ShapeWriteObject(ShapeHandle* handle, int32_t index, const ShapeObject* 
         return -1;
     if (append && !makeRoomForOneMore(*handle)) return -1;
     int32_t offset = atEnd ? handle->fileSize : handle->recordOffsets[at];
+    if (offset > handle->shpFile->size() && !clearHalfRecords(*handle)) return -1;
     char* record = handle->shpFile->place(offset, size);
     if (!record) return -1;
     writeRecord(record, size, handle->shapeType, index, *object);
@@ -268,6 +281,7 @@ int32_t ShapeWriteObject(ShapeHandle* handle, int32_t index, const ShapeObject* 
         handle->recordOffsets[at] = offset;
         handle->recordSizes[at] = static_cast<int32_t>(size - kHeaderSize);
         handle->fileSize += static_cast<int32_t>(size);
+        handle->lostSizes.erase(index);
     }
     if (append) ++handle->recordCount;
     widenBounds(*handle, *object);

@@ -352,6 +352,19 @@ class AnyFile : public CoordsTest, public testing::WithParamInterface<int> {
     std::string name_;
 };
 
+TEST_P(AnyFile, LinesInFrontOfTheFirstNoteStay) {
+    auto file = create(GetParam(), name_);
+    for (int i = 1; i <= 3; ++i) file->Write(makePoint(std::to_string(i)), 0);
+    const std::string preface = "; Job 12\r\n  " + std::string(400, '-') + "\r\n\n";
+    put("site.not", preface + "PT_ID:1\none\nPT_ID:2\ntwo\n");
+    EXPECT_EQ(file->RemoveRange("2", nullptr, 0), 1);
+    EXPECT_EQ(bytes("site.not"), preface + "PT_ID:1\none\n");
+    EXPECT_EQ(file->RemoveRange("1", nullptr, 0), 1);
+    EXPECT_EQ(bytes("site.not"), preface);
+    EXPECT_EQ(file->RemoveRange("3", nullptr, 0), 1);
+    EXPECT_EQ(bytes("site.not"), preface);
+}
+
 TEST_P(AnyFile, RemovingTakesPointsAndTheirNotes) {
     auto file = create(GetParam(), name_);
     for (int i = 1; i <= 9; ++i)

@@ -168,6 +168,31 @@ TEST_F(DbfTest, TextsAreOfTheCodePageThatTheTableHas) {
     }
 }
 
+TEST_F(DbfTest, ANewTableIsWhatTheCodePageFileSays) {
+    const std::string cpg = folder_("table.cpg");
+    for (const char* said : {"", "UTF-8", "65001", "ANSI 1252", "1251"}) {
+        files::remove(cpg);
+        if (*said) files::replace(cpg, said);
+        bool utf8 = said == "UTF-8"s || said == "65001"s;
+        {
+            OpenDbfFile made = create();
+            DbfAddField(made.get(), "GRÖSSE", kDbfString, 6, 0);
+            DbfAddField(made.get(), "STRASSENÄHE", kDbfString, 6, 0);
+            DbfWriteStringAttribute(made.get(), 0, 0, "Bär");
+        }
+        EXPECT_EQ(bytes().substr(32, 7), utf8 ? "GR\xC3\x96SSE"s : "GR\xD6SSE\0"s) << said;
+        EXPECT_EQ(bytes().substr(97, 5), utf8 ? " B\xC3\xA4r" : " B\xE4r ") << said;
+        EXPECT_EQ(files::exists(cpg), *said && said != "1251"s) << said;
+        OpenDbfFile table = open();
+        std::string name, longName;
+        DbfGetFieldInfo(table.get(), 0, &name, nullptr, nullptr);
+        DbfGetFieldInfo(table.get(), 1, &longName, nullptr, nullptr);
+        EXPECT_EQ(name, "GRÖSSE") << said;
+        EXPECT_EQ(longName, utf8 ? "STRASSENÄ" : "STRASSENÄH") << "cut between two characters";
+        EXPECT_STREQ(DbfReadStringAttribute(table.get(), 0, 0), "Bär") << said;
+    }
+}
+
 TEST_F(DbfTest, ModesAndHeadersThatCannotBe) {
     put(smallTable());
     for (const char* mode : {"w", "wb", "a", "r+bb", ""}) EXPECT_FALSE(open(mode)) << mode;

@@ -336,6 +336,43 @@ TEST_F(ShapeTest, FilesCutAnywhereGiveNothingThatIsNotThere) {
     }
 }
 
+TEST_F(ShapeTest, ACutFileThatIsWrittenToKeepsTheIndexOfWhatItLost) {
+    OpenShapeFile file = create(shape::kArc);
+    for (double i = 0; i < 4; ++i) ShapeWriteObject(file.get(), -1, line({i, i + 1}, {0, 1}).get());
+    ShapeClose(file.release());
+    const Pair whole{shp(), shx()};
+    const size_t size = (whole.shp.size() - 100) / 4, cut = 100 + 2 * size + 20;
+    put({whole.shp.substr(0, cut), whole.shx});
+    file = open("r+b");
+    EXPECT_EQ(ShapeWriteObject(file.get(), 0, line({7, 8}, {0, 1}).get()), 0);
+    EXPECT_EQ(ShapeWriteObject(file.get(), -1, line({9, 10}, {0, 1}).get()), 4);
+    ShapeClose(file.release());
+    EXPECT_EQ(shx().substr(100, 32), whole.shx.substr(100)) << "the four entries are what they were";
+    // The new record stands behind the place of the lost ones, which come back with their bytes.
+    std::string mended = shp();
+    EXPECT_EQ(mended.size(), whole.shp.size() + size);
+    const size_t lost = 100 + 2 * size;
+    mended.replace(lost, whole.shp.size() - lost, whole.shp.substr(lost));
+    files::replace(folder_("file.shp"), mended);
+    file = open();
+    ASSERT_EQ(file->recordCount, 5);
+    const double firsts[] = {7, 1, 2, 3, 9};
+    for (int32_t i = 0; i < 5; ++i) {
+        OwnedShape object(ShapeReadObject(file.get(), i, 0));
+        ASSERT_TRUE(object) << i;
+        EXPECT_EQ(object->x[0], firsts[i]);
+    }
+    // A lost record that is written anew has a place of its own.
+    put({whole.shp.substr(0, cut), whole.shx});
+    file = open("r+b");
+    EXPECT_EQ(ShapeWriteObject(file.get(), 3, line({5, 6}, {0, 1}).get()), 3);
+    ShapeClose(file.release());
+    file = open();
+    EXPECT_EQ(file->recordOffsets[3], static_cast<int32_t>(whole.shp.size()));
+    EXPECT_EQ(OwnedShape(ShapeReadObject(file.get(), 3, 0))->x[0], 5);
+    EXPECT_FALSE(OwnedShape(ShapeReadObject(file.get(), 2, 0))) << "half a record and zeros are no shape";
+}
+
 TEST_F(ShapeTest, WritesThatCannotBeGiveMinusOne) {
     OwnedShape arc = line({1, 2}, {1, 2}), point = line({}, {}, shape::kPoint);
     OpenShapeFile file = create(7);
