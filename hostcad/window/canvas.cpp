@@ -16,6 +16,14 @@ constexpr double kPickReach = 6;  // pixels
 constexpr double kDragStart = 4;  // pixels
 constexpr int kRest = 150;        // milliseconds without a movement until the picture is made complete
 
+// A single point is looked at from a distance of its own size of nothing: some units round it.
+Box withRoom(Box box) {
+    if (box.width() > 0 || box.height() > 0) return box;
+    box.add(box.minX - 5, box.minY - 5);
+    box.add(box.maxX + 5, box.maxY + 5);
+    return box;
+}
+
 }  // namespace
 
 Canvas::Canvas(Scene& scene, QWidget* parent) : QWidget(parent), scene_(scene) {
@@ -76,12 +84,23 @@ bool Canvas::zoomExtents() {
     constexpr double kMargin = 1.05;
     Box box = scene_.extents();
     if (box.empty()) return false;
-    // A single point is looked at from a distance of its own size of nothing: some units round it.
-    if (box.width() <= 0 && box.height() <= 0) {
-        box.add(box.minX - 5, box.minY - 5);
-        box.add(box.maxX + 5, box.maxY + 5);
+    showBox(withRoom(box), kMargin);
+    return true;
+}
+
+bool Canvas::zoomTo(const std::vector<ObjectId>& ids) {
+    constexpr double kMargin = 2.5;
+    Box box;
+    for (ObjectId id : ids) {
+        const size_t place = scene_.place(id);
+        if (place == Scene::kNowhere) continue;
+        const Box& entity = scene_.entities()[place].box;
+        if (entity.empty()) continue;
+        box.add(entity.minX, entity.minY);
+        box.add(entity.maxX, entity.maxY);
     }
-    showBox(box, kMargin);
+    if (box.empty()) return false;
+    showBox(withRoom(box), kMargin);
     return true;
 }
 

@@ -34,6 +34,8 @@ class Canvas : public QWidget {
     void setView(const ViewBox& box);
     // False when there is nothing to show.
     bool zoomExtents();
+    // Shows entities with some of what is round them. False when they have no place.
+    bool zoomTo(const std::vector<ObjectId>& ids);
     void zoomBy(double factor, QPointF about);
     // The next box that is drawn is the new view.
     void zoomToNextBox(bool on) { zoomsToBox_ = on; }

@@ -5,9 +5,13 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QShortcut>
 #include <QTableView>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <tuple>
 
 #include "hostcad/window/linked_record.h"
 #include "platform/scope/temporary_value.h"
@@ -19,18 +23,28 @@ namespace {
 
 using ui::toQt;
 
+// Numbers of points by their value, in front of names.
+std::tuple<bool, double, std::string_view> orderOf(std::string_view number) {
+    double value = 0;
+    auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), value);
+    const bool isNumber =
+        error == std::errc() && end == number.data() + number.size() && std::isfinite(value);
+    return {!isNumber, isNumber ? value : 0, number};
+}
+
 }  // namespace
 
 // --- The table ---------------------------------------------------------------------------------------------
 
-void EntityTable::fill(const Drawing& drawing, const LinkedRecords& links, const QString& filter,
-                       bool onlyLinked) {
+void EntityTable::fill(const Drawing& drawing, const LinkedRecords& links, const ListedAttributes& attributes,
+                       const QString& filter, bool onlyLinked) {
     std::vector<std::string> words;
     for (const QString& word : filter.toUpper().split(' ', Qt::SkipEmptyParts))
         words.push_back(word.toStdString());
     beginResetModel();
     drawing_ = &drawing;
     links_ = &links;
+    attributes_ = &attributes;
     rows_.clear();
     const bool listsAll = words.empty() && !onlyLinked;
     for (ObjectId id = drawing.firstEntity(); id; id = drawing.nextEntity(id))
@@ -42,7 +56,13 @@ void EntityTable::fill(const Drawing& drawing, const LinkedRecords& links, const
 
 EntityTable::Row EntityTable::row(ObjectId id) const {
     Groups groups = drawing_->groups(id);
-    return {id, drawing_->object(id).handle, drawing_->type(id), textOf(groups, 8, "0"),
+    const ListedAttributes::Texts texts = attributes_->of(*drawing_, id);
+    return {id,
+            drawing_->object(id).handle,
+            drawing_->type(id),
+            texts.number,
+            texts.description,
+            textOf(groups, 8, "0"),
             links_->feature(groups)};
 }
 
@@ -55,8 +75,9 @@ void EntityTable::clear() {
 
 bool EntityTable::passes(const Row& row, const std::vector<std::string>& words) const {
     if (words.empty()) return true;
-    std::string all = text::upper(row.type) + "\n" + text::upper(row.layer) + "\n" + handleText(row.handle) +
-                      "\n" + text::upper(row.feature);
+    std::string all = handleText(row.handle);
+    for (std::string_view text : {row.type, row.number, row.description, row.layer, row.feature})
+        all += "\n" + text::upper(text);
     return std::all_of(words.begin(), words.end(),
                        [&](const std::string& word) { return all.find(word) != std::string::npos; });
 }
@@ -83,6 +104,10 @@ QVariant EntityTable::data(const QModelIndex& index, int role) const {
     switch (index.column()) {
         case kType:
             return toQt(row.type);
+        case kNumber:
+            return toQt(row.number);
+        case kDescription:
+            return toQt(row.description);
         case kLayer:
             return toQt(row.layer);
         case kHandle:
@@ -94,7 +119,7 @@ QVariant EntityTable::data(const QModelIndex& index, int role) const {
 
 QVariant EntityTable::headerData(int section, Qt::Orientation orientation, int role) const {
     if (role != Qt::DisplayRole || orientation != Qt::Horizontal) return {};
-    constexpr const char* kNames[] = {"Type", "Layer", "Handle", "Feature"};
+    constexpr const char* kNames[] = {"Type", "Number", "Description", "Layer", "Feature", "Handle"};
     return section < kColumns ? QString(kNames[section]) : QString();
 }
 
@@ -119,6 +144,10 @@ void EntityTable::sortRows() {
     switch (sortColumn_) {
         case kType:
             return by([](const Row& row) { return row.type; });
+        case kNumber:
+            return by([](const Row& row) { return orderOf(row.number); });
+        case kDescription:
+            return by([](const Row& row) { return row.description; });
         case kLayer:
             return by([](const Row& row) { return row.layer; });
         case kHandle:
@@ -140,7 +169,7 @@ EntityList::EntityList(QWidget* parent)
       count_(new QLabel),
       view_(new QTableView) {
     constexpr int kPause = 250;  // milliseconds without typing or changes until the list is made anew
-    filter_->setPlaceholderText("Type, layer, handle or feature");
+    filter_->setPlaceholderText("Any word of a row");
     filter_->setClearButtonEnabled(true);
     filter_->setAccessibleName("Filter of the entity list");
     view_->setModel(table_);
@@ -153,11 +182,13 @@ EntityList::EntityList(QWidget* parent)
     view_->verticalHeader()->hide();
     view_->verticalHeader()->setDefaultSectionSize(view_->fontMetrics().height() + 4);
     view_->horizontalHeader()->setStretchLastSection(true);
+    view_->horizontalHeader()->setSectionsMovable(true);
+    view_->setContextMenuPolicy(Qt::CustomContextMenu);
     view_->horizontalHeader()->setHighlightSections(false);
     view_->horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
     view_->setSortingEnabled(true);
-    const char* kUsual[] = {"LWPOLYLINE", "LOT-TEXT", "1FFFF"};
-    for (int column = 0; column < EntityTable::kFeature; ++column)
+    constexpr const char* kUsual[] = {"LWPOLYLINE", "Number", "Description", "LOT-TEXT", "FEATURE"};
+    for (int column = 0; column < EntityTable::kHandle; ++column)
         view_->setColumnWidth(column, view_->fontMetrics().horizontalAdvance(kUsual[column]) + 12);
 
     auto* top = new QHBoxLayout;
@@ -176,12 +207,25 @@ EntityList::EntityList(QWidget* parent)
     connect(onlyLinked_, &QCheckBox::toggled, this, [this] { fill(); });
     connect(view_->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             [this] { rowsSelected(); });
+    auto choose = [this] {
+        if (onChosen && !selected_.empty()) onChosen();
+    };
+    // Not by the signal of activation, which is a single click on some desktops.
+    connect(view_, &QAbstractItemView::doubleClicked, this, choose);
+    connect(new QShortcut(Qt::Key_Return, view_, nullptr, nullptr, Qt::WidgetShortcut), &QShortcut::activated,
+            this, choose);
+    connect(view_, &QWidget::customContextMenuRequested, this, [this](QPoint at) {
+        if (onMenu && !selected_.empty()) onMenu(view_->viewport()->mapToGlobal(at));
+    });
     connect(table_, &QAbstractItemModel::modelReset, this, [this] { select(selected_); });
 }
 
-void EntityList::setDrawing(const Drawing& drawing, const LinkedRecords& links) {
+void EntityList::setDrawing(const Drawing& drawing, const LinkedRecords& links, ListedAttributes attributes) {
     drawing_ = &drawing;
     links_ = &links;
+    attributes_ = std::move(attributes);
+    view_->setColumnHidden(EntityTable::kNumber, !attributes_.hasNumbers());
+    view_->setColumnHidden(EntityTable::kDescription, !attributes_.hasDescriptions());
     selected_.clear();
     fill();
 }
@@ -197,7 +241,7 @@ void EntityList::clear() {
 
 void EntityList::fill() {
     if (!drawing_) return;
-    table_->fill(*drawing_, *links_, filter_->text(), onlyLinked_->isChecked());
+    table_->fill(*drawing_, *links_, attributes_, filter_->text(), onlyLinked_->isChecked());
     int rows = table_->rowCount();
     count_->setText(rows == 1 ? QString("1 entity") : QString("%L1 entities").arg(rows));
 }

@@ -1,5 +1,6 @@
-// The list of all entities of the drawing: type, layer, handle, and the feature of those that are linked to a
-// record. Typing narrows it; what is selected here is selected in the drawing, and the other way round.
+// The list of all entities of the drawing: type, number and description, layer, the feature of those that are
+// linked to a record, and handle. Typing narrows it; what is selected here is selected in the drawing, and
+// the other way round.
 #pragma once
 
 #include <QAbstractTableModel>
@@ -9,6 +10,7 @@
 #include <vector>
 
 #include "hostcad/drawing/drawing.h"
+#include "hostcad/window/listed_attributes.h"
 
 class QCheckBox;
 class QLabel;
@@ -21,12 +23,13 @@ class LinkedRecords;
 
 class EntityTable : public QAbstractTableModel {
   public:
-    enum Column { kType, kLayer, kHandle, kFeature, kColumns };
+    enum Column { kType, kNumber, kDescription, kLayer, kFeature, kHandle, kColumns };
     using QAbstractTableModel::QAbstractTableModel;
 
     // Lists a drawing, which must stay, with the links, until the next call. Entities are listed that hold
     // every word of the filter in one of their columns.
-    void fill(const Drawing& drawing, const LinkedRecords& links, const QString& filter, bool onlyLinked);
+    void fill(const Drawing& drawing, const LinkedRecords& links, const ListedAttributes& attributes,
+              const QString& filter, bool onlyLinked);
     void clear();
     ObjectId entity(int row) const { return rows_[static_cast<size_t>(row)]; }
     // The rows of entities, which are given in ascending order.
@@ -42,7 +45,7 @@ class EntityTable : public QAbstractTableModel {
     struct Row {
         ObjectId id;
         uint64_t handle;
-        std::string_view type, layer, feature;  // in the drawing
+        std::string_view type, number, description, layer, feature;  // in the drawing
     };
     Row row(ObjectId id) const;
     bool passes(const Row& row, const std::vector<std::string>& words) const;
@@ -50,6 +53,7 @@ class EntityTable : public QAbstractTableModel {
 
     const Drawing* drawing_ = nullptr;
     const LinkedRecords* links_ = nullptr;
+    const ListedAttributes* attributes_ = nullptr;
     std::vector<ObjectId> rows_;
     int sortColumn_ = -1;  // drawing order
     Qt::SortOrder sortOrder_ = Qt::AscendingOrder;
@@ -62,8 +66,13 @@ class EntityList : public QWidget {
     // The user has selected rows.
     std::function<void(std::vector<ObjectId>)> onSelected;
 
+    // A double click or Enter on a row, which is selected then.
+    std::function<void()> onChosen;
+    // The menu of the rows that are selected is wanted, at a place of the screen.
+    std::function<void(QPoint)> onMenu;
+
     // Lists a drawing; it and the links must stay until clear().
-    void setDrawing(const Drawing& drawing, const LinkedRecords& links);
+    void setDrawing(const Drawing& drawing, const LinkedRecords& links, ListedAttributes attributes);
     // Something in the drawing has changed: it is listed anew in a moment.
     void drawingChanged();
     // Before a drawing goes.
@@ -85,6 +94,7 @@ class EntityList : public QWidget {
     QTimer pause_;
     const Drawing* drawing_ = nullptr;
     const LinkedRecords* links_ = nullptr;
+    ListedAttributes attributes_;
     std::vector<ObjectId> selected_;
     bool isFollowing_ = false;  // a selection is being shown, not made
 };

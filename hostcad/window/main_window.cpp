@@ -23,7 +23,6 @@
 #include "hostcad/window/command_panel.h"
 #include "hostcad/window/entity_list.h"
 #include "hostcad/window/icons.h"
-#include "hostcad/window/menu_file.h"
 #include "hostcad/window/properties.h"
 #include "platform/ui/qt/qt_text.h"
 
@@ -69,6 +68,8 @@ void MainWindow::start(Host& host, const std::string& title, const std::vector<s
         for (const MenuHeading& heading : readMenuFile(file))
             if (heading.isToolBar)
                 addButtons(heading);
+            else if (heading.caption == "@entities")
+                entityEntries_.insert(entityEntries_.end(), heading.entries.begin(), heading.entries.end());
             else
                 addMenu(heading);
     follow();
@@ -90,6 +91,8 @@ void MainWindow::makePanels() {
         canvas_->setSelected(std::move(ids));
         showProperties();
     };
+    list_->onChosen = [this] { zoomToSelected(); };
+    list_->onMenu = [this](QPoint at) { showEntityMenu(at); };
     properties_ = new QTreeWidget(this);
     properties_->setColumnCount(2);
     properties_->setHeaderLabels({"Property", "Value"});
@@ -106,7 +109,8 @@ void MainWindow::makePanels() {
     };
     QDockWidget* commands = dock("Command line", "commands", panel_, Qt::BottomDockWidgetArea);
     QDockWidget* entities = dock("Entities", "entities", list_, Qt::RightDockWidgetArea);
-    QDockWidget* details = dock("Properties", "properties", properties_, Qt::RightDockWidgetArea);
+    QDockWidget* details = propertiesPanel_ =
+        dock("Properties", "properties", properties_, Qt::RightDockWidgetArea);
     // On a small screen the drawing keeps more than half of it.
     const int side = std::min(330, width() / 3);
     resizeDocks({commands}, {std::min(180, height() / 4)}, Qt::Vertical);
@@ -201,6 +205,32 @@ void MainWindow::fillRecent() {
     if (recent_->isEmpty()) recent_->addAction("None yet")->setEnabled(false);
 }
 
+void MainWindow::showEntityMenu(QPoint at) {
+    QMenu menu(this);
+    menu.addAction("&Zoom to it", this, [this] { zoomToSelected(); });
+    menu.addAction("Se&lect in the drawing", this, [this] {
+        select(canvas_->selected());
+        panel_->focusLine();
+    });
+    menu.addAction("&Properties", this, [this] { showPropertiesPanel(); });
+    std::string command;
+    if (!entityEntries_.empty()) menu.addSeparator();
+    for (const MenuEntry& entry : entityEntries_) {
+        if (entry.caption.empty())
+            menu.addSeparator();
+        else if (entry.enabled)
+            menu.addAction(toQt(entry.caption), this, [&command, &entry] { command = entry.command; });
+    }
+    menu.exec(at);
+    if (!command.empty()) perform(command);  // once the menu is gone, as a command may take long
+}
+
+void MainWindow::showPropertiesPanel() {
+    propertiesPanel_->show();
+    propertiesPanel_->raise();
+    properties_->setFocus();
+}
+
 void MainWindow::joinCanvas() {
     canvas_->onMove = [this](Point p) { coordinates_->setText(QString::asprintf("%.4f, %.4f", p.x, p.y)); };
     canvas_->onClick = [this](Point at, ObjectId hit, Qt::KeyboardModifiers m) { clicked(at, hit, m); };
@@ -217,6 +247,10 @@ void MainWindow::joinCanvas() {
 
 void MainWindow::zoomExtents() {
     if (!canvas_->zoomExtents()) panel_->write("\nThere is nothing to zoom to.\n");
+}
+
+void MainWindow::zoomToSelected() {
+    if (!canvas_->zoomTo(canvas_->selected())) panel_->write("\nWhat is selected has no place to zoom to.\n");
 }
 
 void MainWindow::zoomToBox() {
@@ -255,7 +289,7 @@ void MainWindow::follow() {
     if (drawing.serial() != listedDrawing_) {
         listedDrawing_ = drawing.serial();
         canvas_->zoomExtents();
-        list_->setDrawing(drawing, *links_);
+        list_->setDrawing(drawing, *links_, ListedAttributes(host_->lisp()));
         for (const std::string& remark : scene_.remarks()) panel_->write("\n" + remark + "\n");
         if (!drawing.path().empty()) {
             QStringList recent = QSettings().value("recent").toStringList();

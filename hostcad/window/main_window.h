@@ -13,8 +13,10 @@
 #include "hostcad/editor/host.h"
 #include "hostcad/window/canvas.h"
 #include "hostcad/window/linked_record.h"
+#include "hostcad/window/menu_file.h"
 #include "hostcad/window/scene.h"
 
+class QDockWidget;
 class QLabel;
 class QProgressBar;
 class QToolBar;
@@ -24,7 +26,6 @@ namespace hostcad {
 
 class CommandPanel;
 class EntityList;
-struct MenuHeading;
 
 class MainWindow : public QMainWindow, public Output, public InputSource, public View {
   public:
@@ -81,11 +82,14 @@ class MainWindow : public QMainWindow, public Output, public InputSource, public
     // What a menu or a button says: a line, or one of the window's own actions.
     void perform(const std::string& command);
     void fillRecent();
+    void showEntityMenu(QPoint at);
+    void showPropertiesPanel();
     // Offers a command of the menus and buttons only while it can be used.
     void offer(QAction* action, const std::string& command);
     void showWhatCanBeUndone();
     void joinCanvas();
     void zoomExtents();
+    void zoomToSelected();
     void zoomToBox();
     void zoomPrevious();
 
@@ -132,6 +136,8 @@ class MainWindow : public QMainWindow, public Output, public InputSource, public
     QLabel* meterLabel_ = nullptr;
     QProgressBar* meter_ = nullptr;
     QMenu* recent_ = nullptr;
+    std::vector<MenuEntry> entityEntries_;  // of the menu in the list of entities
+    QDockWidget* propertiesPanel_ = nullptr;
     std::vector<QAction*> undoActions_;  // of the menus and buttons
     std::vector<QAction*> redoActions_;
     QToolBar* toolBar_ = nullptr;

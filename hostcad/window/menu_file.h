@@ -7,6 +7,9 @@
 //
 //   [@toolbar]                        buttons: what they do, the name of an icon, the command
 //   Save | save | QSAVE
+//
+//   [@entities]                       entries for the menu of the list of entities; they are about what is
+//   &Smart prompting | | GIS-PROMPT   selected
 #pragma once
 
 #include <string>

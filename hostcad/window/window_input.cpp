@@ -193,8 +193,15 @@ Input MainWindow::next(const Prompt& prompt) {
 }
 
 std::optional<Input> MainWindow::queuedInput(const Prompt& prompt) {
-    // What is selected answers the first prompt of a command, where that takes objects.
+    // What is selected answers the first prompt of a command, where that takes objects, or the one entity.
     std::vector<ObjectId> preselected = std::exchange(preselected_, {});
+    if (prompt.kind == Prompt::Kind::Entity && preselected.size() == 1 && queue_.empty()) {
+        const ObjectId entity = preselected.front();
+        EntityName name{};
+        nameOf(entity, name.data());
+        const Group* at = hostcad::find(currentDrawing().groups(entity), 10);
+        return Input::ofEntity(name, at ? Point{at->x(), at->y(), at->z()} : Point{});
+    }
     if (prompt.kind == Prompt::Kind::Objects && !preselected.empty()) {
         queue_.push_back(inputOf(preselected));
         queue_.push_back(Input::enter());

@@ -109,6 +109,74 @@ TEST_F(WindowSelection, TheListNarrowsAndSelectsBothWays) {
     EXPECT_EQ(rows(), 533) << count() << window_.commandPanel().history().toStdString();
 }
 
+TEST_F(WindowSelection, SurveyPointsAreFoundByNumberAndDescriptionAndWorkedOnFromTheList) {
+    using Table = hostcad::EntityTable;
+    QTableView& view = list().view();
+    // Where no attributes are told, there are no columns for them.
+    lisp("(setq list-number-tags$ nil list-description-tags$ nil)");
+    open("survey.dxf");
+    EXPECT_TRUE(view.isColumnHidden(Table::kNumber));
+    EXPECT_TRUE(view.isColumnHidden(Table::kDescription));
+    filter("74 tree");
+    EXPECT_EQ(rows(), 0);
+    lisp("(setq list-number-tags$ '(\"NONE\" \"pt#\") list-description-tags$ '(\"DESC2\"))");
+    open("survey.dxf");
+    EXPECT_FALSE(view.isColumnHidden(Table::kNumber));
+    filter("74 tree");
+    ASSERT_EQ(rows(), 1);
+    EXPECT_EQ(list().table().index(0, Table::kNumber).data().toString(), "74");
+    EXPECT_EQ(list().table().index(0, Table::kDescription).data().toString(), "TREE");
+    EXPECT_EQ(list().table().index(0, Table::kHandle).data().toString(), "315");
+
+    // A double click brings the entity to the middle, large enough to be seen.
+    const double whole = window_.canvas().view().height;
+    QPoint row = view.visualRect(list().table().index(0, Table::kNumber)).center();
+    QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, row);
+    QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, row);
+    EXPECT_LT(window_.canvas().view().height, whole / 10);
+    EXPECT_TRUE(window_.canvas().rect().contains(pixelOf("315")));
+
+    // The menu of the list: its own entries, and those of the menu file with what is selected.
+    makeTemplate(*host_, folder_);
+    auto menu = [&] {
+        QContextMenuEvent event(QContextMenuEvent::Mouse, row, view.viewport()->mapToGlobal(row));
+        QApplication::sendEvent(view.viewport(), &event);
+    };
+    auto letter = [](Qt::Key key) {
+        return [key] { QTest::keyClick(QApplication::activePopupWidget(), key); };
+    };
+    window_.canvas().zoomExtents();
+    person({menu, letter(Qt::Key_Z), [] {}});
+    settle();
+    EXPECT_LT(window_.canvas().view().height, whole / 10);
+    person({menu, letter(Qt::Key_P), [] {}});
+    settle();
+    EXPECT_EQ(QApplication::focusWidget(), &window_.properties());
+    person({menu, letter(Qt::Key_L), [] {}});
+    settle();
+    EXPECT_EQ(QApplication::focusWidget(), commandLine());
+    QString title;
+    person({menu, letter(Qt::Key_M), [&] { title = QApplication::activeModalWidget()->windowTitle(); },
+            [] { QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape); }, [] {}});
+    settle();
+    EXPECT_EQ(title, "GIS Smart Prompting - Entity has no GIS Data");
+
+    // Numbers stand in their order.
+    filter("points");
+    view.sortByColumn(Table::kNumber, Qt::AscendingOrder);
+    double last = 0;
+    int numbers = 0;
+    bool isNumber = true;  // in front of names
+    for (int i = 0; i < rows() && isNumber; ++i) {
+        double number = list().table().index(i, Table::kNumber).data().toString().toDouble(&isNumber);
+        if (!isNumber) break;
+        ++numbers;
+        EXPECT_GE(number, last);
+        last = number;
+    }
+    EXPECT_GT(numbers, 100);
+}
+
 TEST_F(WindowSelection, LinkedEntitiesShowTheirFeatureAndWhyARecordIsNotThere) {
     makeTemplate(*host_, folder_);
     link("315", "'(1000 . \"" + path("template.mdb") + "\") '(1000 . \"" + path("output.mdb") +

@@ -199,7 +199,7 @@ TEST(MenuFile, OffersWhatIsWrittenInIt) {
     EXPECT_TRUE(headings[4].isToolBar);
     EXPECT_EQ(headings[4].entries[0].icon, "new");
     auto more = hostcad::readMenuFile(NORVANE_SOURCE_DIR "/product/gis.mnu");
-    ASSERT_EQ(more.size(), 2u);
+    ASSERT_EQ(more.size(), 3u);
     EXPECT_EQ(more[0].caption, "&GIS");
     EXPECT_EQ(more[0].entries[0].command, "GIS-PROMPT");
     EXPECT_TRUE(more[0].entries[0].enabled);
