@@ -12,6 +12,7 @@
 #include <QScreen>
 #include <QSettings>
 #include <QStatusBar>
+#include <QTableView>
 #include <QTimer>
 #include <QToolBar>
 #include <QTreeWidget>
@@ -72,6 +73,7 @@ void MainWindow::start(Host& host, const std::string& title, const std::vector<s
                 entityEntries_.insert(entityEntries_.end(), heading.entries.begin(), heading.entries.end());
             else
                 addMenu(heading);
+    restoreLayout();
     follow();
     panel_->clearPrompt();
     panel_->focusLine();
@@ -194,6 +196,21 @@ void MainWindow::perform(const std::string& command) {
         zoomPrevious();
     else
         runLine(command);
+}
+
+void MainWindow::rememberLayout() const {
+    QSettings settings;
+    settings.setValue("window/geometry", saveGeometry());
+    settings.setValue("window/panels", saveState());
+    settings.setValue("window/columns", list_->view().horizontalHeader()->saveState());
+}
+
+// What is missing or does not fit stays as it is.
+void MainWindow::restoreLayout() {
+    const QSettings settings;
+    restoreGeometry(settings.value("window/geometry").toByteArray());
+    restoreState(settings.value("window/panels").toByteArray());
+    list_->view().horizontalHeader()->restoreState(settings.value("window/columns").toByteArray());
 }
 
 void MainWindow::fillRecent() {
@@ -374,6 +391,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     if (!closing_ && (!host_ || host_->wantsQuit() || settleChanges(*host_))) closing_ = true;
     if (!closing_) return event->ignore();
     if (isWaiting()) supply(Input::cancel());
+    rememberLayout();
     event->accept();
 }
 

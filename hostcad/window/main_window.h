@@ -81,6 +81,9 @@ class MainWindow : public QMainWindow, public Output, public InputSource, public
     void addButtons(const MenuHeading& heading);
     // What a menu or a button says: a line, or one of the window's own actions.
     void perform(const std::string& command);
+    // Size, place, panels and columns, from one run of the program to the next.
+    void rememberLayout() const;
+    void restoreLayout();
     void fillRecent();
     void showEntityMenu(QPoint at);
     void showPropertiesPanel();

@@ -9,6 +9,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
+#include <QSettings>
 #include <QTest>
 #include <QTimer>
 #include <QTreeWidget>
@@ -32,6 +33,7 @@ class Window : public testing::Test {
         std::string pattern = (std::filesystem::temp_directory_path() / "norvane-window-XXXXXX").string();
         folder_ = mkdtemp(pattern.data());
         setenv("NORVANE_USER_DIR", folder_.c_str(), 1);
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QString::fromStdString(folder_));
         std::filesystem::copy_file(NORVANE_SOURCE_DIR "/samples/survey.dxf", path("survey.dxf"));
         host_ = std::make_unique<hostcad::Host>(window_, window_, window_);
         hostcad::Product product = norvaneGis();

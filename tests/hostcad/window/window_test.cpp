@@ -1,5 +1,6 @@
 // The window, worked with mouse and key events: the sample drawing is opened, a point is picked and prompted
 // for, the link and the record are seen, the drawing is saved and opened again.
+#include <QDockWidget>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTableView>
@@ -145,6 +146,31 @@ TEST_F(Window, UnsavedWorkIsAskedFor) {
             }});
     settle();
     EXPECT_TRUE(window_.isVisible());
+}
+
+TEST_F(Window, SizePanelsAndColumnsAreRememberedFromRunToRun) {
+    QTableView& view = window_.entityList().view();
+    window_.resize(1040, 700);
+    window_.move(30, 20);
+    menuEntry("Properties")->trigger();
+    window_.resizeDocks({window_.findChild<QDockWidget*>("commands")}, {240}, Qt::Vertical);
+    view.setColumnWidth(hostcad::EntityTable::kLayer, 123);
+    QTest::qWait(20);
+    const int commands = window_.findChild<QDockWidget*>("commands")->height();
+    EXPECT_GT(commands, 200);
+    ASSERT_TRUE(window_.close());
+
+    hostcad::MainWindow next;
+    next.start(*host_, "Norvane GIS", {});
+    next.QMainWindow::show();
+    QTest::qWait(20);
+    EXPECT_EQ(next.size(), QSize(1040, 700));
+    EXPECT_EQ(next.pos(), QPoint(30, 20));
+    EXPECT_FALSE(next.findChild<QDockWidget*>("properties")->isVisible());
+    EXPECT_TRUE(next.findChild<QDockWidget*>("entities")->isVisible());
+    EXPECT_NEAR(next.findChild<QDockWidget*>("commands")->height(), commands, 4);
+    EXPECT_EQ(next.entityList().view().columnWidth(hostcad::EntityTable::kLayer), 123);
+    host_->lisp().setPulse({});
 }
 
 TEST_F(Window, ProgressLinesAreWrittenOverThemselves) {
