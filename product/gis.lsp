@@ -125,6 +125,10 @@
 (setq link-application$ "ZGEO_GIS_2000"
       link-strings$ '("Template" "Output" "Feature" "Key field" "Key"))
 
+;; The list of entities shows survey points by these attributes.
+(setq list-number-tags$ '("PT#")
+      list-description-tags$ '("DESC2"))
+
 ;; The table that a template says a feature writes to; one of the feature's own name where it says nothing.
 (defun gis:table (template feature / row)
   (setq row (db:record template "ZGEO_LINKS" (list (cons "GIS_NAME" feature))))
