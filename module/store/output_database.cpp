@@ -246,7 +246,10 @@ TableState EnsureOutputTable(CDaoDatabase& database, const RecordKey& key,
     columns.add(KeyColumn(key.keyField));
     bool gisKeyAdded = columns.add(KeyColumn(kGisKey));
     for (const OutputField& field : fields) columns.add(AttributeColumn(field.name, field.kind));
-    if (state.created) table.Append();
+    if (state.created) {
+        table.Append();
+        if (!database.GetConnect().empty()) database.IndexForSearch(key.table, {key.keyField, kGisKey});
+    }
     state.gisKeyAdded = gisKeyAdded && !state.created;
     state.table = database.GetConnect().empty() ? table.GetName() : QualifiedTable(database, key.table);
     return state;

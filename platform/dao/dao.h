@@ -47,8 +47,9 @@ constexpr int dbOpenSnapshot = 4;
 constexpr int dbVersion30 = 32;  // Access 97
 constexpr int dbVersion40 = 64;  // Access 2000
 constexpr int dbSQLPassThrough = 64;
-// Nobody else writes into the table of a record set before the transaction ends in which it was opened. In a
-// file, where there is one writer at a time, a transaction has this effect by itself.
+// Nobody else opens the same record set in this way before the transaction ends in which it was opened: who
+// looks for a record before writing it finds what the other has written. In a file, where there is one writer
+// at a time, a transaction has this effect by itself.
 constexpr int dbDenyWrite = 1;
 constexpr const char* dbLangGeneral = ";LANGID=0x0409;CP=1252;COUNTRY=0";
 
@@ -120,6 +121,10 @@ class CDaoDatabase {
     void GetTableDefInfo(int index, CDaoTableDefInfo& info) const;
     void GetTableDefInfo(const std::string& name, CDaoTableDefInfo& info) const;
     void DeleteTableDef(const std::string& name);
+
+    // An index by which records of a server are found by these text fields without regard to case; files need
+    // none.
+    void IndexForSearch(const std::string& table, const std::vector<std::string>& fields);
 
     // A statement without records. options: dbSQLPassThrough hands it to a server as it stands.
     void Execute(const std::string& sql, int options = 0);

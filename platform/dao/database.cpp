@@ -76,6 +76,10 @@ void CDaoDatabase::DeleteTableDef(const std::string& name) {
     connection().deleteTable(name);
 }
 
+void CDaoDatabase::IndexForSearch(const std::string& table, const std::vector<std::string>& fields) {
+    connection().indexForSearch(table, fields);
+}
+
 void CDaoDatabase::Execute(const std::string& sql, int options) {
     connection().execute(sql, options);
 }

@@ -58,6 +58,9 @@ class Connection {
     virtual void renameTable(const std::string& table, const std::string& newName) = 0;
     virtual void createField(const std::string& table, const CDaoFieldInfo& field) = 0;
     virtual void deleteField(const std::string& table, const std::string& field) = 0;
+    // Makes an index by which records are found by these text fields without regard to case. An engine that
+    // finds them fast enough without one makes none.
+    virtual void indexForSearch(const std::string& /*table*/, const std::vector<std::string>& /*fields*/) {}
 
     virtual void execute(const std::string& sql, int options) = 0;
     virtual std::unique_ptr<Cursor> open(int type, const std::string& sql, int options) = 0;

@@ -86,6 +86,9 @@ TEST_F(Postgres, TheFirstSaveMakesTheTableAndTheSecondReplacesTheRecord) {
                      "information_schema.columns WHERE table_name = 'tree' AND column_name IN "
                      "('pt_id', 'dbh', 'height')"),
               "character varying\ndouble precision\ninteger\n");
+    EXPECT_NE(record("indexdef", "pg_indexes WHERE tablename = 'tree'")
+                  .find("(upper((pt_id)::text), upper((gis_key)::text))"),
+              std::string::npos);
     // The record comes back, whatever the case of its key. It is replaced as a whole: what is emptied is
     // gone.
     answer(134, {show(), cell(2, "15"), cell(12, ""), click("OK")});

@@ -9,6 +9,7 @@
 #include "platform/dao/names.h"
 #include "platform/dao/odbc/cursor.h"
 #include "platform/dao/odbc/wide_text.h"
+#include "platform/dao/sql_tokens.h"
 #include "platform/text/text.h"
 
 namespace dao::odbc {
@@ -304,16 +305,31 @@ std::unique_ptr<Cursor> OdbcConnection::open(int type, const std::string& sql, i
     std::string select = isName ? "SELECT * FROM " + written(required(whole)) : whole;
     ServerStatement statement =
         translateForServer(select, dialect(), *this, isName || options & dbSQLPassThrough);
-    if (options & dbDenyWrite && statement.table) denyWriting(*statement.table);
+    if (options & dbDenyWrite && statement.table) denyWriting(*statement.table, statement.sql);
     return std::make_unique<OdbcCursor>(shared_from_this(), statement, type);
 }
 
-// Others must not write into the table until the transaction ends; they may read it.
-void OdbcConnection::denyWriting(const Table& table) {
+// Who asks for the same records waits until the transaction ends: two that save one record must not both find
+// none, and two that save different ones do not wait for each other. The statement names the records, so it
+// names the lock.
+void OdbcConnection::denyWriting(const Table& table, const std::string& statement) {
     // Elsewhere sessions are serializable.
     if (!transaction_ || !dialect().postgres) return;
-    run("SET LOCAL lock_timeout = " + std::to_string(lockTimeout()) + "; LOCK TABLE " + written(table) +
-        " IN SHARE ROW EXCLUSIVE MODE");
+    run("SET LOCAL lock_timeout = " + std::to_string(lockTimeout()) +
+        "; SELECT pg_advisory_xact_lock(hashtextextended(" + quotedText(written(table) + " " + statement) +
+        ", 0))");
+}
+
+void OdbcConnection::indexForSearch(const std::string& table, const std::vector<std::string>& fields) {
+    if (!dialect().postgres) return;
+    const Table& of = required(table);
+    std::vector<std::string> keys;
+    for (const std::string& name : fields) {
+        int field = findField(fieldsOf(of), name);
+        if (field < 0) noSuchField(name);
+        keys.push_back("upper(" + dialect().written(fieldsOf(of)[static_cast<size_t>(field)].name) + ")");
+    }
+    run("CREATE INDEX ON " + written(of) + " (" + text::join(keys, ", ") + ")");
 }
 
 // --- Transactions -----------------------------------------------------------------------------------------

@@ -35,6 +35,7 @@ class OdbcConnection : public Connection,
     void renameTable(const std::string& table, const std::string& newName) override;
     void createField(const std::string& table, const CDaoFieldInfo& field) override;
     void deleteField(const std::string& table, const std::string& field) override;
+    void indexForSearch(const std::string& table, const std::vector<std::string>& fields) override;
     void execute(const std::string& sql, int options) override;
     std::unique_ptr<Cursor> open(int type, const std::string& sql, int options) override;
     // There is nothing that waits to be made to last.
@@ -67,7 +68,7 @@ class OdbcConnection : public Connection,
     // meantime, as `isThere` then says, the exception is a CDaoConflict.
     template <typename IsThere>
     void changeSchema(const std::string& sql, IsThere isThere);
-    void denyWriting(const Table& table);
+    void denyWriting(const Table& table, const std::string& statement);
     bool setAutoCommit(bool on);
 
     std::shared_ptr<IdleSessions> idle_;

@@ -430,7 +430,7 @@ TEST_F(PostgresSource, TheSignInBoxAsksForWhatIsMissing) {
     ::unsetenv("ODBCINI");
 }
 
-TEST_F(PostgresSource, ALockedTableIsWaitedForAndThenToldOf) {
+TEST_F(PostgresSource, RecordsThatAnotherHoldsAreWaitedForAndThenToldOf) {
     server.answer("CREATE SCHEMA survey; CREATE TABLE survey.t(a text)");
     CDaoDatabase other;
     db.Open("", false, false, server.connect());
@@ -443,6 +443,11 @@ TEST_F(PostgresSource, ALockedTableIsWaitedForAndThenToldOf) {
     std::string told = descriptionOf([&] { theirs.Open(dbOpenDynaset, "SELECT * FROM T", dbDenyWrite); });
     EXPECT_NE(told.find("lock timeout"), std::string::npos) << told;
     other.Rollback();
+    // Who wants other records, or writes another, does not wait.
+    other.BeginTrans();
+    theirs.Open(dbOpenDynaset, "SELECT * FROM T WHERE A = 'x'", dbDenyWrite);
+    other.Execute("INSERT INTO T VALUES('x')");
+    other.CommitTrans();
     db.CommitTrans();
     other.BeginTrans();
     theirs.Open(dbOpenDynaset, "SELECT * FROM T", dbDenyWrite);
