@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 #include <limits>
 
 #include "module/exchange/dbf_number.h"
@@ -336,7 +337,7 @@ bool DbfClose(DbfHandle* handle) {
     flushRecord(*handle);
     if (handle->updated) {
         char changed[7];
-        std::memcpy(changed, kClosingDate, sizeof kClosingDate);
+        std::copy(std::begin(kClosingDate), std::end(kClosingDate), changed);
         files::putLittle(changed + sizeof kClosingDate, handle->recordCount);
         handle->file->write(1, {changed, sizeof changed});
     }

@@ -105,7 +105,7 @@ ModulePoints::~ModulePoints() {
     close();
 }
 
-std::string ModulePoints::function(std::string pattern) const {
+std::string ModulePoints::function(const std::string& pattern) const {
     return "cf:kmap_" + text::replaceAll(pattern, "*", format == kModuleZak ? "zak" : "ldd");
 }
 

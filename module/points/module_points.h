@@ -52,7 +52,7 @@ class ModulePoints : public CoordinateFile {
     int openWith(const std::string& filePath, bool create);
     void close();
     // The full name of one of the module's functions: "find_point_*" is cf:kmap_find_point_zak for a .zak.
-    std::string function(std::string pattern) const;
+    std::string function(const std::string& pattern) const;
     int done(long status, int refusal);
     int take(const ZakPointBlock& block, PointRecord& point);
     int removeOne(const std::string& name);
