@@ -231,9 +231,17 @@ std::string AlphanumericFile::wholeRecords() {
     return bytes ? std::string(bytes, size) : "";
 }
 
+// The new version is written under its own name, which Replace syncs and renames: a writer that is killed
+// leaves that one file, over which the next goes, and no names that pile up.
 bool AlphanumericFile::replaceContent(const std::string& content) {
     std::string temporary = TemporaryPath(path, format);
-    return files::replace(temporary, content) && Replace(temporary);
+    auto file = files::RandomFile::open(temporary, files::RandomFile::Mode::kCreate,
+                                        files::RandomFile::Sharing::kDenyWriters);
+    bool written = file && file->write(0, content) && file->flush();
+    bool isOurs = file != nullptr;
+    file.reset();
+    if (isOurs && !written) files::remove(temporary);
+    return written && Replace(temporary);
 }
 
 size_t AlphanumericFile::WriteAll(const std::vector<PointRecord>& points, int quiet) {
