@@ -100,7 +100,7 @@ class Writer {
             // folded by a function, which costs the index.
             bool compared = (t.isSymbol("=") || t.isSymbol("<>")) && i > begin && i + 1 < end &&
                             isName(tokens_[i - 1]) && tokens_[i + 1].kind == Token::kText &&
-                            hasForeignLetters(tokens_[i + 1].text) && !inSet_;
+                            hasForeignLetters(tokens_[i + 1].text) && !inValues_;
             if (compared) {
                 pieces.back() = "UCASE(" + pieces.back() + ")";
                 pieces.push_back(t.text);
@@ -111,8 +111,18 @@ class Writer {
                 pieces.push_back("LIKE " + patternLiteral(tokens_[++i].text));
                 continue;
             }
-            if (t.is("SET")) inSet_ = true;
-            if (t.is("WHERE")) inSet_ = false;
+            if (t.is("SET") || t.is("VALUES")) inValues_ = true;
+            if (t.is("WHERE")) inValues_ = false;
+            if (isBinaryLiteral(i, end)) {
+                pieces.push_back("X" + quotedText(tokens_[++i].text));
+                continue;
+            }
+            if (inValues_ && isExactNumber(i, end)) {
+                bool isNegative = tokens_[i - 1].isSymbol("-");
+                if (isNegative) pieces.pop_back();
+                pieces.push_back(quotedText((isNegative ? "-" : "") + t.text));
+                continue;
+            }
             pieces.push_back(one(i, end, condition));
         }
         return text::join(pieces, " ");
@@ -120,6 +130,30 @@ class Writer {
     void conditionFromStart() { conditionFromStart_ = true; }
 
   private:
+    // X'00FF': bytes in hexadecimal digits.
+    bool isBinaryLiteral(size_t i, size_t end) const {
+        const Token& t = tokens_[i];
+        if (!t.is("X") || t.kind != Token::kWord || i + 1 == end) return false;
+        const Token& digits = tokens_[i + 1];
+        bool joined = digits.kind == Token::kText && digits.whole.data() == t.whole.data() + t.whole.size() &&
+                      digits.whole.front() == '\'';
+        return joined && digits.text.size() % 2 == 0 &&
+               digits.text.find_first_not_of("0123456789ABCDEFabcdef") == std::string::npos;
+    }
+
+    // A value by itself that has more digits than a real holds. As text it reaches a field of money whole.
+    bool isExactNumber(size_t i, size_t end) const {
+        constexpr std::ptrdiff_t kDigitsOfReal = 15;
+        const Token& t = tokens_[i];
+        if (t.kind != Token::kNumber || t.text.find_first_not_of("0123456789.") != std::string::npos ||
+            std::count_if(t.text.begin(), t.text.end(), [](char c) { return c != '.'; }) <= kDigitsOfReal)
+            return false;
+        size_t before = i > 0 && tokens_[i - 1].isSymbol("-") ? i - 1 : i;
+        auto opens = [](const Token& o) { return o.isSymbol("(") || o.isSymbol(",") || o.isSymbol("="); };
+        auto closes = [](const Token& c) { return c.isSymbol(")") || c.isSymbol(",") || c.is("WHERE"); };
+        return before > 0 && opens(tokens_[before - 1]) && (i + 1 == end || closes(tokens_[i + 1]));
+    }
+
     std::string one(size_t i, size_t end, bool condition) const {
         const Token& t = tokens_[i];
         bool call = i + 1 < end && tokens_[i + 1].isSymbol("(");
@@ -147,7 +181,7 @@ class Writer {
 
     const std::vector<Token>& tokens_;
     bool conditionFromStart_ = false;
-    bool inSet_ = false;
+    bool inValues_ = false;  // what is written into a record
 };
 
 // The plain form of a SELECT, if it has one.

@@ -1,7 +1,10 @@
 #include "platform/dao/convert.h"
 
+#include <algorithm>
+#include <charconv>
 #include <cmath>
 #include <limits>
+#include <optional>
 
 #include "platform/text/text.h"
 
@@ -64,8 +67,28 @@ Variant toSingle(const Variant& value, const CDaoFieldInfo& field) {
     return Variant(static_cast<float>(number));
 }
 
+// An amount in digits with up to four decimals, exactly. Nothing for other texts and for what is too large.
+std::optional<Currency> exactAmount(std::string_view s) {
+    constexpr size_t kDecimals = 4;
+    s = text::trim(s);
+    bool isNegative = s.starts_with('-');
+    if (isNegative || s.starts_with('+')) s.remove_prefix(1);
+    size_t point = std::min(s.find('.'), s.size());
+    std::string digits(s.substr(0, point));
+    std::string_view decimals = s.substr(std::min(point + 1, s.size()));
+    if (digits.empty() || decimals.size() > kDecimals) return std::nullopt;
+    digits.append(decimals).append(kDecimals - decimals.size(), '0');
+    if (digits.find_first_not_of("0123456789") != std::string::npos) return std::nullopt;
+    Currency amount{};
+    std::string number = (isNegative ? "-" : "") + digits;
+    auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), amount.tenThousandths);
+    return error == std::errc() ? std::optional(amount) : std::nullopt;
+}
+
 Variant toCurrency(const Variant& value, const CDaoFieldInfo& field) {
     if (value.is<Currency>()) return value;
+    if (value.is<std::string>())
+        if (auto amount = exactAmount(value.get<std::string>())) return Variant(*amount);
     double amount = std::nearbyint(toNumber(value, field) * 10000.0);
     if (!(std::fabs(amount) < 9.2e18)) overflow(value, field);
     return Variant(Currency{static_cast<int64_t>(amount)});

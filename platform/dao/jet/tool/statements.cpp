@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "platform/dao/jet/tool/column_types.h"
 #include "platform/dao/jet/tool/print.h"
 #include "platform/dao/sql_tokens.h"
 #include "platform/dao/sqlite/handle.h"
@@ -71,7 +72,7 @@ class Words {
 // The fields that definitions of columns in parentheses describe. SQLite reads them.
 std::vector<CDaoFieldInfo> describedFields(const std::string& definitions) {
     dao::sqlite::Handle db = dao::sqlite::openMemory();
-    dao::sqlite::Statement(db.get(), "CREATE TABLE x" + definitions).run();
+    dao::sqlite::Statement(db.get(), "CREATE TABLE x" + withKnownTypes(definitions)).run();
     return dao::sqlite::describeTable(db.get(), "x");
 }
 

@@ -264,4 +264,52 @@ TEST_F(AccessSql, AFileWithAPasswordOpensByItsConnectString) {
               "3000\n");
 }
 
+class JetProgram : public ::testing::Test {
+  protected:
+    std::string jet(const std::string& command, const std::string& rest = "") {
+        return outputOf("'" NORVANE_BIN_DIR "/jet' " + command + " '" + path_ + "' " + rest + " 2>&1");
+    }
+    std::string sql(const std::string& statements) { return jet("sql", "\"" + statements + "\""); }
+    ScratchFolder folder_;
+    std::string path_ = folder_("t.mdb");
+};
+
+TEST_F(JetProgram, KnowsTheTypesOfColumnsAndRefusesWhatIsNone) {
+    jet("create");
+    EXPECT_EQ(sql("CREATE TABLE T (ID COUNTER PRIMARY KEY, [L 1] LONG, S SINGLE, Y YesNo NOT NULL, N SHORT, "
+                  "B BYTE, M MONEY, D DOUBLE PRECISION DEFAULT 2.5, W DATETIME, G GUID, C VARCHAR(30), "
+                  "X BINARY (10), O LONGBINARY, T MEMO, \\\"a,b\\\" TEXT(5))"),
+              "");
+    EXPECT_EQ(sql("ALTER TABLE T ADD COLUMN Z YESNO"), "");
+    EXPECT_EQ(jet("schema"),
+              "T\n  ID  Long, autonumber\n  L 1  Long\n  S  Single\n  Y  Yes/No, required\n  N  Integer\n  B "
+              " Byte\n"
+              "  M  Currency\n  D  Double, default 2.5\n  W  Date/Time\n  G  GUID\n  C  Text(30)\n"
+              "  X  Binary(10)\n  O  OLE\n  T  Memo\n  a,b  Text(5)\n  Z  Yes/No\n");
+    EXPECT_EQ(sql("CREATE TABLE U (A TEXT(5), B LNG)"), "\"LNG\" is no type of a column.\n");
+    EXPECT_EQ(sql("CREATE TABLE U (A POINT)"), "\"POINT\" is no type of a column.\n");
+    EXPECT_EQ(sql("CREATE TABLE U (A, B LONG)"), "The column A has no type.\n");
+    EXPECT_EQ(sql("ALTER TABLE T ADD COLUMN V LNG"), "\"LNG\" is no type of a column.\n");
+    EXPECT_EQ(jet("tables"), "T\n");
+}
+
+TEST_F(JetProgram, TakesBytesAndMoneyAsTheyAre) {
+    jet("create");
+    sql("CREATE TABLE T (ID LONG, X BINARY(10), O BLOB, M CURRENCY, R DOUBLE)");
+    EXPECT_EQ(
+        sql("INSERT INTO T VALUES (1, X'00ff41', x'0102', 922337203685477.5807, 0.1234567890123456789)"), "");
+    EXPECT_EQ(sql("INSERT INTO T (M, ID, R) VALUES (-922337203685477.5808, 2, -1.5)"), "");
+    EXPECT_EQ(sql("INSERT INTO T (ID, M) VALUES (3, 1.5); "
+                  "UPDATE T SET M = 1234567890123.4561, X = X'FF' WHERE ID = 3"),
+              "");
+    EXPECT_EQ(sql("INSERT INTO T (ID, M) VALUES (4, '0.0001'); INSERT INTO T (ID, M) VALUES (5, '1e3')"), "");
+    EXPECT_EQ(jet("dump", "T"),
+              "ID,X,O,M,R\n1,\"00FF41\",\"0102\",922337203685477.5807,0.12345678901234568\n"
+              "2,,,-922337203685477.5808,-1.5\n3,\"FF\",,1234567890123.4561,\n4,,,0.0001,\n5,,,1000.0000,\n");
+    EXPECT_EQ(sql("SELECT COUNT(*) FROM T WHERE M > 1234567890123.4560999 AND R < 1"), "1\n");
+    EXPECT_NE(sql("INSERT INTO T (ID, M) VALUES (6, 922337203685477.5808)"), "") << "that is too much";
+    EXPECT_NE(sql("INSERT INTO T (ID, X) VALUES (6, X'0G')"), "");
+    EXPECT_EQ(sql("SELECT COUNT(*) FROM T"), "5\n");
+}
+
 }  // namespace
