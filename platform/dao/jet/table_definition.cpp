@@ -190,6 +190,17 @@ void putName(const Store& store, ByteWriter& out, const std::string& name) {
     out.put(bytes);
 }
 
+// Some programs write a count of variable columns that is too low. Rows carry counts of their own, so that it
+// is no reason to lose them. There are never more variable columns than columns.
+void mendVariableCount(TableDefinition& definition) {
+    for (const ColumnDefinition& column : definition.columns) {
+        bool isVariable = !column.fixed() && column.type != Type::kBoolean;
+        if (isVariable && column.variableIndex < definition.columnsEver)
+            definition.variableEver =
+                std::max(definition.variableEver, static_cast<uint16_t>(column.variableIndex + 1));
+    }
+}
+
 // Column numbers and trees that a definition speaks of must exist.
 void check(const TableDefinition& definition) {
     for (const ColumnDefinition& column : definition.columns)
@@ -335,6 +346,7 @@ TableDefinition readDefinition(Store& store, uint32_t page) {
         Bytes block = in.block(10);
         definition.longValues.push_back({ByteView(block).u16(0), pointerAt(block, 2), pointerAt(block, 6)});
     }
+    mendVariableCount(definition);
     check(definition);
     return definition;
 }

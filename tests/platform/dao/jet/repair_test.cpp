@@ -109,6 +109,29 @@ TEST_P(Repair, ASoundFileLosesNothing) {
     EXPECT_LE(report.bytesAfter, report.bytesBefore);
 }
 
+// Other programs read such a table, since each row says how many values it has places for.
+TEST_P(Repair, ACountOfVariableColumnsThatIsTooLow) {
+    const std::string dump = NORVANE_BIN_DIR "/jet dump '" + path + "' POLES";
+    const std::string before = outputOf(dump);
+    size_t countAt = poles.page * pageSize + Database(path, {}).store().format.definitionTypeAt + 3;
+    auto countOnDisk = [&] { return static_cast<int>(readFile(path)[countAt]); };
+    ASSERT_EQ(countOnDisk(), 2);
+    for (char count : {1, 0}) {
+        std::fstream file(path, std::ios::binary | std::ios::in | std::ios::out);
+        file.seekp(static_cast<long>(countAt));
+        file.put(count);
+        file.close();
+        EXPECT_EQ(outputOf(dump), before);
+        EXPECT_EQ(outputOf(NORVANE_BIN_DIR "/jet sql '" + path +
+                           "' \"UPDATE POLES SET NAME = 'Name 7' WHERE NAME = 'Name 7'\""),
+                  "");
+        EXPECT_EQ(losses(), "");
+        EXPECT_EQ(outputOf(dump), before);
+        countAt = Database(path, {}).records("POLES")->definition().page * pageSize + countAt % pageSize;
+        EXPECT_EQ(countOnDisk(), 2);
+    }
+}
+
 TEST_P(Repair, WhatCanBeMadeAnewIsNoLoss) {
     // Indexes, maps, and the rights of users.
     overwrite({poles.indexes[0].root});
