@@ -5,6 +5,45 @@
 #include <cstdlib>
 
 namespace hostcad {
+namespace {
+
+uint32_t channelOf(uint32_t colour, int shift) {
+    return (colour >> shift) & 0xFF;
+}
+
+// From 0, black, to 1, white, as the eye sees it; the square is near enough to how screens show a value.
+double lightnessOf(uint32_t colour) {
+    auto part = [&](int shift) { return channelOf(colour, shift) / 255.0; };
+    return 0.2126 * part(16) * part(16) + 0.7152 * part(8) * part(8) + 0.0722 * part(0) * part(0);
+}
+
+// From 1, the same, to 21, black on white.
+double contrastOf(uint32_t one, uint32_t other) {
+    constexpr double kStray = 0.05;  // light that is on any screen
+    const double a = lightnessOf(one) + kStray, b = lightnessOf(other) + kStray;
+    return std::max(a, b) / std::min(a, b);
+}
+
+uint32_t between(uint32_t from, uint32_t to, uint32_t step, uint32_t steps) {
+    uint32_t mixed = 0;
+    for (int shift : {16, 8, 0})
+        mixed |= (channelOf(from, shift) * (steps - step) + channelOf(to, shift) * step) / steps << shift;
+    return mixed;
+}
+
+}  // namespace
+
+uint32_t readableOn(const Surface& surface, uint32_t colour) {
+    constexpr double kEnough = 3;
+    constexpr uint32_t kSteps = 16;
+    constexpr uint32_t kWhite = 0xFFFFFF;
+    if (colour == kWhite) return surface.ink;
+    for (uint32_t step = 0; step < kSteps; ++step)
+        if (uint32_t mixed = between(colour, surface.ink, step, kSteps);
+            contrastOf(mixed, surface.ground) >= kEnough)
+            return mixed;
+    return surface.ink;
+}
 
 // Nine colours by name, then rings of a hue circle in five shades, and greys.
 uint32_t colourOfIndex(int index) {

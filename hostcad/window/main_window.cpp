@@ -8,6 +8,8 @@
 #include <QLabel>
 #include <QMenuBar>
 #include <QMimeData>
+#include <QPrintDialog>
+#include <QPrinter>
 #include <QProgressBar>
 #include <QScreen>
 #include <QSettings>
@@ -25,6 +27,9 @@
 #include "hostcad/window/entity_list.h"
 #include "hostcad/window/icons.h"
 #include "hostcad/window/properties.h"
+#include "hostcad/window/view_printing.h"
+#include "platform/files/files.h"
+#include "platform/ui/backend.h"
 #include "platform/ui/qt/qt_text.h"
 
 namespace hostcad {
@@ -194,6 +199,10 @@ void MainWindow::perform(const std::string& command) {
         zoomToBox();
     else if (command == "@previous")
         zoomPrevious();
+    else if (command == "@print")
+        print();
+    else if (command == "@pdf")
+        savePdf();
     else
         runLine(command);
 }
@@ -277,6 +286,37 @@ void MainWindow::zoomToBox() {
 
 void MainWindow::zoomPrevious() {
     if (!host_->showEarlierView()) panel_->write("\nThere is no earlier view.\n");
+}
+
+void MainWindow::print() {
+    QPrinter printer(QPrinter::HighResolution);
+    printer.setDocName(windowTitle().remove("[*]"));
+    QPrintDialog box(&printer, this);
+    if (box.exec() != QDialog::Accepted) return;
+    if (!printView(scene_, canvas_->view(), printer))
+        showProblem(*host_, "The page cannot be printed. The printer does not take it.");
+}
+
+void MainWindow::savePdf() {
+    const std::string& own = currentDrawing().path();
+    ui::FileBox box;
+    box.save = true;
+    box.title = "Save as PDF";
+    box.filter = "PDF documents (*.pdf)|*.pdf||";
+    box.pattern = own.empty() ? "drawing.pdf" : files::nameOf(own.substr(0, own.rfind('.'))) + ".pdf";
+    box.folder = files::folderOf(own);
+    box.defaultExtension = "pdf";
+    box.askOverwrite = true;
+    std::optional<std::string> path = ui::fileBox(box);
+    if (!path) return;
+    QPrinter printer(QPrinter::HighResolution);
+    printer.setOutputFormat(QPrinter::PdfFormat);
+    printer.setOutputFileName(toQt(*path));
+    printer.setDocName(windowTitle().remove("[*]"));
+    if (printView(scene_, canvas_->view(), printer))
+        panel_->write("\nSaved as " + *path + ".\n");
+    else
+        showProblem(*host_, "Cannot write " + *path + ".");
 }
 
 // --- Following the host ------------------------------------------------------------------------------------

@@ -95,6 +95,9 @@ class MainWindow : public QMainWindow, public Output, public InputSource, public
     void zoomToSelected();
     void zoomToBox();
     void zoomPrevious();
+    // What is on the screen, on a printer or into a file.
+    void print();
+    void savePdf();
 
     // --- Lines and answers (window_input.cpp) ---
     void lineTyped(const std::string& line);

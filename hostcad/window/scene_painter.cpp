@@ -3,7 +3,6 @@
 #include <QPainter>
 #include <cmath>
 
-#include "hostcad/window/colours.h"
 #include "hostcad/window/drawn_text.h"
 #include "platform/ui/qt/qt_text.h"
 
@@ -23,8 +22,21 @@ constexpr uint32_t kOpaque = 0xFF000000;
 
 }  // namespace
 
-ScenePainter::ScenePainter(const Scene& scene, const ViewPlace& place, double pixelRatio)
-    : scene_(scene), place_{place.centre, place.scale * pixelRatio}, pixelRatio_(pixelRatio) {}
+ScenePainter::ScenePainter(const Scene& scene, const ViewPlace& place, double pixelRatio,
+                           const Surface& surface)
+    : scene_(scene),
+      place_{place.centre, place.scale * pixelRatio},
+      pixelRatio_(pixelRatio),
+      surface_(surface),
+      lastShown_(readableOn(surface, 0)) {}
+
+uint32_t ScenePainter::shown(uint32_t colour) {
+    if (colour != lastColour_) {
+        lastColour_ = colour;
+        lastShown_ = readableOn(surface_, colour);
+    }
+    return lastShown_;
+}
 
 void ScenePainter::begin(const QImage& picture) {
     halfWidth_ = picture.width() / 2.0;
@@ -37,7 +49,7 @@ void ScenePainter::begin(const QImage& picture) {
 
 void ScenePainter::paint(QImage& picture, const std::vector<bool>& marked, bool isMoving) {
     begin(picture);
-    picture.fill(kGroundColour);
+    picture.fill(surface_.ground);
     {
         LineRaster raster(picture);
         const int plain = std::max(1, static_cast<int>(std::lround(pixelRatio_)));
@@ -78,29 +90,31 @@ void ScenePainter::paintDot(LineRaster& raster, const SceneEntity& entity, const
     const Point centre = entity.box.centre();
     PlanePoint middle{centre.x, centre.y};
     if (entity.lineCount > 0)
-        raster.dot(toPicture(middle), 1, kOpaque | (colour ? *colour : scene_.lines(entity).front().colour));
-    else if (entity.textCount > 0)
         raster.dot(toPicture(middle), 1,
-                   kOpaque | (colour ? *colour : faint(scene_.texts(entity).front().colour)));
+                   kOpaque | (colour ? *colour : shown(scene_.lines(entity).front().colour)));
+    else if (entity.textCount > 0)
+        raster.dot(
+            toPicture(middle), 1,
+            kOpaque | (colour ? *colour : faintOn(surface_, shown(scene_.texts(entity).front().colour))));
 }
 
 void ScenePainter::paintEntity(LineRaster& raster, const SceneEntity& entity, const uint32_t* colour) {
     std::span<const SceneLine> lines = scene_.lines(entity);
     for (size_t i = 0; i < lines.size();) {
-        const uint32_t shown = kOpaque | (colour ? *colour : lines[i].colour);
+        const uint32_t own = kOpaque | (colour ? *colour : shown(lines[i].colour));
         if (lines[i].fill == Fill::None)
-            paintLine(raster, lines[i++], shown);
+            paintLine(raster, lines[i++], own);
         else
-            i += paintArea(raster, lines.subspan(i), shown);
+            i += paintArea(raster, lines.subspan(i), own);
     }
     for (const SceneText& text : scene_.texts(entity)) {
         const double height = std::hypot(text.upX, text.upY) * place_.scale / pixelRatio_;
-        const uint32_t shown = kOpaque | (colour ? *colour : text.colour);
+        const uint32_t own = kOpaque | (colour ? *colour : shown(text.colour));
         if (height < kSmallestTextLine || height > kLargestText) continue;
         if (height < kSmallestText)
-            paintTextLine(raster, text, shown);
+            paintTextLine(raster, text, own);
         else
-            texts_.push_back({&text, shown});
+            texts_.push_back({&text, own});
     }
 }
 
@@ -165,7 +179,8 @@ void ScenePainter::paintDashes(LineRaster& raster, const SceneLine& line, uint32
 }
 
 void ScenePainter::paintTextLine(LineRaster& raster, const SceneText& text, uint32_t colour) {
-    raster.line(toPicture(text.corner(0, 0.5)), toPicture(text.corner(1, 0.5)), kOpaque | faint(colour));
+    raster.line(toPicture(text.corner(0, 0.5)), toPicture(text.corner(1, 0.5)),
+                kOpaque | faintOn(surface_, colour));
 }
 
 void ScenePainter::paintTexts(QImage& picture) {

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "hostcad/window/colours.h"
 #include "hostcad/window/line_raster.h"
 #include "hostcad/window/scene.h"
 
@@ -23,7 +24,8 @@ struct ViewPlace {
 class ScenePainter {
   public:
     // `pixelRatio`: pixels of the picture for one of the desktop's.
-    ScenePainter(const Scene& scene, const ViewPlace& place, double pixelRatio);
+    ScenePainter(const Scene& scene, const ViewPlace& place, double pixelRatio,
+                 const Surface& surface = kScreen);
 
     // Paints everything that is in view, with the entities at marked places in the colour of marks.
     void paint(QImage& picture, const std::vector<bool>& marked, bool isMoving);
@@ -41,6 +43,7 @@ class ScenePainter {
                 halfHeight_ - (p.y - place_.centre.y) * place_.scale};
     }
     void begin(const QImage& picture);
+    uint32_t shown(uint32_t colour);
     void paintEntity(LineRaster& raster, const SceneEntity& entity, const uint32_t* colour);
     void paintDot(LineRaster& raster, const SceneEntity& entity, const uint32_t* colour);
     void paintLine(LineRaster& raster, const SceneLine& line, uint32_t colour);
@@ -53,7 +56,9 @@ class ScenePainter {
     ViewPlace place_;
     double pixelRatio_;
     double halfWidth_ = 0, halfHeight_ = 0;
-    Box area_;  // of the world that is seen
+    Surface surface_;
+    uint32_t lastColour_ = 0, lastShown_ = 0;  // lines of one colour follow each other
+    Box area_;                                 // of the world that is seen
     std::vector<PendingText> texts_;
 };
 

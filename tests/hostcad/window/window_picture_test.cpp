@@ -1,6 +1,10 @@
 // What is seen of a drawing: lines with their patterns, colours and layers, texts, and of a drawing that is
 // out of order as much as can be shown.
+#include <QFile>
+#include <QFileDialog>
 #include <QImage>
+#include <QRegularExpression>
+#include <cmath>
 #include <random>
 
 #include "hostcad/window/drawn_text.h"
@@ -103,6 +107,103 @@ TEST_F(WindowPicture, LinesHaveTheColoursAndPatternsOfTheirLayersOrTheirOwn) {
     shown = picture();
     EXPECT_NEAR(pixels(shown, 40, 195, 260, 205, kRed), 201, 2);
     EXPECT_NEAR(pixels(shown, 40, 48, 260, 52, kYellow), 100, 12);
+}
+
+TEST_F(WindowPicture, DarkColoursCanBeReadOnTheDarkGround) {
+    const char* kDark[] = {"(62 . 5)",  "(62 . 250)", "(62 . 178)",
+                           "(62 . 18)", "(420 . 0)",  "(420 . 1973800)"};
+    int y = 50;
+    for (const char* colour : kDark) {
+        const std::string row = std::to_string(y += 20) + ".0 0.0";
+        make("(0 . \"LINE\") " + std::string(colour) + " (10 50.0 " + row + ") (11 250.0 " + row + ")");
+    }
+    make("(0 . \"TEXT\") (62 . 5) (10 300.0 70.0 0.0) (40 . 60.0) (1 . \"MMM\")");
+    QImage shown = picture();
+    // Contrast by the rule for texts on screens, in which 3 is the least for what is large.
+    auto lightness = [](QRgb c) {
+        auto linear = [](int value) {
+            const double v = value / 255.0;
+            return v <= 0.03928 ? v / 12.92 : std::pow((v + 0.055) / 1.055, 2.4);
+        };
+        return 0.2126 * linear(qRed(c)) + 0.7152 * linear(qGreen(c)) + 0.0722 * linear(qBlue(c));
+    };
+    const double ground = lightness(shown.pixel(5, 5));
+    EXPECT_LT(ground, 0.05);
+    auto best = [&](int left, int bottom, int right, int top) {
+        double most = 0;
+        for (int x = left; x <= right; ++x)
+            for (int row = bottom; row <= top; ++row)
+                most = std::max(most, lightness(shown.pixel(x, shown.height() - 1 - row)));
+        return (most + 0.05) / (ground + 0.05);
+    };
+    y = 50;
+    for (const char* colour : kDark) {
+        y += 20;
+        EXPECT_GT(best(150, y - 1, 150, y + 1), 2.7) << colour;
+    }
+    EXPECT_GT(best(300, 70, 400, 130), 2.7);
+    // Blue is still blue.
+    bool isBlue = false;
+    for (int row = 69; row <= 71; ++row)
+        isBlue = isBlue || QColor(shown.pixel(150, shown.height() - 1 - row)).hue() == 240;
+    EXPECT_TRUE(isBlue);
+}
+
+TEST_F(WindowPicture, WhatIsSeenIsPrintedFittedInTheMiddleOfThePage) {
+    QImage screen = picture();
+    const int width = screen.width(), height = screen.height();
+    // A frame at the edges of the view, and a filled square in its lower left quarter.
+    make("(0 . \"LINE\") (62 . 7) (10 1.0 1.0 0.0) (11 " + std::to_string(width - 1) + ".0 1.0 0.0)");
+    make(
+        "(0 . \"SOLID\") (62 . 1) (10 100.0 100.0 0.0) (11 200.0 100.0 0.0) (12 100.0 200.0 0.0) (13 200.0 "
+        "200.0 0.0)");
+    picture();
+    person({[&] { menuEntry("Save as PDF...")->trigger(); },
+            [&] {
+                auto* box = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+                ASSERT_NE(box, nullptr);
+                box->findChild<QLineEdit*>()->setText(QString::fromStdString(path("page.pdf")));
+                QTest::keyClick(box->findChild<QLineEdit*>(), Qt::Key_Enter);
+            },
+            [] {}});
+    settle();
+    EXPECT_TRUE(says("Saved as " + QString::fromStdString(path("page.pdf"))));
+    QFile file(QString::fromStdString(path("page.pdf")));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QByteArray pdf = file.readAll();
+    ASSERT_TRUE(pdf.startsWith("%PDF-"));
+    // The page lies on its side, as the view does.
+    static const QRegularExpression kBox("/MediaBox \\[0 0 ([0-9.]+) ([0-9.]+)\\]");
+    QRegularExpressionMatch media = kBox.match(QString::fromLatin1(pdf));
+    ASSERT_TRUE(media.hasMatch());
+    const double pageWidth = media.captured(1).toDouble(), pageHeight = media.captured(2).toDouble();
+    EXPECT_GT(pageWidth, pageHeight);
+    // Its one picture, as it stands in the file: three bytes a pixel, packed.
+    const qsizetype object = pdf.indexOf("/Subtype /Image");
+    ASSERT_GE(object, 0);
+    auto number = [&](const char* name) {
+        const qsizetype at = pdf.indexOf(name, object) + qstrlen(name);
+        return pdf.mid(at, pdf.indexOf('\n', at) - at).trimmed().toInt();
+    };
+    const int across = number("/Width"), down = number("/Height");
+    EXPECT_NEAR(across / double(down), width / double(height), 0.01);
+    EXPECT_GT(across, 2000);  // 300 dots an inch
+    const qsizetype data = pdf.indexOf("stream\n", object) + 7;
+    QByteArray packed("\0\0\0\0", 4);  // a hint at the size, which is not known
+    packed += pdf.mid(data, pdf.indexOf("endstream", data) - data);
+    const QByteArray pixels = qUncompress(packed);
+    ASSERT_EQ(pixels.size(), qsizetype(across) * down * 3);
+    auto pixel = [&](double x, double y) {  // of the drawing
+        const qsizetype column = qsizetype(x / width * across), row = qsizetype((1 - y / height) * down);
+        const uchar* p = reinterpret_cast<const uchar*>(pixels.constData()) + (row * across + column) * 3;
+        return uint32_t(p[0]) << 16 | uint32_t(p[1]) << 8 | p[2];
+    };
+    EXPECT_EQ(pixel(150, 150), kRed);
+    EXPECT_EQ(pixel(250, 150), kWhite);  // the paper, not the ground of the screen
+    EXPECT_EQ(pixel(150, 250), kWhite);
+    bool isInk = false;
+    for (double y = 0; y < 3; y += 0.1) isInk = isInk || pixel(width / 2.0, y) == 0;
+    EXPECT_TRUE(isInk);  // white on the screen is black on paper
 }
 
 TEST_F(WindowPicture, CurvesAreasAndBlocksStandWhereTheyShould) {

@@ -1,0 +1,41 @@
+#include "hostcad/window/view_printing.h"
+
+#include <QPainter>
+#include <QPrinter>
+#include <algorithm>
+
+#include "hostcad/window/scene_painter.h"
+
+namespace hostcad {
+namespace {
+
+constexpr double kDesktopDots = 96;     // an inch
+constexpr double kFinestPicture = 300;  // dots an inch; finer ones cost memory and look the same
+
+}  // namespace
+
+bool printView(const Scene& scene, const ViewBox& view, QPrinter& printer) {
+    if (!(view.width > 0) || !(view.height > 0)) return false;
+    printer.setPageOrientation(view.width > view.height ? QPageLayout::Landscape : QPageLayout::Portrait);
+    QPainter painter;
+    if (!painter.begin(&printer)) return false;
+    const QRectF page = printer.pageLayout().paintRectPixels(printer.resolution());
+    const double dots = std::min<double>(printer.resolution(), kFinestPicture);
+    const double shrunk = dots / printer.resolution();
+    // Dots of the picture a unit of the drawing.
+    const double scale = std::min(page.width() / view.width, page.height() / view.height) * shrunk;
+    QImage picture((QSizeF(view.width, view.height) * scale).toSize().expandedTo({1, 1}),
+                   QImage::Format_RGB32);
+    const double ratio = dots / kDesktopDots;
+    ScenePainter(scene, {{view.centre.x, view.centre.y}, scale / ratio}, ratio, kPaper)
+        .paint(picture, {}, false);
+    const QSizeF size = QSizeF(picture.size()) / shrunk;
+    painter.setRenderHint(QPainter::LosslessImageRendering);  // a photograph's loss shows on thin lines
+    // The painter begins at the corner of what can be printed on.
+    painter.drawImage(
+        QRectF(QPointF((page.width() - size.width()) / 2, (page.height() - size.height()) / 2), size),
+        picture);
+    return painter.end();
+}
+
+}  // namespace hostcad
