@@ -5,6 +5,7 @@
 
 #include "platform/text/text.h"
 #include "platform/ui/backend.h"
+#include "platform/ui/cell_entry.h"
 
 namespace ui {
 
@@ -105,7 +106,7 @@ void Dialog::end(int result) {
 void Dialog::setFocus(int id) {
     Control* control = find(id);
     if (!control || focus_ == id) return;
-    if (auto* grid = dynamic_cast<Grid*>(find(focus_)); grid && grid->editing()) grid->setEditing(false);
+    keepTyped();
     focus_ = id;
     if (view_) view_->focusChanged(id);
     onFocus(*control);
@@ -214,6 +215,7 @@ std::string Dialog::userMenu(Menu& menu, int command) {
     Menu::Entry* entry = menu.find(command);
     if (!entry) return "there is no such menu entry";
     if (!entry->enabled) return "\"" + plainCaption(entry->caption) + "\" is disabled";
+    keepTyped();
     onCommand(command);
     return {};
 }
@@ -243,21 +245,16 @@ void Dialog::userCaret(Grid& grid, int caret) {
 }
 
 std::string Dialog::userEdit(Grid& grid, std::string text) {
-    CellPosition at = grid.active();
+    const CellPosition at = grid.active();
     if (!grid.has(at.column, at.row)) return "there is no such cell";
-    const CellType& type = grid.type(at.column, at.row);
-    if (type.kind == CellKind::Edit || (type.kind == CellKind::DropDown && type.editable)) {
-        std::string allowed = Grid::filtered(type, text);
-        if (allowed != text && grid.editing() && allowed == grid.editText())
-            return "the cell does not take this character";
-        text = std::move(allowed);
-    } else if (type.kind != CellKind::DropDown) {
-        return "this cell is not edited";
-    } else if (std::find(type.items.begin(), type.items.end(), text) == type.items.end()) {
-        return "\"" + text + "\" is not in the list of this cell";
+    CellEntry entry = entryOf(grid.type(at.column, at.row), text);
+    if (!entry.refusal.empty()) {
+        grid.refuse(entry.refusal);
+        return entry.refusal;
     }
-    const int end = characterCount(text);
-    grid.typeText(std::move(text), end);
+    grid.typedForItem_.clear();
+    const int end = characterCount(entry.text);
+    grid.typeText(std::move(entry.text), end);
     return {};
 }
 
@@ -281,7 +278,12 @@ std::string Dialog::userCell(Grid& grid, CellPosition at, const std::string& tex
     return {};
 }
 
+void Dialog::keepTyped() {
+    if (auto* grid = dynamic_cast<Grid*>(find(focus_)); grid && grid->editing()) grid->setEditing(false);
+}
+
 std::string Dialog::userClose() {
+    keepTyped();
     onClose();
     return {};
 }

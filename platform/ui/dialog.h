@@ -133,7 +133,8 @@ class Dialog {
     void userDoubleClickCell(Grid& grid, CellPosition at);
     // Moves the insertion point in the text that is edited, in characters.
     void userCaret(Grid& grid, int caret);
-    // Types into the active cell from the beginning, without ending the editing.
+    // Types into the active cell from the beginning, without ending the editing. What the cell does not take
+    // leaves it as it is, and is refused with a sign.
     std::string userEdit(Grid& grid, std::string text);
     // A whole entry: the cell made active, the text or choice put in (a check box takes "1" or "0"), the
     // editing ended.
@@ -189,9 +190,12 @@ class Dialog {
     std::string userTreeKey(Tree& tree, const Key& key);
     std::string userGridKey(Grid& grid, const Key& key);
     std::string userListCellKey(Grid& grid, const std::string& key);
+    std::string userItemTyping(Grid& grid, std::string typed);
     std::string userTypedKey(Grid& grid, const std::string& typed);
     bool userCaretKey(Grid& grid, const Key& key);
     void enterDefault();
+    // What stands in the editor of a cell goes into the cell.
+    void keepTyped();
 
     int resource_;
     std::string title_;

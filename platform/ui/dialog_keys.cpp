@@ -160,24 +160,83 @@ std::string Dialog::userTreeKey(Tree& tree, const Key& key) {
     return kPass;
 }
 
-// A letter picks the next item that begins so, the arrows the one above or below.
-std::string Dialog::userListCellKey(Grid& grid, const std::string& key) {
-    CellPosition at = grid.active();
-    const std::vector<std::string>& items = grid.type(at.column, at.row).items;
-    const std::string& shown = grid.editing() ? grid.editText() : grid.text(at.column, at.row);
+namespace {
+
+// The item that what was typed begins, looked for behind the one that is shown; -1 for none. One letter over
+// and over walks the items that it begins.
+int typedItem(const std::vector<std::string>& items, const std::string& shown, const std::string& typed) {
     const int count = static_cast<int>(items.size());
-    const int present =
-        static_cast<int>(std::find(items.begin(), items.end(), shown) - items.begin()) % (count + 1);
-    auto pick = [&](int index) { return userEdit(grid, items[static_cast<size_t>(index)]); };
-    if (key == "Down")
-        return present == count ? (count ? pick(0) : "") : pick(std::min(present + 1, count - 1));
-    if (key == "Up") return present == count ? "" : pick(std::max(present - 1, 0));
-    for (int step = 1; step <= count; ++step) {
-        int index = (present + step) % count;
-        if (text::startsWith(text::upper(items[static_cast<size_t>(index)]), text::upper(key)))
-            return pick(index);
+    const int present = static_cast<int>(std::find(items.begin(), items.end(), shown) - items.begin());
+    auto find = [&](int from, const std::string& beginning) {
+        for (int step = 0; step < count; ++step) {
+            const int index = (from + step) % count;
+            if (text::startsWith(text::upper(items[static_cast<size_t>(index)]), text::upper(beginning)))
+                return index;
+        }
+        return -1;
+    };
+    size_t letter = 0;
+    text::nextCodePoint(typed, letter);
+    if (letter == typed.size()) return find(present == count ? 0 : present + 1, typed);
+    if (const int item = find(present, typed); item >= 0) return item;
+    const std::string first = typed.substr(0, letter);
+    const bool same = text::replaceAll(typed, first, "").empty();
+    return same ? find(present + 1, first) : -1;
+}
+
+void removeLastCharacter(std::string& text) {
+    while (!text.empty() && (text.back() & 0xC0) == 0x80) text.pop_back();
+    if (!text.empty()) text.pop_back();
+}
+
+bool isListKey(const Key& key) {
+    for (const char* name : {"Up", "Down", "Home", "End", "PageUp", "PageDown"})
+        if (key.is(name)) return true;
+    return false;
+}
+
+}  // namespace
+
+// Letters pick the item that they begin as a whole. As long as no item begins so, the cell has what it had
+// before them, so that a value meant for another cell changes nothing.
+std::string Dialog::userItemTyping(Grid& grid, std::string typed) {
+    if (!grid.editing()) grid.setEditing(true);
+    if (grid.typedForItem_.empty()) grid.textBeforeTyping_ = grid.editText();
+    const CellPosition at = grid.active();
+    const std::vector<std::string>& items = grid.type(at.column, at.row).items;
+    const int item = typed.empty() ? -1 : typedItem(items, grid.editText(), typed);
+    std::string text = item < 0 ? grid.textBeforeTyping_ : items[static_cast<size_t>(item)];
+    grid.typedForItem_ = typed;
+    const int end = characterCount(text);
+    grid.typeText(std::move(text), end);
+    if (item >= 0 || typed.empty()) return {};
+    const std::string reason = "no item of the list begins with \"" + typed + "\"";
+    grid.refuse(reason);
+    return reason;
+}
+
+// In an open list: letters, Backspace for the last of them, and the keys that walk it.
+std::string Dialog::userListCellKey(Grid& grid, const std::string& key) {
+    if (characterCount(key) == 1) return userItemTyping(grid, grid.typedForItem() + key);
+    if (key == "Backspace") {
+        std::string typed = grid.typedForItem();
+        removeLastCharacter(typed);
+        return userItemTyping(grid, std::move(typed));
     }
-    return "no item of the list begins so";
+    const CellPosition at = grid.active();
+    const std::vector<std::string>& items = grid.type(at.column, at.row).items;
+    if (items.empty()) return {};
+    const int last = static_cast<int>(items.size()) - 1;
+    const auto shown = std::find(items.begin(), items.end(), grid.editText());
+    const int present = shown == items.end() ? -1 : static_cast<int>(shown - items.begin());
+    if (present < 0 && (key == "Up" || key == "PageUp")) return {};
+    const int next = key == "Down"       ? present + 1
+                     : key == "Up"       ? present - 1
+                     : key == "PageDown" ? present + kPage
+                     : key == "PageUp"   ? present - kPage
+                     : key == "Home"     ? 0
+                                         : last;
+    return userEdit(grid, items[static_cast<size_t>(std::clamp(next, 0, last))]);
 }
 
 // A character, Backspace or Delete in a cell that is edited, or that begins to be by it.
@@ -192,9 +251,8 @@ std::string Dialog::userTypedKey(Grid& grid, const std::string& typed) {
     }
     if (typed != "Backspace") {
         before += typed;
-    } else if (!before.empty()) {
-        while ((before.back() & 0xC0) == 0x80) before.pop_back();
-        before.pop_back();
+    } else {
+        removeLastCharacter(before);
     }
     std::string problem = userEdit(grid, before + behind);
     if (problem.empty()) userCaret(grid, characterCount(before));
@@ -236,11 +294,9 @@ std::string Dialog::userGridKey(Grid& grid, const Key& key) {
     std::string typed = key.is("Space") ? " " : key.name;
     bool character = !key.control && !key.alt && characterCount(typed) == 1;
     bool closedList = type.kind == CellKind::DropDown && !type.editable;
-    if (closedList && (character || (grid.editing() && (key.is("Up") || key.is("Down")))))
+    if (closedList && (character || (grid.editing() && (isListKey(key) || key.is("Backspace")))))
         return userListCellKey(grid, character ? typed : key.name);
     if (character || key.is("Backspace") || key.is("Delete")) {
-        if (type.kind == CellKind::Static || type.kind == CellKind::CheckBox)
-            return "this cell is not edited";
         return userTypedKey(grid, character ? typed : key.name);
     }
     if (grid.editing() && userCaretKey(grid, key)) return {};

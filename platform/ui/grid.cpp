@@ -80,7 +80,7 @@ void Grid::setSource(GridSource* source) {
     types_.clear();
     colours_.clear();
     active_ = {};
-    editing_ = false;
+    leaveEditing();
     ++filling_;
     changed();
 }
@@ -97,7 +97,7 @@ void Grid::cellChanged(int column, int row) {
 void Grid::keepActiveInside() {
     if (has(active_.column, active_.row)) return;
     active_ = {};
-    editing_ = false;
+    leaveEditing();
 }
 
 void Grid::setColumns(int count) {
@@ -263,6 +263,7 @@ void Grid::setFont(const Font& font) {
 void Grid::setActive(int column, int row) {
     if (!has(column, row)) return;
     if (editing_) commitEdit();
+    leaveEditing();
     const CellPosition left = active_;
     if (dialog() && !(left == CellPosition{column, row})) dialog()->onCellLeave(*this, left);
     if (!has(column, row)) return;  // the dialog may have made the grid smaller
@@ -285,13 +286,25 @@ void Grid::setEditing(bool on) {
 
 void Grid::typeText(std::string text, int caret) {
     editing_ = true;
+    refusal_.clear();
     editText_ = std::move(text);
     caret_ = caret;
     changed(active_);
 }
 
-void Grid::commitEdit() {
+void Grid::refuse(std::string reason) {
+    refusal_ = std::move(reason);
+    changed(active_);
+}
+
+void Grid::leaveEditing() {
     editing_ = false;
+    refusal_.clear();
+    typedForItem_.clear();
+}
+
+void Grid::commitEdit() {
+    leaveEditing();
     const CellPosition at = active_;
     const std::string before = text(at.column, at.row);
     if (before != editText_ && has(at.column, at.row)) source_->setText(at.column, at.row, editText_);
@@ -302,27 +315,8 @@ void Grid::commitEdit() {
 }
 
 void Grid::cancelEdit() {
-    editing_ = false;
+    leaveEditing();
     changed(active_);
-}
-
-bool Grid::accepts(const CellType& type, char32_t character) {
-    if (character < 0x20) return false;
-    if (type.characters == CharacterSet::Any) return true;
-    return (character >= '0' && character <= '9') || character == '+' || character == '-' || character == '.';
-}
-
-std::string Grid::filtered(const CellType& type, std::string_view text) {
-    std::string out;
-    int count = 0;
-    for (size_t i = 0; i < text.size() && count < type.maxLength;) {
-        char32_t c = text::nextCodePoint(text, i);
-        if (!accepts(type, c)) continue;
-        text::appendUtf8(out, c);
-        ++count;
-    }
-    if (type.upperCase) return text::upper(out);
-    return out;
 }
 
 }  // namespace ui

@@ -133,10 +133,10 @@ class Grid : public Control {
     // The characters of it in front of the insertion point.
     int caret() const { return caret_; }
 
-    // Whether a character may stand in a cell of this type.
-    static bool accepts(const CellType& type, char32_t character);
-    // Text with all that the cell does not accept left out, and cut to its length.
-    static std::string filtered(const CellType& type, std::string_view text);
+    // Why the active cell did not take what was last typed into it; "" when it did. The view shows a sign.
+    const std::string& refusal() const { return refusal_; }
+    // What has been typed to find an item of the list that is open.
+    const std::string& typedForItem() const { return typedForItem_; }
 
   private:
     friend class Dialog;
@@ -146,6 +146,8 @@ class Grid : public Control {
     void keepActiveInside();
     // Shows another text in the cell that is edited, beginning to edit it where that is not so.
     void typeText(std::string text, int caret);
+    void refuse(std::string reason);
+    void leaveEditing();
     // Moves what was typed into the cell, and tells the dialog when that changed it.
     void commitEdit();
     void cancelEdit();
@@ -162,6 +164,9 @@ class Grid : public Control {
     bool editing_ = false;
     std::string editText_;
     int caret_ = 0;
+    std::string refusal_;
+    std::string typedForItem_;
+    std::string textBeforeTyping_;  // that of the list before something was typed for an item
     Font font_{"Courier New", 16, 8, 400};
     int clientWidth_ = 400;
     bool wholeRows_ = false;

@@ -7,14 +7,17 @@
 #include <QPainter>
 #include <QScrollBar>
 #include <QStyledItemDelegate>
+#include <QToolTip>
 
 #include "platform/ui/qt/dialog_window.h"
+#include "platform/ui/qt/frame_overlay.h"
 #include "platform/ui/qt/qt_text.h"
 
 namespace ui {
 namespace {
 
-constexpr int kArrowWidth = 18;  // of a drop-down's button, at 96 dpi
+constexpr int kArrowWidth = 18;              // of a drop-down's button, at 96 dpi
+constexpr QRgb kRefusalColour = 0xFFE02020;  // seen on light and dark grounds
 
 // Draws the arrow of a drop-down and the face of a button, which a table has no notion of.
 class CellPainter : public QStyledItemDelegate {
@@ -146,7 +149,9 @@ GridView::GridView(Grid& grid, Dialog& dialog, DialogWindow& window)
           *this, [this](int column) { return window_.scaled(grid_.columnWidth(column + 1)); },
           [this](int column, int row) {
               return neededWidth({column + 1, row + 1});
-          }) {
+          }),
+      refusal_(new FrameOverlay(viewport(), QColor(kRefusalColour), window.scaled(2))) {
+    refusal_->setObjectName("refusal");
     setModel(cells_);
     setItemDelegate(new CellPainter(*cells_, window, this));
     setEditTriggers(QAbstractItemView::NoEditTriggers);
@@ -192,6 +197,24 @@ void GridView::followActive() {
         openEditor();
     else
         leaveEditor();
+    showRefusal();
+}
+
+void GridView::showRefusal() {
+    if (grid_.refusal().empty()) {
+        if (refusal_->isVisible()) QToolTip::hideText();
+        refusal_->hide();
+        return;
+    }
+    placeRefusal();
+    const QRect cell = visualRect(cells_->indexOf(grid_.active()));
+    QString reason = toQt(grid_.refusal());
+    reason[0] = reason[0].toUpper();
+    QToolTip::showText(viewport()->mapToGlobal(cell.bottomLeft()), reason + ".", viewport(), cell);
+}
+
+void GridView::placeRefusal() {
+    refusal_->showAt(visualRect(cells_->indexOf(grid_.active())));
 }
 
 int GridView::neededWidth(CellPosition at) const {
@@ -210,6 +233,7 @@ void GridView::resizeEvent(QResizeEvent* event) {
 void GridView::scrollContentsBy(int right, int down) {
     QTableView::scrollContentsBy(right, down);
     if (down) columns_.see();
+    if (refusal_->isVisible()) placeRefusal();
 }
 
 bool GridView::isWiderThanShown() const {
@@ -236,9 +260,10 @@ void GridView::openEditor() {
         editor_->installEventFilter(this);
         setIndexWidget(cells_->indexOf(at), editor_);
         editor_->setFocus();
+        if (auto* list = qobject_cast<QComboBox*>(editor_); list && !list->isEditable()) showList(*list);
     }
     QString text = toQt(grid_.editText());
-    if (auto* list = qobject_cast<QComboBox*>(editor_)) list->setCurrentIndex(list->findText(text));
+    if (auto* list = qobject_cast<QComboBox*>(editor_)) showItem(*list);
     if (QLineEdit* line = editedLine(); line && line->text() != text) line->setText(text);
 }
 
@@ -258,6 +283,18 @@ QWidget* GridView::newList(const CellType& type) {
     return list;
 }
 
+// The keys of a list that takes no other text come here before the list sees them.
+void GridView::showList(QComboBox& list) {
+    list.showPopup();
+    if (!list.isEditable()) list.view()->installEventFilter(this);
+}
+
+// The item of the model's text, also in the list that stands open.
+void GridView::showItem(QComboBox& list) {
+    list.setCurrentIndex(list.findText(toQt(grid_.editText())));
+    if (list.view()->isVisible()) list.view()->setCurrentIndex(list.model()->index(list.currentIndex(), 0));
+}
+
 QWidget* GridView::newLine() {
     auto* line = new QLineEdit;
     line->setFrame(false);
@@ -268,13 +305,14 @@ QWidget* GridView::newLine() {
 // What is typed goes to the model, which may take less of it.
 void GridView::followTyping(QLineEdit& line) {
     line.installEventFilter(this);
-    connect(&line, &QLineEdit::textEdited, this, [this](const QString& text) {
+    connect(&line, &QLineEdit::textEdited, this, [this, &line](const QString& text) {
+        const int cursor = line.cursorPosition();
         dialog_.userEdit(grid_, fromQt(text));
         QLineEdit* edited = editedLine();
-        if (!edited || edited->text() == toQt(grid_.editText())) return;
-        const int cursor = edited->cursorPosition();
+        if (!edited || text == toQt(grid_.editText())) return;
         edited->setText(toQt(grid_.editText()));
-        edited->setCursorPosition(cursor);
+        // Where it was before the characters that are not taken.
+        edited->setCursorPosition(cursor - static_cast<int>(text.size() - edited->text().size()));
     });
     connect(&line, &QLineEdit::cursorPositionChanged, this, [this, &line](int, int position) {
         dialog_.userCaret(grid_, characterCount(fromQt(line.text().left(position))));
@@ -290,7 +328,9 @@ void GridView::leaveEditor() {
     if (!editor_) return;
     QWidget* editor = editor_;
     editor_ = nullptr;
+    listOpensWithCell_ = true;
     editor->removeEventFilter(this);
+    if (auto* list = qobject_cast<QComboBox*>(editor)) list->hidePopup();
     setIndexWidget(cells_->indexOf(edited_), nullptr);
     // Also the list of a drop-down may have had it.
     if (dialog_.focus() == grid_.id()) setFocus();
@@ -318,8 +358,7 @@ void GridView::mousePressEvent(QMouseEvent* event) {
     } else {
         dialog_.userActivate(grid_, at);
         if (kind != CellKind::DropDown || !isOnArrow(index, event->pos())) return;
-        grid_.setEditing(true);
-        if (auto* list = qobject_cast<QComboBox*>(editor_)) list->showPopup();
+        openList();
     }
 }
 
@@ -337,19 +376,46 @@ void GridView::keyPressEvent(QKeyEvent* event) {
     CellPosition at = grid_.active();
     if (!isListKey(*event) || grid_.type(at.column, at.row).kind != CellKind::DropDown)
         return QTableView::keyPressEvent(event);
+    openList();
+}
+
+// Opens the list of the active cell to choose from it and stay there.
+void GridView::openList() {
+    listOpensWithCell_ = false;
     grid_.setEditing(true);
-    if (auto* list = qobject_cast<QComboBox*>(editor_)) list->showPopup();
+    if (auto* list = qobject_cast<QComboBox*>(editor_); list && !list->view()->isVisible()) showList(*list);
+}
+
+// Keys in a list that stands open: the model picks, and the list shows it. Enter in a list that was opened to
+// choose from, by its arrow, takes what is marked; else it goes on from the cell.
+bool GridView::listKey(const QKeyEvent& key) {
+    const bool enter = key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
+    if (enter && !listOpensWithCell_) {
+        grid_.setEditing(false);
+        return true;
+    }
+    window_.offerKey(key, false);
+    return true;
 }
 
 // Keys in the editor of a cell: the dialog sees them first, then the grid's own rules, and text stays with
 // the line.
 bool GridView::eventFilter(QObject* watched, QEvent* event) {
+    auto* cellList = qobject_cast<QComboBox*>(editor_);
+    if (cellList && watched == cellList->view()) {
+        if (event->type() == QEvent::KeyPress) return listKey(static_cast<QKeyEvent&>(*event));
+        if (event->type() == QEvent::KeyRelease) window_.tellKeyUp(static_cast<QKeyEvent&>(*event));
+        if (event->type() == QEvent::ShortcutOverride) {
+            event->accept();  // else Enter and Escape are the list's own
+            return true;
+        }
+    }
     const bool isEditor = editor_ && (watched == editor_ || watched == editedLine());
     if (isEditor && event->type() == QEvent::KeyPress) {
         auto& key = static_cast<QKeyEvent&>(*event);
         auto* list = qobject_cast<QComboBox*>(editor_);
         if (list && isListKey(key)) {
-            list->showPopup();
+            showList(*list);
             return true;
         }
         bool isLine = editedLine() != nullptr;

@@ -11,9 +11,12 @@
 #include "platform/ui/qt/control_widgets.h"
 #include "platform/ui/qt/seen_columns.h"
 
+class QComboBox;
 class QLineEdit;
 
 namespace ui {
+
+class FrameOverlay;
 
 class GridCells : public QAbstractTableModel {
   public:
@@ -67,10 +70,17 @@ class GridView : public QTableView {
     void followActive();
     int neededWidth(CellPosition at) const;
     void openEditor();
+    void openList();
     QWidget* newList(const CellType& type);
     QWidget* newLine();
     void leaveEditor();
+    void showList(QComboBox& list);
+    void showItem(QComboBox& list);
     void followTyping(QLineEdit& line);
+    // The sign that the active cell has not taken what was typed, with the reason.
+    void showRefusal();
+    void placeRefusal();
+    bool listKey(const QKeyEvent& key);
     // Where the active cell's text is typed; null when nothing is.
     QLineEdit* editedLine() const;
     static bool isListKey(const QKeyEvent& key);
@@ -84,6 +94,9 @@ class GridView : public QTableView {
     int filling_ = 0;  // the model's, of which the columns are
     QPointer<QWidget> editor_;
     CellPosition edited_;
+    // The list of the cell stands open because the cell is edited, so that Enter goes on from the cell.
+    bool listOpensWithCell_ = true;
+    FrameOverlay* refusal_;  // the viewport's
     bool refreshing_ = false;
 };
 

@@ -136,6 +136,7 @@ std::string gridText(const Grid& grid) {
     std::string out = text::format(" %d x %d", grid.columns(), grid.rows());
     if (grid.rows() > 0) out += text::format(", at (%d, %d)", grid.active().column, grid.active().row);
     if (grid.editing()) out += ", editing " + quoted(grid.editText());
+    if (!grid.refusal().empty()) out += ", refused: " + grid.refusal();
     const Excerpt seen(1, grid.rows(), grid.active().row);
     const bool rowsAreNamed = !grid.rowHeading(seen.from).empty();
     Table table;

@@ -1,8 +1,10 @@
 // Grids and lists of records in real windows: only what is seen is asked for, columns fit what has been seen,
 // and mouse and keys reach the model.
+#include <QClipboard>
 #include <QHeaderView>
 #include <QScrollBar>
 #include <QTableView>
+#include <QToolTip>
 
 #include "platform/ui/backend.h"
 #include "platform/ui/qt/dialog_window.h"
@@ -74,6 +76,24 @@ class QtTables : public testing::Test, protected QtPerson {
     }
     static Action close() {
         return [] { window()->close(); };
+    }
+    // The red frame, with the reason beside it.
+    static Action refused(std::string reason) {
+        return see(
+            [=] {
+                return window()->findChild<QWidget*>("refusal")->isVisible() &&
+                       QToolTip::text().toStdString().find(reason) != std::string::npos;
+            },
+            reason);
+    }
+    static Action taken() {
+        return see([] { return !window()->findChild<QWidget*>("refusal")->isVisible(); }, "taken");
+    }
+    static Action paste(std::string text) {
+        return [=] {
+            QApplication::clipboard()->setText(QString::fromStdString(text));
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_V, Qt::ControlModifier);
+        };
     }
 
     ui::QtBackend backend_;
@@ -177,4 +197,90 @@ TEST_F(QtTables, RecordsOfAListAreChosen) {
     tables_.runModal();
     EXPECT_EQ(list.selection(), (std::vector<int>{4}));
     EXPECT_EQ(tables_.happened, "Down*1@0;record 999998;");
+}
+
+TEST_F(QtTables, WhatACellDoesNotTakeIsRefusedWithASign) {
+    ui::Grid& grid = tables_.get<ui::Grid>(kGrid);
+    grid.setType(2, 1, ui::CellType::edit(ui::CharacterSet::Numeric));
+    const std::string longest(255, 'x');
+    auto shows = [](std::string text) {
+        return see(
+            [=] {
+                auto* line = qobject_cast<QLineEdit*>(QApplication::focusWidget());
+                return line && line->text().toStdString() == text;
+            },
+            text);
+    };
+    does({clickAt(kGrid, 1, 0),
+          type("12,5"),
+          shows("12.5"),
+          taken(),
+          press(Qt::Key_Left),
+          type("x"),
+          refused("without \"x\""),
+          shows("12.5"),
+          type("e"),
+          taken(),
+          shows("12.e5"),
+          paste("7 m"),
+          refused("without \" \""),
+          shows("12.e5"),
+          paste("-"),
+          shows("12.e-5"),
+          clickAt(kGrid, 2, 0),
+          taken(),
+          type("a"),
+          paste(longest),
+          refused("holds 255 characters, and this text has 256"),
+          shows("a"),
+          press(Qt::Key_Backspace),
+          paste(longest),
+          taken(),
+          type("y"),
+          refused("this text has 256"),
+          close()});
+    tables_.runModal();
+    EXPECT_EQ(grid.text(2, 1), "12.e-5");
+    EXPECT_EQ(grid.text(3, 1), longest);
+}
+
+TEST_F(QtTables, AListStandsOpenWhileItsCellIsEdited) {
+    ui::Grid& grid = tables_.get<ui::Grid>(kGrid);
+    grid.setColumnType(1, ui::CellType::dropDown("100\t150\t200"));
+    grid.setText(1, 1, "150");
+    auto open = [](std::string marked) {
+        return see(
+            [=] {
+                auto* list = qobject_cast<QAbstractItemView*>(QApplication::focusWidget());
+                return QApplication::activePopupWidget() && list &&
+                       list->currentIndex().data().toString().toStdString() == marked;
+            },
+            "list at " + marked);
+    };
+    does({clickAt(kGrid, 0, 0),
+          [&] { grid.setEditing(true); },
+          open("150"),
+          type("1"),
+          open("100"),
+          type("."),
+          refused("begins with \"1.\""),
+          type("2"),
+          open("150"),
+          refused("begins with \"1.2\""),
+          press(Qt::Key_Tab),
+          see([&] { return !grid.editing() && grid.text(1, 1) == "150"; }, "kept"),
+          clickAt(kGrid, 0, 0),
+          type("2"),
+          open("200"),
+          press(Qt::Key_Up),
+          open("150"),
+          press(Qt::Key_Home),
+          open("100"),
+          press(Qt::Key_Escape),
+          see([&] { return grid.text(1, 1) == "150"; }, "cancelled"),
+          type("2"),
+          clickAt(kGrid, 2, 2),
+          see([&] { return grid.text(1, 1) == "200"; }, "left"),
+          close()});
+    tables_.runModal();
 }

@@ -136,10 +136,33 @@ TEST_F(UiTest, RadiosExcludeEachOtherAndMnemonicsClick) {
 
 TEST_F(UiTest, TheGridTakesWhatItsCellsAllow) {
     Form form;
-    run(form, {cell(2, 1, "any text"), cell(2, 2, "1a2.5-99"), cell(2, 3, "NO"), cell(2, 3, "NO"),
-               click("Cancel")});
-    // The numeric cell drops letters and keeps four characters; an entry that changes nothing is no change.
+    run(form,
+        {cell(2, 1, "any text"), cell(2, 2, "12.5"), cell(2, 3, "NO"), cell(2, 3, "NO"), cell(2, 2, "1a2.5"),
+         cell(2, 2, "-1e10"), cell(2, 1, std::string(256, 'x')), cell(2, 1, "two\tcells"), click("Cancel")});
+    // What is not taken is refused whole; an entry that changes nothing is no change.
     EXPECT_EQ(form.happened, "cell 2,1=any text;cell 2,2=12.5;cell 2,3=NO;");
+    for (const std::string& refused :
+         {std::string(
+              R"((cell 2 2 "1a2.5"): a number is made of digits, signs, point and exponent, without "a")"),
+          std::string(R"((cell 2 2 "-1e10"): the cell holds 4 characters, and this text has 5)"),
+          "(cell 2 1 \"" + std::string(256, 'x') +
+              "\"): the cell holds 255 characters, and this text has 256",
+          std::string("(cell 2 1 \"two\tcells\"): a cell holds one line of text, without tabs")})
+        backend_.expectUndone("dialog 900 refused " + refused);
+}
+
+TEST_F(UiTest, NumbersHaveAPointACommaIsOneAndAnExponent) {
+    Form form;
+    form.get<ui::Grid>(17).setType(2, 2, ui::CellType::edit(ui::CharacterSet::Numeric));
+    run(form, {cell(2, 2, "12,5"), cell(2, 2, "-1e3"), cell(2, 2, "2E-7\r\n"), key("x"), key("4"), key(","),
+               key("x"), show(), key("5"), key("Up"), click("Cancel")});
+    EXPECT_EQ(form.happened, "cell 2,2=12.5;cell 2,2=-1e3;cell 2,2=2E-7;cell 2,2=4.5;");
+    EXPECT_TRUE(
+        logged("editing \"4.\", refused: a number is made of digits, signs, point and exponent, without "
+               "\"x\""));
+    for (int i = 0; i < 2; ++i)
+        backend_.expectUndone(
+            R"(dialog 900 refused (key "x"): a number is made of digits, signs, point and exponent, without "x")");
 }
 
 TEST_F(UiTest, TypingEditsAndLeavingTheCellKeepsWhatWasTyped) {
@@ -157,6 +180,8 @@ TEST_F(UiTest, TypingEditsAndLeavingTheCellKeepsWhatWasTyped) {
                key("Tab"),
                click("Cancel")});
     EXPECT_EQ(form.happened, "cell 2,1=ac;");
+    backend_.expectUndone(
+        R"(dialog 900 refused (key "x"): a number is made of digits, signs, point and exponent, without "x")");
     EXPECT_EQ(form.get<ui::Grid>(17).text(2, 2), "");
     EXPECT_EQ(form.get<ui::Grid>(17).active().row, 2);
 }
@@ -290,6 +315,19 @@ TEST_F(UiTest, AListCellIsPickedFromByItsLetters) {
                click("Apply"),
                click("Cancel")});
     EXPECT_EQ(form.happened, "cell 2,3=ASH;command 18;");
-    backend_.expectUndone("dialog 900 refused (key \"x\"): no item of the list begins so");
+    backend_.expectUndone("dialog 900 refused (key \"x\"): no item of the list begins with \"ooox\"");
     backend_.expectUndone("dialog 900 refused (key \"F2\"): this key does nothing here");
+}
+
+// A value that was meant for the next row.
+TEST_F(UiTest, TextThatNoItemBeginsWithLeavesAListCellAsItIs) {
+    Form form;
+    form.get<ui::Grid>(17).setType(2, 3, ui::CellType::dropDown("100\t150\t200\t205"));
+    run(form, {cell(2, 3, "150"), key("1"), key("."), key("2"), show(), key("Enter"), key("Up"), key("Down"),
+               key("2"), key("0"), key("5"), key("Backspace"), key("Backspace"), key("Up"), key("Home"),
+               key("PageDown"), click("Apply"), click("Cancel")});
+    EXPECT_EQ(form.happened, "cell 2,3=150;ok from 17;cell 2,3=205;command 18;");
+    EXPECT_TRUE(logged("editing \"150\", refused: no item of the list begins with \"1.2\""));
+    backend_.expectUndone("dialog 900 refused (key \".\"): no item of the list begins with \"1.\"");
+    backend_.expectUndone("dialog 900 refused (key \"2\"): no item of the list begins with \"1.2\"");
 }
