@@ -36,6 +36,23 @@ install_readers() {
     fi
 }
 
+# Reads what a build says and shows how many of its steps are done: in one line on a terminal, in a line a minute
+# elsewhere.
+show_progress() {
+    local line told=$SECONDS step='^\[([0-9]+)/([0-9]+)\]' is_terminal=""
+    [ -t 1 ] && is_terminal=yes
+    while IFS= read -r line; do
+        [[ $line =~ $step ]] || continue
+        if [ -n "$is_terminal" ]; then
+            printf '\r\033[K%s of %s steps are done' "${BASH_REMATCH[1]}" "${BASH_REMATCH[2]}"
+        elif ((SECONDS - told >= 60)); then
+            told=$SECONDS
+            echo "${BASH_REMATCH[1]} of ${BASH_REMATCH[2]} steps are done"
+        fi
+    done
+    [ -z "$is_terminal" ] || printf '\r\033[K'
+}
+
 # build_preset PRESET [CMAKE-ARGUMENT ...]
 build_preset() {
     local preset=$1 launcher=()
@@ -43,7 +60,8 @@ build_preset() {
     command -v ccache >/dev/null && launcher=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
     local log=build/$preset.log
     mkdir -p build
-    if ! { cmake --preset "$preset" "${launcher[@]}" "$@" && cmake --build --preset "$preset"; } >"$log" 2>&1; then
+    if ! { cmake --preset "$preset" "${launcher[@]}" "$@" &&
+        NINJA_STATUS="[%f/%t] " cmake --build --preset "$preset"; } 2>&1 | tee "$log" | show_progress; then
         tail -n 60 "$log" >&2
         echo "The build has failed; all of its output is in $log." >&2
         return 1
