@@ -1,5 +1,5 @@
 // The store at three sizes: records added in bulk against a bare loop of SQLite, finding a record, reading a
-// template.
+// template and a feature file.
 #include <benchmark/benchmark.h>
 #include <sqlite3.h>
 
@@ -10,6 +10,7 @@
 #include "hostcad/drawing/current_drawing.h"
 #include "hostcad/dxf/blank_drawing.h"
 #include "module/cad/ads_owners.h"
+#include "module/features/feature_file.h"
 #include "module/store/bulk_add.h"
 #include "module/store/database.h"
 #include "module/store/gis_link.h"
@@ -170,6 +171,13 @@ void ReadTemplate(benchmark::State& state) {
     }
 }
 BENCHMARK(ReadTemplate)->Arg(10)->Arg(100)->Arg(1000)->Unit(benchmark::kMillisecond);
+
+// A feature file without a line end, by its megabytes.
+void ReadFileWithoutLineEnds(benchmark::State& state) {
+    const std::string content(static_cast<size_t>(state.range(0)) << 20, ',');
+    for (auto _ : state) benchmark::DoNotOptimize(ParseFeatureFile(content));
+}
+BENCHMARK(ReadFileWithoutLineEnds)->Arg(10)->Arg(40)->Arg(160)->Unit(benchmark::kMillisecond);
 
 // Points of which every other one is linked.
 void HasLink(benchmark::State& state) {

@@ -76,6 +76,13 @@ TEST(FeatureFile, OddBytesAreNoLines) {
     // A line of 4095 bytes leaves its end behind as a line of its own, one of 4094 does not.
     EXPECT_EQ(ParseFeatureFile(std::string(4095, 'x') + "\n").lines, 2);
     EXPECT_EQ(ParseFeatureFile(std::string(4094, 'x') + "\n").lines, 1);
+    // Pieces follow each other whatever is in them, and one may end with the last byte of the file.
+    const std::string named = "|10|A,a, ,\n", filler(4095 - named.size() + 1, 'x');
+    EXPECT_EQ(ParseFeatureFile(filler + named).lines, 2);
+    EXPECT_EQ(ParseFeatureFile(filler.substr(1) + named).lines, 1);
+    EXPECT_EQ(ParseFeatureFile(std::string(4095, ' ') + named + named).validRows, 2);
+    EXPECT_EQ(ParseFeatureFile(std::string(3 * 4095, 'x')).lines, 3);
+    EXPECT_EQ(ParseFeatureFile(std::string(3 * 4095 + 1, 'x')).lines, 4);
     EXPECT_EQ(ParseFeatureFile(std::string(10'000'000, ',')).rows.size(), 0u);
 }
 
