@@ -179,7 +179,7 @@ struct Program {
         QApplication::setOrganizationName("norvane-bench");
         std::setlocale(LC_NUMERIC, "C");
         const auto folder = std::filesystem::read_symlink("/proc/self/exe").parent_path();
-        window.start(host, "", {folder / "support/hostcad.mnu"});
+        window.start(host, {}, {folder / "support/hostcad.mnu"});
         window.resize(1280, 860);
         window.QMainWindow::show();
         QApplication::processEvents();

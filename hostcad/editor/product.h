@@ -11,6 +11,8 @@ class Host;
 struct Product {
     std::string name;          // behind the drawing's in the title of the window
     std::string organization;  // under whose name the desktop keeps the settings of the window
+    std::string version;
+    std::string about;         // a few sentences on what it is and whose
     std::string lispVersion;   // what (ver) gives
     // The folder of a person's settings: the one that this environment variable names, else one of this name
     // where the desktop keeps settings.
@@ -18,6 +20,7 @@ struct Product {
     std::string userFolder;
     std::string module;    // a file beside the program
     std::string commands;  // a file of Lisp among the support files, run when the module is loaded
+    std::string sample;    // a drawing among the support files, to look at
     std::string menus;     // a menu file among the support files, shown behind the host's own
 };
 

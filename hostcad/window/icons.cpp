@@ -89,6 +89,29 @@ constexpr Drawn kIcons[] = {
 
 }  // namespace
 
+QIcon applicationIcon() {
+    QIcon icon;
+    for (int size : {16, 32, 64, 128, 256}) {
+        QPixmap picture(size, size);
+        picture.fill(Qt::transparent);
+        QPainter p(&picture);
+        p.setRenderHint(QPainter::Antialiasing);
+        p.scale(size / 64.0, size / 64.0);
+        p.setPen(Qt::NoPen);
+        p.setBrush(QColor(0x1E, 0x22, 0x28));
+        p.drawRoundedRect(QRectF(2, 2, 60, 60), 12, 12);
+        p.setPen(QPen(QColor(0x80, 0xC8, 0xFF), 4, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+        p.setBrush(QColor(0x80, 0xC8, 0xFF, 70));
+        p.drawPolygon(QPolygonF({{14, 46}, {20, 18}, {48, 14}, {50, 48}}));
+        p.setPen(Qt::NoPen);
+        p.setBrush(QColor(0xFF, 0x9F, 0x40));
+        p.drawEllipse(QPointF(48, 14), 8, 8);
+        p.end();
+        icon.addPixmap(picture);
+    }
+    return icon;
+}
+
 QIcon drawnIcon(std::string_view name, const QColor& colour) {
     for (const Drawn& icon : kIcons) {
         if (icon.name != name) continue;

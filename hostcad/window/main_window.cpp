@@ -8,8 +8,6 @@
 #include <QLabel>
 #include <QMenuBar>
 #include <QMimeData>
-#include <QPrintDialog>
-#include <QPrinter>
 #include <QProgressBar>
 #include <QScreen>
 #include <QSettings>
@@ -27,9 +25,7 @@
 #include "hostcad/window/entity_list.h"
 #include "hostcad/window/icons.h"
 #include "hostcad/window/properties.h"
-#include "hostcad/window/view_printing.h"
-#include "platform/files/files.h"
-#include "platform/ui/backend.h"
+#include "hostcad/window/start_page.h"
 #include "platform/ui/qt/qt_text.h"
 
 namespace hostcad {
@@ -46,6 +42,7 @@ MainWindow::MainWindow() {
     setAcceptDrops(true);
     canvas_ = new Canvas(scene_, this);
     setCentralWidget(canvas_);
+    setWindowIcon(applicationIcon());
     resize(QSize(1280, 860).boundedTo(screen()->availableSize()));
     makePanels();
     makeStatusBar();
@@ -58,9 +55,9 @@ MainWindow::~MainWindow() {
     scene_.attach(nullptr);
 }
 
-void MainWindow::start(Host& host, const std::string& title, const std::vector<std::string>& menuFiles) {
+void MainWindow::start(Host& host, const Product& product, const std::vector<std::string>& menuFiles) {
     host_ = &host;
-    title_ = title;
+    product_ = product;
     host.lisp().setPulse([this] { breathe(); });
     host.variables().set("FILEDIA", VariableValue::ofInteger(1));  // files are chosen in boxes
     host.setHoldsDrawings(true);
@@ -71,15 +68,10 @@ void MainWindow::start(Host& host, const std::string& title, const std::vector<s
     links_ = std::make_unique<LinkedRecords>(host.lisp());
     qApp->installEventFilter(this);
     for (const std::string& file : menuFiles)
-        for (const MenuHeading& heading : readMenuFile(file))
-            if (heading.isToolBar)
-                addButtons(heading);
-            else if (heading.caption == "@entities")
-                entityEntries_.insert(entityEntries_.end(), heading.entries.begin(), heading.entries.end());
-            else
-                addMenu(heading);
+        for (const MenuHeading& heading : readMenuFile(file)) addHeading(heading);
     restoreLayout();
     follow();
+    showStartPage();
     panel_->clearPrompt();
     panel_->focusLine();
 }
@@ -141,72 +133,6 @@ void MainWindow::makeStatusBar() {
     statusBar()->addPermanentWidget(meter_);
 }
 
-void MainWindow::addMenu(const MenuHeading& heading) {
-    QMenu* menu = menuBar()->addMenu(toQt(heading.caption));
-    for (const MenuEntry& entry : heading.entries) {
-        if (entry.command == "@recent") {
-            recent_ = menu->addMenu(toQt(entry.caption));
-            connect(recent_, &QMenu::aboutToShow, this, [this] { fillRecent(); });
-        } else if (entry.command == "@panels") {
-            for (auto* dock : findChildren<QDockWidget*>()) menu->addAction(dock->toggleViewAction());
-        } else if (entry.caption.empty()) {
-            menu->addSeparator();
-        } else {
-            QAction* action = menu->addAction(toQt(entry.caption));
-            action->setEnabled(entry.enabled);
-            if (!entry.shortcut.empty()) action->setShortcut(QKeySequence(toQt(entry.shortcut)));
-            offer(action, entry.command);
-        }
-    }
-}
-
-void MainWindow::offer(QAction* action, const std::string& command) {
-    connect(action, &QAction::triggered, this, [this, command] { perform(command); });
-    if (command == "U") undoActions_.push_back(action);
-    if (command == "REDO") redoActions_.push_back(action);
-}
-
-void MainWindow::showWhatCanBeUndone() {
-    for (QAction* action : undoActions_) action->setEnabled(currentDrawing().canUndo());
-    for (QAction* action : redoActions_) action->setEnabled(currentDrawing().canRedo());
-}
-
-void MainWindow::addButtons(const MenuHeading& heading) {
-    if (!toolBar_) {
-        toolBar_ = addToolBar("Drawing");
-        toolBar_->setObjectName("drawing");
-        toolBar_->setIconSize({22, 22});
-    } else {
-        toolBar_->addSeparator();
-    }
-    for (const MenuEntry& entry : heading.entries) {
-        if (entry.caption.empty()) {
-            toolBar_->addSeparator();
-            continue;
-        }
-        QIcon icon = drawnIcon(entry.icon, palette().color(QPalette::WindowText));
-        QAction* action = toolBar_->addAction(icon, toQt(entry.caption));
-        action->setEnabled(entry.enabled);
-        offer(action, entry.command);
-    }
-}
-
-// The window's own actions go on while a prompt waits; a line ends it.
-void MainWindow::perform(const std::string& command) {
-    if (command == "@extents")
-        zoomExtents();
-    else if (command == "@window")
-        zoomToBox();
-    else if (command == "@previous")
-        zoomPrevious();
-    else if (command == "@print")
-        print();
-    else if (command == "@pdf")
-        savePdf();
-    else
-        runLine(command);
-}
-
 void MainWindow::rememberLayout() const {
     QSettings settings;
     settings.setValue("window/geometry", saveGeometry());
@@ -220,41 +146,6 @@ void MainWindow::restoreLayout() {
     restoreGeometry(settings.value("window/geometry").toByteArray());
     restoreState(settings.value("window/panels").toByteArray());
     list_->view().horizontalHeader()->restoreState(settings.value("window/columns").toByteArray());
-}
-
-void MainWindow::fillRecent() {
-    recent_->clear();
-    for (const QString& path : QSettings().value("recent").toStringList())
-        if (QFileInfo::exists(path))
-            connect(recent_->addAction(path), &QAction::triggered, this,
-                    [this, path] { openDrawing(path.toStdString()); });
-    if (recent_->isEmpty()) recent_->addAction("None yet")->setEnabled(false);
-}
-
-void MainWindow::showEntityMenu(QPoint at) {
-    QMenu menu(this);
-    menu.addAction("&Zoom to it", this, [this] { zoomToSelected(); });
-    menu.addAction("Se&lect in the drawing", this, [this] {
-        select(canvas_->selected());
-        panel_->focusLine();
-    });
-    menu.addAction("&Properties", this, [this] { showPropertiesPanel(); });
-    std::string command;
-    if (!entityEntries_.empty()) menu.addSeparator();
-    for (const MenuEntry& entry : entityEntries_) {
-        if (entry.caption.empty())
-            menu.addSeparator();
-        else if (entry.enabled)
-            menu.addAction(toQt(entry.caption), this, [&command, &entry] { command = entry.command; });
-    }
-    menu.exec(at);
-    if (!command.empty()) perform(command);  // once the menu is gone, as a command may take long
-}
-
-void MainWindow::showPropertiesPanel() {
-    propertiesPanel_->show();
-    propertiesPanel_->raise();
-    properties_->setFocus();
 }
 
 void MainWindow::joinCanvas() {
@@ -288,37 +179,6 @@ void MainWindow::zoomPrevious() {
     if (!host_->showEarlierView()) panel_->write("\nThere is no earlier view.\n");
 }
 
-void MainWindow::print() {
-    QPrinter printer(QPrinter::HighResolution);
-    printer.setDocName(windowTitle().remove("[*]"));
-    QPrintDialog box(&printer, this);
-    if (box.exec() != QDialog::Accepted) return;
-    if (!printView(scene_, canvas_->view(), printer))
-        showProblem(*host_, "The page cannot be printed. The printer does not take it.");
-}
-
-void MainWindow::savePdf() {
-    const std::string& own = currentDrawing().path();
-    ui::FileBox box;
-    box.save = true;
-    box.title = "Save as PDF";
-    box.filter = "PDF documents (*.pdf)|*.pdf||";
-    box.pattern = own.empty() ? "drawing.pdf" : files::nameOf(own.substr(0, own.rfind('.'))) + ".pdf";
-    box.folder = files::folderOf(own);
-    box.defaultExtension = "pdf";
-    box.askOverwrite = true;
-    std::optional<std::string> path = ui::fileBox(box);
-    if (!path) return;
-    QPrinter printer(QPrinter::HighResolution);
-    printer.setOutputFormat(QPrinter::PdfFormat);
-    printer.setOutputFileName(toQt(*path));
-    printer.setDocName(windowTitle().remove("[*]"));
-    if (printView(scene_, canvas_->view(), printer))
-        panel_->write("\nSaved as " + *path + ".\n");
-    else
-        showProblem(*host_, "Cannot write " + *path + ".");
-}
-
 // --- Following the host ------------------------------------------------------------------------------------
 
 void MainWindow::select(std::vector<ObjectId> ids) {
@@ -332,6 +192,7 @@ void MainWindow::takeDrawing() {
     Drawing& drawing = currentDrawing();
     shownDrawing_ = drawing.serial();
     list_->clear();
+    if (startPage_) startPage_->hide();
     scene_.attach(&drawing);
     canvas_->setSelected({});
     canvas_->clearHighlights();
@@ -367,7 +228,7 @@ void MainWindow::follow() {
     layer_->setText("Layer " + toQt(drawing.headerText("$CLAYER", "0")));
     QString name = drawing.path().empty() ? "Unnamed drawing" : QFileInfo(toQt(drawing.path())).fileName();
     if (!host_->holder().empty()) name += " (read-only)";
-    setWindowTitle(name + "[*] - " + toQt(title_));
+    setWindowTitle(name + "[*] - " + toQt(product_.name));
     setWindowModified(drawing.modified());
     showWhatCanBeUndone();
 }
@@ -443,6 +304,12 @@ void MainWindow::dropEvent(QDropEvent* event) {
     for (const QUrl& url : event->mimeData()->urls())
         if (url.isLocalFile() && url.toLocalFile().endsWith(".dxf", Qt::CaseInsensitive))
             return openDrawing(url.toLocalFile().toStdString());
+}
+
+// Icons have the colour of the texts of the desktop's theme, which may change.
+void MainWindow::changeEvent(QEvent* event) {
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange) drawIcons();
 }
 
 void MainWindow::keyPressEvent(QKeyEvent* event) {

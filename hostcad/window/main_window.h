@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "hostcad/editor/host.h"
+#include "hostcad/editor/product.h"
 #include "hostcad/window/canvas.h"
 #include "hostcad/window/linked_record.h"
 #include "hostcad/window/menu_file.h"
@@ -25,16 +26,18 @@ class QTreeWidget;
 namespace hostcad {
 
 class CommandPanel;
+class DocumentWindow;
 class EntityList;
+class StartPage;
 
 class MainWindow : public QMainWindow, public Output, public InputSource, public View {
   public:
     MainWindow();
     ~MainWindow() override;
 
-    // Joins the window to its host, which has loaded its Lisp. `title` stands behind the name of the drawing;
-    // the menus and buttons of the files follow each other.
-    void start(Host& host, const std::string& title, const std::vector<std::string>& menuFiles);
+    // Joins the window to its host, which has loaded its Lisp. The product's name stands behind that of the
+    // drawing; the menus and buttons of the files follow each other.
+    void start(Host& host, const Product& product, const std::vector<std::string>& menuFiles);
     // A line as if it had been typed. A prompt that waits is ended first.
     void runLine(const std::string& line);
     // Opens a drawing, after a question where unsaved work would be lost.
@@ -69,6 +72,7 @@ class MainWindow : public QMainWindow, public Output, public InputSource, public
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
+    void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
@@ -77,24 +81,35 @@ class MainWindow : public QMainWindow, public Output, public InputSource, public
   private:
     void makePanels();
     void makeStatusBar();
-    void addMenu(const MenuHeading& heading);
-    void addButtons(const MenuHeading& heading);
-    // What a menu or a button says: a line, or one of the window's own actions.
-    void perform(const std::string& command);
     // Size, place, panels and columns, from one run of the program to the next.
     void rememberLayout() const;
     void restoreLayout();
+    void joinCanvas();
+    void zoomExtents();
+    void zoomToSelected();
+    void zoomToBox();
+    void zoomPrevious();
+
+    // --- What is offered (window_menus.cpp) ---
+    void addHeading(const MenuHeading& heading);
+    void addMenu(const MenuHeading& heading);
+    QMenu* menuOf(const std::string& caption);
+    void addButtons(const MenuHeading& heading);
+    void drawIcons();
+    // What a menu or a button says: a line, or one of the window's own actions.
+    void perform(const std::string& command);
     void fillRecent();
     void showEntityMenu(QPoint at);
     void showPropertiesPanel();
     // Offers a command of the menus and buttons only while it can be used.
     void offer(QAction* action, const std::string& command);
     void showWhatCanBeUndone();
-    void joinCanvas();
-    void zoomExtents();
-    void zoomToSelected();
-    void zoomToBox();
-    void zoomPrevious();
+    void showStartPage();
+    std::string samplePath() const;
+    void openSample();
+    void showAbout();
+    // A Markdown file among the documents of the product.
+    void showDocument(const std::string& name);
     // What is on the screen, on a printer or into a file.
     void print();
     void savePdf();
@@ -127,7 +142,7 @@ class MainWindow : public QMainWindow, public Output, public InputSource, public
     void showProperties();
 
     Host* host_ = nullptr;
-    std::string title_;
+    Product product_;
     Scene scene_;
     std::unique_ptr<LinkedRecords> links_;
     long shownDrawing_ = -1;  // in the picture
@@ -144,6 +159,9 @@ class MainWindow : public QMainWindow, public Output, public InputSource, public
     QMenu* recent_ = nullptr;
     std::vector<MenuEntry> entityEntries_;  // of the menu in the list of entities
     QDockWidget* propertiesPanel_ = nullptr;
+    std::vector<std::pair<QAction*, std::string>> icons_;  // of the buttons, by name
+    StartPage* startPage_ = nullptr;
+    DocumentWindow* documents_ = nullptr;
     std::vector<QAction*> undoActions_;  // of the menus and buttons
     std::vector<QAction*> redoActions_;
     QToolBar* toolBar_ = nullptr;

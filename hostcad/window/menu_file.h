@@ -3,7 +3,9 @@
 //   [&File]
 //   &Open... | Ctrl+O | OPEN
 //   -
-//   ~&Publish | | PUBLISH             "~" in front: shown, but not offered yet
+//   ~&Publish | | PUBLISH             "~" in front: not there yet, and left out
+//
+//   [&File/For p&rograms]             a menu within a menu
 //
 //   [@toolbar]                        buttons: what they do, the name of an icon, the command
 //   Save | save | QSAVE
@@ -21,9 +23,10 @@ struct MenuEntry {
     std::string caption;  // "" is a separator
     std::string shortcut;
     std::string icon;  // of a button
-    // A line as it would be typed. "@recent" is the list of recent files, "@panels" the panels to be shown or
-    // hidden; "@previous", "@extents" and "@window" go to the view before this one, to a view of everything,
-    // and to that of a box that is drawn next.
+    // A line as it would be typed, or one of the window's own actions. "@recent" is the list of recent files,
+    // "@panels" the panels to be shown or hidden; "@previous", "@extents" and "@window" go to the view before
+    // this one, to a view of everything, and to that of a box that is drawn next; "@print" and "@pdf" put
+    // what is seen on paper; "@document docs/window.md" shows a document of the product, "@about" what it is.
     std::string command;
     bool enabled = true;
 };

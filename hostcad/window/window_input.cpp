@@ -8,6 +8,7 @@
 #include "hostcad/window/command_panel.h"
 #include "hostcad/window/main_window.h"
 #include "hostcad/window/scene_picking.h"
+#include "hostcad/window/start_page.h"
 #include "platform/scope/temporary_value.h"
 #include "platform/ui/backend.h"
 
@@ -81,6 +82,7 @@ void MainWindow::runLine(const std::string& line) {
         return;
     }
     if (running_ || !host_) return;
+    if (startPage_) startPage_->hide();
     lastBreath_.restart();
     lastLine_ = line;
     queue_.clear();

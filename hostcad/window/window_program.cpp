@@ -59,7 +59,7 @@ int runWindowProgram(int count, char** words, const Product& product) {
     introduceProduct(host, product, QApplication::applicationDirPath().toStdString());
     tryToLoad(host, product);
     const std::string& support = host.folders().support;
-    window.start(host, product.name, {support + "hostcad.mnu", support + product.menus});
+    window.start(host, product, {support + "hostcad.mnu", support + product.menus});
     window.QMainWindow::show();
     const bool isRecovered = window.offerKeptCopies();
     if (const QStringList names = QApplication::arguments().mid(1); !names.isEmpty() && !isRecovered)

@@ -41,7 +41,7 @@ class Window : public testing::Test {
         ASSERT_TRUE(loadProduct(*host_, product));
         ui::setBackend(&backend_);
         const std::string& support = host_->folders().support;
-        window_.start(*host_, product.name, {support + "hostcad.mnu", support + product.menus});
+        window_.start(*host_, product, {support + "hostcad.mnu", support + product.menus});
         window_.resize(1100, 800);
         window_.QMainWindow::show();
         open("survey.dxf");

@@ -4,6 +4,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTableView>
+#include <QTextBrowser>
 #include <QToolBar>
 #include <map>
 
@@ -161,7 +162,7 @@ TEST_F(Window, SizePanelsAndColumnsAreRememberedFromRunToRun) {
     ASSERT_TRUE(window_.close());
 
     hostcad::MainWindow next;
-    next.start(*host_, "Norvane GIS", {});
+    next.start(*host_, norvaneGis(), {});
     next.QMainWindow::show();
     QTest::qWait(20);
     EXPECT_EQ(next.size(), QSize(1040, 700));
@@ -171,6 +172,112 @@ TEST_F(Window, SizePanelsAndColumnsAreRememberedFromRunToRun) {
     EXPECT_NEAR(next.findChild<QDockWidget*>("commands")->height(), commands, 4);
     EXPECT_EQ(next.entityList().view().columnWidth(hostcad::EntityTable::kLayer), 123);
     host_->lisp().setPulse({});
+}
+
+TEST_F(Window, OffersOnlyWhatIsThereAndHelp) {
+    EXPECT_EQ(menuEntry("Links from blocks..."), nullptr);
+    QMenu* programs = menuEntry("For programs")->menu();
+    ASSERT_NE(programs, nullptr);
+    EXPECT_EQ(programs->actions().size(), 4);
+    EXPECT_EQ(menuEntry("Remembered value"), nullptr);  // not beside what a person needs
+    for (QAction* heading : window_.menuBar()->actions())
+        for (QAction* action : heading->menu()->actions())
+            EXPECT_TRUE(action->isEnabled() || action->text() == "&Undo" || action->text() == "&Redo")
+                << action->text().toStdString();
+    EXPECT_FALSE(window_.windowIcon().isNull());
+    EXPECT_EQ(window_.menuBar()->actions().last()->text(), "&Help");
+    QString about, document;
+    person({[&] { menuEntry("About")->trigger(); },
+            [&] {
+                auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+                ASSERT_NE(box, nullptr);
+                about = box->text() + box->informativeText();
+                QTest::keyClick(box, Qt::Key_Escape);
+            },
+            [&] { window_.activateWindow(); }, [&] { press(Qt::Key_F1); },
+            [&] {
+                auto* browser = window_.findChild<QTextBrowser*>();
+                ASSERT_NE(browser, nullptr);
+                document = browser->toPlainText();
+                QTest::keyClick(browser, Qt::Key_Escape);
+                EXPECT_FALSE(browser->isVisible());
+            }});
+    settle();
+    EXPECT_TRUE(about.contains("Norvane GIS")) << about.toStdString();
+    EXPECT_TRUE(about.contains("MIT")) << about.toStdString();
+    EXPECT_TRUE(document.contains("How the work is done")) << document.toStdString();
+}
+
+TEST_F(Window, AnEmptyWindowOffersTheSampleAndRecentDrawings) {
+    const size_t entities = count();
+    ASSERT_EQ(host_->newDrawing(), "");
+    auto buttonOf = [](hostcad::MainWindow& window, const QString& caption) {
+        QPushButton* found = nullptr;
+        for (auto* button : window.canvas().findChildren<QPushButton*>())
+            if (button->isVisible() && button->text().remove('&').startsWith(caption)) found = button;
+        return found;
+    };
+    {
+        hostcad::MainWindow next;
+        next.start(*host_, norvaneGis(), {});
+        next.QMainWindow::show();
+        ASSERT_NE(buttonOf(next, "Open a drawing"), nullptr);
+        QTest::mouseClick(buttonOf(next, "Look at the sample"), Qt::LeftButton);
+        EXPECT_EQ(count(), entities);
+        EXPECT_EQ(hostcad::currentDrawing().path(), "");  // the sample stays what it is
+        EXPECT_EQ(buttonOf(next, "Open a drawing"), nullptr);
+    }
+    ASSERT_EQ(host_->newDrawing(), "");
+    {
+        hostcad::MainWindow next;
+        next.start(*host_, norvaneGis(), {});
+        next.QMainWindow::show();
+        QTest::mouseClick(buttonOf(next, "survey.dxf"), Qt::LeftButton);
+        EXPECT_EQ(next.windowTitle(), "survey.dxf[*] - Norvane GIS");
+    }
+    ASSERT_EQ(host_->newDrawing(), "");
+    hostcad::MainWindow next;
+    next.start(*host_, norvaneGis(), {});
+    next.QMainWindow::show();
+    next.runLine("REGEN");  // whoever works does not need it
+    EXPECT_EQ(buttonOf(next, "Open a drawing"), nullptr);
+    host_->lisp().setPulse({});
+}
+
+TEST_F(Window, ADarkThemeIsDarkEverywhere) {
+    auto lightness = [&](QWidget& widget) {
+        QImage picture =
+            widget.grab().toImage().scaled(1, 1, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        return QColor(picture.pixel(0, 0)).lightness();
+    };
+    auto iconLightness = [&] {
+        QImage icon = window_.findChild<QToolBar*>("drawing")->actions()[0]->icon().pixmap(22).toImage();
+        int most = 0, least = 255;
+        for (int x = 0; x < icon.width(); ++x)
+            for (int y = 0; y < icon.height(); ++y)
+                if (QColor c = icon.pixelColor(x, y); c.alpha() > 200) {
+                    most = std::max(most, c.lightness());
+                    least = std::min(least, c.lightness());
+                }
+        return std::pair(least, most);
+    };
+    QTableView& list = window_.entityList().view();
+    EXPECT_GT(lightness(list), 150);
+    EXPECT_LT(iconLightness().first, 100);
+    const QPalette old = QApplication::palette();
+    QPalette dark(QColor(45, 45, 48), QColor(45, 45, 48));
+    dark.setColor(QPalette::Base, QColor(30, 30, 30));
+    dark.setColor(QPalette::AlternateBase, QColor(38, 38, 38));
+    for (auto role : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText})
+        dark.setColor(role, QColor(220, 220, 220));
+    QApplication::setPalette(dark);
+    QTest::qWait(50);
+    for (QWidget* widget : {static_cast<QWidget*>(&list), static_cast<QWidget*>(&window_.properties()),
+                            static_cast<QWidget*>(&window_.commandPanel())})
+        EXPECT_LT(lightness(*widget), 90) << widget->accessibleName().toStdString();
+    EXPECT_GT(iconLightness().second, 200);
+    QApplication::setPalette(old);
+    QTest::qWait(50);
 }
 
 TEST_F(Window, ProgressLinesAreWrittenOverThemselves) {
@@ -225,13 +332,14 @@ TEST(MenuFile, OffersWhatIsWrittenInIt) {
     EXPECT_TRUE(headings[4].isToolBar);
     EXPECT_EQ(headings[4].entries[0].icon, "new");
     auto more = hostcad::readMenuFile(NORVANE_SOURCE_DIR "/product/gis.mnu");
-    ASSERT_EQ(more.size(), 3u);
+    ASSERT_EQ(more.size(), 5u);
     EXPECT_EQ(more[0].caption, "&GIS");
     EXPECT_EQ(more[0].entries[0].command, "GIS-PROMPT");
     EXPECT_TRUE(more[0].entries[0].enabled);
     EXPECT_EQ(more[0].entries[6].command, "GIS-LINKS");
     EXPECT_FALSE(more[0].entries[6].enabled);
-    EXPECT_TRUE(more[1].isToolBar);
+    EXPECT_EQ(more[1].caption, "&GIS/For p&rograms");
+    EXPECT_TRUE(more[3].isToolBar);
     EXPECT_TRUE(hostcad::readMenuFile("no such file").empty());
     headings.insert(headings.end(), more.begin(), more.end());
     // Alt and a letter leads to one entry.
