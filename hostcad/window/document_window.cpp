@@ -23,7 +23,8 @@ class Browser : public QTextBrowser {
         if (picture.isNull()) picture.loadFromData(loaded.toByteArray());
         const int room = std::max(100, viewport()->width() - 40);
         if (picture.width() <= room) return picture;
-        return picture.scaledToWidth(room, Qt::SmoothTransformation);
+        // With all colours, since a palette would make dots of those between.
+        return picture.convertToFormat(QImage::Format_ARGB32).scaledToWidth(room, Qt::SmoothTransformation);
     }
 };
 
