@@ -71,9 +71,9 @@ ui::Layout arrangement() {
                       row({item(kFirstImage), item(kNextImage), item(kPreviousImage), item(kLastImage)}),
                       group(kFormatGroup, {row({item(kBmp), item(kJpg), spring()})}), spring()})}),
          item(kImagePath)});
-    Layout right = column({item(kHelp), row({item(kUseForm), item(kForms, 1)}), spring(), item(kBanner),
-                           row({spring(), item(kOk), item(kCancel)})});
-    return column({upper, item(kGrid, 1), row({images, right})});
+    Layout right = column({item(kHelp), row({item(kUseForm), item(kForms, 1)})});
+    Layout foot = column({row({spring(), item(kBanner)}), row({spring(), item(kOk), item(kCancel)})});
+    return column({upper, item(kGrid, 1), row({images, right, spring()}), foot});
 }
 
 }  // namespace

@@ -49,8 +49,10 @@ class Control {
     void enable(bool on = true);
     bool visible() const { return visible_; }
     void show(bool on = true);
-    // Tab stops here: a visible, enabled control that takes input.
+    // A visible, enabled control that a person can go to.
     virtual bool takesFocus() const;
+    // Tab stops here: there is something to be done in it.
+    virtual bool isTabStop() const { return takesFocus(); }
 
     Dialog* dialog() const { return dialog_; }
 
@@ -88,6 +90,7 @@ class Edit : public Control {
   public:
     explicit Edit(int id, bool readOnly = false) : Control(ControlKind::Edit, id, {}), readOnly_(readOnly) {}
     bool readOnly() const { return readOnly_; }
+    bool isTabStop() const override { return takesFocus() && !readOnly_; }
     void setReadOnly(bool on);
     // Most characters that a user can type; 0 sets no limit.
     int maxLength() const { return maxLength_; }

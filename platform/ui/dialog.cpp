@@ -120,7 +120,7 @@ void Dialog::focusNext(bool backwards) {
                                            : static_cast<size_t>(current - controls_.begin());
     for (size_t step = 0; step < count; ++step) {
         at = backwards ? (at + count - 1) % count : (at + 1) % count;
-        if (controls_[at]->takesFocus()) return setFocus(controls_[at]->id());
+        if (controls_[at]->isTabStop()) return setFocus(controls_[at]->id());
     }
 }
 

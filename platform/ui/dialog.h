@@ -104,7 +104,7 @@ class Dialog {
     int focus() const { return focus_; }
     // Moves the focus without asking whether the control takes it.
     void setFocus(int id);
-    // To the next control that takes the focus, or the one before; wraps.
+    // To the next control where Tab stops, or the one before; wraps.
     void focusNext(bool backwards = false);
 
     void setView(DialogView* view) { view_ = view; }

@@ -66,6 +66,8 @@ std::string Dialog::userUnclaimedKey(const Key& key) {
         if (std::string answer = userControlKey(*focused, key); answer != kPass) return answer;
     if (key.is("Tab"))
         focusNext(key.shift);
+    else if (key.is("Enter") && key.repeated)
+        return {};
     else if (key.is("Enter"))
         enterDefault();
     else if (key.is("Escape"))
@@ -85,7 +87,9 @@ std::string Dialog::userControlKey(Control& control, const Key& key) {
     }
     switch (control.kind()) {
         case ControlKind::Button:
-            return key.is("Enter") || key.is("Space") ? userClick(control) : kPass;
+            // A key that is held down presses a button once, and none that the focus has come to meanwhile.
+            if (!key.is("Enter") && !key.is("Space")) return kPass;
+            return key.repeated ? std::string() : userClick(control);
         case ControlKind::CheckBox:
         case ControlKind::RadioButton:
             return key.is("Space") ? userClick(control) : kPass;

@@ -14,6 +14,7 @@ struct Key {
     bool shift = false;
     bool control = false;
     bool alt = false;
+    bool repeated = false;  // sent again because the key is held down
 
     bool is(std::string_view plain) const { return name == plain && !control && !alt; }
 };

@@ -66,13 +66,26 @@ class GroupWidget : public Shown<GroupBox, QGroupBox> {
     void show() override { q_->setTitle(toQt(control_.text())); }
 };
 
-class EditWidget : public Shown<Edit, QLineEdit> {
+// A line that wishes for the room of a path, and makes do with less.
+class PathEdit : public QLineEdit {
+  public:
+    using QLineEdit::QLineEdit;
+    void setWishedWidth(int pixels) { wishedWidth_ = pixels; }
+    QSize sizeHint() const override {
+        const QSize own = QLineEdit::sizeHint();
+        return {std::max(own.width(), wishedWidth_), own.height()};
+    }
+
+  private:
+    int wishedWidth_ = 0;
+};
+
+class EditWidget : public Shown<Edit, PathEdit> {
   public:
     EditWidget(Control& control, Dialog& dialog, DialogWindow& window) : Shown(control, dialog, window) {
         // Read-only ones show paths.
         constexpr int kPathWidth = 340;
-        if (control_.readOnly() && dialog_.rectangles().empty())
-            q_->setMinimumWidth(window_.scaled(kPathWidth));
+        if (control_.readOnly()) q_->setWishedWidth(window_.scaled(kPathWidth));
         QObject::connect(q_, &QLineEdit::textEdited, q_, [this](const QString& text) {
             dialog_.userText(control_, fromQt(text));
             update();

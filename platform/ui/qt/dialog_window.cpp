@@ -7,13 +7,37 @@
 #include <QKeyEvent>
 #include <QMenuBar>
 #include <QScreen>
+#include <QScrollArea>
+#include <algorithm>
 
 #include "platform/ui/qt/control_widgets.h"
+#include "platform/ui/qt/frame_overlay.h"
 #include "platform/ui/qt/qt_text.h"
 
 namespace ui {
+namespace {
 
-DialogWindow::DialogWindow(Dialog& dialog, QWidget* parent) : QDialog(parent), dialog_(dialog) {
+// The part of a layout that holds a button which ends the dialog.
+bool endsDialog(const Layout& part) {
+    if (part.kind == Layout::Kind::Item) return part.control == kOk || part.control == kCancel;
+    return std::any_of(part.children.begin(), part.children.end(), endsDialog);
+}
+
+// As large as what stands on it, where there is room.
+class Ground : public QScrollArea {
+  public:
+    using QScrollArea::QScrollArea;
+    QSize sizeHint() const override { return widget()->sizeHint(); }
+    QSize minimumSizeHint() const override { return {160, 60}; }
+};
+
+}  // namespace
+
+DialogWindow::DialogWindow(Dialog& dialog, QWidget* parent)
+    : QDialog(parent),
+      dialog_(dialog),
+      focusMark_(new FrameOverlay(this, palette().color(QPalette::Highlight), 2)) {
+    focusMark_->setObjectName("focus");
     setWindowTitle(toQt(dialog.title()));
     setModal(true);
     setSizeGripEnabled(true);
@@ -68,11 +92,34 @@ void DialogWindow::arrange() {
     auto* column = new QVBoxLayout(this);
     for (const auto& control : dialog_.controls())
         if (control->kind() == ControlKind::Menu) column->setMenuBar(widgetOf(control->id()));
-    place(*column, dialog_.layout());
+    std::vector<Layout> parts = {dialog_.layout()}, foot;
+    if (parts.front().kind == Layout::Kind::Column) {
+        parts = dialog_.layout().children;
+        if (parts.size() > 1 && endsDialog(parts.back())) {
+            foot.push_back(parts.back());
+            parts.pop_back();
+        }
+    }
+    column->addWidget(ground_ = newGround(parts), 1);
+    for (const Layout& part : foot) place(*column, part);
+    for (const auto& [id, control] : widgets_) control->update();
     Size size = dialog_.size();
     QSize wished = size.width > 0 ? QSize(scaled(size.width), scaled(size.height)) : sizeHint();
     // A small screen still shows all of it.
     resize(screen() ? wished.boundedTo(screen()->availableSize()) : wished);
+}
+
+QScrollArea* DialogWindow::newGround(const std::vector<Layout>& parts) {
+    auto* inside = new QWidget;
+    auto* column = new QVBoxLayout(inside);
+    column->setContentsMargins(0, 0, 0, 0);
+    for (const Layout& part : parts) place(*column, part);
+    auto* ground = new Ground(this);
+    ground->setFrameShape(QFrame::NoFrame);
+    ground->setFocusPolicy(Qt::NoFocus);
+    ground->setWidgetResizable(true);
+    ground->setWidget(inside);
+    return ground;
 }
 
 void DialogWindow::placeTable(QGridLayout& into, const Layout& table) {
@@ -152,7 +199,16 @@ void DialogWindow::focusChanged(int) {
 }
 
 void DialogWindow::showFocus() {
-    if (ControlWidget* shown = find(dialog_.focus())) shown->takeFocus();
+    ControlWidget* shown = find(dialog_.focus());
+    if (!shown) return;
+    shown->takeFocus();
+    if (ground_ && ground_->isAncestorOf(shown->widget())) ground_->ensureWidgetVisible(shown->widget());
+}
+
+void DialogWindow::markFocus(QWidget* widget) {
+    marked_ = widget;
+    focusMark_->setParent(widget->parentWidget());
+    focusMark_->showAt(widget->geometry());
 }
 
 void DialogWindow::titleChanged() {
@@ -217,7 +273,10 @@ bool DialogWindow::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::FocusIn && widget && watched != this) {
         int id = widget->objectName().toInt();
         if (find(id) && dialog_.running()) dialog_.setFocus(id);
+        markFocus(find(id) ? widgetOf(id) : widget);
     }
+    if ((event->type() == QEvent::Move || event->type() == QEvent::Resize) && watched == marked_)
+        markFocus(marked_);
     return QDialog::eventFilter(watched, event);
 }
 

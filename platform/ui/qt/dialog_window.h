@@ -9,10 +9,12 @@
 
 class QBoxLayout;
 class QGridLayout;
+class QScrollArea;
 
 namespace ui {
 
 class ControlWidget;
+class FrameOverlay;
 
 class DialogWindow : public QDialog, public DialogView {
   public:
@@ -48,6 +50,8 @@ class DialogWindow : public QDialog, public DialogView {
   private:
     void makeWidgets();
     void arrange();
+    // What stands above the buttons that end the dialog, on ground that scrolls where the screen is small.
+    QScrollArea* newGround(const std::vector<Layout>& parts);
     void place(QBoxLayout& into, const Layout& part);
     void placeTable(QGridLayout& into, const Layout& table);
     void placeRectangles();
@@ -57,8 +61,14 @@ class DialogWindow : public QDialog, public DialogView {
     QWidget* placedOf(int id) const;
 
     Dialog& dialog_;
+    // Marks the control that has the keyboard.
+    void markFocus(QWidget* widget);
+
     int pressed_ = 0;  // the key that has gone down in this window, Qt's number of it
     std::map<int, std::unique_ptr<ControlWidget>> widgets_;
+    QScrollArea* ground_ = nullptr;
+    FrameOverlay* focusMark_;
+    QWidget* marked_ = nullptr;
 };
 
 }  // namespace ui

@@ -49,7 +49,10 @@ class CellPainter : public QStyledItemDelegate {
         }
         if (!(cells_.grid().active() == at) || cells_.grid().marksRows()) return;
         painter->save();
-        painter->setPen(QPen(option.palette.color(QPalette::Highlight), window_.scaled(2)));
+        // The active cell stands out where the keyboard is in the grid.
+        const bool focused = option.widget->hasFocus();
+        painter->setPen(QPen(option.palette.color(focused ? QPalette::Highlight : QPalette::Mid),
+                             window_.scaled(focused ? 2 : 1)));
         painter->drawRect(option.rect.adjusted(1, 1, -2, -2));
         painter->restore();
     }
@@ -84,11 +87,11 @@ QVariant GridCells::data(const QModelIndex& index, int role) const {
         case Qt::BackgroundRole:
             if (isMarked(at)) return view_.palette().highlight();
             if (colours.background != kOwnColour) return QColor(QRgb(colours.background));
-            return fixed ? QVariant(QColor(0xF0, 0xF0, 0xF0)) : QVariant();
+            return fixed ? QVariant(view_.palette().window()) : QVariant();
         case Qt::ForegroundRole:
             if (isMarked(at)) return view_.palette().highlightedText();
             if (colours.foreground != kOwnColour) return QColor(QRgb(colours.foreground));
-            return fixed ? QVariant(QColor(0x20, 0x20, 0x20)) : QVariant();
+            return fixed ? QVariant(view_.palette().windowText()) : QVariant();
         default:
             return {};
     }
@@ -164,7 +167,7 @@ GridView::GridView(Grid& grid, Dialog& dialog, DialogWindow& window)
     bool headed = false;
     for (int column = 1; column <= grid.columns(); ++column) headed |= !grid.columnHeading(column).empty();
     horizontalHeader()->setVisible(headed);
-    setMinimumSize(window.scaled(520), window.scaled(200));
+    setMinimumSize(window.scaled(260), window.scaled(120));
 }
 
 void GridView::refresh() {

@@ -53,6 +53,7 @@ std::optional<Key> keyOf(const QKeyEvent& event) {
     key.shift = event.modifiers() & Qt::ShiftModifier;
     key.control = event.modifiers() & Qt::ControlModifier;
     key.alt = event.modifiers() & Qt::AltModifier;
+    key.repeated = event.isAutoRepeat();
     return key;
 }
 

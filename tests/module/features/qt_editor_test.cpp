@@ -231,6 +231,18 @@ TEST_F(QtEditor, ATemplateThatDisappearsLosesNothingOfTheSheet) {
     EXPECT_EQ(sqlite("template.mdb", "select FIELD_NAME from ZGEO_SMART_PROMPTING"), "LAMP\n");
 }
 
+TEST_F(QtEditor, DialogsFitASmallScreen) {
+    does(joined(
+        {newTemplateWithCategory(),
+         {press(Qt::Key_N, Qt::AltModifier), fitsSmallScreen(), type("pole"), press(Qt::Key_Enter),
+          type("lamp"), press(Qt::Key_Enter), type("Lamp"), press(Qt::Key_Enter), fitsSmallScreen(),
+          press(Qt::Key_V, Qt::AltModifier), title("List Values"), fitsSmallScreen(),
+          press(Qt::Key_S, Qt::AltModifier), title("Special codes"), fitsSmallScreen(), press(Qt::Key_Escape),
+          press(Qt::Key_Escape), press(Qt::Key_S, Qt::ControlModifier), title("Define Template Database")},
+         leave()}));
+    lisp("(cf:gis_smart_prompting 15)");
+}
+
 int main(int argc, char** argv) {
     return runQtTests(argc, argv);
 }

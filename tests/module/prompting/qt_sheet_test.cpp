@@ -207,6 +207,14 @@ TEST_F(QtSheet, AWindowAndAScriptLeaveTheSameBehind) {
     ui::setBackend(&qt_);
 }
 
+TEST_F(QtSheet, DialogsFitASmallScreen) {
+    does({fitsSmallScreen(), [] { window()->close(); }});
+    EXPECT_EQ(prompt("18", "TREE"), "0");
+    does({fitsSmallScreen(), clickButton(1006), fitsSmallScreen(), [] { window()->close(); },
+          press(Qt::Key_X, Qt::AltModifier)});
+    lisp("(cf:gis_smart_prompting 7)");
+}
+
 TEST_F(QtSheet, ClosingTheFrameIsCancelling) {
     does({[] { window()->close(); }});
     EXPECT_EQ(prompt("18", "TREE"), "0");

@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScreen>
 #include <QTest>
 #include <QTimer>
 #include <functional>
@@ -71,6 +72,28 @@ class QtPerson {
     // Waits for what takes its time.
     static Action until(std::function<bool()> what, std::string name) {
         return Action([=] { EXPECT_TRUE(what()) << name; }, what);
+    }
+    // On a small screen what ends the dialog is in sight, and all of the rest can be scrolled to.
+    static Action fitsSmallScreen() {
+        return [] {
+            EXPECT_LE(window()->minimumSizeHint().width(), 800);
+            EXPECT_LE(window()->minimumSizeHint().height(), 600);
+            EXPECT_LE(window()->width(), QApplication::primaryScreen()->availableSize().width());
+            window()->resize(800, 600);
+            QApplication::processEvents();
+            EXPECT_EQ(window()->size(), QSize(800, 600)) << window()->windowTitle().toStdString();
+            for (int id : {1, 2})
+                if (auto* button = child<QPushButton>(id); button && button->isVisible()) {
+                    const QRect place(button->mapTo(window(), QPoint(0, 0)), button->size());
+                    EXPECT_TRUE(window()->rect().contains(place)) << window()->windowTitle().toStdString();
+                }
+            savePicture();
+        };
+    }
+    // With NORVANE_PICTURES set to a folder, a picture of the window is put there.
+    static void savePicture() {
+        if (const char* folder = getenv("NORVANE_PICTURES"))
+            window()->grab().save(QString("%1/%2.png").arg(folder, window()->windowTitle().remove('/')));
     }
     static Action focusOn(int id) {
         return until(

@@ -2,6 +2,7 @@
 // and mouse events: what a person does must reach the model, and what the model does must be seen.
 #include <QComboBox>
 #include <QFileDialog>
+#include <QKeyEvent>
 #include <QListWidget>
 #include <QMenuBar>
 #include <QMessageBox>
@@ -172,6 +173,47 @@ TEST_F(QtUi, AMenuIsOpenedByItsLetter) {
           [] { QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_S); }, press(Qt::Key_Escape)});
     EXPECT_EQ(dialog.runModal(), ui::kCancel);
     EXPECT_EQ(dialog.seen, "201 ");
+}
+
+TEST_F(QtUi, AButtonIsPressedOnceByAKeyThatIsHeldDown) {
+    Everything dialog;
+    auto hold = [](Qt::Key key) {
+        return Action([=] {
+            QWidget* target = QApplication::focusWidget();
+            QKeyEvent first(QEvent::KeyPress, key, Qt::NoModifier, "", false);
+            QKeyEvent again(QEvent::KeyPress, key, Qt::NoModifier, "", true);
+            for (QKeyEvent* event : {&first, &again, &again}) QApplication::sendEvent(target, event);
+            QTest::keyRelease(target, key);
+        });
+    };
+    does({[] { child<QPushButton>(kApply)->setFocus(); }, focusOn(kApply), hold(Qt::Key_Return),
+          hold(Qt::Key_Space), press(Qt::Key_Escape)});
+    dialog.runModal();
+    EXPECT_EQ(dialog.seen, "200 200 ");
+}
+
+TEST_F(QtUi, TheControlWithTheKeyboardIsMarked) {
+    Everything dialog;
+    auto marked = [](int id) {
+        return see(
+            [=] {
+                auto* mark = window()->findChild<QWidget*>("focus");
+                auto* widget = child<QWidget>(id);
+                return mark->isVisible() && mark->parentWidget() == widget->parentWidget() &&
+                       mark->geometry() == widget->geometry();
+            },
+            "mark on " + std::to_string(id));
+    };
+    std::vector<Action> actions;
+    for (int id :
+         std::vector<int>{kName, kTree, kList, kMany, kDrop, kTabs, kMark, kApply, ui::kOk, ui::kCancel}) {
+        actions.push_back(marked(id));
+        if (id == kName) actions.push_back([] { window()->resize(900, 640); }), actions.push_back(marked(id));
+        actions.push_back(press(Qt::Key_Tab));
+    }
+    actions.push_back(press(Qt::Key_Escape));
+    does(actions);
+    dialog.runModal();
 }
 
 TEST_F(QtUi, BoxesAnswerWhatWasPressed) {

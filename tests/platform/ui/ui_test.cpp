@@ -331,3 +331,39 @@ TEST_F(UiTest, TextThatNoItemBeginsWithLeavesAListCellAsItIs) {
     backend_.expectUndone("dialog 900 refused (key \".\"): no item of the list begins with \"1.\"");
     backend_.expectUndone("dialog 900 refused (key \"2\"): no item of the list begins with \"1.2\"");
 }
+
+TEST_F(UiTest, TabStopsWhereThereIsSomethingToDo) {
+    Form form;
+    run(form,
+        {{Step::Kind::Focus, "11"}, key("Tab"), key("Space"), key("Shift+Tab"), key("z"), click("Cancel")});
+    // Past the path that is only read, which can still be gone to.
+    EXPECT_EQ(form.happened, "command 13;text z;");
+    EXPECT_EQ(form.userFocus(*form.find(12)), "");
+}
+
+TEST_F(UiTest, AKeyThatIsHeldDownPressesNoButton) {
+    Form form;
+    form.setFocus(18);
+    ui::Key held{"Enter"};
+    EXPECT_EQ(form.userKey(held), "");
+    held.repeated = true;
+    EXPECT_EQ(form.userKey(held), "");
+    held.name = "Space";
+    EXPECT_EQ(form.userKey(held), "");
+    form.setFocus(11);
+    held.name = "Enter";
+    EXPECT_EQ(form.userKey(held), "");
+    EXPECT_EQ(form.happened, "command 18;");
+}
+
+TEST_F(UiTest, WhatWasTypedIsKeptWhenTheDialogIsClosedAndAMenuChosen) {
+    Form form;
+    form.add<ui::Menu>(20).entries() = {{21, "Print", 0, true, false, ""}};
+    run(form, {{Step::Kind::Focus, "17"},
+               key("Right"),
+               key("a"),
+               {Step::Kind::Menu, "", "Print"},
+               key("b"),
+               {Step::Kind::Close}});
+    EXPECT_EQ(form.happened, "cell 2,1=a;command 21;cell 2,1=b;");
+}
