@@ -4,6 +4,7 @@
 
 #include "fuzz/fuzz_folder.h"
 #include "module/exchange/shape_file.h"
+#include "module/exchange/shape_index.h"
 
 using namespace norvane;
 
@@ -45,6 +46,15 @@ void rewrite(const std::string& path) {
             "a shape that was written is gone");
 }
 
+// An index that is made of the shapes opens, and names as many records as it told.
+void remakeIndex(const std::string& path) {
+    std::optional<ShapeIndexMade> made = ShapeMakeIndex(path);
+    if (!made) return;
+    OpenShapeFile file(ShapeOpen(path, "rb"));
+    require(file && file->recordCount == made->recordCount, "an index that was made anew is none");
+    readAll(file.get());
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
@@ -60,6 +70,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     file.reset();
     require(fuzzFileContent("file.shp") == shp && fuzzFileContent("file.shx") == shx,
             "reading has changed a file");
+    remakeIndex(fuzzFile("file"));
+    putFuzzFile("file.shx", shx);
     rewrite(fuzzFile("file"));
+    remakeIndex(fuzzFile("file"));
     return 0;
 }
