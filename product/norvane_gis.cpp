@@ -5,8 +5,9 @@ hostcad::Product norvaneGis() {
         .name = "Norvane GIS",
         .organization = "norvane",
         .version = NORVANE_VERSION,
-        .about = "Ties the entities of a drawing to the records of a database.\n"
-                 "Free software under the MIT License, by the Norvane GIS developers.",
+        .about =
+            "Ties the entities of a drawing to the records of a database.\n"
+            "Free software under the MIT License, by the Norvane GIS developers.",
         .lispVersion = "Norvane Lisp 1.0 (en)",
         .userFolderVariable = "NORVANE_USER_DIR",
         .userFolder = "norvane",

@@ -12,8 +12,8 @@ struct Product {
     std::string name;          // behind the drawing's in the title of the window
     std::string organization;  // under whose name the desktop keeps the settings of the window
     std::string version;
-    std::string about;         // a few sentences on what it is and whose
-    std::string lispVersion;   // what (ver) gives
+    std::string about;        // a few sentences on what it is and whose
+    std::string lispVersion;  // what (ver) gives
     // The folder of a person's settings: the one that this environment variable names, else one of this name
     // where the desktop keeps settings.
     std::string userFolderVariable;
