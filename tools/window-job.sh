@@ -166,6 +166,13 @@ picture window-link
 press ctrl+s
 pause 1
 grep -q "ZGEO_GIS_2000" "$job/survey.dxf" || fail "the link is not in the saved drawing"
+[ -e "$job/survey.dxf.bak" ] || fail "the version before the save is not kept"
+# A second window may look at the drawing only.
+"$bin/hostcad" "$job/survey.dxf" >"$work/second.log" 2>&1 &
+second=$!
+await "survey.dxf .read-only."
+kill "$second" && wait "$second" 2>/dev/null || true
+await "survey.dxf"
 press ctrl+o
 await "Select File"
 type_line "$job/survey.dxf"
