@@ -39,7 +39,7 @@ void ImportFile(EditorSession& s) {
     }
     const FeatureFileContent file = ParseFeatureFile(*content);
     s.sheet.setRows(file.rows);
-    ui::messageBox("Details", detailsOf(file));
+    ui::reportSuccess("Details", detailsOf(file));
 }
 
 void ExportFile(EditorSession& s) {

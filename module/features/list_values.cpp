@@ -38,7 +38,7 @@ class ListValues : public ui::Dialog {
         auto& list = add<ui::List>(kList, false, 10);
         add<ui::Label>(kDefaultCaption, "Default value:");
         add<ui::Edit>(kDefault, true);
-        add<ui::Button>(kMoveDown, "Move&Down");
+        add<ui::Button>(kMoveDown, "Mo&veDown");
         add<ui::Button>(kMoveUp, "Move&Up");
         add<ui::Button>(kAddValue, "&Add Value");
         add<ui::Button>(kDeleteValue, "&Delete Value");

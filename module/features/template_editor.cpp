@@ -19,6 +19,11 @@ void changeRows(EditorSession& session, void (AttributeGrid::*command)()) {
     session.sheet.change(command);
 }
 
+void chooseFormat(EditorSession& session, DatabaseVersion version) {
+    session.file.setNextVersion(version);
+    writeState(version == DatabaseVersion::kAccess2000 ? "2000" : "97", state::kAccessFormat);
+}
+
 // What each button and each entry of the menu does.
 struct Command {
     int id;
@@ -46,6 +51,8 @@ constexpr Command kCommands[] = {
     {kInsert, [](EditorSession& session) { changeRows(session, &AttributeGrid::insert); }},
     {kRemove, [](EditorSession& session) { changeRows(session, &AttributeGrid::remove); }},
     {kEditValues, EditListValues},
+    {kFormat97, [](EditorSession& session) { chooseFormat(session, DatabaseVersion::kAccess97); }},
+    {kFormat2000, [](EditorSession& session) { chooseFormat(session, DatabaseVersion::kAccess2000); }},
 };
 
 // The controls stand before what works on them.
@@ -84,6 +91,8 @@ void TemplateEditor::showState() {
     const bool open = session_.file.isOpen(), editing = !session_.sheet.name().empty();
     session_.showTitle();
     find(kPath)->setText(session_.file.path());
+    const bool newer = session_.file.nextVersion() == DatabaseVersion::kAccess2000;
+    get<ui::RadioButton>(newer ? kFormat2000 : kFormat97).check();
     find(kTree)->enable(open || !tree.nodes(CategoryTree::Kind::kCategories).empty());
     find(kNewFeature)->enable(open);
     find(kEditFeature)->enable(tree.selectedFeature().has_value());

@@ -43,6 +43,9 @@ void AddEditorControls(ui::Dialog& dialog) {
     addMenu(dialog);
     dialog.add<ui::Label>(kPathCaption, "Template Database File:");
     dialog.add<ui::Edit>(kPath, true);
+    dialog.add<ui::Label>(kFormatCaption, "New databases:");
+    dialog.add<ui::RadioButton>(kFormat97, "Access '97", 1);
+    dialog.add<ui::RadioButton>(kFormat2000, "Access 2000", 1);
     dialog.add<ui::Tree>(kTree, true);
     dialog.add<ui::Button>(kNewFeature, "&New Feature");
     dialog.add<ui::Button>(kEditFeature, "&Edit Feature");
@@ -60,7 +63,9 @@ void AddEditorControls(ui::Dialog& dialog) {
         column({row({item(kFeatureCaption), item(kFeature, 1)}), item(kSheet, 1),
                 row({item(kUp), item(kDown), item(kRemove), item(kInsert), spring(), item(kEditValues)})},
                1);
-    dialog.setLayout(column({row({item(kPathCaption), item(kPath, 1)}), row({left, right}, 1)}));
+    dialog.setLayout(column(
+        {row({item(kPathCaption), item(kPath, 1), item(kFormatCaption), item(kFormat97), item(kFormat2000)}),
+         row({left, right}, 1)}));
     dialog.setSize({1040, 600});
 }
 

@@ -24,6 +24,9 @@ enum Id {
     kRemove,
     kInsert,
     kEditValues,
+    kFormatCaption,
+    kFormat97,
+    kFormat2000,
     // Menu entries.
     kDatabaseNew = 2000,
     kDatabaseOpen,

@@ -32,6 +32,7 @@ class TemplateFile {
     // gets the format that was asked for last time. False when it could not be made.
     bool create(const std::string& path, DatabaseVersion version);
     // Which format the next new template gets.
+    DatabaseVersion nextVersion() const { return nextVersion_; }
     void setNextVersion(DatabaseVersion version) { nextVersion_ = version; }
 
     // One transaction; done at once when none is open. False: its message was shown, and nothing is changed.

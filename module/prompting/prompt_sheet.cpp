@@ -20,6 +20,7 @@ namespace {
 constexpr const char* kTitle = "GIS Smart Prompting";
 // What the list of features shows for none.
 constexpr const char* kNoFeature = "(no feature)";
+constexpr const char* kRequiredMark = " *";
 
 }  // namespace
 
@@ -160,7 +161,7 @@ void PromptSheet::readRows(FlagEntry flags) {
 void PromptSheet::showRow(int number) {
     const PromptRow& row = rows_[static_cast<size_t>(number) - 1];
     grid_->setType(1, number, ui::CellType::fixed());
-    grid_->setText(1, number, row.prompt);
+    grid_->setText(1, number, row.mustBeSet ? row.prompt + kRequiredMark : row.prompt);
 
     CellDecision decision = DecideCell(row);
     switch (decision.cell) {
@@ -343,6 +344,7 @@ bool PromptSheet::save() {
 
 void PromptSheet::fillForms() {
     auto& forms = get<ui::DropDown>(kForms);
+    for (int id : {kUseForm, kForms}) find(id)->show(formEngine_ != FormEngine::kNone);
     for (const std::string& form : ReadFormNames(formEngine_, request_.binDirectory, request_.outputPath))
         forms.addItem(form);
     restoreFormChoice();

@@ -25,7 +25,7 @@ void addGrid(ui::Dialog& d) {
     grid.setWholeRows(true);
 }
 
-// Their place is kept; they come to life with the images of a record.
+// They are seen when there is something that shows and takes the images of a record.
 void addImageFields(ui::Dialog& d) {
     d.add<ui::GroupBox>(kImageGroup, "Images");
     d.add<ui::Picture>(kPreview, kPreviewWidth, kPreviewHeight);
@@ -45,12 +45,13 @@ void addImageFields(ui::Dialog& d) {
     d.add<ui::GroupBox>(kFormatGroup, "Image Format");
     d.add<ui::RadioButton>(kBmp, "&BMP", 1).enable(false);
     d.add<ui::RadioButton>(kJpg, "&JPG", 1).enable(false);
+    for (int id = kImageGroup; id <= kJpg; ++id) d.find(id)->show(false);
 }
 
 void addLowerFields(ui::Dialog& d) {
     d.add<ui::Label>(kHelp,
-                     "Shortcut keys:\nF2 - Capture image\nF3 - Go to the first cell of record\n"
-                     "F4 - Exit from spreadsheet\nSpace bar - Check an image");
+                     "Shortcut keys:\nF3 - Go to the first cell of record\nF4 - Exit from spreadsheet\n"
+                     "Ctrl+Z - Take back the last change\nRows marked with * must be filled in");
     d.add<ui::CheckBox>(kUseForm, "Use MDB Form:");
     d.add<ui::DropDown>(kForms);
     d.add<ui::Label>(kBanner, "", 1);

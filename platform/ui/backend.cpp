@@ -30,6 +30,10 @@ int messageBox(const std::string& title, const std::string& text, unsigned flags
     return buttons == kBoxOk ? kOk : buttons == kBoxYesNo ? kNo : kCancel;
 }
 
+void reportSuccess(const std::string& title, const std::string& text) {
+    if (g_backend) g_backend->messageBox({title, text, kBoxAlert, true});
+}
+
 int ask(const OwnQuestion& question) {
     return g_backend ? g_backend->ask(question) : question.defaultAnswer;
 }

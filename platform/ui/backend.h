@@ -26,6 +26,7 @@ struct MessageBox {
     std::string title;
     std::string text;
     unsigned flags = kBoxAlert;
+    bool success = false;  // a view that has signs shows none of warning, whatever the flags say
 };
 
 // A question that we have added to what a tool asks. Scripts that do not know it run as before: it is
@@ -80,6 +81,8 @@ void setBackend(Backend* backend);
 // A box with the given title and text. Without a backend the answer is that of a person who is not there:
 // kOk where only OK is offered, else kCancel or kNo.
 int messageBox(const std::string& title, const std::string& text, unsigned flags = kBoxAlert);
+// The same for something that has been done as it was wanted.
+void reportSuccess(const std::string& title, const std::string& text);
 // The chosen path, with "/" between folders; nothing when the person cancelled.
 std::optional<std::string> fileBox(const FileBox& box);
 void information(const std::string& text, int milliseconds);

@@ -75,6 +75,10 @@ class PathEdit : public QLineEdit {
         const QSize own = QLineEdit::sizeHint();
         return {std::max(own.width(), wishedWidth_), own.height()};
     }
+    QSize minimumSizeHint() const override {
+        const QSize own = QLineEdit::minimumSizeHint();
+        return {std::max(own.width(), wishedWidth_ / 3), own.height()};
+    }
 
   private:
     int wishedWidth_ = 0;

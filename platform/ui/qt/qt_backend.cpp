@@ -94,8 +94,10 @@ void QtBackend::close(Dialog& dialog) {
 }
 
 int QtBackend::messageBox(const MessageBox& box) {
-    QMessageBox qt(box.flags & kBoxExclamation ? QMessageBox::Warning : QMessageBox::NoIcon, toQt(box.title),
-                   toQt(box.text), buttonsOf(box.flags), front());
+    const QMessageBox::Icon sign = box.success                   ? QMessageBox::Information
+                                   : box.flags & kBoxExclamation ? QMessageBox::Warning
+                                                                 : QMessageBox::NoIcon;
+    QMessageBox qt(sign, toQt(box.title), toQt(box.text), buttonsOf(box.flags), front());
     qt.setTextFormat(Qt::PlainText);
     if (box.flags & kBoxTopMost) qt.setWindowFlag(Qt::WindowStaysOnTopHint);
     int answer = qt.exec();

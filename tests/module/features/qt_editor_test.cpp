@@ -200,6 +200,8 @@ TEST_F(QtEditor, FeaturesAreCopiedMergedDeletedAndComeBackFromTheirFile) {
           fileNamed("hydrant.gis"),
           press(Qt::Key_Enter),
           title("Details"),
+          see([] { return qobject_cast<QMessageBox*>(window())->icon() == QMessageBox::Information; },
+              "no warning"),
           press(Qt::Key_Enter),
           back,
           press(Qt::Key_S, Qt::ControlModifier),

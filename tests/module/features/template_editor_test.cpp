@@ -62,6 +62,23 @@ class Editor : public ModuleTest {
     }
 };
 
+TEST_F(Editor, TheFormatOfNewDatabasesIsChosenInTheEditor) {
+    answer(kNewFile, {click("New Access '97 Format")});
+    ui_.answerFile(path("t.mdb"));
+    box("Yes");
+    edit({show(), click("Access 2000"), menu("Template Database/New"), show()});
+    EXPECT_TRUE(shown("radio (o) \"Access '97\"\n  1016 radio ( ) \"Access 2000\""));
+    // Made as it was chosen; the button that was pressed holds from the next one on.
+    EXPECT_EQ(read("t.mdb")[0x14], 1);
+    box("Yes");
+    ui_.clearLog();
+    edit({show(), click("Access 2000")});
+    EXPECT_TRUE(shown("radio (o) \"Access '97\""));
+    box("Yes");
+    edit({show()});
+    EXPECT_TRUE(shown("radio (o) \"Access 2000\""));
+}
+
 TEST_F(Editor, DefinesAFeatureFromNothing) {
     treeTemplate();
     EXPECT_EQ(features(), "TREE|SPECIES|Species||\nTREE|~.DBH|Diameter||\n");
