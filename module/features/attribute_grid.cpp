@@ -223,6 +223,7 @@ bool AttributeGrid::cellLeft(ui::CellPosition at) {
         return false;
     const KnownAttribute* known = FindKnownAttribute(grid_.text(kAbbreviation, at.row));
     if (!known) return false;
+    grid_.rememberForUndo();
     constexpr std::string_view kRodHeight = "ROD_HEIGHT";
     fillKnown(at.row, *known, known->abbreviation == kRodHeight ? "Rod_Height" : known->fullName);
     return true;
@@ -266,6 +267,7 @@ bool AttributeGrid::deletePressed() {
     cell.items.erase(item);
     cell.text = cell.items.empty() ? "" : cell.items[std::min(place, cell.items.size() - 1)];
     grid_.setEditing(false);
+    grid_.rememberForUndo();
     if (cell.items.empty())
         setPlainValues(at.row);
     else

@@ -44,6 +44,7 @@ void FeatureSheet::goTo(int column, int row) {
 void FeatureSheet::change(void (AttributeGrid::*command)()) {
     TemporaryValue filling(filling_, true);
     endEditing();
+    grid_.rememberForUndo();
     (attributes_.*command)();
     modified_ = true;
     if (attributes_.count() == 0) setName("");
@@ -51,6 +52,7 @@ void FeatureSheet::change(void (AttributeGrid::*command)()) {
 
 void FeatureSheet::setValues(const ValueCell& values) {
     TemporaryValue filling(filling_, true);
+    grid_.rememberForUndo();
     attributes_.applyValues(grid_.active().row, values);
     modified_ = true;
 }
@@ -65,6 +67,12 @@ void FeatureSheet::cellLeft(ui::CellPosition at) {
     if (filling_) return;
     TemporaryValue filling(filling_, true);
     if (attributes_.cellLeft(at)) modified_ = true;
+}
+
+void FeatureSheet::undone() {
+    TemporaryValue filling(filling_, true);
+    modified_ = true;
+    attributes_.fitColumns();
 }
 
 bool FeatureSheet::deletePressed() {

@@ -46,6 +46,8 @@ class FeatureSheet {
     void left() { cellLeft(grid_.active()); }
     bool enterPressed() { return attributes_.enterPressed(); }
     bool deletePressed();
+    // A change of the grid was taken back, which is a change too.
+    void undone();
 
   private:
     ui::Grid& grid_;

@@ -147,6 +147,11 @@ void TemplateEditor::onCellClick(ui::Grid&, ui::CellPosition) {
     showState();
 }
 
+void TemplateEditor::onUndo(ui::Grid&) {
+    session_.sheet.undone();
+    showState();
+}
+
 bool TemplateEditor::onKey(const ui::Key& key) {
     if (key.control && !key.alt && text::equalNoCase(key.name, "S")) {
         SaveNow(session_);

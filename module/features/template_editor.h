@@ -23,6 +23,7 @@ class TemplateEditor : public ui::Dialog {
     void onCellLeave(ui::Grid& grid, ui::CellPosition at) override;
     void onFocus(ui::Control& control) override;
     void onCellClick(ui::Grid& grid, ui::CellPosition at) override;
+    void onUndo(ui::Grid& grid) override;
     bool onKey(const ui::Key& key) override;
     void onOk() override {}  // Enter never closes the editor
     void onCancel() override { exit(); }

@@ -247,6 +247,10 @@ void PromptSheet::onCellChange(ui::Grid&, ui::CellPosition) {
     sizeColumns();
 }
 
+void PromptSheet::onUndo(ui::Grid& grid) {
+    onCellChange(grid, grid.active());
+}
+
 bool PromptSheet::onKey(const ui::Key& key) {
     if (key.is("F3")) {
         setFocus(kGrid);

@@ -42,6 +42,7 @@ class PromptSheet : public ui::Dialog {
     void onOpen() override;
     void onSelection(ui::Control& control) override;
     void onCellChange(ui::Grid& grid, ui::CellPosition at) override;
+    void onUndo(ui::Grid& grid) override;
     bool onKey(const ui::Key& key) override;
     void onOk() override;
     void onCancel() override;

@@ -265,6 +265,7 @@ std::string Dialog::userCell(Grid& grid, CellPosition at, const std::string& tex
     if (type.kind == CellKind::CheckBox) {
         bool on = text == "1";
         if (grid.checked(at.column, at.row) == on) return {};
+        grid.rememberForUndo();
         grid.setChecked(at.column, at.row, on);
         onCellChange(grid, at);
         return {};
@@ -280,6 +281,18 @@ std::string Dialog::userCell(Grid& grid, CellPosition at, const std::string& tex
 
 void Dialog::keepTyped() {
     if (auto* grid = dynamic_cast<Grid*>(find(focus_)); grid && grid->editing()) grid->setEditing(false);
+}
+
+std::string Dialog::userUndo() {
+    auto* grid = dynamic_cast<Grid*>(find(focus_));
+    if (grid && grid->editing()) {
+        grid->undoTyping();
+        return {};
+    }
+    for (size_t i = 0; !grid && i < controls_.size(); ++i) grid = dynamic_cast<Grid*>(controls_[i].get());
+    if (!grid || !grid->takesFocus() || !grid->undo()) return "there is nothing to take back";
+    onUndo(*grid);
+    return {};
 }
 
 std::string Dialog::userClose() {

@@ -139,6 +139,8 @@ class Dialog {
     // A whole entry: the cell made active, the text or choice put in (a check box takes "1" or "0"), the
     // editing ended.
     std::string userCell(Grid& grid, CellPosition at, const std::string& text);
+    // Takes back the last that was typed into a cell, else the last change of the grid.
+    std::string userUndo();
     std::string userClose();
     // Gives the inside of the window another size.
     void userResize(Size size);
@@ -155,6 +157,8 @@ class Dialog {
     virtual void onFocus(Control&) {}
     // A cell got another content by the user: text, choice or check mark.
     virtual void onCellChange(Grid&, CellPosition) {}
+    // A change of cells or rows was taken back.
+    virtual void onUndo(Grid&) {}
     virtual void onCellClick(Grid&, CellPosition) {}
     // True: it is dealt with; else the cell is edited.
     virtual bool onCellDoubleClick(Grid&, CellPosition) { return false; }

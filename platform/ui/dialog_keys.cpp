@@ -62,6 +62,9 @@ std::string Dialog::userUnclaimedKey(const Key& key) {
         return userMnemonic(static_cast<char>(std::toupper(static_cast<unsigned char>(key.name[0]))));
     if (std::optional<std::string> answer = userShortcut(key)) return *answer;
     Control* focused = find(focus_);
+    const bool isText =
+        focused && (focused->kind() == ControlKind::Edit || focused->kind() == ControlKind::DropDown);
+    if (!isText && key.control && !key.alt && text::equalNoCase(key.name, "Z")) return userUndo();
     if (focused)
         if (std::string answer = userControlKey(*focused, key); answer != kPass) return answer;
     if (key.is("Tab"))

@@ -81,6 +81,7 @@ void Grid::setSource(GridSource* source) {
     colours_.clear();
     active_ = {};
     leaveEditing();
+    history_.clear();
     ++filling_;
     changed();
 }
@@ -118,7 +119,10 @@ void Grid::setRows(int count) {
     own_.setRows(std::max(count, 0));
     types_.clearRows(rows() + 1, std::numeric_limits<int>::max());
     colours_.clearRows(rows() + 1, std::numeric_limits<int>::max());
-    if (rows() == 0) ++filling_;
+    if (rows() == 0) {
+        history_.clear();
+        ++filling_;
+    }
     keepActiveInside();
     changed();
 }
@@ -285,11 +289,44 @@ void Grid::setEditing(bool on) {
 }
 
 void Grid::typeText(std::string text, int caret) {
+    if (editing_ && text != editText_) typing_.push_back({editText_, caret_});
     editing_ = true;
     refusal_.clear();
     editText_ = std::move(text);
     caret_ = caret;
     changed(active_);
+}
+
+void Grid::undoTyping() {
+    if (typing_.empty()) return cancelEdit();
+    Typed before = std::move(typing_.back());
+    typing_.pop_back();
+    editText_ = std::move(before.text);
+    caret_ = before.caret;
+    refusal_.clear();
+    typedForItem_.clear();
+    changed(active_);
+}
+
+void Grid::rememberForUndo() {
+    constexpr size_t kMostSteps = 100;
+    if (!hasOwnCells()) return;
+    if (history_.size() == kMostSteps) history_.erase(history_.begin());
+    history_.push_back({own_, types_, colours_, active_});
+}
+
+bool Grid::undo() {
+    if (history_.empty()) return false;
+    leaveEditing();
+    Contents before = std::move(history_.back());
+    history_.pop_back();
+    own_ = std::move(before.cells);
+    types_ = std::move(before.types);
+    colours_ = std::move(before.colours);
+    active_ = before.active;
+    keepActiveInside();
+    changed();
+    return true;
 }
 
 void Grid::refuse(std::string reason) {
@@ -301,13 +338,17 @@ void Grid::leaveEditing() {
     editing_ = false;
     refusal_.clear();
     typedForItem_.clear();
+    typing_.clear();
 }
 
 void Grid::commitEdit() {
     leaveEditing();
     const CellPosition at = active_;
     const std::string before = text(at.column, at.row);
-    if (before != editText_ && has(at.column, at.row)) source_->setText(at.column, at.row, editText_);
+    if (before != editText_ && has(at.column, at.row)) {
+        rememberForUndo();
+        source_->setText(at.column, at.row, editText_);
+    }
     const bool differs = text(at.column, at.row) != before;
     changed(at);
     // Typed text counts as a change by the user, whoever ends the editing.

@@ -138,8 +138,27 @@ class Grid : public Control {
     // What has been typed to find an item of the list that is open.
     const std::string& typedForItem() const { return typedForItem_; }
 
+    // Keeps what the cells are, so that the change that follows can be taken back as a whole. Of a grid with
+    // cells of its own; the filling of a grid anew begins a new history.
+    void rememberForUndo();
+    // Takes back the last change that was remembered. False when there is none.
+    bool undo();
+
   private:
     friend class Dialog;
+    // All that a change of cells or rows can change.
+    struct Contents {
+        MemoryCells cells;
+        CellMap<CellType> types;
+        CellMap<CellColours> colours;
+        CellPosition active;
+    };
+    // What stood in the editor of a cell.
+    struct Typed {
+        std::string text;
+        int caret;
+    };
+
     void changed();
     void changed(CellPosition at);
     // After rows have gone: the active cell is one that there is.
@@ -151,6 +170,8 @@ class Grid : public Control {
     // Moves what was typed into the cell, and tells the dialog when that changed it.
     void commitEdit();
     void cancelEdit();
+    // Takes back the last that was typed into the cell; before the first of it, the editing.
+    void undoTyping();
 
     int columns_ = 0;
     MemoryCells own_;
@@ -164,6 +185,8 @@ class Grid : public Control {
     bool editing_ = false;
     std::string editText_;
     int caret_ = 0;
+    std::vector<Typed> typing_;      // before each change of it, the oldest first
+    std::vector<Contents> history_;  // before each change, the oldest first
     std::string refusal_;
     std::string typedForItem_;
     std::string textBeforeTyping_;  // that of the list before something was typed for an item

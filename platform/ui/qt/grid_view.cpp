@@ -421,6 +421,10 @@ bool GridView::eventFilter(QObject* watched, QEvent* event) {
             showList(*list);
             return true;
         }
+        if (key.matches(QKeySequence::Undo)) {
+            dialog_.userUndo();
+            return true;
+        }
         bool isLine = editedLine() != nullptr;
         if (window_.offerKey(key, isLine)) return true;
         return !isLine;

@@ -151,10 +151,10 @@ TEST_F(WindowSelection, SurveyPointsAreFoundByNumberAndDescriptionAndWorkedOnFro
     EXPECT_LT(window_.canvas().view().height, whole / 10);
     person({menu, letter(Qt::Key_P), [] {}});
     settle();
-    EXPECT_EQ(QApplication::focusWidget(), &window_.properties());
+    EXPECT_EQ(window_.focusWidget(), &window_.properties());
     person({menu, letter(Qt::Key_L), [] {}});
     settle();
-    EXPECT_EQ(QApplication::focusWidget(), commandLine());
+    EXPECT_EQ(window_.focusWidget(), commandLine());
     QString title;
     person({menu, letter(Qt::Key_M), [&] { title = QApplication::activeModalWidget()->windowTitle(); },
             [] { QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape); }, [] {}});

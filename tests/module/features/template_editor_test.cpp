@@ -62,6 +62,38 @@ class Editor : public ModuleTest {
     }
 };
 
+TEST_F(Editor, CtrlZTakesBackChangesOfCellsAndRows) {
+    treeTemplate();
+    box("No"), box("Yes");
+    edit({open("TREE"),
+          {Step::Kind::ClickCell, "", "", true, 1, 1},
+          click("Down"),
+          show(),
+          key("Ctrl+z"),
+          show(),
+          click("Remove"),
+          key("Ctrl+z"),
+          at(1, 2, "northing"),
+          show(),
+          key("Ctrl+z"),
+          show()});
+    const std::vector<std::string>& log = ui_.log();
+    std::vector<std::string> shownGrids;
+    for (const std::string& line : log)
+        if (line.find("[151]") == 0) shownGrids.push_back(line.substr(line.find("grid 5 x")));
+    ASSERT_EQ(shownGrids.size(), 4u);
+    auto rowsOf = [](std::string grid) { return grid.substr(grid.find('\n')); };
+    auto place = [&](int i, const char* name) {
+        return rowsOf(shownGrids[static_cast<size_t>(i)]).find(name);
+    };
+    EXPECT_LT(place(0, "'DBH'"), place(0, "'SPECIES'"));
+    EXPECT_LT(place(1, "'SPECIES'"), place(1, "'DBH'"));
+    EXPECT_NE(place(2, "$EQN=$NOR {$EQN=$NOR}"), std::string::npos);
+    EXPECT_EQ(place(3, "$EQN"), std::string::npos);  // with all that the name had filled in
+    EXPECT_NE(place(3, "'DBH'"), std::string::npos);
+    EXPECT_NE(place(3, "{Char|Int|Real}"), std::string::npos);
+}
+
 TEST_F(Editor, TheFormatOfNewDatabasesIsChosenInTheEditor) {
     answer(kNewFile, {click("New Access '97 Format")});
     ui_.answerFile(path("t.mdb"));

@@ -207,6 +207,20 @@ TEST_F(QtSheet, AWindowAndAScriptLeaveTheSameBehind) {
     ui::setBackend(&qt_);
 }
 
+TEST_F(QtSheet, CtrlZTakesBackWhatWasTypedAndComputed) {
+    auto shows = [](int row, const char* text) {
+        return see(
+            [=] { return child<QTableView>(1110)->model()->index(row - 1, 1).data().toString() == text; },
+            text);
+    };
+    const Action undo = press(Qt::Key_Z, Qt::ControlModifier);
+    does({clickCell(2, 3), type("40"), clickCell(2, 2), shows(6, "80"), type("12"), undo,
+          see([] { return static_cast<QLineEdit*>(QApplication::focusWidget())->text() == "1"; }, "a letter"),
+          undo, see([] { return !qobject_cast<QLineEdit*>(QApplication::focusWidget()); }, "the editing"),
+          undo, shows(3, ""), shows(6, "0"), [] { window()->close(); }});
+    EXPECT_EQ(prompt("18", "TREE"), "0");
+}
+
 TEST_F(QtSheet, DialogsFitASmallScreen) {
     does({fitsSmallScreen(), [] { window()->close(); }});
     EXPECT_EQ(prompt("18", "TREE"), "0");

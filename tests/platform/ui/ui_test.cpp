@@ -367,3 +367,30 @@ TEST_F(UiTest, WhatWasTypedIsKeptWhenTheDialogIsClosedAndAMenuChosen) {
                {Step::Kind::Close}});
     EXPECT_EQ(form.happened, "cell 2,1=a;command 21;cell 2,1=b;");
 }
+
+TEST_F(UiTest, CtrlZTakesBackTypingThenTheLastChanges) {
+    Form form;
+    run(form, {cell(2, 1, "first"),
+               cell(2, 1, "second"),
+               cell(2, 3, "NO"),
+               // Letter by letter, then the editing.
+               {Step::Kind::ClickCell, "", "", true, 2, 1},
+               key("x"),
+               key("y"),
+               key("Ctrl+z"),
+               show(),
+               key("Ctrl+Z"),
+               // The cells, the last first; also from a button.
+               key("Ctrl+z"),
+               {Step::Kind::Focus, "Apply"},
+               key("Ctrl+z"),
+               show(),
+               key("Ctrl+z"),
+               key("Ctrl+z"),
+               click("Cancel")});
+    EXPECT_TRUE(logged("at (2, 1), editing \"x\""));
+    EXPECT_TRUE(logged("'first'"));
+    EXPECT_EQ(form.get<ui::Grid>(17).text(2, 1), "");
+    EXPECT_EQ(form.get<ui::Grid>(17).text(2, 3), "");
+    backend_.expectUndone("dialog 900 refused (key \"Ctrl+z\"): there is nothing to take back");
+}
