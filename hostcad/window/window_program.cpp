@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QFileInfo>
+#include <QSettings>
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
@@ -54,6 +55,8 @@ int runWindowProgram(int count, char** words, const Product& product) {
 
     MainWindow window;
     ui::QtBackend backend(&window);
+    QSettings settings;
+    backend.keepSizesIn(settings);
     ui::setBackend(&backend);
     Host host(window, window, window);
     introduceProduct(host, product, QApplication::applicationDirPath().toStdString());

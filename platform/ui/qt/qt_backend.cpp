@@ -7,6 +7,8 @@
 #include <QFontMetrics>
 #include <QLabel>
 #include <QMessageBox>
+#include <QScreen>
+#include <QSettings>
 #include <QTimer>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -55,6 +57,10 @@ QStringList nameFilters(const std::string& filter) {
     return filters;
 }
 
+QString sizeKey(const Dialog& dialog) {
+    return QString("dialogs/%1").arg(dialog.resource());
+}
+
 }  // namespace
 
 QtBackend::QtBackend(QWidget* owner) : owner_(owner) {}
@@ -76,8 +82,25 @@ DialogWindow* QtBackend::window(const Dialog& dialog) const {
     return nullptr;
 }
 
+// A dialog that is placed to the pixel has the size that it has computed.
+void QtBackend::restoreSize(const Dialog& dialog, DialogWindow& window) {
+    if (!dialog.rectangles().empty()) return;
+    QSize size = sizes_[dialog.resource()];
+    if (!size.isValid() && settings_) size = settings_->value(sizeKey(dialog)).toSize();
+    if (size.isValid()) window.resize(size.boundedTo(window.screen()->availableSize()));
+    opened_[dialog.resource()] = window.size();
+}
+
+// Only a size that a person has chosen counts, so that others follow what a dialog shows.
+void QtBackend::keepSize(const Dialog& dialog, const DialogWindow& window) {
+    if (!dialog.rectangles().empty() || window.size() == opened_[dialog.resource()]) return;
+    sizes_[dialog.resource()] = window.size();
+    if (settings_) settings_->setValue(sizeKey(dialog), window.size());
+}
+
 bool QtBackend::open(Dialog& dialog) {
     auto window = std::make_unique<DialogWindow>(dialog, front());
+    restoreSize(dialog, *window);
     window->show();
     windows_.emplace_back(&dialog, std::move(window));
     windows_.back().second->showFocus();
@@ -89,6 +112,7 @@ void QtBackend::waitForEvent(Dialog&) {
 }
 
 void QtBackend::close(Dialog& dialog) {
+    if (const DialogWindow* closed = window(dialog)) keepSize(dialog, *closed);
     std::erase_if(windows_, [&](const auto& entry) { return entry.first == &dialog; });
     returnToFront();
 }

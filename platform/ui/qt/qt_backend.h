@@ -1,11 +1,13 @@
 // The user interface with real windows. One renderer shows every dialog; none has Qt code of its own.
 #pragma once
 
+#include <QSize>
 #include <map>
 #include <memory>
 
 #include "platform/ui/backend.h"
 
+class QSettings;
 class QWidget;
 
 namespace ui {
@@ -17,6 +19,9 @@ class QtBackend : public Backend {
     // owner: the program's window, over which dialogs stand; it may be null. A QApplication must be there.
     explicit QtBackend(QWidget* owner = nullptr);
     ~QtBackend() override;
+
+    // Where the sizes of dialogs are kept between runs; the caller's. Without, they are kept while it runs.
+    void keepSizesIn(QSettings& settings) { settings_ = &settings; }
 
     bool open(Dialog& dialog) override;
     void waitForEvent(Dialog& dialog) override;
@@ -36,7 +41,12 @@ class QtBackend : public Backend {
     QWidget* front() const;
     void returnToFront() const;
 
+    void restoreSize(const Dialog& dialog, DialogWindow& window);
+    void keepSize(const Dialog& dialog, const DialogWindow& window);
+
     QWidget* owner_;
+    QSettings* settings_ = nullptr;
+    std::map<int, QSize> opened_, sizes_;  // by resource: as a dialog was opened, and as it was left
     std::vector<std::pair<Dialog*, std::unique_ptr<DialogWindow>>> windows_;
 };
 

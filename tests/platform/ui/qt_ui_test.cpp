@@ -8,6 +8,7 @@
 #include <QMessageBox>
 #include <QPdfWriter>
 #include <QProgressBar>
+#include <QSettings>
 #include <QTabBar>
 #include <QTreeWidget>
 #include <filesystem>
@@ -214,6 +215,27 @@ TEST_F(QtUi, TheControlWithTheKeyboardIsMarked) {
     actions.push_back(press(Qt::Key_Escape));
     does(actions);
     dialog.runModal();
+}
+
+TEST_F(QtUi, DialogsOpenInTheSizeInWhichTheyWereLeft) {
+    const QString file = QString::fromStdString((folder_ / "window.ini").string());
+    auto leaveAt = [](QSize size) { return Action([=] { window()->resize(size), window()->close(); }); };
+    auto opensAt = [](QSize size) { return see([=] { return window()->size() == size; }, "size"); };
+    {
+        QSettings settings(file, QSettings::IniFormat);
+        backend_.keepSizesIn(settings);
+        does({leaveAt({711, 533})});
+        Everything().runModal();
+        does({opensAt({711, 533}), press(Qt::Key_Escape)});
+        Everything().runModal();
+    }
+    QSettings settings(file, QSettings::IniFormat);
+    ui::QtBackend next;
+    next.keepSizesIn(settings);
+    ui::setBackend(&next);
+    does({opensAt({711, 533}), press(Qt::Key_Escape)});
+    Everything().runModal();
+    ui::setBackend(&backend_);
 }
 
 TEST_F(QtUi, BoxesAnswerWhatWasPressed) {
