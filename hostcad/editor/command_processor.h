@@ -36,7 +36,7 @@ class CommandProcessor {
     // Answers come from a program, so no command shows a box in place of a prompt.
     bool isScripted() const { return isScripted_; }
     // They do while this lives.
-    [[nodiscard]] TemporaryValue<bool> beginScripted() { return {isScripted_, true}; }
+    [[nodiscard]] scope::TemporaryValue<bool> beginScripted() { return {isScripted_, true}; }
     // Such a program does not want to see prompts and notes either.
     bool isQuiet() const;
     // What the command in progress asks now.

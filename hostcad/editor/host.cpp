@@ -189,7 +189,7 @@ void Host::holdDrawing() {
 std::string Host::newDrawing(const std::string& model) {
     if (modules_->isBusy()) return "The drawing cannot be changed while a module is at work.";
     if (model.empty()) return replaceDrawing(blankDrawing());
-    TemporaryValue holding(holdsDrawings_, false);  // the model stays free
+    scope::TemporaryValue holding(holdsDrawings_, false);  // the model stays free
     std::string problem = openDrawing(model);
     if (problem.empty()) currentDrawing().setPath("");
     return problem;

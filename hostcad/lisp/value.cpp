@@ -108,7 +108,7 @@ void Value::destroy() noexcept {
     auto& cells = doomed();
     cells.emplace_back(type_, data_.cell);
     if (disposing) return;
-    TemporaryValue now(disposing, true);
+    scope::TemporaryValue now(disposing, true);
     while (!cells.empty()) {
         auto [type, cell] = cells.back();
         cells.pop_back();

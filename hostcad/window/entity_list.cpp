@@ -257,7 +257,7 @@ void EntityList::select(const std::vector<ObjectId>& ids) {
         i = end;
     }
     {
-        TemporaryValue following(isFollowing_, true);
+        scope::TemporaryValue following(isFollowing_, true);
         view_->selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
     }
     if (!rows.empty()) view_->scrollTo(table_->index(rows.front(), 0));

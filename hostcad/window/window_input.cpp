@@ -90,7 +90,7 @@ void MainWindow::runLine(const std::string& line) {
     propertiesAreOld_ = !preselected_.empty();  // a command may change the record that is shown
     panel_->write("\nCommand: " + line);
     {
-        TemporaryValue running(running_, true);
+        scope::TemporaryValue running(running_, true);
         host_->runLine(line);
     }
     canvas_->clearHighlights();

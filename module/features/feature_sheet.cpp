@@ -20,12 +20,12 @@ void FeatureSheet::close() {
 }
 
 void FeatureSheet::clear() {
-    TemporaryValue filling(filling_, true);
+    scope::TemporaryValue filling(filling_, true);
     attributes_.clear();
 }
 
 void FeatureSheet::setRows(const std::vector<FeatureFileRow>& rows) {
-    TemporaryValue filling(filling_, true);
+    scope::TemporaryValue filling(filling_, true);
     attributes_.setRows(rows);
 }
 
@@ -37,12 +37,12 @@ bool FeatureSheet::hasNames() const {
 }
 
 void FeatureSheet::goTo(int column, int row) {
-    TemporaryValue filling(filling_, true);
+    scope::TemporaryValue filling(filling_, true);
     grid_.setActive(column, row);
 }
 
 void FeatureSheet::change(void (AttributeGrid::*command)()) {
-    TemporaryValue filling(filling_, true);
+    scope::TemporaryValue filling(filling_, true);
     endEditing();
     grid_.rememberForUndo();
     (attributes_.*command)();
@@ -51,26 +51,26 @@ void FeatureSheet::change(void (AttributeGrid::*command)()) {
 }
 
 void FeatureSheet::setValues(const ValueCell& values) {
-    TemporaryValue filling(filling_, true);
+    scope::TemporaryValue filling(filling_, true);
     grid_.rememberForUndo();
     attributes_.applyValues(grid_.active().row, values);
     modified_ = true;
 }
 
 void FeatureSheet::cellEdited(ui::CellPosition at) {
-    TemporaryValue filling(filling_, true);
+    scope::TemporaryValue filling(filling_, true);
     modified_ = true;
     attributes_.cellEdited(at);
 }
 
 void FeatureSheet::cellLeft(ui::CellPosition at) {
     if (filling_) return;
-    TemporaryValue filling(filling_, true);
+    scope::TemporaryValue filling(filling_, true);
     if (attributes_.cellLeft(at)) modified_ = true;
 }
 
 void FeatureSheet::undone() {
-    TemporaryValue filling(filling_, true);
+    scope::TemporaryValue filling(filling_, true);
     modified_ = true;
     attributes_.fitColumns();
 }

@@ -3,6 +3,8 @@
 
 #include <utility>
 
+namespace scope {
+
 // Sets a variable, and gives it its old value back at the end of the block, also where that is left by an
 // exception. The variable must live longer.
 template <class T>
@@ -18,3 +20,5 @@ class TemporaryValue {
     T& variable_;
     T old_;
 };
+
+}  // namespace scope

@@ -102,9 +102,9 @@ TEST(Arcs, ReachAsFarAsTheyGo) {
 TEST(TemporaryValue, EndsWithTheBlockHoweverThatIsLeft) {
     std::string word = "before";
     try {
-        TemporaryValue<std::string> within(word, "within");
+        scope::TemporaryValue<std::string> within(word, "within");
         {
-            TemporaryValue<std::string> deeper(word, "deeper");
+            scope::TemporaryValue<std::string> deeper(word, "deeper");
             EXPECT_EQ(word, "deeper");
         }
         EXPECT_EQ(word, "within");

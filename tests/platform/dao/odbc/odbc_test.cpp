@@ -393,7 +393,8 @@ TEST_F(PostgresSource, ConnectStringsThatLieAreToldWithoutTheirPassword) {
           "ODBC;DSN=" + std::string(5000, 'x') + ";PWD=s3cret"}) {
         std::string told = descriptionOf([&] { db.Open("", false, false, connect); });
         EXPECT_NE(told, "no exception") << connect;
-        EXPECT_EQ(told.find("s3"), std::string::npos) << told;
+        for (const char* part : {"s3cret", "s3;cret", "PWD"})
+            EXPECT_EQ(told.find(part), std::string::npos) << told;
         EXPECT_FALSE(db.IsOpen());
     }
 }
