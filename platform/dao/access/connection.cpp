@@ -109,7 +109,9 @@ std::shared_ptr<Table> AccessConnection::table(const std::string& name) {
         fields.back().ordinalPosition = static_cast<int>(fields.size()) - 1;
     }
     made->rules = std::make_unique<FieldRules>(handle(), std::move(fields));
-    if (!db_.inTransaction()) made->lookups = LookupStore::instance().take(db_.store().file.state(), key);
+    // What was kept is good for the file as it was committed.
+    if (db_.store().file.isAsCommitted())
+        made->lookups = LookupStore::instance().take(db_.store().file.state(), key);
     return tables_[key] = made;
 }
 

@@ -201,6 +201,7 @@ void PageFile::beginWrite() {
     Reading reading(*this);
     if (!endsWithWholePage()) damaged("the file does not end with a whole page");
     writing_ = true;
+    changed_ = false;
     writer.keep();
 }
 
@@ -384,6 +385,7 @@ uint32_t PageFile::append() {
 
 void PageFile::replaceBy(PageFile& other) {
     if (!writing_ || changing_) throw Error("A file can be replaced only in a transaction.");
+    changed_ = true;
     forgetPages();
     ++generation_;
     shrinks_ = other.pageCount() < pageCount_;
@@ -398,6 +400,7 @@ void PageFile::replaceBy(PageFile& other) {
 
 PageFile::Change::Change(PageFile& file) : file_(file), outer_(!file.changing_) {
     if (!file.writing_) throw Error("A change needs a transaction.");
+    file.changed_ = true;
     if (!outer_) return;
     assert(file.saved_.empty());
     file.changing_ = true;

@@ -67,6 +67,8 @@ class PageFile {
     void endRead();
     void beginWrite();
     bool writing() const { return writing_; }
+    // Whether all is as it was last committed: no transaction is under way, or it has changed nothing yet.
+    bool isAsCommitted() const { return !writing_ || !changed_; }
     void commit();
     void rollBack();
     // Whether another process waits to write.
@@ -140,6 +142,7 @@ class PageFile {
 
     int reading_ = 0;
     bool writing_ = false;
+    bool changed_ = false;      // by the transaction
     bool holdsWriter_ = false;  // the lock of who writes
     uint64_t generation_ = 1;
     uint32_t pageCount_ = 0;

@@ -393,8 +393,7 @@ TEST_F(PostgresSource, ConnectStringsThatLieAreToldWithoutTheirPassword) {
           "ODBC;DSN=" + std::string(5000, 'x') + ";PWD=s3cret"}) {
         std::string told = descriptionOf([&] { db.Open("", false, false, connect); });
         EXPECT_NE(told, "no exception") << connect;
-        for (const char* part : {"s3cret", "s3;cret"})
-            EXPECT_EQ(told.find(part), std::string::npos) << told;
+        for (const char* part : {"s3cret", "s3;cret"}) EXPECT_EQ(told.find(part), std::string::npos) << told;
         EXPECT_FALSE(db.IsOpen());
     }
 }
