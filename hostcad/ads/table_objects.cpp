@@ -47,7 +47,9 @@ Acad::ErrorStatus openTable(const char* name, Table*& table, AcDb::OpenMode mode
 
 class EntityIterator : public AcDbBlockTableRecordIterator {
   public:
-    explicit EntityIterator(ObjectId block) : serial_(currentDrawing().serial()), block_(block) { start(); }
+    explicit EntityIterator(ObjectId block) : serial_(currentDrawing().serial()), block_(block) {
+        EntityIterator::start();
+    }
 
     void start() override { at_ = currentDrawing().firstEntityOf(block_); }
     bool done() const override { return !at_ || currentDrawing().serial() != serial_; }

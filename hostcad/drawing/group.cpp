@@ -74,7 +74,7 @@ std::string handleText(uint64_t handle) {
     char digits[16];
     auto [end, error] = std::to_chars(digits, digits + sizeof digits, handle, 16);
     for (char* p = digits; p != end; ++p)
-        if (*p >= 'a') *p = static_cast<char>(*p - 'a' + 'A');
+        if (*p >= 'a') *p = static_cast<char>(*p - 'a' + 'A');  // NOLINT: to_chars has written up to end
     return {digits, end};
 }
 

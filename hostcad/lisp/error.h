@@ -15,8 +15,8 @@ class Error : public std::runtime_error {
         Cancel,  // the user's Escape
         Limit    // steps or memory of a guarded run: no program can catch it
     };
-    explicit Error(const std::string& message, Kind kind_ = Kind::Ordinary)
-        : std::runtime_error(message), kind(kind_) {}
+    explicit Error(const std::string& message, Kind ofKind = Kind::Ordinary)
+        : std::runtime_error(message), kind(ofKind) {}
 
     Kind kind;
     // Filled by the interpreter where the error arises, before any function is left.

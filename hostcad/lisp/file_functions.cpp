@@ -177,6 +177,7 @@ Value copyFile(Interpreter&, const Arguments& a) {
     if (!content || (!a.has(2) && fs::exists(to, error))) return {};
     std::FILE* stream = std::fopen(to.c_str(), a.has(2) ? "ab" : "wb");
     if (!stream) return {};
+    // NOLINTNEXTLINE(clang-analyzer-cplusplus.InnerPointer): nothing has changed the content.
     bool isWritten = std::fwrite(content->data(), 1, content->size(), stream) == content->size();
     isWritten = std::fclose(stream) == 0 && isWritten;
     return isWritten ? Value::integer(static_cast<std::int32_t>(content->size())) : Value();

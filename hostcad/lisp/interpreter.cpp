@@ -150,12 +150,12 @@ void Interpreter::set(Symbol* symbol, Value value) {
     symbol->value = std::move(value);
 }
 
-void Interpreter::define(std::string name, int minimum, int maximum, Builtin::Function function) {
+void Interpreter::define(const std::string& name, int minimum, int maximum, Builtin::Function function) {
     builtins_.push_back(std::make_unique<Builtin>(Builtin{name, minimum, maximum, function, nullptr}));
     intern(name)->value = Value::builtin(builtins_.back().get());
 }
 
-void Interpreter::defineForm(std::string name, int minimum, int maximum, Builtin::SpecialForm form) {
+void Interpreter::defineForm(const std::string& name, int minimum, int maximum, Builtin::SpecialForm form) {
     builtins_.push_back(std::make_unique<Builtin>(Builtin{name, minimum, maximum, nullptr, form}));
     intern(name)->value = Value::builtin(builtins_.back().get());
 }

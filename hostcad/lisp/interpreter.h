@@ -48,8 +48,8 @@ class Interpreter {
     Symbol* quoteSymbol() const { return quote_; }
     // Throws for a symbol that is constant.
     void set(Symbol* symbol, Value value);
-    void define(std::string name, int minimum, int maximum, Builtin::Function function);
-    void defineForm(std::string name, int minimum, int maximum, Builtin::SpecialForm form);
+    void define(const std::string& name, int minimum, int maximum, Builtin::Function function);
+    void defineForm(const std::string& name, int minimum, int maximum, Builtin::SpecialForm form);
     void defineExternal(const std::string& name, ExternalFunction function);
     // A function from its list of variables and its body.
     Value makeFunction(const Symbol* name, const Value& variables, const Value& body);
