@@ -244,7 +244,7 @@ void Dialog::userCaret(Grid& grid, int caret) {
     grid.caret_ = std::clamp(caret, 0, characterCount(grid.editText_));
 }
 
-std::string Dialog::userEdit(Grid& grid, std::string text) {
+std::string Dialog::userEdit(Grid& grid, const std::string& text) {
     const CellPosition at = grid.active();
     if (!grid.has(at.column, at.row)) return "there is no such cell";
     CellEntry entry = entryOf(grid.type(at.column, at.row), text);

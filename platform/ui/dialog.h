@@ -135,7 +135,7 @@ class Dialog {
     void userCaret(Grid& grid, int caret);
     // Types into the active cell from the beginning, without ending the editing. What the cell does not take
     // leaves it as it is, and is refused with a sign.
-    std::string userEdit(Grid& grid, std::string text);
+    std::string userEdit(Grid& grid, const std::string& text);
     // A whole entry: the cell made active, the text or choice put in (a check box takes "1" or "0"), the
     // editing ended.
     std::string userCell(Grid& grid, CellPosition at, const std::string& text);
@@ -194,7 +194,7 @@ class Dialog {
     std::string userTreeKey(Tree& tree, const Key& key);
     std::string userGridKey(Grid& grid, const Key& key);
     std::string userListCellKey(Grid& grid, const std::string& key);
-    std::string userItemTyping(Grid& grid, std::string typed);
+    std::string userItemTyping(Grid& grid, const std::string& typed);
     std::string userTypedKey(Grid& grid, const std::string& typed);
     bool userCaretKey(Grid& grid, const Key& key);
     void enterDefault();

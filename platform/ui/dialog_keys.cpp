@@ -206,7 +206,7 @@ bool isListKey(const Key& key) {
 
 // Letters pick the item that they begin as a whole. As long as no item begins so, the cell has what it had
 // before them, so that a value meant for another cell changes nothing.
-std::string Dialog::userItemTyping(Grid& grid, std::string typed) {
+std::string Dialog::userItemTyping(Grid& grid, const std::string& typed) {
     if (!grid.editing()) grid.setEditing(true);
     if (grid.typedForItem_.empty()) grid.textBeforeTyping_ = grid.editText();
     const CellPosition at = grid.active();
@@ -217,7 +217,7 @@ std::string Dialog::userItemTyping(Grid& grid, std::string typed) {
     const int end = characterCount(text);
     grid.typeText(std::move(text), end);
     if (item >= 0 || typed.empty()) return {};
-    const std::string reason = "no item of the list begins with \"" + typed + "\"";
+    std::string reason = "no item of the list begins with \"" + typed + "\"";
     grid.refuse(reason);
     return reason;
 }
