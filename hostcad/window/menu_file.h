@@ -11,7 +11,7 @@
 //   Save | save | QSAVE
 //
 //   [@entities]                       entries for the menu of the list of entities; they are about what is
-//   &Smart prompting | | GIS-PROMPT   selected
+//   &Move | | MOVE   selected
 #pragma once
 
 #include <string>
