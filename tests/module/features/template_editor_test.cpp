@@ -162,6 +162,20 @@ TEST_F(Editor, ListsOfValuesAndSpecialCodes) {
               "TREE|ROD_HEIGHT|Rod_height|$EQN=$HGT|$EQN=$HGT\nTREE|EASTING|Easting|$EQN=$EAS|$EQN=$EAS\n");
 }
 
+TEST_F(Editor, CtrlZTakesBackAListOfValues) {
+    treeTemplate();
+    name("RED"), name("GREEN");
+    answer(kValues, {click("Add Value"), click("Add Value"), click("OK")});
+    box("No"), box("Yes");
+    edit({open("TREE"), at(3, 1, ""), click("Edit List Values"), show(), key("Ctrl+z"), show()});
+    EXPECT_TRUE(shown("{RED|GREEN}"));
+    std::string last;
+    for (const std::string& line : ui_.log())
+        if (line.find("[151]") == 0) last = line;
+    EXPECT_EQ(last.find("GREEN"), std::string::npos) << last;
+    EXPECT_NE(last.find("'SPECIES'"), std::string::npos) << last;
+}
+
 TEST_F(Editor, ValuesComeAndGo) {
     treeTemplate();
     name("A"), name("B"), name("C");
@@ -269,6 +283,18 @@ TEST_F(Editor, FeaturesAreCopiedRenamedAndDeleted) {
     EXPECT_TRUE(shown("Cannot rename Feature.\nFeature already exist!"));
     EXPECT_EQ(stored("select distinct GIS_NAME from ZGEO_SMART_PROMPTING order by 1"), "BUSH\nOAK\n");
     EXPECT_EQ(stored("select GIS_NAME, TABLE_NAME from ZGEO_LINKS"), "OAK|TREES\n");
+}
+
+TEST_F(Editor, TheSheetOutlivesAnotherFeatureAndTakesItsOwnNewName) {
+    treeTemplate();
+    name("bush"), category("UTILITIES"), box("Yes"), name("tree"), name("oak"), box("Yes");
+    edit({tree("TREE"), menu("Feature/Save As"), open("TREE"), tree("BUSH"), menu("Feature/Delete"), show(),
+          tree("TREE"), menu("Feature/Rename"), tree("TREE"), menu("Feature/Rename"), show()});
+    // Its own name is no name in use.
+    EXPECT_FALSE(shown("Cannot rename Feature."));
+    EXPECT_TRUE(shown("'DBH'"));
+    EXPECT_TRUE(shown("\"OAK\""));
+    EXPECT_EQ(stored("select distinct GIS_NAME from ZGEO_SMART_PROMPTING order by 1"), "OAK\n");
 }
 
 TEST_F(Editor, AFeatureThatIsSavedAgainGoesToTheEndOfItsCategory) {
