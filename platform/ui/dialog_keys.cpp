@@ -112,22 +112,18 @@ std::string Dialog::userItemKey(ItemControl& items, const Key& key) {
     const int last = items.count() - 1, present = items.selected();
     if (list && list->multiple() && key.is("Space"))
         return present >= 0 ? userPick(items, present, true) : std::string();
-    int next = present;
-    if (key.is("Down"))
-        next = present + 1;
-    else if (key.is("Up"))
-        next = present - 1;
-    else if (list && key.is("PageDown"))
-        next = present + kPage;
-    else if (list && key.is("PageUp"))
-        next = present - kPage;
-    else if (key.is("Home") && !(items.kind() == ControlKind::DropDown))
-        next = 0;
-    else if (key.is("End") && !(items.kind() == ControlKind::DropDown))
-        next = last;
-    else
-        return kPass;
-    next = std::clamp(next, 0, std::max(0, last));
+    const bool endKeys = items.kind() != ControlKind::DropDown;
+    const std::optional<int> wanted = [&]() -> std::optional<int> {
+        if (key.is("Down")) return present + 1;
+        if (key.is("Up")) return present - 1;
+        if (list && key.is("PageDown")) return present + kPage;
+        if (list && key.is("PageUp")) return present - kPage;
+        if (endKeys && key.is("Home")) return 0;
+        if (endKeys && key.is("End")) return last;
+        return std::nullopt;
+    }();
+    if (!wanted) return kPass;
+    const int next = std::clamp(*wanted, 0, std::max(0, last));
     return last < 0 || next == present ? std::string() : userPick(items, next, key.shift);
 }
 

@@ -162,7 +162,7 @@ void DialogWindow::place(QBoxLayout& into, const Layout& part) {
             auto* inner = new QVBoxLayout(box);
             for (const Layout& child : part.children) place(*inner, child);
             into.addWidget(box, part.stretch);
-            break;
+            break;  // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks): the box owns the layout.
         }
     }
 }
