@@ -1,6 +1,7 @@
 // The side of the user interface that shows things, and the boxes that every part of the program may use.
 #pragma once
 
+#include <chrono>
 #include <memory>
 #include <optional>
 #include <string>
@@ -56,6 +57,12 @@ class Backend {
     virtual bool open(Dialog& dialog) = 0;
     // Lets a person act once, or a bounded time pass.
     virtual void waitForEvent(Dialog& dialog) = 0;
+    // Lets a person act who has begun to, without waiting for it.
+    virtual void takeEvents(Dialog&) {}
+    // How often a dialog that shows the progress of work has a new picture; nothing where nobody looks at it.
+    virtual std::optional<std::chrono::milliseconds> pictureInterval(int /*resource*/) {
+        return std::nullopt;
+    }
     virtual void close(Dialog& dialog) = 0;
     // kOk, kCancel, kYes or kNo.
     virtual int messageBox(const MessageBox& box) = 0;

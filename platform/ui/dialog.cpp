@@ -84,6 +84,10 @@ void Dialog::waitForEvent() {
     if (running_) backend()->waitForEvent(*this);
 }
 
+void Dialog::takeEvents() {
+    if (running_) backend()->takeEvents(*this);
+}
+
 void Dialog::close() {
     running_ = false;
     if (backend()) backend()->close(*this);

@@ -96,6 +96,8 @@ class Dialog {
     // For a caller with a loop of its own: open, wait for one event as long as running, close.
     bool open();
     void waitForEvent();
+    // For work that goes on behind the dialog: what a person has done meanwhile, without waiting.
+    void takeEvents();
     void close();
     bool running() const { return running_; }
     void end(int result);

@@ -111,6 +111,15 @@ void QtBackend::waitForEvent(Dialog&) {
     QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
 }
 
+void QtBackend::takeEvents(Dialog&) {
+    QCoreApplication::processEvents();
+}
+
+// Often enough for a bar that moves, and for a button that answers.
+std::optional<std::chrono::milliseconds> QtBackend::pictureInterval(int) {
+    return std::chrono::milliseconds(100);
+}
+
 void QtBackend::close(Dialog& dialog) {
     if (const DialogWindow* closed = window(dialog)) keepSize(dialog, *closed);
     std::erase_if(windows_, [&](const auto& entry) { return entry.first == &dialog; });

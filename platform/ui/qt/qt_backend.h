@@ -25,6 +25,8 @@ class QtBackend : public Backend {
 
     bool open(Dialog& dialog) override;
     void waitForEvent(Dialog& dialog) override;
+    void takeEvents(Dialog& dialog) override;
+    std::optional<std::chrono::milliseconds> pictureInterval(int resource) override;
     void close(Dialog& dialog) override;
     int messageBox(const MessageBox& box) override;
     std::optional<std::string> fileBox(const FileBox& box) override;

@@ -188,18 +188,33 @@ void ScriptedBackend::waitForEvent(Dialog& dialog) {
         if (dialog.running()) dialog.end(kCancel);
         return;
     }
-    if (step->kind == Step::Kind::Show) {
+    take(dialog, *step, isScripted);
+}
+
+void ScriptedBackend::takeEvents(Dialog& dialog) {
+    if (std::optional<Step> step = nextStep(dialog)) take(dialog, *step, true);
+}
+
+// Work shows itself to a script that has something to answer, and then at each of its steps.
+std::optional<std::chrono::milliseconds> ScriptedBackend::pictureInterval(int resource) {
+    auto script = scripts_.find(resource);
+    if (script == scripts_.end() || script->second.empty()) return std::nullopt;
+    return std::chrono::milliseconds(0);
+}
+
+void ScriptedBackend::take(Dialog& dialog, const Step& step, bool isScripted) {
+    if (step.kind == Step::Kind::Show) {
         log_.push_back(modelText(dialog));
         return;
     }
     // Written down first, so that what the step brings about stands below it.
     size_t line = log_.size();
-    log_.push_back("  " + loggedText(dialog, *step));
-    std::string problem = perform(dialog, *step);
+    log_.push_back("  " + loggedText(dialog, step));
+    std::string problem = perform(dialog, step);
     if (problem.empty()) return;
     if (line < log_.size()) log_[line] += ": " + problem;
     if (isScripted)
-        failed_.push_back(text::format("dialog %d refused ", dialog.resource()) + loggedText(dialog, *step) +
+        failed_.push_back(text::format("dialog %d refused ", dialog.resource()) + loggedText(dialog, step) +
                           ": " + problem);
 }
 

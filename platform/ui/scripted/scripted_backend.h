@@ -83,6 +83,9 @@ class ScriptedBackend : public Backend {
 
     bool open(Dialog& dialog) override;
     void waitForEvent(Dialog& dialog) override;
+    // One step, as long as there are steps.
+    void takeEvents(Dialog& dialog) override;
+    std::optional<std::chrono::milliseconds> pictureInterval(int resource) override;
     void close(Dialog& dialog) override;
     int messageBox(const MessageBox& box) override;
     int ask(const OwnQuestion& question) override;
@@ -95,6 +98,7 @@ class ScriptedBackend : public Backend {
 
   private:
     std::optional<Step> nextStep(Dialog& dialog);
+    void take(Dialog& dialog, const Step& step, bool isScripted);
     // "" when the step was done, else why not.
     std::string perform(Dialog& dialog, const Step& step);
     std::optional<std::string> nextAnswer(std::deque<std::string>& queue, const std::string& question);

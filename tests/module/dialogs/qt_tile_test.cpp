@@ -2,8 +2,12 @@
 // actions that keys and the mouse set off.
 #include <QCheckBox>
 #include <QFontMetrics>
+#include <QLabel>
 #include <QListWidget>
+#include <QProgressBar>
+#include <QThread>
 
+#include "module/dialogs/progress_dialog.h"
 #include "module/dialogs/tile_dialog.h"
 #include "platform/ui/qt/qt_backend.h"
 #include "platform/ui/qt/qt_text.h"
@@ -83,6 +87,40 @@ TEST_F(QtTiles, AreWorkedByMouseAndKeys) {
     run();
     EXPECT_TRUE(tiles_.accepted());
     EXPECT_EQ(list_ + " " + name_ + " " + new_, "1 PARCELS 1");
+}
+
+class QtProgress : public testing::Test, protected QtPerson {
+  protected:
+    void SetUp() override { ui::setBackend(&backend_); }
+    void TearDown() override {
+        EXPECT_TRUE(finished()) << "not every action was reached";
+        ui::setBackend(nullptr);
+    }
+
+    ui::QtBackend backend_;
+};
+
+TEST_F(QtProgress, MovesAndIsEndedByTheButton) {
+    constexpr long kMany = 2000;  // some ten seconds
+    does({until(
+              [] {
+                  auto* bar = child<QProgressBar>(ProgressDialog::kBar);
+                  return bar && bar->value() > bar->minimum() && bar->isVisible();
+              },
+              "bar"),
+          see([] { return child<QLabel>(ProgressDialog::kText)->text().startsWith("Record "); }, "text"),
+          [] { savePicture(); }, clickButton(ui::kCancel)});
+    long done = 0;
+    {
+        ProgressDialog progress("Copy", kMany);
+        while (done < kMany && progress.step(done, "Record " + std::to_string(done))) {
+            QThread::msleep(5);
+            ++done;
+        }
+        EXPECT_TRUE(progress.cancelled());
+    }
+    EXPECT_LT(done, kMany);
+    EXPECT_EQ(window(), nullptr);
 }
 
 int main(int argc, char** argv) {
