@@ -14,7 +14,7 @@ namespace norvane {
 
 // Makes a template with its two tables and no rows. The path and the result are those of CreateDatabaseFile.
 bool CreateTemplateDatabase(const std::string& path, DatabaseVersion version);
-// 1 when a file holds both tables with their columns in place, 0 otherwise.
+// 1 when a file holds both tables with their columns, 0 otherwise.
 int IsTemplateDatabase(const std::string& path);
 // Whether a feature is defined: 1, 0, or -2 when the file is no template.
 int FeatureExists(const std::string& path, const std::string& name);

@@ -1,9 +1,9 @@
 #include "module/store/template_schema.h"
 
 #include <algorithm>
-#include <iterator>
 
 #include "module/store/user_tables.h"
+#include "platform/text/text.h"
 
 namespace norvane {
 
@@ -66,21 +66,25 @@ bool isIn(const CDaoDatabase& database, const char* table) {
 
 enum class Match { kNamesAsFarAsTheyGo, kAllWithTypes };
 
+// Columns are found by their names, wherever they stand and in whatever case, as the statements find them.
 template <size_t N>
 bool matches(CDaoDatabase& database, const char* name, const Column (&columns)[N], Match match) {
     std::string present = FindUserTable(database, name);
     if (present.empty()) return false;
     CDaoTableDef table(&database);
     table.Open(present);
-    const bool all = match == Match::kAllWithTypes;
-    const int count = std::min(table.GetFieldCount(), static_cast<int>(N));
-    if (all && count < static_cast<int>(N)) return false;
+    const int fields = table.GetFieldCount();
+    int found = 0;
     CDaoFieldInfo field;
-    for (int i = 0; i < count; ++i) {
+    for (int i = 0; i < fields; ++i) {
         table.GetFieldInfo(i, field);
-        if (field.name != columns[i].name || (all && field.type != columns[i].type)) return false;
+        found += static_cast<int>(std::ranges::count_if(columns, [&](const Column& column) {
+            return text::equalNoCase(field.name, column.name) &&
+                   (match != Match::kAllWithTypes || field.type == column.type);
+        }));
     }
-    return true;
+    const int wanted = static_cast<int>(N);
+    return found == (match == Match::kAllWithTypes ? wanted : std::min(fields, wanted));
 }
 
 bool isTemplate(CDaoDatabase& database, Match match) {

@@ -19,10 +19,10 @@ bool HasLinksTable(const CDaoDatabase& database);
 // Whether at least one of the first two is there.
 bool HasAnyTemplateTable(const CDaoDatabase& database);
 
-// Whether the first two are there with the names of their columns in place. A table with fewer columns passes
-// as far as it goes.
+// Whether the first two are there with the names of their columns, in any order and case. A table with fewer
+// columns passes where it has no other.
 bool HasTemplateColumnNames(CDaoDatabase& database);
-// Whether they are there with all of their columns in place, types included.
+// Whether they are there with all of their columns, types included.
 bool HasTemplateColumns(CDaoDatabase& database);
 
 }  // namespace norvane

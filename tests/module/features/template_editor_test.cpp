@@ -556,6 +556,68 @@ TEST_F(Editor, TheEditorLooksAtTheTypesOfColumnsAndTheChooserDoesNot) {
     EXPECT_NE(read("gps.ini").find("gismdbfile=" + path("typed.mdb")), std::string::npos);
 }
 
+TEST_F(Editor, ColumnsInAnotherOrderAndCaseMakeATemplateForEveryReader) {
+    for (const char* file : {"t.mdb", "t.sqlite"}) {
+        SCOPED_TRACE(file);
+        {
+            CDaoDatabase database;
+            database.Create(path(file));
+            auto table = [&](const char* name, const char* number, std::vector<const char*> texts) {
+                CDaoTableDef made(&database);
+                made.Create(name);
+                for (const char* text : texts) {
+                    CDaoFieldInfo info;
+                    info.name = text;
+                    info.type = dbText;
+                    info.size = 255;
+                    info.allowZeroLength = true;
+                    made.CreateField(info);
+                }
+                made.CreateField(number, dbLong, 4);
+                made.Append();
+            };
+            table("zgeo_smart_prompting", "no_gis",
+                  {"list_values", "Field_Prompt", "gis_name", "default_value", "FIELD_name"});
+            table("Zgeo_Cat", "index_cat_gis", {"gis_name", "cat_gis_name"});
+            table("zgeo_links", "more", {"is_current", "lpn_name", "table_name", "gis_name"});
+        }
+        sqlite(file,
+               "INSERT INTO ZGEO_SMART_PROMPTING(GIS_NAME, FIELD_NAME, FIELD_PROMPT) "
+               "VALUES('TREE','KIND','Kind')");
+        sqlite(file, "INSERT INTO ZGEO_CAT(INDEX_CAT_GIS, CAT_GIS_NAME, GIS_NAME) VALUES(1,'PLANTS','TREE')");
+        sqlite(file, "INSERT INTO ZGEO_LINKS(GIS_NAME, TABLE_NAME, IS_CURRENT) VALUES('TREE','TREES','NO')");
+        // The editor reads it, and writes a feature beside the one that is there.
+        ui_.answerFile(path(file));
+        name("pole");
+        box("Yes"), category("PLANTS"), box("Yes");
+        edit({menu("Template Database/Open..."), open("TREE"), show(), tree("PLANTS"), click("New Feature"),
+              at(1, 1, "height"), at(2, 1, "Height"), at(3, 1, "9"), at(4, 1, "Yes")});
+        EXPECT_TRUE(shown("'KIND'"));
+        EXPECT_EQ(sqlite(file,
+                         "SELECT GIS_NAME, FIELD_NAME, FIELD_PROMPT, DEFAULT_VALUE, LIST_VALUES "
+                         "FROM ZGEO_SMART_PROMPTING"),
+                  "TREE|KIND|Kind||\nPOLE|~HEIGHT|Height|9|\n");
+        EXPECT_EQ(sqlite(file, "SELECT INDEX_CAT_GIS, CAT_GIS_NAME, GIS_NAME FROM ZGEO_CAT"),
+                  "1|PLANTS|TREE\n2|PLANTS|POLE\n");
+        // The chooser takes it, and the sheet writes to the table that it names.
+        answer(146, {click("1004"), click("Exit")});
+        answer(149, {click("Existing")});
+        ui_.answerFile(path(file));
+        lisp("(cf:gis_smart_prompting 7)");
+        EXPECT_NE(read("gps.ini").find("gismdbfile=" + path(file)), std::string::npos);
+        makeEntity();
+        answer(134, {cell(1, "OAK"), click("OK")});
+        const std::string output = std::string("of-") + file;
+        lisp("(cf:gis_smart_prompting 1 " + quoted("") + " " + quoted(file) + " " + quoted(output) +
+             " \"PT_ID\" \"7\" 0.0 0.0 0.0 ent \"TREE\" 1 0.0 0.0 0.0 0.0 0.0 0.0 \"\")");
+        EXPECT_EQ(sqlite(output, "SELECT PT_ID, KIND FROM TREES"), "7|OAK\n");
+        EXPECT_EQ(sqlite(file, "SELECT GIS_NAME, TABLE_NAME, IS_CURRENT FROM ZGEO_LINKS"),
+                  "TREE|TREES|YES\n");
+        EXPECT_EQ(lisp("(cf:gis_smart_prompting 21 " + quoted(file) + " \"pole\")"), "1");
+        ui_.clearLog();
+    }
+}
+
 TEST_F(Editor, ATemplateThatCannotBeWrittenLosesNothing) {
     treeTemplate();
     const std::string before = features() + categories();

@@ -130,19 +130,32 @@ TEST_F(Store, ATemplateIsMadeAndKnownByItsColumns) {
     EXPECT_EQ(answer(path, "INSERT INTO ZGEO_SMART_PROMPTING(DEFAULT_VALUE) VALUES('')"), "")
         << "zero length allowed";
     EXPECT_EQ(IsTemplateDatabase(path), 1);
-    // A seventh column does no harm, two columns in each other's place do, and names of tables have no case.
+    // A seventh column does no harm, nor do the order and the case of names; another column in the place of
+    // one does.
     answer(path, "ALTER TABLE ZGEO_SMART_PROMPTING ADD COLUMN MORE TEXT(9)");
     EXPECT_EQ(IsTemplateDatabase(path), 1);
     answer(folder("swapped.mdb"),
            "CREATE TABLE ZGEO_SMART_PROMPTING(NO_GIS INTEGER, FIELD_NAME TEXT, GIS_NAME TEXT); "
            "CREATE TABLE ZGEO_CAT(INDEX_CAT_GIS INTEGER)");
-    EXPECT_EQ(IsTemplateDatabase(folder("swapped.mdb")), 0);
+    EXPECT_EQ(IsTemplateDatabase(folder("swapped.mdb")), 1);
     answer(folder("cased.mdb"),
            "CREATE TABLE zgeo_smart_prompting(NO_GIS INTEGER); CREATE TABLE zgeo_cat(INDEX_CAT_GIS)");
     EXPECT_EQ(IsTemplateDatabase(folder("cased.mdb")), 1);
     answer(folder("case.mdb"),
            "CREATE TABLE ZGEO_SMART_PROMPTING(no_gis INTEGER); CREATE TABLE ZGEO_CAT(INDEX_CAT_GIS)");
-    EXPECT_EQ(IsTemplateDatabase(folder("case.mdb")), 0);
+    EXPECT_EQ(IsTemplateDatabase(folder("case.mdb")), 1);
+    answer(folder("other.mdb"),
+           "CREATE TABLE ZGEO_SMART_PROMPTING(NO_GIS INTEGER, FEATURE TEXT); "
+           "CREATE TABLE ZGEO_CAT(INDEX_CAT_GIS INTEGER)");
+    EXPECT_EQ(IsTemplateDatabase(folder("other.mdb")), 0);
+    answer(folder("without.mdb"),
+           "CREATE TABLE ZGEO_SMART_PROMPTING(NO_GIS INTEGER, GIS_NAME TEXT, FIELD_NAME TEXT, FIELD_PROMPT "
+           "TEXT, "
+           "DEFAULT_VALUE TEXT, A TEXT, B TEXT); CREATE TABLE ZGEO_CAT(INDEX_CAT_GIS INTEGER)");
+    EXPECT_EQ(IsTemplateDatabase(folder("without.mdb")), 0)
+        << "others do not make up for one that is missing";
+    answer(folder("one.mdb"), "CREATE TABLE ZGEO_SMART_PROMPTING(NO_GIS INTEGER)");
+    EXPECT_EQ(IsTemplateDatabase(folder("one.mdb")), 0) << "both tables are needed";
     EXPECT_TRUE(host().boxes.empty());
     std::ofstream(folder("text.mdb")) << "no database";
     EXPECT_EQ(IsTemplateDatabase(folder("text.mdb")), 0);
