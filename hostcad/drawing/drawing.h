@@ -197,6 +197,10 @@ class Drawing {
     // Calls the observer after each change, until it is removed by the number that this gives.
     int addObserver(Observer observer);
     void removeObserver(int number);
+    // Is called before each change, while the object is as it was; there is one at a time.
+    void setBeforeChange(std::function<void(ObjectId)> beforeChange) {
+        beforeChange_ = std::move(beforeChange);
+    }
     // Tells the observers of a change: for an entity whose subentities were changed.
     void announce(ObjectId id, Change change);
 
@@ -254,6 +258,7 @@ class Drawing {
     int groupDepth_ = 0;
     std::vector<std::pair<int, Observer>> observers_;
     int lastObserver_ = 0;
+    std::function<void(ObjectId)> beforeChange_;
 };
 
 // A block that asks for attributes when it is inserted: it has definitions that are not constant.

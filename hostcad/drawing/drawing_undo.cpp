@@ -6,6 +6,7 @@
 namespace hostcad {
 
 void Drawing::remember(ObjectId id) {
+    if (beforeChange_) beforeChange_(id);
     const Object& object = objects_[id];
     step_.push_back({id, object.groups, object.count, object.erased});
     redo_.clear();
@@ -31,6 +32,7 @@ bool Drawing::exchange(std::vector<Step>& from, std::vector<Step>& to) {
     from.pop_back();
     Step back;
     for (auto state = step.rbegin(); state != step.rend(); ++state) {
+        if (beforeChange_) beforeChange_(state->id);
         Object& object = objects_[state->id];
         back.push_back({state->id, object.groups, object.count, object.erased});
         bool wasErased = object.erased;

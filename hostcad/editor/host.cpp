@@ -72,10 +72,12 @@ Host* Host::current() {
 Host::Host(Output& output, InputSource& source, View& view) : commandLine_(output, source), view_(view) {
     theHost = this;
     lisp_ = std::make_unique<lisp::Interpreter>([this](std::string_view text) { write(text); });
+    lostLinks_ = std::make_unique<LostLinks>(*lisp_);
     commands_ = std::make_unique<CommandProcessor>(*this);
     modules_ = std::make_unique<Modules>(*this);
     defineVariables();
     setCurrentDrawing(blankDrawing());
+    lostLinks_->watch();
     readViewBox();
 }
 
@@ -83,6 +85,8 @@ Host::~Host() {
     modules_->unloadAll();  // while modules can still ask the host for what they need to go
     modules_.reset();
     commands_.reset();
+    currentDrawing().setBeforeChange({});
+    lostLinks_.reset();
     lisp_.reset();
     theHost = nullptr;
 }
@@ -121,7 +125,12 @@ Answer Host::ask(Prompt prompt) {
 // --- Running -----------------------------------------------------------------------------------------
 
 bool Host::runLine(const std::string& line) {
-    std::string_view typed = text::trim(line);
+    bool done = runTyped(text::trim(line));
+    if (std::string lost = lostLinks_->takeLine(); !lost.empty()) write(lost);
+    return done;
+}
+
+bool Host::runTyped(std::string_view typed) {
     lisp_->clearCancel();
     try {
         if (!typed.empty() && (typed.front() == '(' || typed.front() == '!')) {
@@ -144,6 +153,7 @@ bool Host::runLine(const std::string& line) {
 void Host::runScript(const std::string& path) {
     lisp_->clearCancel();
     lisp_->runFile(path);
+    if (std::string lost = lostLinks_->takeLine(); !lost.empty()) write(lost);
     std::string open = commands_->activeName();
     if (commands_->finish() == CommandProcessor::Result::Abandoned)
         throw lisp::Error("the script leaves the command " + open + " without its answers");
@@ -156,6 +166,7 @@ std::string Host::replaceDrawing(std::unique_ptr<Drawing> drawing) {
     keptCopies_.forget();
     hold_.release();
     setCurrentDrawing(std::move(drawing));
+    lostLinks_->watch();
     readViewBox();
     modules_->drawingOpened();
     return "";

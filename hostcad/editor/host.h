@@ -10,6 +10,7 @@
 #include "hostcad/editor/command_processor.h"
 #include "hostcad/editor/drawing_hold.h"
 #include "hostcad/editor/kept_copies.h"
+#include "hostcad/editor/lost_links.h"
 #include "hostcad/editor/modules.h"
 #include "hostcad/editor/variables.h"
 #include "hostcad/editor/view.h"
@@ -102,6 +103,7 @@ class Host {
 
   private:
     void defineVariables();
+    bool runTyped(std::string_view typed);
     std::string replaceDrawing(std::unique_ptr<class Drawing> drawing);
     void holdDrawing();
     void readViewBox();
@@ -112,6 +114,7 @@ class Host {
     View& view_;
     Variables variables_;
     std::unique_ptr<lisp::Interpreter> lisp_;
+    std::unique_ptr<LostLinks> lostLinks_;
     std::unique_ptr<CommandProcessor> commands_;
     std::unique_ptr<Modules> modules_;
     Folders folders_;

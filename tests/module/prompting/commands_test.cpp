@@ -65,6 +65,37 @@ TEST_F(Commands, ASaveIsCalledLinkedOnlyWhenItIs) {
     EXPECT_NE(printed().find("could not be linked"), std::string::npos);
 }
 
+TEST_F(Commands, AnEntityThatLosesItsLinkSaysThatItsRecordStays) {
+    const std::string one = "\nThe link of 1 entity is gone; its record stays in the database.\n";
+    const auto said = [&](const std::string& line) {
+        printed();
+        host_->runLine(line);
+        const std::string all = printed();
+        const size_t at = all.find("\nThe link");
+        return at == std::string::npos ? std::string() : all.substr(at);
+    };
+    makeOn("TREE");
+    answer(134, {cell(2, "14"), click("OK")});
+    EXPECT_EQ(said("GIS-PROMPT"), "");
+    ASSERT_NE(link(), "nil");
+    EXPECT_EQ(said("U"), one);
+    EXPECT_EQ(said("REDO"), "") << "it has its link again";
+    EXPECT_EQ(said("(command \"_.ERASE\" ent \"\")"), one);
+    EXPECT_EQ(said("U"), "");
+    EXPECT_EQ(said("(entmod (list (cons -1 ent) (list -3 (list \"ZGEO_GIS_2000\"))))"), one);
+    EXPECT_EQ(said("U"), "");
+    lisp("(setq data (entget ent '(\"ZGEO_GIS_2000\"))) (entmake data)");
+    EXPECT_EQ(said("(command \"_.ERASE\" (entlast) ent \"\")"),
+              "\nThe links of 2 entities are gone; their records stay in the database.\n");
+    EXPECT_EQ(said("(command \"_.POINT\" '(1.0 2.0 3.0))"), "");
+    // Another drawing takes nothing with it that has not been lost.
+    EXPECT_EQ(said("U"), "");
+    EXPECT_EQ(said("U"), "");
+    host_->newDrawing();
+    EXPECT_EQ(said("(princ)"), "");
+    EXPECT_EQ(sqlite("output.mdb", "select count(*) from TREE"), "1\n");
+}
+
 TEST_F(Commands, AMissingOutputOfALinkedEntityIsAskedFor) {
     makeOn("TREE");
     answer(134, {cell(2, "14"), click("OK")});
