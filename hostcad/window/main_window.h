@@ -119,7 +119,7 @@ class MainWindow : public QMainWindow, public Output, public InputSource, public
     void escape();
     // Gives the waiting prompt its answer.
     void supply(Input input);
-    bool isWaiting() const { return loop_ != nullptr; }
+    bool isWaiting() const { return loop_ && !answer_; }
     // Lets the window live on while programs run: it is painted, and Escape ends them.
     void breathe();
     std::optional<Input> queuedInput(const Prompt& prompt);

@@ -44,6 +44,11 @@ bool isFromUser(QEvent::Type type) {
     }
 }
 
+bool isTypedOrClicked(QEvent::Type type) {
+    return type == QEvent::KeyPress || type == QEvent::KeyRelease || type == QEvent::MouseButtonPress ||
+           type == QEvent::MouseButtonRelease;
+}
+
 }  // namespace
 
 // --- While programs run ------------------------------------------------------------------------------------
@@ -58,9 +63,14 @@ void MainWindow::breathe() {
     lastBreath_.restart();
 }
 
-// Whoever is busy hears nothing but Escape.
+// Whoever is busy hears nothing but Escape. Who types or clicks ahead, so that the event comes in one go with
+// the answer to a prompt, means the next prompt: it is sent again.
 bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
     if (!isFromUser(event->type()) || !isBusy()) return QMainWindow::eventFilter(watched, event);
+    if (loop_ && isTypedOrClicked(event->type())) {
+        QCoreApplication::postEvent(watched, event->clone());
+        return true;
+    }
     bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
     if (isKey && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) host_->cancel();
     if (event->type() == QEvent::Close) event->ignore();
@@ -215,7 +225,7 @@ std::optional<Input> MainWindow::queuedInput(const Prompt& prompt) {
 }
 
 void MainWindow::supply(Input input) {
-    if (!loop_ || answer_) return;
+    if (!isWaiting()) return;
     if (input.kind == Input::Kind::Cancel) queue_.clear();
     answer_ = std::move(input);
     loop_->quit();

@@ -42,6 +42,8 @@ class Window : public testing::Test {
         ui::setBackend(&backend_);
         const std::string& support = host_->folders().support;
         window_.start(*host_, product, {support + "hostcad.mnu", support + product.menus});
+        clock_.setSingleShot(true);
+        clock_.callOnTimeout(&window_, [this] { act(); });
         window_.resize(1100, 800);
         window_.QMainWindow::show();
         open("survey.dxf");
@@ -62,17 +64,15 @@ class Window : public testing::Test {
     void person(std::vector<std::function<void()>> actions) {
         actions_ = std::move(actions);
         next_ = 0;
-        step();
+        clock_.start(kPace);
     }
-    void step() {
-        QTimer::singleShot(15, &window_, [this] {
-            if (next_ >= actions_.size()) return;
-            // A busy window paints itself, and so runs timers too: a person waits for it.
-            if (window_.isBusy() && !isImpatient_) return step();
-            auto action = actions_[next_++];
-            step();
-            action();
-        });
+    void act() {
+        if (next_ >= actions_.size()) return;
+        clock_.start(kPace);
+        // A busy window paints itself, and so runs timers too: a person waits for it.
+        if (window_.isBusy() && !isImpatient_) return;
+        auto action = actions_[next_++];
+        action();
     }
     void settle() {
         for (int i = 0; i < 2000 && next_ < actions_.size(); ++i) QTest::qWait(10);
@@ -150,8 +150,12 @@ class Window : public testing::Test {
     std::unique_ptr<hostcad::Host> host_;
 
   private:
+    static constexpr int kPace = 15;  // milliseconds
+
     std::vector<std::function<void()>> actions_;
     size_t next_ = 0;
+    // One for all acts: a timer that earlier ones had left behind would act as well, and too soon.
+    QTimer clock_;
 };
 
 // A template with one feature, written with the host's own Lisp.

@@ -95,6 +95,30 @@ TEST_F(WindowPrompts, TakeEntitiesAndSelectionsFromTheCanvasAndTheCommandLineAli
     EXPECT_EQ(ask("(sslength (ssget))", {[&] { clickKeyword("ALL"); }, enter}), "2");
 }
 
+TEST_F(WindowPrompts, WhatIsTypedAndClickedAheadAnswersTheNextOnes) {
+    ASSERT_EQ(host_->newDrawing(), "");
+    window_.runLine("REGEN");
+    showPixels();
+    auto key = [this](Qt::Key code, const QString& text) {
+        QCoreApplication::postEvent(commandLine(), new QKeyEvent(QEvent::KeyPress, code, {}, text));
+    };
+    auto button = [this](QEvent::Type type, QPointF at) {
+        QCoreApplication::postEvent(&window_.canvas(),
+                                    new QMouseEvent(type, at, at, Qt::LeftButton, Qt::LeftButton, {}));
+    };
+    // A slow machine hands over all of it in one go.
+    auto ahead = [&] {
+        key(Qt::Key_7, "7"), key(Qt::Key_Enter, "");
+        for (QPointF at : {pixelOf(100, 100), pixelOf(400, 100)})
+            button(QEvent::MouseButtonPress, at), button(QEvent::MouseButtonRelease, at);
+        key(Qt::Key_A, "a"), key(Qt::Key_B, "b"), key(Qt::Key_Enter, "");
+    };
+    auto giveUp = [&] { press(Qt::Key_Escape); };
+    EXPECT_EQ(ask("(progn (setq r nil) (list (getint \"n\") (getdist \"d\") (getstring \"s\")))",
+                  {ahead, [] {}, giveUp, giveUp}),
+              "(7 300.0 \"ab\")");
+}
+
 TEST_F(WindowPrompts, OfferTheirKeywordsToClick) {
     EXPECT_EQ(ask("(progn (initget \"Select Pick Number\") (getkword \"\\nWhat (Select/Number/<Pick>): \"))",
                   {[&] { clickKeyword("Number"); }}),
