@@ -6,6 +6,7 @@
 #include <QFileDialog>
 #include <QFontMetrics>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QScreen>
 #include <QSettings>
@@ -55,6 +56,22 @@ QStringList nameFilters(const std::string& filter) {
                         text::replaceAll(pieces[i + 1], ";", " ") + ")");
     }
     return filters;
+}
+
+// What a file box shows first: the files of a pattern such as "*.mdb", or a name, which the first key
+// replaces.
+void showFirst(QFileDialog& box, const std::string& pattern) {
+    if (pattern.empty()) return;
+    const QString first = toQt(pattern);
+    if (!first.contains('*') && !first.contains('?')) {
+        box.selectFile(first);
+        if (auto* name = box.findChild<QLineEdit*>("fileNameEdit")) name->selectAll();
+        return;
+    }
+    for (const QString& filter : box.nameFilters()) {
+        const QString patterns = filter.section('(', 1).section(')', 0, 0);
+        if (patterns.split(' ').contains(first, Qt::CaseInsensitive)) return box.selectNameFilter(filter);
+    }
 }
 
 QString sizeKey(const Dialog& dialog) {
@@ -153,6 +170,7 @@ std::optional<std::string> QtBackend::fileBox(const FileBox& box) {
     qt.setFileMode(box.save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
     qt.setNameFilters(nameFilters(box.filter));
     if (files::isFolder(box.folder)) qt.setDirectory(toQt(files::native(box.folder)));
+    showFirst(qt, box.pattern);
     if (!box.defaultExtension.empty()) qt.setDefaultSuffix(toQt(box.defaultExtension));
     qt.setOption(QFileDialog::DontConfirmOverwrite, !box.askOverwrite);
     bool accepted = qt.exec() == QDialog::Accepted && !qt.selectedFiles().isEmpty();

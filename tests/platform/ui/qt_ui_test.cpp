@@ -280,6 +280,39 @@ TEST_F(QtUi, FileBoxesStartInTheirFolderAndKnowTheirFilter) {
     EXPECT_EQ(ui::fileBox(open), std::nullopt);
 }
 
+TEST_F(QtUi, FileBoxesShowTheirPatternFirst) {
+    std::ofstream(folder_ / "plan.mdb") << "x";
+    ui::FileBox save;
+    save.save = true;
+    save.filter = "Databases (*.mdb)|*.mdb|GeoPackages (*.gpkg)|*.gpkg||";
+    save.folder = folder_.string();
+    auto named = [](const char* name) {
+        return [=] {
+            auto* shown = qobject_cast<QFileDialog*>(window());
+            return shown && shown->findChild<QLineEdit*>("fileNameEdit")->text() == name;
+        };
+    };
+    auto filtered = [](const char* filter) {
+        return [=] {
+            auto* shown = qobject_cast<QFileDialog*>(window());
+            return shown && shown->selectedNameFilter() == filter;
+        };
+    };
+    // A name stands there to be taken, and to be typed over.
+    save.pattern = "survey.mdb";
+    does({see(named("survey.mdb"), "the name"), press(Qt::Key_Enter), type("other.mdb"),
+          press(Qt::Key_Enter)});
+    EXPECT_EQ(ui::fileBox(save), (folder_ / "survey.mdb").string());
+    EXPECT_EQ(ui::fileBox(save), (folder_ / "other.mdb").string());
+    save.pattern = "*.gpkg";
+    does({see(filtered("GeoPackages (*.gpkg)"), "the filter"), press(Qt::Key_Escape)});
+    EXPECT_EQ(ui::fileBox(save), std::nullopt);
+    save.pattern = "*.mdb";
+    does(
+        {see(filtered("Databases (*.mdb)"), "the filter"), see(named(""), "no name"), press(Qt::Key_Escape)});
+    EXPECT_EQ(ui::fileBox(save), std::nullopt);
+}
+
 TEST_F(QtUi, APrintJobBecomesAFileOfPages) {
     qputenv("HOME", folder_.string().c_str());
     ui::Grid table(1);
