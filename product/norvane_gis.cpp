@@ -4,6 +4,7 @@ hostcad::Product norvaneGis() {
     return {
         .name = "Norvane GIS",
         .organization = "norvane",
+        .desktopFile = "org.norvane.gis",
         .version = NORVANE_VERSION,
         .about =
             "Ties the entities of a drawing to the records of a database.\n"

@@ -11,6 +11,7 @@ class Host;
 struct Product {
     std::string name;          // behind the drawing's in the title of the window
     std::string organization;  // under whose name the desktop keeps the settings of the window
+    std::string desktopFile;   // its entry in the menu of the desktop, without the ending
     std::string version;
     std::string about;        // a few sentences on what it is and whose
     std::string lispVersion;  // what (ver) gives

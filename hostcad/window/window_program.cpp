@@ -52,6 +52,7 @@ int runWindowProgram(int count, char** words, const Product& product) {
     std::setlocale(LC_NUMERIC, "C");
     QApplication::setOrganizationName(ui::toQt(product.organization));
     QApplication::setApplicationName("hostcad");
+    QGuiApplication::setDesktopFileName(ui::toQt(product.desktopFile));
 
     MainWindow window;
     ui::QtBackend backend(&window);
