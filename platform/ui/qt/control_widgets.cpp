@@ -13,8 +13,10 @@
 #include <QRadioButton>
 #include <QSignalBlocker>
 #include <QTabBar>
+#include <QToolTip>
 
 #include "platform/ui/qt/dialog_window.h"
+#include "platform/ui/qt/frame_overlay.h"
 #include "platform/ui/qt/grid_view.h"
 #include "platform/ui/qt/qt_text.h"
 #include "platform/ui/qt/record_list.h"
@@ -93,11 +95,21 @@ class EditWidget : public Shown<Edit, PathEdit> {
         QObject::connect(q_, &QLineEdit::textEdited, q_, [this](const QString& text) {
             dialog_.userText(control_, fromQt(text));
             update();
+            if (text.size() < q_->maxLength()) refusal_->hide();
         });
+        refusal_->setObjectName("refusal");
+        QObject::connect(q_, &QLineEdit::inputRejected, q_, [this] { showRefusal(); });
+        QObject::connect(q_, &QLineEdit::editingFinished, q_, [this] { refusal_->hide(); });
     }
     bool takesText() const override { return true; }
 
   private:
+    // More than it holds was typed, or cut off what was pasted.
+    void showRefusal() {
+        refusal_->showAt(q_->rect());
+        QToolTip::showText(q_->mapToGlobal(q_->rect().bottomLeft()),
+                           QString("This holds %1 characters and no more.").arg(q_->maxLength()), q_);
+    }
     void show() override {
         q_->setReadOnly(control_.readOnly());
         q_->setEchoMode(control_.secret() ? QLineEdit::Password : QLineEdit::Normal);
@@ -118,6 +130,7 @@ class EditWidget : public Shown<Edit, PathEdit> {
         }
     }
     int from_ = 0, to_ = 0;
+    FrameOverlay* refusal_ = new FrameOverlay(q_, QColor(kRefusalColour), window_.scaled(2));  // the widget's
 };
 
 class ButtonWidget : public Shown<Button, QPushButton> {

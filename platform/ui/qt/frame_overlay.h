@@ -6,6 +6,9 @@
 
 namespace ui {
 
+// Round what has refused to take something; seen on light and dark grounds.
+constexpr QRgb kRefusalColour = 0xFFE02020;
+
 class FrameOverlay : public QWidget {
   public:
     FrameOverlay(QWidget* parent, const QColor& colour, int thickness);

@@ -16,8 +16,7 @@
 namespace ui {
 namespace {
 
-constexpr int kArrowWidth = 18;              // of a drop-down's button, at 96 dpi
-constexpr QRgb kRefusalColour = 0xFFE02020;  // seen on light and dark grounds
+constexpr int kArrowWidth = 18;  // of a drop-down's button, at 96 dpi
 
 // Draws the arrow of a drop-down and the face of a button, which a table has no notion of.
 class CellPainter : public QStyledItemDelegate {

@@ -1,5 +1,6 @@
 // Every kind of control, the boxes and print jobs in real windows on the offscreen platform, worked by key
 // and mouse events: what a person does must reach the model, and what the model does must be seen.
+#include <QClipboard>
 #include <QComboBox>
 #include <QFileDialog>
 #include <QKeyEvent>
@@ -236,6 +237,31 @@ TEST_F(QtUi, DialogsOpenInTheSizeInWhichTheyWereLeft) {
     does({opensAt({711, 533}), press(Qt::Key_Escape)});
     Everything().runModal();
     ui::setBackend(&backend_);
+}
+
+TEST_F(QtUi, AnEditThatIsFullShowsThatItRefusesMore) {
+    class Short : public ui::Dialog {
+      public:
+        Short() : Dialog(901, "Short") {
+            add<ui::Edit>(kName).setMaxLength(4);
+            add<ui::Button>(ui::kOk, "OK");
+            setLayout(ui::column({ui::item(kName), ui::item(ui::kOk)}));
+        }
+    } dialog;
+    auto refuses = [] {
+        auto* mark = child<QLineEdit>(kName)->findChild<QWidget*>("refusal");
+        return mark->isVisible();
+    };
+    auto takes = [=] { return !refuses(); };
+    does({type("MH 7"), see(takes, "four"), type("5"), see(refuses, "five"), press(Qt::Key_Backspace),
+          see(takes, "three"),
+          [] {
+              QApplication::clipboard()->setText("1234567");
+              child<QLineEdit>(kName)->paste();
+          },
+          see(refuses, "pasted"), press(Qt::Key_Tab), see(takes, "left"), press(Qt::Key_Escape)});
+    dialog.runModal();
+    EXPECT_EQ(dialog.find(kName)->text(), "MH 1");
 }
 
 TEST_F(QtUi, BoxesAnswerWhatWasPressed) {
