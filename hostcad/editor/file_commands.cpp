@@ -180,10 +180,7 @@ class CompactDatabaseCommand : public FileCommand {
     using FileCommand::FileCommand;
     void start() override {
         if (wantsBoxes()) {
-            if (std::optional<std::string> path = chooseDatabase(kTitle)) {
-                std::string report = compact(*path);
-                ui::messageBox(kTitle, report, ui::kBoxOk | ui::kBoxExclamation);
-            }
+            if (std::optional<std::string> path = chooseDatabase(kTitle)) compact(*path);
             return;
         }
         ask(Prompt::Kind::Line, "\nEnter name of database to compact: ", [this](const Answer& answer) {
@@ -194,20 +191,26 @@ class CompactDatabaseCommand : public FileCommand {
   private:
     static constexpr const char* kTitle = "Compact and Repair Database";
 
-    // What has become of it, which the command line tells as well.
-    std::string compact(const std::string& path) {
+    // What has become of it is told on the command line, and in a box where boxes are wanted.
+    void compact(const std::string& path) {
         std::string report;
+        bool isWell = false;
         try {
-            report =
-                text(path, dao::compactDatabase(path, "", [this](size_t done, size_t all) {
-                         note("\rTable " + std::to_string(done + 1) + " of " + std::to_string(all) + "    ");
-                         if (ui::backend()) ui::backend()->refresh();
-                     }));
+            const dao::CompactReport done = dao::compactDatabase(path, "", [this](size_t table, size_t all) {
+                note("\rTable " + std::to_string(table + 1) + " of " + std::to_string(all) + "    ");
+                if (ui::backend()) ui::backend()->refresh();
+            });
+            report = text(path, done);
+            isWell = done.losses.empty();
         } catch (const CDaoException& error) {
             report = error.description();
         }
         say("\r" + report + "\n");
-        return report;
+        if (!wantsBoxes()) return;
+        if (isWell)
+            ui::reportSuccess(kTitle, report);
+        else
+            ui::messageBox(kTitle, report, ui::kBoxOk | ui::kBoxExclamation);
     }
 
     static std::string text(const std::string& path, const dao::CompactReport& report) {

@@ -141,9 +141,9 @@ void SettingsDialog::selectTemplate() {
     templateFolder_ = chooser.folder;
     if (!chooser.path.empty()) find(kTemplateEdit)->setText(chooser.path);
     if (chooser.createdNew)
-        ui::messageBox("Alert",
-                       "New template database is empty!\nPlease use <Define Template Database> command to "
-                       "create GIS prompts!");
+        ui::reportSuccess("Alert",
+                          "New template database is empty!\nPlease use <Define Template Database> command to "
+                          "create GIS prompts!");
 }
 
 void SettingsDialog::selectOutput() {

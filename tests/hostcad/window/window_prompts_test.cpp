@@ -220,6 +220,7 @@ TEST_F(WindowPrompts, ADatabaseIsCompactedFromTheMenu) {
                 auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
                 ASSERT_NE(box, nullptr);
                 told = box->text();
+                EXPECT_EQ(box->icon(), QMessageBox::Information) << "a success has no warning sign";
                 QTest::mouseClick(box->button(QMessageBox::Ok), Qt::LeftButton);
             },
             [] {}});
