@@ -34,6 +34,10 @@ int acedAlert(const char* message) {
     return RTNORM;
 }
 
+int acedUsrBrk() {
+    return Host::current() && Host::current()->lisp().takeCancel() ? 1 : 0;
+}
+
 int acedRedraw(const ads_name entity, int mode) {
     Host* host = Host::current();
     if (!host || mode < 1 || mode > 4) return RTERROR;

@@ -372,6 +372,11 @@ void Interpreter::setPulse(std::function<void()> pulse) {
     nextCheck_ = std::min(limit_, nextPulse_);
 }
 
+bool Interpreter::takeCancel() {
+    if (pulse_) pulse_();
+    return cancelled_.exchange(false);
+}
+
 void Interpreter::limitReached(const char* here) {
     if (cancelled_.exchange(false)) throw Error("Function cancelled", Error::Kind::Cancel);
     if (here < stackEnd_) throw Error("stack limit reached");

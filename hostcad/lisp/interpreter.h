@@ -74,6 +74,9 @@ class Interpreter {
     void cancel() { cancelled_ = true; }
     // Forgets a cancellation that came when nothing ran.
     void clearCancel() { cancelled_ = false; }
+    // Whether there was one since this was asked last. Work that is no program of Lisp asks, and ends itself;
+    // the program that called it runs on.
+    bool takeCancel();
     // A guarded run ends with an error after so many steps; 0: no limit.
     void limitSteps(std::uint64_t steps);
     // Calls a function now and then while a program runs, so that a window lives on; it may cancel(). Null

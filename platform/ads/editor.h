@@ -89,6 +89,9 @@ int acedCmd(const resbuf* answers);
 int acutPrintf(const char* format, ...) __attribute__((format(printf, 1, 2)));
 // A message that waits for the user's OK.
 int acedAlert(const char* message);
+// 1 when the user has pressed Escape since this was asked last, else 0. Long work asks now and then and ends
+// itself; while it asks, the host's window lives on.
+int acedUsrBrk();
 // mode: 1 draw, 2 erase, 3 highlight, 4 unhighlight. A null name redraws all.
 int acedRedraw(const ads_name entity, int mode);
 // World point of a pixel of the view; both coordinates count from the view's lower left corner.

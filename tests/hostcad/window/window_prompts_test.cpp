@@ -1,10 +1,12 @@
 // Prompts in the window: answered on the canvas or on the command line, to the same effect.
+#include <QElapsedTimer>
 #include <QFileDialog>
 #include <QLabel>
 #include <QMessageBox>
 #include <QMimeData>
 #include <QPushButton>
 
+#include "platform/ads/editor.h"
 #include "tests/hostcad/window/window_fixture.h"
 
 namespace {
@@ -163,6 +165,20 @@ TEST_F(WindowPrompts, EscapeEndsAProgramThatRunsOn) {
             [&] { QTest::keyClicks(commandLine(), "abc"); }, [&] { press(Qt::Key_Escape); }, [] {}});
     settle();
     EXPECT_EQ(commandLine()->text(), "");
+}
+
+TEST_F(WindowPrompts, EscapeEndsWorkThatAsksForItAndNotItsCaller) {
+    isImpatient_ = true;
+    host_->lisp().define("WORK", 0, 0, [](hostcad::lisp::Interpreter&, const hostcad::lisp::Arguments&) {
+        QElapsedTimer patience;
+        for (patience.start(); patience.elapsed() < 10000;)
+            if (acedUsrBrk()) return hostcad::lisp::Value::integer(1);
+        return hostcad::lisp::Value();
+    });
+    person({typing("(setq r (list (work) \"and on\"))"), [&] { press(Qt::Key_Escape); }, [] {}});
+    settle();
+    EXPECT_EQ(lisp("r"), "(1 \"and on\")");
+    EXPECT_EQ(acedUsrBrk(), 0);  // it is told once
 }
 
 TEST_F(WindowPrompts, ThePreviousViewComesBackAlsoFromTheWheelAndWithinAPrompt) {
