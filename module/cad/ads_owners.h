@@ -86,6 +86,8 @@ class OpenObject {
     explicit operator bool() const { return object_ != nullptr; }
     T* operator->() const { return object_; }
     T* get() const { return object_; }
+    // The open object becomes the caller's, who closes it.
+    T* release() { return std::exchange(object_, nullptr); }
     void close() {
         if (object_) std::exchange(object_, nullptr)->close();
     }

@@ -74,6 +74,11 @@ int WriteGisLink(const ads_name entity, const GisLink& link) {
     return written ? RTNORM : RTERROR;
 }
 
+bool LinkNewEntity(AcDbObject& entity, const GisLink& link) {
+    acdbRegApp(kGisLinkApplication);
+    return entity.setXData(newRecord(link).get()) == Acad::eOk;
+}
+
 LinkState ReadGisLink(const ads_name entity, GisLink& link) {
     link = {};
     ResultBuffers data = entityWithLink(entity);

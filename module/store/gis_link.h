@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "platform/ads/objects.h"
 #include "platform/ads/result_buffer.h"
 
 namespace norvane {
@@ -29,6 +30,9 @@ int HasGisLink(const ads_name entity);
 // Writes the link, or refreshes the one that is there, which keeps its number of strings. RTERROR when the
 // entity cannot be opened.
 int WriteGisLink(const ads_name entity, const GisLink& link);
+// Gives an entity that was just made, and is open for write, its link. False when the host refuses it: a text
+// of a link holds at most 255 bytes.
+bool LinkNewEntity(AcDbObject& entity, const GisLink& link);
 LinkState ReadGisLink(const ads_name entity, GisLink& link);
 // Takes the link off the entity. The result of the host.
 int EraseGisLink(const ads_name entity);
