@@ -166,6 +166,20 @@ size_t PointStoreWriteAll(std::vector<PointRecord> points, int quiet) {
     return file->WriteAll(points, quiet);
 }
 
+bool PointStoreWriteBeside(std::vector<PointRecord> points, const std::string& temporaryPath) {
+    CoordinateFile* file = openFile(0);
+    if (!file) return false;
+    const std::optional<std::string> content = files::read(file->path);
+    // An index that is left of another file is not this copy's, whose own is made from its points.
+    if (!content || !files::remove(IndexPath(temporaryPath)) || !files::replace(temporaryPath, *content))
+        return false;
+    for (PointRecord& point : points) point = fileForm(*file, std::move(point));
+    const std::unique_ptr<CoordinateFile> copy = makeFile(file->format);
+    const bool whole = copy && copy->Open(temporaryPath) && copy->WriteAll(points, 1) == points.size();
+    if (!whole) files::remove(temporaryPath);
+    return whole;
+}
+
 std::string PointStoreHighest() {
     return PointStore.currentFile ? PointStore.currentFile->highestName : "";
 }

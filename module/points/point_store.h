@@ -39,6 +39,9 @@ int PointStoreFindNear(const std::string& name, PointRecord& point, int quiet, i
 int PointStoreWrite(const PointRecord& point, int quiet);
 // Many at once, which is much faster on files that are kept in order. How many went in.
 size_t PointStoreWriteAll(std::vector<PointRecord> points, int quiet);
+// The same into a copy of the open file under another path, which PointStoreReplace then puts into its place;
+// until then the open file is as it was. False when not all of them went in, and there is no copy.
+bool PointStoreWriteBeside(std::vector<PointRecord> points, const std::string& temporaryPath);
 std::string PointStoreHighest();
 std::string PointStoreLowest();
 

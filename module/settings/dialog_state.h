@@ -26,6 +26,8 @@ constexpr int kFeatureFileFolder = 26;
 constexpr int kNoteFile = 27;
 constexpr int kInsertBlocksGrid = 28;
 constexpr int kAsciiSettings = 31;
+constexpr int kReferenceFiles = 32;
+constexpr int kImportedSets = 33;
 }  // namespace state
 
 // The value of an index; "" when there is none. The file is made when it is missing.
