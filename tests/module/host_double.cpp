@@ -6,8 +6,8 @@
 #include "platform/ads/editor.h"
 
 HostDouble& host() {
-    static HostDouble double_;
-    return double_;
+    static HostDouble only;
+    return only;
 }
 
 extern "C" {
@@ -16,7 +16,7 @@ int acutPrintf(const char* format, ...) {
     char line[4096];
     va_list arguments;
     va_start(arguments, format);
-    int length = std::vsnprintf(line, sizeof line, format, arguments);
+    int length = std::vsnprintf(line, sizeof line, format, arguments);  // NOLINT: it is started above.
     va_end(arguments);
     host().printed += line;
     return length;

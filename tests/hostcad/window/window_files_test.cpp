@@ -61,8 +61,13 @@ class WindowFiles : public Window {
         return [this, name] {
             auto* box = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
             ASSERT_NE(box, nullptr);
-            box->findChild<QLineEdit*>()->setText(QString::fromStdString(path(name)));
-            QTest::keyClick(box->findChild<QLineEdit*>(), Qt::Key_Enter);
+            // Without the focus in the name, the box takes the file that its list shows as chosen.
+            box->activateWindow();
+            ASSERT_TRUE(QTest::qWaitForWindowActive(box));
+            auto* file = box->findChild<QLineEdit*>();
+            file->setFocus();
+            file->setText(QString::fromStdString(path(name)));
+            QTest::keyClick(file, Qt::Key_Enter);
         };
     }
     void drawPoint() { window_.runLine("(entmake '((0 . \"POINT\") (10 1.0 2.0 0.0)))"); }

@@ -91,6 +91,7 @@ TEST_F(Window, ControlZTakesBackTheDrawingUnlessTextIsTyped) {
     QAction* button = nullptr;
     for (QAction* action : window_.findChild<QToolBar*>("drawing")->actions())
         if (action->text() == "Undo") button = action;
+    ASSERT_NE(button, nullptr);
     auto offered = [&] { return std::vector{undo->isEnabled(), button->isEnabled(), redo->isEnabled()}; };
     EXPECT_EQ(offered(), (std::vector{false, false, false}));
     auto control = [&](Qt::Key key) {

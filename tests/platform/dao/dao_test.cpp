@@ -427,7 +427,7 @@ TEST(DaoFiles, WhatIsNoDatabaseIsRefusedWithItsReason) {
     auto refusal = [&](const std::string& name) { return descriptionOf([&] { db.Open(folder(name)); }); };
     std::ofstream(folder("text.mdb"))
         << "not a database at all, though it is long enough to hold a header of one\n";
-    std::ofstream(folder("empty.mdb"));
+    std::ofstream empty(folder("empty.mdb"));
     std::ofstream(folder("access.mdb"), std::ios::binary).write("\0\1\0\0Standard Jet DB\0\1\0\0\0", 24);
     std::ofstream(folder("broken.mdb"), std::ios::binary)
         << std::string("SQLite format 3\0", 16) << std::string(200, 'x');

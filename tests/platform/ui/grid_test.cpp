@@ -79,17 +79,17 @@ class TablesTest : public testing::Test {
 // Which cells a view is told of; "all" for the whole control.
 class Told : public ui::DialogView {
   public:
-    void controlChanged(ui::Control&) override { cells += "all;"; }
+    void controlChanged(ui::Control&) override { cells_ += "all;"; }
     void cellChanged(ui::Grid&, CellPosition at) override {
-        cells += std::to_string(at.column) + "," + std::to_string(at.row) + ";";
+        cells_ += std::to_string(at.column) + "," + std::to_string(at.row) + ";";
     }
     void focusChanged(int) override {}
     void titleChanged() override {}
     void ended() override {}
-    std::string take() { return std::exchange(cells, {}); }
+    std::string take() { return std::exchange(cells_, {}); }
 
   private:
-    std::string cells;
+    std::string cells_;
 };
 
 }  // namespace
