@@ -197,7 +197,7 @@ TEST_F(QtUi, AButtonIsPressedOnceByAKeyThatIsHeldDown) {
 TEST_F(QtUi, TheControlWithTheKeyboardIsMarked) {
     Everything dialog;
     auto marked = [](int id) {
-        return see(
+        return until(
             [=] {
                 auto* mark = window()->findChild<QWidget*>("focus");
                 auto* widget = child<QWidget>(id);
