@@ -78,7 +78,6 @@ void DialogWindow::makeWidgets() {
         std::unique_ptr<ControlWidget> made = makeControlWidget(*control, dialog_, *this);
         made->widget()->setObjectName(QString::number(control->id()));
         made->widget()->installEventFilter(this);
-        made->update();
         widgets_[control->id()] = std::move(made);
     }
     // Labels lend their mnemonic to the control behind them.
@@ -88,7 +87,10 @@ void DialogWindow::makeWidgets() {
 }
 
 void DialogWindow::arrange() {
-    if (!dialog_.rectangles().empty()) return placeRectangles();
+    if (!dialog_.rectangles().empty()) {
+        showControls();
+        return placeRectangles();
+    }
     auto* column = new QVBoxLayout(this);
     for (const auto& control : dialog_.controls())
         if (control->kind() == ControlKind::Menu) column->setMenuBar(widgetOf(control->id()));
@@ -100,25 +102,35 @@ void DialogWindow::arrange() {
             parts.pop_back();
         }
     }
-    column->addWidget(ground_ = newGround(parts), 1);
+    auto* inside = new QWidget(this);
+    auto* above = new QVBoxLayout(inside);
+    above->setContentsMargins(0, 0, 0, 0);
+    for (const Layout& part : parts) place(*above, part);
     for (const Layout& part : foot) place(*column, part);
-    for (const auto& [id, control] : widgets_) control->update();
+    // Once they have their places, since a widget that gets another parent is hidden by that.
+    showControls();
+    column->insertWidget(0, ground_ = newGround(*inside), 1);
     Size size = dialog_.size();
     QSize wished = size.width > 0 ? QSize(scaled(size.width), scaled(size.height)) : sizeHint();
     // A small screen still shows all of it.
     resize(screen() ? wished.boundedTo(screen()->availableSize()) : wished);
 }
 
-QScrollArea* DialogWindow::newGround(const std::vector<Layout>& parts) {
-    auto* inside = new QWidget;
-    auto* column = new QVBoxLayout(inside);
-    column->setContentsMargins(0, 0, 0, 0);
-    for (const Layout& part : parts) place(*column, part);
+void DialogWindow::showControls() {
+    for (const auto& [id, control] : widgets_) control->update();
+}
+
+QScrollArea* DialogWindow::newGround(QWidget& inside) {
     auto* ground = new Ground(this);
     ground->setFrameShape(QFrame::NoFrame);
     ground->setFocusPolicy(Qt::NoFocus);
     ground->setWidgetResizable(true);
-    ground->setWidget(inside);
+    // Large enough from the beginning, so that it does not lay itself out with scroll bars at first.
+    ground->resize(inside.sizeHint());
+    ground->setWidget(&inside);
+    // The window has filled it all already.
+    ground->viewport()->setAutoFillBackground(false);
+    inside.setAutoFillBackground(false);
     return ground;
 }
 

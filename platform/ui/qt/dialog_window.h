@@ -50,8 +50,9 @@ class DialogWindow : public QDialog, public DialogView {
   private:
     void makeWidgets();
     void arrange();
-    // What stands above the buttons that end the dialog, on ground that scrolls where the screen is small.
-    QScrollArea* newGround(const std::vector<Layout>& parts);
+    void showControls();
+    // Ground that scrolls where the screen is small, for what stands above the buttons that end the dialog.
+    QScrollArea* newGround(QWidget& inside);
     void place(QBoxLayout& into, const Layout& part);
     void placeTable(QGridLayout& into, const Layout& table);
     void placeRectangles();
