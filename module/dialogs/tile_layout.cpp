@@ -9,12 +9,11 @@ namespace {
 constexpr int kCheckMark = 25;  // pixels of the box in front of a toggle's or radio's label
 
 bool hasPixelWidth(TileType type) {
-    switch (static_cast<int>(type)) {
-        case 9:
-        case 0x10:
-        case 0x11:
-        case 0x16:
-        case 0x1b:
+    switch (type) {
+        case TileType::kPicture:
+        case TileType::kPointView:
+        case TileType::kWindowView:
+        case TileType::kProgress:
             return true;
         default:
             return false;
@@ -96,10 +95,14 @@ size_t TileLayout::layoutColumn(size_t start, ui::Rect& rectangle, int parent) {
     at.column = addNode(LayoutNode::Type::kColumn, parent, {at.left, at.top, 0, 0});
     startRow(at);
     size_t i = start;
-    for (; i < tiles_.size() && tiles_[i].type != TileType::kEndGroup; ++i) {
+    for (; i < tiles_.size(); ++i) {
         const TileRecord& tile = tiles_[i];
+        // With a group its end is left out too, and does not close the column that the group stands in.
         if (tile.page != kAllPages && tile.page != page_) continue;
+        if (tile.type == TileType::kEndGroup) break;
         switch (tile.type) {
+            case TileType::kMenuEntry:
+                break;
             case TileType::kBeginGroup:
                 i = placeGroup(i, at);
                 break;
@@ -300,7 +303,8 @@ void TileLayout::shift(int index, int distance) {
     if (distance == 0) return;
     LayoutNode& node = nodes_[static_cast<size_t>(index)];
     node.rectangle.left += distance;
-    if (node.type == LayoutNode::Type::kTile) node.modified = true;
+    // A box goes with the tiles inside it.
+    if (node.type == LayoutNode::Type::kTile || node.box != LayoutNode::kNone) node.modified = true;
     for (int child : node.children) shift(child, distance);
 }
 
@@ -313,6 +317,34 @@ void TileLayout::applyRectangles() {
         tile.rectangle = node.rectangle;
         if (node.tile == LayoutNode::kNone) tile.rectangle.width += node.extraSpace;
     }
+}
+
+// --- Pages ------------------------------------------------------------------------------------------------
+
+ui::Size LayOutPages(std::vector<TileRecord>& tiles, const TileMeasures& measures) {
+    int pages = 0;
+    for (const TileRecord& tile : tiles) pages = std::max(pages, tile.page + 1);
+    if (pages == 0) return TileLayout(tiles, measures).run(kAllPages);
+    ui::Size content;
+    std::vector<ui::Rect> shared(tiles.size());
+    for (int page = 0; page < pages; ++page) {
+        const ui::Size size = TileLayout(tiles, measures).run(page);
+        content.width = std::max(content.width, size.width);
+        content.height = std::max(content.height, size.height);
+        for (size_t i = 0; i < tiles.size(); ++i) {
+            const ui::Rect& here = tiles[i].rectangle;
+            ui::Rect& r = shared[i];
+            const int right = std::max(r.left + r.width, here.left + here.width);
+            const int bottom = std::max(r.top + r.height, here.top + here.height);
+            r.left = std::max(r.left, here.left);
+            r.top = std::max(r.top, here.top);
+            r.width = right - r.left;
+            r.height = bottom - r.top;
+        }
+    }
+    for (size_t i = 0; i < tiles.size(); ++i)
+        if (tiles[i].page == kAllPages) tiles[i].rectangle = shared[i];
+    return content;
 }
 
 // --- Sizes of the window ----------------------------------------------------------------------------------

@@ -69,6 +69,10 @@ class TileLayout {
     int page_ = kAllPages;
 };
 
+// Places the tiles of all pages. Those that stand on all of them, in front of the tiles of pages or behind
+// them, keep clear of the largest page. The size that the largest needs.
+ui::Size LayOutPages(std::vector<TileRecord>& tiles, const TileMeasures& measures);
+
 // The rectangle of a tile after the window has grown by dx and dy.
 ui::Rect AnchoredRectangle(const TileRecord& tile, int dx, int dy);
 // The upper left corner of a window that is centred in an area, never left of or above its corner.

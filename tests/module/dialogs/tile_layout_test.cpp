@@ -127,6 +127,39 @@ TEST(TileLayout, OtherPagesAreLeftOut) {
     EXPECT_EQ(tiles[2].rectangle, (ui::Rect{40, 10, 40, 16}));
 }
 
+TEST(TileLayout, AGroupOfAnotherPageEndsWithItAndNothingElse) {
+    // A group on each page, in a group that stands on both; behind it a tile of all pages.
+    std::vector<TileRecord> tiles{group(true), group(true), pixels(50), end(), group(true), pixels(70),
+                                  row(),       pixels(70),  end(),      end(), row(),       pixels(30)};
+    for (size_t i : {1u, 2u, 3u}) tiles[i].page = 0;
+    for (size_t i : {4u, 5u, 6u, 7u, 8u}) tiles[i].page = 1;
+    const ui::Size size = LayOutPages(tiles, kFont);
+    // Each page begins at the same corner, inside both boxes.
+    EXPECT_EQ(tiles[2].rectangle, (ui::Rect{26, 42, 50, 16}));
+    EXPECT_EQ(tiles[5].rectangle, (ui::Rect{26, 42, 70, 16}));
+    EXPECT_EQ(tiles[7].rectangle, (ui::Rect{26, 68, 70, 16}));
+    // The boxes of the pages: 8 and 16 to the left and above, as far behind the last tile and its spacing.
+    EXPECT_EQ(tiles[1].rectangle, (ui::Rect{18, 26, 76, 52}));
+    EXPECT_EQ(tiles[4].rectangle, (ui::Rect{18, 26, 96, 78}));
+    // The outer box goes round the larger page, and what stands behind it goes below that one.
+    EXPECT_EQ(tiles[0].rectangle, (ui::Rect{10, 10, 122, 114}));
+    EXPECT_EQ(tiles[11].rectangle, (ui::Rect{10, 134, 30, 16}));
+    EXPECT_EQ(size.height, 134 + 16 + 10);
+}
+
+TEST(TileLayout, ABoxMovesWithTheTilesInIt) {
+    // The first tile grows by 100 pixels, and pushes the box, which takes no spare width itself.
+    auto r = laidOut({pixels(20, true), group(true), pixels(30), end(), row(), pixels(186)});
+    EXPECT_EQ(r[0].width, 120);
+    EXPECT_EQ(r[1], (ui::Rect{140, 10, 56, 52}));
+    EXPECT_EQ(r[2], (ui::Rect{148, 26, 30, 16}));
+}
+
+TEST(TileLayout, EntriesOfAMenuTakeNoRoom) {
+    auto r = laidOut({tile(TileType::kMenuEntry, 0), pixels(20)});
+    EXPECT_EQ(r[1], (ui::Rect{10, 10, 20, 16}));
+}
+
 TEST(TileLayout, AnchorsTakeTheirShareOfANewSize) {
     TileRecord t = pixels(20);
     t.rectangle = {10, 10, 20, 16};
