@@ -3,15 +3,14 @@
 #include <algorithm>
 #include <cctype>
 
+#include "module/dialogs/tile_values.h"
 #include "platform/ads/editor.h"
-#include "platform/text/text.h"
 #include "platform/ui/backend.h"
 
 namespace norvane {
 
 namespace {
 
-constexpr int kFirstControl = 2022;
 constexpr int kCaptionHeight = 19;  // pixels of a window's title bar
 constexpr int kFrame = 18;
 constexpr int kLargeFont = 11;
@@ -32,7 +31,14 @@ class TileDialog::Window : public ui::Dialog {
   private:
     void onCommand(int id) override { tiles_.acted(id, kOnClick, kReasonClick); }
     void onSelection(ui::Control& control) override {
+        if (control.kind() == ui::ControlKind::Tabs) tiles_.showPage();
         tiles_.acted(control.id(), kOnSelection, kReasonClick);
+    }
+    void onCellChange(ui::Grid& grid, ui::CellPosition) override {
+        tiles_.acted(grid.id(), kOnSelection, kReasonClick);
+    }
+    void onCellClick(ui::Grid& grid, ui::CellPosition) override {
+        tiles_.acted(grid.id(), kOnClick, kReasonClick);
     }
     bool onKey(const ui::Key& key) override { return tiles_.keyPressed(key); }
     void onCancel() override { tiles_.closed(); }
@@ -67,146 +73,10 @@ void TileDialog::create(const std::string& title, int widthChars, int heightChar
                 heightChars * measures_.charHeight - kFrame + kCaptionHeight};
 }
 
-// --- Building ---------------------------------------------------------------------------------------------
-
-TileRecord& TileDialog::addRecord(TileType type, const std::string& name, int width) {
-    TileRecord& tile = tiles_.emplace_back();
-    tile.type = type;
-    tile.name = name;
-    tile.width = width;
-    tile.page = currentPage_;
-    tile.height = measures_.charHeight;
-    return tile;
-}
-
-int TileDialog::newControl(TileRecord& tile, const char* alert) {
-    if (!window_) {
-        // The record stays, so that later calls by its name find it and do nothing.
-        acedAlert(alert);
-        return 0;
-    }
-    tile.id = kFirstControl + nextControlNumber_++;
-    return tile.id;
-}
-
-void TileDialog::addAccelerator(const TileRecord& tile) {
-    if (char key = ui::mnemonicOf(tile.label)) accelerators_.push_back({kOnAccelerator, key, tile.id});
-}
-
-void TileDialog::addButton(const std::string& name, int widthChars, const std::string& label,
-                           TileAction action) {
-    TileRecord& tile = addRecord(TileType::kButton, name, widthChars);
-    tile.label = label;
-    tile.height = measures_.charHeight * 3 / 2;
-    tile.focusable = true;
-    if (action) {
-        tile.action = std::move(action);
-        tile.actionMask = kOnAll;
-    }
-    if (!newControl(tile, "Bad button")) return;
-    window_->add<ui::Button>(tile.id, label);
-    addAccelerator(tile);
-}
-
-void TileDialog::addToggle(const std::string& name, int widthChars, const std::string& label) {
-    TileRecord& tile = addRecord(TileType::kToggle, name, widthChars);
-    tile.label = label;
-    tile.focusable = true;
-    if (!newControl(tile, "Bad button")) return;
-    window_->add<ui::CheckBox>(tile.id, label);
-    addAccelerator(tile);
-}
-
-void TileDialog::addEdit(const std::string& name, int widthChars) {
-    if (penInput_) addButton("keyboard_button", 1, "A");
-    TileRecord& tile = addRecord(TileType::kEdit, name, widthChars);
-    tile.height = measures_.charHeight + (currentPage_ == kAllPages ? 4 : 2);
-    tile.focusable = true;
-    if (newControl(tile, "Bad edit")) window_->add<ui::Edit>(tile.id);
-}
-
-void TileDialog::addText(const std::string& name, int widthChars, int alignment,
-                         const std::string& initialText) {
-    TileRecord& tile = addRecord(TileType::kText, name, widthChars);
-    if (newControl(tile, "Bad text")) window_->add<ui::Label>(tile.id, "", alignment);
-    setTile(name, initialText);
-}
-
-void TileDialog::addList(const std::string& name, int widthChars, int heightRows, bool multiSelect) {
-    TileRecord& tile = addRecord(TileType::kList, name, widthChars);
-    tile.height = heightRows * measures_.charHeight + 4;
-    tile.focusable = true;
-    if (newControl(tile, "Bad list")) window_->add<ui::List>(tile.id, multiSelect, heightRows);
-}
-
-void TileDialog::addDropDown(const std::string& name, int widthChars, bool editable) {
-    TileRecord& tile =
-        addRecord(editable ? TileType::kEditableDropDown : TileType::kDropDown, name, widthChars);
-    tile.height = measures_.charHeight + 4;
-    tile.focusable = true;
-    if (newControl(tile, "Bad list")) window_->add<ui::DropDown>(tile.id, editable);
-}
-
-void TileDialog::addRadioGroup(const std::string& name, const std::string& label) {
-    ++radioGroup_;
-    TileRecord& tile = addRecord(TileType::kRadioGroup, name, 0);
-    tile.label = label;
-    if (!label.empty() && newControl(tile, "Bad button")) window_->add<ui::GroupBox>(tile.id, label);
-}
-
-void TileDialog::addRadio(const std::string& name, int widthChars, const std::string& label) {
-    TileRecord& tile = addRecord(TileType::kRadio, name, widthChars);
-    tile.label = label;
-    tile.focusable = true;
-    if (!newControl(tile, "Bad button")) return;
-    window_->add<ui::RadioButton>(tile.id, label, radioGroup_);
-    addAccelerator(tile);
-}
-
-void TileDialog::beginGroup(const std::string& name, const std::string& label) {
-    TileRecord& tile = addRecord(TileType::kBeginGroup, name, 0);
-    tile.label = label;
-    tile.height = measures_.charHeight * 3 / 2;
-    if (!name.empty() && !label.empty() && newControl(tile, "Bad button"))
-        window_->add<ui::GroupBox>(tile.id, label);
-}
-
-void TileDialog::endGroup() {
-    addRecord(TileType::kEndGroup, "", 0);
-}
-void TileDialog::newRow() {
-    addRecord(TileType::kNewRow, "", 0);
-}
-
-void TileDialog::setAction(const std::string& name, TileAction action, unsigned mask) {
-    int index = find(name);
-    if (index < 0) return;
-    tiles_[static_cast<size_t>(index)].action = std::move(action);
-    tiles_[static_cast<size_t>(index)].actionMask = mask;
-}
-
-void TileDialog::setAnchors(const std::string& name, double x, double y, double width, double height) {
-    int index = find(name);
-    if (index < 0) return;
-    TileRecord& tile = tiles_[static_cast<size_t>(index)];
-    tile.anchorX = x, tile.anchorY = y, tile.anchorWidth = width, tile.anchorHeight = height;
-}
-
-void TileDialog::setStretch(const std::string& name, bool stretch) {
-    if (int index = find(name); index >= 0) tiles_[static_cast<size_t>(index)].stretch = stretch;
-}
-
 // --- Running ----------------------------------------------------------------------------------------------
 
 void TileDialog::layout() {
-    int pages = 0;
-    for (const TileRecord& tile : tiles_) pages = std::max(pages, tile.page + 1);
-    ui::Size content;
-    for (int page = pages ? 0 : kAllPages; page < pages; ++page) {
-        ui::Size size = TileLayout(tiles_, measures_).run(page);
-        content.width = std::max(content.width, size.width);
-        content.height = std::max(content.height, size.height);
-    }
+    const ui::Size content = LayOutPages(tiles_, measures_);
     shownSize_ = minimum_;
     if (style_ & kFitTiles)
         shownSize_ = {content.width + measures_.spacing, content.height + measures_.spacing};
@@ -214,7 +84,30 @@ void TileDialog::layout() {
 
 void TileDialog::placeControls() {
     for (const TileRecord& tile : tiles_)
-        if (tile.id) window_->setRectangle(tile.id, tile.rectangle);
+        if (tile.id && tile.type != TileType::kMenuEntry) window_->setRectangle(tile.id, tile.rectangle);
+}
+
+ui::Tabs* TileDialog::tabs() {
+    for (size_t i = 0; i < tiles_.size(); ++i)
+        if (auto* tabs = dynamic_cast<ui::Tabs*>(control(static_cast<int>(i)))) return tabs;
+    return nullptr;
+}
+
+void TileDialog::showPage() {
+    const ui::Tabs* turned = tabs();
+    const int page = turned ? turned->page() : 0;
+    for (size_t i = 0; i < tiles_.size(); ++i)
+        if (ui::Control* shown = control(static_cast<int>(i)))
+            shown->show(tiles_[i].page == kAllPages || tiles_[i].page == page);
+    if (const ui::Control* focused = window_->find(window_->focus()); focused && !focused->visible())
+        focusNextTile(false);
+}
+
+void TileDialog::turnPage(bool backwards) {
+    ui::Tabs* turned = tabs();
+    if (!turned) return focusNextTile(backwards);
+    const int count = turned->pageCount();
+    window_->userPick(*turned, (turned->page() + (backwards ? count - 1 : 1)) % count);
 }
 
 void TileDialog::show() {
@@ -222,7 +115,8 @@ void TileDialog::show() {
     layout();
     window_->setSize(shownSize_);
     placeControls();
-    focusNextTile(false);
+    showPage();
+    if (!window_->find(window_->focus())) focusNextTile(false);
     running_ = window_->open();
 }
 
@@ -264,10 +158,17 @@ bool TileDialog::keyPressed(const ui::Key& key) {
         }
         return tiles_[static_cast<size_t>(index)].type != TileType::kButton;
     }
+    const bool otherTile = key.name == "Tab", otherPage = key.name == "PageDown" || key.name == "PageUp";
+    if (key.control && !key.alt && (otherTile || (otherPage && tabs()))) {
+        turnPage(key.shift || key.name == "PageUp");
+        return true;
+    }
     if (key.is("Tab")) {
-        bool spreadsheet = index >= 0 && tiles_[static_cast<size_t>(index)].type == TileType::kSpreadsheet;
-        if (!spreadsheet) focusNextTile(key.shift);
-        return !spreadsheet;
+        if (auto* grid = dynamic_cast<ui::Grid*>(control(index)))
+            activateNextCell(*grid, key.shift);
+        else
+            focusNextTile(key.shift);
+        return true;
     }
     if (key.alt && key.name.size() == 1) {
         char letter = static_cast<char>(std::toupper(static_cast<unsigned char>(key.name[0])));
@@ -280,15 +181,29 @@ bool TileDialog::keyPressed(const ui::Key& key) {
     return false;
 }
 
+// Tab does not lead out of a spreadsheet; Ctrl+Tab does where there are no pages to turn.
+void TileDialog::activateNextCell(ui::Grid& grid, bool backwards) {
+    ui::CellPosition at = grid.active();
+    at.column += backwards ? -1 : 1;
+    if (at.column > grid.columns())
+        at = {1, at.row + 1};
+    else if (at.column < 1)
+        at = {grid.columns(), at.row - 1};
+    grid.setActive(at.column, at.row);
+}
+
 // Alt and the letter act as a click.
 void TileDialog::pressAccelerator(const Accelerator& accelerator) {
     if (ui::Control* pressed = window_->find(accelerator.tile)) window_->userClick(*pressed);
 }
 
 void TileDialog::focusNextTile(bool backwards) {
-    auto stops = [](const TileRecord& tile) {
+    auto stops = [this](const TileRecord& tile) {
+        const ui::Control* there = tile.id ? window_->find(tile.id) : nullptr;
+        if (!there || !there->takesFocus()) return false;
         switch (tile.type) {
             case TileType::kButton:
+            case TileType::kPassword:
             case TileType::kEdit:
             case TileType::kDropDown:
             case TileType::kEditableDropDown:
@@ -304,7 +219,7 @@ void TileDialog::focusNextTile(bool backwards) {
     if (at < 0) at = backwards ? 0 : count - 1;
     for (int step = 0; step < count; ++step) {
         at = (at + (backwards ? count - 1 : 1)) % count;
-        if (stops(tiles_[static_cast<size_t>(at)]) && tiles_[static_cast<size_t>(at)].id)
+        if (stops(tiles_[static_cast<size_t>(at)]))
             return window_->setFocus(tiles_[static_cast<size_t>(at)].id);
     }
 }
@@ -356,41 +271,16 @@ void TileDialog::setTile(const std::string& name, const std::string& text) {
     int index = find(name);
     ui::Control* shown = control(index);
     if (!shown) return;
-    tiles_[static_cast<size_t>(index)].value = text;
-    if (auto* toggle = dynamic_cast<ui::CheckBox*>(shown))
-        toggle->check(text == "1");
-    else if (auto* radio = dynamic_cast<ui::RadioButton*>(shown))
-        radio->check(text == "1");
-    else if (auto* items = dynamic_cast<ui::ItemControl*>(shown))
-        items->select(static_cast<int>(text::toLong(text)));
-    else
-        shown->setText(text);
+    SetTileValue(tiles_[static_cast<size_t>(index)], *shown, text);
+    if (shown->kind() == ui::ControlKind::Tabs) showPage();
 }
-
-namespace {
-
-std::string valueOf(const ui::Control& control) {
-    if (auto* toggle = dynamic_cast<const ui::CheckBox*>(&control)) return toggle->checked() ? "1" : "0";
-    if (auto* radio = dynamic_cast<const ui::RadioButton*>(&control)) return radio->checked() ? "1" : "0";
-    if (auto* list = dynamic_cast<const ui::List*>(&control); list && list->multiple()) {
-        std::vector<std::string> indices;
-        for (int index : list->selection()) indices.push_back(std::to_string(index));
-        return text::join(indices, " ");
-    }
-    if (auto* dropDown = dynamic_cast<const ui::DropDown*>(&control); dropDown && dropDown->editable())
-        return dropDown->text();
-    if (auto* items = dynamic_cast<const ui::ItemControl*>(&control))
-        return items->selected() < 0 ? "" : std::to_string(items->selected());
-    return control.text();
-}
-
-}  // namespace
 
 bool TileDialog::getTile(const std::string& name, std::string& text) {
     int index = find(name);
     if (index < 0) return false;
-    if (ui::Control* shown = control(index)) tiles_[static_cast<size_t>(index)].value = valueOf(*shown);
-    text = tiles_[static_cast<size_t>(index)].value;
+    TileRecord& tile = tiles_[static_cast<size_t>(index)];
+    if (const ui::Control* shown = control(index)) tile.value = TileValue(tile, *shown);
+    text = tile.value;
     return true;
 }
 
@@ -398,7 +288,9 @@ void TileDialog::enableTile(const std::string& name, bool on) {
     int index = find(name);
     if (index < 0) return;
     if (ui::Control* shown = control(index)) shown->enable(on);
-    if (tiles_[static_cast<size_t>(index)].type != TileType::kRadioGroup) return;
+    const TileRecord& tile = tiles_[static_cast<size_t>(index)];
+    if (tile.type == TileType::kMenuEntry && menu_) menu_->enableEntry(tile.id, on);
+    if (tile.type != TileType::kRadioGroup) return;
     for (size_t i = static_cast<size_t>(index) + 1; i < tiles_.size(); ++i) {
         if (tiles_[i].type == TileType::kNewRow) continue;
         if (tiles_[i].type != TileType::kRadio) break;
@@ -411,6 +303,11 @@ void TileDialog::focusTile(const std::string& name) {
     if (!shown) return;
     window_->setFocus(shown->id());
     if (auto* edit = dynamic_cast<ui::Edit*>(shown)) edit->selectRange(0, -1);
+    if (auto* dropDown = dynamic_cast<ui::DropDown*>(shown)) dropDown->selectText();
+}
+
+void TileDialog::setRange(const std::string& name, int from, int to) {
+    if (auto* bar = dynamic_cast<ui::Progress*>(tileWindow(name))) bar->setRange(from, to);
 }
 
 void TileDialog::listClear(const std::string& name) {

@@ -130,6 +130,12 @@ void DropDown::select(int index) {
     if (editable_) setText(selectedText());
 }
 
+void DropDown::selectText() {
+    if (!editable_) return;
+    ++textSelections_;
+    changed();
+}
+
 bool Tree::isNode(int index) const {
     return index >= 0 && static_cast<size_t>(index) < nodes_.size() &&
            !nodes_[static_cast<size_t>(index)].removed;

@@ -176,9 +176,13 @@ class DropDown : public ItemControl {
         : ItemControl(ControlKind::DropDown, id, {}), editable_(editable) {}
     bool editable() const { return editable_; }
     void select(int index) override;  // an editable one takes the item's text
+    // Selects the whole text of an editable one. A view sees by the number that it was asked for again.
+    void selectText();
+    int textSelections() const { return textSelections_; }
 
   private:
     bool editable_;
+    int textSelections_ = 0;
 };
 
 class Tree : public Control {

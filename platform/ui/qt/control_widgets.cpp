@@ -7,13 +7,16 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMenuBar>
+#include <QPainter>
 #include <QPixmap>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSignalBlocker>
+#include <QStyle>
 #include <QTabBar>
 #include <QToolTip>
+#include <algorithm>
 
 #include "platform/ui/qt/dialog_window.h"
 #include "platform/ui/qt/frame_overlay.h"
@@ -60,9 +63,38 @@ class LabelWidget : public Shown<Label, QLabel> {
     }
 };
 
-class GroupWidget : public Shown<GroupBox, QGroupBox> {
+// A group box whose caption interrupts its upper line, as dialogs that are placed to the pixel expect: what
+// stands inside begins close below the caption.
+class GroupFrame : public QGroupBox {
   public:
-    using Shown::Shown;
+    using QGroupBox::QGroupBox;
+    void setCaptionInLine() { captionInLine_ = true; }
+
+  protected:
+    void paintEvent(QPaintEvent* event) override {
+        if (!captionInLine_) return QGroupBox::paintEvent(event);
+        constexpr int kIndent = 8, kGap = 2;
+        QPainter painter(this);
+        const int height = fontMetrics().height();
+        const int width = fontMetrics().horizontalAdvance(QString(title()).remove('&'));
+        const QRect caption(kIndent, 0, std::min(width, this->width() - 2 * kIndent), height);
+        painter.setClipRegion(QRegion(rect()) - caption.adjusted(-kGap, 0, kGap, 0));
+        painter.setPen(palette().color(QPalette::Mid));
+        painter.drawRoundedRect(rect().adjusted(0, height / 2, -1, -1), 2, 2);
+        painter.setClipping(false);
+        style()->drawItemText(&painter, caption, Qt::TextShowMnemonic | Qt::AlignLeft, palette(), isEnabled(),
+                              title(), QPalette::WindowText);
+    }
+
+  private:
+    bool captionInLine_ = false;
+};
+
+class GroupWidget : public Shown<GroupBox, GroupFrame> {
+  public:
+    GroupWidget(Control& control, Dialog& dialog, DialogWindow& window) : Shown(control, dialog, window) {
+        if (!dialog.rectangles().empty()) q_->setCaptionInLine();
+    }
 
   private:
     void show() override { q_->setTitle(toQt(control_.text())); }
@@ -202,7 +234,8 @@ class DropDownWidget : public Shown<DropDown, QComboBox> {
   public:
     DropDownWidget(Control& control, Dialog& dialog, DialogWindow& window) : Shown(control, dialog, window) {
         q_->setEditable(control_.editable());
-        q_->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+        // By that policy a box takes the size of its contents whatever room it was given.
+        if (dialog.rectangles().empty()) q_->setSizeAdjustPolicy(QComboBox::AdjustToContents);
         QObject::connect(q_, QOverload<int>::of(&QComboBox::activated), q_, [this](int index) {
             dialog_.userPick(control_, index);
             if (dialog_.running()) update();
@@ -228,8 +261,12 @@ class DropDownWidget : public Shown<DropDown, QComboBox> {
         q_->setCurrentIndex(control_.selected());
         if (control_.editable() && q_->currentText() != toQt(control_.text()))
             q_->setEditText(toQt(control_.text()));
+        if (control_.textSelections() == selections_) return;
+        selections_ = control_.textSelections();
+        q_->lineEdit()->selectAll();
     }
     QStringList shown_;
+    int selections_ = 0;
 };
 
 class ProgressWidget : public Shown<Progress, QProgressBar> {

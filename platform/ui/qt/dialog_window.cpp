@@ -87,13 +87,10 @@ void DialogWindow::makeWidgets() {
 }
 
 void DialogWindow::arrange() {
-    if (!dialog_.rectangles().empty()) {
-        showControls();
-        return placeRectangles();
-    }
     auto* column = new QVBoxLayout(this);
     for (const auto& control : dialog_.controls())
         if (control->kind() == ControlKind::Menu) column->setMenuBar(widgetOf(control->id()));
+    if (!dialog_.rectangles().empty()) return placeRectangles(*column);
     std::vector<Layout> parts = {dialog_.layout()}, foot;
     if (parts.front().kind == Layout::Kind::Column) {
         parts = dialog_.layout().children;
@@ -179,15 +176,27 @@ void DialogWindow::place(QBoxLayout& into, const Layout& part) {
     }
 }
 
-void DialogWindow::placeRectangles() {
+int DialogWindow::menuHeight() const {
+    const QWidget* menu = layout()->menuBar();
+    return menu ? menu->sizeHint().height() : 0;
+}
+
+void DialogWindow::placeRectangles(QBoxLayout& column) {
+    auto* inside = new QWidget(this);
+    column.setContentsMargins(0, 0, 0, 0);
+    column.addWidget(inside);
     for (const auto& [id, rectangle] : dialog_.rectangles())
         if (QWidget* widget = placedOf(id)) {
-            widget->setParent(this);
+            widget->setParent(inside);
+            // It has the room that the dialog has computed, not what it would wish for itself.
+            widget->setMinimumSize(0, 0);
+            widget->setMaximumSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
             widget->setGeometry(rectangle.left, rectangle.top, rectangle.width, rectangle.height);
             if (dialog_.find(id)->kind() == ControlKind::GroupBox) widget->lower();
         }
+    showControls();
     Size size = dialog_.size();
-    if (size.width > 0) resize(size.width, size.height);
+    if (size.width > 0) resize(size.width, size.height + menuHeight());
 }
 
 // --- From the model ---------------------------------------------------------------------------------------
@@ -195,11 +204,12 @@ void DialogWindow::placeRectangles() {
 void DialogWindow::controlChanged(Control& control) {
     ControlWidget* shown = find(control.id());
     if (!shown) return;
-    shown->update();
     auto rectangle = dialog_.rectangles().find(control.id());
-    if (rectangle == dialog_.rectangles().end()) return;
-    const Rect& r = rectangle->second;
-    shown->placed()->setGeometry(r.left, r.top, r.width, r.height);
+    if (rectangle != dialog_.rectangles().end()) {
+        const Rect& r = rectangle->second;
+        shown->placed()->setGeometry(r.left, r.top, r.width, r.height);
+    }
+    shown->update();
 }
 
 void DialogWindow::cellChanged(Grid& grid, CellPosition at) {
@@ -303,7 +313,8 @@ void DialogWindow::reject() {
 
 void DialogWindow::resizeEvent(QResizeEvent* event) {
     QDialog::resizeEvent(event);
-    if (!dialog_.rectangles().empty() && dialog_.running()) dialog_.userResize({width(), height()});
+    if (!dialog_.rectangles().empty() && dialog_.running())
+        dialog_.userResize({width(), height() - menuHeight()});
 }
 
 }  // namespace ui

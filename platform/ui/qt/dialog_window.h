@@ -55,7 +55,8 @@ class DialogWindow : public QDialog, public DialogView {
     QScrollArea* newGround(QWidget& inside);
     void place(QBoxLayout& into, const Layout& part);
     void placeTable(QGridLayout& into, const Layout& table);
-    void placeRectangles();
+    void placeRectangles(QBoxLayout& column);
+    int menuHeight() const;
     bool openMenu(const QKeyEvent& key);
     ControlWidget* find(int id) const;
     // What stands in the layout for a control; null when there is none.

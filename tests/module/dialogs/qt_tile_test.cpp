@@ -1,10 +1,14 @@
 // A dialog of tiles in a real window: the rectangles that the engine computes from real font metrics, and the
 // actions that keys and the mouse set off.
 #include <QCheckBox>
+#include <QComboBox>
 #include <QFontMetrics>
 #include <QLabel>
 #include <QListWidget>
+#include <QMenu>
+#include <QMenuBar>
 #include <QProgressBar>
+#include <QTabBar>
 #include <QThread>
 
 #include "module/dialogs/progress_dialog.h"
@@ -87,6 +91,98 @@ TEST_F(QtTiles, AreWorkedByMouseAndKeys) {
     run();
     EXPECT_TRUE(tiles_.accepted());
     EXPECT_EQ(list_ + " " + name_ + " " + new_, "1 PARCELS 1");
+}
+
+TEST(QtTilePages, TurnUnderAMenu) {
+    QtPerson person;
+    ui::QtBackend backend;
+    ui::setBackend(&backend);
+    std::string pressed;
+    {
+        TileDialog tiles;
+        tiles.create("Pages", 30, 8, 13, false, TileDialog::kFitTiles);
+        tiles.addMenu("&File");
+        tiles.addMenuEntry("leave", "&Leave", [&](TileDialog& dialog, const std::string& name) {
+            pressed += name;
+            dialog.finish(true);
+        });
+        tiles.addTabs("tabs", 0, {"Layers", "Fields"});
+        tiles.newRow();
+        tiles.setPage(0);
+        tiles.beginGroup("layers", "Layers");
+        tiles.addColumnList("list", 30, 4, {"Name", "Colour"}, false);
+        tiles.newRow();
+        tiles.addDropDown("layer", 0, true);
+        tiles.endGroup();
+        tiles.setPage(1);
+        tiles.beginGroup("fields", "Fields");
+        tiles.addSpreadsheet("sheet", 40, 3, 2);
+        tiles.endGroup();
+        tiles.addPicture("picture", 60, 40);
+        tiles.setPage(kAllPages);
+        tiles.newRow();
+        tiles.addProgress("bar", 150);
+        tiles.addButton("ok", 8, "OK");
+        tiles.listAdd("list", "LOTS\t7");
+        tiles.listAdd("layer", "LOTS");
+        tiles.setTile("layer", "0");
+        tiles.setTile("bar", "40");
+        tiles.focusTile("layer");
+        auto id = [&](const char* name) { return tiles.tileWindow(name)->id(); };
+        // All that is seen lies inside the window, below the menu, and nothing on anything else but its
+        // group.
+        auto isInOrder = [&] {
+            std::vector<QRect> seen;
+            const auto* menu = QtPerson::window()->findChild<QMenuBar*>();
+            for (const TileRecord& tile : tiles.tiles()) {
+                QWidget* shown = tile.id ? QtPerson::child<QWidget>(tile.id) : nullptr;
+                if (!shown || !shown->isVisible()) continue;
+                const QRect place(shown->mapTo(QtPerson::window(), QPoint(0, 0)), shown->size());
+                if (!QtPerson::window()->rect().contains(place) || place.top() < menu->height()) return false;
+                if (tile.type == TileType::kBeginGroup) continue;
+                for (const QRect& other : seen)
+                    if (other.intersects(place)) return false;
+                seen.push_back(place);
+            }
+            return seen.size() > 3;
+        };
+        person.does(
+            {QtPerson::until([&] { return QtPerson::child<QWidget>(id("layer")) != nullptr; }, "window"),
+             QtPerson::see(
+                 [&] { return QtPerson::child<QComboBox>(id("layer"))->lineEdit()->hasSelectedText(); },
+                 "the text of the drop-down is selected"),
+             QtPerson::see([&] { return !QtPerson::child<QWidget>(id("sheet"))->isVisible(); }, "page 1"),
+             QtPerson::see(isInOrder, "page 1 in order"), [] { QtPerson::savePicture(); },
+             [&] {
+                 auto* bar = QtPerson::child<QTabBar>(id("tabs"));
+                 QTest::mouseClick(bar, Qt::LeftButton, {}, bar->tabRect(1).center());
+             },
+             QtPerson::see([&] { return QtPerson::child<QWidget>(id("sheet"))->isVisible(); }, "page 2"),
+             QtPerson::see([&] { return !QtPerson::child<QWidget>(id("layer"))->isVisible(); }, "page 2"),
+             QtPerson::see(isInOrder, "page 2 in order"),
+             [] {
+                 QtPerson::window()->setWindowTitle("Pages 2");
+                 QtPerson::savePicture();
+             },
+             QtPerson::press(Qt::Key_Tab, Qt::ControlModifier),
+             QtPerson::see([&] { return QtPerson::child<QWidget>(id("layer"))->isVisible(); },
+                           "page 1 again"),
+             [] {
+                 QtPerson::window()
+                     ->findChild<QMenuBar*>()
+                     ->actions()
+                     .front()
+                     ->menu()
+                     ->actions()
+                     .front()
+                     ->trigger();
+             }});
+        tiles.show();
+        while (tiles.running()) tiles.pumpOnce();
+    }
+    EXPECT_TRUE(person.finished());
+    EXPECT_EQ(pressed, "leave");
+    ui::setBackend(nullptr);
 }
 
 class QtProgress : public testing::Test, protected QtPerson {

@@ -16,6 +16,7 @@ class TileDialogTest : public testing::Test {
     void TearDown() override { ui::setBackend(nullptr); }
 
     static Step click(std::string control) { return {Step::Kind::Click, std::move(control)}; }
+    static Step focus(std::string control) { return {Step::Kind::Focus, std::move(control)}; }
     static Step key(std::string name) { return {Step::Kind::Key, "", std::move(name)}; }
     static Step type(std::string control, std::string text) {
         return {Step::Kind::Text, std::move(control), std::move(text)};
@@ -194,4 +195,143 @@ TEST_F(TileDialogTest, ControlsStandAtTheirRectangles) {
     EXPECT_GT(rectangles.at(2024).left, rectangles.at(2022).left + rectangles.at(2022).width);
     EXPECT_GT(d.window()->size().width, 0);
     while (d.running()) d.pumpOnce();
+}
+
+TEST_F(TileDialogTest, EveryKindOfTileHasItsValueAsText) {
+    TileDialog d;
+    d.create("Kinds", 30, 10, 10, false, 0);
+    d.addPassword("password", 8);
+    d.addReadOnly("path", 20, "/jobs");
+    d.addColumnList("points", 20, 4, {"Number", "Name"}, false);
+    d.addDropDown("layer", 10, true);
+    d.addPicture("picture", 40, 30);
+    d.addPointView("point", 40, 30);
+    d.addWindowView("window", 40, 30);
+    d.addProgress("bar", 100);
+    d.addTabs("tabs", 0, {"One", "Two"});
+    d.addSpreadsheet("sheet", 20, 3, 2);
+    d.listAdd("points", "1\tOAK");
+    d.setRange("bar", 10, 50);
+    struct {
+        const char* name;
+        const char* given;
+        const char* read;
+    } cases[] = {
+        {"password", "secret", "secret"},
+        {"path", "/jobs/a.mdb", "/jobs/a.mdb"},
+        {"points", "0", "0"},
+        {"layer", "0", ""},
+        {"picture", "oak.png", "oak.png"},
+        {"point", "1 -2.25", "1.000000 -2.250000"},
+        {"point", "7", "1.000000 -2.250000"},
+        {"window", "0 0 10 20.5", "0.000000 0.000000 10.000000 20.500000"},
+        {"window", "1 2", "0.000000 0.000000 10.000000 20.500000"},
+        {"bar", "30", "30"},
+        {"bar", "99", "50"},
+        {"tabs", "1", "1"},
+        {"tabs", "2", "1"},
+    };
+    for (const auto& c : cases) {
+        std::string value;
+        d.setTile(c.name, c.given);
+        EXPECT_TRUE(d.getTile(c.name, value));
+        EXPECT_EQ(value, c.read) << c.name << " given " << c.given;
+    }
+    EXPECT_TRUE(dynamic_cast<ui::Edit*>(d.tileWindow("password"))->secret());
+    EXPECT_TRUE(dynamic_cast<ui::Edit*>(d.tileWindow("path"))->readOnly());
+    EXPECT_EQ(dynamic_cast<ui::List*>(d.tileWindow("points"))->text(0, 1), "OAK");
+    EXPECT_EQ(dynamic_cast<ui::Grid*>(d.tileWindow("sheet"))->columns(), 2);
+}
+
+TEST_F(TileDialogTest, PagesTurnAndOnlyTheirOwnTilesAreReached) {
+    TileDialog d;
+    d.create("Pages", 30, 10, 10, false, TileDialog::kFitTiles);
+    d.addTabs("tabs", 0, {"Layers", "Fields"});  // 2022
+    d.newRow();
+    d.setPage(0);
+    d.addEdit("layer", 10);  // 2023
+    d.setPage(1);
+    d.beginGroup("box", "Field");   // 2024
+    d.addEdit("field", 10);         // 2025
+    d.addToggle("all", 5, "&All");  // 2026
+    d.endGroup();
+    d.setPage(kAllPages);
+    d.newRow();
+    d.addButton("ok", 8, "OK", [this](TileDialog& dialog, const std::string&) {  // 2027
+        dialog.getTile("field", text_);
+        dialog.getTile("tabs", selection_);
+        dialog.finish(true);
+    });
+    d.setAction(
+        "tabs", [this](TileDialog&, const std::string& name) { pressed_ += name + " "; }, kOnSelection);
+    d.setAction(
+        "all", [this](TileDialog&, const std::string& name) { pressed_ += name + " "; }, kOnClick);
+    // Tab from the edit of the first page leads to OK; the accelerator of a hidden tile does nothing.
+    run(d, {key("Tab"),
+            focus("2027"),
+            {},
+            key("Alt+a"),
+            pick("2022", "Fields"),
+            {},
+            key("Ctrl+Tab"),
+            key("Ctrl+Tab"),
+            type("2025", "LOT"),
+            key("Tab"),
+            key("Space"),
+            key("Tab"),
+            {},
+            key("Enter")});
+    EXPECT_EQ(pressed_, "tabs tabs tabs all ");
+    EXPECT_EQ(text_ + selection_, "LOT1");
+    EXPECT_NE(backend_.log()[3].find("* 2027 button"), std::string::npos) << backend_.log()[3];
+    EXPECT_EQ(backend_.log()[3].find("2025 edit"), std::string::npos);
+    EXPECT_EQ(backend_.log()[6].find("2023 edit"), std::string::npos) << backend_.log()[6];
+    EXPECT_NE(backend_.log()[6].find("2025 edit"), std::string::npos);
+}
+
+TEST_F(TileDialogTest, EntriesOfTheMenuRunTheirActions) {
+    TileDialog d;
+    d.create("Menu", 30, 10, 10, false, 0);
+    auto note = [this](TileDialog&, const std::string& name) { pressed_ += name + " "; };
+    d.addMenu("&File");
+    d.addMenuEntry("save", "&Save", note, "Ctrl+S");
+    d.addMenuEntry("close", "&Close", [](TileDialog& dialog, const std::string&) { dialog.finish(true); });
+    d.addEdit("name", 10);
+    d.enableTile("save", false);
+    backend_.expectUndone("dialog 2022 refused (menu \"File/Save\"): \"Save\" is disabled");
+    d.setAction(
+        "name", [](TileDialog& dialog, const std::string&) { dialog.enableTile("save", true); }, kOnEnter);
+    run(d, {{Step::Kind::Menu, "", "File/Save"},
+            key("Enter"),
+            {Step::Kind::Menu, "", "File/Save"},
+            key("Ctrl+s"),
+            {Step::Kind::Menu, "", "Close"}});
+    EXPECT_EQ(pressed_, "save save ");
+    EXPECT_TRUE(d.accepted());
+}
+
+TEST_F(TileDialogTest, TabStaysInASpreadsheetAndItsCellsAreAnswered) {
+    TileDialog d;
+    d.create("Sheet", 30, 10, 10, false, 0);
+    d.addSpreadsheet("sheet", 20, 3, 2);  // 2022
+    d.addButton("ok", 8, "OK", [](TileDialog& dialog, const std::string&) { dialog.finish(true); });
+    dynamic_cast<ui::Grid*>(d.tileWindow("sheet"))->setRows(2);
+    d.setAction(
+        "sheet",
+        [this](TileDialog& dialog, const std::string& name) {
+            pressed_ += name + "=" + dynamic_cast<ui::Grid*>(dialog.tileWindow("sheet"))->text(2, 1) + " ";
+        },
+        kOnSelection);
+    run(d, {{Step::Kind::Cell, "2022", "12", true, 2, 1},
+            key("Tab"),
+            {},
+            key("Shift+Tab"),
+            {},
+            key("Ctrl+Tab"),
+            {},
+            key("Enter")});
+    EXPECT_EQ(pressed_, "sheet=12 ");
+    EXPECT_NE(backend_.log()[3].find("* 2022 grid 2 x 2, at (1, 2)"), std::string::npos) << backend_.log()[3];
+    EXPECT_NE(backend_.log()[5].find("* 2022 grid 2 x 2, at (2, 1)"), std::string::npos) << backend_.log()[5];
+    EXPECT_NE(backend_.log()[7].find("* 2023 button"), std::string::npos) << "Ctrl+Tab leads out of it";
 }
