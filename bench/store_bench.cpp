@@ -189,7 +189,9 @@ void HasLink(benchmark::State& state) {
         ads_name entity;
         acdbEntMake(point.get());
         acdbEntLast(entity);
-        if (i % 2) WriteGisLink(entity, {"template.mdb", "output.mdb", "TREE", "PT_ID", std::to_string(i)});
+        if (i % 2)
+            WriteGisLink(entity, {dao::DatabasePath("template.mdb"), dao::DatabasePath("output.mdb"), "TREE",
+                                  "PT_ID", std::to_string(i)});
         acdbGetObjectId(entities.emplace_back(), entity);
     }
     for (auto _ : state) {

@@ -48,13 +48,13 @@ void checkStatement(std::string_view sql) {
 void checkConnectString(std::string_view connect) {
     std::string_view settings = connect;
     if (dao::isConnectString(connect)) settings.remove_prefix(5);
-    check(dao::ConnectString(connect).text() == settings);
-    std::string open = dao::withoutPassword(connect);
-    check(dao::ConnectString(open).password().empty() && dao::withoutPassword(open) == open);
+    check(dao::ConnectString(connect).withPassword().reveal() == connect);
+    std::string open = dao::ConnectString(connect).text();
+    check(dao::ConnectString(open).password().empty() && dao::ConnectString(open).text() == open);
     dao::ConnectString changed(connect);
-    changed.set("PWD", connect);
+    changed.set("NOTE", connect);
     // A brace that stood open before may take in what is added.
-    if (settings.find('{') == std::string_view::npos) check(changed.value("PWD") == connect);
+    if (settings.find('{') == std::string_view::npos) check(changed.value("NOTE") == connect);
 }
 
 }  // namespace

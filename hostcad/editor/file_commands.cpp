@@ -196,10 +196,11 @@ class CompactDatabaseCommand : public FileCommand {
         std::string report;
         bool isWell = false;
         try {
-            const dao::CompactReport done = dao::compactDatabase(path, "", [this](size_t table, size_t all) {
-                note("\rTable " + std::to_string(table + 1) + " of " + std::to_string(all) + "    ");
-                if (ui::backend()) ui::backend()->refresh();
-            });
+            const dao::CompactReport done =
+                dao::compactDatabase(path, dao::ConnectString(), [this](size_t table, size_t all) {
+                    note("\rTable " + std::to_string(table + 1) + " of " + std::to_string(all) + "    ");
+                    if (ui::backend()) ui::backend()->refresh();
+                });
             report = text(path, done);
             isWell = done.losses.empty();
         } catch (const CDaoException& error) {

@@ -12,10 +12,10 @@ namespace {
 
 // What a source on a server is opened with. A program that has opened it before keeps the whole connect
 // string, with the password, in the symbol "@" + what is behind "ODBC;DSN=" or "ODBC;".
-std::string connectString(Interpreter& lisp, const std::string& database) {
+dao::ConnectString connectString(Interpreter& lisp, const std::string& database) {
     std::string_view source = dao::sourceOf(database);
     Symbol* known = source.empty() ? nullptr : lisp.find("@" + std::string(source));
-    return known && known->value.isString() ? known->value.asString() : database;
+    return dao::ConnectString(known && known->value.isString() ? known->value.asString() : database);
 }
 
 // A condition for each pair of a field and the text that it must hold, without regard to case.
@@ -44,7 +44,8 @@ Value record(Interpreter& lisp, const Arguments& a) {
     statement += conditions(a.size() > 2 ? a[2] : Value(), onServer);
     try {
         CDaoDatabase opened;
-        opened.Open(onServer ? "" : database, false, true, onServer ? connectString(lisp, database) : "");
+        opened.Open(onServer ? "" : database, false, true,
+                    onServer ? connectString(lisp, database) : dao::ConnectString());
         CDaoRecordset records(&opened);
         records.Open(dbOpenSnapshot, statement);
         if (records.IsEOF()) return {};

@@ -28,7 +28,7 @@ std::string TemplateFile::folder() const {
 
 void TemplateFile::use(const std::string& path) {
     path_ = path;
-    writeState(path, state::kTemplatePath);
+    writeState(dao::DatabasePath(path), state::kTemplatePath);
 }
 
 TemplateFile::Opened TemplateFile::open(const std::string& path, MissingTables missing) {

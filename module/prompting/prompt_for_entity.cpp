@@ -22,9 +22,9 @@ struct ParsedRequest {
 ParsedRequest readRequest(ArgumentReader& in) {
     ParsedRequest parsed;
     PromptRequest& r = parsed.request;
-    in.text(r.binDirectory), in.text(r.templatePath), in.text(r.outputPath);
-    // It goes into the link, the title and the remembered values from here.
-    r.outputPath = TakePassword(r.outputPath);
+    std::string output;
+    in.text(r.binDirectory), in.text(r.templatePath), in.text(output);
+    r.outputPath = TakePassword(output);
     in.text(r.keyField), in.text(r.keyValue);
     bool northing = in.real(r.northing);
     bool easting = in.real(r.easting);
@@ -49,7 +49,8 @@ void promptForObjectData(PromptRequest request) {
 bool filesAreReady(const PromptRequest& r) {
     if (r.templatePath.empty() || r.outputPath.empty()) return true;
     bool ready = TemplateIsThere(r.templatePath);
-    if (!IsOdbcPath(r.outputPath) && !files::exists(r.outputPath) && !CreateMissingOutput(r.outputPath))
+    if (!IsOdbcPath(r.outputPath) && !files::exists(r.outputPath.text()) &&
+        !CreateMissingOutput(r.outputPath))
         ready = false;
     return ready;
 }
@@ -67,8 +68,8 @@ void PromptForEntity(Call& call) {
     if (!filesAreReady(request) || !isComplete(request) || !pointGiven) return;
     const std::optional<SavedRecord> saved = OpenPromptSheet(request);
     if (!saved) return;
-    WriteGisLink(request.entity, {request.templatePath, request.outputPath, saved->featureName,
-                                  request.keyField, saved->keyValue});
+    WriteGisLink(request.entity, {dao::DatabasePath(request.templatePath), request.outputPath,
+                                  saved->featureName, request.keyField, saved->keyValue});
     ShowForm(saved->form, request.binDirectory);
     call.result = 1;
 }

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "platform/ads/result_buffer.h"
+#include "platform/dao/database_path.h"
 
 namespace norvane {
 
@@ -17,7 +18,7 @@ struct OptionalReal {
 struct PromptRequest {
     std::string binDirectory;  // ends in a separator
     std::string templatePath;
-    std::string outputPath;  // a file, or a connect string that begins "ODBC;"
+    dao::DatabasePath outputPath;
     std::string keyField;
     std::string keyValue;  // "#AUTO#" asks for a generated key
     double northing = 0.0, easting = 0.0, elevation = 0.0;

@@ -364,7 +364,7 @@ void PromptSheet::restoreFormChoice() {
     if (choice.empty() || bar == std::string::npos) return;
     auto& forms = get<ui::DropDown>(kForms);
     int form = forms.findExact(choice.substr(bar + 1));
-    if (form < 0 || !text::equalNoCase(choice.substr(1, bar - 1), request_.outputPath)) return;
+    if (form < 0 || !text::equalNoCase(choice.substr(1, bar - 1), request_.outputPath.text())) return;
     forms.select(form);
     get<ui::CheckBox>(kUseForm).check(choice.front() == '+');
 }
@@ -373,7 +373,7 @@ void PromptSheet::restoreFormChoice() {
 FormRequest PromptSheet::rememberFormChoice() {
     bool use = get<ui::CheckBox>(kUseForm).checked();
     std::string form = get<ui::DropDown>(kForms).selectedText();
-    std::string argument = request_.outputPath + "|" + form;
+    std::string argument = request_.outputPath.text() + "|" + form;
     writeState((use ? "+" : "-") + argument, state::kFormChoice);
     if (!use || form.empty() || request_.outputPath.empty()) return {};
     return {formEngine_, argument};

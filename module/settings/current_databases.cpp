@@ -2,7 +2,6 @@
 
 #include "module/settings/dialog_state.h"
 #include "module/settings/settings_file.h"
-#include "platform/dao/connect_string.h"
 
 namespace norvane {
 
@@ -23,7 +22,7 @@ std::string CurrentOutputPath() {
     return settingOrState(settings::kOutput, state::kOutputPath);
 }
 
-void SetDialogValue(int slot, const std::string& value) {
+void SetDialogValue(int slot, const dao::DatabasePath& value) {
     if (slot == state::kTemplatePath || slot == state::kOutputPath) {
         std::optional<SettingsFile> file = SettingsFile::read();
         bool placed = file && !file->empty() &&
@@ -44,7 +43,8 @@ void GetDialogValue(int slot, std::string& buffer) {
         if (!line) return;
         value = *line;
         // A password that someone has put into the settings by hand is not copied.
-        writeState(dao::isConnectString(value) ? dao::withoutPassword(value) : value, slot);
+        writeState(dao::DatabasePath(value),
+                   slot == state::kTemplatePath ? state::kTemplatePath : state::kOutputPath);
     } else {
         value = readState(slot);
     }

@@ -84,4 +84,8 @@ void writeState(const std::string& value, int index) {
     files::replace(path, content);
 }
 
+void writeState(const dao::DatabasePath& path, state::DatabaseEntry entry) {
+    writeState(path.text(), entry.index);
+}
+
 }  // namespace norvane

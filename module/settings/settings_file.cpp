@@ -67,11 +67,11 @@ bool SettingsFile::place(const std::string& key, const std::string& value, int a
     return true;
 }
 
-bool SettingsFile::placeTemplate(const std::string& path) {
+bool SettingsFile::placeTemplate(const dao::DatabasePath& path) {
     return place(settings::kTemplate, path, find(settings::kAnchor));
 }
 
-bool SettingsFile::placeOutput(const std::string& path) {
+bool SettingsFile::placeOutput(const dao::DatabasePath& path) {
     int templateLine = find(settings::kTemplate);
     return place(settings::kOutput, path, templateLine >= 0 ? templateLine : find(settings::kAnchor));
 }

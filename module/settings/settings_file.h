@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/dao/database_path.h"
+
 namespace norvane {
 
 // The lines that mean something, by the text in front of their value.
@@ -34,8 +36,8 @@ class SettingsFile {
     std::optional<std::string> value(const std::string& key) const;
     // Put a line in place of the old one, or behind the line that it belongs after. False, and nothing
     // changed, when the file has no is_database line.
-    bool placeTemplate(const std::string& path);
-    bool placeOutput(const std::string& path);
+    bool placeTemplate(const dao::DatabasePath& path);
+    bool placeOutput(const dao::DatabasePath& path);
     // Replaces the is_objdata line, or adds it at the end.
     void placeObjectData(const std::string& value);
     // Rewrites the file; a file that cannot be written stays as it is.

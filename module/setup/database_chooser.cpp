@@ -94,7 +94,7 @@ void DatabaseChooser::chooseExisting() {
 
 // A source on a server, by the sign-in box of its engine. The path is without the password.
 void DatabaseChooser::signIn() {
-    WithDatabase("ODBC;DSN=", [&](CDaoDatabase& database) { path = TakePassword(database.GetConnect()); });
+    WithDatabase("ODBC;DSN=", [&](CDaoDatabase& database) { path = database.GetConnect().text(); });
     if (!path.empty()) end(ui::kOk);
 }
 

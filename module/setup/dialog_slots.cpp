@@ -29,7 +29,7 @@ void FetchSlot(Call& call) {
     if (!call.arguments.shortInteger(slot) || !isSlot(slot)) return;
     std::string value;
     GetDialogValue(slot, value);
-    if (!value.empty()) SetLispString("ret_string", value);
+    if (!value.empty()) SetLispString("ret_string", TakePassword(value));
 }
 
 }  // namespace norvane

@@ -155,16 +155,15 @@ void SettingsDialog::selectOutput() {
 }
 
 void SettingsDialog::selectSource() {
-    WithDatabase("ODBC;DSN=", [&](CDaoDatabase& database) {
-        find(kOutputEdit)->setText(TakePassword(database.GetConnect()));
-    });
+    WithDatabase("ODBC;DSN=",
+                 [&](CDaoDatabase& database) { find(kOutputEdit)->setText(database.GetConnect().text()); });
 }
 
 void SettingsDialog::onOk() {
     templateResult = find(kTemplateEdit)->text();
     outputResult = find(kOutputEdit)->text();
-    if (!templateResult.empty()) writeState(templateResult, state::kTemplatePath);
-    if (!outputResult.empty()) writeState(outputResult, state::kOutputPath);
+    if (!templateResult.empty()) writeState(dao::DatabasePath(templateResult), state::kTemplatePath);
+    if (!outputResult.empty()) writeState(TakePassword(outputResult), state::kOutputPath);
     formatFlag = get<ui::RadioButton>(kObjectFormat).checked() ? 1 : 0;
     end(ui::kOk);
 }
@@ -187,8 +186,8 @@ void RunGisSettings() {
     bool objectDataChanged =
         file->value(settings::kObjectData).value_or("") != (dialog.formatFlag == 0 ? "0" : "1");
     if (objectDataChanged) file->placeObjectData("0");
-    bool templatePlaced = file->placeTemplate(dialog.templateResult);
-    bool outputPlaced = file->placeOutput(dialog.outputResult);
+    bool templatePlaced = file->placeTemplate(dao::DatabasePath(dialog.templateResult));
+    bool outputPlaced = file->placeOutput(dao::DatabasePath(dialog.outputResult));
     if (objectDataChanged || templatePlaced || outputPlaced) file->write();
 }
 

@@ -15,10 +15,10 @@ constexpr int kExtendedData = -3;
 constexpr int kApplicationName = 1001;
 constexpr int kString = 1000;
 
-// The five strings in the order of the record.
-std::array<std::string GisLink::*, 5> members() {
-    return {&GisLink::templatePath, &GisLink::outputPath, &GisLink::featureName, &GisLink::keyField,
-            &GisLink::keyValue};
+// The strings in the order of the record.
+constexpr size_t kStrings = 5;
+std::array<std::string, kStrings> stringsOf(const GisLink& link) {
+    return {link.templatePath.text(), link.outputPath.text(), link.featureName, link.keyField, link.keyValue};
 }
 
 ResultBuffers entityWithLink(const ads_name entity) {
@@ -32,19 +32,20 @@ const resbuf* nextString(const resbuf* item) {
 }
 
 ResultBuffers newRecord(const GisLink& link) {
+    const auto strings = stringsOf(link);
     return ResultBuffers(acutBuildList(kApplicationName, kGisLinkApplication, 1002, "{", kString,
-                                       link.templatePath.c_str(), kString, link.outputPath.c_str(), kString,
-                                       link.featureName.c_str(), kString, link.keyField.c_str(), kString,
-                                       link.keyValue.c_str(), 1002, "}", 0));
+                                       strings[0].c_str(), kString, strings[1].c_str(), kString,
+                                       strings[2].c_str(), kString, strings[3].c_str(), kString,
+                                       strings[4].c_str(), 1002, "}", 0));
 }
 
 // Overwrites the strings that stand one behind the other, as far as there are any.
 void overwrite(resbuf* item, const GisLink& link) {
     item = FindResultBuffer(item, kString);
-    for (auto member : members()) {
+    for (const std::string& string : stringsOf(link)) {
         if (!item || item->restype != kString) return;
         acad_free(item->resval.rstring);
-        item->resval.rstring = acad_strdup((link.*member).c_str());
+        item->resval.rstring = acad_strdup(string.c_str());
         item = item->rbnext;
     }
 }
@@ -55,7 +56,7 @@ int HasGisLink(const ads_name entity) {
     ResultBuffers data = entityWithLink(entity);
     const resbuf* item = FindResultBuffer(data.get(), kExtendedData);
     if (!item) return RTERROR;
-    for (size_t i = 0; i < members().size(); ++i)
+    for (size_t i = 0; i < kStrings; ++i)
         if (!(item = nextString(item))) return RTERROR;
     return RTNORM;
 }
@@ -84,13 +85,12 @@ LinkState ReadGisLink(const ads_name entity, GisLink& link) {
     ResultBuffers data = entityWithLink(entity);
     const resbuf* item = FindResultBuffer(data.get(), kExtendedData);
     if (!item) return LinkState::kNone;
-    size_t strings = 0;
-    for (auto member : members()) {
-        if (!(item = nextString(item))) break;
-        link.*member = item->resval.rstring ? item->resval.rstring : "";
-        ++strings;
-    }
-    if (strings < 3) {
+    std::array<std::string, kStrings> strings;
+    size_t found = 0;
+    for (; found < kStrings && (item = nextString(item)); ++found)
+        strings[found] = item->resval.rstring ? item->resval.rstring : "";
+    link = {dao::DatabasePath(strings[0]), dao::DatabasePath(strings[1]), strings[2], strings[3], strings[4]};
+    if (found < 3) {
         acutPrintf("\nGIS Data corrupted! Please run Audit Links!");
         return LinkState::kCorrupted;
     }

@@ -5,14 +5,15 @@
 
 #include "platform/ads/objects.h"
 #include "platform/ads/result_buffer.h"
+#include "platform/dao/database_path.h"
 
 namespace norvane {
 
 constexpr const char* kGisLinkApplication = "ZGEO_GIS_2000";
 
 struct GisLink {
-    std::string templatePath;
-    std::string outputPath;
+    dao::DatabasePath templatePath;
+    dao::DatabasePath outputPath;
     std::string featureName;
     std::string keyField;
     std::string keyValue;

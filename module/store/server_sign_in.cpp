@@ -1,7 +1,6 @@
 #include "module/store/server_sign_in.h"
 
 #include "module/cad/lisp_symbols.h"
-#include "platform/dao/connect_string.h"
 #include "platform/text/text.h"
 
 namespace norvane {
@@ -20,43 +19,40 @@ std::string lispText(const std::string& symbol) {
     return value;
 }
 
-// The text between "UID=" and the next ";" of a connect string, in upper case.
-std::string userOfConnect(const std::string& connect) {
-    return text::upper(dao::ConnectString(connect).value("UID"));
-}
-
 }  // namespace
 
 bool IsOdbcPath(const std::string& path) {
     return dao::isConnectString(path);
 }
 
-std::string OpenConnectString(const std::string& path) {
-    if (!IsOdbcPath(path)) return "";
+dao::ConnectString OpenConnectString(const std::string& path) {
+    if (!IsOdbcPath(path)) return dao::ConnectString();
     std::string symbol = connectSymbol(path);
     std::string known = symbol.empty() ? "" : lispText(symbol);
-    return known.empty() ? path : known;
+    return dao::ConnectString(known.empty() ? path : known);
 }
 
-std::string TakePassword(const std::string& path) {
-    if (!IsOdbcPath(path) || dao::ConnectString(path).password().empty()) return path;
-    std::string open = dao::withoutPassword(path);
-    SetLispString(connectSymbol(open), path);
-    return open;
+dao::DatabasePath TakePassword(const std::string& given) {
+    dao::DatabasePath path(given);
+    std::string symbol = connectSymbol(path);
+    if (path.text() != given && !symbol.empty()) SetLispString(symbol, given);
+    return path;
 }
 
 void RememberConnection(const CDaoDatabase& database, const std::string& path) {
-    std::string connect = database.GetConnect();
-    SetLispString("@" + connect, database.GetName());
-    SetLispString("~" + connect, userOfConnect(connect));
+    const dao::ConnectString connect = database.GetConnect();
+    const std::string whole = connect.withPassword().reveal();
+    SetLispString("@" + whole, database.GetName());
+    SetLispString("~" + whole, text::upper(connect.tableOwner()));
     // These are the symbols that the next opening reads: of the same path, and of what the path would be with
     // all that is known now but the password.
-    for (const std::string& symbol : {connectSymbol(path), connectSymbol(dao::withoutPassword(connect))})
-        if (!symbol.empty()) SetLispString(symbol, connect);
+    for (const std::string& symbol : {connectSymbol(path), connectSymbol(connect.text())})
+        if (!symbol.empty()) SetLispString(symbol, whole);
 }
 
-std::string ConnectionUser(const CDaoDatabase& database) {
-    return IsOdbcPath(database.GetConnect()) ? lispText("~" + database.GetConnect()) : "";
+std::string TableOwner(const CDaoDatabase& database) {
+    const dao::ConnectString connect = database.GetConnect();
+    return connect.onServer() ? lispText("~" + connect.withPassword().reveal()) : "";
 }
 
 }  // namespace norvane

@@ -26,8 +26,8 @@ std::string QualifiedTable(const CDaoDatabase& database, const std::string& tabl
     size_t dot = table.find('.');
     if (dot != std::string::npos)
         return StatementName(table.substr(0, dot)) + "." + StatementName(table.substr(dot + 1));
-    std::string user = ConnectionUser(database);
-    return (user.empty() ? "" : StatementName(user) + ".") + StatementName(table);
+    std::string owner = TableOwner(database);
+    return (owner.empty() ? "" : StatementName(owner) + ".") + StatementName(table);
 }
 
 }  // namespace norvane

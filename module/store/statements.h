@@ -11,7 +11,7 @@ namespace norvane {
 std::string BracketedName(const std::string& name);
 // A name in statements: in brackets where it is more than letters, digits and underscores.
 std::string StatementName(const std::string& name);
-// The name of a table in statements: qualified with the user in an ODBC source.
+// The name of a table in statements: qualified with its owner in an ODBC source.
 std::string QualifiedTable(const CDaoDatabase& database, const std::string& table);
 
 }  // namespace norvane

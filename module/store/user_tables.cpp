@@ -16,10 +16,10 @@ bool isEngineTable(const std::string& upperName) {
 int IsUserTable(const CDaoTableDefInfo& table, const CDaoDatabase& database) {
     if (!table.connect.empty()) return 0;
     std::string name = text::upper(table.name);
-    bool qualified = IsOdbcPath(database.GetConnect()) && name.find('.') != std::string::npos;
+    bool qualified = database.GetConnect().onServer() && name.find('.') != std::string::npos;
     if (!qualified && isEngineTable(name)) return 0;
-    std::string user = ConnectionUser(database);
-    return user.empty() || text::startsWith(name, user + ".") ? 1 : 0;
+    std::string owner = TableOwner(database);
+    return owner.empty() || text::startsWith(name, owner + ".") ? 1 : 0;
 }
 
 std::vector<std::string> UserTables(const CDaoDatabase& database) {

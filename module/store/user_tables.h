@@ -9,7 +9,7 @@
 namespace norvane {
 
 // Whether a table is one of the user's, neither the engine's own nor an attached one: 1 or 0. In an ODBC
-// source with a known user only that user's tables count.
+// source whose TableOwner is known only the tables of that owner count.
 int IsUserTable(const CDaoTableDefInfo& table, const CDaoDatabase& database);
 // The names of the user's tables as they stand, in the order of the database.
 std::vector<std::string> UserTables(const CDaoDatabase& database);

@@ -10,6 +10,7 @@ namespace {
 constexpr std::string_view kPrefix = "ODBC;";
 // Both names are in use for the password.
 constexpr std::string_view kPasswords[] = {"PWD", "PASSWORD"};
+constexpr std::string_view kSchema = "SCHEMA";
 
 std::string_view nameOf(std::string_view setting) {
     return text::trim(setting.substr(0, setting.find('=')));
@@ -55,16 +56,36 @@ std::string_view sourceOf(std::string_view connect) {
     return connect;
 }
 
-std::string withoutPassword(std::string_view connect) {
-    ConnectString string(connect);
-    for (std::string_view name : kPasswords) string.remove(name);
-    return std::string(isConnectString(connect) ? kPrefix : "") + string.text();
+ConnectString::ConnectString(std::string_view text)
+    : onServer_(isConnectString(text)),
+      settings_(settingsOf(onServer_ ? text.substr(kPrefix.size()) : text)) {}
+
+bool ConnectString::empty() const {
+    return !onServer_ && settings_.size() == 1 && settings_.front().empty();
 }
 
-ConnectString::ConnectString(std::string_view text)
-    : settings_(settingsOf(isConnectString(text) ? text.substr(kPrefix.size()) : text)) {}
+std::string ConnectString::text() const {
+    ConnectString open = *this;
+    for (std::string_view name : kPasswords) open.remove(name);
+    return open.whole();
+}
 
-std::string ConnectString::value(std::string_view name) const {
+Secret ConnectString::withPassword() const {
+    return Secret(whole());
+}
+
+Secret ConnectString::forDriver() const {
+    ConnectString of = *this;
+    of.onServer_ = false;
+    of.remove(kSchema);
+    return Secret(of.whole());
+}
+
+std::string ConnectString::whole() const {
+    return std::string(onServer_ ? kPrefix : "") + text::join(settings_, ";");
+}
+
+std::string ConnectString::anyValue(std::string_view name) const {
     for (std::string_view setting : settings_) {
         if (!isNamed(setting, name)) continue;
         std::string_view value = text::trim(setting.substr(setting.find('=') + 1));
@@ -74,15 +95,26 @@ std::string ConnectString::value(std::string_view name) const {
     return "";
 }
 
+std::string ConnectString::value(std::string_view name) const {
+    for (std::string_view secret : kPasswords)
+        if (text::equalNoCase(name, secret)) return "";
+    return anyValue(name);
+}
+
 bool ConnectString::has(std::string_view name) const {
     return std::any_of(settings_.begin(), settings_.end(),
                        [name](const std::string& setting) { return isNamed(setting, name); });
 }
 
-std::string ConnectString::password() const {
+Secret ConnectString::password() const {
     for (std::string_view name : kPasswords)
-        if (has(name)) return value(name);
-    return "";
+        if (has(name)) return Secret(anyValue(name));
+    return Secret("");
+}
+
+std::string ConnectString::tableOwner() const {
+    std::string schema = value(kSchema);
+    return schema.empty() ? value("UID") : schema;
 }
 
 void ConnectString::set(std::string_view name, std::string_view value) {
@@ -104,10 +136,6 @@ void ConnectString::set(std::string_view name, std::string_view value) {
 void ConnectString::remove(std::string_view name) {
     std::erase_if(settings_, [name](const std::string& setting) { return isNamed(setting, name); });
     if (settings_.empty()) settings_.emplace_back();
-}
-
-std::string ConnectString::text() const {
-    return text::join(settings_, ";");
 }
 
 }  // namespace dao

@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "platform/dao/compact_report.h"
+#include "platform/dao/connect_string.h"
 #include "platform/dao/variant.h"
 
 // Types of a field.
@@ -90,7 +91,7 @@ class Cursor;
 
 // Writes a database anew, without the room that deleted things have left. Of a damaged Access database, what
 // can be read is saved. The file is as it was when this throws. connect: ";PWD=..." for one with a password.
-CompactReport compactDatabase(const std::string& path, const std::string& connect = "",
+CompactReport compactDatabase(const std::string& path, const ConnectString& connect = ConnectString(),
                               const CompactProgress& progress = {});
 }  // namespace dao
 
@@ -105,14 +106,14 @@ class CDaoDatabase {
     void Create(const std::string& path, const char* locale = dbLangGeneral, int options = dbVersion40);
     // Opens a file or, with an empty path, the source of a connect string that begins "ODBC;".
     void Open(const std::string& path, bool exclusive = false, bool readOnly = false,
-              const std::string& connect = "");
+              const dao::ConnectString& connect = dao::ConnectString());
     void Close();
     bool IsOpen() const { return connection_ != nullptr; }
 
     // The path of the file; for ODBC the data source's own name.
     std::string GetName() const;
-    // The connect string that the source was really opened with; "" for a file.
-    std::string GetConnect() const;
+    // The connect string that the source was really opened with; an empty one for a file.
+    dao::ConnectString GetConnect() const;
     // "3.0" for Access 97, "4.0" for Access 2000.
     std::string GetVersion() const;
 

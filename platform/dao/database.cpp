@@ -21,7 +21,8 @@ void CDaoDatabase::Create(const std::string& path, const char* locale, int optio
     connection_ = dao::createSource(path, locale, options);
 }
 
-void CDaoDatabase::Open(const std::string& path, bool exclusive, bool readOnly, const std::string& connect) {
+void CDaoDatabase::Open(const std::string& path, bool exclusive, bool readOnly,
+                        const dao::ConnectString& connect) {
     Close();
     connection_ = dao::openSource(path, exclusive, readOnly, connect);
 }
@@ -44,7 +45,7 @@ dao::Connection& CDaoDatabase::connection() const {
 std::string CDaoDatabase::GetName() const {
     return connection().name();
 }
-std::string CDaoDatabase::GetConnect() const {
+dao::ConnectString CDaoDatabase::GetConnect() const {
     return connection().connect();
 }
 std::string CDaoDatabase::GetVersion() const {

@@ -15,9 +15,9 @@ namespace dao {
 
 // What Open was asked for.
 struct Source {
-    std::string path;     // as it stands on disk; "" for a connect string
-    std::string connect;  // "ODBC;..." or ""
-    std::string head;     // the first bytes of the file, at most 64
+    std::string path;       // as it stands on disk; "" for a connect string
+    ConnectString connect;  // of a server, with the password of a file, or empty
+    std::string head;       // the first bytes of the file, at most 64
     bool exclusive = false;
     bool readOnly = false;
 };
@@ -48,7 +48,7 @@ class Connection {
   public:
     virtual ~Connection() = default;
     virtual std::string name() const = 0;
-    virtual std::string connect() const { return ""; }
+    virtual ConnectString connect() const { return ConnectString(); }
     virtual std::string version() const { return "4.0"; }
 
     virtual std::vector<CDaoTableDefInfo> tables() = 0;

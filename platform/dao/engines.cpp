@@ -7,7 +7,6 @@
 #include <cstdio>
 #include <cstring>
 
-#include "platform/dao/connect_string.h"
 #include "platform/files/files.h"
 #include "platform/text/text.h"
 
@@ -48,7 +47,7 @@ bool isReadOnlyFile(const std::string& path) {
     return ::stat(path.c_str(), &s) == 0 && !(s.st_mode & 0222);
 }
 
-Source fileSource(const std::string& path, const std::string& connect, bool exclusive, bool readOnly) {
+Source fileSource(const std::string& path, const ConnectString& connect, bool exclusive, bool readOnly) {
     std::string file = files::onDisk(path);
     return {file, connect, "", exclusive, readOnly || isReadOnlyFile(file)};
 }
@@ -71,7 +70,7 @@ std::shared_ptr<Engine> engineForNew(const std::string& path) {
 [[noreturn]] void noEngine(const Source& source) {
     if (!source.connect.empty())
         throw CDaoException("This version cannot open ODBC sources: there is no engine for \"" +
-                            withoutPassword(source.connect) + "\".");
+                            source.connect.text() + "\".");
     throw CDaoException("The file \"" + source.path + "\" is no database, or one of an unknown format.");
 }
 
@@ -101,7 +100,7 @@ int lockTimeout() {
 }
 
 std::shared_ptr<Connection> openSource(const std::string& path, bool exclusive, bool readOnly,
-                                       const std::string& connect) {
+                                       const ConnectString& connect) {
     Source source = fileSource(path, connect, exclusive, readOnly);
     if (path.empty() && connect.empty()) throw CDaoException("No database was named.");
     if (!path.empty()) {
@@ -122,7 +121,7 @@ std::shared_ptr<Connection> createSource(const std::string& path, const std::str
     throw CDaoException("This version makes no new databases.");
 }
 
-CompactReport compactDatabase(const std::string& path, const std::string& connect,
+CompactReport compactDatabase(const std::string& path, const ConnectString& connect,
                               const CompactProgress& progress) {
     if (path.empty()) throw CDaoException("No database was named.");
     Source source = fileSource(path, connect, true, false);

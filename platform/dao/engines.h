@@ -6,7 +6,7 @@
 namespace dao {
 
 std::shared_ptr<Connection> openSource(const std::string& path, bool exclusive, bool readOnly,
-                                       const std::string& connect);
+                                       const ConnectString& connect);
 std::shared_ptr<Connection> createSource(const std::string& path, const std::string& locale, int options);
 
 // The engines that are always there: for SQLite files, for Access files and, where the program was built with

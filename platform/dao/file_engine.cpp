@@ -42,7 +42,7 @@ std::shared_ptr<Connection> FileEngine::create(const std::string& path, const st
         files::remove(fresh);
         throw CDaoException("Cannot make the database \"" + path + "\": " + error.message() + ".");
     }
-    return open({path, "", "", false, false});
+    return open({path, ConnectString(), "", false, false});
 }
 
 }  // namespace dao

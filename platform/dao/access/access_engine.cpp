@@ -22,8 +22,7 @@ class AccessEngine : public FileEngine {
   public:
     bool opens(const Source& source) const override {
         constexpr size_t kNameAt = 4, kVersionAt = 20;
-        bool ofFile = source.connect.empty() || source.connect.front() == ';';
-        return ofFile && source.head.size() > kVersionAt &&
+        return !source.connect.onServer() && source.head.size() > kVersionAt &&
                std::string_view(source.head).substr(kNameAt, 9) == "Standard ";
     }
 

@@ -28,7 +28,7 @@ jet::Database::Options optionsOf(const Source& source) {
     jet::Database::Options options;
     options.readOnly = source.readOnly;
     options.exclusive = source.exclusive;
-    options.password = ConnectString(source.connect).password();
+    options.password = source.connect.password().reveal();
     options.lockTimeout = lockTimeout();
     return options;
 }

@@ -81,13 +81,13 @@ std::vector<CDaoTableDefInfo> OdbcConnection::tables() {
 
 const Catalogue::Table* OdbcConnection::find(std::string_view owner, std::string_view name) {
     if (!tables_) readTables();
-    // The name as it stands goes before one of another case, the user's own table before those of others.
+    // The name as it stands goes before one of another case, the owner's table before those of others.
     const Table* found = nullptr;
     int best = -1;
     for (const Table& table : *tables_) {
         if (!text::equalNoCase(table.name, name)) continue;
         if (!owner.empty() && !text::equalNoCase(table.owner, owner)) continue;
-        int rank = (text::equalNoCase(table.owner, session_->user()) ? 2 : 0) + (table.name == name ? 1 : 0);
+        int rank = (text::equalNoCase(table.owner, session_->owner()) ? 2 : 0) + (table.name == name ? 1 : 0);
         if (rank > best) {
             best = rank;
             found = &table;
@@ -242,25 +242,25 @@ std::string OdbcConnection::ownerNamed(const std::string& name) {
 }
 
 std::string OdbcConnection::ownerOfNewTables() {
-    const std::string& user = session_->user();
-    if (!dialect().owners || user.empty()) return "";
-    if (std::string owner = ownerNamed(user); !owner.empty()) return owner;
-    std::string owner = dialect().forNew(user);
+    const std::string& name = session_->owner();
+    if (!dialect().owners || name.empty()) return "";
+    if (std::string owner = ownerNamed(name); !owner.empty()) return owner;
+    std::string owner = dialect().forNew(name);
     try {
-        changeSchema("CREATE SCHEMA " + dialect().written(owner), [&] { return !ownerNamed(user).empty(); });
+        changeSchema("CREATE SCHEMA " + dialect().written(owner), [&] { return !ownerNamed(name).empty(); });
     } catch (const CDaoConflict&) {
         throw;
     } catch (const CDaoException& error) {
-        throw CDaoException("The tables of the user " + user +
-                            " belong into a schema of this name, which the server does not have and which "
-                            "cannot be made. " +
+        throw CDaoException("The tables of the user " + name +
+                            " belong into a schema of this name"
+                            ", which the server does not have and which cannot be made. " +
                             error.description());
     }
     return owner;
 }
 
 void OdbcConnection::createTable(const std::string& table, const std::vector<CDaoFieldInfo>& fields) {
-    Table made{ownerOfNewTables(), dialect().forNew(table), false};
+    Table made{ownerOfNewTables(), dialect().forNew(table)};
     std::vector<std::string> columns;
     for (const CDaoFieldInfo& field : fields) columns.push_back(columnDefinition(field));
     changeSchema("CREATE TABLE " + written(made) + " (" + text::join(columns, ", ") + ")",
@@ -311,7 +311,7 @@ std::unique_ptr<Cursor> OdbcConnection::open(int type, const std::string& sql, i
 
 // Who asks for the same records waits until the transaction ends: two that save one record must not both find
 // none, and two that save different ones do not wait for each other. The statement names the records, so it
-// names the lock.
+// names the lock; in one case, since one client may write a table's name in capitals and another not.
 void OdbcConnection::denyWriting(const Table& table, const std::string& statement) {
     // Elsewhere sessions are serializable.
     if (!transaction_ || !dialect().postgres) return;

@@ -3,8 +3,8 @@
 // Every change lasts as soon as it is made, unless a transaction of the caller's is under way. A transaction
 // waits for others as long as a locked file does (lockTimeout), then it is an error.
 //
-// Tables are listed as OWNER.TABLE where the server has owners. New tables go to the owner of the name of the
-// user who has signed in, as statements name them; the owner is made where it is missing.
+// Tables are listed as OWNER.TABLE where the server has owners. New tables go to the owner that the connect
+// string means, its schema or its user, as statements name them; the owner is made where it is missing.
 #pragma once
 
 #include <map>
@@ -26,7 +26,7 @@ class OdbcConnection : public Connection,
     ~OdbcConnection() override;
 
     std::string name() const override { return session_->name(); }
-    std::string connect() const override { return session_->connect(); }
+    ConnectString connect() const override { return session_->connect(); }
     std::string version() const override { return session_->version(); }
     std::vector<CDaoTableDefInfo> tables() override;
     std::vector<CDaoFieldInfo> fields(const std::string& table) override;

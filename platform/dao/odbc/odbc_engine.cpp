@@ -1,4 +1,3 @@
-#include "platform/dao/connect_string.h"
 #include "platform/dao/engines.h"
 #include "platform/dao/odbc/connection.h"
 #include "platform/dao/odbc/session.h"
@@ -9,7 +8,7 @@ namespace {
 class OdbcEngine : public Engine {
   public:
     bool opens(const Source& source) const override {
-        return source.path.empty() && isConnectString(source.connect);
+        return source.path.empty() && source.connect.onServer();
     }
     std::shared_ptr<Connection> open(const Source& source) override {
         return std::make_shared<odbc::OdbcConnection>(idle_, source);

@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "platform/dao/connect_string.h"
 #include "platform/dao/odbc/sign_in.h"
 #include "platform/dao/odbc/statement.h"
 
@@ -24,7 +23,7 @@ Session::Session(const Source& source) : handle_(SQL_HANDLE_DBC, environment()) 
                           reinterpret_cast<SQLPOINTER>(SQL_MODE_READ_ONLY), 0);
     connect_ = signIn(handle_, source.connect, !source.readOnly);
     connected_ = true;
-    user_ = ConnectString(connect_).value("UID");
+    owner_ = connect_.tableOwner();
     name_ = nameOf(handle_.get());
     version_ = informationOf(handle_.get(), SQL_DBMS_VER);
     dialect_ = Dialect(handle_.get());

@@ -26,10 +26,12 @@ class Session {
     Session& operator=(const Session&) = delete;
 
     const Handle& handle() const { return handle_; }
-    const std::string& connect() const { return connect_; }
+    const ConnectString& connect() const { return connect_; }
     const std::string& name() const { return name_; }
     const std::string& version() const { return version_; }
-    const std::string& user() const { return user_; }
+    // Whom the tables belong to that a name without an owner means: the schema that the connect string names,
+    // or the user.
+    const std::string& owner() const { return owner_; }
     const Dialect& dialect() const { return dialect_; }
     const ServerTypes& types();
     // Whether the server still answers.
@@ -38,7 +40,8 @@ class Session {
   private:
     Handle handle_;
     bool connected_ = false;
-    std::string connect_, name_, version_, user_;
+    ConnectString connect_;
+    std::string name_, version_, owner_;
     Dialect dialect_;
     std::optional<ServerTypes> types_;
 };
@@ -57,7 +60,7 @@ class IdleSessions {
         std::unique_ptr<Session> session;
         std::chrono::steady_clock::time_point since;
     };
-    using Key = std::pair<std::string, bool>;  // the connect string, and whether for reading only
+    using Key = std::pair<ConnectString, bool>;  // the connect string, and whether for reading only
 
     void closeOld();
 

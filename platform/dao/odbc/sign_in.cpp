@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "platform/dao/connect_string.h"
 #include "platform/dao/dao.h"
 #include "platform/dao/odbc/sign_in_dialog.h"
 #include "platform/dao/odbc/wide_text.h"
@@ -40,13 +39,13 @@ bool isAboutPassword(const std::vector<Diagnostic>& diagnostics) {
 std::string nameOf(const ConnectString& connect) {
     std::string dsn = connect.value("DSN");
     if (!dsn.empty()) return "\"" + dsn + "\"";
-    return "\"" + withoutPassword(connect.text()) + "\"";
+    return "\"" + connect.text() + "\"";
 }
 
-// One attempt. False, and what is wrong, when it fails. The user whom the source has by itself goes into the
-// string.
+// One attempt. False, and what is wrong, when it fails. The user and the schema that the source has by itself
+// go into the string.
 bool attempt(const Handle& connection, ConnectString& connect, std::vector<Diagnostic>& wrong) {
-    std::vector<SQLWCHAR> in = toWide(connect.text());
+    std::vector<SQLWCHAR> in = toWide(connect.forDriver().reveal());
     in.push_back(0);
     SQLWCHAR out[4096] = {};
     SQLSMALLINT units = 0;
@@ -66,22 +65,21 @@ bool attempt(const Handle& connection, ConnectString& connect, std::vector<Diagn
 
 }  // namespace
 
-std::string signIn(const Handle& connection, const std::string& given, bool mayAsk) {
+ConnectString signIn(const Handle& connection, ConnectString connect, bool mayAsk) {
     SQLSetConnectAttr(connection.get(), SQL_ATTR_LOGIN_TIMEOUT,
                       reinterpret_cast<SQLPOINTER>(static_cast<SQLULEN>(kSecondsToConnect)), 0);
-    ConnectString connect(given);
     if (!namesASource(connect) && !(mayAsk && askToSignIn(connect, knownSources(), "")))
         throw CDaoException("No data source is named.");
     std::vector<Diagnostic> wrong;
     while (!attempt(connection, connect, wrong)) {
         std::string reason = "The data source " + nameOf(connect) + " cannot be opened: " + sentenceOf(wrong);
         // Some repeat what they have been given.
-        std::string password = connect.password();
-        if (!password.empty()) reason = text::replaceAll(reason, "=" + password, "=****");
+        Secret password = connect.password();
+        if (!password.empty()) reason = text::replaceAll(reason, "=" + password.reveal(), "=****");
         bool ask = mayAsk && isAboutPassword(wrong);
         if (!ask || !askToSignIn(connect, knownSources(), reason)) throw CDaoException(reason);
     }
-    return "ODBC;" + connect.text();
+    return connect;
 }
 
 }  // namespace dao::odbc

@@ -32,7 +32,7 @@ class SheetForATool : public hostcad::HostTest {
         PromptRequest request;
         request.binDirectory = folder_("");
         request.templatePath = folder_("template.mdb");
-        request.outputPath = folder_("output.mdb");
+        request.outputPath = dao::DatabasePath(folder_("output.mdb"));
         request.keyField = "PT_ID";
         request.keyValue = key;
         request.featureName = feature;

@@ -197,6 +197,27 @@ TEST_F(Settings, AnExistingTemplateIsChosen) {
                                    "\ngisoutfile=ODBC;DSN=server;UID=me\nis_objdata=0\n");
 }
 
+TEST_F(Settings, APasswordThatStandsInTheSettingsIsUsedAndGivenToNobody) {
+    const std::string line = "gisoutfile=ODBC;DSN=server;UID=me;PWD=s3cret\n";
+    const auto known = [&] {
+        hostcad::lisp::Symbol* symbol = host_->lisp().intern("@server;UID=me");
+        return std::exchange(symbol->value, {}).isString();
+    };
+    write("gps.ini", "is_database=\n" + line);
+    EXPECT_EQ(lisp("(progn (setq ret_string nil) (cf:gis_smart_prompting 3 2) ret_string)"),
+              "\"ODBC;DSN=server;UID=me\"");
+    EXPECT_TRUE(known()) << "the next sign-in needs it";
+    EXPECT_EQ(read("gps.ini"), "is_database=\n" + line) << "it stays where the person has put it";
+    answer(146, {show(), click("Exit")});
+    lisp("(cf:gis_smart_prompting 7)");
+    EXPECT_TRUE(known());
+    EXPECT_TRUE(shown("ODBC;DSN=server;UID=me\""));
+    EXPECT_FALSE(shown("s3cret"));
+    for (const char* file : {"gps.ini", "featlink.ini"})
+        EXPECT_EQ(read(file).find("s3cret"), std::string::npos) << file;
+    EXPECT_EQ(printed().find("s3cret"), std::string::npos);
+}
+
 TEST_F(Settings, LeavingByTheFrameEscapeOrCancelChangesNothing) {
     write("gps.ini", "is_database=\ngismdbfile=gone.mdb\n");
     for (const ui::Step& leaving : {ui::Step{ui::Step::Kind::Close}, key("Escape"), click("Cancel")}) {

@@ -12,10 +12,12 @@
 #include "tests/module/host_double.h"
 
 using namespace norvane;
+using dao::DatabasePath;
 
 namespace {
 
-const GisLink kLink = {"C:\\data\\template.mdb", "out.mdb", "Tree", "PT_ID", "1042"};
+const GisLink kLink = {DatabasePath("C:\\data\\template.mdb"), DatabasePath("out.mdb"), "Tree", "PT_ID",
+                       "1042"};
 
 class GisLinks : public testing::Test {
   protected:
@@ -61,12 +63,14 @@ TEST_F(GisLinks, AreWrittenInTheirOrderAndReadBack) {
               "1000=1042 1002=} ");
     EXPECT_EQ(HasGisLink(entity), RTNORM);
     EXPECT_EQ(ReadGisLink(entity, link), LinkState::kFound);
-    EXPECT_EQ(link.templatePath + "|" + link.outputPath + "|" + link.featureName + "|" + link.keyField + "|" +
-                  link.keyValue,
+    EXPECT_EQ(link.templatePath.text() + "|" + link.outputPath.text() + "|" + link.featureName + "|" +
+                  link.keyField + "|" + link.keyValue,
               "C:\\data\\template.mdb|out.mdb|TREE|PT_ID|1042");
 
     // A second save refreshes the one record, with longer texts and with shorter ones.
-    EXPECT_EQ(WriteGisLink(entity, {"t", "a/much/longer/path.mdb", "P", "", " x "}), RTNORM);
+    EXPECT_EQ(
+        WriteGisLink(entity, {DatabasePath("t"), DatabasePath("a/much/longer/path.mdb"), "P", "", " x "}),
+        RTNORM);
     EXPECT_EQ(data(),
               "1001=ZGEO_GIS_2000 1002={ 1000=t 1000=a/much/longer/path.mdb 1000=P 1000= 1000= x  1002=} ");
     EXPECT_EQ(ReadGisLink(entity, link), LinkState::kFound);
@@ -104,7 +108,8 @@ TEST_F(GisLinks, LeaveTheDataOfOthersAlone) {
 TEST_F(GisLinks, WhatTheHostRefusesChangesNothing) {
     ASSERT_EQ(WriteGisLink(entity, kLink), RTNORM);
     std::string before = data();
-    EXPECT_EQ(WriteGisLink(entity, {std::string(256, 'x'), "o", "f", "k", "v"}), RTERROR);
+    EXPECT_EQ(WriteGisLink(entity, {DatabasePath(std::string(256, 'x')), DatabasePath("o"), "f", "k", "v"}),
+              RTERROR);
     EXPECT_EQ(data(), before);
     ads_name nothing = {0, 0};
     EXPECT_EQ(WriteGisLink(nothing, kLink), RTERROR);

@@ -1,7 +1,11 @@
 // The statements of the ODBC route, as a server would receive them.
 #include <gtest/gtest.h>
 
+#include "module/settings/current_databases.h"
+#include "module/settings/dialog_state.h"
+#include "module/settings/settings_file.h"
 #include "module/store/database.h"
+#include "module/store/gis_link.h"
 #include "module/store/output_database.h"
 #include "module/store/server_sign_in.h"
 #include "module/store/statements.h"
@@ -91,15 +95,39 @@ TEST_F(Odbc, TheUserOwnsTheTables) {
     WithDatabase(path, [](CDaoDatabase& db) { EXPECT_EQ(UserTables(db), Strings{"JANE.TREE"}); });
 }
 
+// What is written into drawings and settings is a path, and a text that may have a password is none.
+template <class Text>
+concept IsLinked = requires(Text text) {
+    GisLink{.outputPath = text};
+};
+template <class Text>
+concept IsRemembered = requires(Text text) {
+    writeState(text, state::kOutputPath);
+};
+template <class Text>
+concept IsSetting = requires(Text text, SettingsFile file) {
+    file.placeOutput(text);
+};
+template <class Text>
+concept IsSlot = requires(Text text) {
+    SetDialogValue(2, text);
+};
+template <class Text>
+constexpr bool kIsWritten = IsLinked<Text> || IsRemembered<Text> || IsSetting<Text> || IsSlot<Text>;
+static_assert(!kIsWritten<std::string> && !kIsWritten<const char*> && !kIsWritten<dao::ConnectString> &&
+              !kIsWritten<dao::Secret>);
+static_assert(IsLinked<dao::DatabasePath> && IsRemembered<dao::DatabasePath> &&
+              IsSetting<dao::DatabasePath> && IsSlot<dao::DatabasePath>);
+
 TEST_F(Odbc, APasswordIsTakenOutOfThePathAndUsedAllTheSame) {
     for (const char* source : {"ODBC;DSN=survey;UID=jane", "ODBC;DRIVER={My Driver};UID=jane"}) {
         std::string with = std::string(source) + ";PWD={se;cret}";
-        EXPECT_EQ(TakePassword(with), source);
-        EXPECT_EQ(OpenConnectString(source), with);
+        EXPECT_EQ(TakePassword(with).text(), source);
+        EXPECT_EQ(OpenConnectString(source), dao::ConnectString(with));
         LoadRecord(source, key);
         EXPECT_EQ(server->opened.back(), with);
     }
-    EXPECT_EQ(TakePassword("/jobs/PWD=x;.mdb"), "/jobs/PWD=x;.mdb");
+    EXPECT_EQ(TakePassword("/jobs/PWD=x;.mdb").text(), "/jobs/PWD=x;.mdb");
 }
 
 TEST_F(Odbc, NamesThatAreNoPlainWordsStandInBrackets) {

@@ -18,10 +18,10 @@ class RecordingEngine : public dao::Engine {
     std::string actualConnect;
     std::string error;  // raised by the next statement, when it is not empty
 
-    std::vector<std::string> opened;  // connect strings
+    std::vector<std::string> opened;  // connect strings, with their passwords
     std::vector<std::string> log;     // statements and changes of tables, in order
 
-    bool opens(const dao::Source& source) const override { return source.connect.starts_with("ODBC;"); }
+    bool opens(const dao::Source& source) const override { return source.connect.onServer(); }
     std::shared_ptr<dao::Connection> open(const dao::Source& source) override;
 };
 
@@ -47,12 +47,12 @@ class RecordingCursor : public dao::Cursor {
 
 class RecordingConnection : public dao::Connection {
   public:
-    RecordingConnection(RecordingEngine& engine, std::string connect)
+    RecordingConnection(RecordingEngine& engine, const dao::ConnectString& connect)
         : engine_(engine),
-          connect_(engine.actualConnect.empty() ? std::move(connect) : engine.actualConnect) {}
+          connect_(engine.actualConnect.empty() ? connect : dao::ConnectString(engine.actualConnect)) {}
 
     std::string name() const override { return "survey"; }
-    std::string connect() const override { return connect_; }
+    dao::ConnectString connect() const override { return connect_; }
     std::vector<CDaoTableDefInfo> tables() override {
         std::vector<CDaoTableDefInfo> list;
         for (const auto& [table, fields] : engine_.tables) list.push_back({table, "", true});
@@ -94,10 +94,10 @@ class RecordingConnection : public dao::Connection {
     }
 
     RecordingEngine& engine_;
-    std::string connect_;
+    dao::ConnectString connect_;
 };
 
 inline std::shared_ptr<dao::Connection> RecordingEngine::open(const dao::Source& source) {
-    opened.push_back(source.connect);
+    opened.push_back(source.connect.withPassword().reveal());
     return std::make_shared<RecordingConnection>(*this, source.connect);
 }

@@ -440,7 +440,8 @@ TEST(DaoFiles, WhatIsNoDatabaseIsRefusedWithItsReason) {
     EXPECT_EQ(refusal("missing.mdb"), "Cannot find the file \"" + folder("missing.mdb") + "\".");
     EXPECT_EQ(descriptionOf([&] { db.Open(folder.path()); }),
               "\"" + folder.path() + "\" is a folder, not a database.");
-    EXPECT_NE(descriptionOf([&] { db.Open("", false, false, "ODBC;DSN=x"); }), "no exception");
+    EXPECT_NE(descriptionOf([&] { db.Open("", false, false, dao::ConnectString("ODBC;DSN=x")); }),
+              "no exception");
     EXPECT_NE(descriptionOf([&] { db.Open(""); }), "no exception");
     EXPECT_NE(descriptionOf([&] { db.Create(folder("text.mdb")); }), "no exception");
     EXPECT_NE(descriptionOf([&] { db.Create(folder("nowhere/out.mdb")); }), "no exception");
@@ -585,9 +586,9 @@ TEST(DaoFiles, TablesOfOtherProgramsAreReadAsFarAsTheyGo) {
 // An engine that keeps what it was told, as a server would hear it.
 class RecordingEngine : public dao::Engine {
   public:
-    bool opens(const dao::Source& source) const override { return source.connect.starts_with("ODBC;"); }
+    bool opens(const dao::Source& source) const override { return source.connect.onServer(); }
     std::shared_ptr<dao::Connection> open(const dao::Source& source) override {
-        opened.push_back(source.connect);
+        opened.push_back(source.connect.text());
         throw CDaoException("no server");
     }
     std::vector<std::string> opened;
@@ -597,9 +598,11 @@ TEST(DaoEngines, AConnectStringGoesToTheEngineThatIsRegisteredForIt) {
     auto engine = std::make_shared<RecordingEngine>();
     dao::registerEngine(engine);
     CDaoDatabase db;
-    EXPECT_EQ(descriptionOf([&] { db.Open("", false, false, "ODBC;DSN=survey"); }), "no server");
+    EXPECT_EQ(descriptionOf([&] { db.Open("", false, false, dao::ConnectString("ODBC;DSN=survey")); }),
+              "no server");
     dao::unregisterEngine(engine.get());
-    EXPECT_NE(descriptionOf([&] { db.Open("", false, false, "ODBC;DSN=survey"); }), "no server");
+    EXPECT_NE(descriptionOf([&] { db.Open("", false, false, dao::ConnectString("ODBC;DSN=survey")); }),
+              "no server");
     EXPECT_EQ(engine->opened, Strings{"ODBC;DSN=survey"});
 }
 

@@ -34,7 +34,7 @@ int runSql(const std::string& file, const std::string& password, const std::stri
     dao::ConnectString connect(";");
     if (!password.empty()) connect.set("PWD", password);
     CDaoDatabase db;
-    db.Open(file, false, false, connect.text());
+    db.Open(file, false, false, connect);
     jet::runStatements(db, sql, std::cout);
     db.Close();
     return 0;

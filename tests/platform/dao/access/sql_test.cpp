@@ -255,8 +255,8 @@ TEST_F(AccessSql, AFileWithAPasswordOpensByItsConnectString) {
     }
     file.close();
     for (const char* wrong : {"", ";PWD=", ";PWD=a", ";UID=a;b }"})
-        EXPECT_THROW(db.Open(path, false, false, wrong), CDaoException) << wrong;
-    db.Open(path, false, false, ";pwd={a;b }}}");
+        EXPECT_THROW(db.Open(path, false, false, dao::ConnectString(wrong)), CDaoException) << wrong;
+    db.Open(path, false, false, dao::ConnectString(";pwd={a;b }}}"));
     EXPECT_EQ(values("SELECT COUNT(*) FROM PLAIN"), "3000 ");
     db.Close();
     EXPECT_EQ(outputOf("'" NORVANE_BIN_DIR "/jet' --password '" + password + "' sql '" + path +

@@ -11,6 +11,7 @@
 
 namespace {
 
+using dao::ConnectString;
 using dao::toText;
 using dao::Variant;
 using Strings = std::vector<std::string>;
@@ -39,7 +40,7 @@ class Server : public ::testing::TestWithParam<const char*> {
             if (driver.empty()) GTEST_SKIP() << "the ODBC driver of SQLite is not installed";
             connect = "ODBC;DRIVER=" + driver + ";Database=" + folder("server.db");
         }
-        db.Open("", false, false, connect);
+        db.Open("", false, false, ConnectString(connect));
     }
 
     void makeTable(const std::string& name, const std::vector<CDaoFieldInfo>& fields) {
@@ -205,7 +206,7 @@ TEST_P(Server, ATransactionIsKeptWholeOrNotAtAll) {
     db.BeginTrans();
     db.Execute("INSERT INTO T (A) VALUES ('closed')", dbSQLPassThrough);
     db.Close();
-    db.Open("", false, false, connect);
+    db.Open("", false, false, ConnectString(connect));
     EXPECT_EQ(column("SELECT A FROM T"), Strings{"kept"});
     EXPECT_EQ(db.GetTableDefCount(), 1);
 }
@@ -308,7 +309,7 @@ TEST_F(PostgresSource, TypesThatAreNotKnownAreReadAsText) {
         "12345678901, 42, "
         "1.5, '13:45', 'infinity', 'x', repeat('y', 1000), 'z', 'cat');"
         "CREATE VIEW survey.seen AS SELECT h FROM survey.odd");
-    db.Open("", false, false, server.connect());
+    db.Open("", false, false, ConnectString(server.connect()));
     CDaoRecordset records(&db);
     records.Open(dbOpenDynaset, "SELECT * FROM ODD");
     Strings texts;
@@ -330,7 +331,7 @@ TEST_F(PostgresSource, TablesAreListedWithTheirOwnersAndTheUsersOwnComeFirst) {
     server.answer(
         "CREATE SCHEMA survey; CREATE SCHEMA other; CREATE TABLE survey.t(a text); "
         "CREATE TABLE other.t(b text, a text); INSERT INTO other.t VALUES ('theirs')");
-    db.Open("", false, false, server.connect());
+    db.Open("", false, false, ConnectString(server.connect()));
     Strings names;
     CDaoTableDefInfo table;
     for (int i = 0, count = db.GetTableDefCount(); i < count; ++i) {
@@ -346,7 +347,7 @@ TEST_F(PostgresSource, TablesAreListedWithTheirOwnersAndTheUsersOwnComeFirst) {
     CDaoRecordset records(&db);
     records.Open(dbOpenDynaset, "SELECT * FROM [OTHER].[T]");
     EXPECT_EQ(toText(records.GetFieldValue("B")), "theirs");
-    EXPECT_EQ(db.GetConnect(), server.connect());
+    EXPECT_EQ(db.GetConnect(), ConnectString(server.connect()));
     server.answer("DROP SCHEMA other CASCADE");
 }
 
@@ -354,7 +355,7 @@ TEST_F(PostgresSource, WhatTheServerFillsInNeedNotBeSet) {
     server.answer(
         "CREATE SCHEMA survey; CREATE TABLE survey.t(id integer GENERATED ALWAYS AS IDENTITY PRIMARY KEY, "
         "a text NOT NULL DEFAULT 'x', b text, c varchar(9) NOT NULL)");
-    db.Open("", false, false, server.connect());
+    db.Open("", false, false, ConnectString(server.connect()));
     CDaoRecordset records(&db);
     records.Open(dbOpenDynaset, "SELECT * FROM t");
     records.AddNew();
@@ -368,7 +369,7 @@ TEST_F(PostgresSource, WhatTheServerFillsInNeedNotBeSet) {
 TEST_F(PostgresSource, AUserWithoutRightsIsTold) {
     server.answer("CREATE ROLE guest LOGIN PASSWORD 'guest'", "postgres");
     server.answer("CREATE SCHEMA survey; CREATE TABLE survey.t(a text)");
-    db.Open("", false, false, server.source() + ";UID=guest;PWD=guest");
+    db.Open("", false, false, ConnectString(server.source() + ";UID=guest;PWD=guest"));
     CDaoTableDef table(&db);
     table.Create("T");
     table.CreateField("A", dbText, 9);
@@ -391,7 +392,7 @@ TEST_F(PostgresSource, ConnectStringsThatLieAreToldWithoutTheirPassword) {
           server.source() + ";DATABASE=nothing;UID=survey;PWD=s3cret",
           "ODBC;DRIVER={" + server.driver() + ";PWD=s3cret", std::string("ODBC;DRIVER={}}}{;PWD=s3cret"),
           "ODBC;DSN=" + std::string(5000, 'x') + ";PWD=s3cret"}) {
-        std::string told = descriptionOf([&] { db.Open("", false, false, connect); });
+        std::string told = descriptionOf([&] { db.Open("", false, false, ConnectString(connect)); });
         EXPECT_NE(told, "no exception") << connect;
         for (const char* part : {"s3cret", "s3;cret"}) EXPECT_EQ(told.find(part), std::string::npos) << told;
         EXPECT_FALSE(db.IsOpen());
@@ -411,9 +412,9 @@ TEST_F(PostgresSource, TheSignInBoxAsksForWhatIsMissing) {
                           {Kind::Click, "OK"}});
     backend.answer(1601,
                    {{Kind::Show}, {Kind::Text, "Password:", PostgresServer::kPassword}, {Kind::Click, "OK"}});
-    db.Open("", false, false, "ODBC;DSN=");
+    db.Open("", false, false, ConnectString("ODBC;DSN="));
     EXPECT_EQ(db.GetName(), "office");
-    EXPECT_EQ(db.GetConnect(), "ODBC;DSN=office;UID=survey;PWD={Geheim;7319}");
+    EXPECT_EQ(db.GetConnect(), ConnectString("ODBC;DSN=office;UID=survey;PWD={Geheim;7319}"));
     bool reason = false;
     for (const std::string& line : backend.log()) {
         reason = reason || line.find("authentication") != std::string::npos;
@@ -423,18 +424,19 @@ TEST_F(PostgresSource, TheSignInBoxAsksForWhatIsMissing) {
     EXPECT_TRUE(reason);
     // Cancelled, and a source that is only looked at.
     backend.answer(1601, {{Kind::Click, "Cancel"}});
-    EXPECT_NE(descriptionOf([&] { db.Open("", false, false, "ODBC;DSN=office;UID=survey"); }),
+    EXPECT_NE(descriptionOf([&] { db.Open("", false, false, ConnectString("ODBC;DSN=office;UID=survey")); }),
               "no exception");
     EXPECT_EQ(backend.unused(), Strings{});
-    EXPECT_NE(descriptionOf([&] { db.Open("", false, true, "ODBC;DSN=office;UID=survey"); }), "no exception");
+    EXPECT_NE(descriptionOf([&] { db.Open("", false, true, ConnectString("ODBC;DSN=office;UID=survey")); }),
+              "no exception");
     ::unsetenv("ODBCINI");
 }
 
 TEST_F(PostgresSource, RecordsThatAnotherHoldsAreWaitedForAndThenToldOf) {
     server.answer("CREATE SCHEMA survey; CREATE TABLE survey.t(a text)");
     CDaoDatabase other;
-    db.Open("", false, false, server.connect());
-    other.Open("", false, false, server.connect());
+    db.Open("", false, false, ConnectString(server.connect()));
+    other.Open("", false, false, ConnectString(server.connect()));
     CDaoRecordset mine(&db), theirs(&other);
     db.BeginTrans();
     mine.Open(dbOpenDynaset, "SELECT * FROM T", dbDenyWrite);
@@ -456,8 +458,8 @@ TEST_F(PostgresSource, RecordsThatAnotherHoldsAreWaitedForAndThenToldOf) {
 
 TEST_F(PostgresSource, WhatAnotherUserHasMadeMeanwhileIsAConflict) {
     CDaoDatabase other;
-    db.Open("", false, false, server.connect());
-    other.Open("", false, false, server.connect());
+    db.Open("", false, false, ConnectString(server.connect()));
+    other.Open("", false, false, ConnectString(server.connect()));
     auto make = [](CDaoDatabase& database) {
         CDaoTableDef table(&database);
         table.Create("T");
