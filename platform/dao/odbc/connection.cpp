@@ -56,6 +56,7 @@ OdbcConnection::~OdbcConnection() {
 void OdbcConnection::readTables() {
     std::vector<Table> tables;
     Statement rows(handle());
+    const bool inSchema = !session_->connect().value("SCHEMA").empty();
     Wide all("%"), types("TABLE,VIEW");
     rows.ran(SQLTablesW(rows.handle(), nullptr, 0, dialect().owners ? all.data() : nullptr,
                         dialect().owners ? all.size() : SQLSMALLINT{0}, all.data(), all.size(), types.data(),
@@ -65,6 +66,7 @@ void OdbcConnection::readTables() {
         table.owner = rows.text(2);
         table.name = rows.text(3);
         table.isView = text::equalNoCase(rows.text(4), "VIEW");
+        table.needsOwner = inSchema && text::equalNoCase(table.owner, session_->owner());
         tables.push_back(std::move(table));
     }
     tables_ = std::move(tables);
@@ -251,8 +253,9 @@ std::string OdbcConnection::ownerOfNewTables() {
     } catch (const CDaoConflict&) {
         throw;
     } catch (const CDaoException& error) {
-        throw CDaoException("The tables of the user " + name +
-                            " belong into a schema of this name"
+        const bool isUser = session_->connect().value("SCHEMA").empty();
+        throw CDaoException((isUser ? "The tables of the user " + name + " belong into a schema of this name"
+                                    : "The tables belong into the schema " + name) +
                             ", which the server does not have and which cannot be made. " +
                             error.description());
     }
@@ -316,8 +319,8 @@ void OdbcConnection::denyWriting(const Table& table, const std::string& statemen
     // Elsewhere sessions are serializable.
     if (!transaction_ || !dialect().postgres) return;
     run("SET LOCAL lock_timeout = " + std::to_string(lockTimeout()) +
-        "; SELECT pg_advisory_xact_lock(hashtextextended(" + quotedText(written(table) + " " + statement) +
-        ", 0))");
+        "; SELECT pg_advisory_xact_lock(hashtextextended(" +
+        quotedText(written(table) + " " + text::upper(statement)) + ", 0))");
 }
 
 void OdbcConnection::indexForSearch(const std::string& table, const std::vector<std::string>& fields) {

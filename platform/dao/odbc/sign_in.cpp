@@ -1,5 +1,7 @@
 #include "platform/dao/odbc/sign_in.h"
 
+#include <odbcinst.h>
+
 #include <algorithm>
 
 #include "platform/dao/dao.h"
@@ -35,6 +37,15 @@ bool isAboutPassword(const std::vector<Diagnostic>& diagnostics) {
     });
 }
 
+// What a data source says about the schema of its tables, which drivers know nothing of; "" when it says
+// nothing.
+std::string schemaOf(const std::string& dataSource) {
+    if (dataSource.empty()) return "";
+    char schema[256] = "";
+    SQLGetPrivateProfileString(dataSource.c_str(), "Schema", "", schema, sizeof schema, "odbc.ini");
+    return schema;
+}
+
 // What the string calls its source.
 std::string nameOf(const ConnectString& connect) {
     std::string dsn = connect.value("DSN");
@@ -60,6 +71,8 @@ bool attempt(const Handle& connection, ConnectString& connect, std::vector<Diagn
     size_t most = std::size(out) - 1;
     ConnectString opened(fromWide(out, std::min(most, static_cast<size_t>(std::max<SQLSMALLINT>(units, 0)))));
     if (connect.value("UID").empty() && !opened.value("UID").empty()) connect.set("UID", opened.value("UID"));
+    std::string schema = connect.has("SCHEMA") ? "" : schemaOf(connect.value("DSN"));
+    if (!schema.empty()) connect.set("SCHEMA", schema);
     return true;
 }
 

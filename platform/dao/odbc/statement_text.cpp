@@ -136,6 +136,8 @@ class Translator {
             parts.back() = asFound(token(mention.end - 1), mention.table->name);
             if (parts.size() > 1)
                 parts[parts.size() - 2] = asFound(token(mention.end - 3), mention.table->owner);
+            else if (mention.table->needsOwner)
+                parts.insert(parts.begin(), dialect_.written(mention.table->owner));
         }
         return text::join(parts, ".");
     }

@@ -21,6 +21,7 @@ class Catalogue {
         std::string owner;  // "" where there are none
         std::string name;
         bool isView = false;
+        bool needsOwner = false;  // the server would look for the bare name elsewhere
     };
     virtual ~Catalogue() = default;
     // A table by its name and, unless it is "", its owner, without regard to case; null when there is none.

@@ -95,6 +95,17 @@ TEST_F(Odbc, TheUserOwnsTheTables) {
     WithDatabase(path, [](CDaoDatabase& db) { EXPECT_EQ(UserTables(db), Strings{"JANE.TREE"}); });
 }
 
+TEST_F(Odbc, ASchemaTakesThePlaceOfTheUser) {
+    server->actualConnect = "ODBC;DSN=survey;UID=jane;SCHEMA=office";
+    server->tables["JANE.TREE"] = columns({"PT_ID"});
+    server->tables["OFFICE.TREE"] = columns({"PT_ID", "GIS_KEY"});
+    ASSERT_TRUE(SaveRecord(path, key, {}));
+    EXPECT_EQ(server->log,
+              (Strings{"SELECT * FROM OFFICE.tree WHERE UCASE(PT_ID) = 'A1' AND UCASE(GIS_KEY) = 'OAK'",
+                       "INSERT INTO OFFICE.tree (PT_ID,GIS_KEY) VALUES('A1','OAK')"}));
+    WithDatabase(path, [](CDaoDatabase& db) { EXPECT_EQ(UserTables(db), Strings{"OFFICE.TREE"}); });
+}
+
 // What is written into drawings and settings is a path, and a text that may have a password is none.
 template <class Text>
 concept IsLinked = requires(Text text) {

@@ -351,6 +351,41 @@ TEST_F(PostgresSource, TablesAreListedWithTheirOwnersAndTheUsersOwnComeFirst) {
     server.answer("DROP SCHEMA other CASCADE");
 }
 
+// SCHEMA stands for the user's own schema, in the connect string or in the data source; the driver never sees
+// it.
+TEST_F(PostgresSource, TheSchemaThatIsNamedTakesThePlaceOfTheUsersOwn) {
+    server.answer(
+        "CREATE SCHEMA survey; CREATE SCHEMA other; CREATE TABLE survey.t(a text, b text); "
+        "CREATE TABLE other.t(a text)");
+    std::string ini = server.folder() + "/odbc.ini";
+    std::ofstream(ini) << "[shared]\nDriver=" << server.driver() << "\nServername=" << server.folder()
+                       << "\nDatabase=norvane\nSchema=other\n";
+    ::setenv("ODBCINI", ini.c_str(), 1);
+    const std::string account = ";UID=survey;PWD={" + std::string(PostgresServer::kPassword) + "}";
+    for (const std::string& connect : {server.connect() + ";Schema=Other", "ODBC;DSN=shared" + account}) {
+        db.Open("", false, false, ConnectString(connect));
+        EXPECT_EQ(db.GetConnect().tableOwner(), connect.ends_with("Other") ? "Other" : "other");
+        CDaoRecordset records(&db);
+        records.Open(dbOpenDynaset, "SELECT * FROM T");
+        EXPECT_EQ(records.GetFieldCount(), 1) << connect;
+        records.Close();
+        CDaoTableDef table(&db);
+        table.Create("NEW");
+        table.CreateField("A", dbText, 9);
+        table.Append();
+        EXPECT_EQ(server.answer("DROP TABLE other.new; SELECT 'dropped'"), "dropped\n") << connect;
+        table.Close();
+        db.Close();
+    }
+    // What the connect string says goes before the data source.
+    db.Open("", false, false, ConnectString("ODBC;DSN=shared;SCHEMA=survey" + account));
+    CDaoRecordset records(&db);
+    records.Open(dbOpenDynaset, "SELECT * FROM T");
+    EXPECT_EQ(records.GetFieldCount(), 2);
+    ::unsetenv("ODBCINI");
+    server.answer("DROP SCHEMA other CASCADE");
+}
+
 TEST_F(PostgresSource, WhatTheServerFillsInNeedNotBeSet) {
     server.answer(
         "CREATE SCHEMA survey; CREATE TABLE survey.t(id integer GENERATED ALWAYS AS IDENTITY PRIMARY KEY, "
@@ -376,6 +411,15 @@ TEST_F(PostgresSource, AUserWithoutRightsIsTold) {
     std::string told = descriptionOf([&] { table.Append(); });
     EXPECT_EQ(told.find("The tables of the user guest belong into a schema of this name"), 0u) << told;
     EXPECT_NE(told.find("permission denied"), std::string::npos) << told;
+    CDaoDatabase office;
+    office.Open("", false, false, ConnectString(server.source() + ";UID=guest;PWD=guest;SCHEMA=office"));
+    CDaoTableDef inOffice(&office);
+    inOffice.Create("T");
+    inOffice.CreateField("A", dbText, 9);
+    told = descriptionOf([&] { inOffice.Append(); });
+    EXPECT_EQ(told.find("The tables belong into the schema office, which the server does not have"), 0u)
+        << told;
+    office.Close();
     EXPECT_NE(descriptionOf([&] {
                   db.Execute("DELETE FROM survey.t", dbSQLPassThrough);
               }).find("permission denied"),
@@ -444,6 +488,10 @@ TEST_F(PostgresSource, RecordsThatAnotherHoldsAreWaitedForAndThenToldOf) {
     ShortLockTimeout shortTimeout;
     std::string told = descriptionOf([&] { theirs.Open(dbOpenDynaset, "SELECT * FROM T", dbDenyWrite); });
     EXPECT_NE(told.find("lock timeout"), std::string::npos) << told;
+    other.Rollback();
+    other.BeginTrans();
+    told = descriptionOf([&] { theirs.Open(dbOpenDynaset, "SELECT * FROM t", dbDenyWrite); });
+    EXPECT_NE(told, "no exception") << "the same table by another spelling";
     other.Rollback();
     // Who wants other records, or writes another, does not wait.
     other.BeginTrans();
