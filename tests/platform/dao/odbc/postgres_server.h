@@ -37,6 +37,9 @@ class PostgresServer {
     static constexpr const char* kPassword = "Geheim;7319";
     static constexpr const char* kDatabase = "norvane";
 
+    // Whether it waits for its disk at the end of a transaction; to be said before it starts.
+    static inline bool waitsForDisk = false;
+
     static PostgresServer& instance() {
         static PostgresServer server;
         return server;
@@ -77,7 +80,8 @@ class PostgresServer {
             ::dup2(2, 1);
             std::string program = bin_ + "/postgres";
             ::execl(program.c_str(), "postgres", "-D", (folder_ + "/data").c_str(), "-k", folder_.c_str(),
-                    "-c", "listen_addresses=", "-c", "fsync=off", "-c", "max_connections=60", nullptr);
+                    "-c", "listen_addresses=", "-c", waitsForDisk ? "fsync=on" : "fsync=off", "-c",
+                    "max_connections=100", nullptr);
             ::_exit(127);
         }
         for (int i = 0; i < 200; ++i) {
