@@ -203,16 +203,23 @@ void saveInto(CDaoDatabase& database, Route route, const RecordKey& key,
 void saveWholly(CDaoDatabase& database, Route route, const RecordKey& key,
                 const std::vector<OutputField>& fields) {
     constexpr int kMostConflicts = 10;
-    for (int conflicts = 0;; ++conflicts) {
+    // What the sheet has read of the tables will do, unless somebody has changed them since.
+    database.UseKnownTables();
+    for (int conflicts = 0;;) {
         database.BeginTrans();
         try {
             saveInto(database, route, key, fields);
-            return database.CommitTrans();
         } catch (const CDaoConflict&) {
             // Someone else has made the table or a column of it at this moment. It is there now.
             database.Rollback();
-            if (conflicts == kMostConflicts) throw;
+            if (conflicts++ == kMostConflicts) throw;
+            continue;
+        } catch (const CDaoException&) {
+            if (!database.ForgetKnownTables()) throw;
+            database.Rollback();
+            continue;
         }
+        return database.CommitTrans();
     }
 }
 

@@ -117,11 +117,18 @@ class CDaoDatabase {
     // "3.0" for Access 97, "4.0" for Access 2000.
     std::string GetVersion() const;
 
-    // The tables are listed anew by GetTableDefCount, so that a walk by index costs one reading of the list.
+    // The tables are listed anew by GetTableDefCount, so that a walk by index costs one reading of the list;
+    // a look by name uses that reading as long as nothing is changed here.
     int GetTableDefCount() const;
     void GetTableDefInfo(int index, CDaoTableDefInfo& info) const;
     void GetTableDefInfo(const std::string& name, CDaoTableDefInfo& info) const;
     void DeleteTableDef(const std::string& name);
+
+    // On a server, where each look at its tables costs more than a record does, what an earlier opening has
+    // read of them may serve again. When something then fails, and ForgetKnownTables gives true, the tables
+    // may have changed since: the caller begins anew.
+    void UseKnownTables();
+    bool ForgetKnownTables();
 
     // An index by which records of a server are found by these text fields without regard to case; files need
     // none.
@@ -139,9 +146,12 @@ class CDaoDatabase {
     dao::Connection& connection() const;
 
   private:
+    friend class CDaoTableDef;
+
     std::shared_ptr<dao::Connection> connection_;
     bool transaction_ = false;
     mutable std::vector<CDaoTableDefInfo> tables_;
+    mutable bool listIsFresh_ = false;  // nothing has changed the tables here since they were listed
 };
 
 class CDaoTableDef {

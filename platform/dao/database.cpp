@@ -1,5 +1,6 @@
 #include "platform/dao/dao.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "platform/dao/engines.h"
@@ -32,6 +33,7 @@ void CDaoDatabase::Close() {
     std::shared_ptr<dao::Connection> closing = std::move(connection_);
     connection_ = nullptr;
     tables_.clear();
+    listIsFresh_ = false;
     if (!closing) return;
     if (std::exchange(transaction_, false)) closing->endTransaction(false);
     closing->commit();
@@ -54,6 +56,7 @@ std::string CDaoDatabase::GetVersion() const {
 
 int CDaoDatabase::GetTableDefCount() const {
     tables_ = connection().tables();
+    listIsFresh_ = true;
     return static_cast<int>(tables_.size());
 }
 
@@ -65,16 +68,29 @@ void CDaoDatabase::GetTableDefInfo(int index, CDaoTableDefInfo& info) const {
 }
 
 void CDaoDatabase::GetTableDefInfo(const std::string& name, CDaoTableDefInfo& info) const {
-    for (CDaoTableDefInfo& table : connection().tables())
-        if (text::equalNoCase(table.name, name)) {
-            info = std::move(table);
-            return;
-        }
-    dao::noSuchTable(name);
+    auto isIn = [&](const std::vector<CDaoTableDefInfo>& tables) {
+        auto found = std::find_if(tables.begin(), tables.end(), [&](const CDaoTableDefInfo& table) {
+            return text::equalNoCase(table.name, name);
+        });
+        if (found != tables.end()) info = *found;
+        return found != tables.end();
+    };
+    if (listIsFresh_ && isIn(tables_)) return;
+    if (!isIn(connection().tables())) dao::noSuchTable(name);
 }
 
 void CDaoDatabase::DeleteTableDef(const std::string& name) {
+    listIsFresh_ = false;
     connection().deleteTable(name);
+}
+
+void CDaoDatabase::UseKnownTables() {
+    connection().useKnownTables();
+}
+
+bool CDaoDatabase::ForgetKnownTables() {
+    listIsFresh_ = false;
+    return connection().forgetKnownTables();
 }
 
 void CDaoDatabase::IndexForSearch(const std::string& table, const std::vector<std::string>& fields) {
@@ -82,6 +98,7 @@ void CDaoDatabase::IndexForSearch(const std::string& table, const std::vector<st
 }
 
 void CDaoDatabase::Execute(const std::string& sql, int options) {
+    listIsFresh_ = false;
     connection().execute(sql, options);
 }
 
@@ -98,5 +115,6 @@ void CDaoDatabase::CommitTrans() {
 
 void CDaoDatabase::Rollback() {
     if (!std::exchange(transaction_, false)) throw CDaoException("No transaction is under way.");
+    listIsFresh_ = false;
     connection().endTransaction(false);
 }

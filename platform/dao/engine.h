@@ -65,6 +65,12 @@ class Connection {
     virtual void execute(const std::string& sql, int options) = 0;
     virtual std::unique_ptr<Cursor> open(int type, const std::string& sql, int options) = 0;
 
+    // What an earlier opening has read of the tables may serve again, where an engine keeps that. The caller
+    // begins anew, after forgetKnownTables(), when something fails: the tables may have changed since.
+    virtual void useKnownTables() {}
+    // True when what was known from before has been in use.
+    virtual bool forgetKnownTables() { return false; }
+
     // Makes all changes last. Called when a database is closed and when an exception is under way. Does
     // nothing inside a transaction of the caller's.
     virtual void commit() = 0;

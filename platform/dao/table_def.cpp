@@ -48,6 +48,7 @@ void CDaoTableDef::SetName(const std::string& name) {
     requireOpen();
     dao::checkName(name, "table");
     if (appended_) {
+        database_->listIsFresh_ = false;
         database_->connection().renameTable(name_, name);
         changed_ = true;
     }

@@ -234,6 +234,31 @@ TEST_F(Postgres, AServerThatGoesAwayKeepsTheSheetOpenAndWritesNothingByHalves) {
     EXPECT_EQ(boxes(), "");
 }
 
+// A save begins with what the sheet has read of the tables when it was opened.
+TEST_F(Postgres, TablesThatHaveChangedUnderAnOpenSheetAreReadAnew) {
+    answer(134, {cell(2, "14"), click("OK")});
+    EXPECT_EQ(save("17", "TREE"), "1");
+    for (const char* change :
+         {"ALTER TABLE survey.tree DROP COLUMN dbh", "ALTER TABLE survey.tree RENAME COLUMN dbh TO girth",
+          "ALTER TABLE survey.tree DROP COLUMN gis_key", "DROP TABLE survey.tree",
+          "DROP TABLE survey.tree; CREATE TABLE survey.tree (pt_id varchar(9))"}) {
+        int asked = 0;
+        Person person([&](const std::string&) -> std::optional<ui::Step> {
+            if (++asked == 1) return cell(2, "15");
+            if (asked > 2) return std::nullopt;
+            EXPECT_EQ(server().answer(change), "");
+            return click("OK");
+        });
+        ui_.setAsker(&person);
+        EXPECT_EQ(save("17", "TREE"), "1") << change;
+        ui_.setAsker(nullptr);
+        EXPECT_EQ(boxes(), "") << change;
+        EXPECT_EQ(record("pt_id, gis_key, dbh", "survey.tree WHERE pt_id = '17' AND gis_key = 'TREE'"),
+                  "17|TREE|15\n")
+            << change;
+    }
+}
+
 TEST_F(Postgres, AServerThatIsNotThereIsSaid) {
     server().stop(SIGINT);
     answer(134, {cell(2, "14"), click("OK"), click("Cancel")});

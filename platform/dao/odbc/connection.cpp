@@ -69,24 +69,42 @@ void OdbcConnection::readTables() {
         table.needsOwner = inSchema && text::equalNoCase(table.owner, session_->owner());
         tables.push_back(std::move(table));
     }
-    tables_ = std::move(tables);
+    known().tables = std::move(tables);
+}
+
+KnownTables& OdbcConnection::known() {
+    if (fromBefore_ && !usesKnown_) forget();
+    return session_->known();
+}
+
+void OdbcConnection::forget() {
+    session_->known() = {};
+    fromBefore_ = false;
+}
+
+bool OdbcConnection::forgetKnownTables() {
+    bool wasUsed = fromBefore_ && usesKnown_;
+    forget();
+    usesKnown_ = false;
+    return wasUsed;
 }
 
 std::vector<CDaoTableDefInfo> OdbcConnection::tables() {
-    readTables();
-    fields_.clear();
-    columns_.clear();
+    if (!(fromBefore_ && usesKnown_ && known().tables)) {
+        forget();
+        readTables();
+    }
     std::vector<CDaoTableDefInfo> list;
-    for (const Table& table : *tables_) list.push_back({listed(table), "", !table.isView});
+    for (const Table& table : *known().tables) list.push_back({listed(table), "", !table.isView});
     return list;
 }
 
 const Catalogue::Table* OdbcConnection::find(std::string_view owner, std::string_view name) {
-    if (!tables_) readTables();
+    if (!known().tables) readTables();
     // The name as it stands goes before one of another case, the owner's table before those of others.
     const Table* found = nullptr;
     int best = -1;
-    for (const Table& table : *tables_) {
+    for (const Table& table : *known().tables) {
         if (!text::equalNoCase(table.name, name)) continue;
         if (!owner.empty() && !text::equalNoCase(table.owner, owner)) continue;
         int rank = (text::equalNoCase(table.owner, session_->owner()) ? 2 : 0) + (table.name == name ? 1 : 0);
@@ -99,22 +117,23 @@ const Catalogue::Table* OdbcConnection::find(std::string_view owner, std::string
 }
 
 const Catalogue::Table& OdbcConnection::required(const std::string& name) {
-    if (!tables_) readTables();
-    for (const Table& table : *tables_)
+    if (!known().tables) readTables();
+    for (const Table& table : *known().tables)
         if (!table.owner.empty() && text::equalNoCase(listed(table), name)) return table;
     if (const Table* table = find("", name)) return *table;
     noSuchTable(name);
 }
 
 const std::vector<CDaoFieldInfo>& OdbcConnection::fieldsOf(const Table& table) {
-    std::pair<std::string, std::string> key(table.owner, table.name);
-    if (auto known = fields_.find(key); known != fields_.end()) return known->second;
+    KnownTables::Key key(table.owner, table.name);
+    auto& known = this->known().fields;
+    if (auto found = known.find(key); found != known.end()) return found->second;
     std::vector<CDaoFieldInfo> fields;
     for (const Column& column : readColumns(table)) {
         fields.push_back(fieldOf(column));
         fields.back().ordinalPosition = static_cast<int>(fields.size()) - 1;
     }
-    return fields_.emplace(std::move(key), std::move(fields)).first->second;
+    return known.emplace(std::move(key), std::move(fields)).first->second;
 }
 
 std::vector<Column> OdbcConnection::readColumns(const Table& table) {
@@ -150,7 +169,7 @@ std::vector<CDaoFieldInfo> OdbcConnection::fields(const std::string& table) {
 }
 
 const std::vector<std::string>& OdbcConnection::columnsOf(const Table& table) {
-    auto [entry, isNew] = columns_.try_emplace({table.owner, table.name});
+    auto [entry, isNew] = known().columns.try_emplace({table.owner, table.name});
     if (isNew)
         for (const CDaoFieldInfo& field : fieldsOf(table)) entry->second.push_back(field.name);
     return entry->second;
@@ -205,9 +224,7 @@ void OdbcConnection::changeSchema(const std::string& sql, IsThere isThere) {
     } catch (const CDaoException& exception) {
         error = exception.description();
     }
-    tables_.reset();
-    fields_.clear();
-    columns_.clear();
+    forget();
     if (error.empty()) return;
     bool there = false;
     try {
@@ -350,6 +367,7 @@ void OdbcConnection::beginTransaction() {
 
 void OdbcConnection::endTransaction(bool keep) {
     if (!std::exchange(transaction_, false)) return;
+    if (!keep) forget();  // tables that were made are not there any more
     bool kept = keep && SQL_SUCCEEDED(SQLEndTran(SQL_HANDLE_DBC, handle(), SQL_COMMIT));
     std::string reason = keep && !kept ? sentenceOf(diagnosticsOf(SQL_HANDLE_DBC, handle())) : "";
     // A server that has gone away undoes by itself what had begun.

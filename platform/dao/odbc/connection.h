@@ -37,6 +37,8 @@ class OdbcConnection : public Connection,
     void deleteField(const std::string& table, const std::string& field) override;
     void indexForSearch(const std::string& table, const std::vector<std::string>& fields) override;
     void execute(const std::string& sql, int options) override;
+    void useKnownTables() override { usesKnown_ = true; }
+    bool forgetKnownTables() override;
     std::unique_ptr<Cursor> open(int type, const std::string& sql, int options) override;
     // There is nothing that waits to be made to last.
     void commit() override {}
@@ -58,6 +60,9 @@ class OdbcConnection : public Connection,
 
   private:
     void readTables();
+    // What is known of the tables: what this opening has read or, where that may be used, an earlier one.
+    KnownTables& known();
+    void forget();
     const Table& required(const std::string& name);
     std::vector<Column> readColumns(const Table& table);
     std::string columnDefinition(const CDaoFieldInfo& field);
@@ -77,9 +82,8 @@ class OdbcConnection : public Connection,
     bool transaction_ = false;
     bool reusable_ = true;  // the session, by others
 
-    std::optional<std::vector<Table>> tables_;
-    std::map<std::pair<std::string, std::string>, std::vector<CDaoFieldInfo>> fields_;
-    std::map<std::pair<std::string, std::string>, std::vector<std::string>> columns_;
+    bool fromBefore_ = true;  // what the session knows was read by an earlier opening
+    bool usesKnown_ = false;
 };
 
 }  // namespace dao::odbc

@@ -12,9 +12,18 @@
 #include "platform/dao/engine.h"
 #include "platform/dao/odbc/dialect.h"
 #include "platform/dao/odbc/handles.h"
+#include "platform/dao/odbc/statement_text.h"
 #include "platform/dao/odbc/types.h"
 
 namespace dao::odbc {
+
+// What has been read of the tables of a server, by owner and name.
+struct KnownTables {
+    using Key = std::pair<std::string, std::string>;
+    std::optional<std::vector<Catalogue::Table>> tables;
+    std::map<Key, std::vector<CDaoFieldInfo>> fields;
+    std::map<Key, std::vector<std::string>> columns;
+};
 
 class Session {
   public:
@@ -34,6 +43,8 @@ class Session {
     const std::string& owner() const { return owner_; }
     const Dialect& dialect() const { return dialect_; }
     const ServerTypes& types();
+    // It outlasts an opening; a connection decides whether it is good enough.
+    KnownTables& known() { return known_; }
     // Whether the server still answers.
     bool answers() const;
 
@@ -44,6 +55,7 @@ class Session {
     std::string name_, version_, owner_;
     Dialect dialect_;
     std::optional<ServerTypes> types_;
+    KnownTables known_;
 };
 
 // Sessions that nobody uses at the moment.

@@ -504,6 +504,51 @@ TEST_F(PostgresSource, RecordsThatAnotherHoldsAreWaitedForAndThenToldOf) {
     other.Rollback();
 }
 
+TEST_F(PostgresSource, WhatIsKnownOfTheTablesServesAgainOnlyWhereThatIsSaid) {
+    server.answer("CREATE SCHEMA survey; CREATE TABLE survey.t(a text)");
+    auto columns = [&] {
+        CDaoTableDef table(&db);
+        table.Open("survey.t");
+        return table.GetFieldCount();
+    };
+    db.Open("", false, false, ConnectString(server.connect()));
+    EXPECT_EQ(columns(), 1);
+    EXPECT_FALSE(db.ForgetKnownTables()) << "it was read just now";
+    db.Close();
+    server.answer("ALTER TABLE survey.t ADD b text; CREATE TABLE survey.u(a text)");
+    db.Open("", false, false, ConnectString(server.connect()));
+    EXPECT_EQ(columns(), 2);
+    EXPECT_EQ(db.GetTableDefCount(), 2);
+    db.Close();
+    server.answer("ALTER TABLE survey.t ADD c text; DROP TABLE survey.u");
+    db.Open("", false, false, ConnectString(server.connect()));
+    db.UseKnownTables();
+    EXPECT_EQ(db.GetTableDefCount(), 2);
+    db.BeginTrans();
+    EXPECT_NE(descriptionOf([&] { db.Execute("INSERT INTO U VALUES('x')"); }), "no exception");
+    EXPECT_TRUE(db.ForgetKnownTables());
+    db.Rollback();
+    EXPECT_EQ(db.GetTableDefCount(), 1);
+    EXPECT_EQ(columns(), 3);
+}
+
+// A table that is undone is not known to the next opening either.
+TEST_F(PostgresSource, WhatIsUndoneIsNotKnown) {
+    server.answer("CREATE SCHEMA survey");
+    db.Open("", false, false, ConnectString(server.connect()));
+    db.BeginTrans();
+    CDaoTableDef table(&db);
+    table.Create("T");
+    table.CreateField("A", dbText, 9);
+    table.Append();
+    EXPECT_EQ(db.GetTableDefCount(), 1);
+    table.Close();
+    db.Close();
+    db.Open("", false, false, ConnectString(server.connect()));
+    db.UseKnownTables();
+    EXPECT_EQ(db.GetTableDefCount(), 0);
+}
+
 TEST_F(PostgresSource, WhatAnotherUserHasMadeMeanwhileIsAConflict) {
     CDaoDatabase other;
     db.Open("", false, false, ConnectString(server.connect()));
