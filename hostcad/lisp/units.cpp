@@ -1,7 +1,6 @@
 #include "hostcad/lisp/units.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <numbers>
 #include <numeric>
@@ -79,12 +78,12 @@ std::string surveyorText(double degrees, int precision) {
     return std::string(north ? "N " : "S ") + sexagesimalText(bearing, precision) + (east ? " E" : " W");
 }
 
-// The number at the front of the text, which moves behind it.
+// The number at the front of the text, which moves behind it. A plus is no part of it.
 std::optional<double> takeNumber(std::string_view& s) {
     double number = 0;
-    auto [end, error] = std::from_chars(s.data(), s.data() + s.size(), number);
-    if (error != std::errc()) return {};
-    s.remove_prefix(static_cast<size_t>(end - s.data()));
+    size_t used = s.starts_with('+') ? 0 : text::readReal(s, number);
+    if (used == 0) return {};
+    s.remove_prefix(used);
     return number;
 }
 

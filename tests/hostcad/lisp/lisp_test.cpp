@@ -295,6 +295,11 @@ TEST_F(LispTest, FormatsUnits) {
         {"(distof \"1.75E1\" 1)", "17.5"},
         {"(distof \"-2.5\" 2)", "-2.5"},
         {"(distof \"abc\")", "nil"},
+        {"(distof \"1'nan\" 4)", "nil"},
+        {"(distof \"1'inf\" 4)", "nil"},
+        {"(distof \"3/inf\" 5)", "nil"},
+        {"(angtof \"n nand e\" 4)", "nil"},
+        {"(angtof \"ninfe\" 4)", "nil"},
         {"(rtos (* 180 (/ (angtof \"45d30'\" 1) pi)) 2 4)", "\"45.5000\""},
         {"(rtos (* 180 (/ (angtof \"S 45d W\" 4) pi)) 2 4)", "\"225.0000\""},
     });
