@@ -348,9 +348,10 @@ bool PromptSheet::save() {
 
 void PromptSheet::fillForms() {
     auto& forms = get<ui::DropDown>(kForms);
-    for (int id : {kUseForm, kForms}) find(id)->show(formEngine_ != FormEngine::kNone);
+    // An engine without its library is none.
     for (const std::string& form : ReadFormNames(formEngine_, request_.binDirectory, request_.outputPath))
         forms.addItem(form);
+    for (int id : {kUseForm, kForms}) find(id)->show(formEngine_ != FormEngine::kNone);
     restoreFormChoice();
     if (forms.count() > 0) return;
     get<ui::CheckBox>(kUseForm).check(false);
