@@ -93,6 +93,22 @@ TEST_F(GisLinks, ARecordWithFewerStringsKeepsItsShape) {
     EXPECT_EQ(host().printed, "\nGIS Data corrupted! Please run Audit Links!");
 }
 
+TEST_F(GisLinks, ARecordWithAGapIsReadWholeAndWrittenAsFarAsTheGap) {
+    acdbRegApp(kGisLinkApplication);
+    List list(acdbEntGet(entity));
+    resbuf* extended = acutNewRb(-3);
+    extended->rbnext = acutBuildList(1001, kGisLinkApplication, 1002, "{", 1000, "t", 1000, "o", 1070, 7,
+                                     1000, "f", 1000, "k", 1000, "v", 1002, "}", 0);
+    list.add(extended);
+    ASSERT_EQ(acdbEntMod(list.get()), RTNORM);
+    EXPECT_EQ(HasGisLink(entity), RTNORM);
+    GisLink link;
+    EXPECT_EQ(ReadGisLink(entity, link), LinkState::kFound);
+    EXPECT_EQ(link.featureName + link.keyField + link.keyValue, "FKV");
+    EXPECT_EQ(WriteGisLink(entity, {"T", "O", "F", "K", "V"}), RTNORM);
+    EXPECT_EQ(data(), "1001=ZGEO_GIS_2000 1002={ 1000=T 1000=O 1000=f 1000=k 1000=v 1002=} ");
+}
+
 TEST_F(GisLinks, LeaveTheDataOfOthersAlone) {
     setData("OTHER", {"keep", "me"});
     std::string other = data("OTHER");

@@ -127,8 +127,11 @@ TEST_F(Store, ATemplateIsMadeAndKnownByItsColumns) {
               "LIST_VALUES 255");
     EXPECT_EQ(columnsOf(path, "ZGEO_CAT"), "INDEX_CAT_GIS 4, CAT_GIS_NAME 255, GIS_NAME 255");
     EXPECT_NE(answer(path, "INSERT INTO ZGEO_CAT VALUES(1,'','X')"), "") << "no zero length";
-    EXPECT_EQ(answer(path, "INSERT INTO ZGEO_SMART_PROMPTING(DEFAULT_VALUE) VALUES('')"), "")
-        << "zero length allowed";
+    for (const char* name : {"GIS_NAME", "FIELD_NAME", "FIELD_PROMPT", "DEFAULT_VALUE", "LIST_VALUES"}) {
+        const bool isAllowed = std::string(name) == "DEFAULT_VALUE" || std::string(name) == "LIST_VALUES";
+        const std::string insert = "INSERT INTO ZGEO_SMART_PROMPTING(" + std::string(name) + ") VALUES('')";
+        EXPECT_EQ(answer(path, insert) == "", isAllowed) << name << " of zero length";
+    }
     EXPECT_EQ(IsTemplateDatabase(path), 1);
     // A seventh column does no harm, nor do the order and the case of names; another column in the place of
     // one does.
@@ -161,6 +164,22 @@ TEST_F(Store, ATemplateIsMadeAndKnownByItsColumns) {
     EXPECT_EQ(IsTemplateDatabase(folder("text.mdb")), 0);
     EXPECT_EQ(host().boxes, Strings{"Error: The file \"" + folder("text.mdb") +
                                     "\" is no database, or one of an unknown format."});
+}
+
+TEST_F(Store, TablesOfTheEngineAndAttachedOnesAreNotTheUsers) {
+    CDaoDatabase database;
+    database.Open(makeTemplate());
+    auto isUsers = [&](const char* name, const char* connect) {
+        CDaoTableDefInfo table;
+        table.name = name;
+        table.connect = connect;
+        return IsUserTable(table, database);
+    };
+    EXPECT_EQ(isUsers("TREE", ""), 1);
+    EXPECT_EQ(isUsers("TREE", ";DATABASE=/jobs/other.mdb"), 0);
+    EXPECT_EQ(isUsers("MSysObjects", ""), 0);
+    EXPECT_EQ(isUsers("~TmpClp1", ""), 0);
+    EXPECT_EQ(isUsers("~TREE", ""), 1);
 }
 
 TEST_F(Store, LinksAreMadeOnFirstNeedAndOneFeatureIsCurrent) {
@@ -227,6 +246,11 @@ TEST_F(Store, ARecordIsWrittenAndLoaded) {
         columnsOf(path, "TREE"),
         "PT_ID 255, GIS_KEY 255, HEIGHT 8, COUNT 4, SPECIES 255, EMPTY 255, IMAGE_ZGEO/1 255, LABEL/1 255");
     EXPECT_EQ(answer(path, "SELECT * FROM TREE"), "1042|TREE|12.5|3|O'Brien's oak||No image!|crown\n");
+    for (const char* name : {"PT_ID", "GIS_KEY", "EMPTY", "[LABEL/1]"}) {
+        const bool isKey = std::string(name) == "PT_ID" || std::string(name) == "GIS_KEY";
+        EXPECT_EQ(answer(path, "UPDATE TREE SET " + std::string(name) + "=''") == "", !isKey)
+            << name << " of zero length";
+    }
 
     // A second save edits the record, keeps what is empty now, and adds the columns that are new.
     ASSERT_TRUE(SaveRecord(path, key,
@@ -357,6 +381,13 @@ TEST_F(Store, RecordsInBulk) {
     EXPECT_EQ(answer(path, "SELECT * FROM TREE"), " 1 |7|8|1500.0|0.5|it's|\n2|5|||||\n")
         << "yes/no fields are left out; an empty table name leaves its pairs to the record before";
     EXPECT_EQ(answer(path, "SELECT count(*) FROM POLE WHERE PT_ID IS NULL"), "1\n");
+    EXPECT_EQ(bulk(acutBuildList(RTSTR, p,  //
+                                 RTSHORT, 1, RTSTR, "TREE", RTSTR, "PT_ID", RTSTR, "3", RTSTR, "N", RTSTR,
+                                 "99999999999",  //
+                                 RTSHORT, 1, RTSTR, "TREE", RTSTR, "PT_ID", RTSTR, "4", RTSTR, "N", RTSTR,
+                                 "-99999999999", 0)),
+              1.0);
+    EXPECT_EQ(answer(path, "SELECT N FROM TREE WHERE PT_ID IN ('3', '4')"), "2147483647\n-2147483648\n");
     EXPECT_TRUE(host().boxes.empty());
 
     EXPECT_EQ(bulk(acutBuildList(RTSTR, p, RTSHORT, 1, RTSTR, "POLE", RTSTR, "PT_ID", RTSTR, "kept",  //
