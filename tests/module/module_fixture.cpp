@@ -82,6 +82,16 @@ std::string ModuleTest::link() {
     return lisp("(cdr (assoc -3 (entget ent '(\"ZGEO_GIS_2000\"))))");
 }
 
+std::vector<std::string> ModuleTest::boxFolders() const {
+    std::vector<std::string> folders;
+    for (const std::string& line : ui_.log()) {
+        const size_t begin = line.find(" in \""), end = line.find("\" -> ");
+        if (line.find(" file box \"") < begin && begin < end && end != std::string::npos)
+            folders.push_back(line.substr(begin + 5, end - begin - 5));
+    }
+    return folders;
+}
+
 bool ModuleTest::shown(const std::string& part) const {
     for (const std::string& line : ui_.log())
         if (line.find(part) != std::string::npos) return true;

@@ -35,6 +35,9 @@ class ModuleTest : public testing::Test, private hostcad::Output, private hostca
     // Rows of a statement as a program that knows the file gives them, columns between "|".
     std::string sqlite(const std::string& file, const std::string& sql) const;
 
+    // Whether an Access file is of the newer version, as its header says.
+    bool isAccess2000(const std::string& name) const { return read(name).at(0x14) == 1; }
+
     // The sample template at path("template.mdb"), made through the module.
     void makeTemplate();
     // A text entity to link, kept in the symbol `ent`.
@@ -46,6 +49,8 @@ class ModuleTest : public testing::Test, private hostcad::Output, private hostca
 
     void answer(int resource, std::vector<ui::Step> steps) { ui_.answer(resource, std::move(steps)); }
     bool shown(const std::string& part) const;
+    // The folder in which each file box of the log began.
+    std::vector<std::string> boxFolders() const;
     static ui::Step click(std::string control) { return {ui::Step::Kind::Click, std::move(control)}; }
     static ui::Step pick(std::string control, std::string item) {
         return {ui::Step::Kind::Pick, std::move(control), std::move(item)};

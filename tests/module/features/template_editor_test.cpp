@@ -336,8 +336,8 @@ TEST_F(Editor, TheLastFeatureOfACategoryLeavesItsPlace) {
 TEST_F(Editor, SearchesWalkTheTree) {
     treeTemplate();
     name("bush"), category("UTILITIES");
-    name("*e"), name("*"), name("x*"), box("Yes"), box("OK"), name("q*"), box("No"), name("p*"), box("Yes");
-    box("Yes");
+    name("*e"), name("*"), name("x*"), box("Yes"), box("OK"), name("q*"), box("No"), box("Yes"), box("Yes");
+    answer(kName, {show(), text("1001", "p*"), click("OK")});
     edit({tree("TREE"), menu("Feature/Save As"), tree("PLANTS"),
           menu("Feature/Search"),                                  // TREE, the first of PLANTS
           menu("Feature/Search"), show(), menu("Feature/Search"),  // the next one; then none
@@ -349,8 +349,7 @@ TEST_F(Editor, SearchesWalkTheTree) {
     EXPECT_TRUE(shown("The routine has finished searching the Category List.\nStart from the beginning?"));
     EXPECT_FALSE(shown("No Category found!"));
     EXPECT_TRUE(shown("    > PLANTS"));
-    // The last pattern is offered again.
-    EXPECT_TRUE(shown("(text 1001 \"p*\")"));
+    EXPECT_TRUE(shown("1001 edit \"Q*\"")) << "the last pattern is offered again";
 }
 
 TEST_F(Editor, FeatureFilesGoOutAndComeBack) {
@@ -373,6 +372,22 @@ TEST_F(Editor, FeatureFilesGoOutAndComeBack) {
     EXPECT_TRUE(shown("Cannot create an empty *.gis file!"));
     EXPECT_TRUE(shown("GIS file : -1\nNumber valid rows  from GIS file : 0"));
     EXPECT_TRUE(shown("Cannot open *.gis file!"));
+}
+
+TEST_F(Editor, BoxesBeginAtTheTemplateOrTheDrawingAndAtTheLastFeatureFile) {
+    for (const char* folder : {"drawing", "in", "out"}) fs::create_directory(path(folder));
+    ASSERT_EQ(host_->saveDrawing(path("drawing/d.dxf")), "");
+    ui_.answerFile("");
+    box("Yes");
+    edit({menu("Template Database/Open...")});
+    EXPECT_EQ(boxFolders(), std::vector{path("drawing/")}) << "no template is open";
+    treeTemplate();
+    write("in/pole.gis", "|00|POLE_ID,Pole number, ,\n");
+    for (const char* name : {"", "in/pole.gis", "out/pole.gis", ""}) ui_.answerFile(*name ? path(name) : "");
+    box("OK"), box("Yes");
+    edit({menu("Template Database/Open..."), menu("GIS File/Import"), menu("GIS File/Export"),
+          menu("GIS File/Delete")});
+    EXPECT_EQ(boxFolders(), (std::vector{path(""), path("drawing/"), path("in/"), path("out/")}));
 }
 
 TEST_F(Editor, AnExportIsDoneInAnyCaseAndKeepsTheName) {

@@ -125,16 +125,53 @@ TEST_F(Settings, TheDialogShowsAndWritesBothPaths) {
     EXPECT_EQ(sqlite("t.mdb", "select Name from MSysObjects where Name like 'ZGEO_%' order by Name"),
               "ZGEO_CAT\nZGEO_SMART_PROMPTING\n");
     EXPECT_FALSE(shown("1109"));  // the choice of a format is hidden
+    EXPECT_TRUE(isAccess2000("t.mdb"));
+    EXPECT_FALSE(isAccess2000("new.mdb"));
+    // What was made is remembered as well.
+    EXPECT_EQ(read("featlink.ini"), "#2" + path("new.mdb") + "\n#1" + path("t.mdb") + "\n");
 }
 
 TEST_F(Settings, LeavingByExitForgetsFilesThatAreGone) {
     write("gps.ini", "is_database=\ngismdbfile=gone.mdb\ngisoutfile=gone.mdb\n");
-    write("featlink.ini", "#1gone.mdb\n");
+    write("featlink.ini", "#1gone.mdb\n#2gone.mdb\n");
     answer(146, {show(), click("Exit")});
     lisp("(cf:gis_smart_prompting 7)");
     EXPECT_EQ(read("gps.ini"), "is_database=\ngismdbfile=\ngisoutfile=\nis_objdata=0\n");
-    EXPECT_EQ(read("featlink.ini"), "#1gone.mdb\n");
+    EXPECT_EQ(read("featlink.ini"), "#1gone.mdb\n#2gone.mdb\n");
+    EXPECT_TRUE(shown("1104 edit \"\" (read-only)"));
+    EXPECT_TRUE(shown("1105 edit \"\" (read-only)"));
     EXPECT_FALSE(shown("1005")) << "the choice of a data source is not seen";
+}
+
+TEST_F(Settings, BoxesBeginAtTheDatabasesThenAtTheDrawing) {
+    for (const char* folder : {"a", "b", "made", "drawing"}) fs::create_directory(path(folder));
+    write("a/t.mdb", "x");
+    write("b/o.mdb", "x");
+    lisp("(setq tmpdir$ \"/elsewhere/\")");
+    // The boxes of both databases, and those of the time after a new one was made.
+    auto begin = [&](const std::string& folder) {
+        write("gps.ini", "is_database=\ngismdbfile=" + path(folder + "a/t.mdb") +
+                             "\ngisoutfile=" + path(folder + "b/o.mdb") + "\n");
+        ui_.clearLog();
+        answer(146, {click("1004"), click("1004"), click("1006"), click("1006"), key("Escape")});
+        for (const char* made : {"made/t.mdb", "made/o.mdb"}) {
+            answer(149, {click("New Access '97 Format")});
+            answer(149, {click("Existing"), {ui::Step::Kind::Close}});
+            ui_.answerFile(path(made)), ui_.answerFile("");
+        }
+        lisp("(cf:gis_smart_prompting 7)");
+        answer(149, {click("Existing"), {ui::Step::Kind::Close}});
+        ui_.answerFile("");
+        lisp("(cf:gis_smart_prompting 14)");
+        return boxFolders();
+    };
+    using Folders = std::vector<std::string>;
+    const std::string made = path("made/"), drawing = path("drawing/");
+    EXPECT_EQ(begin(""), (Folders{path("a/"), made, path("b/"), made, path("b/")}));
+    EXPECT_EQ(begin("gone/"), (Folders{"/elsewhere/", made, "/elsewhere/", made, "/elsewhere/"}))
+        << "a drawing without a name has no folder";
+    ASSERT_EQ(host_->saveDrawing(path("drawing/d.dxf")), "");
+    EXPECT_EQ(begin("gone/"), (Folders{drawing, made, drawing, made, drawing}));
 }
 
 TEST_F(Settings, NothingIsDeletedButTheFileThatIsMade) {
@@ -157,7 +194,7 @@ TEST_F(Settings, NothingIsDeletedButTheFileThatIsMade) {
     EXPECT_TRUE(shown("\"" + path("t.mdb") + "\" exists already.\nDo you want to replace it?"));
     EXPECT_TRUE(shown("A new database ends in .mdb, .sqlite, .db or .gpkg."));
     for (const char* name : {"t.xyz", "t.mdb", "notes.docx", "other.txt"}) EXPECT_EQ(read(name), "x") << name;
-    EXPECT_TRUE(fs::exists(path("other.mdb")));
+    EXPECT_TRUE(isAccess2000("other.mdb"));
     EXPECT_TRUE(fs::exists(path("v1.2/t.mdb"))) << "a dot in the name of a folder is no ending";
     EXPECT_NE(read("gps.ini").find("gisoutfile=" + path("v1.2/t.mdb")), std::string::npos) << read("gps.ini");
 }
