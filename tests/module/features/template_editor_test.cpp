@@ -111,6 +111,29 @@ TEST_F(Editor, TheFormatOfNewDatabasesIsChosenInTheEditor) {
     EXPECT_TRUE(shown("radio (o) \"Access 2000\""));
 }
 
+TEST_F(Editor, NewOpensAnExistingFileOrReplacesTheOneThatIsChosen) {
+    treeTemplate();
+    const std::string before = categories() + features();
+    answer(kNewFile, {click("Existing")});
+    ui_.answerFile(path("t.mdb"));
+    box("Yes");
+    edit({menu("Template Database/New"), show()});
+    EXPECT_TRUE(shown("      PLANTS")) << "the tree";
+    EXPECT_EQ(categories() + features(), before);
+
+    fs::create_directory(path("folder.mdb"));
+    for (const char* name : {"t.mdb", "folder.mdb"}) {
+        answer(kNewFile, {click("New Access '97 Format")});
+        ui_.answerFile(path(name));
+    }
+    box("OK"), box("Yes");
+    edit({menu("Template Database/New"), show(), menu("Template Database/New"), show()});
+    EXPECT_EQ(categories() + features(), "");
+    EXPECT_TRUE(shown("box [Error] \"Cannot delete *.mdb file!\""));
+    EXPECT_TRUE(fs::is_directory(path("folder.mdb")));
+    EXPECT_TRUE(shown("1002 edit \"" + path("t.mdb") + "\" (read-only)"));
+}
+
 TEST_F(Editor, DefinesAFeatureFromNothing) {
     treeTemplate();
     EXPECT_EQ(features(), "TREE|SPECIES|Species||\nTREE|~.DBH|Diameter||\n");
