@@ -1,6 +1,8 @@
 // What the module reads from the Lisp symbols of a host and writes into them, and how it changes entities.
 #include "module/cad/lisp_symbols.h"
 
+#include <map>
+
 #include "module/cad/ads_owners.h"
 #include "module/cad/group_list.h"
 #include "platform/ads/entities.h"
@@ -30,6 +32,13 @@ TEST_F(HostSymbols, NumbersAreReadAsText) {
     }
 }
 
+TEST_F(HostSymbols, TheFolderOfRoutinesHasASecondName) {
+    run("(setq lspdir$ nil cc_lspdir$ \"/second/\")");
+    EXPECT_EQ(LispDirectory(), "/second/");
+    run("(setq lspdir$ \"/first/\")");
+    EXPECT_EQ(LispDirectory(), "/first/");
+}
+
 TEST_F(HostSymbols, ASymbolThatCannotBeSetIsTold) {
     SetLispString("", "text");
     EXPECT_EQ(said(), "Unable to set AutoLisp variable\n");
@@ -41,6 +50,10 @@ TEST_F(HostSymbols, ASymbolThatCannotBeSetIsTold) {
 TEST_F(HostSymbols, VerticesAndAttributesAreDrawnAnewWhenTheyChange) {
     run("(entmake '((0 . \"POLYLINE\") (66 . 1) (10 0.0 0.0 0.0)))"
         "(entmake '((0 . \"VERTEX\") (10 1.0 1.0 0.0))) (entmake '((0 . \"VERTEX\") (10 2.0 2.0 0.0)))"
+        "(entmake '((0 . \"SEQEND\")))"
+        "(entmake '((0 . \"BLOCK\") (2 . \"B\") (70 . 2) (10 0.0 0.0 0.0))) (entmake '((0 . \"ENDBLK\")))"
+        "(entmake '((0 . \"INSERT\") (2 . \"B\") (66 . 1) (10 0.0 0.0 0.0)))"
+        "(entmake '((0 . \"ATTRIB\") (10 0.0 0.0 0.0) (40 . 1.0) (1 . \"7\") (2 . \"PT#\") (70 . 0)))"
         "(entmake '((0 . \"SEQEND\")))"
         "(entmake '((0 . \"TEXT\") (10 1.0 2.0 0.0) (40 . 2.5) (1 . \"label\")))");
     std::vector<hostcad::ObjectId> told;
@@ -58,11 +71,15 @@ TEST_F(HostSymbols, VerticesAndAttributesAreDrawnAnewWhenTheyChange) {
         EXPECT_EQ(ModifyEntity(list.get()), isRefused ? RTERROR : RTNORM);
         return told.size();
     };
-    ads_name text, vertex;
-    ASSERT_EQ(acdbEntLast(text), RTNORM);
-    ASSERT_EQ(acdbEntNext(nullptr, vertex), RTNORM);
-    ASSERT_EQ(acdbEntNext(vertex, vertex), RTNORM);
-    EXPECT_EQ(changes(text, false), 1u);
-    EXPECT_EQ(changes(vertex, false), 2u) << "changed, and drawn anew";
-    EXPECT_EQ(changes(vertex, true), 0u);
+    std::map<std::string, size_t> first;  // by type
+    ads_name entity;
+    for (int status = acdbEntNext(nullptr, entity); status == RTNORM; status = acdbEntNext(entity, entity)) {
+        const std::string type = GroupText(ResultBuffers(acdbEntGet(entity)).get(), 0);
+        EXPECT_EQ(changes(entity, true), 0u) << type << " that is refused";
+        first.emplace(type, changes(entity, false));
+    }
+    EXPECT_EQ(first["TEXT"], 1u);
+    EXPECT_EQ(first["INSERT"], 1u);
+    EXPECT_EQ(first["VERTEX"], 2u) << "changed, and drawn anew";
+    EXPECT_EQ(first["ATTRIB"], 2u);
 }

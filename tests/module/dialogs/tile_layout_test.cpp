@@ -99,6 +99,15 @@ TEST(TileLayout, ABoxGrowsWithItsColumn) {
     EXPECT_EQ(r[4], (ui::Rect{10, 72, 300, 16}));
 }
 
+TEST(TileLayout, ABoxEnclosesItsTilesAndMovesWhatFollows) {
+    auto r = laidOut({group(true), tile(TileType::kText, 5), end(), pixels(20), row(), pixels(30)});
+    EXPECT_EQ(r[0], (ui::Rect{10, 10, 66, 52}));
+    EXPECT_EQ(r[1], (ui::Rect{18, 26, 40, 16}));
+    EXPECT_EQ(r[3], (ui::Rect{86, 10, 20, 16}));
+    // The row is as high as what is in the box, its title and a spacing.
+    EXPECT_EQ(r[5], (ui::Rect{10, 72, 30, 16}));
+}
+
 TEST(TileLayout, GroupsWithoutABoxAreColumnsSideBySide) {
     auto r = laidOut({group(false), pixels(50), row(), pixels(70), end(), group(false), pixels(30), row(),
                       pixels(30), end()});

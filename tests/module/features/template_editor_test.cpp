@@ -341,9 +341,25 @@ TEST_F(Editor, LinksOutliveTheirCategory) {
 TEST_F(Editor, NamesInUseAreToldInTheirOldWords) {
     treeTemplate();
     name("tree"), box("No"), name("tree"), box("OK"), box("Yes");
-    edit({click("New Feature"), tree("TREE"), menu("Feature/Save As")});
+    edit({click("New Feature"), show(), tree("TREE"), menu("Feature/Save As")});
+    EXPECT_FALSE(shown("'SPECIES'")) << "answered No, the other is not opened";
     EXPECT_TRUE(shown("box [Alert] \"Feature TREE already exist.\nOpen existing Feature?\""));
     EXPECT_TRUE(shown("box [Error] \"Cannot save Feature.\nFeature name already exist!\""));
+    name("tree"), box("Yes"), box("Yes");
+    edit({click("New Feature"), show()});
+    EXPECT_TRUE(shown("edit \"TREE\" (read-only)"));
+    EXPECT_TRUE(shown("'SPECIES' 'Species'"));
+    EXPECT_EQ(categories(), "1|PLANTS|NO_GIS\n1|UTILITIES|NO_GIS\n2|PLANTS|TREE\n");
+}
+
+TEST_F(Editor, ADeletedFeatureTakesItsLinksWithIt) {
+    treeTemplate();
+    sqlite("t.mdb",
+           "create table ZGEO_LINKS(GIS_NAME text, TABLE_NAME text, LPN_NAME text, IS_CURRENT text); "
+           "insert into ZGEO_LINKS values('TREE','TREES',null,'YES'), ('POLE','POLES',null,'NO')");
+    box("Yes"), box("Yes");
+    edit({tree("TREE"), menu("Feature/Delete")});
+    EXPECT_EQ(stored("select GIS_NAME from ZGEO_LINKS"), "POLE\n");
 }
 
 TEST_F(Editor, TheLastFeatureOfACategoryLeavesItsPlace) {
@@ -487,8 +503,10 @@ TEST_F(Editor, ARowThatFillsItselfWhenTheFocusGoesIsAChange) {
         write("rod.gis", "|00|ROD_HEIGHT,Rod, ,\n");
         ui_.answerFile(path("rod.gis"));
         box("OK"), box("No"), box("Yes");
-        Step activate{Step::Kind::ClickCell, "", "", true, 3, 1};
-        edit({menu("GIS File/Import"), activate, focus(where), show()});
+        Step activate{Step::Kind::ClickCell, "", "", true, 3, 1}, other = activate;
+        other.column = 2;
+        edit({menu("GIS File/Import"), other, focus(where), show(), activate, focus(where), show()});
+        EXPECT_TRUE(shown("'ROD_HEIGHT' 'Rod' ")) << "left by another column, the row is as it was";
         EXPECT_TRUE(shown("'ROD_HEIGHT' 'Rod_Height'")) << where;
         EXPECT_TRUE(shown("Define Template Database *")) << where;
         fs::remove(path("t.mdb"));

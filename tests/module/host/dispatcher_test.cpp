@@ -229,6 +229,15 @@ TEST_F(Dispatcher, WithoutTheEngineNothingIsOpened) {
     EXPECT_TRUE(shown("grid 2 x 0"));
 }
 
+TEST_F(Dispatcher, FunctionsAreThoseOfTheDrawingThatIsOpen) {
+    host_->modules().drawingClosing();
+    for (const char* call : {"(gis:version)", "(cf:gis_smart_prompting)"})
+        EXPECT_EQ(lisp(call).rfind("error: ", 0), 0u) << call << " between two drawings";
+    host_->modules().drawingOpened();
+    EXPECT_EQ(lisp("(cf:gis_smart_prompting)"), "0");
+    EXPECT_EQ(lisp("(gis:version)"), "\"" NORVANE_VERSION "\"");
+}
+
 TEST_F(Dispatcher, FunctionsOfOurOwnComeAndGoWithTheFirst) {
     EXPECT_EQ(lisp("(gis:version)"), "\"" NORVANE_VERSION "\"");
     EXPECT_EQ(lisp("(gis:version 1 \"x\")"), "\"" NORVANE_VERSION "\"") << "arguments that mean nothing";

@@ -87,6 +87,17 @@ TEST_F(Sheet, EquationsFollowTheCells) {
     EXPECT_EQ(record("HEIGHT, TWICE"), "0.25|0.5\n");
 }
 
+// Each pass takes the rows in their order, so that a row that needs one below it is a pass behind.
+TEST_F(Sheet, EquationsAreWorkedOutOnceMoreWhenTheRecordIsSaved) {
+    addPrompt("CHAIN", "..QQ");
+    addPrompt("CHAIN", "..RR", "$EQN=SS*2", "$EQN=SS*2");
+    addPrompt("CHAIN", "..SS", "$EQN=QQ+1", "$EQN=QQ+1");
+    answer(134, {cell(1, "1"), show(), click("OK")});
+    EXPECT_EQ(prompt("17", "CHAIN"), "1");
+    EXPECT_TRUE(shown("RR 2\n"));
+    EXPECT_EQ(record("QQ, RR, SS", "CHAIN"), "1.0|4.0|2.0\n");
+}
+
 TEST_F(Sheet, FaultsAreToldAndTheCellIsReadyForEditing) {
     answer(134, {cell(2, ""), click("OK"), show(), cell(2, "14.5"), click("OK"), cell(2, "14"),
                  cell(3, "1-2"), click("OK"), show(), click("Cancel")});
