@@ -160,6 +160,8 @@ TEST_F(VariablesTest, KeepTheirTypes) {
               "(7 1.5 \"x\")");
     EXPECT_EQ(run("(setvar \"CMDECHO\" \"on\")"), "error: cannot set the variable CMDECHO");
     EXPECT_EQ(run("(setvar \"DATE\" 1.0)"), "error: cannot set the variable DATE");
+    EXPECT_EQ(run("(setvar \"USERI2\" 32768)"), "error: cannot set the variable USERI2");
+    EXPECT_EQ(run("(setvar \"USERI2\" -32768) (getvar \"USERI2\")"), "-32768");
     EXPECT_EQ(run("(setvar \"CLAYER\" \"NO-SUCH\")"), "error: cannot set the variable CLAYER");
     EXPECT_EQ(run("(setvar \"LASTPOINT\" '(1 2 3)) (getvar \"LASTPOINT\")"), "(1.0 2.0 3.0)");
     EXPECT_EQ(run("(getvar \"SCREENSIZE\")"), "(1024.0 768.0)");
@@ -412,6 +414,20 @@ TEST_F(FileCommandTest, InsertBlocksWithTheirAttributes) {
     EXPECT_EQ(run("(getvar \"CMDACTIVE\")"), "0");
 }
 
+TEST_F(FileCommandTest, InsertWithTwoScalesAndAttributesThatAreNotAskedFor) {
+    run("(entmake '((0 . \"BLOCK\") (2 . \"POLE\") (70 . 2) (10 0.0 0.0 0.0)))"
+        "(entmake '((0 . \"ATTDEF\") (10 0.0 0.0 0.0) (40 . 0.2) (1 . \"CITY\") (3 . \"\") (2 . \"OWNER\") "
+        "(70 "
+        ". 8)))"
+        "(entmake '((0 . \"ATTDEF\") (10 0.0 1.0 0.0) (40 . 0.2) (1 . \"\") (3 . \"\") (2 . \"NUMBER\") (70 "
+        ". "
+        "0)))"
+        "(entmake '((0 . \"ENDBLK\")))"
+        "(command \"_.INSERT\" \"POLE\" \"0,0\" 2 3 0 \"17\")");
+    EXPECT_EQ(attributes(), "((\"OWNER\" \"CITY\") (\"NUMBER\" \"17\"))");
+    EXPECT_EQ(run("(mapcar '(lambda (c) (cdr (assoc c (entget (entlast))))) '(41 42 43))"), "(2.0 3.0 2.0)");
+}
+
 TEST_F(FileCommandTest, InsertOtherDrawings) {
     makeTreeBlock();
     run("(command \"_.LAYER\" \"_M\" \"PLANTS\" \"_C\" 3 \"\" \"\") (command \"_.INSERT\" \"TREE\" \"5,5\" 1 "
@@ -471,10 +487,31 @@ TEST_F(FileCommandTest, SaveAndOpen) {
     EXPECT_NE(said().find("DXF only"), std::string::npos);
     run("(command \"_.SAVEAS\" \"\" (strcat dir \"copy.dxf\") \"_N\")");
     EXPECT_EQ(run("(getvar \"DWGNAME\")"), "\"one.dxf\"");
+    run("(command \"_.POINT\" \"5,6\")");
+    answer("n");
+    said();
+    host_.runLine("open");  // typed, as by a person
+    EXPECT_NE(said().find("Discard them?"), std::string::npos);
+    EXPECT_EQ(count(""), "3");
     run("(command \"_.SAVEAS\" \"\" \"/nowhere/at/all.dxf\")");
     EXPECT_NE(said().find("Cannot save"), std::string::npos);
-    run("(command \"_.QUIT\")");
+    run("(command \"_.QUIT\" \"_Y\")");
     EXPECT_TRUE(host_.wantsQuit());
+}
+
+TEST_F(FileCommandTest, CopiesThatACrashHasLeftComeNewestFirst) {
+    namespace fs = std::filesystem;
+    const auto now = fs::file_time_type::clock::now();
+    for (int age : {2, 1, 3}) {
+        const std::string copy = folder_ + std::to_string(age) + "-1-a.dxf";
+        std::ofstream(copy) << "x";
+        fs::last_write_time(copy, now - std::chrono::hours(age));
+    }
+    KeptCopies copies;
+    copies.setFolder(folder_);
+    std::string names;
+    for (const KeptCopies::LeftBehind& left : copies.leftBehind()) names += files::nameOf(left.copy)[0];
+    EXPECT_EQ(names, "123");
 }
 
 }  // namespace
