@@ -107,6 +107,10 @@ TEST_F(WindowSelection, TheListNarrowsAndSelectsBothWays) {
     window_.runLine("U");
     QTest::qWait(300);
     EXPECT_EQ(rows(), 533) << count() << window_.commandPanel().history().toStdString();
+    // Words are found in any letters.
+    lisp("(entmake '((0 . \"LINE\") (8 . \"Old Quarry\") (10 0.0 0.0 0.0) (11 1.0 0.0 0.0)))");
+    filter("quarry line");
+    EXPECT_EQ(rows(), 1);
 }
 
 TEST_F(WindowSelection, SurveyPointsAreFoundByNumberAndDescriptionAndWorkedOnFromTheList) {
@@ -200,5 +204,9 @@ TEST_F(WindowSelection, LinkedEntitiesShowTheirFeatureAndWhyARecordIsNotThere) {
     window_.runLine("REGEN");
     EXPECT_NE(propertyText().find("Linked record\n  PT_ID = 74\n  GIS_KEY = tree\n  DBH = 12"),
               std::string::npos)
+        << propertyText();
+    link("315", "'(1000 . \"" + path("template.mdb") + "\") '(1000 . \"" + path("output.mdb") +
+                    "\") '(1000 . \"TREE\") '(1000 . \"PT_ID\") '(1000 . \"75\")");
+    EXPECT_NE(propertyText().find("Linked record\n  Not shown = There is no such record."), std::string::npos)
         << propertyText();
 }
