@@ -108,9 +108,11 @@ TEST_F(WindowSelection, TheListNarrowsAndSelectsBothWays) {
     QTest::qWait(300);
     EXPECT_EQ(rows(), 533) << count() << window_.commandPanel().history().toStdString();
     // Words are found in any letters.
-    lisp("(entmake '((0 . \"LINE\") (8 . \"Old Quarry\") (10 0.0 0.0 0.0) (11 1.0 0.0 0.0)))");
+    lisp("(entmake '((0 . \"LINE\") (8 . \"Old Quarry\") (10 0.0 0.0 0.0) (11 3.0 4.0 12.0)))");
     filter("quarry line");
-    EXPECT_EQ(rows(), 1);
+    ASSERT_EQ(rows(), 1);
+    list().view().selectRow(0);
+    EXPECT_NE(propertyText().find("Length = 13\n"), std::string::npos) << "in space: " << propertyText();
 }
 
 TEST_F(WindowSelection, SurveyPointsAreFoundByNumberAndDescriptionAndWorkedOnFromTheList) {

@@ -85,6 +85,12 @@ TEST_P(Write, ValuesOfEveryTypeComeBack) {
     EXPECT_EQ(values[0], Value(int32_t{1}));
     std::vector<Value> nothing(columns.size());
     RowId empty = db->records("ALL")->insert(nothing);
+    if (!is97())
+        for (const char* tooMuch : {"1.00001", "1234567890123456789012345", "1e5", "x"}) {
+            std::vector<Value> wrong(columns.size());
+            wrong.back() = Value(tooMuch);
+            EXPECT_THROW(db->records("ALL")->insert(wrong), Error) << tooMuch;
+        }
     EXPECT_EQ(faults(*db), "");
     reopen();
     {
