@@ -157,6 +157,19 @@ TEST_F(CoordsTest, IndexedFollowsASetOfNames) {
     EXPECT_LT(bytes("p.zgc").size(), before);
 }
 
+TEST_F(CoordsTest, AnIndexOfAnotherFileIsMadeAnew) {
+    for (const char* name : {"1", "2"}) {
+        auto file = create(kIndexedZgc, std::string(name) + ".zgc");
+        for (const char* point : {"A", "B", "C"}) file->Write(makePoint(std::string(point) + name), 0);
+    }
+    std::filesystem::copy_file(folder_("2.zgi"), folder_("1.zgi"),
+                               std::filesystem::copy_options::overwrite_existing);
+    auto file = open("1.zgc");
+    ASSERT_TRUE(file);
+    EXPECT_EQ(namesOf(*file), "A1 B1 C1");
+    EXPECT_EQ(file->highestName, "C1");
+}
+
 TEST_F(CoordsTest, WhatIsNoIndexedFileIsRefused) {
     create(kIndexedZgc, "p.zgc")->Write(makePoint("1"), 0);
     std::string whole = bytes("p.zgc");

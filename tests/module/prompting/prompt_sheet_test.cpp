@@ -150,6 +150,23 @@ TEST_F(Sheet, GeneratedKeysAreTheTime) {
     EXPECT_NE(link().find("\"" + std::to_string(stored) + "\""), std::string::npos);
 }
 
+TEST_F(Sheet, AGeneratedKeyIsOfNoRecordThatIsThere) {
+    answer(134, {cell(2, "14"), click("OK")});
+    EXPECT_EQ(prompt("1", "TREE"), "1");
+    // Another program has used the keys of this minute and of the next.
+    const long now = std::time(nullptr);
+    std::string values;
+    for (long key = now; key < now + 120; ++key)
+        values += (values.empty() ? "('" : ", ('") + std::to_string(key) + "', 'TREE', 9)";
+    sqlite("output.mdb", "insert into TREE (PT_ID, GIS_KEY, DBH) values " + values);
+    answer(134, {cell(2, "15"), click("OK")});
+    EXPECT_EQ(prompt("#AUTO#", "TREE"), "1");
+    EXPECT_EQ(sqlite("output.mdb", "select count(*) from TREE where DBH = 9"), "120\n");
+    const std::string key = sqlite("output.mdb", "select PT_ID from TREE where DBH = 15");
+    EXPECT_GE(std::stol(key), now + 120);
+    EXPECT_NE(link().find("\"" + key.substr(0, key.size() - 1) + "\""), std::string::npos) << link();
+}
+
 TEST_F(Sheet, ChangingTheFeatureReloadsAndShiftsTheRequiredFlags) {
     answer(134, {pick("Available Features:", "MANHOLE"), show(), cell(1, "M1"), cell(3, "4.5"), click("OK"),
                  cell(6, "2"), click("OK")});

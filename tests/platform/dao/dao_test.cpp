@@ -313,6 +313,13 @@ TEST_P(Dao, ADynasetKeepsItsRecordsWhileTheyAreChanged) {
     EXPECT_EQ(toText(records.GetFieldValue("PT_ID")), "99");
     EXPECT_NE(descriptionOf([&] { records.Update(); }), "no exception");
     EXPECT_NE(descriptionOf([&] { records.SetFieldValue("OWNER", "x"); }), "no exception");
+    records.MoveFirst();
+    EXPECT_FALSE(records.IsBOF());
+    records.MovePrev();
+    EXPECT_TRUE(records.IsBOF());
+    EXPECT_NE(descriptionOf([&] { records.MovePrev(); }), "no exception");
+    records.MoveNext();
+    EXPECT_FALSE(records.IsBOF());
 
     CDaoRecordset counted(&db);
     counted.Open(dbOpenDynaset, "SELECT COUNT(*) FROM POLES");

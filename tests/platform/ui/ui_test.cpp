@@ -103,6 +103,22 @@ TEST_F(UiTest, EnterPressesTheDefaultButtonWithTheFocusLeftWhereItIs) {
     EXPECT_EQ(form.happened, "text A1;ok from 11;ok from 1;");
 }
 
+TEST(Tree, LosesWithANodeAllBelowIt) {
+    ui::Tree tree(1);
+    const int top = tree.addNode(-1, "PLANTS"), middle = tree.addNode(top, "TREES"),
+              leaf = tree.addNode(middle, "OAK"), other = tree.addNode(-1, "UTILITIES");
+    tree.select(top);
+    tree.removeNode(top);
+    EXPECT_EQ(tree.selected(), -1);
+    for (int gone : {top, middle, leaf}) {
+        tree.select(gone);
+        EXPECT_EQ(tree.selected(), -1) << gone;
+    }
+    tree.select(other);
+    EXPECT_EQ(tree.selected(), other);
+    EXPECT_EQ(tree.seenNodes(), std::vector<int>{other});
+}
+
 TEST_F(UiTest, WhatCannotBeDoneIsRefusedAndToldInTheLog) {
     Form form;
     form.find(18)->enable(false);

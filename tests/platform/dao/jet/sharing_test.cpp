@@ -161,7 +161,7 @@ TEST(JetCrash, ATransactionIsWholeOrAbsentAfterAKill) {
     }
 }
 
-// A journal that is found is played back, and one that is cut is not.
+// A journal that is found is played back, and one that is cut or damaged is not.
 TEST(JetCrash, JournalsThatAreFound) {
     ScratchFolder folder;
     std::string path = makeTable(folder("t.mdb"), Version::kAccess2000);
@@ -206,6 +206,13 @@ TEST(JetCrash, JournalsThatAreFound) {
     EXPECT_THROW(Database(path, {.readOnly = true}), Error);
     // Half a journal: the database had not been touched.
     std::filesystem::resize_file(path + "-journal", std::filesystem::file_size(path + "-journal") / 2);
+    { Database db(path, {}); }
+    EXPECT_EQ(outputOf("cat '" + path + "'") == before, true);
+    EXPECT_FALSE(std::filesystem::exists(path + "-journal"));
+    // So had it been where the sum of the journal is not that of its pages.
+    std::string damaged = outputOf("cat '" + folder("journal") + "'");
+    damaged[damaged.size() / 2] ^= 1;
+    std::ofstream(path + "-journal", std::ios::binary) << damaged;
     { Database db(path, {}); }
     EXPECT_EQ(outputOf("cat '" + path + "'") == before, true);
     EXPECT_FALSE(std::filesystem::exists(path + "-journal"));

@@ -304,6 +304,28 @@ TEST_P(Write, AFileDoesNotGrowWhenAsMuchIsDeletedAsAdded) {
     EXPECT_EQ(faults(*db), "");
 }
 
+// A page that has lost some of its rows takes new ones, once there are enough such pages.
+TEST_P(Write, GapsBetweenRowsAreFilled) {
+    db->createTable("T", {Column{"A", Type::kText, 200}});
+    std::shared_ptr<Records> records = db->records("T");
+    auto add = [&](int count) {
+        std::vector<RowId> rows;
+        for (int i = 0; i < count; ++i) {
+            std::vector<Value> values = {Value(std::string(100, static_cast<char>('a' + i % 26)))};
+            rows.push_back(records->insert(values));
+        }
+        return rows;
+    };
+    const std::vector<RowId> rows = add(2000);
+    const uint32_t pages = db->store().file.pageCount();
+    for (size_t i = 0; i < rows.size(); ++i)
+        if (i % 2) records->erase(rows[i]);
+    add(900);
+    // A quarter of the pages may keep their gaps.
+    EXPECT_LE(db->store().file.pageCount(), pages + pages / 4);
+    EXPECT_EQ(faults(*db), "");
+}
+
 TEST_P(Write, ManyRecordsInOrder) {
     db->createTable("T", {Column{"ID", Type::kText, 20}, Column{"N", Type::kLong}});
     db->createIndex("T", {.name = "ID", .columns = {{"ID"}}, .unique = true});
