@@ -132,6 +132,9 @@ bool Host::runLine(const std::string& line) {
 
 bool Host::runTyped(std::string_view typed) {
     lisp_->clearCancel();
+    // What Lisp has changed before is a step of undo; what this line changes is the next.
+    currentDrawing().beginUndoGroup();
+    currentDrawing().endUndoGroup();
     try {
         if (!typed.empty() && (typed.front() == '(' || typed.front() == '!')) {
             if (typed.front() == '!') typed.remove_prefix(1);

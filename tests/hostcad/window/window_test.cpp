@@ -122,6 +122,13 @@ TEST_F(Window, ControlZTakesBackTheDrawingUnlessTextIsTyped) {
             [&] { EXPECT_EQ(offered()[0], true); }, [&] { control(Qt::Key_Z); }, [] {}});
     settle();
     EXPECT_EQ(count(), before);
+    // Each line of Lisp is one step.
+    type("(entmake '((0 . \"POINT\") (10 1.0 2.0 0.0)))");
+    type("(entmake '((0 . \"POINT\") (10 3.0 4.0 0.0)))");
+    control(Qt::Key_Z);
+    EXPECT_EQ(count(), before + 1);
+    control(Qt::Key_Z);
+    EXPECT_EQ(count(), before);
     // The focus in the drawing or in a list makes no difference.
     type("(entmake '((0 . \"POINT\") (10 1.0 2.0 0.0)))");
     window_.entityList().view().setFocus();
