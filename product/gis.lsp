@@ -264,30 +264,57 @@
       (setvar "CMDECHO" echo)
       (if (not (eq last (entlast))) (entlast)))))
 
-;; Selects an entity or draws a point, and opens the sheet. Auto switches generated keys on and off: the
-;; record then gets the next free number in place of the point number or handle.
-(defun c:gis-prompt (/ picked entity drawn isAuto saved feature key)
+;; Selects an entity or draws a point. nil when the user presses Enter. Auto switches isAuto, generated keys, on
+;; and off; a drawn point is in drawn.
+(defun gis:pick-entity (question / picked entity)
+  (while (not entity)
+    (initget "Point Auto")
+    (setq picked (entsel (strcat question " or [Point/Auto keys " (if isAuto "off" "on") "]: ")))
+    (cond ((= picked "Auto") (setq isAuto (not isAuto)))
+          ((= picked "Point") (setq entity (gis:draw-point) drawn entity))
+          ((listp picked) (setq entity (car picked))))
+    ;; Enter ends the command; a pick beside everything asks again.
+    (if (and (not picked) (= (getvar "ERRNO") 52)) (setq entity 'NONE)))
+  (if (/= entity 'NONE) entity))
+
+;; Fills the sheet of one entity and says what came of it. T when a record was saved.
+(defun gis:prompt-picked (entity / saved feature key)
+  (if (gis:output-there-p entity)
+    (progn
+      (setq feature (gis:proposed-feature entity)
+            key (if isAuto "#AUTO#" (gis:handle-key entity (gis:key entity) feature))
+            saved (gis:prompt-entity entity key feature))
+      ;; A point that was drawn for a record goes with it.
+      (if (and drawn (/= saved 1)) (entdel drawn))
+      (prompt (cond ((/= saved 1) "\nNothing was saved.")
+                    ((gis:link entity) "\nThe record is saved and linked.")
+                    (t "\nThe record is saved, but the entity could not be linked to it.")))
+      (= saved 1))))
+
+;; What is changed from here on is taken back by an undo of its own.
+(defun gis:begin-undo-step (/ echo)
+  (setq echo (getvar "CMDECHO"))
+  (setvar "CMDECHO" 0)
+  (command "_.UNDO" "_BE")
+  (command "_.UNDO" "_E")
+  (setvar "CMDECHO" echo))
+
+;; Whether the next prompt is answered by a script, which knows how many answers it has.
+(defun gis:script-answers-p () (>= (getvar "CMDACTIVE") 4))
+
+;; Smart prompting for one entity after the other, until Enter or Escape or a sheet that is left without saving. A
+;; script gets one sheet a call. With Auto keys the record gets the next free number in place of the point number
+;; or handle.
+(defun c:gis-prompt (/ entity drawn isAuto)
   (if (gis:databases-chosen)
     (progn
-      (while (not entity)
-        (initget "Point Auto")
-        (setq picked (entsel (strcat "\nSelect object or [Point/Auto keys "
-                                     (if isAuto "off" "on") "]: ")))
-        (cond ((= picked "Auto") (setq isAuto (not isAuto)))
-              ((= picked "Point") (setq entity (gis:draw-point) drawn entity))
-              ((listp picked) (setq entity (car picked))))
-        ;; Enter ends the command; a pick beside everything asks again.
-        (if (and (not picked) (= (getvar "ERRNO") 52)) (setq entity 'NONE)))
-      (if (and (/= entity 'NONE) (gis:output-there-p entity))
-        (progn
-          (setq feature (gis:proposed-feature entity)
-                key (if isAuto "#AUTO#" (gis:handle-key entity (gis:key entity) feature))
-                saved (gis:prompt-entity entity key feature))
-          ;; A point that was drawn for a record goes with it.
-          (if (and drawn (/= saved 1)) (entdel drawn))
-          (prompt (cond ((/= saved 1) "\nNothing was saved.")
-                        ((gis:link entity) "\nThe record is saved and linked.")
-                        (t "\nThe record is saved, but the entity could not be linked to it.")))))))
+      (setq entity (gis:pick-entity "\nSelect object"))
+      (while entity
+        (setq entity (if (and (gis:prompt-picked entity) (not (gis:script-answers-p)))
+                       (progn
+                         (gis:begin-undo-step)
+                         (setq drawn nil)
+                         (gis:pick-entity "\nSelect next object, Enter to end,")))))))
   (princ))
 
 ;; Shows a remembered value and takes a new one.

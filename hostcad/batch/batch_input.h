@@ -21,6 +21,7 @@ class BatchInput : public InputSource {
     // Answers that nothing has asked for.
     size_t leftOver() const { return queue_.size(); }
     Input next(const Prompt& prompt) override;
+    bool isScript() const override { return !asksKeyboard_ || !queue_.empty(); }
 
   private:
     Output& output_;

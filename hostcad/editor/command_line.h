@@ -22,6 +22,8 @@ class InputSource {
   public:
     virtual ~InputSource() = default;
     virtual Input next(const Prompt& prompt) = 0;
+    // Whether the next answer comes from a script and not from a person.
+    virtual bool isScript() const { return false; }
 };
 
 class CommandLine {
@@ -36,6 +38,7 @@ class CommandLine {
     Answer ask(Prompt prompt, const Conventions& conventions);
     // One input from the user, whatever it is.
     Input nextInput(const Prompt& prompt);
+    bool isAnsweredByScript() const { return source_.isScript(); }
     // The keyword or other text that the last prompt got in place of a value.
     const std::string& lastWord() const { return lastWord_; }
 

@@ -396,7 +396,11 @@ void Host::defineVariables() {
             {static_cast<double>(view_.pixelWidth()), static_cast<double>(view_.pixelHeight()), 0}, true);
     });
     variables_.define("CMDNAMES", [this] { return V::ofText(commands_->activeName()); });
-    variables_.define("CMDACTIVE", [this] { return V::ofInteger(commands_->isActive()); });
+    variables_.define("CMDACTIVE", [this] {
+        constexpr long kCommand = 1, kScript = 4;  // a command is under way; a script answers
+        return V::ofInteger((commands_->isActive() ? kCommand : 0) |
+                            (commandLine_.isAnsweredByScript() ? kScript : 0));
+    });
     variables_.define("HANDLES", number(1));
     variables_.define("WORLDUCS", number(1));
     variables_.define(

@@ -68,6 +68,7 @@ class ModuleTest : public testing::Test, private hostcad::Output, private hostca
   private:
     void write(std::string_view text) override { output_ += text; }
     hostcad::Input next(const hostcad::Prompt&) override;
+    bool isScript() const override { return true; }
 
     fs::path folder_;
     hostcad::NoView view_;

@@ -199,7 +199,10 @@ TEST_F(BatchTest, ReachesTheModuleByCommands) {
         "(setq lot (sample:lot 4)) (print (= (gis:key lot) (cdr (assoc 5 (entget lot))))) (print "
         "(gis:description lot))"
         "(host:input \"TREE\" \"BUSH\") (c:gis-feature) (c:gis-feature)"
-        "(host:input 20 \"remembered\" 20 \"\") (c:gis-slot) (c:gis-slot)";
+        "(host:input 20 \"remembered\" 20 \"\") (c:gis-slot) (c:gis-slot)"
+        // A script's answers behind a sheet are for what comes next.
+        "(host:input (list point '(0.0 0.0)) \"POLE\") (ui:answer 134 '(click \"OK\")) (c:gis-prompt) "
+        "(c:gis-feature)";
     EXPECT_EQ(run(std::string(prepare) + program, "--drawing " NORVANE_SOURCE_DIR "/samples/survey.dxf"), 0)
         << problems_;
     EXPECT_TRUE(said("The feature EP is not defined"));
@@ -207,6 +210,7 @@ TEST_F(BatchTest, ReachesTheModuleByCommands) {
     EXPECT_TRUE(said("((2000.0 1000.0 5.0) \"PT_ID\")")) << out_;
     EXPECT_TRUE(said("T \nnil"));
     EXPECT_TRUE(said("TREE is defined."));
+    EXPECT_TRUE(said("POLE is defined.")) << out_;
     EXPECT_TRUE(said("BUSH is not defined."));
     EXPECT_TRUE(said("New value <remembered>: "));
     EXPECT_EQ(problems_, "");

@@ -1,6 +1,7 @@
 // The window, worked with mouse and key events: the sample drawing is opened, a point is picked and prompted
 // for, the link and the record are seen, the drawing is saved and opened again.
 #include <QDockWidget>
+#include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTableView>
@@ -30,7 +31,8 @@ TEST_F(Window, DoesTheMainJobWithMouseAndKeys) {
             [&] {
                 QTest::mouseClick(QApplication::activeModalWidget()->findChild<QPushButton*>("1"),
                                   Qt::LeftButton);
-            }});
+            },
+            [&] { QTest::keyClick(commandLine(), Qt::Key_Escape); }, [] {}});
     settle();
     click(pixelOf(tree));
     std::string shown = propertyText();
@@ -47,6 +49,44 @@ TEST_F(Window, DoesTheMainJobWithMouseAndKeys) {
     for (int i = 0; i < 12; ++i) window_.canvas().zoomBy(1.5, pixelOf(tree));
     click(pixelOf(tree));
     EXPECT_EQ(propertyText(), shown);
+}
+
+TEST_F(Window, SmartPromptingGoesOnToTheNextEntityUntilEnter) {
+    makeTemplate(*host_, folder_);
+    for (const char* x : {"1631000.0", "1631050.0", "1631100.0"})
+        lisp("(entmake '((0 . \"POINT\") (8 . \"TREE\") (10 " + std::string(x) + " 480600.0 0.0)))");
+    window_.runLine("(princ)");
+    for (int i = 0; i < 6; ++i) window_.canvas().zoomBy(1.5, pixelOf(1631025, 480600));
+    auto pick = [this](double x) { return [this, x] { click(pixelOf(x, 480600)); }; };
+    auto fill = [](const char* diameter) {
+        return [diameter] { QTest::keyClicks(QApplication::focusWidget(), diameter); };
+    };
+    auto save = [] {
+        QTest::mouseClick(QApplication::activeModalWidget()->findChild<QPushButton*>("1"), Qt::LeftButton);
+    };
+    auto look = [] {};
+    const std::string linked = "(if (setq s (ssget \"_X\" '((-3 (\"ZGEO_GIS_2000\"))))) (sslength s) 0)";
+    const size_t before = count();
+    QString question;
+    person({[&] { type("GIS-PROMPT"); }, pick(1631000), look, fill("14"), save, look,
+            [&] { question = window_.commandPanel().findChild<QLabel*>()->text(); }, pick(1631050), look,
+            fill("15"), save, look, [&] { press(Qt::Key_Enter); }, [] {}});
+    settle();
+    EXPECT_TRUE(question.contains("Select next object")) << question.toStdString();
+    EXPECT_EQ(lisp(linked), "2");
+    EXPECT_FALSE(says("Function cancelled"));
+    // Undo goes back an entity at a time.
+    menuEntry("Undo")->trigger();
+    EXPECT_EQ(lisp(linked), "1");
+    menuEntry("Undo")->trigger();
+    EXPECT_EQ(lisp(linked), "0");
+    EXPECT_EQ(count(), before);
+    // Who leaves a sheet without saving has done.
+    person({[&] { type("GIS-PROMPT"); }, pick(1631100), look,
+            [] { QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape); }, [] {}});
+    settle();
+    EXPECT_EQ(lisp("(getvar \"CMDACTIVE\")"), "0");
+    EXPECT_TRUE(window_.commandPanel().history().endsWith("Nothing was saved."));
 }
 
 TEST_F(Window, BoxesSelectInsideToTheRightAndCrossingToTheLeft) {
