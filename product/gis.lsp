@@ -176,7 +176,7 @@
 
 ;; Whether the template defines a feature of exactly this name.
 (defun gis:feature-p (name)
-  (= (cf:gis_smart_prompting 21 (gis:template) (strcase name)) 1))
+  (= (cf:gis_smart_prompting 21 (gis:place (gis:template)) (strcase name)) 1))
 
 ;; The same, with or without the digits at the end of its name: TREE12 opens TREE.
 (defun gis:feature-known-p (name)
@@ -189,7 +189,7 @@
   (setq link (gis:link entity) path (gis:output))
   (cond ((not link) t)
         ((wcmatch (strcase path) "ODBC;*") t)
-        ((findfile path) t)
+        ((findfile (gis:place path)) t)
         ((/= (strcase (nth 1 link)) (strcase path)) t)
         (t (= (gis:ask "Output database is missing"
                 (strcat "The entity is linked to a record of\n" path "\nwhich is not there.\n"

@@ -24,9 +24,16 @@ bool isSaved() {
 
 }  // namespace
 
-std::string DrawingFolder() {
+std::optional<std::string> SavedDrawingFolder() {
     std::string folder = isSaved() ? hostText("DWGPREFIX") : "";
-    if (folder.empty()) GetLispValue(folder, "tmpdir$");
+    if (folder.empty()) return std::nullopt;
+    return folder;
+}
+
+std::string DrawingFolder() {
+    if (std::optional<std::string> folder = SavedDrawingFolder()) return *folder;
+    std::string folder;
+    GetLispValue(folder, "tmpdir$");
     return folder;
 }
 

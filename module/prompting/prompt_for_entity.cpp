@@ -1,6 +1,7 @@
 #include "module/prompting/prompt_for_entity.h"
 
 #include "module/prompting/form_engine.h"
+#include "module/prompting/moved_files.h"
 #include "module/prompting/object_data.h"
 #include "module/prompting/open_prompt_sheet.h"
 #include "module/prompting/request_files.h"
@@ -63,13 +64,16 @@ bool isComplete(const PromptRequest& r) {
 }  // namespace
 
 void PromptForEntity(Call& call) {
-    const auto [request, pointGiven] = readRequest(call.arguments);
+    auto [request, pointGiven] = readRequest(call.arguments);
     if (ObjectDataMode()) return promptForObjectData(request);
+    GisLink link = FollowMovedFiles(request);
     if (!filesAreReady(request) || !isComplete(request) || !pointGiven) return;
     const std::optional<SavedRecord> saved = OpenPromptSheet(request);
     if (!saved) return;
-    WriteGisLink(request.entity, {dao::DatabasePath(request.templatePath), request.outputPath,
-                                  saved->featureName, request.keyField, saved->keyValue});
+    link.featureName = saved->featureName;
+    link.keyField = request.keyField;
+    link.keyValue = saved->keyValue;
+    WriteGisLink(request.entity, link);
     ShowForm(saved->form, request.binDirectory);
     call.result = 1;
 }

@@ -187,3 +187,38 @@ TEST_F(Commands, ALinkIsFollowedThoughItsFolderHasMoved) {
         lisp("(caar (link-record (list \"t.mdb\" \"/old/output.mdb\" \"TREE\" \"PT_ID\" \"" + key + "\")))"),
         "\"(read beside the drawing)\"");
 }
+
+TEST_F(Commands, TheSheetFindsTheFilesOfAJobThatHasMoved) {
+    fs::create_directory(path("job"));
+    fs::rename(path("template.mdb"), path("job/template.mdb"));
+    lisp("(cf:gis_smart_prompting 2 1 " + quoted("job/template.mdb") + ")");
+    lisp("(cf:gis_smart_prompting 2 2 " + quoted("job/output.mdb") + ")");
+    makeOn("TREE");
+    answer(134, {cell(2, "14"), click("OK")});
+    lisp("(c:gis-prompt)");
+    const std::string linked = link(), entity = handle();
+    ASSERT_NE(linked.find(path("job/output.mdb")), std::string::npos) << linked;
+    ASSERT_EQ(host_->saveDrawing(path("job/job.dxf")), "");
+    fs::rename(path("job"), path("moved"));
+    ASSERT_EQ(host_->openDrawing(path("moved/job.dxf")), "");
+    lisp("(setq ent (handent " + entity + "))");
+    ASSERT_EQ(link(), linked);
+
+    printed();
+    ui_.clearLog();
+    answer(134, {show(), cell(2, "15"), click("OK")});
+    lisp("(c:gis-prompt)");
+    EXPECT_TRUE(shown("14")) << "the record is not looked up beside the drawing";
+    EXPECT_TRUE(shown(path("moved/output.mdb")));
+    const std::string said = printed();
+    EXPECT_NE(said.find("from beside the drawing: " + path("moved/output.mdb")), std::string::npos) << said;
+    EXPECT_NE(said.find("saved and linked"), std::string::npos) << said;
+    EXPECT_EQ(sqlite("moved/output.mdb", "select DBH from TREE"), "15\n");
+    EXPECT_EQ(link(), linked) << "nothing in the link changes";
+    EXPECT_FALSE(fs::exists(path("job")));
+    // A file of another name is another file.
+    fs::rename(path("moved/output.mdb"), path("moved/records.mdb"));
+    ui_.answerQuestion("Output database is missing", "No");
+    lisp("(c:gis-prompt)");
+    EXPECT_EQ(link(), linked);
+}
