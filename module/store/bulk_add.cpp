@@ -8,6 +8,8 @@
 
 #include "module/store/database.h"
 #include "module/store/output_database.h"
+#include "module/store/server_sign_in.h"
+#include "module/store/statements.h"
 #include "module/store/user_tables.h"
 #include "platform/files/files.h"
 #include "platform/text/text.h"
@@ -84,7 +86,9 @@ dao::Variant valueFor(int type, std::string_view value) {
 class OpenTable {
   public:
     OpenTable(CDaoDatabase& database, const std::string& table) : records_(&database) {
-        records_.Open(dbOpenDynaset, SelectTable(table));
+        const bool onServer = database.GetConnect().onServer();
+        records_.Open(dbOpenDynaset,
+                      onServer ? "SELECT * FROM " + QualifiedTable(database, table) : SelectTable(table));
         CDaoFieldInfo field;
         for (int i = 0; i < records_.GetFieldCount(); ++i) {
             records_.GetFieldInfo(i, field);
@@ -123,7 +127,12 @@ class OpenTable {
 
 void addRecords(CDaoDatabase& database, const std::vector<NewRecord>& records) {
     std::unordered_map<std::string, std::string> tables;
-    for (const std::string& table : UserTables(database)) tables[text::upper(table)] = table;
+    for (const std::string& table : UserTables(database)) {
+        tables[text::upper(table)] = table;
+        // Tables of a server are listed with their owners.
+        if (size_t dot = table.find('.'); dot != std::string::npos)
+            tables.try_emplace(text::upper(table.substr(dot + 1)), table);
+    }
     std::string_view present;
     std::unique_ptr<OpenTable> open;  // null when there is no table of the present name
     for (const NewRecord& record : records) {
@@ -140,8 +149,10 @@ void addRecords(CDaoDatabase& database, const std::vector<NewRecord>& records) {
 
 double BulkAddRecords(const resbuf* arguments) {
     if (!arguments) return kEmptyList;
-    std::string path(stringOf(arguments));
-    if (path.empty() || path.size() > kLongestPath || !files::exists(path)) return kNoFile;
+    std::string given(stringOf(arguments));
+    if (given.empty() || given.size() > kLongestPath) return kNoFile;
+    const dao::DatabasePath path = TakePassword(given);
+    if (!IsOdbcPath(path) && !files::exists(path.text())) return kNoFile;
     std::vector<NewRecord> records = readRecords(arguments->rbnext);
     if (records.empty()) return kNothing;
     switch (WithDatabase(path, [&](CDaoDatabase& database) { addRecords(database, records); })) {

@@ -136,6 +136,25 @@ TEST_F(Postgres, FeaturesMayShareATable) {
     EXPECT_EQ(record("gis_key, pt_id, dbh, depth", "survey.plants"), "MANHOLE|1||3\nTREE|1|14|\n");
 }
 
+TEST_F(Postgres, RecordsAreAddedByCodeNineteen) {
+    server().answer(
+        "CREATE SCHEMA survey; CREATE TABLE survey.tree (pt_id text, dbh integer, height double precision);"
+        "CREATE TABLE survey.\"FIRE HYDRANT\" (pt_id text)");
+    const auto add = [&](const std::string& records) {
+        return lisp("(cf:gis_smart_prompting 19 \"" + server().connect() + "\" " + records + ")");
+    };
+    EXPECT_EQ(add("0 \"TREE\" \"PT_ID\" \"o'1\" \"DBH\" \"14\" \"HEIGHT\" \"3.5\" \"NONE\" \"x\" "
+                  "0 \"Fire Hydrant\" \"Pt_Id\" \"2\" 0 \"NO_TABLE\" \"PT_ID\" \"3\""),
+              "1.0");
+    EXPECT_EQ(record("*"), "o'1|14|3.5\n");
+    EXPECT_EQ(record("*", "survey.\"FIRE HYDRANT\""), "2\n");
+    EXPECT_EQ(boxes(), "");
+    server().answer("ALTER TABLE survey.tree ADD CHECK (dbh < 100)");
+    EXPECT_EQ(add("0 \"TREE\" \"PT_ID\" \"4\" \"DBH\" \"140\""), "-4.0");
+    EXPECT_NE(boxes().find("violates check constraint"), std::string::npos) << boxes();
+    EXPECT_EQ(record("count(*)"), "1\n");
+}
+
 TEST_F(Postgres, AnOldTableGetsItsMissingColumnsAndKeepsItsRecords) {
     server().answer(
         "CREATE SCHEMA survey CREATE TABLE tree (pt_id text, dbh integer); "
