@@ -93,13 +93,15 @@
                          (substr name 1 (1- (strlen name))))))))
   found)
 
-;; The feature that an entity suggests: what a survey point is described as; for others the feature that is called
-;; as the block or the layer is. nil for none: the sheet then offers the one that was used last.
-(defun gis:proposed-feature (entity / data)
-  (setq data (entget entity))
+;; The feature that an entity suggests: what a survey point is described as; for others that of the record which
+;; they are linked to, or the feature that is called as the block or the layer is. nil for none: the sheet then offers
+;; the one that was used last.
+(defun gis:proposed-feature (entity / data link)
+  (setq data (entget entity) link (gis:current-link entity))
   (if (gis:survey-point-p entity)
     (gis:description entity)
-    (gis:known-name (append (if (= (cdr (assoc 0 data)) "INSERT") (list (cdr (assoc 2 data))))
+    (gis:known-name (append (if link (list (gis:trimmed (nth 2 link))))
+                            (if (= (cdr (assoc 0 data)) "INSERT") (list (cdr (assoc 2 data))))
                             (list (cdr (assoc 8 data)))))))
 
 ;; The strings of an entity's link; nil when it has none.
@@ -197,6 +199,13 @@
                 "Yes")
               "Yes"))))
 
+;; The link of an entity to a record in the current output, where it was or beside the drawing; nil for any other.
+(defun gis:current-link (entity / link)
+  (setq link (gis:link entity))
+  (if (and (>= (length link) 5)
+           (= (strcase (gis:place (nth 1 link))) (strcase (gis:place (gis:output)))))
+    link))
+
 ;; The first values of a record as text.
 (defun gis:record-text (record / text count value)
   (setq text "" count 0)
@@ -213,10 +222,12 @@
         ((= (type value) 'REAL) (rtos value 2 3))
         ("")))
 
-;; The key for an entity that has none of its own but its handle, which another drawing may have used for another
-;; entity: where the output has a record under it, the user says whether it is this entity's. A new record gets the
-;; handle and -2, -3 ... as its key.
-(defun gis:handle-key (entity key feature / table record number)
+;; The key of an entity: of the record that it is linked to, else its own. One that is only a handle may have been
+;; used by another drawing for another entity: where the output has a record under it, the user says whether it is
+;; this entity's. A new record gets the handle and -2, -3 ... as its key.
+(defun gis:record-key (entity feature / key table record number)
+  (setq key (cond ((gis:current-link entity) (gis:trimmed (nth 4 (gis:current-link entity))))
+                  (t (gis:key entity))))
   (if (and feature (not (gis:link entity)) (= key (cdr (assoc 5 (entget entity)))))
     (progn
       (setq table (gis:table (gis:template) (strcase feature))
@@ -282,7 +293,7 @@
   (if (gis:output-there-p entity)
     (progn
       (setq feature (gis:proposed-feature entity)
-            key (if isAuto "#AUTO#" (gis:handle-key entity (gis:key entity) feature))
+            key (if isAuto "#AUTO#" (gis:record-key entity feature))
             saved (gis:prompt-entity entity key feature))
       ;; A point that was drawn for a record goes with it.
       (if (and drawn (/= saved 1)) (entdel drawn))

@@ -96,6 +96,18 @@ TEST_F(Commands, AnEntityThatLosesItsLinkSaysThatItsRecordStays) {
     EXPECT_EQ(sqlite("output.mdb", "select count(*) from TREE"), "1\n");
 }
 
+TEST_F(Commands, ALinkedEntityComesBackToItsFeature) {
+    makeOn("LINES");
+    answer(134, {pick("1106", "POLE"), cell(1, "P-100"), cell(5, "35"), click("OK")});
+    lisp("(c:gis-prompt)");
+    ASSERT_NE(link().find("POLE"), std::string::npos) << link() << printed();
+    ui_.clearLog();
+    answer(134, {show(), click("Cancel")});
+    lisp("(c:gis-prompt)");
+    EXPECT_TRUE(shown("drop-down \"POLE\" of"));
+    EXPECT_TRUE(shown("P-100"));
+}
+
 TEST_F(Commands, AMissingOutputOfALinkedEntityIsAskedFor) {
     makeOn("TREE");
     answer(134, {cell(2, "14"), click("OK")});
@@ -133,6 +145,13 @@ TEST_F(Commands, ARecordUnderTheHandleOfAnotherEntityIsAskedFor) {
     lisp("(c:gis-prompt)");
     EXPECT_EQ(sqlite("output.mdb", table), key + "|14\n" + key + "-2|20\n");
     EXPECT_NE(link().find("\"" + key + "-2\""), std::string::npos) << link();
+
+    // The sheet comes back to the record of the link.
+    answer(134, {cell(2, "21"), click("OK")});
+    lisp("(c:gis-prompt)");
+    EXPECT_EQ(sqlite("output.mdb", table), key + "|14\n" + key + "-2|21\n");
+    answer(134, {cell(2, "20"), click("OK")});
+    lisp("(c:gis-prompt)");
 
     ASSERT_EQ(host_->newDrawing(), "");
     makeOn("TREE");
