@@ -1,0 +1,14 @@
+// Vertices of polylines.
+#pragma once
+
+#include "platform/plane/point.h"
+
+namespace plane {
+
+struct PolylineVertex : Point {
+    PolylineVertex() = default;
+    PolylineVertex(Point at, double bulge_ = 0) : Point(at), bulge(bulge_) {}
+    double bulge = 0;  // of the segment to the next vertex
+};
+
+}  // namespace plane
