@@ -9,6 +9,7 @@
 #include "module/cad/ads_owners.h"
 #include "module/store/bulk_add.h"
 #include "module/store/database.h"
+#include "module/store/output_copy.h"
 #include "module/store/output_database.h"
 #include "module/store/server_sign_in.h"
 #include "module/store/statements.h"
@@ -452,6 +453,29 @@ TEST_F(Store, NoNameOfAFeatureEndsOrExtendsAStatement) {
         EXPECT_EQ(UserTables(db).size(), 3u);
     });
     EXPECT_EQ(host().boxes, Strings{});
+}
+
+TEST_F(Store, TheLastThreeCopiesOfAnOutputStayBesideIt) {
+    const std::string path = folder("output.mdb");
+    // What looks like a copy and is none stays.
+    writeFile(folder("output before noon.mdb"), "mine");
+    writeFile(folder("other before 2026-11-25 20-41-07.mdb"), "mine");
+    std::string last;
+    for (int i = 1; i <= 5; ++i) {
+        writeFile(path, "state " + std::to_string(i));
+        last = KeepOutputCopy(path);
+        EXPECT_EQ(files::read(last), "state " + std::to_string(i));
+    }
+    std::vector<std::string> kept;
+    for (const auto& entry : std::filesystem::directory_iterator(folder.path()))
+        if (entry.path().filename().string().starts_with("output before 2"))
+            kept.push_back(*files::read(entry.path().string()));
+    std::sort(kept.begin(), kept.end());
+    EXPECT_EQ(kept, (Strings{"state 3", "state 4", "state 5"}));
+    EXPECT_TRUE(files::exists(folder("output before noon.mdb")));
+    EXPECT_TRUE(files::exists(folder("other before 2026-11-25 20-41-07.mdb")));
+    EXPECT_EQ(KeepOutputCopy("ODBC;DSN=office"), "");
+    EXPECT_EQ(KeepOutputCopy(folder("not there.mdb")), "");
 }
 
 }  // namespace
