@@ -37,6 +37,12 @@ void Control::setText(std::string text) {
     changed();
 }
 
+void Control::setExplanation(std::string text) {
+    if (text == explanation_) return;
+    explanation_ = std::move(text);
+    changed();
+}
+
 void Control::enable(bool on) {
     if (on == enabled_) return;
     enabled_ = on;

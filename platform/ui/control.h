@@ -49,6 +49,10 @@ class Control {
     void enable(bool on = true);
     bool visible() const { return visible_; }
     void show(bool on = true);
+    // What a person is told who rests the pointer on it; "" leaves it to the view.
+    const std::string& explanation() const { return explanation_; }
+    void setExplanation(std::string text);
+
     // A visible, enabled control that a person can go to.
     virtual bool takesFocus() const;
     // Tab stops here: there is something to be done in it.
@@ -65,6 +69,7 @@ class Control {
     ControlKind kind_;
     int id_;
     std::string text_;
+    std::string explanation_;
     bool enabled_ = true;
     bool visible_ = true;
     Dialog* dialog_ = nullptr;

@@ -40,6 +40,9 @@ class Shown : public ControlWidget {
         q_->setEnabled(control_.enabled());
         q_->setVisible(control_.visible());
         show();
+        if (control_.explanation().empty()) return;
+        q_->setToolTip(toQt(control_.explanation()));
+        q_->setAccessibleDescription(toQt(control_.explanation()));
     }
 
   protected:
