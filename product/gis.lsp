@@ -403,8 +403,31 @@
 
 ;; --- Exchange --------------------------------------------------------------------------------------------
 
-(defun c:gis-export () (gis:not-there "The export to shape files"))
-(defun c:gis-exportset () (gis:not-there "The export of a set"))
+;; The set that an export goes to: asked for in the folder of the last one, or of the drawing. nil when none is named.
+(defun gis:ask-export-path (/ folder)
+  (setq folder (gis:export-folder))
+  (getfiled "Export to SHP" (if (= folder "") (getvar "DWGPREFIX") folder) "shp" 1))
+
+(defun c:gis-export (/ path)
+  (if (setq path (gis:ask-export-path))
+    (cf:gis_smart_prompting 9 path))
+  (princ))
+
+;; The types of shapes, without and with heights.
+(setq gis:shape-types$ '(("Points" 1 11) ("Lines" 3 13) ("Areas" 5 15)))
+
+(defun c:gis-exportset (/ set kind heights path)
+  (if (setq set (ssget))
+    (progn
+      (initget "Points Lines Areas")
+      (setq kind (getkword "\nShapes [Points/Lines/Areas] <Points>: "))
+      (initget "Yes No")
+      (setq heights (getkword "\nWith heights? [Yes/No] <No>: "))
+      (if (setq path (gis:ask-export-path))
+        (cf:gis_smart_prompting 10 path set
+          (nth (if (= heights "Yes") 2 1) (assoc (cond (kind) ("Points")) gis:shape-types$))))))
+  (princ))
+
 (defun c:gis-import () (gis:not-there "The import of shape files"))
 
 ;; --- Other programs --------------------------------------------------------------------------------------

@@ -38,4 +38,11 @@ bool ArgumentReader::point(ads_point value) {
     return true;
 }
 
+bool ArgumentReader::selectionSet(ads_name value) {
+    if (!next(RTPICKS)) return false;
+    ads_name_set(item_->resval.rlname, value);
+    item_ = item_->rbnext;
+    return true;
+}
+
 }  // namespace norvane

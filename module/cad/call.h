@@ -23,6 +23,7 @@ class ArgumentReader {
     bool shortInteger(int& value);
     bool entityName(ads_name value);
     bool point(ads_point value);
+    bool selectionSet(ads_name value);
     // What has not been read yet.
     const resbuf* rest() const { return item_; }
 

@@ -57,6 +57,10 @@ std::optional<std::string> AskNewOutput(const std::string& folder) {
     return ui::fileBox(toSave(std::string(kNewDatabases) + kOtherDatabases + "|", "*.mdb", folder));
 }
 
+std::optional<std::string> AskProjectionFile(const std::string& folder) {
+    return ui::fileBox(existing("Projection Files (*.prj)|*.prj||", "*.prj", folder));
+}
+
 std::optional<std::string> AskFeatureFileToImport(const std::string& folder) {
     ui::FileBox box = existing("Norvane GIS Files(*.gis)|*.gis||", "*.gis", folder);
     box.defaultExtension = "gis";

@@ -12,6 +12,7 @@
 #include "module/setup/gis_settings_dialog.h"
 #include "module/store/bulk_add.h"
 #include "module/store/template_database.h"
+#include "module/transfer/export_operations.h"
 
 namespace norvane {
 
@@ -28,8 +29,8 @@ constexpr Operation kOperations[] = {
     kNotBuilt,        // 6 title blocks
     ShowGisSettings,  // 7
     kNotBuilt,        // 8 audit of links
-    kNotBuilt,        // 9 export to shape files
-    kNotBuilt,        // 10 export of a given set
+    ExportSelection,  // 9
+    ExportGivenSet,   // 10
     kNotBuilt,        // 11 import of shape files
     CallAutomation,   // 12
     kNotBuilt,        // 13 polygon around a point

@@ -1,5 +1,6 @@
 #include "module/host/own_functions.h"
 
+#include "module/transfer/export_operations.h"
 #include "platform/text/text.h"
 #include "platform/ui/backend.h"
 
@@ -22,7 +23,9 @@ void askQuestion(Call& call) {
     call.result = std::string(ui::ask(question) == ui::kYes ? "Yes" : "No");
 }
 
-constexpr OwnFunction kFunctions[] = {{"gis:version", 1000, giveVersion}, {"gis:ask", 1001, askQuestion}};
+constexpr OwnFunction kFunctions[] = {{"gis:version", 1000, giveVersion},
+                                      {"gis:ask", 1001, askQuestion},
+                                      {"gis:export-folder", 1010, GiveExportFolder}};
 
 }  // namespace
 

@@ -36,6 +36,7 @@ constexpr int kInsertBlocksGrid = 28;
 constexpr int kAsciiSettings = 31;
 constexpr int kReferenceFiles = 32;
 constexpr int kImportedSets = 33;
+constexpr int kShapeExport = 34;  // what was checked, the folder and the features of the last export
 }  // namespace state
 
 // The value of an index; "" when there is none. The file is made when it is missing.

@@ -1,5 +1,6 @@
 #include "module/store/gis_link.h"
 
+#include <algorithm>
 #include <array>
 
 #include "module/cad/ads_owners.h"
@@ -26,11 +27,6 @@ ResultBuffers entityWithLink(const ads_name entity) {
     return ResultBuffers(acdbEntGetX(entity, applications.get()));
 }
 
-// The next string of the record behind an item; null when there is none.
-const resbuf* nextString(const resbuf* item) {
-    return item ? FindResultBuffer(item->rbnext, kString) : nullptr;
-}
-
 ResultBuffers newRecord(const GisLink& link) {
     const auto strings = stringsOf(link);
     return ResultBuffers(acutBuildList(kApplicationName, kGisLinkApplication, 1002, "{", kString,
@@ -52,13 +48,16 @@ void overwrite(resbuf* item, const GisLink& link) {
 
 }  // namespace
 
+std::vector<std::string> LinkStrings(const resbuf* groups) {
+    std::vector<std::string> strings;
+    const resbuf* item = FindResultBuffer(groups, kExtendedData);
+    while (item && (item = FindResultBuffer(item->rbnext, kString)))
+        strings.emplace_back(item->resval.rstring ? item->resval.rstring : "");
+    return strings;
+}
+
 int HasGisLink(const ads_name entity) {
-    ResultBuffers data = entityWithLink(entity);
-    const resbuf* item = FindResultBuffer(data.get(), kExtendedData);
-    if (!item) return RTERROR;
-    for (size_t i = 0; i < kStrings; ++i)
-        if (!(item = nextString(item))) return RTERROR;
-    return RTNORM;
+    return LinkStrings(entityWithLink(entity).get()).size() >= kStrings ? RTNORM : RTERROR;
 }
 
 int WriteGisLink(const ads_name entity, const GisLink& link) {
@@ -82,13 +81,11 @@ bool LinkNewEntity(AcDbObject& entity, const GisLink& link) {
 
 LinkState ReadGisLink(const ads_name entity, GisLink& link) {
     link = {};
-    ResultBuffers data = entityWithLink(entity);
-    const resbuf* item = FindResultBuffer(data.get(), kExtendedData);
-    if (!item) return LinkState::kNone;
-    std::array<std::string, kStrings> strings;
-    size_t found = 0;
-    for (; found < kStrings && (item = nextString(item)); ++found)
-        strings[found] = item->resval.rstring ? item->resval.rstring : "";
+    const ResultBuffers data = entityWithLink(entity);
+    if (!FindResultBuffer(data.get(), kExtendedData)) return LinkState::kNone;
+    std::vector<std::string> strings = LinkStrings(data.get());
+    const size_t found = strings.size();
+    strings.resize(kStrings);
     link = {dao::DatabasePath(strings[0]), dao::DatabasePath(strings[1]), strings[2], strings[3], strings[4]};
     if (found < 3) {
         acutPrintf("\nGIS Data corrupted! Please run Audit Links!");

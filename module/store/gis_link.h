@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "platform/ads/objects.h"
 #include "platform/ads/result_buffer.h"
@@ -26,6 +27,8 @@ enum class LinkState {
                  // trimmed
 };
 
+// The strings of a link as they stand, in a list that acdbEntGetX gave for the application; none without a link.
+std::vector<std::string> LinkStrings(const resbuf* groups);
 // RTNORM when an entity carries a whole link, RTERROR otherwise.
 int HasGisLink(const ads_name entity);
 // Writes the link, or refreshes the one that is there, which keeps its number of strings. RTERROR when the

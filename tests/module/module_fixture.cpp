@@ -29,7 +29,10 @@ void ModuleTest::TearDown() {
 }
 
 hostcad::Input ModuleTest::next(const hostcad::Prompt&) {
-    return hostcad::Input::end();
+    if (inputs_.empty()) return hostcad::Input::end();
+    const std::string input = inputs_.front();
+    inputs_.erase(inputs_.begin());
+    return hostcad::Input::ofText(input);
 }
 
 std::string ModuleTest::lisp(const std::string& text) {

@@ -63,6 +63,8 @@ class ModuleTest : public testing::Test, private hostcad::Output, private hostca
     static ui::Step show() { return {ui::Step::Kind::Show}; }
 
     CheckedScript ui_;
+    // What the prompts of the command line are answered with, from the first on; then nobody answers.
+    std::vector<std::string> inputs_;
     std::unique_ptr<hostcad::Host> host_;
 
   private:

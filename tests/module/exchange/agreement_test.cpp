@@ -9,28 +9,12 @@
 #include "module/exchange/shape_file.h"
 #include "platform/files/files.h"
 #include "platform/text/text.h"
+#include "tests/module/exchange/other_readers.h"
 #include "tests/platform/dao/scratch.h"
 
 using namespace norvane;
 
 namespace {
-
-const std::string kScripts = NORVANE_SOURCE_DIR "/tests/module/exchange/";
-
-bool havePyshp() {
-    static const bool have = std::system("/usr/bin/python3 -c 'import shapefile' >/dev/null 2>&1") == 0;
-    return have;
-}
-bool haveNodeShapefile() {
-    static const bool have = std::system("node -e 'require(\"shapefile\")' >/dev/null 2>&1") == 0;
-    return have;
-}
-std::string pyshp(const std::string& stem) {
-    return outputOf("/usr/bin/python3 '" + kScripts + "dump_shapes.py' '" + stem + "'");
-}
-std::string nodeShapefile(const std::string& stem) {
-    return outputOf("node '" + kScripts + "dump_shapes.js' '" + stem + "'");
-}
 
 // --- What we read, in the words of the Python script ---------------------------------------------------
 

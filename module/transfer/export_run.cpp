@@ -1,0 +1,174 @@
+#include "module/transfer/export_run.h"
+
+#include <algorithm>
+#include <map>
+#include <unordered_set>
+
+#include "module/dialogs/progress_dialog.h"
+#include "module/exchange/shape_object.h"
+#include "platform/ads/editor.h"
+#include "platform/files/files.h"
+#include "platform/text/text.h"
+
+namespace norvane {
+
+namespace {
+
+struct PlannedSet {
+    int32_t shapeType;
+    std::string stem;
+    std::vector<ExportEntity*> entities;
+};
+
+int32_t shapeTypeOf(ExportCategory category, bool includeZ) {
+    static constexpr std::array<int32_t, kExportCategories> kTypes = {shape::kPoint, shape::kArc,
+                                                                      shape::kPolygon};
+    constexpr int32_t kWithZ = 10;
+    return kTypes[static_cast<size_t>(category)] + (includeZ ? kWithZ : 0);
+}
+
+// A feature as part of a file's name: what file systems do not take becomes "_".
+std::string inFileName(const std::string& feature) {
+    constexpr size_t kLongest = 150;  // bytes
+    std::string name(text::cutToBytes(feature, kLongest));
+    for (char& c : name)
+        if (static_cast<unsigned char>(c) < ' ' || c == '\x7f' ||
+            std::string_view("/\\:*?\"<>|.").find(c) != std::string_view::npos)
+            c = '_';
+    return name;
+}
+
+bool isChosen(const ExportEntity& entity, const ExportChoice& choice) {
+    return entity.category != ExportCategory::kNone &&
+           choice.features[static_cast<size_t>(entity.category)].contains(entity.feature);
+}
+
+// A set for each category and feature, in the order in which they come.
+std::vector<PlannedSet> planSets(const std::string& stem, std::vector<ExportEntity>& entities,
+                                 const ExportChoice& choice) {
+    std::vector<PlannedSet> sets;
+    std::map<std::pair<ExportCategory, std::string>, size_t> places;
+    std::unordered_set<std::string> names;
+    for (ExportEntity& entity : entities) {
+        if (!isChosen(entity, choice)) continue;
+        const auto [place, isNew] = places.try_emplace({entity.category, entity.feature}, sets.size());
+        if (isNew) {
+            const int32_t type = shapeTypeOf(entity.category, choice.includeZ);
+            const std::string wanted = stem + "_" + std::to_string(type) + "_" + inFileName(entity.feature);
+            std::string name = wanted;
+            for (int n = 2; !names.insert(text::upper(name)).second; ++n)
+                name = wanted + "_" + std::to_string(n);
+            sets.push_back({type, name, {}});
+        }
+        sets[place->second].entities.push_back(&entity);
+    }
+    size_t chosen = 0;
+    for (const std::set<std::string>& features : choice.features) chosen += features.size();
+    if (chosen == 1 && sets.size() == 1) sets.front().stem = stem;
+    return sets;
+}
+
+// Exports set after set and tells what became of them.
+class Run {
+  public:
+    Run(std::vector<PlannedSet> sets, const ExportOptions& options)
+        : sets_(std::move(sets)), options_(options), progress_("Export to SHP", entityCount(), acedUsrBrk) {}
+
+    // The number of sets that were written.
+    int perform() {
+        if (!readRecords()) return 0;
+        int failed = 0;
+        for (const PlannedSet& set : sets_) {
+            const ExportResult result = exportSet(set);
+            if (result.outcome == ExportOutcome::kStopped) break;
+            if (result.outcome == ExportOutcome::kFailed) {
+                ++failed;
+                continue;
+            }
+            ++written_;
+            all_.add(result.counts);
+            lines_.push_back(ExportSummary(set.shapeType, set.stem, result.counts));
+        }
+        tell(failed);
+        return written_;
+    }
+
+  private:
+    long entityCount() const {
+        size_t count = 0;
+        for (const PlannedSet& set : sets_) count += set.entities.size();
+        return static_cast<long>(count);
+    }
+
+    bool readRecords() {
+        std::vector<ExportEntity*> entities;
+        for (const PlannedSet& set : sets_)
+            entities.insert(entities.end(), set.entities.begin(), set.entities.end());
+        if (records_.read(entities, [&] { return progress_.step(0, "Reading the records"); })) return true;
+        acutPrintf("\nThe export was stopped; nothing was written.\n");
+        return false;
+    }
+
+    ExportResult exportSet(const PlannedSet& set) {
+        const long before = done_;
+        const std::string name = files::nameOf(set.stem) + ".shp";
+        const ExportResult result = ExportToShp(set.shapeType, set.stem, set.entities, options_, [&] {
+            return progress_.step(done_ += kStep, "Writing " + name);
+        });
+        done_ = before + static_cast<long>(set.entities.size());
+        return result;
+    }
+
+    void tell(int failed) {
+        for (const std::string& line : lines_) acutPrintf("\n%s", line.c_str());
+        if (sets_.size() > 1) {
+            std::string line = Counted(written_, "set", "sets") + " written";
+            if (failed) line += ", " + std::to_string(failed) + " failed";
+            line += ": " + Counted(all_.written, "entity", "entities") + LeftOutText(all_);
+            acutPrintf("\n%s", line.c_str());
+        }
+        if (progress_.cancelled())
+            acutPrintf(
+                "\nThe export was stopped; %s not written.",
+                Counted(static_cast<int>(sets_.size()) - written_ - failed, "set was", "sets were").c_str());
+        acutPrintf("\n");
+    }
+
+    static constexpr long kStep = 50;  // entities from one call to the next
+    std::vector<PlannedSet> sets_;
+    const ExportOptions& options_;
+    ProgressDialog progress_;
+    LinkedRecords records_;
+    long done_ = 0;
+    int written_ = 0;
+    ExportCounts all_;
+    std::vector<std::string> lines_;
+};
+
+}  // namespace
+
+std::vector<std::string> FeaturesOf(const std::vector<ExportEntity>& entities, ExportCategory category) {
+    std::vector<std::string> features;
+    std::unordered_set<std::string> known;
+    for (const ExportEntity& entity : entities)
+        if (entity.category == category && known.insert(entity.feature).second)
+            features.push_back(entity.feature);
+    return features;
+}
+
+void RunExport(const std::string& path, std::vector<ExportEntity>& entities, const ExportChoice& choice) {
+    std::vector<PlannedSet> sets = planSets(ExportStem(path), entities, choice);
+    if (sets.empty())
+        acutPrintf("\nNo feature was selected; nothing was written.\n");
+    else
+        Run(std::move(sets), choice.options).perform();
+}
+
+bool RunExportOfSet(const std::string& path, int32_t shapeType, const ExportOptions& options,
+                    std::vector<ExportEntity>& entities) {
+    PlannedSet set{shapeType, ExportStem(path), {}};
+    for (ExportEntity& entity : entities) set.entities.push_back(&entity);
+    return Run({set}, options).perform() == 1;
+}
+
+}  // namespace norvane
