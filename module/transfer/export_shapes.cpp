@@ -40,8 +40,7 @@ bool isLine(int32_t type) {
     return type == shape::kArc || type == shape::kArcZ;
 }
 
-// --- From an entity to a shape
-// -------------------------------------------------------------------------------
+// --- From an entity to a shape -------------------------------------------------------------------------
 
 // An entity as it goes out: one point, a line, or a ring.
 struct Outline {
@@ -127,8 +126,7 @@ double lengthOf(const std::vector<PolylineVertex>& vertices) {
     return sum;
 }
 
-// --- From a shape to its record
-// ------------------------------------------------------------------------------
+// --- From a shape to its record ------------------------------------------------------------------------
 
 class RowWriter {
   public:
@@ -225,8 +223,7 @@ class RowWriter {
     long unlinked_ = 0;
 };
 
-// --- The set
-// -------------------------------------------------------------------------------------------------
+// --- The set -------------------------------------------------------------------------------------------
 
 class SetExport {
   public:
@@ -372,8 +369,7 @@ ExportResult ExportToShp(int32_t shapeType, const std::string& stem, std::span<E
     return result;
 }
 
-// --- What is said of it
-// --------------------------------------------------------------------------------------
+// --- What is said of it --------------------------------------------------------------------------------
 
 std::string Counted(int count, const std::string& one, const std::string& many) {
     return std::to_string(count) + " " + (count == 1 ? one : many);

@@ -61,8 +61,7 @@ std::string exportText(const dao::Variant& value) {
 
 }  // namespace
 
-// --- One table
-// -----------------------------------------------------------------------------------------------
+// --- One table -----------------------------------------------------------------------------------------
 
 void LinkedTable::want(const std::string& key) {
     wanted_.insert(keyOf(key));
@@ -129,8 +128,7 @@ const std::string& LinkedTable::value(std::span<const size_t> records, size_t fi
     return none;
 }
 
-// --- All of them
-// ---------------------------------------------------------------------------------------------
+// --- All of them ---------------------------------------------------------------------------------------
 
 namespace {
 
