@@ -33,6 +33,7 @@ constexpr const char* kExistingDatabases = "Microsoft Access Databases (*.mdb)|*
 constexpr const char* kNewDatabases = "Access Databases Files (*.mdb)|*.mdb|";
 constexpr const char* kOtherDatabases =
     "SQLite Databases (*.sqlite, *.db)|*.sqlite;*.db|GeoPackages (*.gpkg)|*.gpkg|";
+constexpr const char* kCoordinateFiles = "Coordinate Files (*.crd)|*.crd||";
 constexpr const char* kFeatureFiles = "Norvane GIS Files (*.gis)|*.gis||";
 
 }  // namespace
@@ -73,6 +74,20 @@ std::optional<std::string> AskFeatureFileToExport(const std::string& folder) {
 
 std::optional<std::string> AskFeatureFileToDelete(const std::string& folder) {
     return ui::fileBox(existing(kFeatureFiles, "", folder));
+}
+
+std::optional<std::string> AskShapeSet(const std::string& folder) {
+    return ui::fileBox(existing("ArcView Shape File (*.shp)|*.shp||", "*.shp", folder));
+}
+
+std::optional<std::string> AskExistingPoints(const std::string& folder) {
+    return ui::fileBox(existing(kCoordinateFiles, "*.crd", folder));
+}
+
+std::optional<std::string> AskNewPoints(const std::string& folder) {
+    ui::FileBox box = toSave(kCoordinateFiles, "*.crd", folder);
+    box.defaultExtension = "crd";
+    return ui::fileBox(box);
 }
 
 }  // namespace norvane

@@ -13,6 +13,7 @@
 #include "module/store/bulk_add.h"
 #include "module/store/template_database.h"
 #include "module/transfer/export_operations.h"
+#include "module/transfer/import_dialog.h"
 
 namespace norvane {
 
@@ -31,7 +32,7 @@ constexpr Operation kOperations[] = {
     kNotBuilt,        // 8 audit of links
     ExportSelection,  // 9
     ExportGivenSet,   // 10
-    kNotBuilt,        // 11 import of shape files
+    ImportShapeSet,   // 11
     CallAutomation,   // 12
     kNotBuilt,        // 13 polygon around a point
     ChooseFile,       // 14

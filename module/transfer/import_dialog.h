@@ -1,0 +1,12 @@
+// Import SHP File: which set of shape files, where its points or polylines go, and where its attributes go.
+#pragma once
+
+#include "module/cad/call.h"
+
+namespace norvane {
+
+// Function code 11. Takes nothing; gives the names of the points that are to be drawn, whose coordinate file
+// is then the value of the Lisp symbol ret_string, or nil.
+void ImportShapeSet(Call& call);
+
+}  // namespace norvane

@@ -1,0 +1,65 @@
+#include "module/transfer/import_report.h"
+
+#include "module/store/server_sign_in.h"
+#include "module/transfer/shape_set.h"
+#include "platform/ads/editor.h"
+#include "platform/files/files.h"
+#include "platform/text/text.h"
+
+namespace norvane {
+
+namespace {
+
+std::string counted(size_t count, const char* one, const char* many) {
+    return std::to_string(count) + " " + (count == 1 ? one : many);
+}
+
+// The parts that count anything.
+class Parts {
+  public:
+    void add(size_t count, const char* one, const char* many) {
+        if (count > 0) parts_.push_back(counted(count, one, many));
+    }
+    std::string text() const { return text::join(parts_, ", "); }
+
+  private:
+    std::vector<std::string> parts_;
+};
+
+std::string whatWasMade(const ImportRequest& request, const ImportReport& report) {
+    if (request.pointPath.empty())
+        return counted(report.polylines, "polyline", "polylines") + " drawn on " + request.layer;
+    return counted(report.points.size(), "point", "points") + " written to " + request.pointPath;
+}
+
+std::string whatWasRecorded(const ImportRequest& request, const ImportReport& report) {
+    if (!report.recordsWritten) return "no records written";
+    return counted(report.recordsAdded, "record", "records") + " added to " + request.table + " and " +
+           std::to_string(report.recordsChanged) + " changed" +
+           (report.featureAdded ? ", the feature " + request.table + " defined" : "");
+}
+
+}  // namespace
+
+void TellImport(const ImportRequest& request, const ImportReport& report) {
+    acutPrintf("\n%s: %s; %s.", files::nameOf(request.shapePath).c_str(),
+               whatWasMade(request, report).c_str(), whatWasRecorded(request, report).c_str());
+    Parts out;
+    out.add(report.unreadable, "record that cannot be read", "records that cannot be read");
+    out.add(report.shortParts, "part of fewer than two vertices", "parts of fewer than two vertices");
+    out.add(report.badCoordinates, "shape without a place", "shapes without a place");
+    out.add(report.pointsRefused, "point that the file cannot hold", "points that the file cannot hold");
+    out.add(report.linksRefused, "link too long for the drawing", "links too long for the drawing");
+    if (!out.text().empty()) acutPrintf("\nLeft out: %s.", out.text().c_str());
+    if (report.unreadable > 0)
+        acutPrintf("\nThe attributes of all records behind the first of them belong to others.");
+    if (report.valuesCut > 0)
+        acutPrintf("\n%s cut to the size of the column.",
+                   counted(report.valuesCut, "value was", "values were").c_str());
+    const std::string reference = ReferenceOf(request.shapePath);
+    acutPrintf("\n%s", reference.empty()
+                           ? "The set does not say in which reference system its coordinates are."
+                           : ("The coordinates are taken as they are, in " + reference + ".").c_str());
+}
+
+}  // namespace norvane

@@ -1,0 +1,155 @@
+#include "module/transfer/import_shapes.h"
+
+#include <memory>
+
+#include "module/settings/recent_values.h"
+#include "module/store/database.h"
+#include "module/store/server_sign_in.h"
+#include "module/transfer/import_feature.h"
+#include "module/transfer/import_points.h"
+#include "module/transfer/import_polylines.h"
+#include "module/transfer/import_progress.h"
+#include "module/transfer/import_rows.h"
+#include "module/transfer/shape_set.h"
+#include "platform/ads/editor.h"
+#include "platform/ads/objects.h"
+#include "platform/files/files.h"
+#include "platform/text/text.h"
+#include "platform/ui/backend.h"
+
+namespace norvane {
+
+namespace {
+
+// Under what the set is remembered whose rows a table holds.
+std::string setOf(const ImportRequest& request) {
+    return request.outputPath + " " + request.table;
+}
+
+// An export from this drawing is in the same reference system.
+void rememberReference(const ImportRequest& request) {
+    const std::string file = SetMember(request.shapePath, "prj");
+    if (files::exists(file)) ReferenceFiles().remember(acdbCurDwg()->filename(), file);
+}
+
+bool isOneFile(const std::string& a, const std::string& b) {
+    return !IsOdbcPath(a) && files::onDisk(a) == files::onDisk(b);
+}
+
+class ShapeImport {
+  public:
+    explicit ShapeImport(const ImportRequest& request)
+        : request_(request),
+          shapes_(ShapeOpen(request.shapePath, "rb")),
+          table_(DbfOpen(request.shapePath, "rb")),
+          progress_(shapes_ ? static_cast<size_t>(shapes_->recordCount) : 0) {}
+
+    bool run();
+    const ImportReport& report() const { return report_; }
+    bool stopped() const { return progress_.stopped(); }
+
+  private:
+    bool databasesOpen() const;
+    bool readShapes();
+    bool writeDatabases();
+    void writeInto(CDaoDatabase& output, bool& kept);
+    bool mayOverwrite(CDaoDatabase& output) const;
+
+    const ImportRequest& request_;
+    OpenShapeFile shapes_;
+    OpenDbfFile table_;
+    ImportProgress progress_;
+    ImportReport report_;
+    std::vector<std::string> ids_;  // of the records that were read, in their order
+    std::unique_ptr<PointImport> points_;
+    std::unique_ptr<PolylineImport> polylines_;
+};
+
+bool ShapeImport::run() {
+    if (!shapes_ || !table_ || !databasesOpen()) return false;
+    if (!readShapes() || !writeDatabases()) {
+        if (polylines_) polylines_->takeBack();
+        return false;
+    }
+    report_.unreadable = progress_.unreadable().size();
+    if (!points_ || points_->putInPlace()) return true;
+    acutPrintf("\nThe points cannot be put into %s", request_.pointPath.c_str());
+    return false;
+}
+
+// Before anything is drawn. Without an engine there are no rows, and nothing to be opened.
+bool ShapeImport::databasesOpen() const {
+    if (!IsDaoAvailable("3.6")) return true;
+    for (const std::string& path : {request_.outputPath, request_.templatePath})
+        if (WithDatabase(path, [](CDaoDatabase&) {}) != DatabaseOutcome::kDone) return false;
+    return true;
+}
+
+bool ShapeImport::readShapes() {
+    if (shape::IsPoint(shapes_->shapeType)) {
+        points_ = std::make_unique<PointImport>(request_, *shapes_, *table_);
+        return points_->write(progress_, report_, ids_);
+    }
+    polylines_ = std::make_unique<PolylineImport>(request_, *shapes_, *table_);
+    return polylines_->draw(progress_, report_, ids_);
+}
+
+// Without an engine the shapes stay all the same.
+bool ShapeImport::writeDatabases() {
+    bool kept = false;
+    const DatabaseOutcome outcome =
+        WithDatabase(request_.outputPath, [&](CDaoDatabase& output) { writeInto(output, kept); });
+    if (kept) ImportedSets().remember(setOf(request_), request_.shapePath);
+    return kept || outcome == DatabaseOutcome::kNoDao;
+}
+
+void ShapeImport::writeInto(CDaoDatabase& output, bool& kept) {
+    if (!mayOverwrite(output)) return;
+    output.BeginTrans();
+    if (!WriteRows(output, request_, *table_, ids_, progress_, report_)) return;
+    const std::vector<std::string> attributes = AttributesOfTable(output, request_.table);
+    if (isOneFile(request_.outputPath, request_.templatePath)) {
+        report_.featureAdded = AddFeature(output, request_.table, attributes);
+        output.CommitTrans();
+        kept = true;
+        return;
+    }
+    CDaoDatabase featureTemplate;
+    OpenDatabase(featureTemplate, request_.templatePath);
+    featureTemplate.BeginTrans();
+    const bool added = AddFeature(featureTemplate, request_.table, attributes);
+    // The greater part first: as long as it can fail, both are as they were.
+    output.CommitTrans();
+    kept = true;
+    featureTemplate.CommitTrans();
+    report_.featureAdded = added;
+}
+
+// Records that are there and came from another set are not overwritten unasked.
+bool ShapeImport::mayOverwrite(CDaoDatabase& output) const {
+    const size_t count = CountRecordsOf(output, request_.table, ids_);
+    if (count == 0 || ImportedSets().find(setOf(request_)) == request_.shapePath) return true;
+    ui::OwnQuestion question;
+    question.title = "Import SHP File";
+    question.text = text::format(
+        "Records of the table %s that came from elsewhere have ids of this set: %zu.\n"
+        "Do you want to overwrite them?",
+        request_.table.c_str(), count);
+    question.defaultAnswer = ui::kYes;
+    return ui::ask(question) == ui::kYes;
+}
+
+}  // namespace
+
+std::optional<ImportReport> ImportShapes(const ImportRequest& request) {
+    ShapeImport import(request);
+    if (import.run()) {
+        rememberReference(request);
+        return import.report();
+    }
+    acutPrintf(import.stopped() ? "\nThe import was stopped: nothing was changed."
+                                : "\nNothing was imported.");
+    return std::nullopt;
+}
+
+}  // namespace norvane

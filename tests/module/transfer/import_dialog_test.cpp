@@ -1,0 +1,1 @@
+#include "tests/module/transfer/import_fixture.h"
