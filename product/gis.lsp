@@ -14,6 +14,7 @@
 ;;   GIS-EXPORT      9  linked entities with their records to a shape file
 ;;   GIS-EXPORTSET  10  the same for one kind of shape, without a dialog
 ;;   GIS-IMPORT     11  a shape file into the drawing and the database
+;;   GIS-POINTS         lists, adds, corrects, deletes and draws points of a coordinate file
 ;;   GIS-AUTOMATION 12  calls a program by its automation interface
 ;;   GIS-POLYGON    13  finds the polygon round a point
 ;;   GIS-DATABASE   14  chooses or makes a database
@@ -428,7 +429,8 @@
           (nth (if (= heights "Yes") 2 1) (assoc (cond (kind) ("Points")) gis:shape-types$))))))
   (princ))
 
-(defun c:gis-import () (gis:not-there "The import of shape files"))
+;; GIS-IMPORT and GIS-POINTS stand with the points of coordinate files.
+(load "gis-points.lsp")
 
 ;; --- Other programs --------------------------------------------------------------------------------------
 

@@ -1,6 +1,8 @@
 #include "module/host/own_functions.h"
 
+#include "module/points/point_functions.h"
 #include "module/transfer/export_operations.h"
+#include "module/transfer/point_file_chooser.h"
 #include "platform/text/text.h"
 #include "platform/ui/backend.h"
 
@@ -23,9 +25,16 @@ void askQuestion(Call& call) {
     call.result = std::string(ui::ask(question) == ui::kYes ? "Yes" : "No");
 }
 
-constexpr OwnFunction kFunctions[] = {{"gis:version", 1000, giveVersion},
-                                      {"gis:ask", 1001, askQuestion},
-                                      {"gis:export-folder", 1010, GiveExportFolder}};
+constexpr OwnFunction kFunctions[] = {
+    {"gis:version", 1000, giveVersion},
+    {"gis:ask", 1001, askQuestion},
+    {"gis:points", 1010, ListPoints},
+    {"gis:write-point", 1011, WritePoint},
+    {"gis:delete-points", 1012, DeletePoints},
+    {"gis:next-point", 1013, NextPoint},
+    {"gis:choose-points", 1014, ChoosePointFile},
+    {"gis:export-folder", 1020, GiveExportFolder},
+};
 
 }  // namespace
 

@@ -2,6 +2,8 @@
 
 #include "module/dialogs/file_boxes.h"
 #include "module/dialogs/run_dialog.h"
+#include "platform/files/files.h"
+#include "platform/ui/backend.h"
 
 namespace norvane {
 
@@ -42,6 +44,18 @@ class PointFileChooser : public ui::Dialog {
 std::optional<PointFileChoice> ChoosePointFile(const std::string& folder) {
     PointFileChooser chooser(folder);
     return RunDialog(chooser) == ui::kOk ? chooser.choice : std::nullopt;
+}
+
+void ChoosePointFile(Call& call) {
+    std::string folder;
+    call.arguments.text(folder);
+    const std::optional<PointFileChoice> choice = ChoosePointFile(folder);
+    call.result = Nil{};
+    if (!choice) return;
+    if (!choice->isNew || files::remove(choice->path))
+        call.result = choice->path;
+    else
+        ui::messageBox("Error", "\"" + choice->path + "\" cannot be deleted.");
 }
 
 }  // namespace norvane

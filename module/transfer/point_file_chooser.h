@@ -4,6 +4,8 @@
 #include <optional>
 #include <string>
 
+#include "module/cad/call.h"
+
 namespace norvane {
 
 struct PointFileChoice {
@@ -12,5 +14,9 @@ struct PointFileChoice {
 };
 // Nothing is made or changed. folder: where the file boxes start. Nothing when no file was chosen.
 std::optional<PointFileChoice> ChoosePointFile(const std::string& folder);
+
+// (gis:choose-points folder): the path of a coordinate file, or nil. A file that is to give way to a new one
+// is deleted.
+void ChoosePointFile(Call& call);
 
 }  // namespace norvane
