@@ -172,15 +172,15 @@ ImportDialog::ImportDialog() : ui::Dialog(kResource, "Import SHP File") {
     add<ui::Label>(kTableCaption, "Create/Select &Table for Database Input:");
     add<ui::Edit>(kTableEdit);
     add<ui::Label>(kTablesCaption, "Select Table for &Database Input:");
-    add<ui::List>(kTables, false, 6);
+    add<ui::List>(kTables, false, 4);
     add<ui::Label>(kLayerCaption, "La&yer Used to Create Entities:");
     add<ui::Edit>(kLayerEdit);
     add<ui::Label>(kLayersCaption, "Layers in Curre&nt DWG:");
-    add<ui::List>(kLayers, false, 6);
+    add<ui::List>(kLayers, false, 4);
     add<ui::Label>(kFieldsCaption, "&Fields of the SHP File:");
-    add<ui::List>(kFields, false, 6);
+    add<ui::List>(kFields, false, 4);
     add<ui::CheckBox>(kUseHeights, "&Use attribute to assign elevation");
-    add<ui::List>(kHeightFields, false, 6);
+    add<ui::List>(kHeightFields, false, 4);
     add<ui::CheckBox>(kLightPolylines, "&Light polylines, without the first vertex again at the end");
     add<ui::Label>(kNotice);
     add<ui::Button>(ui::kOk, "...", true);
@@ -193,13 +193,12 @@ ImportDialog::ImportDialog() : ui::Dialog(kResource, "Import SHP File") {
     Layout names =
         row({column({item(kTableCaption), item(kTableEdit), item(kTablesCaption), item(kTables, 1)}, 1),
              column({item(kLayerCaption), item(kLayerEdit), item(kLayersCaption), item(kLayers, 1)}, 1),
-             column({item(kFieldsCaption), item(kFields, 1)}, 1),
-             column({item(kUseHeights), item(kHeightFields, 1)}, 1)},
+             column({item(kFieldsCaption), item(kFields, 1), item(kUseHeights), item(kHeightFields, 1)}, 1)},
             1);
     setLayout(
         column({paths, item(kShapeType), item(kSetSummary), item(kReference), item(kDrawingSummary), points,
                 names, item(kLightPolylines), item(kNotice), row({spring(), item(kOk), item(kCancel)})}));
-    setSize({860, 520});
+    setSize({780, 560});
 }
 
 void ImportDialog::onOpen() {
@@ -319,7 +318,7 @@ void ImportDialog::showSet() {
 
 void ImportDialog::showExtents() {
     const std::string size =
-        text::format("%ld records of %zu fields", static_cast<long>(set_->recordCount), set_->fields.size());
+        text::format("Records: %ld, fields: %zu", static_cast<long>(set_->recordCount), set_->fields.size());
     find(kSetSummary)->setText(set_->extents.empty() ? size : size + ", " + boxText(set_->extents));
     find(kReference)
         ->setText(set_->reference.empty() ? "The set does not say in which reference system it is."

@@ -201,7 +201,7 @@ AcDbEntity* PolylineImport::makeLight(const Part& part, double height) {
                                      part.shape.y[last] - part.shape.y[part.first]) < kSamePoint;
     const int32_t count = isArea() && isRepeated ? part.count - 1 : part.count;
     ResultChain list;
-    list.addText(RTDXF0, "LWPOLYLINE");
+    list.addText(0, "LWPOLYLINE");
     list.addText(8, request_.layer);
     list.addInteger(67, 0);
     list.addInteger(90, count);
