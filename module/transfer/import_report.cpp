@@ -56,6 +56,8 @@ void TellImport(const ImportRequest& request, const ImportReport& report) {
     if (report.valuesCut > 0)
         acutPrintf("\n%s cut to the size of the column.",
                    counted(report.valuesCut, "value was", "values were").c_str());
+    if (!report.outputCopy.empty())
+        acutPrintf("\nThe output as it was before is kept in %s.", report.outputCopy.c_str());
     const std::string reference = ReferenceOf(request.shapePath);
     acutPrintf("\n%s", reference.empty()
                            ? "The set does not say in which reference system its coordinates are."

@@ -28,6 +28,7 @@ struct ImportReport {
     size_t recordsAdded = 0, recordsChanged = 0;
     bool recordsWritten = false;  // false: there is no engine
     bool featureAdded = false;
+    std::string outputCopy;  // the path of a copy of the output as it was before; "" for none
     // Left out.
     size_t unreadable = 0;      // records
     size_t shortParts = 0;      // of fewer than two vertices

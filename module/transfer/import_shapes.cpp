@@ -4,6 +4,7 @@
 
 #include "module/settings/recent_values.h"
 #include "module/store/database.h"
+#include "module/store/output_copy.h"
 #include "module/store/server_sign_in.h"
 #include "module/transfer/import_feature.h"
 #include "module/transfer/import_points.h"
@@ -53,7 +54,7 @@ class ShapeImport {
     bool readShapes();
     bool writeDatabases();
     void writeInto(CDaoDatabase& output, bool& kept);
-    bool mayOverwrite(CDaoDatabase& output) const;
+    bool mayOverwrite(size_t existing) const;
 
     const ImportRequest& request_;
     OpenShapeFile shapes_;
@@ -96,15 +97,21 @@ bool ShapeImport::readShapes() {
 
 // Without an engine the shapes stay all the same.
 bool ShapeImport::writeDatabases() {
+    size_t existing = 0;
+    const DatabaseOutcome outcome = WithDatabase(request_.outputPath, [&](CDaoDatabase& output) {
+        existing = CountRecordsOf(output, request_.table, ids_);
+    });
+    if (outcome != DatabaseOutcome::kDone) return outcome == DatabaseOutcome::kNoDao;
+    if (!mayOverwrite(existing)) return false;
+    // While nobody has the database open.
+    if (existing > kMostChangedWithoutCopy) report_.outputCopy = KeepOutputCopy(request_.outputPath);
     bool kept = false;
-    const DatabaseOutcome outcome =
-        WithDatabase(request_.outputPath, [&](CDaoDatabase& output) { writeInto(output, kept); });
+    WithDatabase(request_.outputPath, [&](CDaoDatabase& output) { writeInto(output, kept); });
     if (kept) ImportedSets().remember(setOf(request_), request_.shapePath);
-    return kept || outcome == DatabaseOutcome::kNoDao;
+    return kept;
 }
 
 void ShapeImport::writeInto(CDaoDatabase& output, bool& kept) {
-    if (!mayOverwrite(output)) return;
     output.BeginTrans();
     if (!WriteRows(output, request_, *table_, ids_, progress_, report_)) return;
     const std::vector<std::string> attributes = AttributesOfTable(output, request_.table);
@@ -126,15 +133,14 @@ void ShapeImport::writeInto(CDaoDatabase& output, bool& kept) {
 }
 
 // Records that are there and came from another set are not overwritten unasked.
-bool ShapeImport::mayOverwrite(CDaoDatabase& output) const {
-    const size_t count = CountRecordsOf(output, request_.table, ids_);
-    if (count == 0 || ImportedSets().find(setOf(request_)) == request_.shapePath) return true;
+bool ShapeImport::mayOverwrite(size_t existing) const {
+    if (existing == 0 || ImportedSets().find(setOf(request_)) == request_.shapePath) return true;
     ui::OwnQuestion question;
     question.title = "Import SHP File";
     question.text = text::format(
         "Records of the table %s that came from elsewhere have ids of this set: %zu.\n"
         "Do you want to overwrite them?",
-        request_.table.c_str(), count);
+        request_.table.c_str(), existing);
     question.defaultAnswer = ui::kYes;
     return ui::ask(question) == ui::kYes;
 }

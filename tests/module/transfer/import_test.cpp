@@ -170,6 +170,38 @@ TEST_F(Import, ATableThatIsThereKeepsItsOtherFieldsAndTypes) {
               "OWNER\nTAXES\n");
 }
 
+TEST_F(Import, TheSameSetComesInAgainWithoutAQuestionAndWithACopyOfTheOutput) {
+    std::vector<Record> records;
+    for (int i = 0; i < 150; ++i) records.push_back({{{0, 0, 0}, {1, 1, 0}}, {std::to_string(i + 1), "X"}});
+    makeSet("lines", shape::kArc, {{"PT_ID"}, {"NOTE"}}, records);
+    import("lines", {layer()});
+    auto copies = [&] {
+        return std::count_if(fs::directory_iterator(path("")), {}, [](const fs::directory_entry& file) {
+            return file.path().filename().string().rfind("output before ", 0) == 0;
+        });
+    };
+    EXPECT_EQ(copies(), 0);
+    for (Record& record : records) record.cells[1] = "Y";
+    makeSet("lines", shape::kArc, {{"PT_ID"}, {"NOTE"}}, records);
+    ui_.clearLog();
+    import("lines", {layer()});
+    EXPECT_FALSE(shown("question"));
+    EXPECT_EQ(copies(), 1);
+    EXPECT_EQ(output("select count(*) from LINES"), "150\n");
+    EXPECT_EQ(output("select count(*) from LINES where NOTE = 'Y'"), "150\n");
+    EXPECT_NE(printed().find("The output as it was before is kept in " + path("output before ")),
+              std::string::npos);
+    // Another set of the same ids asks, and No leaves all as it was.
+    fs::create_directory(path("other"));
+    for (const char* ending : {".shp", ".shx", ".dbf"})
+        fs::copy_file(path(std::string("lines") + ending), path(std::string("other/lines") + ending));
+    ui_.answerQuestion("Import SHP File", "No");
+    const int before = count("POLYLINE");
+    import("other/lines", {layer()});
+    EXPECT_EQ(count("POLYLINE"), before);
+    EXPECT_EQ(copies(), 1);
+}
+
 // --- All or nothing ---------------------------------------------------------------------------------------
 
 TEST_F(Import, AnImportThatIsStoppedChangesNothing) {
