@@ -64,10 +64,11 @@ std::string nameInStatements(const CDaoDatabase& database, const std::string& ta
 
 TextTable EnsureTextTable(CDaoDatabase& database, const std::string& table,
                           const std::vector<std::string>& columns) {
-    std::string present = FindUserTable(database, table);
+    const std::string present = FindUserTable(database, table);
     if (present.empty()) {
         makeTable(database, table, columns);
-        present = table;
+        const long size = AttributeColumn("", FieldKind::kChar).size;
+        return {nameInStatements(database, table), std::vector<long>(columns.size(), size)};
     }
     TextTable made{nameInStatements(database, present), {}};
     CDaoTableDef definition(&database);

@@ -6,6 +6,8 @@
 #include <set>
 #include <sstream>
 
+#include "module/exchange/dbf_file.h"
+#include "module/exchange/shape_file.h"
 #include "platform/text/text.h"
 #include "tests/module/module_fixture.h"
 #include "tests/module/store/hostile_texts.h"
@@ -201,6 +203,62 @@ TEST_F(Postgres, NamesThatTheServerWouldNotTakeAreQuoted) {
     EXPECT_EQ(save("5", "TREE"), "1");
     EXPECT_EQ(boxes(), "");
     EXPECT_EQ(record("\"PT_ID\", \"DBH\", remarks", "survey.\"TREE\""), "5|3|now\n");
+}
+
+TEST_F(Postgres, ASetOfShapesComesIntoATableOfTheServer) {
+    using namespace norvane;
+    auto makeSet = [&](const std::string& note) {
+        const OpenShapeFile shapes(ShapeCreate(path("tree"), shape::kArc));
+        const OpenDbfFile table(DbfCreate(path("tree")));
+        DbfAddField(table.get(), "PT_ID", kDbfString, 10, 0);
+        DbfAddField(table.get(), "NOTE", kDbfString, 40, 0);
+        DbfAddField(table.get(), "DBH", kDbfInteger, 6, 0);
+        const double x[] = {1, 2}, y[] = {3, 4};
+        for (int32_t i = 0; i < 3; ++i) {
+            const OwnedShape shape(
+                ShapeCreateObject(shape::kArc, -1, 1, nullptr, nullptr, 2, x, y, nullptr, nullptr, 0));
+            ShapeWriteObject(shapes.get(), -1, shape.get());
+            DbfWriteStringAttribute(table.get(), i, 0, std::to_string(16 + i));
+            DbfWriteStringAttribute(table.get(), i, 1, note);
+            DbfWriteIntegerAttribute(table.get(), i, 2, i);
+        }
+    };
+    auto import = [&] {
+        ui_.answerFile(path("tree.shp"));
+        answer(148, {click("Select SHP File"), {ui::Step::Kind::Text, "1015", "TREES"}, show(), click("1")});
+        return lisp("(cf:gis_smart_prompting 11)");
+    };
+    ui_.allowClash("Create Ne&w Points in CRD File; Over&write Points in CRD File; ");
+    lisp("(cf:gis_smart_prompting 2 2 \"" + server().connect() + "\")");
+    // A table of numbers for keys, made by others: they become texts and keep their values.
+    server().answer(
+        "CREATE SCHEMA survey CREATE TABLE tree (pt_id integer, note varchar(9), dbh integer); "
+        "INSERT INTO survey.tree VALUES (17, 'old', 9)");
+    makeSet("O'Neil's größte");
+    EXPECT_EQ(import(), "nil");
+    EXPECT_EQ(boxes(), "");
+    EXPECT_EQ(record("pt_id, gis_key, note, dbh"),
+              "16|TREE|O'Neil's |\n17|TREE|O'Neil's |9\n18|TREE|O'Neil's |\n");
+    EXPECT_TRUE(shown("Records of the table TREE that came from elsewhere have ids of this set: 1."));
+    EXPECT_NE(lisp("(cdr (assoc -3 (entget (entlast) '(\"ZGEO_GIS_2000\"))))").find(withoutPassword()),
+              std::string::npos);
+    // A table that is not there, twice.
+    server().answer("DROP TABLE survey.tree");
+    for (const char* note : {"first", "second"}) {
+        makeSet(note);
+        EXPECT_EQ(import(), "nil");
+        EXPECT_EQ(boxes(), "");
+        EXPECT_EQ(record("pt_id, gis_key, note, dbh"),
+                  std::string("16|TREE|") + note + "|0\n17|TREE|" + note + "|1\n18|TREE|" + note + "|2\n");
+    }
+    // What the server refuses takes the drawing back too.
+    server().answer("ALTER TABLE survey.tree ADD CHECK (note <> 'third')");
+    makeSet("third");
+    const std::string last = lisp("(entlast)");
+    EXPECT_EQ(import(), "nil");
+    EXPECT_EQ(lisp("(entlast)"), last);
+    EXPECT_EQ(record("note"), "second\nsecond\nsecond\n");
+    EXPECT_EQ(loggedText().find(PostgresServer::kPassword), std::string::npos);
 }
 
 TEST_F(Postgres, AStatementThatBreaksLeavesTheRecordAsItWas) {
