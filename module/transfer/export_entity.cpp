@@ -63,7 +63,8 @@ void readLink(const resbuf* groups, Outputs& outputs, ExportEntity& entity) {
     if (strings.size() < 5 || !text::equalNoCase(text::trim(strings[3]), "PT_ID")) return;
     const std::string output(text::trim(strings[1]));
     if (output.empty() || !outputs.isThere(output)) return;
-    entity.link = {strings[0], output, entity.feature, "PT_ID", std::string(text::trim(strings[4]))};
+    entity.link = {dao::DatabasePath(strings[0]), dao::DatabasePath(output), entity.feature, "PT_ID",
+                   std::string(text::trim(strings[4]))};
 }
 
 template <typename Wanted>

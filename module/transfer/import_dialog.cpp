@@ -463,7 +463,7 @@ void ImportDialog::onOk() {
         request_.lightPolylines = get<ui::CheckBox>(kLightPolylines).checked();
     }
     if (find(kHeightFields)->enabled()) request_.elevationField = get<ui::List>(kHeightFields).selected();
-    writeState(request_.outputPath, state::kOutputPath);
+    writeState(dao::DatabasePath(request_.outputPath), state::kOutputPath);
     writeState(request_.shapePath, state::kShapeFile);
     writeState(pointFolder_, state::kCoordinateFolder);
     writeState(request_.overwritePoints ? "1" : "0", state::kShapeImportOption);

@@ -131,7 +131,8 @@ bool PolylineImport::drawPart(const Part& part, const std::string& id, ImportRep
         return false;
     }
     ++report.polylines;
-    const GisLink link{request_.templatePath, request_.outputPath, request_.table, "PT_ID", id};
+    const GisLink link{dao::DatabasePath(request_.templatePath), dao::DatabasePath(request_.outputPath),
+                       request_.table, "PT_ID", id};
     if (!LinkNewEntity(*polyline.get(), link)) ++report.linksRefused;
     return true;
 }

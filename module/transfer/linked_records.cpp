@@ -136,7 +136,7 @@ namespace {
 // where the output has neither.
 std::string tableOf(const CDaoDatabase& output, const GisLink& link) {
     const std::string own = FindUserTable(output, link.featureName);
-    if (!own.empty() || !files::exists(link.templatePath)) return own;
+    if (!own.empty() || !files::exists(link.templatePath.text())) return own;
     std::string told;
     WithDatabase(link.templatePath, [&](CDaoDatabase& database) {
         if (!FindUserTable(database, "ZGEO_LINKS").empty())
@@ -152,7 +152,7 @@ bool LinkedRecords::read(std::span<ExportEntity* const> entities, const GoOn& go
     std::map<std::string, Entities> byDatabase;  // paths are the same in any case of letters
     for (ExportEntity* entity : entities)
         if (entity->isLinked())
-            byDatabase[text::upper(files::native(entity->link.outputPath))].push_back(entity);
+            byDatabase[text::upper(files::native(entity->link.outputPath.text()))].push_back(entity);
     for (const auto& [path, linked] : byDatabase)
         if (!ended_) readDatabase(linked.front()->link.outputPath, linked, goOn);
     return !ended_;

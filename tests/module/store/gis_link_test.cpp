@@ -105,7 +105,7 @@ TEST_F(GisLinks, ARecordWithAGapIsReadWholeAndWrittenAsFarAsTheGap) {
     GisLink link;
     EXPECT_EQ(ReadGisLink(entity, link), LinkState::kFound);
     EXPECT_EQ(link.featureName + link.keyField + link.keyValue, "FKV");
-    EXPECT_EQ(WriteGisLink(entity, {"T", "O", "F", "K", "V"}), RTNORM);
+    EXPECT_EQ(WriteGisLink(entity, {dao::DatabasePath("T"), dao::DatabasePath("O"), "F", "K", "V"}), RTNORM);
     EXPECT_EQ(data(), "1001=ZGEO_GIS_2000 1002={ 1000=T 1000=O 1000=f 1000=k 1000=v 1002=} ");
 }
 
