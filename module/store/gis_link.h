@@ -27,7 +27,8 @@ enum class LinkState {
                  // trimmed
 };
 
-// The strings of a link as they stand, in a list that acdbEntGetX gave for the application; none without a link.
+// The strings of a link as they stand, in a list that acdbEntGetX gave for the application; none without a
+// link.
 std::vector<std::string> LinkStrings(const resbuf* groups);
 // RTNORM when an entity carries a whole link, RTERROR otherwise.
 int HasGisLink(const ads_name entity);

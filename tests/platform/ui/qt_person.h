@@ -39,8 +39,12 @@ class QtPerson {
     static W* child(int id) {
         return window() ? window()->findChild<W*>(QString::number(id)) : nullptr;
     }
-    // A window that has just been opened takes a moment until it has the keyboard.
-    static bool keyboardIsTaken() { return QApplication::focusWidget() != nullptr; }
+    // A window that has just been opened takes a moment until it has the keyboard. Off the screen no window
+    // manager gives it back to a window when the one above it has gone.
+    static bool keyboardIsTaken() {
+        if (!QApplication::focusWidget() && window()) window()->activateWindow();
+        return QApplication::focusWidget() != nullptr;
+    }
     static Action press(Qt::Key key, Qt::KeyboardModifiers with = Qt::NoModifier) {
         return Action(
             [=] {
