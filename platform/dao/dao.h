@@ -179,6 +179,9 @@ class CDaoTableDef {
     void DeleteField(const std::string& name);
     void DeleteField(int index);
 
+    // Makes fields of a table that exists its primary key.
+    void CreatePrimaryKey(const std::vector<std::string>& fields);
+
     int GetFieldCount() const;
     void GetFieldInfo(int index, CDaoFieldInfo& info) const;
     void GetFieldInfo(const std::string& name, CDaoFieldInfo& info) const;

@@ -58,6 +58,8 @@ class Connection {
     virtual void renameTable(const std::string& table, const std::string& newName) = 0;
     virtual void createField(const std::string& table, const CDaoFieldInfo& field) = 0;
     virtual void deleteField(const std::string& table, const std::string& field) = 0;
+    // An engine that makes no primary keys throws.
+    virtual void createPrimaryKey(const std::string& table, const std::vector<std::string>& fields);
     // Makes an index by which records are found by these text fields without regard to case. An engine that
     // finds them fast enough without one makes none.
     virtual void indexForSearch(const std::string& /*table*/, const std::vector<std::string>& /*fields*/) {}

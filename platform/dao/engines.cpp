@@ -80,6 +80,10 @@ std::shared_ptr<Connection> Engine::create(const std::string&, const std::string
     throw CDaoException("This engine makes no new files.");
 }
 
+void Connection::createPrimaryKey(const std::string& table, const std::vector<std::string>&) {
+    throw CDaoException("The table " + table + " cannot get a primary key in a database of this kind.");
+}
+
 CompactReport Engine::compact(const Source&, const CompactProgress&) {
     throw CDaoException("A database of this kind cannot be compacted.");
 }

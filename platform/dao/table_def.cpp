@@ -27,6 +27,12 @@ void CDaoTableDef::Append() {
     reload();
 }
 
+void CDaoTableDef::CreatePrimaryKey(const std::vector<std::string>& fields) {
+    requireOpen();
+    database_->connection().createPrimaryKey(name_, fields);
+    changed_ = true;
+}
+
 void CDaoTableDef::Open(const std::string& name) {
     Close();
     CDaoTableDefInfo info;

@@ -144,6 +144,21 @@ void AccessConnection::createTable(const std::string& table, const std::vector<C
     changeSchema([&] { db_.createTable(table, columns); });
 }
 
+void AccessConnection::createPrimaryKey(const std::string& table, const std::vector<std::string>& fields) {
+    changeSchema([&] {
+        jet::Index index;
+        index.name = "PrimaryKey";
+        index.unique = index.primary = true;
+        const std::vector<CDaoFieldInfo>& present = this->table(table)->fields();
+        for (const std::string& name : fields) {
+            int field = findField(present, name);
+            if (field < 0) noSuchField(name);
+            index.columns.push_back({present[static_cast<size_t>(field)].name});
+        }
+        db_.createIndex(table, index);
+    });
+}
+
 void AccessConnection::deleteTable(const std::string& table) {
     changeSchema([&] { db_.dropTable(table); });
 }

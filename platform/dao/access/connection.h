@@ -43,6 +43,7 @@ class AccessConnection : public FileConnection, public std::enable_shared_from_t
     std::vector<CDaoTableDefInfo> tables() override;
     std::vector<CDaoFieldInfo> fields(const std::string& table) override;
     void createTable(const std::string& table, const std::vector<CDaoFieldInfo>& fields) override;
+    void createPrimaryKey(const std::string& table, const std::vector<std::string>& fields) override;
     void deleteTable(const std::string& table) override;
     void renameTable(const std::string& table, const std::string& newName) override;
     void createField(const std::string& table, const CDaoFieldInfo& field) override;

@@ -6,6 +6,7 @@
 
 #include "platform/dao/dao.h"
 #include "platform/dao/sql_tokens.h"
+#include "platform/text/text.h"
 
 namespace jet {
 namespace {
@@ -61,40 +62,77 @@ class Definition {
   public:
     void add(const Token& token) { tokens_.push_back(token); }
 
+    // Takes the words PRIMARY KEY off, with the name of the constraint in front of them; the columns that
+    // they make the key. Those of the table's own stand in parentheses.
+    std::vector<std::string> takeKey() {
+        size_t word = 0;
+        while (word < tokens_.size() && !(tokens_[word].is("PRIMARY") && isAt(behindBlanks(word + 1), "KEY")))
+            ++word;
+        if (word == tokens_.size()) return {};
+        std::vector<std::string> names;
+        size_t end = behindBlanks(word + 1) + 1;
+        if (isConstraint()) {
+            for (; end < tokens_.size(); ++end)
+                if (isName(tokens_[end])) names.push_back(tokens_[end].text);
+        } else {
+            names.push_back(tokens_[behindBlanks(0)].text);
+        }
+        size_t begin = word;
+        if (size_t named = wordBefore(wordBefore(word)); isAt(named, "CONSTRAINT")) begin = named;
+        tokens_.erase(at(begin), at(end));
+        return names;
+    }
+
+    bool isEmpty() const { return behindBlanks(0) == tokens_.size(); }
+
     std::string written() const {
         size_t name = behindBlanks(0);
-        if (name == tokens_.size() || isOneOf(tokens_[name], kConstraints)) return text(0, tokens_.size());
+        if (isConstraint()) return text(0, tokens_.size());
         size_t type = behindBlanks(name + 1);
-        std::string word(type < tokens_.size() ? tokens_[type].whole : std::string_view());
-        auto known = std::find_if(std::begin(kTypes), std::end(kTypes), [&](const ColumnType& t) {
-            return type < tokens_.size() && tokens_[type].is(t.word);
-        });
+        std::string typed(type < tokens_.size() ? tokens_[type].whole : std::string_view());
+        auto known = std::find_if(std::begin(kTypes), std::end(kTypes),
+                                  [&](const ColumnType& t) { return isAt(type, t.word); });
         if (known == std::end(kTypes))
-            throw CDaoException(word.empty() ? "The column " + tokens_[name].text + " has no type."
-                                             : "\"" + word + "\" is no type of a column.");
+            throw CDaoException(typed.empty() ? "The column " + tokens_[name].text + " has no type."
+                                              : "\"" + typed + "\" is no type of a column.");
         size_t behind = type + 1;
         // DOUBLE PRECISION and CHARACTER VARYING say no more than their first word.
         size_t second = behindBlanks(behind);
-        if (second < tokens_.size() && (tokens_[second].is("PRECISION") || tokens_[second].is("VARYING")))
-            behind = second + 1;
-        std::string before = text(0, type);
-        if (known->written != kCounter)
-            return before + std::string(known->written) + text(behind, tokens_.size());
-        return before + "INTEGER PRIMARY KEY AUTOINCREMENT" + text(behindKey(behind), tokens_.size());
+        if (isAt(second, "PRECISION") || isAt(second, "VARYING")) behind = second + 1;
+        const size_t end = tokens_.size();
+        // INTEGER ... AUTOINCREMENT is a counter too, in the words of SQLite.
+        const size_t word = find(behind, "AUTOINCREMENT");
+        if (known->written != kCounter && (known->written != "INTEGER" || word == end))
+            return text(0, type) + std::string(known->written) + text(behind, end);
+        return text(0, type) + "INTEGER PRIMARY KEY AUTOINCREMENT" + text(behind, word) + text(word + 1, end);
     }
 
   private:
+    static bool isName(const Token& token) {
+        return token.kind == Token::kWord || token.kind == Token::kName;
+    }
+    bool isAt(size_t i, std::string_view word) const { return i < tokens_.size() && tokens_[i].is(word); }
+    bool isConstraint() const {
+        size_t first = behindBlanks(0);
+        return first == tokens_.size() || isOneOf(tokens_[first], kConstraints);
+    }
     size_t behindBlanks(size_t i) const {
         while (i < tokens_.size() && tokens_[i].kind == Token::kBlank) ++i;
         return i;
     }
-
-    // Behind the words PRIMARY KEY and AUTOINCREMENT, which a counter may have of its own.
-    size_t behindKey(size_t i) const {
-        for (const char* word : {"PRIMARY", "KEY", "AUTOINCREMENT"})
-            if (size_t next = behindBlanks(i); next < tokens_.size() && tokens_[next].is(word)) i = next + 1;
+    // The first token from one on that is a word; the number of tokens where there is none.
+    size_t find(size_t i, std::string_view word) const {
+        while (i < tokens_.size() && !tokens_[i].is(word)) ++i;
         return i;
     }
+    // The token in front of one that is no blank; the number of tokens where there is none.
+    size_t wordBefore(size_t i) const {
+        if (i > tokens_.size()) return i;
+        while (i-- > 0)
+            if (tokens_[i].kind != Token::kBlank) return i;
+        return tokens_.size();
+    }
+    std::vector<Token>::iterator at(size_t i) { return tokens_.begin() + static_cast<std::ptrdiff_t>(i); }
 
     std::string text(size_t begin, size_t end) const {
         std::string out;
@@ -107,21 +145,29 @@ class Definition {
 
 }  // namespace
 
-std::string withKnownTypes(std::string_view definitions) {
-    std::string out;
+Definitions readDefinitions(std::string_view definitions) {
+    Definitions read;
+    std::vector<std::string> written;
     Definition definition;
     int depth = 0;
     for (const Token& token : dao::sqlTokens(definitions, kDialect)) {
         bool opens = token.isSymbol("("), closes = token.isSymbol(")");
         bool ends = depth == 1 && (token.isSymbol(",") || closes);
-        if (ends) out += std::exchange(definition, {}).written();
-        if (depth >= 1 && !ends)
+        if (ends) {
+            std::vector<std::string> key = definition.takeKey();
+            if (!key.empty() && !read.primaryKey.empty()) throw CDaoException("A table has one primary key.");
+            if (!key.empty()) read.primaryKey = std::move(key);
+            if (!definition.isEmpty()) written.push_back(definition.written());
+            definition = {};
+            if (closes) read.columns += text::join(written, ",") + ")";
+        } else if (depth >= 1) {
             definition.add(token);
-        else
-            out += token.whole;
+        } else {
+            read.columns += token.whole;
+        }
         depth += opens ? 1 : closes ? -1 : 0;
     }
-    return out;
+    return read;
 }
 
 }  // namespace jet

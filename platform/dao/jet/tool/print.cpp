@@ -190,7 +190,7 @@ void printJson(Database& database, const std::string& table, std::ostream& out) 
 
 void printRecords(CDaoDatabase& database, const std::string& sql, std::ostream& out) {
     CDaoRecordset records(&database);
-    for (records.Open(dbOpenSnapshot, sql); !records.IsEOF(); records.MoveNext()) {
+    for (records.Open(dbOpenDynaset, sql); !records.IsEOF(); records.MoveNext()) {
         for (int i = 0; i < records.GetFieldCount(); ++i) {
             Value value = records.GetFieldValue(i);
             std::string text = std::visit(Print(), value.content()).text;

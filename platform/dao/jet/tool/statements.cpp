@@ -69,10 +69,10 @@ class Words {
     size_t at_ = 0;
 };
 
-// The fields that definitions of columns in parentheses describe. SQLite reads them.
-std::vector<CDaoFieldInfo> describedFields(const std::string& definitions) {
+// The fields that definitions of columns describe. SQLite reads them.
+std::vector<CDaoFieldInfo> describedFields(const Definitions& definitions) {
     dao::sqlite::Handle db = dao::sqlite::openMemory();
-    dao::sqlite::Statement(db.get(), "CREATE TABLE x" + withKnownTypes(definitions)).run();
+    dao::sqlite::Statement(db.get(), "CREATE TABLE x" + definitions.columns).run();
     return dao::sqlite::describeTable(db.get(), "x");
 }
 
@@ -82,8 +82,12 @@ bool define(CDaoDatabase& database, const std::string& sql) {
         if (!words.take("TABLE")) throw CDaoException("Only tables can be created: " + sql);
         CDaoTableDef table(&database);
         table.Create(words.name());
-        for (const CDaoFieldInfo& field : describedFields(words.rest())) table.CreateField(field);
+        const Definitions definitions = readDefinitions(words.rest());
+        for (const CDaoFieldInfo& field : describedFields(definitions)) table.CreateField(field);
+        CDaoFieldInfo keyField;
+        for (const std::string& name : definitions.primaryKey) table.GetFieldInfo(name, keyField);
         table.Append();
+        if (!definitions.primaryKey.empty()) table.CreatePrimaryKey(definitions.primaryKey);
     } else if (words.take("DROP")) {
         if (!words.take("TABLE")) throw CDaoException("Only tables can be dropped: " + sql);
         database.DeleteTableDef(words.name());
@@ -94,10 +98,14 @@ bool define(CDaoDatabase& database, const std::string& sql) {
         bool adds = words.take("ADD");
         if (!adds && !words.take("DROP")) throw CDaoException("ADD or DROP is expected: " + sql);
         words.take("COLUMN");
-        if (adds)
-            table.CreateField(describedFields("(" + words.rest() + ")").at(0));
-        else
+        if (!adds) {
             table.DeleteField(words.name());
+        } else {
+            const Definitions definitions = readDefinitions("(" + words.rest() + ")");
+            if (!definitions.primaryKey.empty())
+                throw CDaoException("A column that is added to a table cannot be its primary key.");
+            table.CreateField(describedFields(definitions).at(0));
+        }
     } else {
         return false;
     }

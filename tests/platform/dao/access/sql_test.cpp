@@ -281,16 +281,49 @@ TEST_F(JetProgram, KnowsTheTypesOfColumnsAndRefusesWhatIsNone) {
                   "X BINARY (10), O LONGBINARY, T MEMO, \\\"a,b\\\" TEXT(5))"),
               "");
     EXPECT_EQ(sql("ALTER TABLE T ADD COLUMN Z YESNO"), "");
-    EXPECT_EQ(jet("schema"),
-              "T\n  ID  Long, autonumber\n  L 1  Long\n  S  Single\n  Y  Yes/No, required\n  N  Integer\n  B "
-              " Byte\n"
-              "  M  Currency\n  D  Double, default 2.5\n  W  Date/Time\n  G  GUID\n  C  Text(30)\n"
-              "  X  Binary(10)\n  O  OLE\n  T  Memo\n  a,b  Text(5)\n  Z  Yes/No\n");
+    EXPECT_EQ(
+        jet("schema"),
+        "T\n  ID  Long, autonumber\n  L 1  Long\n  S  Single\n  Y  Yes/No, required\n  N  Integer\n  B "
+        " Byte\n"
+        "  M  Currency\n  D  Double, default 2.5\n  W  Date/Time\n  G  GUID\n  C  Text(30)\n"
+        "  X  Binary(10)\n  O  OLE\n  T  Memo\n  a,b  Text(5)\n  Z  Yes/No\n  primary key PrimaryKey (ID)\n");
     EXPECT_EQ(sql("CREATE TABLE U (A TEXT(5), B LNG)"), "\"LNG\" is no type of a column.\n");
     EXPECT_EQ(sql("CREATE TABLE U (A POINT)"), "\"POINT\" is no type of a column.\n");
     EXPECT_EQ(sql("CREATE TABLE U (A, B LONG)"), "The column A has no type.\n");
     EXPECT_EQ(sql("ALTER TABLE T ADD COLUMN V LNG"), "\"LNG\" is no type of a column.\n");
     EXPECT_EQ(jet("tables"), "T\n");
+}
+
+TEST_F(JetProgram, MakesAPrimaryKey) {
+    jet("create");
+    const struct {
+        std::string table, columns, key;
+    } cases[] = {{"A", "ID LONG PRIMARY KEY, B TEXT(9)", "ID"},
+                 {"B", "N LONG, [the id] TEXT(9) NOT NULL CONSTRAINT pk PRIMARY KEY", "the id"},
+                 {"C", "ID COUNTER, B LONG, C TEXT(9), CONSTRAINT pk PRIMARY KEY (C, b)", "C, B"},
+                 {"D", "PRIMARY KEY(ID), ID COUNTER", "ID"},
+                 {"E", "ID COUNTER, B LONG", ""},
+                 {"F", "ID INTEGER NOT NULL PRIMARY KEY AUTOINCREMENT, B LONG", "ID"}};
+    for (const auto& c : cases) {
+        EXPECT_EQ(sql("CREATE TABLE " + c.table + " (" + c.columns + ")"), "") << c.columns;
+        EXPECT_EQ(jet("schema", c.table).find("primary key") == std::string::npos, c.key.empty())
+            << c.columns;
+        EXPECT_NE(
+            jet("schema", c.table).find(c.key.empty() ? "" : "  primary key PrimaryKey (" + c.key + ")\n"),
+            std::string::npos)
+            << jet("schema", c.table);
+    }
+    EXPECT_EQ(sql("INSERT INTO A VALUES (1, 'x'); INSERT INTO A VALUES (2, 'x')"), "");
+    EXPECT_NE(sql("INSERT INTO A VALUES (2, 'y')"), "") << "the key is there";
+    EXPECT_NE(sql("INSERT INTO A (B) VALUES ('z')"), "") << "a key is never empty";
+    EXPECT_EQ(sql("SELECT ID, B FROM A ORDER BY ID"), "1|x\n2|x\n");
+    EXPECT_EQ(jet("check"), "");
+    EXPECT_EQ(sql("CREATE TABLE X (A LONG PRIMARY KEY, B LONG PRIMARY KEY)"),
+              "A table has one primary key.\n");
+    EXPECT_NE(sql("CREATE TABLE X (A LONG, PRIMARY KEY (B))").find("B"), std::string::npos);
+    EXPECT_EQ(sql("ALTER TABLE E ADD COLUMN C LONG PRIMARY KEY"),
+              "A column that is added to a table cannot be its primary key.\n");
+    EXPECT_EQ(jet("tables"), "A\nB\nC\nD\nE\nF\n");
 }
 
 TEST_F(JetProgram, TakesBytesAndMoneyAsTheyAre) {
@@ -306,6 +339,8 @@ TEST_F(JetProgram, TakesBytesAndMoneyAsTheyAre) {
     EXPECT_EQ(jet("dump", "T"),
               "ID,X,O,M,R\n1,\"00FF41\",\"0102\",922337203685477.5807,0.12345678901234568\n"
               "2,,,-922337203685477.5808,-1.5\n3,\"FF\",,1234567890123.4561,\n4,,,0.0001,\n5,,,1000.0000,\n");
+    EXPECT_EQ(sql("SELECT M FROM T WHERE ID < 4 ORDER BY ID"),
+              "922337203685477.5807\n-922337203685477.5808\n1234567890123.4561\n");
     EXPECT_EQ(sql("SELECT COUNT(*) FROM T WHERE M > 1234567890123.4560999 AND R < 1"), "1\n");
     EXPECT_NE(sql("INSERT INTO T (ID, M) VALUES (6, 922337203685477.5808)"), "") << "that is too much";
     EXPECT_NE(sql("INSERT INTO T (ID, X) VALUES (6, X'0G')"), "");
