@@ -49,6 +49,45 @@ TEST_F(Commands, TheFeatureIsProposedByTheLayerWithOrWithoutAnS) {
     }
 }
 
+// A survey point is what it is described as, in any case and with digits behind; another block what its name
+// says, before its layer.
+TEST_F(Commands, TheFeatureOfABlockIsItsDescriptionOrItsName) {
+    const auto block = [&](const std::string& name) {
+        lisp("(progn (entmake '((0 . \"BLOCK\") (2 . \"" + name +
+             "\") (70 . 2) (10 0.0 0.0 0.0)))"
+             "(entmake '((0 . \"POINT\") (10 0.0 0.0 0.0))) (entmake '((0 . \"ENDBLK\"))))");
+    };
+    const auto point = [&](const std::string& description) {
+        lisp(
+            "(progn (entmake '((0 . \"INSERT\") (2 . \"SRVPNO1\") (66 . 1) (8 . \"MANHOLES\") (10 1.0 2.0 "
+            "3.0)))"
+            "(entmake '((0 . \"ATTRIB\") (2 . \"PT#\") (1 . \"17\") (70 . 0) (10 1.0 2.0 3.0) (40 . 1.0)))"
+            "(entmake '((0 . \"ATTRIB\") (2 . \"DESC2\") (1 . \"" +
+            description +
+            "\") (70 . 0) (10 1.0 2.0 3.0) (40 . 1.0)))"
+            "(entmake '((0 . \"SEQEND\"))) (setq ent (entlast)))");
+        ASSERT_EQ(lisp("(cdr (assoc 0 (entget ent)))"), "\"INSERT\"");
+    };
+    const auto proposed = [&](const std::string& feature) {
+        ui_.clearLog();
+        answer(134, {show(), click("Cancel")});
+        lisp("(c:gis-prompt)");
+        return shown("drop-down \"" + feature + "\" of");
+    };
+    block("SRVPNO1"), block("Poles"), block("X");
+    for (const char* description : {"TREE", "tree", "Tree", "tree12"}) {
+        point(description);
+        EXPECT_TRUE(proposed("TREE")) << description;
+    }
+    point("oak");
+    EXPECT_TRUE(proposed("(no feature)")) << "and never the first of the template";
+    EXPECT_NE(printed().find("The feature oak is not defined"), std::string::npos);
+    makeOn("MANHOLE", "(0 . \"INSERT\") (2 . \"Poles\") (10 1.0 2.0 3.0)");
+    EXPECT_TRUE(proposed("POLE"));
+    makeOn("MANHOLE", "(0 . \"INSERT\") (2 . \"X\") (10 1.0 2.0 3.0)");
+    EXPECT_TRUE(proposed("MANHOLE"));
+}
+
 TEST_F(Commands, ASaveIsCalledLinkedOnlyWhenItIs) {
     makeOn("TREE");
     answer(134, {cell(2, "14"), click("OK")});
