@@ -95,6 +95,10 @@ void Grid::cellChanged(int column, int row) {
     if (has(column, row)) changed({column, row});
 }
 
+void Grid::rowsMoved() {
+    if (own_.hasHeadings()) ++headingChanges_;
+}
+
 void Grid::keepActiveInside() {
     if (has(active_.column, active_.row)) return;
     active_ = {};
@@ -117,6 +121,7 @@ void Grid::setColumns(int count) {
 void Grid::setRows(int count) {
     assert(hasOwnCells());
     own_.setRows(std::max(count, 0));
+    rowsMoved();
     types_.clearRows(rows() + 1, std::numeric_limits<int>::max());
     colours_.clearRows(rows() + 1, std::numeric_limits<int>::max());
     if (rows() == 0) {
@@ -131,6 +136,7 @@ void Grid::insertRow(int before) {
     assert(hasOwnCells());
     before = std::clamp(before, 1, rows() + 1);
     own_.insertRow(before);
+    rowsMoved();
     types_.insertRow(before);
     colours_.insertRow(before);
     changed();
@@ -140,6 +146,7 @@ void Grid::removeRow(int row) {
     assert(hasOwnCells());
     if (row < 1 || row > rows()) return;
     own_.removeRow(row);
+    rowsMoved();
     types_.removeRow(row);
     colours_.removeRow(row);
     keepActiveInside();
@@ -150,6 +157,7 @@ void Grid::swapRows(int row, int other) {
     assert(hasOwnCells());
     if (!has(1, row) || !has(1, other) || row == other) return;
     own_.swapRows(row, other);
+    rowsMoved();
     types_.swapRows(row, other);
     colours_.swapRows(row, other);
     changed();
@@ -172,10 +180,14 @@ Cell Grid::cell(int column, int row) const {
 }
 
 std::string Grid::text(int column, int row) const {
+    if (row == 0) return column <= columns_ ? columnHeading(column) : std::string();
+    if (column == 0) return rowHeading(row);
     return has(column, row) ? source_->text(column, row) : std::string();
 }
 
 void Grid::setText(int column, int row, std::string text) {
+    if (row == 0) return setColumnHeading(column, std::move(text));
+    if (column == 0) return setRowHeading(row, std::move(text));
     if (!has(column, row) || source_->text(column, row) == text) return;
     source_->setText(column, row, std::move(text));
     const CellPosition at{column, row};
@@ -218,6 +230,11 @@ void Grid::setColours(int column, int row, int background, int foreground) {
     changed(at);
 }
 
+void Grid::setSelectionColours(int background, int foreground) {
+    selectionColours_ = {background, foreground};
+    changed();
+}
+
 const std::string& Grid::columnHeading(int column) const {
     return headings_[static_cast<size_t>(std::clamp(column, 0, columns_))];
 }
@@ -225,6 +242,15 @@ const std::string& Grid::columnHeading(int column) const {
 void Grid::setColumnHeading(int column, std::string text) {
     if (column < 0 || column > columns_ || headings_[static_cast<size_t>(column)] == text) return;
     headings_[static_cast<size_t>(column)] = std::move(text);
+    ++headingChanges_;
+    changed();
+}
+
+void Grid::setRowHeading(int row, std::string text) {
+    assert(hasOwnCells());
+    if (row < 1 || row > rows() || own_.rowHeading(row) == text) return;
+    own_.setRowHeading(row, std::move(text));
+    ++headingChanges_;
     changed();
 }
 
@@ -321,6 +347,7 @@ bool Grid::undo() {
     Contents before = std::move(history_.back());
     history_.pop_back();
     own_ = std::move(before.cells);
+    rowsMoved();
     types_ = std::move(before.types);
     colours_ = std::move(before.colours);
     active_ = before.active;

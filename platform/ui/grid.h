@@ -79,6 +79,7 @@ class Grid : public Control {
     }
     // Outside the grid an empty cell.
     Cell cell(int column, int row) const;
+    // Row 0 and column 0 are the headings.
     std::string text(int column, int row) const;
     void setText(int column, int row, std::string text);
     bool checked(int column, int row) const { return text(column, row) == "1"; }
@@ -90,11 +91,18 @@ class Grid : public Control {
     void setColumnType(int column, CellType type);
     CellColours colours(int column, int row) const;
     void setColours(int column, int row, int background, int foreground);
+    // Of the active cell's frame, and of the row that is marked as a whole.
+    CellColours selectionColours() const { return selectionColours_; }
+    void setSelectionColours(int background, int foreground);
 
     const std::string& columnHeading(int column) const;
     void setColumnHeading(int column, std::string text);
     // "" for a row that shows its number.
     std::string rowHeading(int row) const { return has(1, row) ? source_->rowHeading(row) : std::string(); }
+    // Of a grid with cells of its own. The heading goes with its row.
+    void setRowHeading(int row, std::string text);
+    // Another number whenever a heading may have changed.
+    int headingChanges() const { return headingChanges_; }
 
     // Widths in pixels, and in units of the font's average character.
     int columnWidth(int column) const;
@@ -161,6 +169,8 @@ class Grid : public Control {
 
     void changed();
     void changed(CellPosition at);
+    // Headings go with their rows.
+    void rowsMoved();
     // After rows have gone: the active cell is one that there is.
     void keepActiveInside();
     // Shows another text in the cell that is edited, beginning to edit it where that is not so.
@@ -181,6 +191,8 @@ class Grid : public Control {
     std::vector<int> widths_;
     CellMap<CellType> types_;  // where they differ from the column's
     CellMap<CellColours> colours_;
+    CellColours selectionColours_;
+    int headingChanges_ = 0;
     CellPosition active_;
     bool editing_ = false;
     std::string editText_;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/ui/grid_source.h"
@@ -13,6 +14,12 @@ class MemoryCells : public GridSource {
     int rows() const override { return static_cast<int>(rows_.size()); }
     std::string text(int column, int row) const override;
     void setText(int column, int row, std::string text) override;
+    std::string rowHeading(int row) const override { return rows_[static_cast<size_t>(row - 1)].heading; }
+    void setRowHeading(int number, std::string text) {
+        row(number).heading = std::move(text);
+        hasHeadings_ = true;
+    }
+    bool hasHeadings() const { return hasHeadings_; }
 
     // New cells are empty.
     void setColumns(int count);
@@ -21,12 +28,17 @@ class MemoryCells : public GridSource {
     void insertRow(int before);
     void removeRow(int row);
     void swapRows(int row, int other);
-    void clearRow(int row);
+    void clearRow(int row);  // the heading stays
 
   private:
-    std::vector<std::string>& row(int number) { return rows_[static_cast<size_t>(number - 1)]; }
+    struct Row {
+        std::vector<std::string> cells;  // up to the last with a content
+        std::string heading;
+    };
+    Row& row(int number) { return rows_[static_cast<size_t>(number - 1)]; }
 
-    std::vector<std::vector<std::string>> rows_;  // each up to its last cell with a content
+    std::vector<Row> rows_;
+    bool hasHeadings_ = false;
 };
 
 }  // namespace ui

@@ -50,7 +50,7 @@ class CellPainter : public QStyledItemDelegate {
         painter->save();
         // The active cell stands out where the keyboard is in the grid.
         const bool focused = option.widget->hasFocus();
-        painter->setPen(QPen(option.palette.color(focused ? QPalette::Highlight : QPalette::Mid),
+        painter->setPen(QPen(focused ? cells_.selectionColour() : option.palette.color(QPalette::Mid),
                              window_.scaled(focused ? 2 : 1)));
         painter->drawRect(option.rect.adjusted(1, 1, -2, -2));
         painter->restore();
@@ -84,11 +84,11 @@ QVariant GridCells::data(const QModelIndex& index, int role) const {
         case Qt::FontRole:
             return font_;
         case Qt::BackgroundRole:
-            if (isMarked(at)) return view_.palette().highlight();
+            if (isMarked(at)) return selectionColour();
             if (colours.background != kOwnColour) return QColor(QRgb(colours.background));
             return fixed ? QVariant(view_.palette().window()) : QVariant();
         case Qt::ForegroundRole:
-            if (isMarked(at)) return view_.palette().highlightedText();
+            if (isMarked(at)) return selectedTextColour();
             if (colours.foreground != kOwnColour) return QColor(QRgb(colours.foreground));
             return fixed ? QVariant(view_.palette().windowText()) : QVariant();
         default:
@@ -101,6 +101,21 @@ QVariant GridCells::headerData(int section, Qt::Orientation orientation, int rol
     if (orientation == Qt::Horizontal) return toQt(grid_.columnHeading(section + 1));
     const std::string heading = grid_.rowHeading(section + 1);
     return heading.empty() ? QVariant(section + 1) : QVariant(toQt(heading));
+}
+
+QColor GridCells::selectionColour() const {
+    const int own = grid_.selectionColours().background;
+    return own == kOwnColour ? view_.palette().color(QPalette::Highlight) : QColor(QRgb(own));
+}
+
+QColor GridCells::selectedTextColour() const {
+    const int own = grid_.selectionColours().foreground;
+    return own == kOwnColour ? view_.palette().color(QPalette::HighlightedText) : QColor(QRgb(own));
+}
+
+void GridCells::refreshHeadings() {
+    if (columns_ > 0) emit headerDataChanged(Qt::Horizontal, 0, columns_ - 1);
+    if (rows_ > 0) emit headerDataChanged(Qt::Vertical, 0, rows_ - 1);
 }
 
 Qt::ItemFlags GridCells::flags(const QModelIndex&) const {
@@ -163,9 +178,7 @@ GridView::GridView(Grid& grid, Dialog& dialog, DialogWindow& window)
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     verticalHeader()->setDefaultSectionSize(cells_->metrics().height() + window.scaled(8));
-    bool headed = false;
-    for (int column = 1; column <= grid.columns(); ++column) headed |= !grid.columnHeading(column).empty();
-    horizontalHeader()->setVisible(headed);
+    showHeadings();
     setMinimumSize(window.scaled(260), window.scaled(120));
 }
 
@@ -175,10 +188,20 @@ void GridView::refresh() {
     if (filling_ != grid_.filling()) columns_.forget();
     filling_ = grid_.filling();
     cells_->refresh();
+    if (headings_ != grid_.headingChanges()) showHeadings();
     columns_.see();
     if (const QModelIndex active = cells_->indexOf(grid_.active()); active.isValid()) scrollTo(active);
     followActive();
     refreshing_ = false;
+}
+
+void GridView::showHeadings() {
+    headings_ = grid_.headingChanges();
+    bool headed = false;
+    for (int column = 1; column <= grid_.columns(); ++column) headed |= !grid_.columnHeading(column).empty();
+    horizontalHeader()->setVisible(headed);
+    cells_->refreshHeadings();
+    updateGeometries();
 }
 
 void GridView::refreshCell(CellPosition at) {

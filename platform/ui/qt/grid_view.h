@@ -29,6 +29,9 @@ class GridCells : public QAbstractTableModel {
     // Takes over the grid's size and content, or a cell's.
     void refresh();
     void refreshCell(CellPosition at);
+    void refreshHeadings();
+    QColor selectionColour() const;
+    QColor selectedTextColour() const;
     const QFont& font() const { return font_; }
     const QFontMetrics& metrics() const { return metrics_; }
 
@@ -66,6 +69,7 @@ class GridView : public QTableView {
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
+    void showHeadings();
     // Makes the cell that is active in the model the current one, and edits it when the model does.
     void followActive();
     int neededWidth(CellPosition at) const;
@@ -92,6 +96,7 @@ class GridView : public QTableView {
     GridCells* cells_;
     SeenColumns columns_;
     int filling_ = 0;  // the model's, of which the columns are
+    int headings_ = 0;
     QPointer<QWidget> editor_;
     CellPosition edited_;
     // The list of the cell stands open because the cell is edited, so that Enter goes on from the cell.

@@ -138,7 +138,8 @@ std::string gridText(const Grid& grid) {
     if (grid.editing()) out += ", editing " + quoted(grid.editText());
     if (!grid.refusal().empty()) out += ", refused: " + grid.refusal();
     const Excerpt seen(1, grid.rows(), grid.active().row);
-    const bool rowsAreNamed = !grid.rowHeading(seen.from).empty();
+    bool rowsAreNamed = false;
+    for (int row = seen.from; row <= seen.to; ++row) rowsAreNamed |= !grid.rowHeading(row).empty();
     Table table;
     if (!grid.hasOwnCells()) {
         std::vector<std::string> headings(rowsAreNamed ? 1 : 0);

@@ -118,6 +118,35 @@ TEST(Grid, RowsAndTypesMoveTogether) {
     EXPECT_EQ(grid.active().row, 1);
 }
 
+TEST(Grid, HeadingsStandInRowAndColumnNought) {
+    ui::Grid grid(1, 2, 3);
+    grid.setText(2, 0, "HEIGHT");
+    grid.setText(0, 1, "-Mdb-");
+    grid.setText(0, 3, "-Note-");
+    EXPECT_EQ(grid.columnHeading(2), "HEIGHT");
+    EXPECT_EQ(grid.text(2, 0), "HEIGHT");
+    EXPECT_EQ(grid.text(0, 3), "-Note-");
+    EXPECT_EQ(grid.rowHeading(2), "");
+    // A heading goes where its row goes, and stays when the row is emptied.
+    grid.setText(1, 3, "oak");
+    int changes = grid.headingChanges();
+    grid.swapRows(2, 3);
+    grid.insertRow(1);
+    EXPECT_GT(grid.headingChanges(), changes);
+    EXPECT_EQ(grid.rowHeading(1) + grid.rowHeading(2) + grid.rowHeading(3), "-Mdb--Note-");
+    grid.clearRows(3, 3);
+    EXPECT_EQ(grid.text(0, 3) + grid.text(1, 3), "-Note-");
+    grid.rememberForUndo();
+    grid.removeRow(3);
+    EXPECT_EQ(grid.rowHeading(3), "");
+    EXPECT_TRUE(grid.undo());
+    EXPECT_EQ(grid.rowHeading(3), "-Note-");
+    // There is none outside the grid.
+    grid.setText(0, 5, "none"), grid.setText(3, 0, "none"), grid.setText(0, 0, "corner");
+    EXPECT_EQ(grid.text(0, 5) + grid.text(3, 0), "");
+    EXPECT_EQ(grid.text(0, 0), "corner");
+}
+
 TEST(Grid, WidthsAreMeasuredInTheGridsFont) {
     ui::Grid grid(1, 2, 1);
     grid.setFont({"Courier New", 16, 8, 400});

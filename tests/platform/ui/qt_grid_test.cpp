@@ -177,6 +177,36 @@ TEST_F(QtTables, AMarkedRowIsMarkedAsAWhole) {
     tables_.runModal();
 }
 
+TEST_F(QtTables, HeadingsAndTheSelectionLookAsTheyAreTold) {
+    ui::Dialog dialog(902, "Own cells");
+    auto& grid = dialog.add<ui::Grid>(kGrid, 2, 3);
+    dialog.setLayout(ui::column({ui::item(kGrid, 1)}));
+    grid.setMarksRows(true);
+    grid.setSelectionColours(0x204060, 0xF0F0A0);
+    int narrow = 0;
+    does({until([] { return table(kGrid) != nullptr; }, "grid"),
+          [&] {
+              narrow = table(kGrid)->verticalHeader()->width();
+              EXPECT_FALSE(table(kGrid)->horizontalHeader()->isVisible());
+              EXPECT_EQ(table(kGrid)->model()->headerData(1, Qt::Vertical), 2);
+              const QModelIndex marked = table(kGrid)->model()->index(0, 1);
+              EXPECT_EQ(marked.data(Qt::BackgroundRole).value<QColor>(), QColor(0x20, 0x40, 0x60));
+              EXPECT_EQ(marked.data(Qt::ForegroundRole).value<QColor>(), QColor(0xF0, 0xF0, 0xA0));
+              grid.setRowHeading(2, "-Note- of a tree");
+              grid.setColumnHeading(1, "HEIGHT");
+          },
+          [&] {
+              EXPECT_EQ(table(kGrid)->model()->headerData(1, Qt::Vertical).toString(), "-Note- of a tree");
+              EXPECT_GT(table(kGrid)->verticalHeader()->width(), narrow + 30) << "the heading has its room";
+              EXPECT_TRUE(table(kGrid)->horizontalHeader()->isVisible());
+              grid.setSelectionColours(ui::kOwnColour, ui::kOwnColour);
+              EXPECT_EQ(table(kGrid)->model()->index(0, 1).data(Qt::BackgroundRole).value<QColor>(),
+                        table(kGrid)->palette().color(QPalette::Highlight));
+          },
+          press(Qt::Key_Escape)});
+    dialog.runModal();
+}
+
 TEST_F(QtTables, RecordsOfAListAreChosen) {
     ui::List& list = tables_.get<ui::List>(kList);
     does({see(
