@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "platform/text/text.h"
 #include "platform/ui/backend.h"
 
 namespace norvane {
@@ -19,6 +20,21 @@ class ProgressDialog::Window : public ui::Dialog {
 
     static constexpr int kParts = 1000;  // of the bar
 };
+
+namespace {
+
+// A line that fits the window: of a long path the beginning and, more of it, the end.
+std::string fitted(const std::string& line) {
+    constexpr int kMost = 64, kBeginning = 20;
+    const int count = ui::characterCount(line);
+    if (count <= kMost) return line;
+    size_t beginning = 0, end = 0;
+    for (int n = 0; n < kBeginning; ++n) text::nextCodePoint(line, beginning);
+    for (int n = 0; n < count - (kMost - kBeginning - 3); ++n) text::nextCodePoint(line, end);
+    return line.substr(0, beginning) + "..." + line.substr(end);
+}
+
+}  // namespace
 
 ProgressDialog::ProgressDialog(std::string title, long total, Interrupted interrupted)
     : title_(std::move(title)), total_(total), interrupted_(std::move(interrupted)) {
@@ -50,7 +66,7 @@ void ProgressDialog::showStep(long done, const std::string& text) {
         window_ = std::make_unique<Window>(title_, total_ > 0);
         watched_ = window_->open();
     }
-    window_->get<ui::Label>(kText).setText(text);
+    window_->get<ui::Label>(kText).setText(fitted(text));
     if (total_ > 0)
         window_->get<ui::Progress>(kBar).setPosition(
             static_cast<int>(static_cast<double>(done) / static_cast<double>(total_) * Window::kParts));

@@ -51,6 +51,16 @@ TEST_F(ProgressTest, ShowsTheShareThatIsDoneAndEndsByCancel) {
     EXPECT_EQ(script_.log().back(), "dialog 1000 ended with Cancel");
 }
 
+TEST_F(ProgressTest, OfALongLineTheBeginningAndTheEndAreShown) {
+    script_.answer(1000, {{}});
+    ProgressDialog progress("Read", 2);
+    progress.step(1, "Reading \xC3\xA4" + std::string(80, '-') + "/jobs/\xC3\xA4mter/template.mdb");
+    EXPECT_NE(script_.log()[1].find(
+                  "\"Reading \xC3\xA4-----------...-----------------/jobs/\xC3\xA4mter/template.mdb\""),
+              std::string::npos)
+        << script_.log()[1];
+}
+
 TEST_F(ProgressTest, TheFramesButtonAndEscapeEndWorkOfUnknownLength) {
     for (ui::Step end : {ui::Step{ui::Step::Kind::Close}, ui::Step{ui::Step::Kind::Key, "", "Escape"}}) {
         script_.answer(1000, {{}, end});
