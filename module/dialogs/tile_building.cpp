@@ -220,6 +220,10 @@ void TileDialog::setAnchors(const std::string& name, double x, double y, double 
     tile.anchorX = x, tile.anchorY = y, tile.anchorWidth = width, tile.anchorHeight = height;
 }
 
+void TileDialog::setFont(const std::string& name, const ui::Font& font) {
+    if (ui::Control* shown = tileWindow(name)) shown->setOwnFont(font);
+}
+
 void TileDialog::setStretch(const std::string& name, bool stretch) {
     if (int index = find(name); index >= 0) tiles_[static_cast<size_t>(index)].stretch = stretch;
 }

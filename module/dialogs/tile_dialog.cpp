@@ -114,6 +114,8 @@ void TileDialog::show() {
     if (!window_) return;
     layout();
     window_->setSize(shownSize_);
+    window_->setMinimumSize(
+        {std::min(minimum_.width, shownSize_.width), std::min(minimum_.height, shownSize_.height)});
     placeControls();
     showPage();
     if (!window_->find(window_->focus())) focusNextTile(false);

@@ -85,6 +85,8 @@ class TileDialog {
     void setAction(const std::string& name, TileAction action, unsigned mask);
     void setAnchors(const std::string& name, double x, double y, double width, double height);
     void setStretch(const std::string& name, bool stretch);
+    // In place of the dialog's font, by which the tile is measured all the same.
+    void setFont(const std::string& name, const ui::Font& font);
     // Whether a keyboard button goes in front of each edit.
     void setPenInput(bool on) { penInput_ = on; }
 

@@ -1,9 +1,12 @@
 // The controls of a dialog as data: what they say, hold and allow. A view shows them and keeps in step.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "platform/ui/font.h"
 
 namespace ui {
 
@@ -58,6 +61,10 @@ class Control {
     // Tab stops here: there is something to be done in it.
     virtual bool isTabStop() const { return takesFocus(); }
 
+    // In place of the dialog's; given before the dialog is seen. A grid has one for its cells.
+    const std::optional<Font>& ownFont() const { return ownFont_; }
+    void setOwnFont(const Font& font) { ownFont_ = font; }
+
     Dialog* dialog() const { return dialog_; }
 
   protected:
@@ -72,6 +79,7 @@ class Control {
     std::string explanation_;
     bool enabled_ = true;
     bool visible_ = true;
+    std::optional<Font> ownFont_;
     Dialog* dialog_ = nullptr;
 };
 

@@ -87,6 +87,9 @@ class Dialog {
     void setFont(const Font& font) { font_ = font; }
     Size size() const { return size_; }  // of the inside; zero leaves it to the view
     void setSize(Size size) { size_ = size; }
+    // The smallest that a person can give it.
+    Size minimumSize() const { return minimumSize_; }
+    void setMinimumSize(Size size) { minimumSize_ = size; }
 
     // --- Running --------------------------------------------------------------------------------------
 
@@ -209,6 +212,7 @@ class Dialog {
     Layout layout_;
     std::map<int, Rect> rectangles_;
     Size size_;
+    Size minimumSize_;
     std::optional<Font> font_;
     DialogView* view_ = nullptr;
     bool running_ = false;

@@ -78,6 +78,7 @@ void DialogWindow::makeWidgets() {
         std::unique_ptr<ControlWidget> made = makeControlWidget(*control, dialog_, *this);
         made->widget()->setObjectName(QString::number(control->id()));
         made->widget()->installEventFilter(this);
+        if (control->ownFont()) made->widget()->setFont(qtFont(*control->ownFont()));
         widgets_[control->id()] = std::move(made);
     }
     // Labels lend their mnemonic to the control behind them.
@@ -197,6 +198,8 @@ void DialogWindow::placeRectangles(QBoxLayout& column) {
     showControls();
     Size size = dialog_.size();
     if (size.width > 0) resize(size.width, size.height + menuHeight());
+    const Size smallest = dialog_.minimumSize();
+    if (smallest.width > 0) setMinimumSize(smallest.width, smallest.height + menuHeight());
 }
 
 // --- From the model ---------------------------------------------------------------------------------------

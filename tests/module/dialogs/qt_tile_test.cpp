@@ -127,6 +127,7 @@ TEST(QtTilePages, TurnUnderAMenu) {
         tiles.listAdd("layer", "LOTS");
         tiles.setTile("layer", "0");
         tiles.setTile("bar", "40");
+        tiles.setFont("ok", {"Arial", 9, 0, 700});
         tiles.focusTile("layer");
         auto id = [&](const char* name) { return tiles.tileWindow(name)->id(); };
         // All that is seen lies inside the window, below the menu, and nothing on anything else but its
@@ -153,6 +154,18 @@ TEST(QtTilePages, TurnUnderAMenu) {
                  "the text of the drop-down is selected"),
              QtPerson::see([&] { return !QtPerson::child<QWidget>(id("sheet"))->isVisible(); }, "page 1"),
              QtPerson::see(isInOrder, "page 1 in order"), [] { QtPerson::savePicture(); },
+             QtPerson::see(
+                 [&] {
+                     return QtPerson::child<QWidget>(id("ok"))->font() == ui::qtFont({"Arial", 9, 0, 700});
+                 },
+                 "a font of its own"),
+             [] {
+                 // No smaller than the dialog asks for: 30 by 8 characters.
+                 const QSize before = QtPerson::window()->size();
+                 QtPerson::window()->resize(10, 10);
+                 EXPECT_GT(QtPerson::window()->width(), 150);
+                 QtPerson::window()->resize(before);
+             },
              [&] {
                  auto* bar = QtPerson::child<QTabBar>(id("tabs"));
                  QTest::mouseClick(bar, Qt::LeftButton, {}, bar->tabRect(1).center());
