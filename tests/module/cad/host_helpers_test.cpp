@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "module/cad/ads_owners.h"
+#include "module/cad/call.h"
 #include "tests/module/host_double.h"
 
 using namespace norvane;
@@ -47,6 +48,21 @@ TEST(HostHelpers, TheMeterIsForLongWalks) {
     EXPECT_EQ(walk(150), "");
     EXPECT_EQ(walk(151), "Audit 0-2 1 2 restored");
     EXPECT_EQ(walk(450), "Audit 0-4 1 2 3 4 restored");
+}
+
+TEST(HostHelpers, APointWithoutAHeightHasNone) {
+    const ads_point at = {1, 2, 3};
+    ResultBuffers list(acutBuildList(RTPOINT, at, RT3DPOINT, at, RTREAL, 4.0, 0));
+    ArgumentReader arguments(list.get());
+    ads_point flat, whole;
+    ASSERT_TRUE(arguments.point(flat));
+    ASSERT_TRUE(arguments.point(whole));
+    EXPECT_FALSE(arguments.point(flat)) << "a number is no point, and stays";
+    EXPECT_EQ(std::vector<double>(flat, flat + 3), (std::vector<double>{1, 2, 0}));
+    EXPECT_EQ(std::vector<double>(whole, whole + 3), (std::vector<double>{1, 2, 3}));
+    double number = 0;
+    EXPECT_TRUE(arguments.real(number));
+    EXPECT_EQ(number, 4.0);
 }
 
 TEST(HostHelpers, ItemsOfAListAreFoundByGroup) {

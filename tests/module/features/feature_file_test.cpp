@@ -218,4 +218,6 @@ TEST(FeatureChecks, TheFeatureNameIsToldUnlessTheSheetIsAtFault) {
               "1,1: There are empty strings in column <ATTRIBUTE (Abbr.)>!");
     EXPECT_EQ(messageOf(CheckForCategory("A.B", {})), "1,1: Cannot create an empty *.gis file!");
     EXPECT_EQ(messageOf(CheckForCategory("TREE", {attribute("A")})), "");
+    EXPECT_EQ(messageOf(CheckForCategory("TREE", {attribute("A", "x,y")})),
+              "1,2: Invalid characters <<,(comma)>> in <ATTRIBUTE (Full Name)>!");
 }

@@ -286,6 +286,8 @@ TEST_F(Editor, CategoriesAreRenamedMergedAndDeleted) {
     category("PLANTS"), name("utilities"), box("Yes");
     edit({menu("Category/Rename"), show()});
     EXPECT_EQ(categories(), "1|UTILITIES|NO_GIS\n1|UTILITIES|NO_GIS\n2|UTILITIES|TREE\n");
+    EXPECT_TRUE(shown("\n    > UTILITIES\n        TREE\n")) << "one category with the features of both";
+    EXPECT_FALSE(shown("\n      UTILITIES"));
     category("UTILITIES"), box("No"), box("Yes");
     edit({menu("Category/Delete")});
     EXPECT_NE(features(), "");
@@ -358,8 +360,9 @@ TEST_F(Editor, ADeletedFeatureTakesItsLinksWithIt) {
            "create table ZGEO_LINKS(GIS_NAME text, TABLE_NAME text, LPN_NAME text, IS_CURRENT text); "
            "insert into ZGEO_LINKS values('TREE','TREES',null,'YES'), ('POLE','POLES',null,'NO')");
     box("Yes"), box("Yes");
-    edit({tree("TREE"), menu("Feature/Delete")});
+    edit({tree("TREE"), menu("Feature/Delete"), show()});
     EXPECT_EQ(stored("select GIS_NAME from ZGEO_LINKS"), "POLE\n");
+    EXPECT_TRUE(shown("\n    > PLANTS\n")) << "the selection goes to what stood above it";
 }
 
 TEST_F(Editor, TheLastFeatureOfACategoryLeavesItsPlace) {
