@@ -88,6 +88,21 @@ TEST_F(Commands, TheFeatureOfABlockIsItsDescriptionOrItsName) {
     EXPECT_TRUE(proposed("MANHOLE"));
 }
 
+TEST_F(Commands, ASurveyPointHasItsNumberAsKeyAndItsDescriptionAsFeature) {
+    lisp(
+        "(entmake '((0 . \"BLOCK\") (2 . \"SRVPNO1\") (70 . 2) (10 0.0 0.0 0.0))) (entmake '((0 . "
+        "\"ENDBLK\")))"
+        "(entmake '((0 . \"INSERT\") (2 . \"SRVPNO1\") (66 . 1) (10 7.0 8.0 9.0)))"
+        "(entmake '((0 . \"ATTRIB\") (10 0.0 0.0 0.0) (40 . 1.0) (1 . \"1042\") (2 . \"PT#\") (70 . 0)))"
+        "(entmake '((0 . \"ATTRIB\") (10 0.0 0.0 0.0) (40 . 1.0) (1 . \"tree\") (2 . \"DESC2\") (70 . 0)))"
+        "(entmake '((0 . \"SEQEND\"))) (setq ent (entlast))");
+    answer(134, {cell(2, "14"), click("OK")});
+    lisp("(c:gis-prompt)");
+    EXPECT_EQ(sqlite("output.mdb", "select PT_ID, GIS_KEY, NORTHING, EASTING, ELEVATION from TREE"),
+              "1042|TREE|8|7|9\n");
+    EXPECT_NE(link().find("\"1042\""), std::string::npos) << link();
+}
+
 TEST_F(Commands, ASaveIsCalledLinkedOnlyWhenItIs) {
     makeOn("TREE");
     answer(134, {cell(2, "14"), click("OK")});
