@@ -201,18 +201,22 @@ TEST_F(Editor, CtrlZTakesBackAListOfValues) {
 
 TEST_F(Editor, ValuesComeAndGo) {
     treeTemplate();
-    name("A"), name("B"), name("C");
+    name("A"), name("B"), name("C"), name("D");
     // The neighbour of a deleted default becomes the default; a code gives way to a new value among the old
     // ones.
     answer(kValues, {click("Add Value"), click("Add Value"), pick("1001", "A"), click("Delete Value"),
                      click("Set Special Code"), click("Add Value"), show(), click("OK")});
     answer(kCodes, {pick("1001", "DATE"), click("OK")});
+    // With the last value the default goes, and the next one is it.
+    answer(kValues,
+           {click("Delete Value"), click("Delete Value"), click("Add Value"), show(), click("Cancel")});
     answer(kValues, {click("Delete Value"), click("Delete Value"), click("OK")});
     answer(kValues, {click("Add Value"), click("Cancel")});
     name("Z");
     box("No"), box("Yes");
-    edit({open("TREE"), at(3, 1, ""), click("Edit List Values"), show(), click("Edit List Values"), show(),
-          click("Edit List Values"), show()});
+    edit({open("TREE"), at(3, 1, ""), click("Edit List Values"), show(), click("Edit List Values"),
+          click("Edit List Values"), show(), click("Edit List Values"), show()});
+    EXPECT_TRUE(shown("1003 edit \"D\" (read-only)"));
     EXPECT_TRUE(shown("C {B|C} No"));
     EXPECT_TRUE(shown("edit \"C\" (read-only)"));
 }
