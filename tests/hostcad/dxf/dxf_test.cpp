@@ -197,6 +197,18 @@ TEST(Files, KeepWhatTheHostDoesNotUnderstand) {
     expectSameTags(content, saved(content));
 }
 
+TEST(Files, EntitiesWithoutAHandleGetOneThatNobodyHas) {
+    auto drawing = parse(
+        lines("0 SECTION|2 HEADER|9 $ACADVER|1 AC1009|9 $HANDSEED|5 10|0 ENDSEC") +
+        lines(
+            "0 SECTION|2 ENTITIES|0 POINT|8 0|10 1.0|20 2.0|0 POINT|5 10|8 0|10 3.0|20 4.0|0 ENDSEC|0 EOF"));
+    ASSERT_TRUE(drawing);
+    const ObjectId first = drawing->firstEntity(), second = drawing->nextEntity(first);
+    EXPECT_EQ(drawing->object(second).handle, 0x10u);
+    EXPECT_GT(drawing->object(first).handle, 0x10u) << "whatever the file says is free";
+    EXPECT_EQ(drawing->byHandle(0x10), second);
+}
+
 TEST(Files, KeepTheirLineEndsAndLoseTheirComments) {
     std::string content = "999\r\nmade by hand\r\n" +
                           lines("0 SECTION|2 ENTITIES|0 POINT|5 1|8 0|10 0.0|20 0.0|0 ENDSEC|0 EOF");

@@ -347,6 +347,13 @@ TEST_F(CommandTest, EraseAndUndo) {
     EXPECT_EQ(count(""), "2");
     run("(command \"_.U\")");
     EXPECT_EQ(count(""), "0");
+    // A change that is made in between is the end of what could be done again.
+    run("(command \"_.POINT\" \"1,1\") (command \"_.POINT\" \"2,2\") (command \"_.U\")");
+    run("(entmod (subst '(10 5.0 5.0 0.0) (assoc 10 (entget (entlast))) (entget (entlast))))");
+    run("(command \"_.REDO\")");
+    EXPECT_EQ(count(""), "1");
+    EXPECT_NE(said().find("nothing to redo"), std::string::npos);
+    run("(command \"_.ERASE\" \"_ALL\" \"\")");
     run("(command \"_.POINT\" \"1,1\" \"_.LAYER\" \"_LO\" \"0\" \"\" \"_.ERASE\" \"_L\" \"\")");
     EXPECT_EQ(count(""), "1");
     EXPECT_NE(said().find("locked layer"), std::string::npos);

@@ -163,6 +163,15 @@ TEST_F(Geometry, TextsAreBoxesAtTheirAlignment) {
     expectBox(text({integerGroup(72, 1), integerGroup(73, 2), at(11, 100, 50)}), 82, 45, 118, 55);
     expectBox(text({integerGroup(72, 2), integerGroup(73, 3), at(11, 100, 50)}), 64, 40, 100, 50);
     expectBox(text({integerGroup(72, 5), at(11, 80, 0)}), 0, 0, 80, 10);
+    // An attribute that is not seen is nowhere.
+    for (int flags : {0, 1}) {
+        ObjectId insert =
+            add({type("INSERT"), integerGroup(66, 1), arena_.text(2, "*Model_Space"), at(10, 0, 0)});
+        std::vector<Group> attribute{type("ATTRIB"),       at(10, 0, 0),          realGroup(40, 10),
+                                     arena_.text(1, "AB"), arena_.text(2, "PT#"), integerGroup(70, flags)};
+        EXPECT_EQ(shape(drawing_->appendSubentity(insert, attribute)).empty(), flags == 1);
+        drawing_->setErased(insert, true);
+    }
     // A paragraph of two lines, centred at its top.
     Box paragraph = extentsOf(*drawing_, add({type("MTEXT"), at(10, 0, 0), realGroup(40, 3), realGroup(41, 0),
                                               integerGroup(71, 2), arena_.text(1, "AB\\PABCD")}));

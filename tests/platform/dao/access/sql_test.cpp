@@ -326,6 +326,32 @@ TEST_F(JetProgram, MakesAPrimaryKey) {
     EXPECT_EQ(jet("tables"), "A\nB\nC\nD\nE\nF\n");
 }
 
+TEST_F(JetProgram, MakesTheVersionThatIsAskedForAndTellsOfFaultsByItsStatus) {
+    auto content = [&] {
+        std::ifstream in(path_, std::ios::binary);
+        return std::string(std::istreambuf_iterator<char>(in), {});
+    };
+    EXPECT_EQ(jet("create", "98"), "The versions are 97 and 2000.\n");
+    for (const auto& [version, mark] : {std::pair{"97", 0}, {"2000", 1}, {"", 1}}) {
+        std::filesystem::remove(path_);
+        EXPECT_EQ(jet("create", version), "");
+        EXPECT_EQ(content().at(0x14), mark) << version;
+    }
+    auto check = [&] {
+        return std::system(("'" NORVANE_BIN_DIR "/jet' check '" + path_ + "' >/dev/null").c_str());
+    };
+    EXPECT_EQ(check(), 0);
+    // Another count of free bytes in the last page of records.
+    constexpr size_t kPage = 4096, kFreeBytesAt = 2;
+    std::string damaged = content();
+    size_t page = damaged.size() - kPage;
+    while (page > 0 && damaged[page] != 1) page -= kPage;
+    damaged[page + kFreeBytesAt] = static_cast<char>(damaged[page + kFreeBytesAt] ^ 0x40);
+    writeFile(path_, damaged);
+    EXPECT_NE(jet("check"), "");
+    EXPECT_NE(check(), 0);
+}
+
 TEST_F(JetProgram, TakesBytesAndMoneyAsTheyAre) {
     jet("create");
     sql("CREATE TABLE T (ID LONG, X BINARY(10), O BLOB, M CURRENCY, R DOUBLE)");

@@ -1,8 +1,10 @@
 // Writing: whatever is done to a database, it stays sound, and other programs read what was written.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <map>
 #include <random>
+#include <set>
 
 #include "platform/dao/jet/compact.h"
 #include "tests/platform/dao/jet/given_files.h"
@@ -356,6 +358,25 @@ std::string dumpOf(const std::string& path) {
 }
 
 // Compacted, a file holds the same in no more pages than it needs.
+// How many of the access rights name an object that the catalogue does not have.
+int rightsWithoutObject(Database& db) {
+    auto numbers = [&](const char* table, const char* name) {
+        std::multiset<int32_t> all;
+        std::shared_ptr<Records> records = db.records(table);
+        const std::vector<ColumnDefinition>& columns = records->definition().columns;
+        for (size_t i = 0; i < columns.size(); ++i)
+            for (Walk walk(records); columns[i].name == name && walk.next();)
+                all.insert(walk.value(i).get<int32_t>());
+        return all;
+    };
+    Database::Reading reading(db);
+    const std::multiset<int32_t> objects = numbers("MSysObjects", "Id"),
+                                 named = numbers("MSysACES", "ObjectId");
+    EXPECT_FALSE(named.empty());
+    return static_cast<int>(
+        std::count_if(named.begin(), named.end(), [&](int32_t id) { return !objects.contains(id); }));
+}
+
 TEST_P(Write, CompactionKeepsEverything) {
     std::vector<Column> columns = {Column{"ID", Type::kLong}, Column{"NAME", Type::kText, 90},
                                    Column{"NOTE", Type::kMemo}, Column{"GONE", Type::kMemo}};
@@ -380,8 +401,10 @@ TEST_P(Write, CompactionKeepsEverything) {
     reopen();
     std::string before = dumpOf(path);
     size_t size = std::filesystem::file_size(path);
+    EXPECT_EQ(rightsWithoutObject(*db), 0);
     compact(*db);
     EXPECT_EQ(faults(*db), "");
+    EXPECT_EQ(rightsWithoutObject(*db), 0);
     EXPECT_EQ(dumpOf(path) == before, true);
     EXPECT_LT(std::filesystem::file_size(path), size / 2);
     EXPECT_FALSE(std::filesystem::exists(path + ".compact"));
