@@ -141,9 +141,7 @@
 ;; Where a file of a link is to be looked for: at its path, or beside the drawing where that does not exist, since
 ;; a job's folder may have been moved. Connect strings are no files.
 (defun gis:place (path / name)
-  (setq name (if (wcmatch (strcase path) "ODBC;*")
-               nil
-               (substr path (1+ (gis:last-separator path)))))
+  (setq name (if (not (gis:server-p path)) (gis:name path)))
   (cond ((not name) path)
         ((findfile path) path)
         ((findfile (strcat (getvar "DWGPREFIX") name)))
@@ -175,6 +173,88 @@
 
 (defun gis:trimmed (text) (vl-string-trim " \t" text))
 
+;; --- What the window is told of the current databases -------------------------------------------------------
+
+;; A part of a connect string, such as DSN; nil without it.
+(defun gis:connect-part (connect name / from to)
+  (if (setq from (vl-string-search (strcat ";" name "=") (strcase connect)))
+    (progn
+      (setq from (+ from 2 (strlen name)) to (vl-string-search ";" connect from))
+      (substr connect (1+ from) (if to (- to from) (strlen connect))))))
+
+;; A database as a pair of its name and where it is. Of a connect string only the source and the user are told.
+(defun gis:database-text (path / place)
+  (cond ((not path) (cons "none" "It is chosen with GIS, Settings."))
+        ((gis:server-p path)
+         (cons (cond ((gis:connect-part path "DSN")) ("server"))
+               (strcat "Database on a server"
+                       (if (gis:connect-part path "UID") (strcat ", as " (gis:connect-part path "UID")) ""))))
+        ((findfile path) (cons (gis:name path) path))
+        (t (cons (strcat (gis:name path) " (not there)") path))))
+
+(defun gis:server-p (path) (wcmatch (strcase path) "ODBC;*"))
+(defun gis:name (path) (substr path (1+ (gis:last-separator path))))
+
+;; The fields at the lower edge of the window. Reading a remembered value sets ret_string, which is the user's.
+(defun window-status (/ ret_string)
+  (mapcar '(lambda (what path / text)
+             (setq text (gis:database-text path))
+             (cons (strcat what ": " (car text)) (cdr text)))
+          '("Template" "Output")
+          (list (gis:template) (gis:output))))
+
+;; The databases of all links of the drawing, as a list of (count template output), each where it was or beside the
+;; drawing.
+(defun gis:linked-databases (/ set number link places known databases)
+  (setq number 0
+        set (ssget "_X" (list (list -3 (list link-application$)))))
+  (repeat (if set (sslength set) 0)
+    (setq link (gis:link (ssname set number)) number (1+ number))
+    (if (>= (length link) 5)
+      (progn
+        (setq places (list (nth 0 link) (nth 1 link)) known (assoc places databases))
+        (setq databases (if known
+                          (subst (list places (1+ (cadr known))) known databases)
+                          (cons (list places 1) databases))))))
+  (mapcar '(lambda (item) (list (cadr item) (gis:place (caar item)) (gis:place (cadar item)))) databases))
+
+;; Whether two paths are one; nil is no path.
+(defun gis:same-path-p (one other) (and one other (= (strcase one) (strcase other))))
+
+;; The window has opened a drawing. Where its links lead to other databases than the current ones, a line says so, and
+;; where most of them do, they can be made current.
+(defun drawing-opened (/ ret_string databases all others most told)
+  (setq all 0 others 0 databases (gis:linked-databases))
+  (foreach item databases
+    (setq all (+ all (car item)))
+    (if (or (not most) (> (car item) (car most))) (setq most item))
+    (if (not (gis:current-p item)) (setq others (+ others (car item)))))
+  (setq told (strcat "\n" (itoa others) " of " (itoa all) " links lead to other databases than the current ones"))
+  (cond ((= others 0))
+        ((gis:current-p most)
+         (prompt (strcat told ".\n")))
+        (t (prompt (strcat told ": " (gis:shown (cadr most)) " and " (gis:shown (caddr most)) ".\n"))
+           (gis:offer-databases (cadr most) (caddr most)))))
+
+(defun gis:current-p (item)
+  (and (gis:same-path-p (cadr item) (gis:template)) (gis:same-path-p (caddr item) (gis:output))))
+
+(defun gis:shown (path)
+  (if (gis:server-p path) (car (gis:database-text path)) path))
+
+;; Makes two databases the current ones when the user wants it.
+(defun gis:offer-databases (template output)
+  (if (and (findfile template) (or (gis:server-p output) (findfile output))
+           (= (gis:ask "Databases of the drawing"
+                (strcat "The links of this drawing lead to\n" (gis:shown template) "\n" (gis:shown output)
+                        "\nwhich are not the current databases.\n\nMake them current?")
+                "No")
+              "Yes"))
+    (progn
+      (cf:gis_smart_prompting 2 1 template)
+      (cf:gis_smart_prompting 2 2 output)
+      (prompt "\nThey are the current databases now.\n"))))
+
 ;; --- Smart prompting -------------------------------------------------------------------------------------
 
 ;; Whether the template defines a feature of exactly this name.
@@ -191,7 +271,7 @@
 (defun gis:output-there-p (entity / link path)
   (setq link (gis:link entity) path (gis:output))
   (cond ((not link) t)
-        ((wcmatch (strcase path) "ODBC;*") t)
+        ((gis:server-p path) t)
         ((findfile (gis:place path)) t)
         ((/= (strcase (nth 1 link)) (strcase path)) t)
         (t (= (gis:ask "Output database is missing"

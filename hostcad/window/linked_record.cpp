@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "hostcad/lisp/error.h"
+#include "hostcad/window/product_functions.h"
 
 namespace hostcad {
 namespace {
@@ -53,20 +54,15 @@ std::vector<std::pair<std::string, std::string>> LinkedRecords::record(
     const std::vector<std::string>& strings, std::string& problem) const {
     std::vector<std::pair<std::string, std::string>> fields;
     problem.clear();
-    lisp::Value function = valueOf(lisp_, "LINK-RECORD");
-    if (!function) return fields;
-    lisp::Interpreter::Guard guard(lisp_);
-    lisp_.clearCancel();
+    std::vector<lisp::Value> items;
+    for (const std::string& string : strings) items.push_back(lisp::Value::string(string));
     try {
-        std::vector<lisp::Value> items;
-        for (const std::string& string : strings) items.push_back(lisp::Value::string(string));
-        lisp::ArgumentBuffer arguments;
-        arguments.add(lisp::Value::list(std::move(items)));
-        lisp::Value result = lisp_.apply(function, arguments.view());
-        if (result.isNil()) problem = "There is no such record.";
-        if (result.isString()) problem = result.asString();
-        for (lisp::Items item(result); !item.done(); item.next())
-            fields.emplace_back(textOf((*item).car()), textOf((*item).cdr()));
+        const std::optional<lisp::Value> result =
+            callProduct(lisp_, "LINK-RECORD", {lisp::Value::list(std::move(items))});
+        if (!result) return fields;
+        if (result->isNil()) problem = "There is no such record.";
+        if (result->isString()) problem = result->asString();
+        fields = textPairs(*result);
     } catch (const lisp::Error& error) {
         problem = error.fullText();
     }

@@ -21,11 +21,14 @@
 
 #include "hostcad/drawing/host_names.h"
 #include "hostcad/editor/file_boxes.h"
+#include "hostcad/lisp/error.h"
 #include "hostcad/window/command_panel.h"
 #include "hostcad/window/entity_list.h"
 #include "hostcad/window/icons.h"
+#include "hostcad/window/product_functions.h"
 #include "hostcad/window/properties.h"
 #include "hostcad/window/start_page.h"
+#include "platform/scope/temporary_value.h"
 #include "platform/ui/qt/qt_text.h"
 
 namespace hostcad {
@@ -131,6 +134,7 @@ void MainWindow::makeStatusBar() {
     statusBar()->addWidget(layer_, 1);
     statusBar()->addPermanentWidget(meterLabel_);
     statusBar()->addPermanentWidget(meter_);
+    productFields_ = std::make_unique<StatusFields>(*statusBar());
 }
 
 void MainWindow::rememberLayout() const {
@@ -231,6 +235,21 @@ void MainWindow::follow() {
     setWindowTitle(name + "[*] - " + toQt(product_.name));
     setWindowModified(drawing.modified());
     showWhatCanBeUndone();
+    if (running_) return;
+    if (drawing.serial() != toldDrawing_) tellProductOfDrawing();
+    productFields_->show(host_->lisp());
+}
+
+// The product may have a word to say about a drawing that comes from a file, and a question.
+void MainWindow::tellProductOfDrawing() {
+    toldDrawing_ = currentDrawing().serial();
+    if (currentDrawing().path().empty()) return;
+    scope::TemporaryValue running(running_, true);
+    try {
+        callProduct(host_->lisp(), "DRAWING-OPENED");
+    } catch (const lisp::Error& error) {
+        host_->tell(error);
+    }
 }
 
 // Reading a record runs Lisp, which is left alone while it is at work.
@@ -310,6 +329,9 @@ void MainWindow::dropEvent(QDropEvent* event) {
 void MainWindow::changeEvent(QEvent* event) {
     QMainWindow::changeEvent(event);
     if (event->type() == QEvent::PaletteChange) drawIcons();
+    // Another window of the program may have changed what the product shows.
+    if (event->type() == QEvent::ActivationChange && isActiveWindow() && host_ && !running_)
+        productFields_->show(host_->lisp());
 }
 
 void MainWindow::keyPressEvent(QKeyEvent* event) {

@@ -16,6 +16,7 @@
 #include "hostcad/window/linked_record.h"
 #include "hostcad/window/menu_file.h"
 #include "hostcad/window/scene.h"
+#include "hostcad/window/status_fields.h"
 
 class QDockWidget;
 class QLabel;
@@ -139,6 +140,7 @@ class MainWindow : public QMainWindow, public Output, public InputSource, public
     // Takes over what a command has changed: another drawing, other entities, the title.
     void follow();
     void takeDrawing();
+    void tellProductOfDrawing();
     void showProperties();
 
     Host* host_ = nullptr;
@@ -148,6 +150,7 @@ class MainWindow : public QMainWindow, public Output, public InputSource, public
     long shownDrawing_ = -1;  // in the picture
     long listedDrawing_ = -1;
     uint64_t listedRevision_ = 0;
+    long toldDrawing_ = -1;  // to the product
     Canvas* canvas_ = nullptr;
     CommandPanel* panel_ = nullptr;
     EntityList* list_ = nullptr;
@@ -156,6 +159,7 @@ class MainWindow : public QMainWindow, public Output, public InputSource, public
     QLabel* layer_ = nullptr;
     QLabel* meterLabel_ = nullptr;
     QProgressBar* meter_ = nullptr;
+    std::unique_ptr<StatusFields> productFields_;
     QMenu* recent_ = nullptr;
     std::vector<MenuEntry> entityEntries_;  // of the menu in the list of entities
     QDockWidget* propertiesPanel_ = nullptr;

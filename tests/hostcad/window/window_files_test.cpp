@@ -5,8 +5,10 @@
 #include <unistd.h>
 
 #include <QFileDialog>
+#include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QStatusBar>
 
 #include "hostcad/dxf/dxf.h"
 #include "hostcad/editor/drawing_hold.h"
@@ -237,4 +239,85 @@ TEST_F(WindowFiles, EscapeAtAPromptLeavesNoTrace) {
     person({[&] { type("(car 5)"); }, [] {}});
     settle();
     EXPECT_TRUE(says("; error: "));
+}
+
+TEST_F(WindowFiles, ADrawingWhoseLinksLeadToOtherDatabasesSaysSoAndOffersThem) {
+    makeTemplate(*host_, folder_);
+    const std::string other = path("other/");
+    std::filesystem::create_directory(other);
+    for (const char* file : {"template.mdb", "output.mdb"})
+        std::filesystem::copy_file(path(file), other + file);
+    lisp("(regapp \"ZGEO_GIS_2000\")");
+    auto link = [&](const char* handle, const std::string& folder) {
+        std::string strings;
+        for (const std::string& text : {folder + "template.mdb", folder + "output.mdb", std::string("TREE"),
+                                        std::string("PT_ID"), std::string("74")})
+            strings += "(1000 . \"" + text + "\")";
+        lisp("(entmod (append (entget (handent \"" + std::string(handle) + "\")) '((-3 (\"ZGEO_GIS_2000\" " +
+             strings + ")))))");
+    };
+    link("315", other);
+    link("31A", other);
+    link("310", path(""));
+    ASSERT_EQ(host_->saveDrawing(), "");
+    const std::string output = "(gis:output)";
+
+    lisp("(setq ret_string \"mine\")");
+    person({[&] { open("survey.dxf"); }, press(QMessageBox::No), [] {}});
+    settle();
+    EXPECT_EQ(lisp("ret_string"), "\"mine\"");
+    EXPECT_TRUE(says("2 of 3 links lead to other databases"))
+        << window_.commandPanel().history().toStdString();
+    EXPECT_TRUE(says(QString::fromStdString(other + "output.mdb")));
+    EXPECT_TRUE(told_.contains(QString::fromStdString(other + "template.mdb"))) << told_.toStdString();
+    EXPECT_EQ(lisp(output), "\"" + path("output.mdb") + "\"");
+    person({[&] { open("survey.dxf"); }, press(QMessageBox::Yes), [] {}});
+    settle();
+    EXPECT_EQ(lisp(output), "\"" + other + "output.mdb\"");
+    EXPECT_EQ(lisp("(gis:template)"), "\"" + other + "template.mdb\"");
+    // The rest is told and not asked about.
+    open("survey.dxf");
+    EXPECT_TRUE(says("1 of 3 links lead to other databases than the current ones."));
+    // What is gone cannot be made current; a file of its name beside the drawing can.
+    std::filesystem::remove_all(other);
+    person({[&] { open("survey.dxf"); }, press(QMessageBox::Yes), [] {}});
+    settle();
+    EXPECT_EQ(lisp(output), "\"" + path("output.mdb") + "\"");
+}
+
+TEST_F(WindowFiles, TheCurrentDatabasesStandAtTheLowerEdge) {
+    auto field = [&](const QString& begins) -> QLabel* {
+        for (auto* label : window_.statusBar()->findChildren<QLabel*>())
+            if (label->accessibleName().startsWith(begins) && label->isVisible()) return label;
+        return nullptr;
+    };
+    auto text = [&](const QString& begins) {
+        return field(begins) ? field(begins)->text().toStdString() : "no field";
+    };
+    EXPECT_EQ(text("Template"), "Template: none");
+    EXPECT_EQ(text("Output"), "Output: none");
+    makeTemplate(*host_, folder_);
+    lisp("(setq ret_string \"mine\")");
+    window_.runLine("(princ)");
+    EXPECT_EQ(text("Template"), "Template: template.mdb");
+    EXPECT_TRUE(field("Template")->toolTip().endsWith(QString::fromStdString(path("template.mdb"))));
+    EXPECT_EQ(text("Output"), "Output: output.mdb");
+    EXPECT_EQ(lisp("ret_string"), "\"mine\"");
+    std::filesystem::remove(path("output.mdb"));
+    window_.runLine("(princ)");
+    EXPECT_EQ(text("Output"), "Output: output.mdb (not there)");
+    // Passwords are shown nowhere.
+    window_.runLine("(cf:gis_smart_prompting 2 2 \"ODBC;DSN=office;UID=ann;PWD=secret\")");
+    EXPECT_EQ(text("Output"), "Output: office");
+    EXPECT_TRUE(field("Output")->toolTip().contains("ann")) << field("Output")->toolTip().toStdString();
+    EXPECT_FALSE(field("Output")->toolTip().contains("secret"));
+    // Another program has chosen another one, and the person comes back to this window.
+    std::ofstream(path("gps.ini")) << "is_database=\ngisoutfile=" << path("template.mdb")
+                                   << "\ngismdbfile=\n";
+    QEvent active(QEvent::ActivationChange);
+    window_.activateWindow();
+    QTest::qWait(20);
+    QApplication::sendEvent(&window_, &active);
+    EXPECT_EQ(text("Output"), "Output: template.mdb");
+    EXPECT_EQ(text("Template"), "Template: none");
 }
