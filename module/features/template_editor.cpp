@@ -78,6 +78,8 @@ void TemplateEditor::onOpen() {
     std::string path = readState(state::kTemplatePath);
     if (files::exists(path)) ShowTemplate(session_, path, TemplateFile::MissingTables::kCreated);
     showState();
+    // The first key must not choose the format of new databases.
+    if (find(kTree)->takesFocus()) setFocus(kTree);
 }
 
 void TemplateEditor::exit() {

@@ -105,6 +105,7 @@ TEST_F(Editor, TheFormatOfNewDatabasesIsChosenInTheEditor) {
     box("Yes");
     ui_.clearLog();
     edit({show(), click("Access 2000")});
+    EXPECT_TRUE(shown("* 1003 tree")) << "the first key chooses no format";
     EXPECT_TRUE(shown("radio (o) \"Access '97\""));
     box("Yes");
     edit({show()});
