@@ -224,7 +224,10 @@ void MainWindow::follow() {
         canvas_->refresh();
         std::vector<ObjectId> ids = canvas_->selected();
         std::erase_if(ids, [&](ObjectId id) { return !drawing.exists(id); });
-        canvas_->setSelected(std::move(ids));
+        if (ids.size() != canvas_->selected().size()) {
+            canvas_->setSelected(std::move(ids));
+            list_->select(canvas_->selected());
+        }
         list_->drawingChanged();
         showProperties();
     }

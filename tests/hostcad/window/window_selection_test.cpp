@@ -106,6 +106,7 @@ TEST_F(WindowSelection, TheListNarrowsAndSelectsBothWays) {
     EXPECT_EQ(rows(), 532);
     window_.runLine("U");
     QTest::qWait(300);
+    EXPECT_TRUE(list().view().selectionModel()->selectedRows().empty()) << "what comes back is not selected";
     EXPECT_EQ(rows(), 533) << count() << window_.commandPanel().history().toStdString();
     // Words are found in any letters.
     lisp("(entmake '((0 . \"LINE\") (8 . \"Old Quarry\") (10 0.0 0.0 0.0) (11 3.0 4.0 12.0)))");
