@@ -16,7 +16,7 @@ namespace {
 
 struct PlannedSet {
     int32_t shapeType;
-    std::string stem;
+    std::string name;
     std::vector<ExportEntity*> entities;
 };
 
@@ -44,7 +44,7 @@ bool isChosen(const ExportEntity& entity, const ExportChoice& choice) {
 }
 
 // A set for each category and feature, in the order in which they come.
-std::vector<PlannedSet> planSets(const std::string& stem, std::vector<ExportEntity>& entities,
+std::vector<PlannedSet> planSets(const std::string& setName, std::vector<ExportEntity>& entities,
                                  const ExportChoice& choice) {
     std::vector<PlannedSet> sets;
     std::map<std::pair<ExportCategory, std::string>, size_t> places;
@@ -54,7 +54,8 @@ std::vector<PlannedSet> planSets(const std::string& stem, std::vector<ExportEnti
         const auto [place, isNew] = places.try_emplace({entity.category, entity.feature}, sets.size());
         if (isNew) {
             const int32_t type = shapeTypeOf(entity.category, choice.includeZ);
-            const std::string wanted = stem + "_" + std::to_string(type) + "_" + inFileName(entity.feature);
+            const std::string wanted =
+                setName + "_" + std::to_string(type) + "_" + inFileName(entity.feature);
             std::string name = wanted;
             for (int n = 2; !names.insert(text::upper(name)).second; ++n)
                 name = wanted + "_" + std::to_string(n);
@@ -64,15 +65,18 @@ std::vector<PlannedSet> planSets(const std::string& stem, std::vector<ExportEnti
     }
     size_t chosen = 0;
     for (const std::set<std::string>& features : choice.features) chosen += features.size();
-    if (chosen == 1 && sets.size() == 1) sets.front().stem = stem;
+    if (chosen == 1 && sets.size() == 1) sets.front().name = setName;
     return sets;
 }
 
 // Exports set after set and tells what became of them.
 class Run {
   public:
-    Run(std::vector<PlannedSet> sets, const ExportOptions& options)
-        : sets_(std::move(sets)), options_(options), progress_("Export to SHP", entityCount(), acedUsrBrk) {}
+    Run(const std::string& path, std::vector<PlannedSet> sets, const ExportOptions& options)
+        : folder_(files::folderOf(path)),
+          sets_(std::move(sets)),
+          options_(options),
+          progress_("Export to SHP", entityCount(), acedUsrBrk) {}
 
     // The number of sets that were written.
     int perform() {
@@ -87,7 +91,7 @@ class Run {
             }
             ++written_;
             all_.add(result.counts);
-            lines_.push_back(ExportSummary(set.shapeType, set.stem, result.counts));
+            lines_.push_back(ExportSummary(set.shapeType, set.name, result.counts));
         }
         tell(failed);
         return written_;
@@ -111,10 +115,10 @@ class Run {
 
     ExportResult exportSet(const PlannedSet& set) {
         const long before = done_;
-        const std::string name = files::nameOf(set.stem) + ".shp";
-        const ExportResult result = ExportToShp(set.shapeType, set.stem, set.entities, options_, [&] {
-            return progress_.step(done_ += kStep, "Writing " + name);
-        });
+        const std::string name = set.name + ".shp";
+        const ExportResult result =
+            ExportToShp(set.shapeType, folder_, set.name, set.entities, options_,
+                        [&] { return progress_.step(done_ += kStep, "Writing " + name); });
         done_ = before + static_cast<long>(set.entities.size());
         return result;
     }
@@ -135,6 +139,7 @@ class Run {
     }
 
     static constexpr long kStep = 50;  // entities from one call to the next
+    SetFolder folder_;
     std::vector<PlannedSet> sets_;
     const ExportOptions& options_;
     ProgressDialog progress_;
@@ -157,18 +162,18 @@ std::vector<std::string> FeaturesOf(const std::vector<ExportEntity>& entities, E
 }
 
 void RunExport(const std::string& path, std::vector<ExportEntity>& entities, const ExportChoice& choice) {
-    std::vector<PlannedSet> sets = planSets(ExportStem(path), entities, choice);
+    std::vector<PlannedSet> sets = planSets(SetName(path), entities, choice);
     if (sets.empty())
         acutPrintf("\nNo feature was selected; nothing was written.\n");
     else
-        Run(std::move(sets), choice.options).perform();
+        Run(path, std::move(sets), choice.options).perform();
 }
 
 bool RunExportOfSet(const std::string& path, int32_t shapeType, const ExportOptions& options,
                     std::vector<ExportEntity>& entities) {
-    PlannedSet set{shapeType, ExportStem(path), {}};
+    PlannedSet set{shapeType, SetName(path), {}};
     for (ExportEntity& entity : entities) set.entities.push_back(&entity);
-    return Run({set}, options).perform() == 1;
+    return Run(path, {set}, options).perform() == 1;
 }
 
 }  // namespace norvane

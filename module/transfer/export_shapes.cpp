@@ -13,7 +13,6 @@
 #include "module/geometry/nesting.h"
 #include "module/geometry/rings.h"
 #include "module/transfer/export_columns.h"
-#include "module/transfer/new_shape_set.h"
 #include "platform/ads/editor.h"
 #include "platform/files/files.h"
 #include "platform/plane/box.h"
@@ -349,15 +348,16 @@ void ExportCounts::add(const ExportCounts& other) {
         this->*count += other.*count;
 }
 
-std::string ExportStem(const std::string& path) {
+std::string SetName(const std::string& path) {
     const std::string name = files::nameOf(path);
-    return files::folderOf(path) + name.substr(0, name.find('.', 1));
+    return name.substr(0, name.find('.', 1));
 }
 
-ExportResult ExportToShp(int32_t shapeType, const std::string& stem, std::span<ExportEntity* const> entities,
-                         const ExportOptions& options, const GoOn& goOn) {
+ExportResult ExportToShp(int32_t shapeType, SetFolder& folder, const std::string& name,
+                         std::span<ExportEntity* const> entities, const ExportOptions& options,
+                         const GoOn& goOn) {
     ExportResult result;
-    const std::unique_ptr<NewShapeSet> set = NewShapeSet::make(stem, shapeType);
+    const std::unique_ptr<NewShapeSet> set = NewShapeSet::make(folder, name, shapeType);
     if (!set) return result;
     result.outcome = SetExport(shapeType, entities, options, *set, result.counts).write(goOn);
     if (result.outcome == ExportOutcome::kWritten && !set->finish(options.reference))
@@ -365,7 +365,7 @@ ExportResult ExportToShp(int32_t shapeType, const std::string& stem, std::span<E
     if (result.outcome == ExportOutcome::kFailed)
         acutPrintf(
             "\n%s.shp could not be written whole, and what was there before is as it was: is the disk full?",
-            files::nameOf(stem).c_str());
+            name.c_str());
     return result;
 }
 
@@ -396,11 +396,11 @@ std::string LeftOutText(const ExportCounts& counts) {
     return text;
 }
 
-std::string ExportSummary(int32_t shapeType, const std::string& stem, const ExportCounts& counts) {
+std::string ExportSummary(int32_t shapeType, const std::string& name, const ExportCounts& counts) {
     const std::string kind = isArea(shapeType)   ? Counted(counts.written, "polygon", "polygons")
                              : isLine(shapeType) ? Counted(counts.written, "line", "lines")
                                                  : Counted(counts.written, "point", "points");
-    return kind + " written to " + files::nameOf(stem) + ".shp" + LeftOutText(counts);
+    return kind + " written to " + name + ".shp" + LeftOutText(counts);
 }
 
 }  // namespace norvane

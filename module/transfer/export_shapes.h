@@ -8,6 +8,7 @@
 
 #include "module/transfer/export_entity.h"
 #include "module/transfer/linked_records.h"
+#include "module/transfer/new_shape_set.h"
 
 namespace norvane {
 
@@ -49,17 +50,18 @@ struct ExportResult {
     ExportCounts counts;
 };
 
-// Writes the set of files that `stem` and an ending make. shapeType: 1, 3, 5, or 11, 13, 15
-// with heights. The entities' records have been read. goOn is asked every 50 entities. A set that is not
-// written whole leaves the old one as it was.
-ExportResult ExportToShp(int32_t shapeType, const std::string& stem, std::span<ExportEntity* const> entities,
-                         const ExportOptions& options, const GoOn& goOn);
+// Writes the set of a name, without an ending, in a folder. shapeType: 1, 3, 5, or 11, 13, 15 with heights.
+// The entities' records have been read. goOn is asked every 50 entities. A set that is not written whole
+// leaves the old one as it was.
+ExportResult ExportToShp(int32_t shapeType, SetFolder& folder, const std::string& name,
+                         std::span<ExportEntity* const> entities, const ExportOptions& options,
+                         const GoOn& goOn);
 
-// The path of a set without its ending, which begins at the first "." of the file's name.
-std::string ExportStem(const std::string& path);
+// The name of a set in a path: that of the file up to its first ".".
+std::string SetName(const std::string& path);
 
 // "60 polygons written to lots.shp; 3 entities left out: 2 with fewer than two vertices, 1 mesh"
-std::string ExportSummary(int32_t shapeType, const std::string& stem, const ExportCounts& counts);
+std::string ExportSummary(int32_t shapeType, const std::string& name, const ExportCounts& counts);
 // What of it stands behind the words of what was written: "; 3 entities left out: ..." or "".
 std::string LeftOutText(const ExportCounts& counts);
 // "1 mesh", "2 meshes".
