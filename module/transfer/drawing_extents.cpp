@@ -11,19 +11,30 @@ namespace norvane {
 
 namespace {
 
-constexpr int kPoint = 10;
+constexpr int kPoint = 10, kNormal = 210;
 
-void addPoints(plane::Box& box, const resbuf* groups) {
-    for (const resbuf* item = groups; item; item = item->rbnext)
-        if (item->restype == kPoint) box.add(item->resval.rpoint[0], item->resval.rpoint[1]);
+// Seen from below, X runs the other way.
+bool isMirrored(const resbuf* groups) {
+    const resbuf* normal = FindResultBuffer(groups, kNormal);
+    return normal && normal->resval.rpoint[2] < 0;
 }
 
-// The first vertex of an old polyline stands for all of them.
+void addPoints(plane::Box& box, const resbuf* groups, bool mirrored) {
+    for (const resbuf* item = groups; item; item = item->rbnext)
+        if (item->restype == kPoint)
+            box.add(mirrored ? -item->resval.rpoint[0] : item->resval.rpoint[0], item->resval.rpoint[1]);
+}
+
+// The first vertex of an old polyline stands for all of them. The point of a hatch is but its height.
 void addEntity(plane::Box& box, const ads_name entity) {
     const ResultBuffers groups(acdbEntGet(entity));
-    if (GroupText(groups.get(), 0) != "POLYLINE") return addPoints(box, groups.get());
+    const std::string type = GroupText(groups.get(), 0);
+    const bool mirrored = isMirrored(groups.get());
     ads_name vertex;
-    if (acdbEntNext(entity, vertex) == RTNORM) addPoints(box, ResultBuffers(acdbEntGet(vertex)).get());
+    if (type == "POLYLINE" && acdbEntNext(entity, vertex) == RTNORM)
+        addPoints(box, ResultBuffers(acdbEntGet(vertex)).get(), mirrored);
+    else if (type != "HATCH")
+        addPoints(box, groups.get(), mirrored);
 }
 
 }  // namespace

@@ -5,8 +5,8 @@
 
 namespace norvane {
 
-// A box round the points by which the entities of model space are placed, in their own coordinates: enough to
-// tell whether something else is anywhere near. Empty for an empty drawing.
+// A box in the plan round the points by which the entities of model space are placed: enough to tell whether
+// something else is anywhere near. Empty for an empty drawing.
 plane::Box DrawingExtents();
 
 }  // namespace norvane

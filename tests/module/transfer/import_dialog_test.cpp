@@ -186,6 +186,12 @@ TEST_F(ImportSheet, HeightsComeFromAFieldWhereShapesHaveNone) {
     ui_.answerBox("No");
     import("shots", {check("Use attribute to assign elevation"), pick("1044", "HEIGHT")});
     EXPECT_EQ(points("shots.crd")[0], "1 2.000 1.000 7.500 SHOTS");
+    // A point without a height is on the ground.
+    makeSet("blank", shape::kPoint, {{"H"}}, {{{{1, 2, 0}}, {"5.25"}}, {{{1, 2, 0}}, {""}}});
+    ui_.answerBox("Yes");
+    ui_.answerBox("No");
+    import("blank", {check("Use attribute to assign elevation"), pick("1044", "H")});
+    EXPECT_EQ(points("blank.crd")[1], "2 2.000 1.000 0.000 BLANK");
     makeSet("lines", shape::kArc, {{"H"}},
             {{{{0, 0, 0}, {1, 1, 0}}, {"5.25"}}, {{{2, 2, 0}, {3, 3, 0}}, {""}}});
     ui_.answerBox("Yes");
@@ -213,6 +219,11 @@ TEST_F(ImportSheet, ASetFarFromTheDrawingIsToldSo) {
             "Drawing: X 1630000.000 to 1630000.000, Y 480000.000 to 480000.000. The set lies far from it!"));
     lisp("(entmake '((0 . \"LINE\") (10 20.0 30.0 0.0) (11 0.0 0.0 0.0)))");
     EXPECT_FALSE(has(look("plots.shp"), "far from it"));
+}
+
+TEST_F(ImportSheet, TheDrawingIsMeasuredByWhereItsEntitiesStand) {
+    lisp("(command \"_.OPEN\" \"" NORVANE_SOURCE_DIR "/samples/survey.dxf\")");
+    EXPECT_TRUE(has(look("plots.shp"), "Drawing: X 1630")) << look("plots.shp");
 }
 
 TEST_F(ImportSheet, AreasBecomeLightPolylinesWhereThatIsWished) {
