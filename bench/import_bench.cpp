@@ -169,18 +169,18 @@ class Bench {
         fs::remove(folder_ + "set.crd");
         CreateTemplateDatabase(folder_ + "template.mdb", DatabaseVersion::kAccess2000);
         SilentHost host;
-        ImportRequest request;
-        request.shapePath = folder_ + "set.shp";
-        request.templatePath = folder_ + "template.mdb";
-        request.outputPath = folder_ + "out.mdb";
-        request.table = "SET";
+        ImportShpSettings settings;
+        settings.shpPath = folder_ + "set.shp";
+        settings.templatePath = folder_ + "template.mdb";
+        settings.outputPath = folder_ + "out.mdb";
+        settings.tableName = "SET";
         if (type_ == shape::kPoint)
-            request.pointPath = folder_ + "set.crd";
+            settings.crdPath = folder_ + "set.crd";
         else
-            request.layer = "SET";
-        request.alphanumeric = true;
+            settings.layerName = "SET";
+        settings.alphanumericCrd = true;
         std::optional<ImportReport> report;
-        const double time = timeOf([&] { report = ImportShapes(request); }).processor;
+        const double time = timeOf([&] { report = ImportShp(settings); }).processor;
         if (!report || report->recordsAdded != static_cast<size_t>(count)) std::abort();
         return time;
     }

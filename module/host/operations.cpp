@@ -22,27 +22,27 @@ namespace {
 // One whose tool is not built does nothing and gives 0, as any does without its arguments.
 constexpr Operation kNotBuilt = nullptr;
 constexpr Operation kOperations[] = {
-    PromptForEntity,  // 1
-    StoreSlot,        // 2
-    FetchSlot,        // 3
-    kNotBuilt,        // 4 links from blocks
-    kNotBuilt,        // 5 block link settings
-    kNotBuilt,        // 6 title blocks
-    ShowGisSettings,  // 7
-    kNotBuilt,        // 8 audit of links
-    ExportSelection,  // 9
-    ExportGivenSet,   // 10
-    ImportShapeSet,   // 11
-    CallAutomation,   // 12
-    kNotBuilt,        // 13 polygon around a point
-    ChooseFile,       // 14
-    EditTemplate,     // 15
-    kNotBuilt,        // 16 database utilities
-    kNotBuilt,        // 17 blocks from data
-    QueryEntities,    // 18
-    AddRecords,       // 19
-    LinkAreas,        // 20
-    TestFeature,      // 21
+    PromptForEntity,     // 1
+    StoreSlot,           // 2
+    FetchSlot,           // 3
+    kNotBuilt,           // 4 links from blocks
+    kNotBuilt,           // 5 block link settings
+    kNotBuilt,           // 6 title blocks
+    ShowGisSettings,     // 7
+    kNotBuilt,           // 8 audit of links
+    ExportSelection,     // 9
+    ExportGivenSet,      // 10
+    ImportShpDialogRun,  // 11
+    CallAutomation,      // 12
+    kNotBuilt,           // 13 polygon around a point
+    ChooseFile,          // 14
+    EditTemplate,        // 15
+    kNotBuilt,           // 16 database utilities
+    kNotBuilt,           // 17 blocks from data
+    QueryEntities,       // 18
+    AddRecords,          // 19
+    LinkAreas,           // 20
+    TestFeature,         // 21
 };
 
 }  // namespace

@@ -21,7 +21,6 @@
 #include "module/store/template_schema.h"
 #include "module/store/user_tables.h"
 #include "module/transfer/drawing_extents.h"
-#include "module/transfer/import_report.h"
 #include "module/transfer/import_shapes.h"
 #include "module/transfer/point_file_chooser.h"
 #include "module/transfer/shape_set.h"
@@ -117,7 +116,7 @@ int markItem(ui::List& list, const std::string& text) {
 class ImportDialog : public ui::Dialog {
   public:
     ImportDialog();
-    const ImportRequest& request() const { return request_; }
+    const ImportShpSettings& settings() const { return settings_; }
 
   private:
     void onOpen() override;
@@ -145,7 +144,7 @@ class ImportDialog : public ui::Dialog {
     bool isPoint() const { return set_ && shape::IsPoint(set_->shapeType); }
     bool isComplete() const;
 
-    ImportRequest request_;
+    ImportShpSettings settings_;
     std::optional<ShapeSet> set_;
     bool replacePoints_ = false;  // the coordinate file of the box is to be a new one
     std::string pointFolder_;
@@ -203,7 +202,7 @@ ImportDialog::ImportDialog() : ui::Dialog(kResource, "Import SHP File") {
 
 void ImportDialog::onOpen() {
     const std::optional<SettingsFile> settings = SettingsFile::read();
-    request_.templatePath = settings ? settings->value(settings::kTemplate).value_or("") : "";
+    settings_.templatePath = settings ? settings->value(settings::kTemplate).value_or("") : "";
     std::string output = settings ? settings->value(settings::kOutput).value_or("") : "";
     if (!isOutput(output)) output = readState(state::kOutputPath);
     if (!isOutput(output)) output.clear();
@@ -448,48 +447,48 @@ void ImportDialog::onOk() {
     if (!isPoint()) checkName(kLayerEdit);
     enableControls();
     if (!isComplete()) return;
-    request_.shapePath = set_->path;
-    request_.outputPath = textOf(kOutputEdit);
-    request_.table = textOf(kTableEdit);
-    request_.alphanumeric = set_->alphanumeric;
+    settings_.shpPath = set_->path;
+    settings_.outputPath = textOf(kOutputEdit);
+    settings_.tableName = textOf(kTableEdit);
+    settings_.alphanumericCrd = set_->alphanumeric;
     if (isPoint()) {
-        request_.pointPath = textOf(kPointEdit);
-        request_.replacePoints = replacePoints_;
-        request_.overwritePoints = get<ui::CheckBox>(kOverwritePoints).checked();
-        pointFolder_ = files::folderOf(request_.pointPath);
+        settings_.crdPath = textOf(kPointEdit);
+        settings_.replacePoints = replacePoints_;
+        settings_.overwritePoints = get<ui::CheckBox>(kOverwritePoints).checked();
+        pointFolder_ = files::folderOf(settings_.crdPath);
     } else {
         const auto& layers = get<ui::List>(kLayers);
-        request_.layer = layers.selected() < 0 ? textOf(kLayerEdit) : layers.selectedText();
-        request_.lightPolylines = get<ui::CheckBox>(kLightPolylines).checked();
+        settings_.layerName = layers.selected() < 0 ? textOf(kLayerEdit) : layers.selectedText();
+        settings_.lightPolylines = get<ui::CheckBox>(kLightPolylines).checked();
     }
-    if (find(kHeightFields)->enabled()) request_.elevationField = get<ui::List>(kHeightFields).selected();
-    writeState(dao::DatabasePath(request_.outputPath), state::kOutputPath);
-    writeState(request_.shapePath, state::kShapeFile);
+    if (find(kHeightFields)->enabled()) settings_.elevationField = get<ui::List>(kHeightFields).selected();
+    writeState(dao::DatabasePath(settings_.outputPath), state::kOutputPath);
+    writeState(settings_.shpPath, state::kShapeFile);
     writeState(pointFolder_, state::kCoordinateFolder);
-    writeState(request_.overwritePoints ? "1" : "0", state::kShapeImportOption);
+    writeState(settings_.overwritePoints ? "1" : "0", state::kShapeImportOption);
     end(ui::kOk);
 }
 
 }  // namespace
 
-void ImportShapeSet(Call& call) {
+void ImportShpDialogRun(Call& call) {
     call.result = Nil{};
     ImportDialog dialog;
     if (RunDialog(dialog) != ui::kOk) return;
-    const ImportRequest& request = dialog.request();
-    if (request.templatePath.empty()) {
+    const ImportShpSettings& settings = dialog.settings();
+    if (settings.templatePath.empty()) {
         ui::messageBox("Error", "Please run GIS Settings!");
         return;
     }
-    const std::optional<ImportReport> report = ImportShapes(request);
+    const std::optional<ImportReport> report = ImportShp(settings);
     if (!report) return;
-    if (!report->points.empty() && ui::askYesNo("Alert", "Draw Points from " + request.pointPath + "?")) {
-        SetLispString("ret_string", request.pointPath);
+    if (!report->points.empty() && ui::askYesNo("Alert", "Draw Points from " + settings.crdPath + "?")) {
+        SetLispString("ret_string", settings.crdPath);
         ResultChain names;
         for (const std::string& name : report->points) names.addText(RTSTR, name);
         call.result = ResultBuffers(names.take());
     }
-    TellImport(request, *report);
+    TellImport(settings, *report);
 }
 
 }  // namespace norvane

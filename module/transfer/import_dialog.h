@@ -7,6 +7,6 @@ namespace norvane {
 
 // Function code 11. Takes nothing; gives the names of the points that are to be drawn, whose coordinate file
 // is then the value of the Lisp symbol ret_string, or nil.
-void ImportShapeSet(Call& call);
+void ImportShpDialogRun(Call& call);
 
 }  // namespace norvane

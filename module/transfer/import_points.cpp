@@ -67,28 +67,28 @@ bool PointImport::write(ImportProgress& progress, ImportReport& report, std::vec
     if (!readRecords(progress, report, ids)) return false;
     bool written = false;
     if (isKept_) {
-        temporary_ = TemporaryPath(request_.pointPath, PointStoreFormat());
+        temporary_ = TemporaryPath(settings_.crdPath, PointStoreFormat());
         written = PointStoreWriteBeside(std::move(points_), temporary_);
     } else {
         const size_t count = points_.size();
         written = PointStoreWriteAll(std::move(points_), 1) == count;
     }
-    if (!written) acutPrintf("\nThe points cannot be written to %s", request_.pointPath.c_str());
+    if (!written) acutPrintf("\nThe points cannot be written to %s", settings_.crdPath.c_str());
     return written;
 }
 
 bool PointImport::open() {
-    const FormOfNewFiles form(request_.alphanumeric);
-    isKept_ = !request_.replacePoints && DetectFormat(request_.pointPath) != kNoFile;
+    const FormOfNewFiles form(settings_.alphanumericCrd);
+    isKept_ = !settings_.replacePoints && DetectFormat(settings_.crdPath) != kNoFile;
     if (isKept_) {
-        if (!PointStoreOpen(request_.pointPath, 0, -1)) return false;
+        if (!PointStoreOpen(settings_.crdPath, 0, -1)) return false;
     } else {
-        if (!isFree(request_.pointPath)) {
+        if (!isFree(settings_.crdPath)) {
             acutPrintf("Could not open file: %s\nIt might be read-only or in use by another application.\n",
-                       request_.pointPath.c_str());
+                       settings_.crdPath.c_str());
             return false;
         }
-        temporary_ = TemporaryPath(request_.pointPath, kAlphanumericCrd);
+        temporary_ = TemporaryPath(settings_.crdPath, kAlphanumericCrd);
         if (!PointStoreOpen(temporary_, 1, -1)) return false;
     }
     numeric_ = PointStoreFormat() == kNumericCrd;
@@ -99,7 +99,7 @@ bool PointImport::readRecords(ImportProgress& progress, ImportReport& report, st
     const int idField = FindKeyFields(table_).id;
     IdCounter counter(table_, idField, [&](const std::string& id) { return idForm(id); });
     PointRecord point;
-    point.description = cutCharacters(request_.table, kLongestDescription);
+    point.description = cutCharacters(settings_.tableName, kLongestDescription);
     const bool hasHeight = shapes_.shapeType == shape::kPointZ;
     for (int32_t record = 0; record < shapes_.recordCount; ++record) {
         if (!progress.goOn(static_cast<size_t>(shapes_.recordCount - record))) return false;
@@ -111,8 +111,8 @@ bool PointImport::readRecords(ImportProgress& progress, ImportReport& report, st
         point.northing = shape->y[0];
         point.easting = shape->x[0];
         point.elevation = hasHeight ? shape->z[0] : 0;
-        if (!hasHeight && request_.elevationField >= 0)
-            point.elevation = text::toReal(CellText(table_, record, request_.elevationField));
+        if (!hasHeight && settings_.elevationField >= 0)
+            point.elevation = text::toReal(CellText(table_, record, settings_.elevationField));
         point.name = freeId(idField < 0 ? "" : idForm(CellText(table_, record, idField)), counter);
         if (add(point, report)) report.points.push_back(point.name);
         ids.push_back(point.name);
@@ -130,7 +130,7 @@ std::string PointImport::idForm(const std::string& text) const {
 
 std::string PointImport::freeId(std::string id, IdCounter& counter) {
     if (id.empty()) id = counter.next();
-    if (request_.overwritePoints || !isTaken(id)) return id;
+    if (settings_.overwritePoints || !isTaken(id)) return id;
     const std::string wanted = id;
     if (auto known = continued_.find(wanted); known != continued_.end()) id = known->second;
     while (isTaken(id)) id = numeric_ ? counter.next() : shortened(NextPointName(id, 1));
@@ -162,7 +162,7 @@ bool PointImport::putInPlace() {
         done = PointStoreReplace(temporary_) != 0;
         PointStoreClose();
     } else {
-        const std::string target = files::onDisk(request_.pointPath);
+        const std::string target = files::onDisk(settings_.crdPath);
         PointStoreClose();
         using files::RandomFile;
         const auto file = RandomFile::open(temporary_, RandomFile::Mode::kUpdate);

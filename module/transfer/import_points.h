@@ -13,7 +13,7 @@
 #include "module/exchange/shape_file.h"
 #include "module/transfer/id_counter.h"
 #include "module/transfer/import_progress.h"
-#include "module/transfer/import_request.h"
+#include "module/transfer/import_report.h"
 
 namespace norvane {
 
@@ -32,8 +32,8 @@ class FormOfNewFiles {
 class PointImport {
   public:
     // All of them belong to the caller and outlive the import.
-    PointImport(const ImportRequest& request, ShapeHandle& shapes, DbfHandle& table)
-        : request_(request), shapes_(shapes), table_(table) {}
+    PointImport(const ImportShpSettings& settings, ShapeHandle& shapes, DbfHandle& table)
+        : settings_(settings), shapes_(shapes), table_(table) {}
     ~PointImport();
     PointImport(const PointImport&) = delete;
     PointImport& operator=(const PointImport&) = delete;
@@ -53,7 +53,7 @@ class PointImport {
     bool isTaken(const std::string& id) const;
     bool add(PointRecord point, ImportReport& report);
 
-    const ImportRequest& request_;
+    const ImportShpSettings& settings_;
     ShapeHandle& shapes_;
     DbfHandle& table_;
     bool isKept_ = false;  // the file that is there gets more points; else a new one is made

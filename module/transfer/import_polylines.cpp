@@ -67,8 +67,9 @@ bool PolylineImport::drawRecords(ImportProgress& progress, ImportReport& report,
         }
         std::string id = idField < 0 ? "" : CellText(table_, record, idField);
         if (id.empty()) id = counter.next();
-        if (request_.elevationField >= 0)
-            if (const std::string height = CellText(table_, record, request_.elevationField); !height.empty())
+        if (settings_.elevationField >= 0)
+            if (const std::string height = CellText(table_, record, settings_.elevationField);
+                !height.empty())
                 elevation_ = text::toReal(height);
         if (!drawParts(*shape, id, report)) return false;
         ids.push_back(std::move(id));
@@ -80,14 +81,14 @@ bool PolylineImport::makeLayer() {
     AcDbLayerTable* layers = nullptr;
     acdbCurDwg()->getLayerTable(layers, AcDb::kForWrite);
     const OpenObject<AcDbLayerTable> table(layers);
-    if (table->has(request_.layer.c_str())) return true;
+    if (table->has(settings_.layerName.c_str())) return true;
     auto made = std::make_unique<AcDbLayerTableRecord>();
-    if (made->setName(request_.layer.c_str()) == Acad::eOk && table->add(made.get()) == Acad::eOk) {
+    if (made->setName(settings_.layerName.c_str()) == Acad::eOk && table->add(made.get()) == Acad::eOk) {
         const OpenObject<AcDbLayerTableRecord> layer(made.release());
         made_.push_back(layer->objectId());
         return true;
     }
-    acutPrintf("\nThe layer \"%s\" cannot be made.", request_.layer.c_str());
+    acutPrintf("\nThe layer \"%s\" cannot be made.", settings_.layerName.c_str());
     return false;
 }
 
@@ -126,13 +127,13 @@ bool PolylineImport::drawParts(const ShapeObject& shape, const std::string& id, 
 bool PolylineImport::drawPart(const Part& part, const std::string& id, ImportReport& report) {
     const OpenObject<AcDbBlockTableRecord> space = modelSpace();
     const OpenObject<AcDbEntity> polyline(space ? makePolyline(*space.get(), part) : nullptr);
-    if (!polyline || polyline->setLayer(request_.layer.c_str()) != Acad::eOk) {
+    if (!polyline || polyline->setLayer(settings_.layerName.c_str()) != Acad::eOk) {
         acutPrintf("\nThe drawing takes no more polylines.");
         return false;
     }
     ++report.polylines;
-    const GisLink link{dao::DatabasePath(request_.templatePath), dao::DatabasePath(request_.outputPath),
-                       request_.table, "PT_ID", id};
+    const GisLink link{dao::DatabasePath(settings_.templatePath), dao::DatabasePath(settings_.outputPath),
+                       settings_.tableName, "PT_ID", id};
     if (!LinkNewEntity(*polyline.get(), link)) ++report.linksRefused;
     return true;
 }
@@ -157,10 +158,10 @@ std::optional<double> PolylineImport::commonHeight(const Part& part) const {
 }
 
 AcDbEntity* PolylineImport::makePolyline(AcDbBlockTableRecord& space, const Part& part) {
-    if (request_.lightPolylines)
+    if (settings_.lightPolylines)
         if (const std::optional<double> height = commonHeight(part))
             if (AcDbEntity* light = makeLight(part, *height)) return light;
-    if (hasOwnHeights() || request_.elevationField >= 0)
+    if (hasOwnHeights() || settings_.elevationField >= 0)
         return makeWithVertices<AcDb3dPolyline, AcDb3dPolylineVertex>(space, part);
     return makeWithVertices<AcDb2dPolyline, AcDb2dVertex>(space, part);
 }
@@ -173,8 +174,8 @@ AcDbEntity* PolylineImport::makeWithVertices(AcDbBlockTableRecord& space, const 
     const AcGePoint3d first = vertexAt(0), last = vertexAt(part.count - 1);
     const double gap = plane::length(plane::Point{last.x - first.x, last.y - first.y, last.z - first.z});
     const bool isRepeated = part.count > 2 && gap < kSamePoint;
-    const bool isClosed = isArea() && (part.count < kTooManyToClose || request_.lightPolylines);
-    const int32_t count = isClosed && isRepeated && request_.lightPolylines ? part.count - 1 : part.count;
+    const bool isClosed = isArea() && (part.count < kTooManyToClose || settings_.lightPolylines);
+    const int32_t count = isClosed && isRepeated && settings_.lightPolylines ? part.count - 1 : part.count;
 
     auto made = std::make_unique<Polyline>();
     if (isClosed) made->makeClosed();
@@ -203,7 +204,7 @@ AcDbEntity* PolylineImport::makeLight(const Part& part, double height) {
     const int32_t count = isArea() && isRepeated ? part.count - 1 : part.count;
     ResultChain list;
     list.addText(0, "LWPOLYLINE");
-    list.addText(8, request_.layer);
+    list.addText(8, settings_.layerName);
     list.addInteger(67, 0);
     list.addInteger(90, count);
     list.addInteger(70, isArea() ? 1 : 0);

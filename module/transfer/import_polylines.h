@@ -8,7 +8,7 @@
 #include "module/exchange/dbf_file.h"
 #include "module/exchange/shape_file.h"
 #include "module/transfer/import_progress.h"
-#include "module/transfer/import_request.h"
+#include "module/transfer/import_report.h"
 #include "platform/ads/objects.h"
 
 namespace norvane {
@@ -16,8 +16,8 @@ namespace norvane {
 class PolylineImport {
   public:
     // All of them belong to the caller and outlive the import.
-    PolylineImport(const ImportRequest& request, ShapeHandle& shapes, DbfHandle& table)
-        : request_(request), shapes_(shapes), table_(table) {}
+    PolylineImport(const ImportShpSettings& settings, ShapeHandle& shapes, DbfHandle& table)
+        : settings_(settings), shapes_(shapes), table_(table) {}
 
     // Draws all records that can be read; their ids, in order, go behind `ids`. False when the user has
     // stopped it, or the drawing has refused the layer or a polyline, which has been told.
@@ -48,7 +48,7 @@ class PolylineImport {
     AcDbEntity* makeWithVertices(AcDbBlockTableRecord& space, const Part& part);
     AcDbEntity* makeLight(const Part& part, double height);
 
-    const ImportRequest& request_;
+    const ImportShpSettings& settings_;
     ShapeHandle& shapes_;
     DbfHandle& table_;
     double elevation_ = 0;  // of the last record that had one

@@ -26,24 +26,24 @@ class Parts {
     std::vector<std::string> parts_;
 };
 
-std::string whatWasMade(const ImportRequest& request, const ImportReport& report) {
-    if (request.pointPath.empty())
-        return counted(report.polylines, "polyline", "polylines") + " drawn on " + request.layer;
-    return counted(report.points.size(), "point", "points") + " written to " + request.pointPath;
+std::string whatWasMade(const ImportShpSettings& settings, const ImportReport& report) {
+    if (settings.crdPath.empty())
+        return counted(report.polylines, "polyline", "polylines") + " drawn on " + settings.layerName;
+    return counted(report.points.size(), "point", "points") + " written to " + settings.crdPath;
 }
 
-std::string whatWasRecorded(const ImportRequest& request, const ImportReport& report) {
+std::string whatWasRecorded(const ImportShpSettings& settings, const ImportReport& report) {
     if (!report.recordsWritten) return "no records written";
-    return counted(report.recordsAdded, "record", "records") + " added to " + request.table + " and " +
+    return counted(report.recordsAdded, "record", "records") + " added to " + settings.tableName + " and " +
            std::to_string(report.recordsChanged) + " changed" +
-           (report.featureAdded ? ", the feature " + request.table + " defined" : "");
+           (report.featureAdded ? ", the feature " + settings.tableName + " defined" : "");
 }
 
 }  // namespace
 
-void TellImport(const ImportRequest& request, const ImportReport& report) {
-    acutPrintf("\n%s: %s; %s.", files::nameOf(request.shapePath).c_str(),
-               whatWasMade(request, report).c_str(), whatWasRecorded(request, report).c_str());
+void TellImport(const ImportShpSettings& settings, const ImportReport& report) {
+    acutPrintf("\n%s: %s; %s.", files::nameOf(settings.shpPath).c_str(),
+               whatWasMade(settings, report).c_str(), whatWasRecorded(settings, report).c_str());
     Parts out;
     out.add(report.unreadable, "record that cannot be read", "records that cannot be read");
     out.add(report.shortParts, "part of fewer than two vertices", "parts of fewer than two vertices");
@@ -58,7 +58,7 @@ void TellImport(const ImportRequest& request, const ImportReport& report) {
                    counted(report.valuesCut, "value was", "values were").c_str());
     if (!report.outputCopy.empty())
         acutPrintf("\nThe output as it was before is kept in %s.", report.outputCopy.c_str());
-    const std::string reference = ReferenceOf(request.shapePath);
+    const std::string reference = ReferenceOf(settings.shpPath);
     acutPrintf("\n%s", reference.empty()
                            ? "The set does not say in which reference system its coordinates are."
                            : ("The coordinates are taken as they are, in " + reference + ".").c_str());

@@ -1,12 +1,35 @@
-// What is told at the end of an import.
+// What an import did, and what is told at its end.
 #pragma once
 
-#include "module/transfer/import_request.h"
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "module/transfer/import_settings.h"
 
 namespace norvane {
 
+// The names of the points that were written.
+using ImportResultList = std::vector<std::string>;
+
+struct ImportReport {
+    ImportResultList points;
+    size_t polylines = 0;
+    size_t recordsAdded = 0, recordsChanged = 0;
+    bool recordsWritten = false;  // false: there is no engine
+    bool featureAdded = false;
+    std::string outputCopy;  // the path of a copy of the output as it was before; "" for none
+    // Left out.
+    size_t unreadable = 0;      // records
+    size_t shortParts = 0;      // of fewer than two vertices
+    size_t badCoordinates = 0;  // parts and points that are nowhere
+    size_t pointsRefused = 0;   // by the coordinate file
+    size_t linksRefused = 0;    // by the drawing: a text of the link is too long
+    size_t valuesCut = 0;       // to the size of their column
+};
+
 // Lines on the command line: what was made and where, what was left out and why, and which reference system
 // the set has.
-void TellImport(const ImportRequest& request, const ImportReport& report);
+void TellImport(const ImportShpSettings& settings, const ImportReport& report);
 
 }  // namespace norvane

@@ -66,18 +66,18 @@ size_t CountRecordsOf(CDaoDatabase& database, const std::string& table, const st
     return 0;
 }
 
-bool WriteRows(CDaoDatabase& database, const ImportRequest& request, DbfHandle& table,
+bool WriteRows(CDaoDatabase& database, const ImportShpSettings& settings, DbfHandle& table,
                const std::vector<std::string>& ids, ImportProgress& progress, ImportReport& report) {
     const std::vector<ImportedField> fields = ImportedFields(table);
     std::vector<std::string> columns;
     for (const ImportedField& field : fields) columns.push_back(field.column);
-    const TextTable made = EnsureTextTable(database, request.table, columns);
+    const TextTable made = EnsureTextTable(database, settings.tableName, columns);
     const std::vector<Source> sources = sourcesOf(table, fields, made.sizes);
 
     KeyedRecords records(database, "SELECT * FROM " + made.table, kKeyFields, ids);
     auto writeValues = [&](CDaoRecordset& record, size_t row) {
         record.SetFieldValue(kIdColumn, ids[row]);
-        record.SetFieldValue(kFeatureColumn, request.table);
+        record.SetFieldValue(kFeatureColumn, settings.tableName);
         for (const Source& source : sources) {
             std::string value =
                 TableText(source.type, CellText(table, static_cast<int32_t>(row), source.field));

@@ -23,13 +23,13 @@ namespace norvane {
 namespace {
 
 // Under what the set is remembered whose rows a table holds.
-std::string setOf(const ImportRequest& request) {
-    return request.outputPath + " " + request.table;
+std::string setOf(const ImportShpSettings& settings) {
+    return settings.outputPath + " " + settings.tableName;
 }
 
 // An export from this drawing is in the same reference system.
-void rememberReference(const ImportRequest& request) {
-    const std::string file = SetMember(request.shapePath, "prj");
+void rememberReference(const ImportShpSettings& settings) {
+    const std::string file = SetMember(settings.shpPath, "prj");
     if (files::exists(file)) ReferenceFiles().remember(acdbCurDwg()->filename(), file);
 }
 
@@ -39,10 +39,10 @@ bool isOneFile(const std::string& a, const std::string& b) {
 
 class ShapeImport {
   public:
-    explicit ShapeImport(const ImportRequest& request)
-        : request_(request),
-          shapes_(ShapeOpen(request.shapePath, "rb")),
-          table_(DbfOpen(request.shapePath, "rb")),
+    explicit ShapeImport(const ImportShpSettings& settings)
+        : settings_(settings),
+          shapes_(ShapeOpen(settings.shpPath, "rb")),
+          table_(DbfOpen(settings.shpPath, "rb")),
           progress_(shapes_ ? static_cast<size_t>(shapes_->recordCount) : 0) {}
 
     bool run();
@@ -56,7 +56,7 @@ class ShapeImport {
     void writeInto(CDaoDatabase& output, bool& kept);
     bool mayOverwrite(size_t existing) const;
 
-    const ImportRequest& request_;
+    const ImportShpSettings& settings_;
     OpenShapeFile shapes_;
     OpenDbfFile table_;
     ImportProgress progress_;
@@ -74,57 +74,57 @@ bool ShapeImport::run() {
     }
     report_.unreadable = progress_.unreadable().size();
     if (!points_ || points_->putInPlace()) return true;
-    acutPrintf("\nThe points cannot be put into %s", request_.pointPath.c_str());
+    acutPrintf("\nThe points cannot be put into %s", settings_.crdPath.c_str());
     return false;
 }
 
 // Before anything is drawn. Without an engine there are no rows, and nothing to be opened.
 bool ShapeImport::databasesOpen() const {
     if (!IsDaoAvailable("3.6")) return true;
-    for (const std::string& path : {request_.outputPath, request_.templatePath})
+    for (const std::string& path : {settings_.outputPath, settings_.templatePath})
         if (WithDatabase(path, [](CDaoDatabase&) {}) != DatabaseOutcome::kDone) return false;
     return true;
 }
 
 bool ShapeImport::readShapes() {
     if (shape::IsPoint(shapes_->shapeType)) {
-        points_ = std::make_unique<PointImport>(request_, *shapes_, *table_);
+        points_ = std::make_unique<PointImport>(settings_, *shapes_, *table_);
         return points_->write(progress_, report_, ids_);
     }
-    polylines_ = std::make_unique<PolylineImport>(request_, *shapes_, *table_);
+    polylines_ = std::make_unique<PolylineImport>(settings_, *shapes_, *table_);
     return polylines_->draw(progress_, report_, ids_);
 }
 
 // Without an engine the shapes stay all the same.
 bool ShapeImport::writeDatabases() {
     size_t existing = 0;
-    const DatabaseOutcome outcome = WithDatabase(request_.outputPath, [&](CDaoDatabase& output) {
-        existing = CountRecordsOf(output, request_.table, ids_);
+    const DatabaseOutcome outcome = WithDatabase(settings_.outputPath, [&](CDaoDatabase& output) {
+        existing = CountRecordsOf(output, settings_.tableName, ids_);
     });
     if (outcome != DatabaseOutcome::kDone) return outcome == DatabaseOutcome::kNoDao;
     if (!mayOverwrite(existing)) return false;
     // While nobody has the database open.
-    if (existing > kMostChangedWithoutCopy) report_.outputCopy = KeepOutputCopy(request_.outputPath);
+    if (existing > kMostChangedWithoutCopy) report_.outputCopy = KeepOutputCopy(settings_.outputPath);
     bool kept = false;
-    WithDatabase(request_.outputPath, [&](CDaoDatabase& output) { writeInto(output, kept); });
-    if (kept) ImportedSets().remember(setOf(request_), request_.shapePath);
+    WithDatabase(settings_.outputPath, [&](CDaoDatabase& output) { writeInto(output, kept); });
+    if (kept) ImportedSets().remember(setOf(settings_), settings_.shpPath);
     return kept;
 }
 
 void ShapeImport::writeInto(CDaoDatabase& output, bool& kept) {
     output.BeginTrans();
-    if (!WriteRows(output, request_, *table_, ids_, progress_, report_)) return;
-    const std::vector<std::string> attributes = AttributesOfTable(output, request_.table);
-    if (isOneFile(request_.outputPath, request_.templatePath)) {
-        report_.featureAdded = AddFeature(output, request_.table, attributes);
+    if (!WriteRows(output, settings_, *table_, ids_, progress_, report_)) return;
+    const std::vector<std::string> attributes = AttributesOfTable(output, settings_.tableName);
+    if (isOneFile(settings_.outputPath, settings_.templatePath)) {
+        report_.featureAdded = AddFeature(output, settings_.tableName, attributes);
         output.CommitTrans();
         kept = true;
         return;
     }
     CDaoDatabase featureTemplate;
-    OpenDatabase(featureTemplate, request_.templatePath);
+    OpenDatabase(featureTemplate, settings_.templatePath);
     featureTemplate.BeginTrans();
-    const bool added = AddFeature(featureTemplate, request_.table, attributes);
+    const bool added = AddFeature(featureTemplate, settings_.tableName, attributes);
     // The greater part first: as long as it can fail, both are as they were.
     output.CommitTrans();
     kept = true;
@@ -134,23 +134,23 @@ void ShapeImport::writeInto(CDaoDatabase& output, bool& kept) {
 
 // Records that are there and came from another set are not overwritten unasked.
 bool ShapeImport::mayOverwrite(size_t existing) const {
-    if (existing == 0 || ImportedSets().find(setOf(request_)) == request_.shapePath) return true;
+    if (existing == 0 || ImportedSets().find(setOf(settings_)) == settings_.shpPath) return true;
     ui::OwnQuestion question;
     question.title = "Import SHP File";
     question.text = text::format(
         "Records of the table %s that came from elsewhere have ids of this set: %zu.\n"
         "Do you want to overwrite them?",
-        request_.table.c_str(), existing);
+        settings_.tableName.c_str(), existing);
     question.defaultAnswer = ui::kYes;
     return ui::ask(question) == ui::kYes;
 }
 
 }  // namespace
 
-std::optional<ImportReport> ImportShapes(const ImportRequest& request) {
-    ShapeImport import(request);
+std::optional<ImportReport> ImportShp(const ImportShpSettings& settings) {
+    ShapeImport import(settings);
     if (import.run()) {
-        rememberReference(request);
+        rememberReference(settings);
         return import.report();
     }
     acutPrintf(import.stopped() ? "\nThe import was stopped: nothing was changed."

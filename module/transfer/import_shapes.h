@@ -8,12 +8,12 @@
 #include <optional>
 
 #include "module/cad/call.h"
-#include "module/transfer/import_request.h"
+#include "module/transfer/import_report.h"
 
 namespace norvane {
 
 // Imports, and ends with a line of what was done and what was left out. Nothing when it was stopped or
 // failed, which has been told.
-std::optional<ImportReport> ImportShapes(const ImportRequest& request);
+std::optional<ImportReport> ImportShp(const ImportShpSettings& settings);
 
 }  // namespace norvane
