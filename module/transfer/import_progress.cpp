@@ -44,10 +44,11 @@ bool ImportProgress::goOnAfterUnreadable(int32_t record) {
     if (unreadable_.size() > 1) return true;
     ui::OwnQuestion question;
     question.title = "Import SHP File";
-    question.text = text::format(
-        "Record %ld cannot be read: the attributes of all later ones would belong to others.\n"
-        "Do you want to go on?",
-        static_cast<long>(record) + 1);
+    question.text =
+        text::format("Record %ld cannot be read: the attributes of all later ones would belong to others.",
+                     static_cast<long>(record) + 1);
+    question.yes = "&Go on";
+    question.no = "&Stop";
     question.defaultAnswer = ui::kYes;
     refused_ = ui::ask(question) != ui::kYes;
     return !refused_;

@@ -27,7 +27,8 @@ struct MessageBox {
     std::string title;
     std::string text;
     unsigned flags = kBoxAlert;
-    bool success = false;  // a view that has signs shows none of warning, whatever the flags say
+    bool success = false;     // a view that has signs shows none of warning, whatever the flags say
+    std::string yes{}, no{};  // what the two buttons say in place of that
 };
 
 // A question that we have added to what a tool asks. Scripts that do not know it run as before: it is
@@ -37,6 +38,7 @@ struct OwnQuestion {
     std::string text;
     unsigned flags = kBoxAlert | kBoxYesNo;
     int defaultAnswer = kNo;  // where nobody answers: kOk, kCancel, kYes or kNo
+    std::string yes{}, no{};  // what the two buttons say in place of that; a script may answer by it
 };
 
 struct FileBox {
@@ -68,7 +70,7 @@ class Backend {
     virtual int messageBox(const MessageBox& box) = 0;
     // The same; a view that has answers for certain questions uses those.
     virtual int ask(const OwnQuestion& question) {
-        return messageBox({question.title, question.text, question.flags});
+        return messageBox({question.title, question.text, question.flags, false, question.yes, question.no});
     }
     virtual std::optional<std::string> fileBox(const FileBox& box) = 0;
     // A text that goes away by itself after some milliseconds.

@@ -150,6 +150,8 @@ int QtBackend::messageBox(const MessageBox& box) {
     QMessageBox qt(sign, toQt(box.title), toQt(box.text), buttonsOf(box.flags), front());
     qt.setTextFormat(Qt::PlainText);
     if (box.flags & kBoxTopMost) qt.setWindowFlag(Qt::WindowStaysOnTopHint);
+    if (!box.yes.empty()) qt.button(QMessageBox::Yes)->setText(toQt(box.yes));
+    if (!box.no.empty()) qt.button(QMessageBox::No)->setText(toQt(box.no));
     int answer = qt.exec();
     returnToFront();
     switch (answer) {

@@ -281,6 +281,17 @@ int ScriptedBackend::messageBox(const MessageBox& box) {
     return answer;
 }
 
+namespace {
+
+// Also by what the button says.
+int buttonOf(const OwnQuestion& question, const std::string& name) {
+    if (!question.yes.empty() && name == plainCaption(question.yes)) return kYes;
+    if (!question.no.empty() && name == plainCaption(question.no)) return kNo;
+    return buttonOf(name);
+}
+
+}  // namespace
+
 int ScriptedBackend::ask(const OwnQuestion& question) {
     std::string shown = "question [" + question.title + "] \"" + question.text +
                         text::format("\" flags 0x%x", question.flags);
@@ -290,14 +301,15 @@ int ScriptedBackend::ask(const OwnQuestion& question) {
     std::optional<std::string> button;
     if (given != questions_.end()) {
         button = given->button;
-        if (!hasButton(question.flags, buttonOf(*button)))
+        if (!hasButton(question.flags, buttonOf(question, *button)))
             failed_.push_back("refused \"" + *button + "\" for the " + shown);
         questions_.erase(given);
     } else if (asker_) {
         button = asker_->answer(shown);
     }
-    const bool answered = button && hasButton(question.flags, buttonOf(*button));
-    const int answer = answered ? buttonOf(*button) : question.defaultAnswer;
+    const int pressed = button ? buttonOf(question, *button) : 0;
+    const bool answered = button && hasButton(question.flags, pressed);
+    const int answer = answered ? pressed : question.defaultAnswer;
     log_.push_back(shown + " -> " + buttonText(answer) + (answered ? "" : " by default"));
     return answer;
 }

@@ -1,7 +1,7 @@
 // The import of shape files in a real window. With NORVANE_PICTURES set to a folder, pictures of the windows
 // are put there.
 #include <QLineEdit>
-#include <QListView>
+#include <QMessageBox>
 
 #include "platform/ui/qt/qt_backend.h"
 #include "tests/module/transfer/import_fixture.h"
@@ -68,6 +68,25 @@ TEST_F(QtImport, PointsComeInWithTheirHeightsFromAField) {
     EXPECT_EQ(lisp("(cf:gis_smart_prompting 11)"), "(\"A1\")");
     EXPECT_EQ(points("shots.crd"), (std::vector<std::string>{"A1 6.000 5.000 7.500 SHOTS"}));
     EXPECT_NE(read("featlink.ini").find("#G1\n"), std::string::npos) << read("featlink.ini");
+}
+
+TEST_F(QtImport, ARecordThatCannotBeReadIsAskedAbout) {
+    fs::resize_file(path("plots.shp"), fs::file_size(path("plots.shp")) - 8);
+    does(joined(
+        {{title("Import SHP File")},
+         choose("plots"),
+         {press(Qt::Key_Y, Qt::AltModifier), focusOn(1015), type("lots"), press(Qt::Key_P, Qt::AltModifier),
+          until([] { return qobject_cast<QMessageBox*>(window()) != nullptr; }, "a question"),
+          see(
+              [] {
+                  auto* box = qobject_cast<QMessageBox*>(window());
+                  return box && box->button(QMessageBox::Yes)->text() == "&Go on" &&
+                         box->button(QMessageBox::No)->text() == "&Stop";
+              },
+              "its buttons"),
+          press(Qt::Key_S, Qt::AltModifier)}}));
+    lisp("(cf:gis_smart_prompting 11)");
+    EXPECT_NE(printed().find("The import was stopped: nothing was changed."), std::string::npos);
 }
 
 TEST_F(QtImport, TheDialogFitsASmallScreen) {

@@ -129,7 +129,7 @@ TEST_F(SharedSets, RecordsThatCannotBeReadShiftTheAttributesOfLaterOnes) {
     EXPECT_NE(printed().find("\nLeft out: 4 records that cannot be read."), std::string::npos);
     // Who does not want that stops.
     ui_.answerBox("No");
-    ui_.answerQuestion("Import SHP File", "No");
+    ui_.answerQuestion("Record 1 cannot be read", "Stop");
     EXPECT_EQ(take("shapes_in/nulls_polygon"), "nil");
     EXPECT_EQ(count("POLYLINE"), 0);
     EXPECT_NE(printed().find("\nThe import was stopped: nothing was changed."), std::string::npos);
