@@ -104,13 +104,12 @@ void fill(ui::List& list, const std::vector<std::string>& items) {
     for (const std::string& item : items) list.addItem(item);
 }
 
-// Marks the item of a text, without regard to case; none when there is no such item. Its place.
-int markItem(ui::List& list, const std::string& text) {
+// Marks the item of a text, without regard to case; none when there is no such item.
+void markItem(ui::List& list, const std::string& text) {
     int found = -1;
     for (int i = 0; i < list.count() && found < 0; ++i)
         if (text::equalNoCase(list.item(i), text)) found = i;
     list.select(found);
-    return found;
 }
 
 class ImportDialog : public ui::Dialog {
@@ -141,7 +140,7 @@ class ImportDialog : public ui::Dialog {
     void enableControls();
     void checkName(int edit);
     std::string textOf(int id) const { return std::string(text::trim(find(id)->text())); }
-    bool isPoint() const { return set_ && shape::IsPoint(set_->shapeType); }
+    bool isPoint() const { return set_ && IsImported(set_->shapeType) && shape::IsPoint(set_->shapeType); }
     bool isComplete() const;
 
     ImportShpSettings settings_;

@@ -114,6 +114,27 @@ TEST_F(ImportSheet, AnIndexThatIsMissingCanBeMade) {
     EXPECT_TRUE(fs::exists(path("plots.shx")));
 }
 
+TEST_F(ImportSheet, EndingsCountInAnyCase) {
+    fs::rename(path("shots.shp"), path("shots.SHP"));
+    fs::rename(path("shots.shx"), path("shots.Shx"));
+    fs::rename(path("shots.dbf"), path("shots.dBF"));
+    write("shots.PRJ", "PROJCS[\"NAD83 / North Carolina\",GEOGCS[\"NAD83\"]]");
+    const std::string shown = look("shots.SHP");
+    EXPECT_TRUE(has(shown, "Type SHP File: POINT\"")) << shown;
+    EXPECT_TRUE(has(shown, "1013 edit \"" + path("shots.CRD"))) << shown;
+    EXPECT_TRUE(has(shown, "Coordinates are taken as they are, in NAD83 / North Carolina.")) << shown;
+    ASSERT_EQ(host_->saveDrawing(path("job.dxf")), "");
+    ui_.answerBox("No");
+    ui_.answerFile(path("shots.SHP"));
+    answer(148, {click("Select SHP File"), import()});
+    lisp("(cf:gis_smart_prompting 11)");
+    EXPECT_EQ(points("shots.CRD").size(), 2u);
+    EXPECT_EQ(output("select PT_ID from SHOTS"), "1\n2\n");
+    // An export from this drawing is in the same system.
+    EXPECT_TRUE(has(read("featlink.ini"), "@2" + path("job.dxf") + "\t" + path("shots.PRJ") + "\n"));
+    EXPECT_TRUE(has(printed(), "\nThe coordinates are taken as they are, in NAD83 / North Carolina."));
+}
+
 TEST_F(ImportSheet, AGisKeyFixesTheTable) {
     makeSet("valves", shape::kPoint, {{"GIS_KEY"}, {"SIZE"}},
             {{{{1, 2, 0}}, {"", "6"}}, {{{1, 2, 0}}, {"water valve", "6"}}, {{{1, 2, 0}}, {"HYDRANT", "6"}}});
