@@ -202,6 +202,16 @@ TEST_F(Import, TheSameSetComesInAgainWithoutAQuestionAndWithACopyOfTheOutput) {
     EXPECT_EQ(copies(), 1);
 }
 
+TEST_F(Import, ASetWithoutRecordsIsNoFault) {
+    makeSet("lines", shape::kArc, {{"PT_ID"}, {"NOTE"}}, {});
+    makeSet("shots", shape::kPoint, {{"PT_ID"}, {"NOTE"}}, {});
+    import("lines", {layer()});
+    EXPECT_EQ(output("select count(*) from LINES"), "0\n");
+    EXPECT_EQ(import("shots"), "nil");
+    EXPECT_TRUE(fs::exists(path("shots.crd")));
+    EXPECT_NE(printed().find("shots.shp: 0 points written to "), std::string::npos);
+}
+
 // --- All or nothing ---------------------------------------------------------------------------------------
 
 TEST_F(Import, AnImportThatIsStoppedChangesNothing) {

@@ -138,3 +138,20 @@ TEST_F(Points, AnImportDrawsThem) {
     EXPECT_EQ(drawn("DESC2"), "(\"SHOTS\" \"SHOTS\")");
     EXPECT_NE(printed().find("\n2 points drawn on POINTS."), std::string::npos);
 }
+
+TEST_F(Points, AnIndexedFileGetsThemToo) {
+    lisp("(setq new_crdform 4)");
+    put("\"A1\" 100.0 200.0 \"IP FND\" 12.345");
+    ASSERT_TRUE(fs::exists(path("job.idx")));
+    makeSet("job", norvane::shape::kPointZ, {{"PT_ID"}}, {{{{1, 2, 3}}, {"A1"}}, {{{4, 5, 6}}, {"B1"}}});
+    ui_.answerFile(path("job.shp"));
+    ui_.answerBox("No");  // the file stays
+    ui_.answerBox("Yes");
+    answer(148, {click("Select SHP File"), import()});
+    EXPECT_EQ(lisp("(cf:gis_smart_prompting 11)"), "(\"A2\" \"B1\")");
+    EXPECT_EQ(
+        lisp("(gis:points " + file_ + " \"ALL\")"),
+        "((\"A1\" 100.0 200.0 12.345 \"IP FND\") (\"A2\" 2.0 1.0 3.0 \"JOB\") (\"B1\" 5.0 4.0 6.0 \"JOB\"))");
+    EXPECT_FALSE(fs::exists(path("job_.crd")));
+    EXPECT_FALSE(fs::exists(path("job_.idx")));
+}
