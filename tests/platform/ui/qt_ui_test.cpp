@@ -142,6 +142,22 @@ TEST_F(QtUi, IsWorkedByKeyboardAlone) {
     EXPECT_EQ(dialog.focusAtOk, kMark);
 }
 
+TEST_F(QtUi, ASecretIsTypedUnseen) {
+    Everything dialog;
+    dialog.get<ui::Edit>(kName).setSecret();
+    does({press(Qt::Key_N, Qt::AltModifier), type("word"),
+          see(
+              [] {
+                  return child<QLineEdit>(kName)->displayText() ==
+                         QString(4, child<QLineEdit>(kName)->displayText()[0]);
+              },
+              "four signs"),
+          see([] { return child<QLineEdit>(kName)->displayText()[0] != 'w'; }, "that are not the word's"),
+          press(Qt::Key_Enter)});
+    EXPECT_EQ(dialog.runModal(), ui::kOk);
+    EXPECT_EQ(dialog.find(kName)->text(), "word");
+}
+
 TEST_F(QtUi, IsWorkedByMouse) {
     Everything dialog;
     auto clickIn = [](QWidget* view, const QRect& at) {
@@ -299,10 +315,14 @@ TEST_F(QtUi, FileBoxesStartInTheirFolderAndKnowTheirFilter) {
         return shown && shown->directory().absolutePath().toStdString() == folder_.string() &&
                shown->nameFilters() == QStringList{"Microsoft Access Databases (*.mdb)"};
     };
+    auto boxAsks = [this] { return qobject_cast<QMessageBox*>(window()) != nullptr; };
     does({see(boxShows, "open box"), type("plan.mdb"), press(Qt::Key_Enter), see(boxShows, "save box"),
-          type("new"), press(Qt::Key_Enter), press(Qt::Key_Escape)});
+          type("new"), press(Qt::Key_Enter), type("plan.mdb"), press(Qt::Key_Enter),
+          see(boxAsks, "whether the file is to be replaced"), press(Qt::Key_Escape), press(Qt::Key_Escape),
+          press(Qt::Key_Escape)});
     EXPECT_EQ(ui::fileBox(open), (folder_ / "plan.mdb").string());
     EXPECT_EQ(ui::fileBox(save), (folder_ / "new.mdb").string());
+    EXPECT_EQ(ui::fileBox(save), std::nullopt) << "it was not to be";
     EXPECT_EQ(ui::fileBox(open), std::nullopt);
 }
 

@@ -261,6 +261,15 @@ TEST(RepairNothing, WhatCannotBeSavedStaysAsItIs) {
     EXPECT_TRUE(readFile(path) == noise);
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 1);
     EXPECT_THROW(compactAndRepair(folder("missing.mdb"), {}), Error);
+    // Also where another program holds it, which is seen when the first page has been made anew.
+    std::filesystem::remove(path);
+    Database::create(path, Version::kAccess2000);
+    Database holder(path, {.exclusive = true});
+    std::fstream(path, std::ios::binary | std::ios::in | std::ios::out) << noise.substr(0, 4096);
+    const std::string damaged = readFile(path);
+    EXPECT_THROW(compactAndRepair(path, {.lockTimeout = 50}), Error);
+    EXPECT_TRUE(readFile(path) == damaged);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 1);
 }
 
 TEST(RepairGiven, ForeignFilesWithPagesOfNoise) {
