@@ -445,7 +445,14 @@
 (defun c:gis-audit () (gis:not-there "The audit of links"))
 (defun c:gis-query () (gis:not-there "The query of entities"))
 (defun c:gis-polylinks () (gis:not-there "The tool that links areas"))
-(defun c:gis-polygon () (gis:not-there "The search for a polygon"))
+(defun c:gis-polygon (/ point found data)
+  (if (setq point (getpoint "\nPick a point inside polygon: "))
+    (if (setq found (cf:gis_smart_prompting 13 point))
+      (progn
+        (setq data (entget found))
+        (prompt (strcat "\n" (cdr (assoc 0 data)) " " (cdr (assoc 5 data)) " on layer " (cdr (assoc 8 data)) ".")))
+      (prompt "\nUsing this point cannot find any polygon!")))
+  (princ))
 
 ;; --- Databases -------------------------------------------------------------------------------------------
 

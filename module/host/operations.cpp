@@ -5,6 +5,7 @@
 #include "module/cad/automation_call.h"
 #include "module/features/template_editor.h"
 #include "module/linktools/link_areas.h"
+#include "module/linktools/polygon_at.h"
 #include "module/linktools/query_entities.h"
 #include "module/prompting/prompt_for_entity.h"
 #include "module/setup/database_chooser.h"
@@ -34,7 +35,7 @@ constexpr Operation kOperations[] = {
     ExportGivenSet,      // 10
     ImportShpDialogRun,  // 11
     CallAutomation,      // 12
-    kNotBuilt,           // 13 polygon around a point
+    FindPolygon,         // 13
     ChooseFile,          // 14
     EditTemplate,        // 15
     kNotBuilt,           // 16 database utilities
