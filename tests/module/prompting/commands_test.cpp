@@ -238,7 +238,7 @@ TEST_F(Commands, APointThatWasDrawnForNothingGoes) {
 
 TEST_F(Commands, ToolsThatAreNotThereSaySo) {
     for (const char* command :
-         {"links", "blocklinks", "titles", "audit", "query", "polylinks", "polygon", "utilities", "blocks"}) {
+         {"links", "blocklinks", "titles", "audit", "query", "polylinks", "utilities", "blocks"}) {
         lisp(std::string("(c:gis-") + command + ")");
         EXPECT_NE(printed().find(" is not there yet."), std::string::npos) << command;
     }
