@@ -169,7 +169,8 @@ void DialogWindow::place(QBoxLayout& into, const Layout& part) {
         case Layout::Kind::Group: {
             QWidget* box = widgetOf(part.control);
             if (!box) break;
-            auto* inner = new QVBoxLayout(box);
+            auto* inner = new QVBoxLayout;
+            box->setLayout(inner);
             for (const Layout& child : part.children) place(*inner, child);
             into.addWidget(box, part.stretch);
             break;  // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks): the box owns the layout.

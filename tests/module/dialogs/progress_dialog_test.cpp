@@ -62,7 +62,8 @@ TEST_F(ProgressTest, OfALongLineTheBeginningAndTheEndAreShown) {
 }
 
 TEST_F(ProgressTest, TheFramesButtonAndEscapeEndWorkOfUnknownLength) {
-    for (ui::Step end : {ui::Step{ui::Step::Kind::Close}, ui::Step{ui::Step::Kind::Key, "", "Escape"}}) {
+    for (const ui::Step& end :
+         {ui::Step{ui::Step::Kind::Close}, ui::Step{ui::Step::Kind::Key, "", "Escape"}}) {
         script_.answer(1000, {{}, end});
         ProgressDialog progress("Read", 0);
         EXPECT_EQ(work(progress, 100), 1);
