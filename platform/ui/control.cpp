@@ -198,10 +198,12 @@ std::vector<std::vector<int>> Tree::children() const {
             children[nodes_[i].parent < 0 ? nodes_.size() : static_cast<size_t>(nodes_[i].parent)].push_back(
                 static_cast<int>(i));
     if (!sorted_) return children;
+    std::vector<std::string> keys;
+    keys.reserve(nodes_.size());
+    for (const Node& node : nodes_) keys.push_back(text::upper(node.text));
     for (std::vector<int>& siblings : children)
         std::stable_sort(siblings.begin(), siblings.end(), [&](int a, int b) {
-            return text::upper(nodes_[static_cast<size_t>(a)].text) <
-                   text::upper(nodes_[static_cast<size_t>(b)].text);
+            return keys[static_cast<size_t>(a)] < keys[static_cast<size_t>(b)];
         });
     return children;
 }
