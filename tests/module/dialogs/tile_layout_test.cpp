@@ -169,6 +169,14 @@ TEST(TileLayout, EntriesOfAMenuTakeNoRoom) {
     EXPECT_EQ(r[1], (ui::Rect{10, 10, 20, 16}));
 }
 
+TEST(TileLayout, TheWidestAndTheHighestPageGiveTheSize) {
+    std::vector<TileRecord> tiles{pixels(200), tile(TileType::kList, 5, false, 100), pixels(20)};
+    for (int page = 0; page < 3; ++page) tiles[static_cast<size_t>(page)].page = page;
+    const ui::Size size = LayOutPages(tiles, kFont);
+    EXPECT_EQ(size.width, 10 + 200 + 10);
+    EXPECT_EQ(size.height, 10 + 100 + 10);
+}
+
 TEST(TileLayout, AnchorsTakeTheirShareOfANewSize) {
     TileRecord t = pixels(20);
     t.rectangle = {10, 10, 20, 16};
