@@ -8,6 +8,7 @@
 #include <QRegularExpression>
 #include <QVBoxLayout>
 
+#include "hostcad/window/hinted_line.h"
 #include "platform/ui/qt/qt_text.h"
 
 namespace hostcad {
@@ -53,7 +54,10 @@ QString promptWithLinks(const QString& text, const Keywords& keywords) {
 }  // namespace
 
 CommandPanel::CommandPanel(QWidget* parent)
-    : QWidget(parent), history_(new QPlainTextEdit), prompt_(new QLabel), line_(new QLineEdit) {
+    : QWidget(parent),
+      history_(new QPlainTextEdit),
+      prompt_(new QLabel),
+      line_(new HintedLine("Command or Lisp expression")) {
     QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
     history_->setFont(fixed);
     history_->setReadOnly(true);
@@ -61,7 +65,6 @@ CommandPanel::CommandPanel(QWidget* parent)
     history_->setFocusPolicy(Qt::ClickFocus);
     history_->setAccessibleName("Command history");
     line_->setFont(fixed);
-    line_->setPlaceholderText("Command or Lisp expression");
     line_->setAccessibleName("Command line");
     line_->installEventFilter(this);
     prompt_->setTextFormat(Qt::RichText);

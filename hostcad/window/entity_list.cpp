@@ -13,6 +13,7 @@
 #include <cmath>
 #include <tuple>
 
+#include "hostcad/window/hinted_line.h"
 #include "hostcad/window/linked_record.h"
 #include "platform/scope/temporary_value.h"
 #include "platform/text/text.h"
@@ -164,12 +165,11 @@ void EntityTable::sortRows() {
 EntityList::EntityList(QWidget* parent)
     : QWidget(parent),
       table_(new EntityTable(this)),
-      filter_(new QLineEdit),
+      filter_(new HintedLine("Any word of a row")),
       onlyLinked_(new QCheckBox("&Linked only")),
       count_(new QLabel),
       view_(new QTableView) {
     constexpr int kPause = 250;  // milliseconds without typing or changes until the list is made anew
-    filter_->setPlaceholderText("Any word of a row");
     filter_->setClearButtonEnabled(true);
     filter_->setAccessibleName("Filter of the entity list");
     view_->setModel(table_);

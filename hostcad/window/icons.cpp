@@ -87,6 +87,17 @@ constexpr Drawn kIcons[] = {
     {"settings", sliders},
 };
 
+QPixmap pictureOf(const Drawn& icon, const QColor& colour, double opacity) {
+    QPixmap picture(kSize, kSize);
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setOpacity(opacity);
+    painter.setPen(QPen(colour, 3, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    icon.draw(painter);
+    return picture;
+}
+
 }  // namespace
 
 QIcon applicationIcon() {
@@ -113,16 +124,13 @@ QIcon applicationIcon() {
 }
 
 QIcon drawnIcon(std::string_view name, const QColor& colour) {
+    constexpr double kFaint = 0.35;
     for (const Drawn& icon : kIcons) {
         if (icon.name != name) continue;
-        QPixmap picture(kSize, kSize);
-        picture.fill(Qt::transparent);
-        QPainter painter(&picture);
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.setPen(QPen(colour, 3, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-        icon.draw(painter);
-        painter.end();
-        return QIcon(picture);
+        QIcon made(pictureOf(icon, colour, 1));
+        // The look that Qt makes of its own can hardly be told from the other in dark themes.
+        made.addPixmap(pictureOf(icon, colour, kFaint), QIcon::Disabled);
+        return made;
     }
     return {};
 }

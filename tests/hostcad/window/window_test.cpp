@@ -324,6 +324,19 @@ TEST_F(Window, ADarkThemeIsDarkEverywhere) {
                             static_cast<QWidget*>(&window_.commandPanel())})
         EXPECT_LT(lightness(*widget), 90) << widget->accessibleName().toStdString();
     EXPECT_GT(iconLightness().second, 200);
+    // Hints can be read, and what cannot be used looks so.
+    for (QLineEdit* line : {commandLine(), window_.entityList().findChild<QLineEdit*>()})
+        EXPECT_GT(line->palette().color(QPalette::PlaceholderText).lightness(), 200);
+    QIcon icon = window_.findChild<QToolBar*>("drawing")->actions()[0]->icon();
+    auto strength = [&](QIcon::Mode mode) {
+        QImage picture = icon.pixmap(22, mode).toImage();
+        int most = 0;
+        for (int x = 0; x < picture.width(); ++x)
+            for (int y = 0; y < picture.height(); ++y)
+                most = std::max(most, picture.pixelColor(x, y).alpha());
+        return most;
+    };
+    EXPECT_LT(strength(QIcon::Disabled), strength(QIcon::Normal) / 2);
     QApplication::setPalette(old);
     QTest::qWait(50);
 }
