@@ -42,7 +42,7 @@ type_line "42.5"
 picture window-sheet
 click_at -137 -22  # OK
 await "survey.dxf"
-press Escape  # no further entity
+press Return  # no further entity
 pause 1
 "$bin/jet" sql "$job/output.mdb" "SELECT PT_ID, SPECIES, DBH, TWICE FROM TREE" >"$work/records"
 cat "$work/records"

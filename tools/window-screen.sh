@@ -100,6 +100,7 @@ press() { xdotool key --clearmodifiers "$@"; pause; }
 type_text() { xdotool type --delay 15 "$1"; }
 type_line() { type_text "$1"; xdotool key Return; pause; }
 picture() { [ -z "$pictures" ] || import -window root "$pictures/$1-$dpi.png"; }
+picture_of_window() { [ -z "$pictures" ] || import -window "$focused" "$pictures/$1-window-$dpi.png"; }
 # Waits for a window, and gives it the keyboard: there is no window manager to do so.
 await() {
     local id

@@ -87,8 +87,26 @@ await "survey.dxf"
 type_line "GIS-EDITOR"
 await "Define Template"
 pause 1
-for key in Down Right Down Return; do press $key; done
+for key in Down Down Down Right Down Return; do press $key; done
 picture 13-editor
+picture_of_window 13-editor
+click_at 350 117  # the first attribute, and on to its values
+press Right
+press Right
+press alt+v
+await "List Values"
+press Down
+picture 13-list-values
+picture_of_window 13-list-values
+press alt+s
+await "Special codes"
+press Down
+picture 13-special-codes
+picture_of_window 13-special-codes
+press Escape
+await "List Values"
+press Escape
+await "Define Template"
 press Escape
 await "Alert"
 picture 14-editor-left
