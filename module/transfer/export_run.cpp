@@ -78,23 +78,16 @@ class Run {
           options_(options),
           progress_("Export to SHP", entityCount(), acedUsrBrk) {}
 
-    // The number of sets that were written.
-    int perform() {
-        if (!readRecords()) return 0;
-        int failed = 0;
-        for (const PlannedSet& set : sets_) {
-            const ExportResult result = exportSet(set);
-            if (result.outcome == ExportOutcome::kStopped) break;
-            if (result.outcome == ExportOutcome::kFailed) {
-                ++failed;
-                continue;
-            }
-            ++written_;
-            all_.add(result.counts);
-            lines_.push_back(ExportSummary(set.shapeType, set.name, result.counts));
+    // Whether all sets were written. They are put in place together at the end: a run that is stopped changes
+    // nothing.
+    bool perform() {
+        if (!readRecords() || !writeSets()) {
+            acutPrintf("\nThe export was stopped; nothing was written.\n");
+            return false;
         }
-        tell(failed);
-        return written_;
+        putInPlace();
+        tell();
+        return written_.size() == sets_.size();
     }
 
   private:
@@ -108,46 +101,69 @@ class Run {
         std::vector<ExportEntity*> entities;
         for (const PlannedSet& set : sets_)
             entities.insert(entities.end(), set.entities.begin(), set.entities.end());
-        if (records_.read(entities, [&] { return progress_.step(0, "Reading the records"); })) return true;
-        acutPrintf("\nThe export was stopped; nothing was written.\n");
-        return false;
+        return records_.read(entities, [&] { return progress_.step(0, "Reading the records"); });
+    }
+
+    // False when it was stopped.
+    bool writeSets() {
+        for (const PlannedSet& set : sets_) {
+            ExportResult result = exportSet(set);
+            if (result.outcome == ExportOutcome::kStopped) return false;
+            if (result.outcome == ExportOutcome::kWritten) written_.push_back({&set, std::move(result)});
+        }
+        return true;
     }
 
     ExportResult exportSet(const PlannedSet& set) {
-        const long before = done_;
-        const std::string name = set.name + ".shp";
-        const ExportResult result =
-            ExportToShp(set.shapeType, folder_, set.name, set.entities, options_,
-                        [&] { return progress_.step(done_ += kStep, "Writing " + name); });
-        done_ = before + static_cast<long>(set.entities.size());
-        return result;
+        const std::string text = "Writing " + set.name + ".shp";
+        long done = done_;
+        done_ += static_cast<long>(set.entities.size());
+        return ExportToShp(set.shapeType, folder_, set.name, set.entities, options_, [&] {
+            done += kEntitiesBetweenQuestions;
+            return progress_.step(done - kEntitiesBetweenQuestions, text);
+        });
     }
 
-    void tell(int failed) {
-        for (const std::string& line : lines_) acutPrintf("\n%s", line.c_str());
+    void putInPlace() {
+        const bool isOnDisk = folder_.sync();
+        std::erase_if(written_, [&](Written& written) {
+            if (!isOnDisk) return TellNotWhole(written.planned->name), true;
+            if (written.result.set->putInPlace()) return false;
+            acutPrintf("\n%s.shp could not be put in place.", written.planned->name.c_str());
+            return true;
+        });
+    }
+
+    void tell() const {
+        ExportCounts all;
+        for (const Written& written : written_) {
+            const ExportCounts& counts = written.result.counts;
+            all.add(counts);
+            acutPrintf("\n%s",
+                       ExportSummary(written.planned->shapeType, written.planned->name, counts).c_str());
+        }
         if (sets_.size() > 1) {
-            std::string line = Counted(written_, "set", "sets") + " written";
-            if (failed) line += ", " + std::to_string(failed) + " failed";
-            line += ": " + Counted(all_.written, "entity", "entities") + LeftOutText(all_);
+            std::string line = Counted(static_cast<int>(written_.size()), "set", "sets") + " written";
+            if (const size_t failed = sets_.size() - written_.size())
+                line += ", " + std::to_string(failed) + " failed";
+            line += ": " + Counted(all.written, "entity", "entities") + LeftOutText(all);
             acutPrintf("\n%s", line.c_str());
         }
-        if (progress_.cancelled())
-            acutPrintf(
-                "\nThe export was stopped; %s not written.",
-                Counted(static_cast<int>(sets_.size()) - written_ - failed, "set was", "sets were").c_str());
         acutPrintf("\n");
     }
 
-    static constexpr long kStep = 50;  // entities from one call to the next
+    struct Written {
+        const PlannedSet* planned;
+        ExportResult result;
+    };
+
     SetFolder folder_;
     std::vector<PlannedSet> sets_;
     const ExportOptions& options_;
     ProgressDialog progress_;
     LinkedRecords records_;
     long done_ = 0;
-    int written_ = 0;
-    ExportCounts all_;
-    std::vector<std::string> lines_;
+    std::vector<Written> written_;
 };
 
 }  // namespace
@@ -173,7 +189,7 @@ bool RunExportOfSet(const std::string& path, int32_t shapeType, const ExportOpti
                     std::vector<ExportEntity>& entities) {
     PlannedSet set{shapeType, SetName(path), {}};
     for (ExportEntity& entity : entities) set.entities.push_back(&entity);
-    return Run(path, {set}, options).perform() == 1;
+    return Run(path, {set}, options).perform();
 }
 
 }  // namespace norvane

@@ -28,7 +28,6 @@ using plane::PolylineVertex;
 
 // The square of a distance. It is the same whatever a person types into the dialog.
 constexpr double kOffsetCutoff = 0.1;
-constexpr int kEntitiesBetweenQuestions = 50;
 // What shape files have for no value: anything below -1e38.
 constexpr double kNoHeight = -1e39;
 
@@ -243,7 +242,7 @@ class SetExport {
         std::vector<Outline> areas;  // that are to be looked through for holes
         int done = 0;
         for (const ExportEntity* entity : entities_) {
-            if (++done % kEntitiesBetweenQuestions == 0 && !goOn()) return ExportOutcome::kStopped;
+            if (done++ % kEntitiesBetweenQuestions == 0 && !goOn()) return ExportOutcome::kStopped;
             std::optional<Outline> outline = reader.read(*entity);
             if (!outline) continue;
             if (options_.holes && isArea(type_))
@@ -357,16 +356,20 @@ ExportResult ExportToShp(int32_t shapeType, SetFolder& folder, const std::string
                          std::span<ExportEntity* const> entities, const ExportOptions& options,
                          const GoOn& goOn) {
     ExportResult result;
-    const std::unique_ptr<NewShapeSet> set = NewShapeSet::make(folder, name, shapeType);
+    std::unique_ptr<NewShapeSet> set = NewShapeSet::make(folder, name, shapeType);
     if (!set) return result;
     result.outcome = SetExport(shapeType, entities, options, *set, result.counts).write(goOn);
-    if (result.outcome == ExportOutcome::kWritten && !set->finish(options.reference))
+    if (result.outcome == ExportOutcome::kWritten && !set->close(options.reference))
         result.outcome = ExportOutcome::kFailed;
-    if (result.outcome == ExportOutcome::kFailed)
-        acutPrintf(
-            "\n%s.shp could not be written whole, and what was there before is as it was: is the disk full?",
-            name.c_str());
+    if (result.outcome == ExportOutcome::kFailed) TellNotWhole(name);
+    if (result.outcome == ExportOutcome::kWritten) result.set = std::move(set);
     return result;
+}
+
+void TellNotWhole(const std::string& name) {
+    acutPrintf(
+        "\n%s.shp could not be written whole, and what was there before is as it was: is the disk full?",
+        name.c_str());
 }
 
 // --- What is said of it --------------------------------------------------------------------------------

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -48,14 +49,20 @@ enum class ExportOutcome {
 struct ExportResult {
     ExportOutcome outcome = ExportOutcome::kFailed;
     ExportCounts counts;
+    std::unique_ptr<NewShapeSet> set;  // closed; where it was written
 };
 
-// Writes the set of a name, without an ending, in a folder. shapeType: 1, 3, 5, or 11, 13, 15 with heights.
-// The entities' records have been read. goOn is asked every 50 entities. A set that is not written whole
-// leaves the old one as it was.
+constexpr long kEntitiesBetweenQuestions = 50;
+
+// Writes the set of a name, without an ending, beside the files of a folder. shapeType: 1, 3, 5, or 11, 13,
+// 15 with heights. The entities' records have been read. goOn is asked before the first entity and after
+// each 50.
 ExportResult ExportToShp(int32_t shapeType, SetFolder& folder, const std::string& name,
                          std::span<ExportEntity* const> entities, const ExportOptions& options,
                          const GoOn& goOn);
+
+// Tells that a set has failed.
+void TellNotWhole(const std::string& name);
 
 // The name of a set in a path: that of the file up to its first ".".
 std::string SetName(const std::string& path);

@@ -4,10 +4,10 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 
 #include "platform/ads/editor.h"
 #include "platform/files/files.h"
-#include "platform/files/random_file.h"
 #include "platform/text/text.h"
 
 namespace norvane {
@@ -16,10 +16,15 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// In the order in which they are put in place.
-constexpr const char* kParts[] = {"dbf", "shx", "shp"};
 // What other programs, and we, keep beside a set and would take for the new one's.
 constexpr const char* kCompanions[] = {"cpg", "prj", "sbn", "sbx", "qix"};
+
+bool writeText(const std::string& path, const std::string& text) {
+    std::ofstream file(path, std::ios::binary);
+    file << text;
+    file.close();
+    return !file.fail();
+}
 
 bool canBeReplaced(const SetFolder& folder, const std::string& name) {
     std::error_code error;
@@ -30,11 +35,6 @@ bool canBeReplaced(const SetFolder& folder, const std::string& name) {
     return folder.isWritable();
 }
 
-bool isOnDisk(const std::string& path) {
-    std::unique_ptr<files::RandomFile> file = files::RandomFile::open(path, files::RandomFile::Mode::kUpdate);
-    return file && file->sync();
-}
-
 }  // namespace
 
 // --- The folder ----------------------------------------------------------------------------------------
@@ -43,7 +43,28 @@ SetFolder::SetFolder(const std::string& path)
     : path_(files::onDisk(files::native(path))), isWritable_(files::folderIsWritable(path_)) {
     std::error_code error;
     for (const fs::directory_entry& entry : fs::directory_iterator(path_.empty() ? "." : path_, error))
-        add(entry.path().filename().string());
+        if (std::string name = entry.path().filename().string(); !name.empty()) {
+            std::string key = text::upper(name);
+            names_.emplace(std::move(key), std::move(name));
+        }
+}
+
+SetFolder::~SetFolder() {
+    std::error_code error;
+    if (!unfinished_.empty()) fs::remove_all(unfinished_, error);
+}
+
+std::string SetFolder::nextUnfinished() {
+    if (unfinished_.empty()) {
+        std::string pattern = path_ + ".export-XXXXXX";
+        if (!::mkdtemp(pattern.data())) return "";
+        unfinished_ = pattern;
+    }
+    return unfinished_ + "/" + std::to_string(++sets_);
+}
+
+bool SetFolder::sync() const {
+    return files::syncFileSystem(path_.empty() ? "." : path_);
 }
 
 std::vector<std::string> SetFolder::find(const std::string& name) const {
@@ -53,12 +74,6 @@ std::vector<std::string> SetFolder::find(const std::string& name) const {
     return found;
 }
 
-void SetFolder::add(const std::string& name) {
-    for (const std::string& there : find(name))
-        if (there == name) return;
-    names_.emplace(text::upper(name), name);
-}
-
 void SetFolder::removeOthers(const std::string& name) {
     const auto [first, last] = names_.equal_range(text::upper(name));
     for (auto it = first; it != last;) {
@@ -66,6 +81,15 @@ void SetFolder::removeOthers(const std::string& name) {
         const bool goes = it->second != name && fs::remove(path_ + it->second, error);
         it = goes ? names_.erase(it) : std::next(it);
     }
+}
+
+bool SetFolder::put(const std::string& unfinished, const std::string& name) {
+    std::error_code error;
+    fs::rename(unfinished, path_ + name, error);
+    if (error) return false;
+    removeOthers(name);
+    if (find(name).empty()) names_.emplace(text::upper(name), name);
+    return true;
 }
 
 void SetFolder::remove(const std::string& name) {
@@ -90,50 +114,29 @@ std::unique_ptr<NewShapeSet> NewShapeSet::make(SetFolder& folder, const std::str
 }
 
 bool NewShapeSet::open(int32_t shapeType) {
-    constexpr size_t kLongestMark = 100;
-    std::string pattern =
-        folder_.path() + "." + std::string(text::cutToBytes(name_, kLongestMark)) + "-XXXXXX";
-    if (!::mkdtemp(pattern.data())) return false;
-    unfinishedFolder_ = pattern;
-    shapes_.reset(ShapeCreate(unfinished("shp"), shapeType));
-    table_.reset(DbfCreate(unfinished("dbf")));
+    unfinished_ = folder_.nextUnfinished();
+    if (unfinished_.empty()) return false;
+    shapes_.reset(ShapeCreate(unfinished_ + ".shp", shapeType));
+    table_.reset(DbfCreate(unfinished_ + ".dbf"));
     return shapes_ && table_;
 }
 
-NewShapeSet::~NewShapeSet() {
-    shapes_.reset();
-    table_.reset();
-    std::error_code error;
-    if (!unfinishedFolder_.empty()) fs::remove_all(unfinishedFolder_, error);
-}
-
-std::string NewShapeSet::unfinished(const std::string& extension) const {
-    return unfinishedFolder_ + "/set." + extension;
-}
-
-// A file of the same name in other letters is the old one too.
-bool NewShapeSet::putInPlace(const std::string& extension) {
-    const std::string name = name_ + "." + extension;
-    std::error_code error;
-    fs::rename(unfinished(extension), folder_.path() + name, error);
-    if (error) return false;
-    folder_.add(name);
-    folder_.removeOthers(name);
-    return true;
-}
-
-bool NewShapeSet::finish(const std::string& reference) {
+bool NewShapeSet::close(const std::string& reference) {
+    hasReference_ = !reference.empty();
     const bool shapesWritten = ShapeClose(shapes_.release());
     const bool tableWritten = DbfClose(table_.release());
-    bool whole = shapesWritten && tableWritten && files::replace(unfinished("cpg"), "1252");
-    if (!reference.empty()) whole = whole && files::replace(unfinished("prj"), reference);
-    for (const char* part : kParts) whole = whole && isOnDisk(unfinished(part));
-    if (!whole) return false;
+    return shapesWritten && tableWritten && writeText(unfinished_ + ".cpg", "1252") &&
+           (!hasReference_ || writeText(unfinished_ + ".prj", reference));
+}
+
+bool NewShapeSet::putInPlace() {
     for (const char* companion : kCompanions) folder_.remove(name_ + "." + companion);
-    for (const char* part : kParts) whole = putInPlace(part) && whole;
-    whole = putInPlace("cpg") && whole;
-    if (!reference.empty()) whole = putInPlace("prj") && whole;
-    return whole;
+    std::vector<std::string> parts = {"dbf", "shx", "shp", "cpg"};
+    if (hasReference_) parts.push_back("prj");
+    bool done = true;
+    for (const std::string& part : parts)
+        done = folder_.put(unfinished_ + "." + part, name_ + "." + part) && done;
+    return done;
 }
 
 }  // namespace norvane

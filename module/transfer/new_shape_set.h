@@ -1,5 +1,5 @@
-// A set of shape files (.shp, .shx, .dbf) in the making. It is written beside and put in place when it is
-// whole, so that a work that ends before leaves the old set.
+// Sets of shape files (.shp, .shx, .dbf) in the making. They are written beside and put in place when they
+// are whole, so that a work that ends before leaves the old ones.
 #pragma once
 
 #include <map>
@@ -12,53 +12,65 @@
 
 namespace norvane {
 
-// The folder that sets are put into. It is listed once, since a run may write thousands of sets.
+// The folder that the sets of a run are put into. It is listed once, since there may be thousands.
 class SetFolder {
   public:
     // "" is the current folder.
     explicit SetFolder(const std::string& path);
+    // What was not put in place goes.
+    ~SetFolder();
+    SetFolder(const SetFolder&) = delete;
+    SetFolder& operator=(const SetFolder&) = delete;
 
     const std::string& path() const { return path_; }
     bool isWritable() const { return isWritable_; }
+    // The beginning of the paths of a set's files until they are whole, another one each time; "" when no
+    // file can be made there.
+    std::string nextUnfinished();
+    // What was written is on the disk.
+    bool sync() const;
+
     // The files of a name, whatever the case of their letters.
     std::vector<std::string> find(const std::string& name) const;
-    void add(const std::string& name);
-    // Removes all files of a name but those that are written exactly so.
-    void removeOthers(const std::string& name);
+    // Puts a file in place, and removes what has its name in other letters.
+    bool put(const std::string& unfinished, const std::string& name);
     void remove(const std::string& name);
 
   private:
+    void removeOthers(const std::string& name);
+
     std::string path_;
     bool isWritable_;
+    std::string unfinished_;  // a folder within; "" until it is needed
+    int sets_ = 0;
     std::multimap<std::string, std::string> names_;  // by the name in capitals
 };
 
 class NewShapeSet {
   public:
     // name: of the files, without an ending. Null where the set cannot be made, which is told on the command
-    // line.
+    // line. The folder outlives the set.
     static std::unique_ptr<NewShapeSet> make(SetFolder& folder, const std::string& name, int32_t shapeType);
-    // What was not put in place goes.
-    ~NewShapeSet();
     NewShapeSet(const NewShapeSet&) = delete;
     NewShapeSet& operator=(const NewShapeSet&) = delete;
 
     ShapeHandle& shapes() { return *shapes_; }
     DbfHandle& table() { return *table_; }
 
-    // Closes the set and puts it in place, with a .cpg, and a .prj where a reference is given. What belonged
-    // to the old set goes with it. False when it could not be written whole; the old set is then as it was.
-    bool finish(const std::string& reference);
+    // Closes the files, with a .cpg, and a .prj where a reference is given. False when they could not be
+    // written whole.
+    bool close(const std::string& reference);
+    // Puts a set that was closed in place. What belonged to the old set goes with it.
+    bool putInPlace();
 
   private:
     NewShapeSet(SetFolder& folder, std::string name) : folder_(folder), name_(std::move(name)) {}
     bool open(int32_t shapeType);
-    std::string unfinished(const std::string& extension) const;
-    bool putInPlace(const std::string& extension);
 
     SetFolder& folder_;
     std::string name_;
-    std::string unfinishedFolder_;  // of the files until they are whole
+    std::string unfinished_;  // beginning of the paths of its files
+    bool hasReference_ = false;
     OpenShapeFile shapes_;
     OpenDbfFile table_;
 };

@@ -172,4 +172,9 @@ bool replace(std::string_view path, std::string_view content) {
     return true;
 }
 
+bool syncFileSystem(std::string_view folder) {
+    Descriptor file(::open(onDisk(folder).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    return file && ::syncfs(file.get()) == 0;
+}
+
 }  // namespace files

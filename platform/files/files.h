@@ -40,4 +40,8 @@ std::optional<std::vector<std::string>> readLines(std::string_view path, size_t 
 // False when that cannot be done; the old file is then untouched.
 bool replace(std::string_view path, std::string_view content);
 
+// All that any process has written into the file system of a folder is on the disk: for who writes many
+// files, in place of waiting for each. False when that cannot be said.
+bool syncFileSystem(std::string_view folder);
+
 }  // namespace files

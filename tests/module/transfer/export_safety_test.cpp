@@ -71,30 +71,23 @@ class ExportSafety : public Export {
 }  // namespace
 
 TEST_F(ExportSafety, AStoppedExportLeavesTheOldSet) {
-    const ui::Step cancel = click("Cancel");
-    answer(1000, {cancel});
-    EXPECT_EQ(exported("INSERT", 1), "0\nThe export was stopped; nothing was written.\n") << "while it reads";
-    EXPECT_TRUE(isOldSet());
-    std::vector<ui::Step> steps(kPoints / 50 + 2, show());
-    steps.push_back(cancel);
-    answer(1000, steps);
-    EXPECT_EQ(exported("INSERT", 1), "0\nThe export was stopped; 1 set was not written.\n")
-        << "while it writes";
-    EXPECT_TRUE(isOldSet());
-    EXPECT_TRUE(leftBehind().empty());
-
-    // Of several sets those that were written are there.
-    lisp(
-        "(line '(0.0 0.0 0.0) '(1.0 0.0 0.0) nil) (setq i 0) (repeat 60 (polyline t 0.0 '((0.0 0.0) (1.0 "
-        "0.0) (1.0 1.0)) nil))");
-    steps.assign(2 * (kPoints / 50), show());
-    steps.push_back(cancel);
-    answer(1000, steps);
-    EXPECT_EQ(chosen({check("Export All"), click("OK")}),
-              "\n400 points written to set_1_OAK.shp\n1 line written to set_3_UNKNOWN.shp; 1 without a record"
-              "\n2 sets written: 401 entities; 1 without a record\nThe export was stopped; 1 set was not "
-              "written.\n");
-    EXPECT_EQ(shapeFiles(), (Lines{"set.shp", "set_1_OAK.shp", "set_3_UNKNOWN.shp"}));
+    // While it reads the records, at the first entity, in the middle, and in the second of several sets.
+    lisp("(setq i 0) (repeat 60 (polyline t 0.0 '((0.0 0.0) (1.0 0.0) (1.0 1.0)) nil))");
+    const size_t readings = kPoints / 50, writings = kPoints / 50;
+    for (size_t looks : {size_t{0}, readings, readings + 3, readings + writings + 1}) {
+        std::vector<ui::Step> steps(looks, show());
+        steps.push_back(click("Cancel"));
+        answer(1000, steps);
+        ui_.clearLog();
+        EXPECT_EQ(chosen({check("Export All"), click("OK")}),
+                  "\nThe export was stopped; nothing was written.\n");
+        const std::string last = ui_.log()[ui_.log().size() - 3];
+        const char* doing = looks == 0 ? "" : looks <= readings ? "Reading" : "Writing set_";
+        EXPECT_NE(last.find(doing), std::string::npos) << last;
+        EXPECT_TRUE(isOldSet());
+        EXPECT_EQ(shapeFiles(), (Lines{"set.shp"}));
+        EXPECT_TRUE(leftBehind().empty());
+    }
 }
 
 TEST_F(ExportSafety, WhatCannotBeReplacedIsToldBeforeAnyWork) {
