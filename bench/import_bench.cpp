@@ -171,8 +171,8 @@ class Bench {
         SilentHost host;
         ImportShpSettings settings;
         settings.shpPath = folder_ + "set.shp";
-        settings.templatePath = folder_ + "template.mdb";
-        settings.outputPath = folder_ + "out.mdb";
+        settings.templatePath = dao::DatabasePath(folder_ + "template.mdb");
+        settings.outputPath = dao::DatabasePath(folder_ + "out.mdb");
         settings.tableName = "SET";
         if (type_ == shape::kPoint)
             settings.crdPath = folder_ + "set.crd";

@@ -201,7 +201,8 @@ ImportDialog::ImportDialog() : ui::Dialog(kResource, "Import SHP File") {
 
 void ImportDialog::onOpen() {
     const std::optional<SettingsFile> settings = SettingsFile::read();
-    settings_.templatePath = settings ? settings->value(settings::kTemplate).value_or("") : "";
+    settings_.templatePath =
+        dao::DatabasePath(settings ? settings->value(settings::kTemplate).value_or("") : "");
     std::string output = settings ? settings->value(settings::kOutput).value_or("") : "";
     if (!isOutput(output)) output = readState(state::kOutputPath);
     if (!isOutput(output)) output.clear();
@@ -447,7 +448,7 @@ void ImportDialog::onOk() {
     enableControls();
     if (!isComplete()) return;
     settings_.shpPath = set_->path;
-    settings_.outputPath = textOf(kOutputEdit);
+    settings_.outputPath = dao::DatabasePath(textOf(kOutputEdit));
     settings_.tableName = textOf(kTableEdit);
     settings_.alphanumericCrd = set_->alphanumeric;
     if (isPoint()) {
@@ -461,7 +462,7 @@ void ImportDialog::onOk() {
         settings_.lightPolylines = get<ui::CheckBox>(kLightPolylines).checked();
     }
     if (find(kHeightFields)->enabled()) settings_.elevationField = get<ui::List>(kHeightFields).selected();
-    writeState(dao::DatabasePath(settings_.outputPath), state::kOutputPath);
+    writeState(settings_.outputPath, state::kOutputPath);
     writeState(settings_.shpPath, state::kShapeFile);
     writeState(pointFolder_, state::kCoordinateFolder);
     writeState(settings_.overwritePoints ? "1" : "0", state::kShapeImportOption);

@@ -132,8 +132,7 @@ bool PolylineImport::drawPart(const Part& part, const std::string& id, ImportRep
         return false;
     }
     ++report.polylines;
-    const GisLink link{dao::DatabasePath(settings_.templatePath), dao::DatabasePath(settings_.outputPath),
-                       settings_.tableName, "PT_ID", id};
+    const GisLink link{settings_.templatePath, settings_.outputPath, settings_.tableName, "PT_ID", id};
     if (!LinkNewEntity(*polyline.get(), link)) ++report.linksRefused;
     return true;
 }

@@ -3,13 +3,15 @@
 
 #include <string>
 
+#include "platform/dao/database_path.h"
+
 namespace norvane {
 
 struct ImportShpSettings {
     std::string shpPath;
-    std::string templatePath;
-    std::string outputPath;  // a file, or a connect string that begins "ODBC;"
-    std::string tableName;   // also the name of the feature
+    dao::DatabasePath templatePath;
+    dao::DatabasePath outputPath;  // a file, or a connect string that begins "ODBC;"
+    std::string tableName;         // also the name of the feature
 
     // Of points.
     std::string crdPath;           // the coordinate file

@@ -24,7 +24,7 @@ namespace {
 
 // Under what the set is remembered whose rows a table holds.
 std::string setOf(const ImportShpSettings& settings) {
-    return settings.outputPath + " " + settings.tableName;
+    return settings.outputPath.text() + " " + settings.tableName;
 }
 
 // An export from this drawing is in the same reference system.
