@@ -188,7 +188,8 @@ class Bench {
         if (type_ == shape::kPoint)
             return timeOf([&] { writePoints(folder_ + "parts.crd", count); }).processor;
         SilentHost host;
-        const GisLink link{folder_ + "template.mdb", folder_ + "out.mdb", "SET", "PT_ID", "P100000"};
+        const GisLink link{dao::DatabasePath(folder_ + "template.mdb"),
+                           dao::DatabasePath(folder_ + "out.mdb"), "SET", "PT_ID", "P100000"};
         return timeOf([&] { drawPolylines(count, link); }).processor;
     }
 

@@ -40,8 +40,7 @@ bool ImportProgress::goOn(size_t left) {
 }
 
 bool ImportProgress::goOnAfterUnreadable(int32_t record) {
-    unreadable_.push_back(record);
-    if (unreadable_.size() > 1) return true;
+    if (++unreadable_ > 1) return true;
     ui::OwnQuestion question;
     question.title = "Import SHP File";
     question.text =

@@ -5,7 +5,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
-#include <vector>
 
 #include "module/dialogs/progress_dialog.h"
 
@@ -25,7 +24,7 @@ class ImportProgress {
     // them the user is asked whether to go on. False to stop.
     bool goOnAfterUnreadable(int32_t record);
     bool stopped() const { return dialog_.cancelled() || refused_; }
-    const std::vector<int32_t>& unreadable() const { return unreadable_; }
+    size_t unreadable() const { return unreadable_; }  // records
     // Clears the line of progress.
     void end();
 
@@ -37,7 +36,7 @@ class ImportProgress {
     bool silent_ = false;
     size_t steps_ = 0;
     bool shown_ = false;
-    std::vector<int32_t> unreadable_;  // records, from 0
+    size_t unreadable_ = 0;
     bool refused_ = false;
 };
 

@@ -72,7 +72,7 @@ bool ShapeImport::run() {
         if (polylines_) polylines_->takeBack();
         return false;
     }
-    report_.unreadable = progress_.unreadable().size();
+    report_.unreadable = progress_.unreadable();
     if (!points_ || points_->putInPlace()) return true;
     acutPrintf("\nThe points cannot be put into %s", settings_.crdPath.c_str());
     return false;
