@@ -110,7 +110,7 @@ bool PolylineImport::drawParts(const ShapeObject& shape, const std::string& id, 
     for (int32_t i = 0; i < shape.partCount; ++i) {
         const int32_t first = std::clamp(shape.partStarts[static_cast<size_t>(i)], 0, shape.vertexCount);
         const int32_t next =
-            i + 1 < shape.partCount ? shape.partStarts[static_cast<size_t>(i + 1)] : shape.vertexCount;
+            i + 1 < shape.partCount ? shape.partStarts[static_cast<size_t>(i) + 1] : shape.vertexCount;
         const Part part{shape, first, std::clamp(next, first, shape.vertexCount) - first};
         bool everywhere = true;
         for (int32_t v = 0; v < part.count; ++v) everywhere = everywhere && isSomewhere(shape, first + v);
