@@ -315,7 +315,7 @@ TEST_F(QtUi, FileBoxesStartInTheirFolderAndKnowTheirFilter) {
         return shown && shown->directory().absolutePath().toStdString() == folder_.string() &&
                shown->nameFilters() == QStringList{"Microsoft Access Databases (*.mdb)"};
     };
-    auto boxAsks = [this] { return qobject_cast<QMessageBox*>(window()) != nullptr; };
+    auto boxAsks = [] { return qobject_cast<QMessageBox*>(window()) != nullptr; };
     does({see(boxShows, "open box"), type("plan.mdb"), press(Qt::Key_Enter), see(boxShows, "save box"),
           type("new"), press(Qt::Key_Enter), type("plan.mdb"), press(Qt::Key_Enter),
           see(boxAsks, "whether the file is to be replaced"), press(Qt::Key_Escape), press(Qt::Key_Escape),
