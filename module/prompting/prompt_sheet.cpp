@@ -315,10 +315,17 @@ void PromptSheet::onCancel() {
     end(ui::kCancel);
 }
 
+std::string PromptSheet::rowSeen(int number) const {
+    return "Row " + std::to_string(number) + ": " + rows_[static_cast<size_t>(number) - 1].prompt;
+}
+
 bool PromptSheet::showFault() {
     std::optional<PromptFault> fault = ValidateRows(feature_, rows_, *cells_);
     if (!fault) return false;
-    ui::messageBox("Error", fault->message);
+    std::string text = fault->message;
+    // The message has the name of the field, and the sheet shows its prompt.
+    if (fault->row > 0) text += "\n" + rowSeen(fault->row);
+    ui::messageBox("Error", text);
     if (fault->row > 0) {
         setFocus(kGrid);
         grid_->setActive(2, fault->row);

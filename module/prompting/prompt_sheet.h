@@ -73,6 +73,7 @@ class PromptSheet : public ui::Dialog {
 
     // Leaving.
     bool showFault();
+    std::string rowSeen(int number) const;
     std::vector<OutputField> outputFields() const;
     RecordKey recordKey() const;
     bool save();

@@ -102,7 +102,9 @@ TEST_F(Sheet, FaultsAreToldAndTheCellIsReadyForEditing) {
     answer(134, {cell(2, ""), click("OK"), show(), cell(2, "14.5"), click("OK"), cell(2, "14"),
                  cell(3, "1-2"), click("OK"), show(), click("Cancel")});
     EXPECT_EQ(prompt("17", "TREE"), "0");
-    EXPECT_TRUE(shown("box [Error] \"Attribute DBH must be set!\" flags 0x40030"));
+    EXPECT_TRUE(
+        shown("box [Error] \"Attribute DBH must be set!\nRow 2: Diameter at breast height (inches)\" flags "
+              "0x40030"));
     EXPECT_TRUE(shown("grid 2 x 12, at (2, 2), editing \"\""));
     EXPECT_TRUE(
         shown("Attribute DBH must be an integer value!\n(From -2 147 483 648 through 2 147 483 647)"));

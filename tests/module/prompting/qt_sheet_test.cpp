@@ -137,7 +137,9 @@ TEST_F(QtSheet, AFaultIsShownAndItsCellIsReady) {
           see(
               [] {
                   auto* box = qobject_cast<QMessageBox*>(window());
-                  return box && box->windowTitle() == "Error" && box->text() == "Attribute DBH must be set!";
+                  return box && box->windowTitle() == "Error" &&
+                         box->text() ==
+                             "Attribute DBH must be set!\nRow 2: Diameter at breast height (inches)";
               },
               "box"),
           press(Qt::Key_Enter), type("15"), clickButton(1)});
