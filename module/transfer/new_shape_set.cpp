@@ -60,7 +60,10 @@ std::string SetFolder::nextUnfinished() {
         if (!::mkdtemp(pattern.data())) return "";
         unfinished_ = pattern;
     }
-    return unfinished_ + "/" + std::to_string(++sets_);
+    // A folder for each: a file is looked for in any case of letters, which costs what its folder holds.
+    const std::string folder = unfinished_ + "/" + std::to_string(++sets_);
+    std::error_code error;
+    return fs::create_directory(folder, error) ? folder + "/set" : "";
 }
 
 bool SetFolder::sync() const {

@@ -9,6 +9,7 @@
 #include "module/exchange/dbf_file.h"
 #include "module/exchange/shape_file.h"
 #include "platform/text/text.h"
+#include "tests/module/exchange/other_readers.h"
 #include "tests/module/module_fixture.h"
 #include "tests/module/store/hostile_texts.h"
 #include "tests/platform/dao/odbc/postgres_server.h"
@@ -99,6 +100,20 @@ TEST_F(Postgres, TheFirstSaveMakesTheTableAndTheSecondReplacesTheRecord) {
     EXPECT_EQ(record("pt_id, dbh, height, remarks IS NULL"), "A17|15|40.125|t\n");
     EXPECT_EQ(sqlite("template.mdb", "select GIS_NAME from ZGEO_LINKS where IS_CURRENT='YES'"), "TREE\n");
     EXPECT_NE(link().find("\"" + withoutPassword() + "\""), std::string::npos) << link();
+}
+
+TEST_F(Postgres, RecordsGoOutWithTheirShapes) {
+    if (!havePyshp()) GTEST_SKIP() << "pyshp is not installed";
+    lisp("(setq ent (entmakex '((0 . \"LINE\") (10 0.0 0.0 0.0) (11 3.0 4.0 0.0))))");
+    answer(134, {cell(2, "14"), cell(3, "40.125"), cell(12, "größer"), click("OK")});
+    ASSERT_EQ(save("a17", "TREE"), "1");
+    EXPECT_EQ(lisp("(cf:gis_smart_prompting 10 " + quoted("trees") + " (ssadd ent) 3)"), "1");
+    const std::string set = pyshp(path("trees"));
+    EXPECT_NE(set.find("0 [0] [] 0 3 | 0 4 | 0 0 | 0 0\n"), std::string::npos) << set;
+    EXPECT_NE(set.find("\na17|TREE|"), std::string::npos) << set;
+    for (const char* part : {"|14|", "|40.125|", "größer", "['DBH', 'N', 8, 0]", "['HEIGHT', 'N', 12, 4]"})
+        EXPECT_NE(set.find(part), std::string::npos) << part << "\n" << set;
+    EXPECT_EQ(boxes(), "");
 }
 
 TEST_F(Postgres, NoTextEndsOrExtendsAStatement) {

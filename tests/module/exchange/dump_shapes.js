@@ -9,6 +9,6 @@ shapefile.open(process.argv[2], undefined, {encoding: "windows-1252"}).then(asyn
         const {done, value} = await source.read();
         if (done) break;
         const vertices = value.geometry ? pairs(value.geometry.coordinates).sort() : [];
-        console.log(vertices.join(",") + "|" + Object.values(value.properties).join("|"));
+        console.log(vertices.join(",") + "|" + Object.values(value.properties).join("|").replace(/[\r\n]/g, " "));
     }
 });

@@ -21,7 +21,7 @@ def attribute(field, value):
         return "T" if value else "F"
     if isinstance(value, datetime.date):
         return value.strftime("%Y%m%d")
-    return str(value).strip()
+    return str(value).strip().replace("\r", " ").replace("\n", " ")
 
 
 reader = shapefile.Reader(sys.argv[1], encoding="cp1252")

@@ -244,6 +244,24 @@ TEST_F(Commands, ToolsThatAreNotThereSaySo) {
     }
 }
 
+TEST_F(Commands, ShapesGoOutToASetThatIsAskedFor) {
+    lisp("(entmake '((0 . \"LINE\") (10 0.0 0.0 0.0) (11 3.0 4.0 0.0)))");
+    ui_.answerFile(path("lines.shp"));
+    inputs_ = {"ALL", ""};
+    answer(147, {{ui::Step::Kind::Check, "Export All"}, click("OK")});
+    EXPECT_EQ(lisp("(c:gis-export)"), "");
+    EXPECT_TRUE(fs::exists(path("lines.shp")));
+    // Kind and heights are asked for where there is no dialog.
+    ui_.answerFile(path("spatial.shp"));
+    inputs_ = {"ALL", "", "Lines", "Yes"};
+    printed();
+    lisp("(c:gis-exportset)");
+    EXPECT_NE(printed().find("\n1 line written to spatial.shp"), std::string::npos);
+    EXPECT_EQ(read("spatial.shp")[32], 13);
+    ui_.answerFile("");
+    lisp("(c:gis-export)");
+}
+
 TEST_F(Commands, ALinkIsFollowedThoughItsFolderHasMoved) {
     makeOn("TREE");
     answer(134, {cell(2, "14"), click("OK")});

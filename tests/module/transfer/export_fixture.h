@@ -54,7 +54,9 @@ class Export : public ModuleTest {
         printed();
         inputs_ = {"ALL", ""};
         EXPECT_EQ(lisp("(cf:gis_smart_prompting 9 " + quoted(file) + ")"), "0");
-        return std::regex_replace(printed(), std::regex("^[^]*\nSelect objects: "), "");
+        const std::string all = printed();
+        const std::string prompt = "\nSelect objects: ";
+        return all.substr(all.rfind(prompt) + prompt.size());
     }
     static ui::Step check(const std::string& control, bool on = true) {
         return {ui::Step::Kind::Check, control, "", on};
@@ -89,6 +91,7 @@ class Export : public ModuleTest {
             EXPECT_EQ(others.size(), lines.size()) << stem;
             for (size_t i = 0; i < std::min(others.size(), lines.size()); ++i) {
                 const Lines mine = text::split(lines[i], '|');
+                if (mine.size() < 2) continue;
                 const std::string ids = mine[0] + "|" + mine[1];
                 EXPECT_NE(others[i].find("|" + ids), std::string::npos) << others[i];
             }
