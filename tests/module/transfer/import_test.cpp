@@ -164,7 +164,9 @@ TEST_F(Import, ATableThatIsThereKeepsItsOtherFieldsAndTypes) {
     import("plots", {layer()});
     EXPECT_EQ(output("select PT_ID, GIS_KEY, AREA, OWNER, TAXES from PLOTS"),
               "Z||7|OLD|PAID\nB|PLOTS|7|JON|PAID\nA|PLOTS||SMI|\n");
-    EXPECT_NE(printed().find("1 record added to PLOTS and 1 changed"), std::string::npos);
+    const std::string said = printed();
+    EXPECT_NE(said.find("1 record added to PLOTS and 1 changed"), std::string::npos) << said;
+    EXPECT_NE(said.find("\n2 values were cut to the size of the column."), std::string::npos) << said;
     EXPECT_TRUE(shown("Records of the table PLOTS that came from elsewhere have ids of this set: 1."));
     EXPECT_EQ(sqlite("template.mdb", "select FIELD_NAME from ZGEO_SMART_PROMPTING where GIS_NAME = 'PLOTS'"),
               "OWNER\nTAXES\n");
@@ -200,6 +202,17 @@ TEST_F(Import, TheSameSetComesInAgainWithoutAQuestionAndWithACopyOfTheOutput) {
     import("other/lines", {layer()});
     EXPECT_EQ(count("POLYLINE"), before);
     EXPECT_EQ(copies(), 1);
+}
+
+TEST_F(Import, FieldsThatAreCalledAsKeysAndAreNoneGetAnotherName) {
+    makeSet("lines", shape::kArc,
+            {{"PT_ID", kDbfDouble, 8, 2}, {"GIS_KEY", kDbfInteger, 6}, {"gis_key1"}, {"NOTE"}, {"note"}},
+            {{{{0, 0, 0}, {1, 1, 0}}, {"1.50", "7", "own", "first", "second"}}});
+    import("lines", {layer()});
+    EXPECT_EQ(output("select PT_ID, GIS_KEY, PT_ID1, GIS_KEY2, GIS_KEY1, NOTE from LINES"),
+              "1|LINES|1.5|7|own|first\n");
+    EXPECT_EQ(sqlite("template.mdb", "select FIELD_NAME from ZGEO_SMART_PROMPTING where GIS_NAME = 'LINES'"),
+              "PT_ID1\nGIS_KEY2\ngis_key1\nNOTE\n");
 }
 
 TEST_F(Import, ASetWithoutRecordsIsNoFault) {
