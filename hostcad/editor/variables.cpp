@@ -129,7 +129,7 @@ constexpr RealVariable kReals[] = {
     {"LTSCALE", 40, 1},    {"PDSIZE", 40, 0},      {"PLINEWID", 40, 0},    {"SKETCHINC", 40, 0.1},
     {"TEXTSIZE", 40, 0.2}, {"THICKNESS", 40, 0},   {"TRACEWID", 40, 0.05}, {"USERR1", 40, 0},
     {"USERR2", 40, 0},     {"USERR3", 40, 0},      {"USERR4", 40, 0},      {"USERR5", 40, 0},
-    {"ANGBASE", 50, 0},    {"CIRCLERAD", 0, 0},    {"OFFSETDIST", 0, 1},
+    {"ANGBASE", 50, 0},    {"AREAGAP", 0, 0},      {"CIRCLERAD", 0, 0},    {"OFFSETDIST", 0, 1},
 };
 
 struct PointVariable {

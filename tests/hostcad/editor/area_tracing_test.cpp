@@ -1,0 +1,130 @@
+// cf:scbpoly, as modules and routines of Lisp call it.
+#include <fstream>
+
+#include "hostcad/geometry/extents.h"
+#include "tests/hostcad/host_fixture.h"
+
+using namespace hostcad;
+
+namespace {
+
+class AreaTracing : public HostTest {
+  protected:
+    void SetUp() override {
+        run("(defun trace (points) (apply 'cf:scbpoly (cons 1 (cons (ssget \"X\") points))))");
+        run("(defun line (x y u v) (entmake (list '(0 . \"LINE\") (list 10 x y 0.0) (list 11 u v 0.0))))");
+    }
+    std::string area() {
+        const ObjectId last = currentDrawing().lastEntity();
+        return std::to_string(std::lround(enclosedArea(currentDrawing(), last) * 1000));
+    }
+    static std::string sharedFile(const char* name) { return std::string(NORVANE_SHARED_DATA "/") + name; }
+};
+
+}  // namespace
+
+TEST_F(AreaTracing, EachAreaIsMadeOnceOnTheCurrentLayer) {
+    run("(line 0.0 0.0 90.0 0.0) (line 90.0 0.0 90.0 60.0) (line 90.0 60.0 0.0 60.0) (line 0.0 60.0 0.0 "
+        "0.0)");
+    run("(line 30.0 -5.0 30.0 60.0)");
+    run("(setvar \"CLAYER\" \"0\") (entmake '((0 . \"LAYER\") (100 . \"AcDbSymbolTableRecord\") "
+        "(100 . \"AcDbLayerTableRecord\") (2 . \"AREAS\") (70 . 0))) (setvar \"CLAYER\" \"AREAS\")");
+    EXPECT_EQ(run("(trace '((10.0 10.0 0.0) (20.0 50.0) (500.0 5.0)))"), "1");
+    EXPECT_EQ(last(0), "\"LWPOLYLINE\"");
+    EXPECT_EQ(last(8), "\"AREAS\"");
+    EXPECT_EQ(last(70), "1");
+    EXPECT_EQ(last(90), "4");
+    EXPECT_EQ(area(), "1800000");
+    EXPECT_EQ(run("(trace '((31.0 31.0) (10.0 10.0)))"), "2");
+    EXPECT_EQ(run("(trace nil)"), "0");
+    EXPECT_EQ(run("(cf:scbpoly 1)").substr(0, 6), "error:");
+    EXPECT_EQ(run("(cf:scbpoly 1 nil)").substr(0, 6), "error:");
+}
+
+TEST_F(AreaTracing, GapsAreJoinedAsFarAsTheVariableSays) {
+    run("(line 0.0 0.0 80.0 0.0) (line 80.0 0.0 80.0 80.0) (line 80.0 80.0 0.0 80.0) (line 0.0 79.99 0.0 "
+        "0.0)");
+    EXPECT_EQ(run("(trace '((40.0 40.0)))"), "0");
+    run("(setvar \"AREAGAP\" 0.02)");
+    EXPECT_EQ(run("(trace '((40.0 40.0)))"), "1");
+    EXPECT_EQ(area(), "6400000");
+}
+
+TEST_F(AreaTracing, MirroredAndLevelPolylinesKeepTheirPlace) {
+    run("(entmake '((0 . \"LWPOLYLINE\") (100 . \"AcDbEntity\") (100 . \"AcDbPolyline\") (90 . 3) (70 . 1) "
+        "(38 . 7.5) "
+        "(10 -10.0 0.0) (42 . -0.5) (10 -50.0 0.0) (42 . 0.0) (10 -50.0 40.0) (42 . 0.0) (210 0.0 0.0 "
+        "-1.0)))");
+    const std::string before = area();
+    // In the world it stands on the other side, and its bow too.
+    EXPECT_EQ(run("(trace '((45.0 10.0)))"), "1");
+    EXPECT_EQ(area(), before);
+    EXPECT_EQ(last(10), "(10.0 0.0)");
+    EXPECT_EQ(last(42), "0.5");
+    EXPECT_EQ(run("(trace '((30.0 -9.0)))"), "1");
+    EXPECT_EQ(run("(trace '((-30.0 -9.0)))"), "0");
+}
+
+// Cases that are hard, one a layer, with the areas that they have.
+TEST_F(AreaTracing, TheCasesOfAreasDxf) {
+    if (!std::ifstream(sharedFile("areas.dxf"))) GTEST_SKIP() << "areas.dxf is not there";
+    const std::pair<const char*, std::vector<double>> cases[] = {
+        {"C01-NESTED", {10000, 2500}},
+        {"C02-ISLAND", {10000}},
+        {"C03-T-JUNCTION", {7200, 3600, 3600}},
+        {"C04-ARC-WALL", {5713.274, 3886.726}},
+        {"C05-ARC-REVERSED", {5713.274, 3886.726}},
+        {"C06-DOUBLED", {6400}},
+        {"C07-GAP", {}},
+        {"C08-GAP-TINY", {6400}},
+        {"C09-DANGLES", {6400}},
+        {"C12-TWO-LABELS", {6400}},
+        {"C13-SAME-TWICE", {6400}},
+        {"C14-EQUAL", {6400, 3600}},
+        {"C16-MIRRORED", {5713.274}},
+        {"C17-CROSSING", {1600}},
+        {"C18-GRID", {900, 900, 900, 900, 900, 900, 900, 900, 900}},
+        {"C19-BOWTIE", {1600}},
+        {"C20-OLD", {5713.274, 1600}},
+        {"C22-OPEN-MEETING", {6400}},
+        {"C23-LEVELS", {6400}},
+        {"C24-TWICE", {6400}},
+        {"C26-FAR-OUT", {6400}}};
+    ASSERT_EQ(host_.openDrawing(sharedFile("areas.dxf")), "");
+    for (const auto& [layer, areas] : cases) {
+        SCOPED_TRACE(layer);
+        run("(setq set (ssget \"X\" '((8 . \"" + std::string(layer) +
+            "\"))) seeds nil i 0 last (entlast)) (repeat (sslength set) (setq e (entget (ssname set i)) i "
+            "(1+ i)) "
+            "(if (= (cdr (assoc 0 e)) \"TEXT\") (setq seeds (cons (cdr (assoc 10 e)) seeds))))");
+        const std::string made = run("(apply 'cf:scbpoly (cons 1 (cons set (reverse seeds))))");
+        EXPECT_EQ(made, std::to_string(areas.size()));
+        std::vector<double> found;
+        const Drawing& drawing = currentDrawing();
+        ObjectId id = drawing.lastEntity();
+        std::vector<ObjectId> all;
+        for (ObjectId e = drawing.firstEntity(); e; e = drawing.nextEntity(e)) all.push_back(e);
+        for (size_t i = 0; i < std::stoul(made); ++i)
+            found.push_back(enclosedArea(drawing, all[all.size() - 1 - i]));
+        std::sort(found.rbegin(), found.rend());
+        ASSERT_EQ(found.size(), areas.size()) << id;
+        for (size_t i = 0; i < areas.size(); ++i) EXPECT_NEAR(found[i], areas[i], 1e-3);
+    }
+}
+
+// Each lot comes back with its vertices, bit for bit and in their order.
+TEST_F(AreaTracing, TheLotsOfASurveyComeBack) {
+    if (!std::ifstream(sharedFile("survey.dxf"))) GTEST_SKIP() << "survey.dxf is not there";
+    ASSERT_EQ(host_.openDrawing(sharedFile("survey.dxf")), "");
+    run("(defun points (e) (vl-remove-if-not '(lambda (g) (or (= (car g) 10) (and (= (car g) 42) (/= (cdr g) 0.0)))) (entget e)))");
+    run("(setq lots (ssget \"X\" '((8 . \"LOTS\"))) texts (ssget \"X\" '((8 . \"LOT-TEXT\"))) all nil seeds "
+        "nil i 0)"
+        "(repeat (sslength lots) (setq all (cons (points (ssname lots i)) all) i (1+ i))) (setq i 0)"
+        "(repeat (sslength texts) (setq seeds (cons (cdr (assoc 10 (entget (ssname texts i)))) seeds) i (1+ "
+        "i)))");
+    run("(setq last (entlast))");
+    EXPECT_EQ(run("(apply 'cf:scbpoly (cons 1 (cons lots seeds)))"), "59");
+    EXPECT_EQ(run("(setq same 0 e last) (while (setq e (entnext e)) (if (member (points e) all) (setq same "
+                  "(1+ same)))) same"),
+              "59");
+}
