@@ -444,7 +444,11 @@
 (defun c:gis-titles () (gis:not-there "The tool for title blocks"))
 (defun c:gis-audit () (gis:not-there "The audit of links"))
 (defun c:gis-query () (gis:not-there "The query of entities"))
-(defun c:gis-polylinks () (gis:not-there "The tool that links areas"))
+(defun c:gis-polylinks ()
+  (if (gis:databases-chosen)
+    (cf:gis_smart_prompting 20 lspdir$ (gis:template) (gis:output)))
+  (princ))
+
 (defun c:gis-polygon (/ point found data)
   (if (setq point (getpoint "\nPick a point inside polygon: "))
     (if (setq found (cf:gis_smart_prompting 13 point))

@@ -1,0 +1,239 @@
+// Links from areas and the texts in them, as a person makes them.
+#include "platform/dao/dao.h"
+#include "tests/module/module_fixture.h"
+
+namespace {
+
+class Areas : public ModuleTest {
+  protected:
+    void SetUp() override {
+        ModuleTest::SetUp();
+        makeTemplate();
+        answer(146, {click("Select Output MDB File"), click("Exit")});
+        answer(149, {click("New Access 2000 Format")});
+        ui_.answerFile(path("output.mdb"));
+        lisp("(cf:gis_smart_prompting 7)");
+    }
+    // Runs the tool over all there is, or what a filter lets through.
+    std::string link(const std::string& mode, std::vector<ui::Step> steps) {
+        answer(1390, std::move(steps));
+        inputs_ = {mode, "ALL", ""};
+        printed();
+        const std::string result = lisp("(cf:gis_smart_prompting 20 " + quoted("") + " " +
+                                        quoted("template.mdb") + " " + quoted("output.mdb") + ")");
+        EXPECT_EQ(result, "1");
+        return printed();
+    }
+    void makeTable(const std::vector<std::pair<std::string, int>>& columns) {
+        CDaoDatabase database;
+        database.Open(path("output.mdb"));
+        CDaoTableDef table(&database);
+        table.Create("LOT");
+        for (const auto& [name, type] : columns) {
+            CDaoFieldInfo field;
+            field.name = name;
+            field.type = type;
+            field.size = type == dbText ? 255 : type == dbDouble ? 8 : 4;
+            field.attributes = dbUpdatableField | (type == dbText ? dbVariableField : 0);
+            field.allowZeroLength = type == dbText;
+            table.CreateField(field);
+        }
+        table.Append();
+    }
+    void sql(const std::string& statement) {
+        CDaoDatabase database;
+        database.Open(path("output.mdb"));
+        database.Execute(statement);
+    }
+    std::vector<std::string> rows(const std::string& file, const std::string& statement) const {
+        std::vector<std::string> found;
+        CDaoDatabase database;
+        database.Open(path(file));
+        CDaoRecordset records(&database);
+        for (records.Open(dbOpenDynaset, statement); !records.IsEOF(); records.MoveNext()) {
+            std::string row;
+            for (int i = 0; i < records.GetFieldCount(); ++i)
+                row += (i ? "|" : "") + dao::toText(records.GetFieldValue(i));
+            found.push_back(row);
+        }
+        return found;
+    }
+    void line(double x, double y, double u, double v) {
+        lisp("(entmake (list '(0 . \"LINE\") (list 10 " + std::to_string(x) + " " + std::to_string(y) +
+             " 0.0) (list 11 " + std::to_string(u) + " " + std::to_string(v) + " 0.0)))");
+    }
+    void square(double x, double y, double size) {
+        lisp("(setq x " + std::to_string(x) + " y " + std::to_string(y) + " s " + std::to_string(size) +
+             ") (entmake (list '(0 . \"LWPOLYLINE\") '(100 . \"AcDbEntity\") '(100 . \"AcDbPolyline\") '(90 "
+             ". 4) "
+             "'(70 . 1) (list 10 x y) (list 10 (+ x s) y) (list 10 (+ x s) (+ y s)) (list 10 x (+ y s))))");
+    }
+    void label(double x, double y, const std::string& text) {
+        lisp("(entmake (list '(0 . \"TEXT\") (list 10 " + std::to_string(x) + " " + std::to_string(y) +
+             " 0.0) '(40 . 1.0) '(1 . \"" + text + "\")))");
+    }
+    // Type, handle and key of each linked entity, in drawing order.
+    std::string links() {
+        return lisp(
+            "(setq e (entnext) out \"\") (while e (if (setq x (cdr (assoc -3 (setq d (entget e "
+            "'(\"ZGEO_GIS_2000\")))))) "
+            "(setq out (strcat out (cdr (assoc 0 d)) \" \" (cdr (nth 6 (car x))) \"; \"))) (setq e (entnext "
+            "e))) out");
+    }
+    std::string count(const std::string& type) {
+        return lisp("(if (setq s (ssget \"X\" '((0 . \"" + type + "\")))) (sslength s) 0)");
+    }
+};
+
+}  // namespace
+
+TEST_F(Areas, SelectedPolylinesGetTheLinkAndTheirRecord) {
+    makeTable(
+        {{"PT_ID", dbText}, {"GIS_KEY", dbText}, {"NUM", dbText}, {"ACRES", dbDouble}, {"FLOORS", dbLong}});
+    sql("INSERT INTO LOT (PT_ID, NUM) VALUES ('7', 'lot a')");
+    sql("INSERT INTO LOT (NUM) VALUES ('LOT B')");
+    sql("INSERT INTO LOT (PT_ID, NUM) VALUES ('12A', 'other')");
+    square(0, 0, 100), square(100, 0, 100), square(300, 0, 50);
+    label(50, 50, "Lot A"), label(150, 50, "lot b"), label(320, 20, "new"), label(330, 20, "NEW"),
+        label(900, 900, "far");
+    const std::string said = link("", {click("OK")});
+    EXPECT_NE(said.find("\rCreated 3 Polylines with GIS Links.\nDone."), std::string::npos) << said;
+    EXPECT_NE(said.find("records changed 2, added 1"), std::string::npos) << said;
+    EXPECT_NE(said.find("Labels in no area 1: FAR."), std::string::npos) << said;
+    EXPECT_EQ(count("LWPOLYLINE"), "3");
+    EXPECT_EQ(links(), "\"LWPOLYLINE 7; LWPOLYLINE 8; LWPOLYLINE 9; \"");
+    EXPECT_EQ(rows("output.mdb", "SELECT PT_ID, GIS_KEY, NUM FROM LOT"),
+              (std::vector<std::string>{"7|LOT|lot a", "8|LOT|LOT B", "12A||other", "9|LOT|NEW"}));
+    EXPECT_EQ(rows("template.mdb",
+                   "SELECT FIELD_NAME, FIELD_PROMPT FROM ZGEO_SMART_PROMPTING WHERE GIS_NAME = 'LOT'"),
+              (std::vector<std::string>{"NUM|NUM", "..ACRES|ACRES", ".FLOORS|FLOORS"}));
+    EXPECT_EQ(rows("template.mdb", "SELECT CAT_GIS_NAME, INDEX_CAT_GIS FROM ZGEO_CAT WHERE GIS_NAME = 'LOT'"),
+              (std::vector<std::string>{"MISC|1"}));
+    EXPECT_EQ(rows("template.mdb", "SELECT TABLE_NAME, IS_CURRENT FROM ZGEO_LINKS WHERE GIS_NAME = 'LOT'"),
+              (std::vector<std::string>{"LOT|NO"}));
+    // Once more: nothing is added, and all had a link.
+    EXPECT_NE(link("Text", {click("OK")})
+                  .find("Linked 3, 3 of them had a link before; records changed 3, added 0."),
+              std::string::npos);
+}
+
+TEST_F(Areas, NewPolylinesStandOnTheLayerThatWasChosen) {
+    makeTable({{"NUM", dbText}});
+    square(0, 0, 100);
+    line(100, 0, 200, 0), line(200, 0, 200, 100), line(200, 100, 100, 100), line(150, 0, 150, 100);
+    label(50, 50, "A"), label(120, 50, "B"), label(180, 50, "b");
+    const std::string said = link("", {show(),
+                                       ui::Step{ui::Step::Kind::Check, "Create New Entities"},
+                                       {ui::Step::Kind::Text, "2028", "AREAS"},
+                                       show(),
+                                       click("OK")});
+    EXPECT_NE(said.find("Created 3 Polylines with GIS Links."), std::string::npos) << said;
+    EXPECT_EQ(count("LWPOLYLINE"), "4");
+    EXPECT_EQ(lisp("(getvar \"CLAYER\")"), "\"AREAS\"");
+    EXPECT_EQ(lisp("(getvar \"REGENMODE\")"), "1");
+    EXPECT_EQ(lisp("(sslength (ssget \"X\" '((8 . \"AREAS\"))))"), "3");
+    // Both areas of one label have one record.
+    EXPECT_EQ(rows("output.mdb", "SELECT PT_ID, GIS_KEY, NUM FROM LOT"),
+              (std::vector<std::string>{"1|LOT|A", "2|LOT|B"}));
+    EXPECT_EQ(links(), "\"LWPOLYLINE 1; LWPOLYLINE 2; LWPOLYLINE 2; \"");
+}
+
+TEST_F(Areas, SeveralLabelsInOneAreaStopIt) {
+    makeTable({{"NUM", dbText}});
+    square(0, 0, 100);
+    label(50, 50, "A"), label(60, 50.123, "B"), label(70, 50, "C");
+    ui_.answerBox("OK");
+    const std::string said = link("", {click("OK")});
+    EXPECT_NE(said.find("\n\nError: multiple text labels A and B found within area at 60.00,50.12"
+                        "\nError: multiple text labels A and C found within area at 70.00,50.00"),
+              std::string::npos)
+        << said;
+    EXPECT_TRUE(shown("Error: multiple text labels found within same area"));
+    EXPECT_EQ(said.find("Created"), std::string::npos);
+    EXPECT_NE(said.find("\nDone."), std::string::npos);
+    EXPECT_EQ(count("LWPOLYLINE"), "1");
+    EXPECT_TRUE(rows("output.mdb", "SELECT NUM FROM LOT").empty());
+    EXPECT_EQ(
+        rows("template.mdb", "SELECT FIELD_NAME FROM ZGEO_SMART_PROMPTING WHERE GIS_NAME = 'LOT'").size(),
+        1u);
+    EXPECT_EQ(links(), "\"\"");
+}
+
+TEST_F(Areas, AnInnerAreaKeepsItsLabelFromTheOuterOne) {
+    makeTable({{"NUM", dbText}});
+    square(0, 0, 100), square(20, 20, 30);
+    label(5, 5, "OUT"), label(30, 30, "IN"), label(60, 60, "   ");
+    link("", {click("OK")});
+    EXPECT_EQ(rows("output.mdb", "SELECT NUM FROM LOT"), (std::vector<std::string>{"IN", "OUT"}));
+    EXPECT_EQ(links(), "\"LWPOLYLINE 2; LWPOLYLINE 1; \"");
+}
+
+TEST_F(Areas, AnOpenPolylineThatLacksItsLastSideIsTheArea) {
+    makeTable({{"NUM", dbText}});
+    lisp(
+        "(entmake '((0 . \"LWPOLYLINE\") (100 . \"AcDbEntity\") (100 . \"AcDbPolyline\") (90 . 4) (70 . 0) "
+        "(10 0.0 0.0) "
+        "(10 100.0 0.0) (10 100.0 100.0) (10 0.0 100.0)))");
+    line(0, 0, 0, 100);
+    label(50, 50, "A");
+    link("", {click("OK")});
+    EXPECT_EQ(links(), "\"LWPOLYLINE 1; \"");
+    EXPECT_EQ(count("LWPOLYLINE"), "1");
+}
+
+TEST_F(Areas, HandlesAreKeysToo) {
+    makeTable({{"NUM", dbText}});
+    square(0, 0, 100), square(200, 0, 10);
+    line(0, 0, 50, 50);
+    EXPECT_NE(link("Handle", {show(), click("OK")}).find("Created 2 Polylines with GIS Links."),
+              std::string::npos);
+    EXPECT_EQ(rows("output.mdb", "SELECT PT_ID FROM LOT").size(), 2u);
+    EXPECT_EQ(links(), "\"LWPOLYLINE 1; LWPOLYLINE 2; \"");
+}
+
+TEST_F(Areas, WithoutATableThatHasTextThereIsNoDialog) {
+    makeTable({{"PT_ID", dbText}, {"NUM", dbLong}});
+    square(0, 0, 100);
+    ui_.answerBox("OK");
+    inputs_ = {"", "ALL", ""};
+    lisp("(cf:gis_smart_prompting 20 " + quoted("") + " " + quoted("template.mdb") + " " +
+         quoted("output.mdb") + ")");
+    EXPECT_TRUE(shown("No Table found in Output Database."));
+    EXPECT_FALSE(shown("dialog 1390"));
+}
+
+// The lots of a survey by their labels: originals and new polylines, with arcs, shared sides and corners that
+// stand on the side of another lot.
+TEST_F(Areas, TheLotsOfASurveyGetTheirRecords) {
+    const std::string survey = NORVANE_SHARED_DATA "/survey.dxf";
+    if (!fs::exists(survey)) GTEST_SKIP() << "survey.dxf is not there";
+    for (const bool makesNew : {false, true}) {
+        SCOPED_TRACE(makesNew);
+        ASSERT_EQ(host_->openDrawing(survey), "");
+        if (makesNew)
+            sql("DELETE FROM LOT");
+        else
+            makeTable({{"NUM", dbText}});
+        // Of the two labels of lot 12 one goes.
+        lisp("(setq s (ssget \"X\" '((0 . \"TEXT\") (1 . \"LOT 12A\")))) (entdel (ssname s 0))");
+        lisp("(setq s (ssget \"X\" '((-4 . \"<or\") (8 . \"LOTS\") (8 . \"LOT-TEXT\") (-4 . \"or>\"))))");
+        std::vector<ui::Step> steps;
+        if (makesNew) steps = {ui::Step{ui::Step::Kind::Check, "Create New Entities"}};
+        steps.push_back(click("OK"));
+        answer(1390, steps);
+        inputs_ = {"", "P", ""};
+        printed();
+        lisp("(cf:gis_smart_prompting 20 " + quoted("") + " " + quoted("template.mdb") + " " +
+             quoted("output.mdb") + ")");
+        const std::string said = printed();
+        EXPECT_NE(said.find("\rCreated 59 Polylines with GIS Links."), std::string::npos) << said;
+        // Lots 36 and 37 have one label.
+        EXPECT_EQ(rows("output.mdb", "SELECT NUM FROM LOT").size(), 58u);
+        EXPECT_EQ(
+            lisp("(if (setq s (ssget \"X\" '((8 . \"LOTS\") (-3 (\"ZGEO_GIS_2000\"))))) (sslength s) 0)"),
+            makesNew ? "0" : "59");
+        EXPECT_EQ(lisp("(sslength (ssget \"X\" '((-3 (\"ZGEO_GIS_2000\")))))"), "59");
+        EXPECT_EQ(rows("output.mdb", "SELECT NUM FROM LOT WHERE PT_ID IS NULL OR GIS_KEY <> 'LOT'").size(),
+                  0u);
+    }
+}
