@@ -116,7 +116,8 @@ TEST_F(AreaTracing, TheCasesOfAreasDxf) {
 TEST_F(AreaTracing, TheLotsOfASurveyComeBack) {
     if (!std::ifstream(sharedFile("survey.dxf"))) GTEST_SKIP() << "survey.dxf is not there";
     ASSERT_EQ(host_.openDrawing(sharedFile("survey.dxf")), "");
-    run("(defun points (e) (vl-remove-if-not '(lambda (g) (or (= (car g) 10) (and (= (car g) 42) (/= (cdr g) 0.0)))) (entget e)))");
+    run("(defun points (e) (vl-remove-if-not '(lambda (g) (or (= (car g) 10) (and (= (car g) 42) (/= (cdr g) "
+        "0.0)))) (entget e)))");
     run("(setq lots (ssget \"X\" '((8 . \"LOTS\"))) texts (ssget \"X\" '((8 . \"LOT-TEXT\"))) all nil seeds "
         "nil i 0)"
         "(repeat (sslength lots) (setq all (cons (points (ssname lots i)) all) i (1+ i))) (setq i 0)"

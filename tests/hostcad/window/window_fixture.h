@@ -180,5 +180,5 @@ inline void makeTemplate(hostcad::Host& host, const std::string& folder) {
         "ZGEO_SMART_PROMPTING (GIS_NAME, FIELD_NAME, "
         "FIELD_PROMPT) values ('TREE','~.DBH','Diameter'), ('TREE','SPECIES','Species')\"";
     ASSERT_EQ(std::system(tables.c_str()), 0);
-    host.lisp().runText("(cf:gis_smart_prompting 20 \"x\" " + file + " \"" + folder + "/output.mdb\")");
+    host.lisp().runText("(cf:gis_smart_prompting 20 \"x\" \"none\" \"" + folder + "/output.mdb\")");
 }
