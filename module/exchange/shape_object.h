@@ -33,6 +33,12 @@ constexpr bool IsPoint(int32_t type) {
 constexpr bool IsMultipoint(int32_t type) {
     return type == kMultipoint || type == kMultipointZ || type == kMultipointM;
 }
+constexpr bool IsArc(int32_t type) {
+    return type == kArc || type == kArcZ || type == kArcM;
+}
+constexpr bool IsPolygon(int32_t type) {
+    return type == kPolygon || type == kPolygonZ || type == kPolygonM;
+}
 // Arcs, polygons, multipatches.
 constexpr bool HasParts(int32_t type) {
     return type == kArc || type == kPolygon || type == kArcZ || type == kPolygonZ || type == kArcM ||
