@@ -71,7 +71,7 @@ void ExportRows::writeRecord(const ExportEntity& entity) {
     putText(id_, entity.link.keyValue);
     const std::vector<size_t> records =
         entity.table ? entity.table->find(entity.link.keyValue, entity.feature) : std::vector<size_t>{};
-    if (records.empty()) {
+    if (!entity.table || records.empty()) {
         ++counts_.withoutRecord;
         return;
     }

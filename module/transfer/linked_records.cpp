@@ -34,7 +34,7 @@ std::string keyOf(std::string_view text) {
 }
 
 // Zeros in front cut; the last digit of a number that is nothing else stays.
-std::string withoutLeadingZeros(std::string number) {
+std::string withoutLeadingZeros(const std::string& number) {
     const size_t digit = number.find_first_not_of('0');
     if (digit == std::string::npos) return number.empty() ? number : "0";
     return number.substr(digit);
@@ -135,7 +135,7 @@ namespace {
 // Where the records of a feature are: in the table of its own name, or in the one that its template tells; ""
 // where the output has neither.
 std::string tableOf(const CDaoDatabase& output, const GisLink& link) {
-    const std::string own = FindUserTable(output, link.featureName);
+    std::string own = FindUserTable(output, link.featureName);
     if (!own.empty() || !files::exists(link.templatePath.text())) return own;
     std::string told;
     WithDatabase(link.templatePath, [&](CDaoDatabase& database) {

@@ -7,7 +7,7 @@ namespace plane {
 
 struct PolylineVertex : Point {
     PolylineVertex() = default;
-    PolylineVertex(Point at, double bulge_ = 0) : Point(at), bulge(bulge_) {}
+    PolylineVertex(Point at, double bulgeToNext = 0) : Point(at), bulge(bulgeToNext) {}
     double bulge = 0;  // of the segment to the next vertex
 };
 
