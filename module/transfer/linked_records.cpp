@@ -6,8 +6,8 @@
 
 #include "module/store/database.h"
 #include "module/store/output_database.h"
+#include "module/store/records.h"
 #include "module/store/statements.h"
-#include "module/store/template_database.h"
 #include "module/store/user_tables.h"
 #include "platform/files/files.h"
 #include "platform/text/text.h"
@@ -132,16 +132,39 @@ const std::string& LinkedTable::value(std::span<const size_t> records, size_t fi
 
 namespace {
 
+// What templates tell of the tables of features. Each template is read once.
+class TemplateTables {
+  public:
+    // "" where it tells nothing.
+    std::string tableOf(const std::string& templatePath, const std::string& feature) {
+        const auto [tables, isNew] = templates_.try_emplace(templatePath);
+        if (isNew && files::exists(templatePath)) read(templatePath, tables->second);
+        const auto found = tables->second.find(feature);
+        return found == tables->second.end() ? "" : found->second;
+    }
+
+  private:
+    using Tables = std::map<std::string, std::string>;  // by feature, in capitals
+
+    static void read(const std::string& templatePath, Tables& tables) {
+        WithDatabase(templatePath, [&](CDaoDatabase& database) {
+            if (FindUserTable(database, "ZGEO_LINKS").empty()) return;
+            ForEachRecord(
+                database, "SELECT GIS_NAME, TABLE_NAME FROM ZGEO_LINKS", [&](CDaoRecordset& records) {
+                    tables.emplace(keyOf(FieldText(records, "GIS_NAME")), FieldText(records, "TABLE_NAME"));
+                });
+        });
+    }
+
+    std::map<std::string, Tables> templates_;
+};
+
 // Where the records of a feature are: in the table of its own name, or in the one that its template tells; ""
 // where the output has neither.
-std::string tableOf(const CDaoDatabase& output, const GisLink& link) {
+std::string tableOf(const CDaoDatabase& output, const GisLink& link, TemplateTables& templates) {
     std::string own = FindUserTable(output, link.featureName);
-    if (!own.empty() || !files::exists(link.templatePath.text())) return own;
-    std::string told;
-    WithDatabase(link.templatePath, [&](CDaoDatabase& database) {
-        if (!FindUserTable(database, "ZGEO_LINKS").empty())
-            told = ReadOutputTable(database, link.featureName);
-    });
+    if (!own.empty()) return own;
+    const std::string told = templates.tableOf(link.templatePath, link.featureName);
     return told.empty() ? "" : FindUserTable(output, told);
 }
 
@@ -163,10 +186,11 @@ void LinkedRecords::readDatabase(const std::string& path, const Entities& entiti
         // By feature and template, and then by table: features may share one.
         std::map<std::pair<std::string, std::string>, std::string> tableNames;
         std::map<std::string, LinkedTable*> tables;
+        TemplateTables templates;
         for (ExportEntity* entity : entities) {
             const GisLink& link = entity->link;
             const auto [known, isNew] = tableNames.try_emplace({link.featureName, link.templatePath});
-            if (isNew) known->second = tableOf(database, link);
+            if (isNew) known->second = tableOf(database, link, templates);
             if (known->second.empty()) continue;
             LinkedTable*& table = tables[known->second];
             if (!table) table = tables_.emplace_back(std::make_unique<LinkedTable>()).get();

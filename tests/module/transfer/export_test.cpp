@@ -157,6 +157,20 @@ TEST_F(Export, LinksThatLeadNowhereAreTold) {
     EXPECT_EQ(records("set").back(), "5||");
 }
 
+TEST_F(Export, ATemplateThatCannotBeReadIsToldOnce) {
+    sql("create table OAK (PT_ID TEXT(255), GIS_KEY TEXT(255)); insert into OAK values ('1', 'OAK')");
+    write("template.mdb", "this is no database");
+    lisp(
+        "(foreach feature '(\"PINE\" \"FIR\" \"OAK\" \"ELM\")"
+        " (point '(0.0 0.0 0.0) nil (linked feature \"1\")))");
+    exported("INSERT", 1);
+    const auto boxes = std::count_if(ui_.log().begin(), ui_.log().end(), [](const std::string& line) {
+        return line.find("Error") != std::string::npos;
+    });
+    EXPECT_EQ(boxes, 1);
+    EXPECT_EQ(records("set"), (Lines{"1|", "1|", "1|OAK", "1|"}));
+}
+
 TEST_F(Export, WithoutAnEngineAttributesAreBlank) {
     sql("create table OAK (PT_ID TEXT(255), GIS_KEY TEXT(255), SPECIES TEXT(50)); insert into OAK values "
         "('1', 'OAK', 'RED')");
