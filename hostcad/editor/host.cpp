@@ -111,10 +111,10 @@ void Host::setLastPoint(const Point& point) {
 
 // Who has pressed Escape knows what has ended.
 void Host::tell(const lisp::Error& error) {
-    if (error.kind == lisp::Error::Kind::Cancel)
-        write(std::string("\n") + error.what() + "\n");
-    else
-        write("\n; error: " + error.fullText() + "\n");
+    if (error.kind == lisp::Error::Kind::Cancel) return write(std::string("\n") + error.what() + "\n");
+    lastTrace_ = error.trace();
+    write(std::string("\n; error: ") + error.what() +
+          (lastTrace_.empty() ? "\n" : " (ERRORTRACE tells where)\n"));
 }
 
 Answer Host::ask(Prompt prompt) {

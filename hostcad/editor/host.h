@@ -44,8 +44,10 @@ class Host {
     View& view() { return view_; }
 
     void write(std::string_view text) { commandLine_.write(text); }
-    // Says what went wrong, on lines of its own.
+    // Says what went wrong, on a line of its own. Where in the program it did is kept.
     void tell(const lisp::Error& error);
+    // Where the error that was told last arose, as lisp::Error::trace() has it.
+    const std::string& lastTrace() const { return lastTrace_; }
     Answer ask(Prompt prompt);
     Conventions conventions() const;
     void setLastPoint(const Point& point);
@@ -115,6 +117,7 @@ class Host {
     Variables variables_;
     std::unique_ptr<lisp::Interpreter> lisp_;
     std::unique_ptr<LostLinks> lostLinks_;
+    std::string lastTrace_;
     std::unique_ptr<CommandProcessor> commands_;
     std::unique_ptr<Modules> modules_;
     Folders folders_;

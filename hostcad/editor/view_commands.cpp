@@ -1,4 +1,4 @@
-// ZOOM, REGEN.
+// ZOOM, REGEN, ERRORTRACE.
 #include <algorithm>
 #include <cmath>
 
@@ -125,11 +125,22 @@ class RegenCommand : public ViewCommand {
     }
 };
 
+// Of use to who writes programs only, so the command line does not show it unasked.
+class ErrorTraceCommand : public ViewCommand {
+  public:
+    using ViewCommand::ViewCommand;
+    void start() override {
+        const std::string& trace = host_.lastTrace();
+        note(trace.empty() ? "\nNo error has been told.\n" : trace + "\n");
+    }
+};
+
 }  // namespace
 
 void defineViewCommands(CommandProcessor& commands) {
     commands.define<ZoomCommand>("ZOOM");
     commands.define<RegenCommand>("REGEN");
+    commands.define<ErrorTraceCommand>("ERRORTRACE");
 }
 
 }  // namespace hostcad

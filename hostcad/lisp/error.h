@@ -25,8 +25,10 @@ class Error : public std::runtime_error {
     std::string expression;            // the call that failed
     std::vector<std::string> callers;  // "FOO, called at file.lsp:30", innermost first
 
-    // The message with place and call stack, a line each, without a final line end.
-    std::string fullText() const;
+    // Place and call stack, a line each, with a line end in front of each; "" when nothing is known of them.
+    std::string trace() const;
+    // The message with place and call stack, without a final line end.
+    std::string fullText() const { return what() + trace(); }
 };
 
 }  // namespace hostcad::lisp

@@ -79,8 +79,8 @@ class Scoped {
 
 }  // namespace
 
-std::string Error::fullText() const {
-    std::string out = what();
+std::string Error::trace() const {
+    std::string out;
     if (!place.empty() || !expression.empty()) out += "\n  at";
     if (!place.empty()) out += " " + place;
     if (!expression.empty()) out += " in " + expression;

@@ -33,27 +33,20 @@ std::string keyOf(std::string_view text) {
     return text::upper(text::trim(text));
 }
 
-// Zeros in front cut; the last digit of a number that is nothing else stays.
-std::string withoutLeadingZeros(const std::string& number) {
-    const size_t digit = number.find_first_not_of('0');
-    if (digit == std::string::npos) return number.empty() ? number : "0";
-    return number.substr(digit);
-}
-
 // With six decimals, as "%f" gives them, and without the zeros that say nothing.
 std::string realText(double value) {
     char digits[400];
     const auto [end, error] =
         std::to_chars(std::begin(digits), std::end(digits), value, std::chars_format::fixed, 6);
-    std::string text = withoutLeadingZeros(text::stripZeros({digits, end}));
+    std::string text = text::stripLeadingZeros(text::stripZeros({digits, end}));
     return text.empty() ? "0" : text;
 }
 
 // The text by which a value goes out; "" for Null and for types that do not.
 std::string exportText(const dao::Variant& value) {
     if (value.is<std::string>()) return value.get<std::string>();
-    if (value.is<int16_t>()) return withoutLeadingZeros(std::to_string(value.get<int16_t>()));
-    if (value.is<int32_t>()) return withoutLeadingZeros(std::to_string(value.get<int32_t>()));
+    if (value.is<int16_t>()) return text::stripLeadingZeros(std::to_string(value.get<int16_t>()));
+    if (value.is<int32_t>()) return text::stripLeadingZeros(std::to_string(value.get<int32_t>()));
     if (value.is<float>()) return realText(value.get<float>());
     if (value.is<double>()) return realText(value.get<double>());
     return "";

@@ -73,11 +73,6 @@ std::string sixDigits(const std::string& digits) {
     return isDay ? joined(digits.substr(0, 2), digits.substr(2, 2), digits.substr(4)) : digits;
 }
 
-std::string withoutLeadingZeros(const std::string& number) {
-    const size_t first = number.find_first_not_of('0');
-    return first == std::string::npos ? "0" : number.substr(first);
-}
-
 }  // namespace
 
 std::string DateText(const std::string& digits) {
@@ -91,7 +86,7 @@ std::string DateText(const std::string& digits) {
 std::string WithoutSpareZeros(const std::string& number) {
     // Those of an exponent are its own.
     const bool hasExponent = number.find_first_of("eE") != std::string::npos;
-    return withoutLeadingZeros(hasExponent ? number : text::stripZeros(number));
+    return text::stripLeadingZeros(hasExponent ? number : text::stripZeros(number));
 }
 
 std::string TableText(DbfFieldClass type, const std::string& value) {
@@ -100,7 +95,7 @@ std::string TableText(DbfFieldClass type, const std::string& value) {
         case kDbfDate:
             return DateText(value);
         case kDbfInteger:
-            return withoutLeadingZeros(value);
+            return text::stripLeadingZeros(value);
         case kDbfDouble:
             return WithoutSpareZeros(value);
         default:

@@ -1,5 +1,6 @@
 #include "platform/text/text.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <charconv>
 #include <cstdarg>
@@ -127,6 +128,12 @@ std::string stripZeros(std::string s) {
     if (s.find('.') == std::string::npos) return s;
     s.erase(s.find_last_not_of('0') + 1);
     if (!s.empty() && s.back() == '.') s.pop_back();
+    return s;
+}
+
+std::string stripLeadingZeros(std::string s) {
+    if (s.empty()) return s;
+    s.erase(0, std::min(s.find_first_not_of('0'), s.size() - 1));
     return s;
 }
 

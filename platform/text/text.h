@@ -29,6 +29,8 @@ std::string replaceAll(std::string_view s, std::string_view what, std::string_vi
 std::string fromReal(double value);
 // Trailing zeros behind a point cut, then the point itself. Text without a point stays.
 std::string stripZeros(std::string s);
+// Cuts the zeros in front; of a number that is nothing else the last one stays.
+std::string stripLeadingZeros(std::string s);
 // A number is digits with a point, a sign and an exponent where there are such, always with a point, whatever
 // the locale. One that no double holds counts as none.
 // How many characters of the number at the beginning of the text there are; 0 when it begins with none.

@@ -236,9 +236,16 @@ TEST_F(WindowFiles, EscapeAtAPromptLeavesNoTrace) {
     EXPECT_TRUE(says("Function cancelled"));
     EXPECT_FALSE(says("error"));
     EXPECT_FALSE(says("C:ASK"));
-    person({[&] { type("(car 5)"); }, [] {}});
+    // That of a program's error is shown to who asks for it.
+    lisp("(defun c:fail () (car 5))");
+    person({[&] { type("FAIL"); }, [] {}});
     settle();
-    EXPECT_TRUE(says("; error: "));
+    EXPECT_TRUE(says("; error: bad argument type: listp 5 (ERRORTRACE tells where)"));
+    EXPECT_FALSE(says("C:FAIL"));
+    person({[&] { type("ERRORTRACE"); }, [] {}});
+    settle();
+    EXPECT_TRUE(says("(CAR 5)"));
+    EXPECT_TRUE(says("C:FAIL"));
 }
 
 TEST_F(WindowFiles, ADrawingWhoseLinksLeadToOtherDatabasesSaysSoAndOffersThem) {
