@@ -25,6 +25,7 @@
 ;;   GIS-QUERY      18  shows the records of entities that are picked
 ;;   GIS-RECORD     19  adds a record to the output database
 ;;   GIS-POLYLINKS  20  links areas by the text inside
+;;   GIS-AREACHECK       tells what is wrong with areas and the texts inside
 ;;   GIS-FEATURE    21  says whether a feature is defined
 
 ;; --- Current databases -----------------------------------------------------------------------------------
@@ -444,6 +445,42 @@
 (defun c:gis-titles () (gis:not-there "The tool for title blocks"))
 (defun c:gis-audit () (gis:not-there "The audit of links"))
 (defun c:gis-query () (gis:not-there "The query of entities"))
+;; One fault of areas as a line of text.
+(defun gis:area-fault-text (fault / kind place)
+  (setq kind (car fault)
+        place (strcat " at " (rtos (car (cadr fault)) 2 2) "," (rtos (cadr (cadr fault)) 2 2)))
+  (cond ((= kind "AREA") (strcat "Area without a label" place))
+        ((= kind "LABEL") (strcat "Label " (caddr fault) place " in no area"))
+        ((= kind "SEVERAL") (strcat "Label " (caddr fault) place " stands in " (itoa (cadddr fault)) " areas"))
+        ((= kind "GAP") (strcat "Gap of " (rtos (caddr fault) 2 4) place))
+        (t (strcat "End that sticks out by " (rtos (caddr fault) 2 4) place))))
+
+;; Circles round the places of faults, on a layer of their own.
+(defun gis:mark-faults (faults / size)
+  (setq size (/ (getvar "VIEWSIZE") 50.0))
+  (foreach fault faults
+    (entmake (list '(0 . "CIRCLE") '(8 . "GIS-AREACHECK") (cons 10 (cadr fault)) (cons 40 size)))))
+
+;; Looks for areas without a label, labels in no area or in several, gaps and ends that stick out.
+(defun c:gis-areacheck (/ set distance faults)
+  (prompt "\nSelect lines, polylines and text.")
+  (if (setq set (ssget))
+    (progn
+      (initget 6)
+      (setq distance (cond ((getreal "\nGaps and ends up to <0.1>: ")) (0.1))
+            faults (cf:scbcheck set distance))
+      (cond ((= faults "cancelled") (prompt "\nCancelled."))
+            ((not faults) (prompt "\nNothing is wrong with these areas."))
+            (t (foreach fault faults (prompt (strcat "\n" (gis:area-fault-text fault) ".")))
+               (prompt (strcat "\nFaults: " (itoa (length faults)) "."))
+               (if (= (gis:ask "Mark the places"
+                        (strcat "Do you want circles round these " (itoa (length faults))
+                                " places, on the layer GIS-AREACHECK?")
+                        "No")
+                      "Yes")
+                 (gis:mark-faults faults))))))
+  (princ))
+
 (defun c:gis-polylinks ()
   (if (gis:databases-chosen)
     (cf:gis_smart_prompting 20 lspdir$ (gis:template) (gis:output)))

@@ -6,6 +6,7 @@
 #include "hostcad/drawing/current_drawing.h"
 #include "hostcad/dxf/blank_drawing.h"
 #include "hostcad/dxf/dxf.h"
+#include "hostcad/editor/area_check.h"
 #include "hostcad/editor/area_tracing.h"
 #include "hostcad/editor/drawing_problems.h"
 #include "hostcad/editor/previous_version.h"
@@ -78,6 +79,7 @@ Host::Host(Output& output, InputSource& source, View& view) : commandLine_(outpu
     modules_ = std::make_unique<Modules>(*this);
     defineVariables();
     defineAreaTracing(*this);
+    defineAreaCheck(*this);
     setCurrentDrawing(blankDrawing());
     lostLinks_->watch();
     readViewBox();

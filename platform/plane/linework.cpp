@@ -173,7 +173,9 @@ std::vector<FreeEnd> freeEnds(const LineworkGraph& graph, double limit) {
     for (uint32_t node = 0; node < graph.nodes.size(); ++node) {
         if (onlyEdge[node] >= kNone) continue;
         const Point& place = graph.nodes[node];
-        FreeEnd end{node, {}, std::numeric_limits<double>::infinity()};
+        const LineworkGraph::Edge& own = graph.edges[onlyEdge[node]];
+        FreeEnd end{node, own.from == node ? own.to : own.from, {}, std::numeric_limits<double>::infinity()};
+        auto take = [&](const Point& nearest, double gap) { end.nearest = nearest, end.gap = gap; };
         Box around;
         around.add(place);
         tree.each(widened(around, limit), [&](uint32_t other) {
@@ -181,11 +183,10 @@ std::vector<FreeEnd> freeEnds(const LineworkGraph& graph, double limit) {
             const Piece piece = graph.piece(graph.edges[other]);
             // An end is a better place to go to than one beside it.
             for (const Point& p : {piece.from(), piece.to()})
-                if (const double gap = distance(p, place); gap <= limit && gap <= end.gap)
-                    end = {node, p, gap};
+                if (const double gap = distance(p, place); gap <= limit && gap <= end.gap) take(p, gap);
             const Piece::Nearest nearest = piece.nearest(place);
             if (nearest.distance <= limit && nearest.distance < end.gap / 2)
-                end = {node, piece.at(nearest.share), nearest.distance};
+                take(piece.at(nearest.share), nearest.distance);
         });
         ends.push_back(end);
     }

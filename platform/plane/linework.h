@@ -47,6 +47,7 @@ std::optional<LineworkGraph> graphOf(std::span<const Piece> pieces, const IsCanc
 // An end that hangs free, and what is nearest to it other than its own edge.
 struct FreeEnd {
     uint32_t node;
+    uint32_t other;  // the node at the other end of its edge
     Point nearest;
     double gap;  // to it; infinite where nothing is within the limit
 };

@@ -65,6 +65,23 @@ TEST_F(AreaTracing, MirroredAndLevelPolylinesKeepTheirPlace) {
     EXPECT_EQ(run("(trace '((-30.0 -9.0)))"), "0");
 }
 
+TEST_F(AreaTracing, TheCheckTellsEachFaultWithItsPlace) {
+    run("(defun text (x y s) (entmake (list '(0 . \"TEXT\") (list 10 x y 0.0) '(40 . 1.0) (cons 1 s))))");
+    run("(line 0.0 0.0 100.0 0.0) (line 100.0 0.0 100.0 60.0) (line 100.0 60.0 0.0 60.0) (line 0.0 60.0 0.0 "
+        "0.0)");
+    run("(line 50.0 0.0 50.0 60.05) (line 75.0 0.0 75.0 59.98)");
+    run("(text 10.0 10.0 \"A\") (text 500.0 5.0 \"FAR\") (text 5.0 5.0 \" \")");
+    EXPECT_EQ(
+        run("(cf:scbcheck (ssget \"X\") 0.1)"),
+        "((\"LABEL\" (500.0 5.0 0.0) \"FAR\") (\"AREA\" (75.0 30.738 0.0)) (\"END\" (50.0 60.05 0.0) 0.05) "
+        "(\"GAP\" (75.0 59.98 0.0) 0.02))");
+    // A line that leads nowhere is none.
+    run("(line 20.0 0.0 20.0 30.0) (text 80.0 10.0 \"a\")");
+    EXPECT_EQ(run("(cf:scbcheck (ssget \"X\") 0.01)"),
+              "((\"LABEL\" (500.0 5.0 0.0) \"FAR\") (\"SEVERAL\" (80.0 10.0 0.0) \"a\" 2))");
+    EXPECT_EQ(run("(cf:scbcheck nil 0.01)").substr(0, 6), "error:");
+}
+
 // Cases that are hard, one a layer, with the areas that they have.
 TEST_F(AreaTracing, TheCasesOfAreasDxf) {
     if (!std::ifstream(sharedFile("areas.dxf"))) GTEST_SKIP() << "areas.dxf is not there";
