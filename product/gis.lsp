@@ -440,7 +440,7 @@
   (prompt (strcat "\n" tool " is not there yet."))
   (princ))
 
-(defun c:gis-links () (gis:not-there "The tool that links blocks"))
+(defun c:gis-links () (cf:gis_smart_prompting 4) (princ))
 (defun c:gis-blocklinks () (gis:not-there "The tool for links of title blocks"))
 (defun c:gis-titles () (gis:not-there "The tool for title blocks"))
 (defun c:gis-audit () (gis:not-there "The audit of links"))

@@ -24,4 +24,21 @@ std::string AttributeText(const std::vector<BlockAttribute>& attributes, const s
     return "";
 }
 
+std::vector<std::string> BlockTags(const std::string& block) {
+    constexpr int kFirstEntity = -2;
+    std::vector<std::string> tags;
+    const ResultBuffers record(acdbTblSearch("BLOCK", block.c_str(), 0));
+    const resbuf* first = FindResultBuffer(record.get(), kFirstEntity);
+    if (!first) return tags;
+    ads_name entity;
+    ads_name_set(first->resval.rlname, entity);
+    do {
+        const ResultBuffers groups(acdbEntGet(entity));
+        const std::string type = GroupText(groups.get(), 0);
+        if (type == "ENDBLK") break;
+        if (type == "ATTDEF") tags.push_back(text::upper(GroupText(groups.get(), 2)));
+    } while (acdbEntNext(entity, entity) == RTNORM);
+    return tags;
+}
+
 }  // namespace norvane

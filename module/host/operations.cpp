@@ -5,6 +5,7 @@
 #include "module/cad/automation_call.h"
 #include "module/features/template_editor.h"
 #include "module/linktools/link_areas.h"
+#include "module/linktools/link_blocks.h"
 #include "module/linktools/polygon_at.h"
 #include "module/linktools/query_entities.h"
 #include "module/prompting/prompt_for_entity.h"
@@ -26,7 +27,7 @@ constexpr Operation kOperations[] = {
     PromptForEntity,     // 1
     StoreSlot,           // 2
     FetchSlot,           // 3
-    kNotBuilt,           // 4 links from blocks
+    LinkFromBlocks,      // 4
     kNotBuilt,           // 5 block link settings
     kNotBuilt,           // 6 title blocks
     ShowGisSettings,     // 7

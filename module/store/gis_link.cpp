@@ -60,6 +60,12 @@ int HasGisLink(const ads_name entity) {
     return LinkStrings(entityWithLink(entity).get()).size() >= kStrings ? RTNORM : RTERROR;
 }
 
+bool IsLinkedBy(const ads_name entity, const GisLink& link) {
+    const std::vector<std::string> there = LinkStrings(entityWithLink(entity).get());
+    const auto wanted = stringsOf(link);
+    return there.size() >= kStrings && std::equal(wanted.begin(), wanted.end(), there.begin());
+}
+
 int WriteGisLink(const ads_name entity, const GisLink& link) {
     OpenObject<AcDbObject> object(entity, AcDb::kForRead);
     if (!object) return RTERROR;

@@ -32,6 +32,8 @@ enum class LinkState {
 std::vector<std::string> LinkStrings(const resbuf* groups);
 // RTNORM when an entity carries a whole link, RTERROR otherwise.
 int HasGisLink(const ads_name entity);
+// Whether an entity carries this link already, in these very strings.
+bool IsLinkedBy(const ads_name entity, const GisLink& link);
 // Writes the link, or refreshes the one that is there, which keeps its number of strings. RTERROR when the
 // entity cannot be opened.
 int WriteGisLink(const ads_name entity, const GisLink& link);

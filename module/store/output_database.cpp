@@ -4,6 +4,7 @@
 #include <ctime>
 
 #include "module/store/database.h"
+#include "module/store/records.h"
 #include "module/store/server_sign_in.h"
 #include "module/store/statements.h"
 #include "module/store/user_tables.h"
@@ -330,21 +331,17 @@ std::string SelectByPointId(const std::string& table, const std::string& id) {
     return SelectTable(table) + " WHERE PT_ID = " + quotedText(id);
 }
 
-const std::vector<std::string>& ListKeys(const std::string& path, const std::string& table) {
-    static std::string listedPath, listedTable;
-    static std::vector<std::string> keys;
-    if (path == listedPath && table == listedTable) return keys;
-    keys.clear();
-    DatabaseOutcome outcome = WithDatabase(path, [&](CDaoDatabase& database) {
-        CDaoRecordset records(&database);
-        for (records.Open(dbOpenDynaset, SelectKeys(table)); !records.IsEOF(); records.MoveNext()) {
-            std::string key = dao::toText(records.GetFieldValue(0));
-            if (!key.empty()) keys.push_back(std::move(key));
-        }
-    });
-    bool done = outcome == DatabaseOutcome::kDone;
-    listedPath = done ? path : "";
-    listedTable = done ? table : "";
+std::vector<std::string> ListKeys(CDaoDatabase& database, const std::string& table) {
+    std::vector<std::string> keys;
+    const std::string found = FindUserTable(database, table);
+    if (found.empty() || !FindField(database, found, "PT_ID")) return keys;
+    ForEachRecord(database,
+                  database.GetConnect().onServer() ? "SELECT PT_ID FROM " + QualifiedTable(database, found)
+                                                   : SelectKeys(found),
+                  [&](CDaoRecordset& records) {
+                      std::string key = dao::toText(records.GetFieldValue(0));
+                      if (!key.empty()) keys.push_back(std::move(key));
+                  });
     return keys;
 }
 

@@ -84,9 +84,8 @@ std::string SelectTable(const std::string& table);
 std::string SelectKeys(const std::string& table);
 std::string SelectByPointId(const std::string& table, const std::string& id);
 
-// --- Other operations ---------------------------------------------------------------------------------
-
-// The key values of a table. They are kept: the next call with the same two names gives the same list.
-const std::vector<std::string>& ListKeys(const std::string& path, const std::string& table);
+// The values of PT_ID that are not empty, as text, in the order of the table. The table is the one that
+// SameTable finds; none gives none, and neither does one without the field. Exceptions pass through.
+std::vector<std::string> ListKeys(CDaoDatabase& database, const std::string& table);
 
 }  // namespace norvane

@@ -45,4 +45,16 @@ std::string FindUserTable(const CDaoDatabase& database, const std::string& name)
     return "";
 }
 
+std::optional<CDaoFieldInfo> FindField(CDaoDatabase& database, const std::string& table,
+                                       const std::string& name) {
+    CDaoTableDef definition(&database);
+    definition.Open(table);
+    CDaoFieldInfo field;
+    for (int i = 0; i < definition.GetFieldCount(); ++i) {
+        definition.GetFieldInfo(i, field);
+        if (text::equalNoCase(field.name, name)) return field;
+    }
+    return std::nullopt;
+}
+
 }  // namespace norvane

@@ -1,6 +1,7 @@
 // The tables of a database that are the user's own.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -17,5 +18,8 @@ std::vector<std::string> UserTables(const CDaoDatabase& database);
 bool SameTable(const std::string& name, const std::string& wanted);
 // The user's table of a name as it stands in the database; "" when there is none.
 std::string FindUserTable(const CDaoDatabase& database, const std::string& name);
+// A field of a table that is there, without regard to case; nothing when it has none of that name.
+std::optional<CDaoFieldInfo> FindField(CDaoDatabase& database, const std::string& table,
+                                       const std::string& name);
 
 }  // namespace norvane

@@ -1,0 +1,63 @@
+// A drawing whose entities are linked in bulk, with a template and an output of its own.
+#pragma once
+
+#include <regex>
+#include <string>
+#include <vector>
+
+#include "platform/text/text.h"
+#include "tests/module/module_fixture.h"
+#include "tests/platform/dao/scratch.h"
+
+class LinkTools : public ModuleTest {
+  protected:
+    void SetUp() override {
+        ModuleTest::SetUp();
+        makeTemplate();
+        makeOutput("output.mdb");
+        lisp("(cf:gis_smart_prompting 2 2 " + quoted("output.mdb") + ")");
+        printed();
+    }
+
+    // An empty database of Access.
+    void makeOutput(const std::string& name) {
+        ASSERT_EQ(lisp("(cf:gis_smart_prompting 20 \"x\" \"none\" " + quoted(name) + ")"), "1");
+        ASSERT_TRUE(fs::exists(path(name)));
+    }
+    // Statements on the output; what they give.
+    std::string sql(const std::string& statements) const { return sqlite("output.mdb", statements); }
+
+    void openDrawing(const std::string& file) { ASSERT_EQ(host_->openDrawing(file), ""); }
+    void openSample() {
+        fs::copy_file(NORVANE_SOURCE_DIR "/samples/survey.dxf", path("survey.dxf"));
+        openDrawing(path("survey.dxf"));
+    }
+    // The shared file of links in every state, copied here with its databases under "linked/"; their links
+    // lead to the copies. False when it is not there.
+    bool openLinked();
+
+    // A function code for a selection of everything; what it printed behind the selection.
+    std::string runOnAll(int code, std::vector<std::string> inputs = {}) {
+        printed();
+        inputs_ = {"ALL", ""};
+        inputs_.insert(inputs_.end(), inputs.begin(), inputs.end());
+        EXPECT_EQ(lisp("(cf:gis_smart_prompting " + std::to_string(code) + ")"), "0");
+        return std::regex_replace(printed(), std::regex("^[^]*\nSelect objects: "), "");
+    }
+
+    // How many links of the drawing lead to a record of the key, and how many not, by programs that know
+    // nothing of ours: "followed 40, without a record 0\n".
+    std::string followed() {
+        lisp("(command \"_.SAVEAS\" \"_R2000\" \"\" " + quoted("followed.dxf") + " \"_Y\")");
+        return outputOf("/usr/bin/python3 '" NORVANE_SOURCE_DIR "/tests/module/linktools/follow_links.py' '" +
+                        path("followed.dxf") + "' 2>&1");
+    }
+
+    // Lisp lists of strings for a quick look at links: all of them, by type and in drawing order.
+    std::string links(const std::string& type) {
+        return lisp(
+            "(mapcar '(lambda (e) (mapcar 'cdr (vl-remove-if-not '(lambda (g) (= (car g) 1000)) (cdadr "
+            "(assoc -3 (entget e '(\"ZGEO_GIS_2000\"))))))) (all \"" +
+            type + "\"))");
+    }
+};
