@@ -443,7 +443,7 @@
 (defun c:gis-links () (cf:gis_smart_prompting 4) (princ))
 (defun c:gis-blocklinks () (gis:not-there "The tool for links of title blocks"))
 (defun c:gis-titles () (gis:not-there "The tool for title blocks"))
-(defun c:gis-audit () (gis:not-there "The audit of links"))
+(defun c:gis-audit () (cf:gis_smart_prompting 8) (princ))
 (defun c:gis-query () (gis:not-there "The query of entities"))
 ;; One fault of areas as a line of text.
 (defun gis:area-fault-text (fault / kind place)

@@ -76,6 +76,10 @@ std::optional<std::string> AskFeatureFileToDelete(const std::string& folder) {
     return ui::fileBox(existing(kFeatureFiles, "", folder));
 }
 
+std::optional<std::string> AskCollectorNotes(const std::string& folder) {
+    return ui::fileBox(existing("Fieldline/Geoline/Rapidline Note File|*.vtt||", "*.vtt", folder));
+}
+
 std::optional<std::string> AskShapeSet(const std::string& folder) {
     return ui::fileBox(existing("ArcView Shape File (*.shp)|*.shp||", "*.shp", folder));
 }

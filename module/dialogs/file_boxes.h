@@ -26,6 +26,9 @@ std::optional<std::string> AskFeatureFileToImport(const std::string& folder);
 std::optional<std::string> AskFeatureFileToExport(const std::string& folder);
 std::optional<std::string> AskFeatureFileToDelete(const std::string& folder);
 
+// The notes that a data collector has left.
+std::optional<std::string> AskCollectorNotes(const std::string& folder);
+
 // A set of shape files by its .shp, and a coordinate file that is there, or a new one.
 std::optional<std::string> AskShapeSet(const std::string& folder);
 std::optional<std::string> AskExistingPoints(const std::string& folder);

@@ -4,6 +4,7 @@
 
 #include "module/cad/automation_call.h"
 #include "module/features/template_editor.h"
+#include "module/linktools/audit_links.h"
 #include "module/linktools/link_areas.h"
 #include "module/linktools/link_blocks.h"
 #include "module/linktools/polygon_at.h"
@@ -31,7 +32,7 @@ constexpr Operation kOperations[] = {
     kNotBuilt,           // 5 block link settings
     kNotBuilt,           // 6 title blocks
     ShowGisSettings,     // 7
-    kNotBuilt,           // 8 audit of links
+    AuditLinks,          // 8
     ExportSelection,     // 9
     ExportGivenSet,      // 10
     ImportShpDialogRun,  // 11

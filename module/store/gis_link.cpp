@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <span>
 
 #include "module/cad/ads_owners.h"
 #include "module/cad/group_list.h"
@@ -22,9 +23,13 @@ std::array<std::string, kStrings> stringsOf(const GisLink& link) {
     return {link.templatePath.text(), link.outputPath.text(), link.featureName, link.keyField, link.keyValue};
 }
 
-ResultBuffers entityWithLink(const ads_name entity) {
-    ResultBuffers applications(acutBuildList(RTSTR, kGisLinkApplication, 0));
+ResultBuffers entityWithData(const ads_name entity, const char* application) {
+    ResultBuffers applications(acutBuildList(RTSTR, application, 0));
     return ResultBuffers(acdbEntGetX(entity, applications.get()));
+}
+
+ResultBuffers entityWithLink(const ads_name entity) {
+    return entityWithData(entity, kGisLinkApplication);
 }
 
 ResultBuffers newRecord(const GisLink& link) {
@@ -36,9 +41,9 @@ ResultBuffers newRecord(const GisLink& link) {
 }
 
 // Overwrites the strings that stand one behind the other, as far as there are any.
-void overwrite(resbuf* item, const GisLink& link) {
+void overwrite(resbuf* item, std::span<const std::string> strings) {
     item = FindResultBuffer(item, kString);
-    for (const std::string& string : stringsOf(link)) {
+    for (const std::string& string : strings) {
         if (!item || item->restype != kString) return;
         acad_free(item->resval.rstring);
         item->resval.rstring = acad_strdup(string.c_str());
@@ -53,6 +58,17 @@ std::vector<std::string> LinkStrings(const resbuf* groups) {
     const resbuf* item = FindResultBuffer(groups, kExtendedData);
     while (item && (item = FindResultBuffer(item->rbnext, kString)))
         strings.emplace_back(item->resval.rstring ? item->resval.rstring : "");
+    return strings;
+}
+
+std::optional<std::vector<std::string>> ApplicationStrings(const resbuf* groups, const char* application) {
+    const resbuf* item = FindResultBuffer(groups, kExtendedData);
+    while (item && (item = FindResultBuffer(item->rbnext, kApplicationName)))
+        if (text::equalNoCase(item->resval.rstring, application)) break;
+    if (!item) return std::nullopt;
+    std::vector<std::string> strings;
+    for (item = item->rbnext; item && item->restype != kApplicationName; item = item->rbnext)
+        if (item->restype == kString) strings.emplace_back(item->resval.rstring ? item->resval.rstring : "");
     return strings;
 }
 
@@ -71,7 +87,7 @@ int WriteGisLink(const ads_name entity, const GisLink& link) {
     if (!object) return RTERROR;
     ResultBuffers record(object->xData(kGisLinkApplication));
     if (record) {
-        overwrite(record.get(), link);
+        overwrite(record.get(), stringsOf(link));
     } else {
         acdbRegApp(kGisLinkApplication);
         record = newRecord(link);
@@ -102,14 +118,27 @@ LinkState ReadGisLink(const ads_name entity, GisLink& link) {
     return LinkState::kFound;
 }
 
+int RetargetGisLink(const ads_name entity, const dao::DatabasePath& templatePath,
+                    const dao::DatabasePath& outputPath, const std::string& featureName) {
+    const ResultBuffers data = entityWithLink(entity);
+    resbuf* extended = FindResultBuffer(data.get(), kExtendedData);
+    if (!extended) return RTERROR;
+    overwrite(extended, std::array{templatePath.text(), outputPath.text(), featureName});
+    return acdbEntMod(data.get());
+}
+
 int EraseGisLink(const ads_name entity) {
-    ResultBuffers data = entityWithLink(entity);
+    return EraseApplicationData(entity, kGisLinkApplication);
+}
+
+int EraseApplicationData(const ads_name entity, const char* application) {
+    ResultBuffers data = entityWithData(entity, application);
     if (!data) return RTERROR;
     resbuf* last = data.get();
     while (last->rbnext && last->rbnext->restype != kExtendedData) last = last->rbnext;
     ResultBuffers cut(last->rbnext);
     last->rbnext = acutNewRb(kExtendedData);
-    last->rbnext->rbnext = acutBuildList(kApplicationName, kGisLinkApplication, 0);
+    last->rbnext->rbnext = acutBuildList(kApplicationName, application, 0);
     return acdbEntMod(data.get());
 }
 

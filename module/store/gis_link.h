@@ -1,6 +1,7 @@
 // The link of a drawing entity to its record: extended data under the application ZGEO_GIS_2000.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -30,6 +31,8 @@ enum class LinkState {
 // The strings of a link as they stand, in a list that acdbEntGetX gave for the application; none without a
 // link.
 std::vector<std::string> LinkStrings(const resbuf* groups);
+// The same of any application, in a list that may hold several; nothing when it has no data there.
+std::optional<std::vector<std::string>> ApplicationStrings(const resbuf* groups, const char* application);
 // RTNORM when an entity carries a whole link, RTERROR otherwise.
 int HasGisLink(const ads_name entity);
 // Whether an entity carries this link already, in these very strings.
@@ -41,7 +44,11 @@ int WriteGisLink(const ads_name entity, const GisLink& link);
 // of a link holds at most 255 bytes.
 bool LinkNewEntity(AcDbObject& entity, const GisLink& link);
 LinkState ReadGisLink(const ads_name entity, GisLink& link);
-// Takes the link off the entity. The result of the host.
+// Lets a link lead elsewhere: its first three strings, as far as it has them. The result of the host.
+int RetargetGisLink(const ads_name entity, const dao::DatabasePath& templatePath,
+                    const dao::DatabasePath& outputPath, const std::string& featureName);
+// Takes the link, or the data of any application, off the entity. The result of the host.
 int EraseGisLink(const ads_name entity);
+int EraseApplicationData(const ads_name entity, const char* application);
 
 }  // namespace norvane

@@ -34,13 +34,27 @@ class LinkTools : public ModuleTest {
     }
     // The shared file of links in every state, copied here with its databases under "linked/"; their links
     // lead to the copies. False when it is not there.
-    bool openLinked();
+    bool openLinked() {
+        const fs::path source = fs::path(NORVANE_SHARED_DATA) / "linked";
+        if (!fs::exists(source)) return false;
+        fs::create_directory(path("linked"));
+        for (const char* name : {"template.mdb", "output.mdb"})
+            fs::copy_file(source / name, path("linked/") + name);
+        std::ifstream in(source / "survey_linked.dxf", std::ios::binary);
+        std::string drawing{std::istreambuf_iterator<char>(in), {}};
+        drawing = ::text::replaceAll(drawing, "LINKDIR", path("linked"));
+        drawing = ::text::replaceAll(drawing, "linkdir", ::text::lower(path("linked")));
+        write("linked.dxf", drawing);
+        openDrawing(path("linked.dxf"));
+        return true;
+    }
 
     // A function code for a selection of everything; what it printed behind the selection.
     std::string runOnAll(int code, std::vector<std::string> inputs = {}) {
         printed();
         inputs_ = {"ALL", ""};
         inputs_.insert(inputs_.end(), inputs.begin(), inputs.end());
+        ui_.clearLog();
         EXPECT_EQ(lisp("(cf:gis_smart_prompting " + std::to_string(code) + ")"), "0");
         return std::regex_replace(printed(), std::regex("^[^]*\nSelect objects: "), "");
     }
@@ -51,13 +65,5 @@ class LinkTools : public ModuleTest {
         lisp("(command \"_.SAVEAS\" \"_R2000\" \"\" " + quoted("followed.dxf") + " \"_Y\")");
         return outputOf("/usr/bin/python3 '" NORVANE_SOURCE_DIR "/tests/module/linktools/follow_links.py' '" +
                         path("followed.dxf") + "' 2>&1");
-    }
-
-    // Lisp lists of strings for a quick look at links: all of them, by type and in drawing order.
-    std::string links(const std::string& type) {
-        return lisp(
-            "(mapcar '(lambda (e) (mapcar 'cdr (vl-remove-if-not '(lambda (g) (= (car g) 1000)) (cdadr "
-            "(assoc -3 (entget e '(\"ZGEO_GIS_2000\"))))))) (all \"" +
-            type + "\"))");
     }
 };
