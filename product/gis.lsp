@@ -444,7 +444,16 @@
 (defun c:gis-blocklinks () (gis:not-there "The tool for links of title blocks"))
 (defun c:gis-titles () (gis:not-there "The tool for title blocks"))
 (defun c:gis-audit () (cf:gis_smart_prompting 8) (princ))
-(defun c:gis-query () (gis:not-there "The query of entities"))
+
+;; Shows the records of entities that are picked. A pick beside everything asks again; Enter and Escape end it. Set
+;; gis:query-goes-on$ to nil, and such a pick ends it too, as it does in scripts.
+(setq gis:query-goes-on$ t)
+(defun c:gis-query ()
+  (setq query-goes-on$ (if (and gis:query-goes-on$ (not (gis:script-answers-p))) "1" ""))
+  (cf:gis_smart_prompting 18)
+  (setq query-goes-on$ nil)
+  (princ))
+
 ;; One fault of areas as a line of text.
 (defun gis:area-fault-text (fault / kind place)
   (setq kind (car fault)

@@ -35,6 +35,13 @@ std::string withoutTrailingDigits(std::string name) {
 
 }  // namespace
 
+bool IsFeatureDefined(const std::string& templatePath, const std::string& feature) {
+    if (feature.empty()) return true;
+    const std::string exactName = text::upper(feature);
+    const FoundNames found = findInTemplate(templatePath, exactName, withoutTrailingDigits(exactName));
+    return found.exact || found.base;
+}
+
 std::optional<SavedRecord> OpenPromptSheet(PromptRequest request) {
     bool dao = CheckDao();
     if (request.featureLocked == 1 && !request.featureName.empty()) {

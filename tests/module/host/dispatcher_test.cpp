@@ -177,8 +177,9 @@ TEST_F(Dispatcher, ObjectDataThatIsAskedForChangesNothing) {
     makeTemplate();
     makeEntity();
     write("gps.ini", "is_database=\nis_objdata=1\n");
+    inputs_ = {""};
     EXPECT_EQ(lisp("(cf:gis_smart_prompting 18)"), "0");
-    EXPECT_EQ(printed(), "");
+    EXPECT_EQ(printed(), "\nSelect object (Number/Pick/<Select>): ");
     answer(134, {cell(2, "14"), click("OK")});
     EXPECT_EQ(prompt("1", "TREE"), "1");
     EXPECT_EQ(sqlite("output.mdb", "select PT_ID from TREE"), "1\n");
