@@ -11,6 +11,7 @@
 ;;   GIS-TITLES      6  inserts or updates title blocks
 ;;   GIS-SETTINGS    7  the current template and output database
 ;;   GIS-AUDIT       8  finds and mends links that lead nowhere
+;;   GIS-REPORT         lists what is wrong between links and records
 ;;   GIS-EXPORT      9  linked entities with their records to a shape file
 ;;   GIS-EXPORTSET  10  the same for one kind of shape, without a dialog
 ;;   GIS-IMPORT     11  a shape file into the drawing and the database
@@ -444,6 +445,18 @@
 (defun c:gis-blocklinks () (gis:not-there "The tool for links of title blocks"))
 (defun c:gis-titles () (gis:not-there "The tool for title blocks"))
 (defun c:gis-audit () (cf:gis_smart_prompting 8) (princ))
+
+;; Tells what is wrong between links and records, and saves it; values that the drawing has otherwise may go into the
+;; records.
+(defun c:gis-report (/ distance path rows)
+  (setq distance (getdist "\nValues differ by more than <0.01>: ")
+        distance (cond (distance) (0.01))
+        path (getfiled "Report of links" (strcat (getvar "DWGPREFIX") "links.csv") "csv" 1)
+        rows (apply 'gis:link-report (if path (list distance path) (list distance))))
+  (foreach row rows
+    (prompt (strcat "\n" (nth 0 row) ": " (nth 1 row) " " (nth 2 row) " " (nth 3 row) " " (nth 4 row) " " (nth 5 row))))
+  (if (assoc "values differ" rows) (gis:update-records distance))
+  (princ))
 
 ;; Shows the records of entities that are picked. A pick beside everything asks again; Enter and Escape end it. Set
 ;; gis:query-goes-on$ to nil, and such a pick ends it too, as it does in scripts.

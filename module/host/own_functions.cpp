@@ -1,5 +1,6 @@
 #include "module/host/own_functions.h"
 
+#include "module/linktools/link_report.h"
 #include "module/points/point_functions.h"
 #include "module/transfer/export_operations.h"
 #include "module/transfer/point_file_chooser.h"
@@ -34,6 +35,8 @@ constexpr OwnFunction kFunctions[] = {
     {"gis:next-point", 1013, NextPoint},
     {"gis:choose-points", 1014, ChoosePointFile},
     {"gis:export-folder", 1020, GiveExportFolder},
+    {"gis:link-report", 1030, GiveLinkReport},
+    {"gis:update-records", 1031, UpdateLinkedRecords},
 };
 
 }  // namespace
