@@ -233,3 +233,15 @@ TEST_F(LinkBlocksTest, ATemplateIsNotAskedFor) {
     runOnAll(4);
     EXPECT_EQ(pictures().back(), "| | ---");
 }
+
+TEST_F(LinkBlocksTest, CancelEndsARunBetweenTwoBlocks) {
+    sql("create table T1 (PT_ID TEXT(255), GIS_KEY TEXT(255)); insert into T1 values ('1','S')");
+    makeSigns({{"1", "T1"}, {"1", "T1"}, {"1", "T1"}});
+    answer(139, byAttribute());
+    answer(1000, {show(), click("Cancel")});
+    const std::string said = runOnAll(4);
+    EXPECT_TRUE(said.ends_with(
+        "\rProcess entity : 2\rLinks created     : 1\nDone.\n3 blocks: 1 linked, 0 already linked, 0 "
+        "passed over.\nThe work ended before its end: 2 blocks were not looked at."))
+        << said;
+}
