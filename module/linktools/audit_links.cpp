@@ -1,5 +1,6 @@
 #include "module/linktools/audit_links.h"
 
+#include <algorithm>
 #include <map>
 #include <set>
 #include <tuple>
@@ -174,15 +175,19 @@ void Audit::tell() const {
         if (notConverted_.count() > 0) acutPrintf(", left: %s", notConverted_.text().c_str());
         acutPrintf(".");
     }
+    const auto leftCount =
+        std::count_if(items_.begin(), items_.end(), [](const AuditItem& item) { return item.isBroken(); });
     Tally left;
     for (const AuditItem& item : items_)
-        if (item.isBroken()) left.add("still leading nowhere", item.feature);
+        if (item.isBroken())
+            left.add(leftCount == 1 ? "table still leads nowhere" : "tables still lead nowhere",
+                     item.feature);
     acutPrintf("\n%s to %s checked: %s broken, %s mended, %zu erased",
                Counted(entities_, "link", "links").c_str(), Counted(items_.size(), "table", "tables").c_str(),
                Counted(static_cast<size_t>(total_), "table", "tables").c_str(),
                Counted(fixed_, "link", "links").c_str(), erased_);
     if (refused_ > 0) acutPrintf(", %zu too long for the drawing", refused_);
-    if (left.count() > 0) acutPrintf("; tables %s", left.text().c_str());
+    if (left.count() > 0) acutPrintf("; %s", left.text().c_str());
     acutPrintf(".");
 }
 

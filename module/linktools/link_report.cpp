@@ -1,5 +1,6 @@
 #include "module/linktools/link_report.h"
 
+#include <algorithm>
 #include <cmath>
 #include <map>
 #include <memory>
@@ -128,7 +129,8 @@ class Reporter {
             record.firstEntity = entity.handle;
         else
             add(kShared, entity, "with " + record.firstEntity);
-        RecordChange change{path, table.name(), static_cast<long>(*place), "PT_ID", record.key, {}};
+        RecordChange change{path, table.name(), static_cast<long>(*place), entity.keyField, entity.keyValue,
+                            {}};
         std::vector<std::string> differences;
         const EntityMeasures measures = measuresFor(entity, record);
         for (size_t i = 0; i < kMeasureFields; ++i) {
@@ -165,16 +167,20 @@ std::string csvField(const std::string& text) {
 }
 
 void tell(const LinkReport& report) {
-    Tally problems;
-    for (const ReportRow& row : report.rows)
-        problems.add(row.problem, row.handle.empty() ? row.key : row.handle);
+    std::vector<std::string> problems;
+    for (const char* problem : {kBrokenOff, kMissing, kShared, kNoEntity, kDiffers}) {
+        const auto count = std::count_if(report.rows.begin(), report.rows.end(),
+                                         [&](const ReportRow& row) { return row.problem == problem; });
+        if (count > 0) problems.push_back(problem + (": " + std::to_string(count)));
+    }
     acutPrintf("\n%s and %s looked at: %s.", Counted(report.links, "link", "links").c_str(),
                Counted(report.records, "record", "records").c_str(),
-               report.rows.empty() ? "all is well" : problems.text().c_str());
+               problems.empty() ? "all is well" : text::join(problems, ", ").c_str());
     if (!report.isWhole) acutPrintf("\nThe work ended before its end.");
 }
 
-// Changes the records of one table. How many; a record that is another by now stays as it is.
+// Changes the records of one table. How many; one that has been changed into another meanwhile stays as it
+// is.
 size_t changeTable(CDaoDatabase& database, const std::map<long, const RecordChange*>& changes) {
     size_t changed = 0;
     CDaoRecordset records(&database);

@@ -10,8 +10,7 @@ class AuditTest : public LinkTools {
               const std::string& key = "1") {
         lisp(
             "(regapp \"ZGEO_GIS_2000\") (entmake (list '(0 . \"LINE\") '(10 5.0 6.0 0.0) '(11 9.0 8.0 0.0) "
-            "'(-3 "
-            "(\"ZGEO_GIS_2000\" (1002 . \"{\") (1000 . \"" +
+            "'(-3 (\"ZGEO_GIS_2000\" (1002 . \"{\") (1000 . \"" +
             templateFile + "\") (1000 . \"" + outputFile + "\") (1000 . \"" + feature +
             "\") (1000 . \"PT_ID\") (1000 . \"" + key + "\") (1002 . \"}\")))))");
     }
@@ -20,10 +19,10 @@ class AuditTest : public LinkTools {
         const std::string count = lisp("(setq lines (ssget \"X\" '((0 . \"LINE\")))) (sslength lines)");
         std::vector<std::string> all;
         for (int i = 0; i < std::stoi(count); ++i) {
-            const std::string strings = lisp(
-                "(setq data (assoc -3 (entget (ssname lines " + std::to_string(i) +
-                ") '(\"ZGEO_GIS_2000\")))) (if data (apply 'strcat (mapcar '(lambda (g) (if (= (car g) 1000) "
-                "(strcat (cdr g) \" \") \"\")) (cdadr data))) \"-\")");
+            const std::string strings =
+                lisp("(setq data (assoc -3 (entget (ssname lines " + std::to_string(i) +
+                     ") '(\"ZGEO_GIS_2000\")))) (if data (apply 'strcat (mapcar '(lambda (g) (if (= (car g) "
+                     "1000) (strcat (cdr g) \" \") \"\")) (cdadr data))) \"-\")");
             all.push_back(::text::replaceAll(::text::replaceAll(strings, path(""), "~"), "\"", ""));
         }
         return all;
@@ -71,20 +70,16 @@ TEST_F(AuditTest, OneAnswerServesAllTablesOfAFolderThatHasMoved) {
                  click("1")});
     answer(145, {show(), click("1")});
     EXPECT_EQ(runOnAll(8), "\n4 links to 3 tables checked: 2 tables broken, 3 links mended, 0 erased.");
-    EXPECT_EQ(
-        pictures(),
-        (std::vector<std::string>{
-            "\"Template database not found:\" \"Output database not found:\" \"Table not found in Template "
-            "and in "
-            "Output database:\" \"Tables Used for Links 1 of 2\" no",
-            "\"Template database:\" \"Output database not found:\" \"Table not found in Output database:\" "
-            "\"Tables Used for Links 1 of 2\" no",
-            "\"Template database:\" \"Output database:\" \"Current Table:\" \"Tables Used for Links 1 of 2\" "
-            "> TREE   "
-            "POLE fix",
-            "\"Template database:\" \"Output database:\" \"Current Table:\" \"Tables Used for Links 2 of 2\" "
-            "  TREE > "
-            "POLE fix"}));
+    EXPECT_EQ(pictures(),
+              (std::vector<std::string>{
+                  "\"Template database not found:\" \"Output database not found:\" \"Table not found in "
+                  "Template and in Output database:\" \"Tables Used for Links 1 of 2\" no",
+                  "\"Template database:\" \"Output database not found:\" \"Table not found in Output "
+                  "database:\" \"Tables Used for Links 1 of 2\" no",
+                  "\"Template database:\" \"Output database:\" \"Current Table:\" \"Tables Used for Links 1 "
+                  "of 2\" > TREE   POLE fix",
+                  "\"Template database:\" \"Output database:\" \"Current Table:\" \"Tables Used for Links 2 "
+                  "of 2\"   TREE > POLE fix"}));
     EXPECT_EQ(targets(), (std::vector<std::string>{"~new/template.mdb ~new/output.mdb TREE PT_ID 1 ",
                                                    "~new/template.mdb ~new/output.mdb POLE PT_ID 7 ",
                                                    "~new/template.mdb ~new/output.mdb TREE PT_ID 1 ",
@@ -105,18 +100,15 @@ TEST_F(AuditTest, LinksAreErasedLeftAndGivenAnotherTable) {
     answer(145, {show(), click("Show Entities"), click("Erase Links for Current Table")});
     answer(145, {click("Go to Other Table")});
     EXPECT_EQ(runOnAll(8),
-              "\n4 links to 4 tables checked: 3 tables broken, 1 link mended, 1 erased; tables 1 still "
-              "leading nowhere "
-              "(PARCEL).");
-    EXPECT_EQ(pictures(), (std::vector<std::string>{"\"Template database:\" \"Output database:\" \"Table not "
-                                                    "found in Output database:\" \"Tables Used for "
-                                                    "Links 1 of 3\"   TREE   POLE no",
-                                                    "\"Template database:\" \"Output database:\" \"Current "
-                                                    "Table:\" \"Tables Used for Links 1 of 3\"   TREE > "
-                                                    "POLE fix",
-                                                    "\"Template database:\" \"Output database:\" \"Table not "
-                                                    "found in Template and in Output database:\" "
-                                                    "\"Tables Used for Links 2 of 3\"   TREE   POLE no"}));
+              "\n4 links to 4 tables checked: 3 tables broken, 1 link mended, 1 erased; 1 table still leads "
+              "nowhere (PARCEL).");
+    EXPECT_EQ(pictures(), (std::vector<std::string>{
+                              "\"Template database:\" \"Output database:\" \"Table not found in Output "
+                              "database:\" \"Tables Used for Links 1 of 3\"   TREE   POLE no",
+                              "\"Template database:\" \"Output database:\" \"Current Table:\" \"Tables Used "
+                              "for Links 1 of 3\"   TREE > POLE fix",
+                              "\"Template database:\" \"Output database:\" \"Table not found in Template and "
+                              "in Output database:\" \"Tables Used for Links 2 of 3\"   TREE   POLE no"}));
     EXPECT_EQ(targets(), (std::vector<std::string>{"~new/template.mdb ~new/output.mdb POLE PT_ID 1 ", "-",
                                                    "~new/template.mdb ~new/output.mdb PARCEL PT_ID 1 ",
                                                    "~new/template.mdb ~new/output.mdb  PT_ID 1 "}));
@@ -124,10 +116,9 @@ TEST_F(AuditTest, LinksAreErasedLeftAndGivenAnotherTable) {
 
 TEST_F(AuditTest, AFeatureWithATableOfAnotherNameIsGood) {
     makeJob("new");
-    sqlite(
-        "new/template.mdb",
-        "create table ZGEO_LINKS (GIS_NAME TEXT(255), TABLE_NAME TEXT(255)); insert into ZGEO_LINKS values "
-        "('MANHOLE', 'pole')");
+    sqlite("new/template.mdb",
+           "create table ZGEO_LINKS (GIS_NAME TEXT(255), TABLE_NAME TEXT(255)); insert into ZGEO_LINKS "
+           "values ('MANHOLE', 'pole')");
     link(path("new/template.mdb"), path("new/output.mdb"), "MANHOLE");
     EXPECT_EQ(runOnAll(8), "\n1 link to 1 table checked: 0 tables broken, 0 links mended, 0 erased.");
 }
@@ -139,9 +130,8 @@ TEST_F(AuditTest, QuittingAsksAndTheRestStaysAsItIs) {
     answer(145, {click("Quit"), {ui::Step::Kind::Close}, key("Escape")});
     ui_.answerBox("No"), ui_.answerBox("No"), ui_.answerBox("Yes");
     EXPECT_EQ(runOnAll(8),
-              "\n2 links to 2 tables checked: 2 tables broken, 0 links mended, 0 erased; tables 2 still "
-              "leading nowhere "
-              "(TREE, POLE).");
+              "\n2 links to 2 tables checked: 2 tables broken, 0 links mended, 0 erased; 2 tables still lead "
+              "nowhere (TREE, POLE).");
     EXPECT_TRUE(
         shown("box [Alert] \"There are still 1 more tables used for links not fixed yet!\n\nPOLE\nAre you "
               "really sure you want to exit?\""));
@@ -152,12 +142,10 @@ TEST_F(AuditTest, LinksInEveryStateAreSortedOut) {
     // Files that are gone in five ways, the server among them, and five tables. Features that write to the
     // table of another are good.
     for (int i = 0; i < 10; ++i) answer(145, {show(), click("Go to Other Table")});
-    EXPECT_EQ(
-        runOnAll(8, {"N"}),
-        "\nDetected Fieldline/Rapidline/ZGEOFL GIS Links.\nWould you like to convert them to Norvane GIS "
-        "Links[<Yes>/No]? \n188 links to 21 tables checked: 10 tables broken, 0 links mended, 0 erased; "
-        "tables 10 "
-        "still leading nowhere (LOT, HYDRANT, SIGN, NOWHERE, OLDKEY, POLES).");
+    EXPECT_EQ(runOnAll(8, {"N"}),
+              "\nDetected Fieldline/Rapidline/ZGEOFL GIS Links.\nWould you like to convert them to Norvane "
+              "GIS Links[<Yes>/No]? \n188 links to 21 tables checked: 10 tables broken, 0 links mended, 0 "
+              "erased; 10 tables still lead nowhere (LOT, HYDRANT, SIGN, NOWHERE, OLDKEY, POLES).");
     std::string states;
     for (const std::string& picture : pictures()) {
         states += picture.starts_with("\"Template database:") ? "1" : "0";
@@ -185,9 +173,8 @@ TEST_F(AuditTest, DamagedFilesAndATableThatIsGoneAreBroken) {
     answer(145, {click("Go to Other Table")});
     answer(145, {show(), pick("1079", "POLE"), click("1")});
     EXPECT_EQ(runOnAll(8),
-              "\n3 links to 3 tables checked: 3 tables broken, 1 link mended, 0 erased; tables 2 still "
-              "leading nowhere "
-              "(TREE, POLE).");
+              "\n3 links to 3 tables checked: 3 tables broken, 1 link mended, 0 erased; 2 tables still lead "
+              "nowhere (TREE, POLE).");
     EXPECT_TRUE(pictures()[0].find("\"Table not found in Template database:\"") != std::string::npos);
 }
 
@@ -214,9 +201,8 @@ TEST_F(AuditTest, LinksOfACollectorAreConverted) {
             << said;
         for (const auto& [feature, count] : c.features)
             EXPECT_EQ(lisp("(setq set (ssget \"X\") i 0 n 0) (repeat (sslength set) (setq groups (cdadr "
-                           "(assoc -3 (entget "
-                           "(ssname set i) '(\"ZGEO_GIS_2000\")))) i (1+ i)) (if (and groups (= (cdr (nth 2 "
-                           "groups)) \"" +
+                           "(assoc -3 (entget (ssname set i) '(\"ZGEO_GIS_2000\")))) i (1+ i)) (if (and "
+                           "groups (= (cdr (nth 2 groups)) \"" +
                            path("output.mdb") + "\") (= (cdr (nth 3 groups)) \"" + feature +
                            "\")) (setq n (1+ n)))) n"),
                       std::to_string(count))
@@ -229,8 +215,7 @@ TEST_F(AuditTest, LinksOfACollectorAreConverted) {
 TEST_F(AuditTest, LinksOfACollectorMayStayOrEndTheAudit) {
     lisp(
         "(regapp \"ZGEOFL_GIS_2000\") (entmake '((0 . \"POINT\") (10 0.0 0.0 0.0) (-3 (\"ZGEOFL_GIS_2000\" "
-        "(1002 . "
-        "\"{\") (1000 . \"a1\") (1002 . \"}\")))))");
+        "(1002 . \"{\") (1000 . \"a1\") (1002 . \"}\")))))");
     auto state = [&] { return lisp("(cdr (assoc -3 (entget (entlast) '(\"*\"))))"); };
     const std::string before = state();
     const std::string question =
@@ -255,6 +240,5 @@ TEST_F(AuditTest, LinksOfACollectorMayStayOrEndTheAudit) {
     runOnAll(8, {"Yes"});
     EXPECT_EQ(state(), "((\"ZGEO_GIS_2000\" (1002 . \"{\") (1000 . " + quoted("template.mdb") + ") (1000 . " +
                            quoted("output.mdb") +
-                           ") (1000 . \"OAK\") (1000 . \"PT_ID\") (1000 . \"A1\") (1002 . "
-                           "\"}\")))");
+                           ") (1000 . \"OAK\") (1000 . \"PT_ID\") (1000 . \"A1\") (1002 . \"}\")))");
 }
