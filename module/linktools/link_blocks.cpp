@@ -27,7 +27,7 @@ constexpr const char* kKeyField = "PT_ID";
 
 // A table of the output with the keys of its records.
 struct KeyedTable {
-    std::string name;  // as the database has it; "" for none
+    std::string name;  // as the database has it, on a server without its owner; "" for none
     std::unordered_set<std::string> keys;
 };
 
@@ -41,6 +41,8 @@ class KeyedTables {
         if (isNew && !(table.name = FindUserTable(database_, name)).empty()) {
             std::vector<std::string> keys = ListKeys(database_, table.name);
             table.keys.insert(std::make_move_iterator(keys.begin()), std::make_move_iterator(keys.end()));
+            // Links name features, and no feature is called after its owner.
+            if (database_.GetConnect().onServer()) table.name.erase(0, table.name.find('.') + 1);
         }
         return table;
     }

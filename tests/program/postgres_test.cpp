@@ -589,4 +589,44 @@ TEST_F(PostgresClients, LoseNothingAndDoubleNothingInAnOldTable) {
     work({"old"});
 }
 
+TEST_F(Postgres, BlocksAreLinkedAuditedAndReported) {
+    ui_.allowClash(
+        "Selected First &Key Value from Attributes List; Selected Second &Key Value from Attributes or "
+        "Tables List; ");
+    server().answer(
+        "CREATE SCHEMA survey; CREATE TABLE survey.poles(pt_id varchar(255), gis_key text, northing double "
+        "precision); "
+        "INSERT INTO survey.poles VALUES('P1', 'POLES', 1), ('P2', 'POLES', 2)");
+    addPrompt("POLES", "NOTE");
+    lisp("(cf:gis_smart_prompting 2 2 \"" + server().connect() + "\")");
+    lisp(
+        "(entmake '((0 . \"BLOCK\") (2 . \"SIGN\") (70 . 2) (10 0.0 0.0 0.0))) (entmake '((0 . \"ATTDEF\") "
+        "(10 0.0 0.0 0.0) "
+        "(40 . 1.0) (1 . \"\") (3 . \"\") (2 . \"ID\") (70 . 0))) (entmake '((0 . \"ATTDEF\") (10 0.0 0.0 "
+        "0.0) (40 . 1.0) (1 . "
+        "\"\") (3 . \"\") (2 . \"KIND\") (70 . 0))) (entmake '((0 . \"ENDBLK\")))"
+        "(foreach id '(\"P1\" \"P2\" \"P3\") (entmake '((0 . \"INSERT\") (2 . \"SIGN\") (66 . 1) (10 0.0 7.0 "
+        "0.0))) (foreach pair "
+        "(list (cons \"ID\" id) '(\"KIND\" . \"POLES\")) (entmake (list '(0 . \"ATTRIB\") '(10 0.0 0.0 0.0) "
+        "'(40 . 1.0) (cons 1 "
+        "(cdr pair)) (cons 2 (car pair)) '(70 . 0)))) (entmake '((0 . \"SEQEND\"))))");
+    auto runOnAll = [&](int code) {
+        printed();
+        inputs_ = {"ALL", ""};
+        lisp("(cf:gis_smart_prompting " + std::to_string(code) + ")");
+        const std::string said = printed();
+        return said.substr(said.rfind("\nDone.") == std::string::npos ? said.rfind('\n')
+                                                                      : said.rfind("\nDone.") + 6);
+    };
+    answer(139, {pick("1001", "SIGN"), pick("1002", "ID"), click("1004"), pick("1002", "KIND"), click("1005"),
+                 focus("OK"), click("OK")});
+    EXPECT_EQ(runOnAll(4), "\n3 blocks: 2 linked, 0 already linked, 1 passed over: 1 without a record (P3).");
+    EXPECT_EQ(runOnAll(8), "\n2 links to 1 table checked: 0 tables broken, 0 links mended, 0 erased.");
+    ui_.answerQuestion("Bring up to date", "Yes");
+    EXPECT_EQ(lisp("(gis:update-records 0.01)"), "2");
+    EXPECT_EQ(record("pt_id, northing", "survey.poles"), "P1|7\nP2|7\n");
+
+    EXPECT_EQ(lisp("(gis:link-report 0.01)"), "nil");
+}
+
 }  // namespace
