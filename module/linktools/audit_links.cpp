@@ -40,7 +40,7 @@ class Audit {
     explicit Audit(AuditMemory& memory) : memory_(memory) {}
 
     void run(const ads_name set) {
-        readEntities(set);
+        if (!readEntities(set)) return;
         if (!fieldLinks_.empty() && !convertFieldLinks()) return;
         if (!CheckDao()) return;
         LinkTargets targets;
@@ -52,7 +52,7 @@ class Audit {
     }
 
   private:
-    void readEntities(const ads_name set);
+    bool readEntities(const ads_name set);
     void addLink(const ads_name entity, std::vector<std::string> strings);
     bool convertFieldLinks();
     void mend();
@@ -81,13 +81,15 @@ void Audit::addLink(const ads_name entity, std::vector<std::string> strings) {
     ++entities_;
 }
 
-void Audit::readEntities(const ads_name set) {
+// False when the person has stopped it; nothing is changed then.
+bool Audit::readEntities(const ads_name set) {
     const ResultBuffers applications(
         acutBuildList(RTSTR, kGisLinkApplication, RTSTR, kFieldLinkApplication, 0));
     long length = 0;
     acedSSLength(set, &length);
     ProgressMeter meter("Processing entities...", length);
     for (long i = 0; i < length; ++i, meter.advance()) {
+        if (acedUsrBrk()) return false;
         ads_name entity;
         if (acedSSName(set, i, entity) != RTNORM) continue;
         const ResultBuffers groups(acdbEntGetX(entity, applications.get()));

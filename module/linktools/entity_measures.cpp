@@ -11,14 +11,6 @@
 
 namespace norvane {
 
-const std::array<MeasureField, kMeasureFields> MeasureFields = {{{"NORTHING", Measure::kNorthing},
-                                                                 {"EASTING", Measure::kEasting},
-                                                                 {"ELEVATION", Measure::kElevation},
-                                                                 {"LENGTH", Measure::kLength},
-                                                                 {"LENGTH_DWG", Measure::kLength},
-                                                                 {"AREA", Measure::kArea},
-                                                                 {"AREA_DWG", Measure::kArea}}};
-
 namespace {
 
 std::optional<double>& of(EntityMeasures& measures, Measure measure) {

@@ -16,8 +16,12 @@ struct MeasureField {
     const char* name;
     Measure measure;
 };
-constexpr size_t kMeasureFields = 7;
-extern const std::array<MeasureField, kMeasureFields> MeasureFields;
+constexpr std::array kMeasureFields = {
+    MeasureField{"NORTHING", Measure::kNorthing},   MeasureField{"EASTING", Measure::kEasting},
+    MeasureField{"ELEVATION", Measure::kElevation}, MeasureField{"LENGTH", Measure::kLength},
+    MeasureField{"LENGTH_DWG", Measure::kLength},   MeasureField{"AREA", Measure::kArea},
+    MeasureField{"AREA_DWG", Measure::kArea}};
+constexpr size_t kMeasureFieldCount = kMeasureFields.size();
 
 // A value for each measure that the entity has: places for points, circles, texts and blocks; lengths for
 // lines and polylines, in the plan and along their arcs; areas for closed polylines and circles.

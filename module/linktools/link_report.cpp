@@ -133,12 +133,12 @@ class Reporter {
                             {}};
         std::vector<std::string> differences;
         const EntityMeasures measures = measuresFor(entity, record);
-        for (size_t i = 0; i < kMeasureFields; ++i) {
+        for (size_t i = 0; i < kMeasureFieldCount; ++i) {
             const std::optional<double>& there = record.measures[i];
-            const std::optional<double>& here = measures[static_cast<size_t>(MeasureFields[i].measure)];
+            const std::optional<double>& here = measures[static_cast<size_t>(kMeasureFields[i].measure)];
             if (!there || !here || !(std::abs(*there - *here) > distance_)) continue;
-            change.values.emplace_back(MeasureFields[i].name, *here);
-            differences.push_back(text::format("%s %s, in the drawing %s", MeasureFields[i].name,
+            change.values.emplace_back(kMeasureFields[i].name, *here);
+            differences.push_back(text::format("%s %s, in the drawing %s", kMeasureFields[i].name,
                                                text::fromReal(*there).c_str(),
                                                text::fromReal(*here).c_str()));
         }

@@ -39,13 +39,13 @@ void RecordTable::read(CDaoDatabase& database) {
         return field == fields_.end() ? -1 : field->second;
     };
     const int id = placeOf("PT_ID"), feature = placeOf("GIS_KEY");
-    std::array<int, kMeasureFields> measures{};
-    for (size_t i = 0; i < kMeasureFields; ++i) measures[i] = placeOf(MeasureFields[i].name);
+    std::array<int, kMeasureFieldCount> measures{};
+    for (size_t i = 0; i < kMeasureFieldCount; ++i) measures[i] = placeOf(kMeasureFields[i].name);
     for (; !records.IsEOF(); records.MoveNext()) {
         Record& record = records_.emplace_back();
         if (id >= 0) record.key = comparable(records.GetFieldValue(id));
         if (feature >= 0) record.feature = comparable(records.GetFieldValue(feature));
-        for (size_t i = 0; i < kMeasureFields; ++i)
+        for (size_t i = 0; i < kMeasureFieldCount; ++i)
             if (measures[i] >= 0) record.measures[i] = numberIn(records.GetFieldValue(measures[i]));
         for (auto& [keyField, places] : byKey_)
             if (const int place = placeOf(keyField); place >= 0)

@@ -18,7 +18,7 @@ class RecordTable {
   public:
     struct Record {
         std::string key, feature;  // of PT_ID and GIS_KEY, in capitals and trimmed
-        std::array<std::optional<double>, kMeasureFields> measures;
+        std::array<std::optional<double>, kMeasureFieldCount> measures;
         std::string firstEntity;  // the handle of the first that leads here
     };
 
