@@ -98,6 +98,7 @@ bool Audit::readEntities(const ads_name set) {
         const auto field = ApplicationStrings(groups.get(), kFieldLinkApplication);
         if (field && !field->empty()) fieldLinks_[GroupText(groups.get(), 5)] = text::upper(field->front());
     }
+    return true;
 }
 
 // False when the audit is to end.
