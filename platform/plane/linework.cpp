@@ -60,6 +60,26 @@ Box widened(Box box, double by) {
     return box;
 }
 
+// Straight pieces that are cut in one place, and whose ends are away from each other, do not meet again.
+// Spares the many pairs of pieces that all go through one point; pieces with more cuts are rather tried.
+bool haveMet(const Piece& a, const std::vector<Cut>& cutsOfA, const Piece& b,
+             const std::vector<Cut>& cutsOfB) {
+    constexpr size_t kFew = 2;
+    if (cutsOfA.empty() || cutsOfB.empty() || cutsOfA.size() > kFew || cutsOfB.size() > kFew) return false;
+    if (a.arc() || b.arc()) return false;
+    for (const Cut& of : cutsOfA)
+        for (const Cut& other : cutsOfB) {
+            if (distance(of.place, other.place) > kSamePlace / 16) continue;
+            const Point along = a.to() - a.from(), across = b.to() - b.from();
+            const double sine =
+                std::abs(along.x * across.y - along.y * across.x) / (length(along) * length(across));
+            const double nearest = std::min({distance(of.place, a.from()), distance(of.place, a.to()),
+                                             distance(of.place, b.from()), distance(of.place, b.to())});
+            return sine * nearest > 2 * kSamePlace;
+        }
+    return false;
+}
+
 class GraphBuilder {
   public:
     GraphBuilder(std::span<const Piece> pieces, const IsCancelled& isCancelled)
@@ -89,8 +109,9 @@ class GraphBuilder {
         std::vector<Point> meetings;
         for (uint32_t i = 0; i < pieces_.size(); ++i) {
             if (i % kAskEvery == 0 && isCancelled_ && isCancelled_()) return false;
+            if (boxes_[i].empty()) continue;
             tree.each(boxes_[i], [&](uint32_t other) {
-                if (other <= i) return;
+                if (other <= i || haveMet(pieces_[i], cuts_[i], pieces_[other], cuts_[other])) return;
                 meetings.clear();
                 addMeetings(pieces_[i], pieces_[other], kSamePlace, meetings);
                 for (const Point& place : meetings) {
