@@ -5,6 +5,7 @@
 
 #include "module/dialogs/file_boxes.h"
 #include "module/linktools/link_targets.h"
+#include "module/store/server_sign_in.h"
 #include "platform/files/files.h"
 #include "platform/text/text.h"
 #include "platform/ui/backend.h"

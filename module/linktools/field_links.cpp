@@ -8,6 +8,7 @@
 #include "module/settings/current_databases.h"
 #include "module/settings/dialog_state.h"
 #include "module/setup/gis_settings_dialog.h"
+#include "module/store/server_sign_in.h"
 #include "platform/ads/editor.h"
 #include "platform/files/files.h"
 #include "platform/text/code_page.h"

@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "module/cad/group_list.h"
+#include "module/cad/variable_scope.h"
 #include "module/linktools/area_labels.h"
 #include "module/linktools/area_records.h"
 #include "module/linktools/link_areas_dialog.h"
@@ -52,31 +53,10 @@ std::vector<KeyTable> readKeyTables(CDaoDatabase& output) {
     return tables;
 }
 
-// An integer variable of the host, which is as it was when the block ends.
-class TemporarySetting {
-  public:
-    TemporarySetting(const char* name, short value) : name_(name) {
-        isKnown_ = acedGetVar(name, &before_) == RTNORM;
-        resbuf now = before_;
-        now.resval.rint = value;
-        if (isKnown_) acedSetVar(name, &now);
-    }
-    ~TemporarySetting() {
-        if (isKnown_) acedSetVar(name_, &before_);
-    }
-    TemporarySetting(const TemporarySetting&) = delete;
-    TemporarySetting& operator=(const TemporarySetting&) = delete;
-
-  private:
-    const char* name_;
-    resbuf before_{};
-    bool isKnown_ = false;
-};
-
 void makeLayerCurrent(const std::string& layer) {
     constexpr const char* kAsItIs = "CLAYER";
     if (layer.empty() || layer == kAsItIs) return;
-    const TemporarySetting noRegeneration("REGENMODE", 0);
+    const VariableScope noRegeneration("REGENMODE", 0);
     const ResultBuffers record(acdbTblSearch("LAYER", layer.c_str(), 0));
     if (record)
         acedCommand(RTSTR, "_.LAYER", RTSTR, "_T", RTSTR, layer.c_str(), RTSTR, "_S", RTSTR, layer.c_str(),
@@ -236,8 +216,7 @@ void LinkAreas(Call& call) {
     outputPath = TakePassword(outputPath);
     if (templatePath.empty() || outputPath.empty()) return;
     bool filesAreThere = TemplateIsThere(templatePath);
-    if (!IsOdbcPath(outputPath) && !files::exists(outputPath))
-        filesAreThere = CreateMissingOutput(outputPath) && filesAreThere;
+    if (!IsOutputThere(outputPath)) filesAreThere = CreateMissingOutput(outputPath) && filesAreThere;
     if (filesAreThere && !binDirectory.empty()) AreaLinking(templatePath, outputPath).run();
 }
 

@@ -14,6 +14,7 @@
 #include "module/store/database.h"
 #include "module/store/output_copy.h"
 #include "module/store/records.h"
+#include "module/store/server_sign_in.h"
 #include "module/store/user_tables.h"
 #include "platform/ads/editor.h"
 #include "platform/ads/result_chain.h"

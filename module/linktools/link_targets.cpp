@@ -61,10 +61,6 @@ bool HasTableOf(const std::vector<std::string>& keyTables, const TemplateFeature
            contains(keyTables, feature);
 }
 
-bool IsOutputThere(const std::string& path) {
-    return IsOdbcPath(path) || files::exists(path);
-}
-
 LinkTarget LinkTargets::check(const std::string& templatePath, const std::string& outputPath,
                               const std::string& feature) {
     const bool isTemplateThere = files::exists(templatePath), isOutputThere = IsOutputThere(outputPath);

@@ -24,9 +24,6 @@ std::vector<std::string> ReadKeyTables(const std::string& path);
 bool HasTableOf(const std::vector<std::string>& keyTables, const TemplateFeatures& features,
                 const std::string& feature);
 
-// An output on a server counts as there.
-bool IsOutputThere(const std::string& path);
-
 enum class LinkTarget : int { kGood = 0, kNoTemplate = 1, kNoOutput = 2, kNoTable = 3, kNeither = 4 };
 
 // Tells where links lead, and reads each database once for all of them.

@@ -1,6 +1,7 @@
 #include "module/linktools/query_entities.h"
 
 #include <optional>
+#include <utility>
 
 #include "module/cad/group_list.h"
 #include "module/cad/layers.h"
@@ -9,10 +10,10 @@
 #include "module/cad/variable_scope.h"
 #include "module/linktools/link_targets.h"
 #include "module/linktools/polygon_at.h"
-#include "module/prompting/form_engine.h"
 #include "module/prompting/moved_files.h"
 #include "module/prompting/object_data.h"
 #include "module/prompting/open_prompt_sheet.h"
+#include "module/prompting/prompt_for_entity.h"
 #include "module/prompting/request_files.h"
 #include "module/settings/current_databases.h"
 #include "module/settings/dialog_state.h"
@@ -20,6 +21,7 @@
 #include "module/store/database.h"
 #include "module/store/gis_link.h"
 #include "module/store/output_database.h"
+#include "module/store/server_sign_in.h"
 #include "module/store/template_database.h"
 #include "platform/ads/editor.h"
 #include "platform/files/files.h"
@@ -95,16 +97,6 @@ bool linkedFilesAreThere(const PromptRequest& request) {
     return false;
 }
 
-void openSheet(const PromptRequest& request, GisLink link) {
-    const std::optional<SavedRecord> saved = OpenPromptSheet(request);
-    if (!saved) return;
-    link.featureName = saved->featureName;
-    link.keyField = request.keyField;
-    link.keyValue = saved->keyValue;
-    WriteGisLink(request.entity, link);
-    ShowForm(saved->form, request.binDirectory);
-}
-
 void showNewRecord(PromptRequest request, const std::string& key) {
     if (!takeCurrentDatabases(request)) return;
     request.keyField = "PT_ID";
@@ -113,7 +105,7 @@ void showNewRecord(PromptRequest request, const std::string& key) {
     GisLink link;
     link.templatePath = dao::DatabasePath(request.templatePath);
     link.outputPath = request.outputPath;
-    openSheet(request, link);
+    PromptAndLink(request, std::move(link));
 }
 
 void showLinkedRecord(PromptRequest request, const GisLink& link) {
@@ -129,7 +121,7 @@ void showLinkedRecord(PromptRequest request, const GisLink& link) {
         acutPrintf("\nCannot find the GIS definitions in Template MDB!");
         return;
     }
-    openSheet(request, saved);
+    PromptAndLink(request, saved);
 }
 
 }  // namespace

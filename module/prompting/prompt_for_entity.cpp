@@ -1,5 +1,7 @@
 #include "module/prompting/prompt_for_entity.h"
 
+#include <utility>
+
 #include "module/prompting/form_engine.h"
 #include "module/prompting/moved_files.h"
 #include "module/prompting/object_data.h"
@@ -50,9 +52,7 @@ void promptForObjectData(PromptRequest request) {
 bool filesAreReady(const PromptRequest& r) {
     if (r.templatePath.empty() || r.outputPath.empty()) return true;
     bool ready = TemplateIsThere(r.templatePath);
-    if (!IsOdbcPath(r.outputPath) && !files::exists(r.outputPath.text()) &&
-        !CreateMissingOutput(r.outputPath))
-        ready = false;
+    if (!IsOutputThere(r.outputPath) && !CreateMissingOutput(r.outputPath)) ready = false;
     return ready;
 }
 
@@ -63,19 +63,23 @@ bool isComplete(const PromptRequest& r) {
 
 }  // namespace
 
-void PromptForEntity(Call& call) {
-    auto [request, pointGiven] = readRequest(call.arguments);
-    if (ObjectDataMode()) return promptForObjectData(request);
-    GisLink link = FollowMovedFiles(request);
-    if (!filesAreReady(request) || !isComplete(request) || !pointGiven) return;
+bool PromptAndLink(const PromptRequest& request, GisLink link) {
     const std::optional<SavedRecord> saved = OpenPromptSheet(request);
-    if (!saved) return;
+    if (!saved) return false;
     link.featureName = saved->featureName;
     link.keyField = request.keyField;
     link.keyValue = saved->keyValue;
     WriteGisLink(request.entity, link);
     ShowForm(saved->form, request.binDirectory);
-    call.result = 1;
+    return true;
+}
+
+void PromptForEntity(Call& call) {
+    auto [request, pointGiven] = readRequest(call.arguments);
+    if (ObjectDataMode()) return promptForObjectData(request);
+    GisLink link = FollowMovedFiles(request);
+    if (!filesAreReady(request) || !isComplete(request) || !pointGiven) return;
+    if (PromptAndLink(request, std::move(link))) call.result = 1;
 }
 
 }  // namespace norvane

@@ -152,7 +152,7 @@ double BulkAddRecords(const resbuf* arguments) {
     std::string given(stringOf(arguments));
     if (given.empty() || given.size() > kLongestPath) return kNoFile;
     const dao::DatabasePath path = TakePassword(given);
-    if (!IsOdbcPath(path) && !files::exists(path.text())) return kNoFile;
+    if (!IsOutputThere(path)) return kNoFile;
     std::vector<NewRecord> records = readRecords(arguments->rbnext);
     if (records.empty()) return kNothing;
     switch (WithDatabase(path, [&](CDaoDatabase& database) { addRecords(database, records); })) {

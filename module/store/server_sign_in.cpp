@@ -1,6 +1,7 @@
 #include "module/store/server_sign_in.h"
 
 #include "module/cad/lisp_symbols.h"
+#include "platform/files/files.h"
 #include "platform/text/text.h"
 
 namespace norvane {
@@ -23,6 +24,10 @@ std::string lispText(const std::string& symbol) {
 
 bool IsOdbcPath(const std::string& path) {
     return dao::isConnectString(path);
+}
+
+bool IsOutputThere(const std::string& path) {
+    return IsOdbcPath(path) || files::exists(path);
 }
 
 dao::ConnectString OpenConnectString(const std::string& path) {

@@ -12,6 +12,8 @@ namespace norvane {
 
 // A path that begins "ODBC;".
 bool IsOdbcPath(const std::string& path);
+// Whether an output database is there. One on a server counts as there.
+bool IsOutputThere(const std::string& path);
 // What Open needs as its connect string for a path: an empty one for a file.
 dao::ConnectString OpenConnectString(const std::string& path);
 // What a routine or a file has given, as a path. A password that stands in it is kept where OpenConnectString

@@ -45,7 +45,7 @@ class Outputs {
   public:
     bool isThere(const std::string& path) {
         auto [known, isNew] = known_.try_emplace(path);
-        if (isNew) known->second = IsOdbcPath(path) || files::exists(path);
+        if (isNew) known->second = IsOutputThere(path);
         return known->second;
     }
 

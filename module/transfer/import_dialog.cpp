@@ -95,10 +95,6 @@ std::vector<std::string> layersOfDrawing() {
     return names;
 }
 
-bool isOutput(const std::string& path) {
-    return IsOdbcPath(path) || files::exists(path);
-}
-
 void fill(ui::List& list, const std::vector<std::string>& items) {
     list.clearItems();
     for (const std::string& item : items) list.addItem(item);
@@ -204,8 +200,8 @@ void ImportDialog::onOpen() {
     settings_.templatePath =
         dao::DatabasePath(settings ? settings->value(settings::kTemplate).value_or("") : "");
     std::string output = settings ? settings->value(settings::kOutput).value_or("") : "";
-    if (!isOutput(output)) output = readState(state::kOutputPath);
-    if (!isOutput(output)) output.clear();
+    if (!IsOutputThere(output)) output = readState(state::kOutputPath);
+    if (!IsOutputThere(output)) output.clear();
     find(kOutputEdit)->setText(TakePassword(output));
     fill(get<ui::List>(kLayers), layersOfDrawing());
     showTables();
