@@ -116,10 +116,15 @@ bool Audit::convertFieldLinks() {
             notConverted_.add("whose point is not in the file", id);
             continue;
         }
-        EraseApplicationData(entity.name, kFieldLinkApplication);
         const GisLink link{dao::DatabasePath(request.templatePath), dao::DatabasePath(request.outputPath),
                            note->second, "PT_ID", id};
-        if (WriteGisLink(entity.name, link) == RTNORM) converted.emplace_back(entity, note->second);
+        // The old link goes only where the new one is there.
+        if (WriteGisLink(entity.name, link) != RTNORM) {
+            notConverted_.add("whose link the drawing does not take", id);
+            continue;
+        }
+        EraseApplicationData(entity.name, kFieldLinkApplication);
+        converted.emplace_back(entity, note->second);
     }
     converted_ = converted.size();
     // Links that these entities had before have given way.

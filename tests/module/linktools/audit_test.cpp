@@ -242,3 +242,18 @@ TEST_F(AuditTest, LinksOfACollectorMayStayOrEndTheAudit) {
                            quoted("output.mdb") +
                            ") (1000 . \"OAK\") (1000 . \"PT_ID\") (1000 . \"A1\") (1002 . \"}\")))");
 }
+
+TEST_F(AuditTest, ALinkOfACollectorStaysWhereTheDrawingTakesNoOther) {
+    lisp(
+        "(regapp \"ZGEOFL_GIS_2000\") (entmake '((0 . \"POINT\") (10 0.0 0.0 0.0) (-3 (\"ZGEOFL_GIS_2000\" "
+        "(1002 . \"{\") (1000 . \"a1\") (1002 . \"}\")))))");
+    auto state = [&] { return lisp("(cdr (assoc -3 (entget (entlast) '(\"*\"))))"); };
+    const std::string before = state();
+    write("notes.txt", "PT_ID: A1 GIS_FILE: " + std::string(300, 'x') + ".gis\n");
+    ui_.answerFile(path("notes.txt"));
+    EXPECT_NE(
+        runOnAll(8, {"Yes"})
+            .find("\n0 links of the collector converted, left: 1 whose link the drawing does not take (A1)."),
+        std::string::npos);
+    EXPECT_EQ(state(), before);
+}
