@@ -1,4 +1,6 @@
 // Links from blocks, from the Lisp function to records that other programs find.
+#include <set>
+
 #include "tests/module/linktools/link_fixture.h"
 
 namespace {
@@ -81,6 +83,29 @@ TEST_F(LinkBlocksTest, ThePolesOfTheSampleLeadToTheirRecords) {
     lisp("(command \"_.U\")");
     EXPECT_EQ(followed(), "followed 0, without a record 0\n");
     EXPECT_EQ(sql("select count(*) from POLES"), "39\n") << "no record is made or changed";
+}
+
+TEST_F(LinkBlocksTest, OfTwoAttributesOfATagTheLastThatSaysSomethingCounts) {
+    sql("create table STOP (PT_ID TEXT(255), GIS_KEY TEXT(255)); insert into STOP values "
+        "('1','S'),('2','S')");
+    makeSigns({});
+    lisp(
+        "(foreach ids '((\"1\" \"2\") (\"1\" \"\"))"
+        " (entmake '((0 . \"INSERT\") (2 . \"SIGN\") (66 . 1) (10 0.0 0.0 0.0)))"
+        " (foreach pair (list (cons \"ID\" (car ids)) (cons \"id\" (cadr ids)) '(\"Kind\" . \"STOP\"))"
+        "  (entmake (list '(0 . \"ATTRIB\") '(10 0.0 0.0 0.0) '(40 . 1.0) (cons 1 (cdr pair)) (cons 2 (car "
+        "pair)) '(70 . 0))))"
+        " (entmake '((0 . \"SEQEND\"))))"
+        "(entmake '((0 . \"INSERT\") (2 . \"SIGN\") (66 . 0) (10 0.0 0.0 0.0)))");
+    answer(139, byAttribute());
+    const std::string said = runOnAll(4);
+    EXPECT_TRUE(said.ends_with("2 blocks: 2 linked, 0 already linked, 0 passed over.")) << said;
+    const auto key = [&](int number) {
+        return lisp(
+            "(cdr (nth 5 (cdadr (assoc -3 (entget (ssname (ssget \"X\" '((0 . \"INSERT\") (66 . 1))) " +
+            std::to_string(number) + ") '(\"ZGEO_GIS_2000\"))))))");
+    };
+    EXPECT_EQ((std::set<std::string>{key(0), key(1)}), (std::set<std::string>{"\"1\"", "\"2\""}));
 }
 
 TEST_F(LinkBlocksTest, EachBlockGoesToTheTableThatItNames) {
