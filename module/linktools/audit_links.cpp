@@ -179,7 +179,7 @@ bool Audit::mendItem(AuditItem& item, int number) {
 
 void Audit::tell() const {
     if (converted_ + notConverted_.count() > 0) {
-        acutPrintf("\n%s of the collector converted", Counted(converted_, "link", "links").c_str());
+        acutPrintf("\n%s of the collector converted", text::counted(converted_, "link", "links").c_str());
         if (notConverted_.count() > 0) acutPrintf(", left: %s", notConverted_.text().c_str());
         acutPrintf(".");
     }
@@ -191,9 +191,10 @@ void Audit::tell() const {
             left.add(leftCount == 1 ? "table still leads nowhere" : "tables still lead nowhere",
                      item.feature);
     acutPrintf("\n%s to %s checked: %s broken, %s mended, %zu erased",
-               Counted(entities_, "link", "links").c_str(), Counted(items_.size(), "table", "tables").c_str(),
-               Counted(static_cast<size_t>(total_), "table", "tables").c_str(),
-               Counted(fixed_, "link", "links").c_str(), erased_);
+               text::counted(entities_, "link", "links").c_str(),
+               text::counted(items_.size(), "table", "tables").c_str(),
+               text::counted(total_, "table", "tables").c_str(),
+               text::counted(fixed_, "link", "links").c_str(), erased_);
     if (refused_ > 0) acutPrintf(", %zu too long for the drawing", refused_);
     if (left.count() > 0) acutPrintf("; %s", left.text().c_str());
     acutPrintf(".");

@@ -124,13 +124,13 @@ class LinkRun {
 
     void tell() const {
         acutPrintf("\n%s: %zu linked, %zu already linked, %zu passed over",
-                   Counted(references_.size(), "block", "blocks").c_str(), linked_, unchanged_,
+                   text::counted(references_.size(), "block", "blocks").c_str(), linked_, unchanged_,
                    passedOver_.count());
         if (passedOver_.count() > 0) acutPrintf(": %s", passedOver_.text().c_str());
         acutPrintf(".");
         if (done_ < references_.size())
             acutPrintf("\nThe work ended before its end: %s not looked at.",
-                       Counted(references_.size() - done_, "block was", "blocks were").c_str());
+                       text::counted(references_.size() - done_, "block was", "blocks were").c_str());
     }
 
     const BlockLinkChoice& choice_;

@@ -174,8 +174,8 @@ void tell(const LinkReport& report) {
                                          [&](const ReportRow& row) { return row.problem == problem; });
         if (count > 0) problems.push_back(problem + (": " + std::to_string(count)));
     }
-    acutPrintf("\n%s and %s looked at: %s.", Counted(report.links, "link", "links").c_str(),
-               Counted(report.records, "record", "records").c_str(),
+    acutPrintf("\n%s and %s looked at: %s.", text::counted(report.links, "link", "links").c_str(),
+               text::counted(report.records, "record", "records").c_str(),
                problems.empty() ? "all is well" : text::join(problems, ", ").c_str());
     if (!report.isWhole) acutPrintf("\nThe work ended before its end.");
 }
@@ -270,15 +270,15 @@ void UpdateLinkedRecords(Call& call) {
     }
     ui::OwnQuestion question;
     question.title = "Bring up to date";
-    question.text = Counted(report.changes.size(), "record differs from its entity",
-                            "records differ from their entities") +
+    question.text = text::counted(report.changes.size(), "record differs from its entity",
+                                  "records differ from their entities") +
                     ".\nDo you want to write the values of the drawing into the database?";
     if (ui::ask(question) != ui::kYes) return;
     std::map<std::string, std::vector<const RecordChange*>> byOutput;
     for (const RecordChange& change : report.changes) byOutput[change.output].push_back(&change);
     size_t changed = 0;
     for (const auto& [path, changes] : byOutput) changed += changeOutput(path, changes);
-    acutPrintf("\n%s brought up to date.", Counted(changed, "record", "records").c_str());
+    acutPrintf("\n%s brought up to date.", text::counted(changed, "record", "records").c_str());
     call.result = static_cast<int>(changed);
 }
 

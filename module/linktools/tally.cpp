@@ -41,8 +41,4 @@ std::string Tally::text() const {
     return text::join(parts, ", ");
 }
 
-std::string Counted(size_t count, const std::string& one, const std::string& many) {
-    return std::to_string(count) + " " + (count == 1 ? one : many);
-}
-
 }  // namespace norvane

@@ -25,7 +25,4 @@ class Tally {
     std::vector<Reason> reasons_;
 };
 
-// "1 block", "2 blocks".
-std::string Counted(size_t count, const std::string& one, const std::string& many);
-
 }  // namespace norvane

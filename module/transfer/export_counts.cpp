@@ -15,35 +15,33 @@ void ExportCounts::add(const ExportCounts& other) {
         this->*count += other.*count;
 }
 
-std::string Counted(int count, const std::string& one, const std::string& many) {
-    return std::to_string(count) + " " + (count == 1 ? one : many);
-}
-
 std::string LeftOutText(const ExportCounts& counts) {
     std::vector<std::string> reasons;
     if (counts.tooShort) reasons.push_back(std::to_string(counts.tooShort) + " with fewer than two vertices");
-    if (counts.meshes) reasons.push_back(Counted(counts.meshes, "mesh", "meshes"));
+    if (counts.meshes) reasons.push_back(text::counted(counts.meshes, "mesh", "meshes"));
     if (counts.farOut) reasons.push_back(std::to_string(counts.farOut) + " with coordinates out of range");
     if (counts.otherKinds) reasons.push_back(std::to_string(counts.otherKinds) + " of another kind");
-    std::string text;
+    std::string told;
     if (!reasons.empty())
-        text += "; " + Counted(counts.leftOut(), "entity", "entities") +
+        told += "; " + text::counted(counts.leftOut(), "entity", "entities") +
                 " left out: " + text::join(reasons, ", ");
     if (counts.holes)
-        text += "; " + Counted(counts.holes, "entity is a hole", "entities are holes") + " of others";
-    if (counts.withoutRecord) text += "; " + std::to_string(counts.withoutRecord) + " without a record";
-    if (counts.cutTexts) text += "; " + Counted(counts.cutTexts, "text", "texts") + " cut to 254 characters";
+        told += "; " + text::counted(counts.holes, "entity is a hole", "entities are holes") + " of others";
+    if (counts.withoutRecord) told += "; " + std::to_string(counts.withoutRecord) + " without a record";
+    if (counts.cutTexts)
+        told += "; " + text::counted(counts.cutTexts, "text", "texts") + " cut to 254 characters";
     if (counts.tooLarge)
-        text += "; " + Counted(counts.tooLarge, "number", "numbers") + " too large for the table";
+        told += "; " + text::counted(counts.tooLarge, "number", "numbers") + " too large for the table";
     if (counts.leftOutColumns)
-        text += "; " + Counted(counts.leftOutColumns, "field", "fields") + " without room in the table";
-    return text;
+        told += "; " + text::counted(counts.leftOutColumns, "field", "fields") + " without room in the table";
+    return told;
 }
 
 std::string ExportSummary(int32_t shapeType, const std::string& name, const ExportCounts& counts) {
-    const std::string kind = shape::IsPolygon(shapeType) ? Counted(counts.written, "polygon", "polygons")
-                             : shape::IsArc(shapeType)   ? Counted(counts.written, "line", "lines")
-                                                         : Counted(counts.written, "point", "points");
+    const std::string kind = shape::IsPolygon(shapeType)
+                                 ? text::counted(counts.written, "polygon", "polygons")
+                             : shape::IsArc(shapeType) ? text::counted(counts.written, "line", "lines")
+                                                       : text::counted(counts.written, "point", "points");
     return kind + " written to " + name + ".shp" + LeftOutText(counts);
 }
 

@@ -28,7 +28,5 @@ struct ExportCounts {
 std::string ExportSummary(int32_t shapeType, const std::string& name, const ExportCounts& counts);
 // What of it stands behind the words of what was written: "; 3 entities left out: ..." or "".
 std::string LeftOutText(const ExportCounts& counts);
-// "1 mesh", "2 meshes".
-std::string Counted(int count, const std::string& one, const std::string& many);
 
 }  // namespace norvane

@@ -92,8 +92,13 @@ std::vector<ExportEntity> ReadExportEntities(const ads_name selection) {
     return readEntities(selection, [](const resbuf*) { return true; });
 }
 
-std::vector<ExportEntity> ReadSurveyEntities(const ads_name selection) {
-    return readEntities(selection, isSurveyEntity);
+std::vector<ExportEntity> ReadSurveyEntities(const ads_name selection, long& linkedOthers) {
+    linkedOthers = 0;
+    return readEntities(selection, [&](const resbuf* groups) {
+        const bool isWanted = isSurveyEntity(groups);
+        if (!isWanted && !LinkStrings(groups).empty()) ++linkedOthers;
+        return isWanted;
+    });
 }
 
 }  // namespace norvane

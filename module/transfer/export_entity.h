@@ -37,7 +37,8 @@ extern const char* const kUnknownFeature;
 
 // The entities of a set in its order, with category and link.
 std::vector<ExportEntity> ReadExportEntities(const ads_name selection);
-// The same without those that are no survey point, line or polyline.
-std::vector<ExportEntity> ReadSurveyEntities(const ads_name selection);
+// The same without those that are no survey point, line or polyline; linkedOthers: how many of these have a
+// link.
+std::vector<ExportEntity> ReadSurveyEntities(const ads_name selection, long& linkedOthers);
 
 }  // namespace norvane

@@ -7,6 +7,7 @@
 #include "module/transfer/export_run.h"
 #include "platform/ads/editor.h"
 #include "platform/files/files.h"
+#include "platform/text/text.h"
 
 namespace norvane {
 
@@ -38,7 +39,8 @@ void ExportSelection(Call& call) {
         acutPrintf("\nInvalid selection! Please try again!");
         return;
     }
-    std::vector<ExportEntity> entities = ReadSurveyEntities(selection.name());
+    long linkedOthers = 0;
+    std::vector<ExportEntity> entities = ReadSurveyEntities(selection.name(), linkedOthers);
     if (entities.empty()) {
         acutPrintf("\nCannot find any %s entities in this selection! Please try again", kProduct);
         return;
@@ -48,6 +50,10 @@ void ExportSelection(Call& call) {
     if (!dialog.referenceFile().empty()) RememberReferenceFile(dialog.referenceFile());
     RememberExport({files::folderOf(path), dialog.choice()});
     RunExport(path, entities, dialog.choice());
+    if (linkedOthers > 0)
+        acutPrintf(
+            "%s left out: no survey points, lines or polylines. GIS-EXPORTSET takes blocks as points.\n",
+            text::counted(linkedOthers, "linked entity", "linked entities").c_str());
 }
 
 void ExportGivenSet(Call& call) {

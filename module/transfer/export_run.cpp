@@ -143,10 +143,10 @@ class Run {
                        ExportSummary(written.planned->shapeType, written.planned->name, counts).c_str());
         }
         if (sets_.size() > 1) {
-            std::string line = Counted(static_cast<int>(written_.size()), "set", "sets") + " written";
+            std::string line = text::counted(written_.size(), "set", "sets") + " written";
             if (const size_t failed = sets_.size() - written_.size())
                 line += ", " + std::to_string(failed) + " failed";
-            line += ": " + Counted(all.written, "entity", "entities") + LeftOutText(all);
+            line += ": " + text::counted(all.written, "entity", "entities") + LeftOutText(all);
             acutPrintf("\n%s", line.c_str());
         }
         acutPrintf("\n");

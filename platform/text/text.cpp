@@ -124,6 +124,10 @@ std::string replaceAll(std::string_view s, std::string_view what, std::string_vi
     return out += s;
 }
 
+std::string counted(long count, const std::string& one, const std::string& many) {
+    return std::to_string(count) + " " + (count == 1 ? one : many);
+}
+
 std::string stripZeros(std::string s) {
     if (s.find('.') == std::string::npos) return s;
     s.erase(s.find_last_not_of('0') + 1);

@@ -27,6 +27,8 @@ std::string replaceAll(std::string_view s, std::string_view what, std::string_vi
 
 // "%.9lf" with the trailing zeros cut, and then a trailing point: 12.5, 12.
 std::string fromReal(double value);
+// "1 block", "2 blocks".
+std::string counted(long count, const std::string& one, const std::string& many);
 // Trailing zeros behind a point cut, then the point itself. Text without a point stays.
 std::string stripZeros(std::string s);
 // Cuts the zeros in front; of a number that is nothing else the last one stays.

@@ -1,4 +1,5 @@
 // Links from blocks, from the Lisp function to records that other programs find.
+#include <regex>
 #include <set>
 
 #include "tests/module/linktools/link_fixture.h"

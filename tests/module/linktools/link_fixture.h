@@ -1,7 +1,6 @@
 // A drawing whose entities are linked in bulk, with a template and an output of its own.
 #pragma once
 
-#include <regex>
 #include <string>
 #include <vector>
 
@@ -56,7 +55,9 @@ class LinkTools : public ModuleTest {
         inputs_.insert(inputs_.end(), inputs.begin(), inputs.end());
         ui_.clearLog();
         EXPECT_EQ(lisp("(cf:gis_smart_prompting " + std::to_string(code) + ")"), "0");
-        return std::regex_replace(printed(), std::regex("^[^]*\nSelect objects: "), "");
+        const std::string prompt = "\nSelect objects: ", all = printed();
+        const size_t last = all.rfind(prompt);
+        return last == std::string::npos ? all : all.substr(last + prompt.size());
     }
 
     // How many links of the drawing lead to a record of the key, and how many not, by programs that know

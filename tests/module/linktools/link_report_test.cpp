@@ -1,4 +1,6 @@
 // What is wrong between links and records, as a list, as a file, and mended.
+#include <regex>
+
 #include "tests/module/linktools/link_fixture.h"
 
 namespace {

@@ -309,6 +309,17 @@ TEST_F(Export, OneFeatureTakesTheNameAndSeveralGetTheirOwn) {
     EXPECT_EQ(records("set_11_A_B_2"), (Lines{"2|||||"}));
 }
 
+TEST_F(Export, LinkedEntitiesOfOtherKindsAreToldOf) {
+    lisp(
+        "(point '(0.0 0.0 1.0) nil (linked \"TREE\" \"1\"))"
+        "(entmake '((0 . \"CIRCLE\") (10 0.0 0.0 0.0) (40 . 2.0)))"
+        "(entmake (append '((0 . \"CIRCLE\") (10 5.0 0.0 0.0) (40 . 2.0)) (linked \"TREE\" \"2\")))");
+    EXPECT_EQ(chosen({check("Export All"), click("OK")}),
+              "\n1 point written to set.shp; 1 without a record\n1 linked entity left out: no survey points, "
+              "lines or "
+              "polylines. GIS-EXPORTSET takes blocks as points.\n");
+}
+
 TEST_F(Export, ExtraFieldsComeFromTheDrawing) {
     sql("create table OAK (PT_ID TEXT(255), GIS_KEY TEXT(255), DESCRIPTION TEXT(50), NORTHING DOUBLE, "
         "AREA_DWG DOUBLE);"
