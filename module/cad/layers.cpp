@@ -2,8 +2,24 @@
 
 #include "module/cad/ads_owners.h"
 #include "module/cad/group_list.h"
+#include "platform/ads/editor.h"
 
 namespace norvane {
+
+std::vector<std::string> LayerNames() {
+    std::vector<std::string> names;
+    for (ResultBuffers layer(acdbTblNext("LAYER", 1)); layer; layer.reset(acdbTblNext("LAYER", 0)))
+        names.push_back(GroupText(layer.get(), 2));
+    return names;
+}
+
+std::string CurrentLayer() {
+    resbuf value{};
+    if (acedGetVar("CLAYER", &value) != RTNORM || value.restype != RTSTR) return "";
+    std::string name = value.resval.rstring;
+    acad_free(value.resval.rstring);
+    return name;
+}
 
 bool IsLayerHidden(const std::string& layer) {
     constexpr int kColour = 62, kFlags = 70, kFrozen = 1;

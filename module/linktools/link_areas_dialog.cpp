@@ -1,9 +1,9 @@
 #include "module/linktools/link_areas_dialog.h"
 
-#include "module/cad/ads_owners.h"
-#include "module/cad/group_list.h"
+#include "module/cad/layers.h"
 #include "module/dialogs/tile_dialog.h"
 #include "platform/ads/editor.h"
+#include "platform/ads/entities.h"
 #include "platform/text/text.h"
 
 namespace norvane {
@@ -13,19 +13,9 @@ namespace {
 constexpr int kResource = 1390;
 constexpr int kListWidth = 34, kListRows = 8, kLayerRows = 6;  // characters and lines
 
-std::string currentLayer() {
-    resbuf value{};
-    if (acedGetVar("CLAYER", &value) != RTNORM || value.restype != RTSTR) return "";
-    std::string name = value.resval.rstring;
-    acad_free(value.resval.rstring);
-    return name;
-}
-
 std::vector<std::string> layerNames() {
-    std::vector<std::string> names;
-    ResultBuffers layer(acdbTblNext("LAYER", 1));
-    for (; layer; layer.reset(acdbTblNext("LAYER", 0)))
-        names.push_back(text::upper(GroupText(layer.get(), 2)));
+    std::vector<std::string> names = LayerNames();
+    for (std::string& name : names) name = text::upper(name);
     return names;
 }
 
@@ -117,7 +107,7 @@ class AreaDialog {
         showFields();
         if (!isText_) return;
         for (const std::string& layer : layers_) dialog_.listAdd("list3", layer);
-        dialog_.setTile("edit1", currentLayer());
+        dialog_.setTile("edit1", CurrentLayer());
         dialog_.setTile("is_duplicate", "0");
         enableLayers(false);
     }

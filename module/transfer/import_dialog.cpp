@@ -5,7 +5,7 @@
 #include <optional>
 
 #include "module/cad/drawing_folder.h"
-#include "module/cad/group_list.h"
+#include "module/cad/layers.h"
 #include "module/cad/lisp_symbols.h"
 #include "module/coords/coordinate_format.h"
 #include "module/dialogs/file_boxes.h"
@@ -85,13 +85,6 @@ std::vector<std::string> tablesOf(const std::string& outputPath) {
             if (!isDefinition) names.push_back(name);
         }
     });
-    return names;
-}
-
-std::vector<std::string> layersOfDrawing() {
-    std::vector<std::string> names;
-    for (ResultBuffers layer(acdbTblNext("LAYER", 1)); layer; layer.reset(acdbTblNext("LAYER", 0)))
-        names.push_back(GroupText(layer.get(), 2));
     return names;
 }
 
@@ -203,7 +196,7 @@ void ImportDialog::onOpen() {
     if (!IsOutputThere(output)) output = readState(state::kOutputPath);
     if (!IsOutputThere(output)) output.clear();
     find(kOutputEdit)->setText(TakePassword(output));
-    fill(get<ui::List>(kLayers), layersOfDrawing());
+    fill(get<ui::List>(kLayers), LayerNames());
     showTables();
     pointFolder_ = readState(state::kCoordinateFolder);
     const bool overwrite = readState(state::kShapeImportOption) == "1";
