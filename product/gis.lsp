@@ -522,7 +522,7 @@
 (defun c:gis-settings () (cf:gis_smart_prompting 7) (princ))
 (defun c:gis-editor () (cf:gis_smart_prompting 15) (princ))
 (defun c:gis-utilities () (gis:not-there "The tool for tables"))
-(defun c:gis-blocks () (gis:not-there "The tool that inserts blocks"))
+(defun c:gis-blocks () (cf:gis_smart_prompting 17) (princ))
 
 (defun c:gis-database (/ path)
   (if (setq path (cf:gis_smart_prompting 14))

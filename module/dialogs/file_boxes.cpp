@@ -94,4 +94,12 @@ std::optional<std::string> AskNewPoints(const std::string& folder) {
     return ui::fileBox(box);
 }
 
+std::optional<std::string> AskPointsOfRecords(const std::string& folder) {
+    return ui::fileBox(existing("Norvane Software Coordinate File (*.crd)|*.crd||", "*.crd", folder));
+}
+
+std::optional<std::string> AskBlockFile(const std::string& folder) {
+    return ui::fileBox(existing("Drawing (*.dwg)|*.dwg;*.dxf||", "*.dwg", folder));
+}
+
 }  // namespace norvane

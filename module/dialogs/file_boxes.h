@@ -33,5 +33,8 @@ std::optional<std::string> AskCollectorNotes(const std::string& folder);
 std::optional<std::string> AskShapeSet(const std::string& folder);
 std::optional<std::string> AskExistingPoints(const std::string& folder);
 std::optional<std::string> AskNewPoints(const std::string& folder);
+// The coordinate file where the points of records are looked up, and a drawing that becomes a block.
+std::optional<std::string> AskPointsOfRecords(const std::string& folder);
+std::optional<std::string> AskBlockFile(const std::string& folder);
 
 }  // namespace norvane

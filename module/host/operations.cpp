@@ -5,6 +5,7 @@
 #include "module/cad/automation_call.h"
 #include "module/features/template_editor.h"
 #include "module/linktools/audit_links.h"
+#include "module/linktools/insert_blocks.h"
 #include "module/linktools/link_areas.h"
 #include "module/linktools/link_blocks.h"
 #include "module/linktools/polygon_at.h"
@@ -41,7 +42,7 @@ constexpr Operation kOperations[] = {
     ChooseFile,          // 14
     EditTemplate,        // 15
     kNotBuilt,           // 16 database utilities
-    kNotBuilt,           // 17 blocks from data
+    InsertBlocks,        // 17
     QueryEntities,       // 18
     AddRecords,          // 19
     LinkAreas,           // 20

@@ -14,6 +14,9 @@
 
 namespace norvane {
 
+// The number that a value is, or that all of a text says; nothing for none.
+std::optional<double> NumberIn(const dao::Variant& value);
+
 class RecordTable {
   public:
     struct Record {

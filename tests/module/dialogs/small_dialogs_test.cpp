@@ -48,6 +48,8 @@ TEST(FileBoxes, DifferInBlanksWordsAndEndings) {
         {AskFeatureFileToImport, "Norvane GIS Files(*.gis)|*.gis||", "*.gis", "gis", false},
         {AskFeatureFileToExport, "Norvane GIS Files (*.gis)|*.gis||", "", "mdb", true},
         {AskFeatureFileToDelete, "Norvane GIS Files (*.gis)|*.gis||", "", "", false},
+        {AskPointsOfRecords, "Norvane Software Coordinate File (*.crd)|*.crd||", "*.crd", "", false},
+        {AskBlockFile, "Drawing (*.dwg)|*.dwg;*.dxf||", "*.dwg", "", false},
     };
     KeptBox kept;
     for (const auto& c : cases) {

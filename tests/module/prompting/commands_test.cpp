@@ -237,10 +237,16 @@ TEST_F(Commands, APointThatWasDrawnForNothingGoes) {
 }
 
 TEST_F(Commands, ToolsThatAreNotThereSaySo) {
-    for (const char* command : {"blocklinks", "titles", "utilities", "blocks"}) {
+    for (const char* command : {"blocklinks", "titles", "utilities"}) {
         lisp(std::string("(c:gis-") + command + ")");
         EXPECT_NE(printed().find(" is not there yet."), std::string::npos) << command;
     }
+}
+
+TEST_F(Commands, BlocksAreDrawnFromRecords) {
+    answer(164, {click("Exit")});
+    lisp("(c:gis-blocks)");
+    EXPECT_TRUE(shown("dialog 164: Insert Blocks Using GIS Data"));
 }
 
 TEST_F(Commands, ShapesGoOutToASetThatIsAskedFor) {
