@@ -1,5 +1,5 @@
 // Links in bulk: from blocks, beside the sum of reading the table and writing the links; the audit of as many
-// links over 50 tables; the report.
+// links over 50 tables; the report. Blocks from as many records, at the points of a coordinate file.
 //
 //     links_bench [LARGEST]
 //
@@ -14,8 +14,11 @@
 #include "hostcad/editor/host.h"
 #include "module/cad/ads_owners.h"
 #include "module/linktools/audit_links.h"
+#include "module/linktools/insert_blocks_drawing.h"
+#include "module/linktools/insert_blocks_records.h"
 #include "module/linktools/link_blocks.h"
 #include "module/linktools/link_report.h"
+#include "module/points/point_store.h"
 #include "module/store/database.h"
 #include "module/store/gis_link.h"
 #include "module/store/output_database.h"
@@ -94,10 +97,56 @@ class Bench {
             "               audit %6.3f s, report %6.3f s, %d tables\n",
             count, linking, reading, writing, reading + writing, linking / (reading + writing), audit, report,
             kTables);
+        drawBlocks(count);
         std::fflush(stdout);
     }
 
   private:
+    // Blocks of three attributes, two of them from the records.
+    void drawBlocks(int count) const {
+        PlacementSource source;
+        source.output = dao::DatabasePath(folder_ + "out.mdb");
+        source.table = "ALL";
+        source.attributes = {{"ID", "PT_ID"}, {"NOTE", "NOTE"}};
+        source.pointFile = folder_ + "points.crd";
+        makePoints(source.pointFile, count);
+        double reading = 1e9, drawing = 1e9;
+        for (int round = 0; round < 3; ++round) {
+            SelectingHost host;
+            makeBlock("SIGN", {"ID", "NOTE", "KIND"});
+            std::optional<BlockPlacements> found;
+            const auto goOn = [](long, long) { return true; };
+            reading = std::min(reading, timeOf([&] { found = ReadPlacements(source, goOn); }).processor);
+            if (!found || found->placements.size() != static_cast<size_t>(count)) std::abort();
+            drawing = std::min(drawing, timeOf([&] { drawAll(*found, source.attributes); }).processor);
+        }
+        std::printf("               blocks from records: read %6.3f s, drawn %6.3f s\n", reading, drawing);
+    }
+    static void drawAll(const BlockPlacements& found, const std::vector<AttributeField>& attributes) {
+        BlockLook look;
+        look.block = "SIGN", look.layer = "0", look.rotation = 0.5, look.attributeScale = 2;
+        BlockDrawing blocks(look, attributes);
+        SelectionSet set;
+        acedSSAdd(nullptr, nullptr, set.out());
+        EntityName entity, result;
+        for (const BlockPlacement& placement : found.placements) {
+            if (!blocks.draw(placement, entity.name)) std::abort();
+            acedSSAdd(entity.name, set.name(), result.name);
+        }
+    }
+    static void makePoints(const std::string& path, int count) {
+        fs::remove(path);
+        std::vector<PointRecord> points(static_cast<size_t>(count));
+        for (int i = 0; i < count; ++i) {
+            PointRecord& point = points[static_cast<size_t>(i)];
+            point.name = "P" + std::to_string(i);
+            point.northing = i, point.easting = 1;
+        }
+        const SelectingHost host;
+        PointStoreOpen(path, 1, kAlphanumericCrd);
+        PointStoreWriteAll(std::move(points), 0);
+        PointStoreClose();
+    }
     void makeDatabases(int count) const {
         fs::remove(folder_ + "template.mdb");
         fs::remove(folder_ + "out.mdb");
@@ -149,11 +198,15 @@ class Bench {
         acdbEntMake(list);
         acutRelRb(list);
     }
-    static void makeBlocks(int count) {
+    static void makeBlock(const char* name, const std::vector<const char*>& tags) {
         ads_point origin = {0, 0, 0};
-        makeEntity(acutBuildList(RTDXF0, "BLOCK", 2, "POLE", 70, 2, 10, origin, 0));
-        makeEntity(acutBuildList(RTDXF0, "ATTDEF", 10, origin, 40, 1.0, 1, "", 3, "", 2, "ID", 70, 0, 0));
+        makeEntity(acutBuildList(RTDXF0, "BLOCK", 2, name, 70, 2, 10, origin, 0));
+        for (const char* tag : tags)
+            makeEntity(acutBuildList(RTDXF0, "ATTDEF", 10, origin, 40, 1.0, 1, "", 3, "", 2, tag, 70, 0, 0));
         makeEntity(acutBuildList(RTDXF0, "ENDBLK", 0));
+    }
+    static void makeBlocks(int count) {
+        makeBlock("POLE", {"ID"});
         for (int i = 0; i < count; ++i) {
             ads_point at = {0, static_cast<double>(i), 0};
             makeEntity(acutBuildList(RTDXF0, "INSERT", 2, "POLE", 66, 1, 10, at, 0));

@@ -146,8 +146,7 @@ void InsertBlocksDialog::addSources() {
     add<ui::Label>(kPointsCaption, "Input CRD File   :");
     add<ui::Edit>(kPoints, true);
     add<ui::Button>(kSelectPoints, "Select &CRD File");
-    add<ui::CheckBox>(kPlacesInRecords,
-                      "Places from NO&RTHING, EASTING and ELEVATION of the records, without a CRD file");
+    add<ui::CheckBox>(kPlacesInRecords, "Places from NO&RTHING, EASTING and ELEVATION of the records");
 }
 
 void InsertBlocksDialog::addLists() {
@@ -167,7 +166,7 @@ void InsertBlocksDialog::addLists() {
 }
 
 void InsertBlocksDialog::addAttributes() {
-    constexpr double kTagWidth = 20, kFieldWidth = 26;  // characters
+    constexpr double kTagWidth = 16, kFieldWidth = 20;  // characters
     add<ui::Label>(kGridCaption, "Block Attributes:");
     auto& grid = add<ui::Grid>(kGrid, 2);
     grid.setColumnHeading(kTagColumn, "Attribute Name:");

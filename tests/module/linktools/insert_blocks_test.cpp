@@ -517,3 +517,27 @@ TEST_F(InsertBlocksTest, CancelEndsARunBetweenTwoBlocks) {
     EXPECT_EQ(line("2"), "button \"Exit\"");
     run();
 }
+
+TEST_F(InsertBlocksTest, WhatADatabaseRefusesIsShownAndTheDialogStays) {
+    makeMark();
+    makePoints("job.crd", 0, {{"1", 1, 1}});
+    // A name that no statement can have.
+    sqlite("odd.sqlite",
+           "create table 'A]B' (PT_ID TEXT, GIS_KEY TEXT); insert into 'A]B' values ('1', 'x')");
+    lisp("(cf:gis_smart_prompting 2 2 " + quoted("odd.sqlite") + ")");
+    answer(164, joined(choose("job.crd", "A]B"), {focus("Draw"), click("Draw"), show(), click("Exit")}));
+    EXPECT_EQ(run(), "");
+    EXPECT_TRUE(shown("box [Error]"));
+    EXPECT_EQ(line("1104"), "edit \"A]B\" (read-only)");
+    EXPECT_EQ(blocks(), "faults 0\n");
+}
+
+TEST_F(InsertBlocksTest, WithoutAnEngineThereAreNoTables) {
+    makeMark();
+    makeTrees();
+    write("registry.ini", "[-HKEY_CLASSES_ROOT\\DAO.DBEngine.36]\n");
+    answer(164, {show(), click("Exit")});
+    EXPECT_EQ(run(), "\nPlease install DAO 3.6...");
+    EXPECT_EQ(picture().find("TREES"), std::string::npos);
+    EXPECT_NE(picture().find("MARK"), std::string::npos);
+}
