@@ -64,12 +64,6 @@ bool readPlace(std::string_view mode, const void* first, const void* second, Pla
     return place.points.size() >= (mode == "F" ? 2u : 3u);
 }
 
-// Sheets other than the active one stand among the blocks of the file, but are part of the drawing.
-bool isFurtherSheet(const Drawing& drawing, ObjectId block) {
-    constexpr std::string_view kPrefix = "*PAPER_SPACE";
-    return text::startsWith(text::upper(drawing.symbol(block)), kPrefix) && !drawing.isSpace(block);
-}
-
 // Selection by place works on what can be seen: the current space, and layers that are on.
 void selectAt(const Drawing& drawing, const Place& place, const EntityFilter& filter, SelectionSet& set) {
     Shape shape;

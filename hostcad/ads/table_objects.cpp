@@ -1,4 +1,6 @@
 // Symbol tables, their records, and the drawing as an object.
+#include <utility>
+
 #include "hostcad/ads/drawing_object.h"
 #include "hostcad/drawing/current_drawing.h"
 #include "hostcad/drawing/entity_builder.h"
@@ -218,6 +220,35 @@ Acad::ErrorStatus AcDbDatabase::getLayerTable(AcDbLayerTable*& table, AcDb::Open
 
 std::string AcDbDatabase::filename() const {
     return currentDrawing().path();
+}
+
+long AcDbDatabase::serial() const {
+    return currentDrawing().serial();
+}
+
+std::vector<AcDbObjectId> AcDbDatabase::entities() const {
+    const Drawing& drawing = currentDrawing();
+    std::vector<AcDbObjectId> ids;
+    for (ObjectId id = drawing.firstEntity(); id; id = drawing.nextEntity(id)) ids.push_back(idOfObject(id));
+    for (ObjectId block = drawing.firstBlock(); block; block = drawing.nextBlock(block))
+        if (isFurtherSheet(drawing, block))
+            for (ObjectId id = drawing.firstPart(block); id; id = drawing.nextPart(id))
+                ids.push_back(idOfObject(id));
+    return ids;
+}
+
+int AcDbDatabase::addObserver(std::function<void(AcDbObjectId)> observer) {
+    Drawing& drawing = currentDrawing();
+    return drawing.addObserver([&drawing, told = std::move(observer)](ObjectId id, Change) {
+        const Object& object = drawing.object(id);
+        const bool isEntity = object.kind == ObjectKind::Entity;
+        if (isEntity && (drawing.isSpace(object.owner) || isFurtherSheet(drawing, object.owner)))
+            told(idOfObject(id));
+    });
+}
+
+void AcDbDatabase::removeObserver(int number) {
+    currentDrawing().removeObserver(number);
 }
 
 AcDbDatabase* acdbCurDwg() {

@@ -263,5 +263,7 @@ class Drawing {
 
 // A block that asks for attributes when it is inserted: it has definitions that are not constant.
 bool hasAttributeDefinitions(const Drawing& drawing, ObjectId block);
+// A sheet other than the active one: it stands among the blocks of the file, but is part of the drawing.
+bool isFurtherSheet(const Drawing& drawing, ObjectId block);
 
 }  // namespace hostcad

@@ -126,4 +126,9 @@ bool hasAttributeDefinitions(const Drawing& drawing, ObjectId block) {
     return false;
 }
 
+bool isFurtherSheet(const Drawing& drawing, ObjectId block) {
+    constexpr std::string_view kPrefix = "*PAPER_SPACE";
+    return text::startsWith(text::upper(drawing.symbol(block)), kPrefix) && !drawing.isSpace(block);
+}
+
 }  // namespace hostcad

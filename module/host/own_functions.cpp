@@ -1,6 +1,7 @@
 #include "module/host/own_functions.h"
 
 #include "module/linktools/link_report.h"
+#include "module/linktools/linked_entities.h"
 #include "module/points/point_functions.h"
 #include "module/transfer/export_operations.h"
 #include "module/transfer/point_file_chooser.h"
@@ -37,6 +38,7 @@ constexpr OwnFunction kFunctions[] = {
     {"gis:export-folder", 1020, GiveExportFolder},
     {"gis:link-report", 1030, GiveLinkReport},
     {"gis:update-records", 1031, UpdateLinkedRecords},
+    {"gis:linked-entities", 1032, GiveLinkedEntities},
 };
 
 }  // namespace

@@ -8,10 +8,10 @@
 #include "module/dialogs/progress_dialog.h"
 #include "module/linktools/entity_measures.h"
 #include "module/linktools/link_targets.h"
-#include "module/linktools/linked_entities.h"
 #include "module/linktools/record_table.h"
 #include "module/linktools/tally.h"
 #include "module/store/database.h"
+#include "module/store/link_index.h"
 #include "module/store/output_copy.h"
 #include "module/store/records.h"
 #include "module/store/server_sign_in.h"
@@ -34,18 +34,20 @@ constexpr const char* kDiffers = "values differ";
 
 class Reporter {
   public:
+    using Entities = std::vector<const LinkedEntity*>;
+
     explicit Reporter(double distance) : distance_(distance) {}
 
     LinkReport run() {
-        entities_ = ReadLinkedEntities();
-        report_.links = entities_.size();
-        ProgressDialog progress("Report of links", static_cast<long>(entities_.size()), acedUsrBrk);
-        std::map<std::string, std::vector<const LinkedEntity*>> byOutput;  // paths are the same in any case
-        for (const LinkedEntity& entity : entities_) {
-            if (entity.isBrokenOff)
-                add(kBrokenOff, entity, "");
+        const Entities all = LinkIndex::OfDrawing().all();
+        report_.links = all.size();
+        ProgressDialog progress("Report of links", static_cast<long>(all.size()), acedUsrBrk);
+        std::map<std::string, Entities> byOutput;  // paths are the same in any case
+        for (const LinkedEntity* entity : all) {
+            if (entity->isBrokenOff)
+                add(kBrokenOff, *entity, "");
             else
-                byOutput[text::upper(files::native(entity.outputPath))].push_back(&entity);
+                byOutput[text::upper(files::native(entity->outputPath))].push_back(entity);
         }
         for (const auto& [path, entities] : byOutput)
             if (report_.isWhole) readOutput(entities, progress);
@@ -53,8 +55,6 @@ class Reporter {
     }
 
   private:
-    using Entities = std::vector<const LinkedEntity*>;
-
     void add(const char* problem, const LinkedEntity& entity, std::string detail) {
         report_.rows.push_back(
             {problem, entity.handle, entity.layer, entity.feature, entity.keyValue, std::move(detail)});
@@ -157,7 +157,6 @@ class Reporter {
 
     double distance_;
     LinkReport report_;
-    std::vector<LinkedEntity> entities_;
     std::map<std::string, TemplateFeatures> templates_;
     size_t done_ = 0;
 };

@@ -1,23 +1,12 @@
-// The links of the drawing, as its entities carry them.
+// The entities of a record, for routines of Lisp.
 #pragma once
-
-#include <string>
-#include <vector>
 
 #include "module/cad/call.h"
 
 namespace norvane {
 
-struct LinkedEntity {
-    EntityName entity;
-    std::string handle, layer;
-    std::string templatePath, outputPath;  // as they stand
-    std::string feature;                   // in capitals and trimmed, as the two that follow
-    std::string keyField, keyValue;
-    bool isBrokenOff = false;  // before the third string
-};
-
-// Those of all entities, in the order of the drawing. Nothing is printed, whatever state they are in.
-std::vector<LinkedEntity> ReadLinkedEntities();
+// (gis:linked-entities OUTPUT TABLE KEY [FIELD]): the names of the entities whose links lead to a record, as
+// a list; nil without any. The field of the key is PT_ID where none is given.
+void GiveLinkedEntities(Call& call);
 
 }  // namespace norvane

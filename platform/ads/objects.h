@@ -5,8 +5,10 @@
 // Every call answers with an error status, Acad::eOk when all is well.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "platform/ads/geometry.h"
 #include "platform/ads/result_buffer.h"
@@ -274,6 +276,15 @@ class AcDbDatabase {
     Acad::ErrorStatus getLayerTable(AcDbLayerTable*& table, AcDb::OpenMode mode);
     // The full path of the drawing; "" for one that was never saved.
     std::string filename() const;
+    // A number that no other drawing of this process has had.
+    long serial() const;
+    // The entities of all spaces and sheets.
+    std::vector<AcDbObjectId> entities() const;
+    // Calls the observer after each change of such an entity: it came, was changed or went, be it by undo.
+    // Ids grow in the order in which entities came. The observer changes nothing. It lasts until it is
+    // removed by the number that this gives, or the drawing is closed.
+    int addObserver(std::function<void(AcDbObjectId)> observer);
+    void removeObserver(int number);
 };
 
 AcDbDatabase* acdbCurDwg();
