@@ -166,4 +166,14 @@ int acedSSMemb(const ads_name entity, const ads_name set) {
     const SelectionSet* selection = selectionOf(set);
     return selection && selection->contains(idOf(entity)) ? RTNORM : RTERROR;
 }
+
+int acedSSSetFirst(const ads_name set) {
+    const SelectionSet* selection = selectionOf(set);
+    Host* host = Host::current();
+    if (!selection || !host) return RTERROR;
+    std::vector<EntityName> names;
+    for (ObjectId id : selection->members()) nameOf(id, names.emplace_back().data());
+    host->view().select(names);
+    return RTNORM;
+}
 }

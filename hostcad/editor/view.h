@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "hostcad/editor/prompt.h"
 
@@ -24,6 +25,8 @@ class View {
     virtual void redraw() = 0;
     virtual void redrawEntity(const EntityName& entity, bool isDrawn) = 0;
     virtual void highlight(const EntityName& entity, bool on) = 0;
+    // A program shows the user these entities.
+    virtual void select(const std::vector<EntityName>& entities) = 0;
     // The meter in the status bar; an empty label with no range takes it away.
     virtual void startMeter(const std::string& label, int from, int to) = 0;
     virtual void setMeter(int position) = 0;
@@ -39,6 +42,7 @@ class NoView : public View {
     void redraw() override {}
     void redrawEntity(const EntityName&, bool) override {}
     void highlight(const EntityName&, bool) override {}
+    void select(const std::vector<EntityName>&) override {}
     void startMeter(const std::string&, int, int) override {}
     void setMeter(int) override {}
     void endMeter() override {}

@@ -186,9 +186,18 @@ void MainWindow::zoomPrevious() {
 // --- Following the host ------------------------------------------------------------------------------------
 
 void MainWindow::select(std::vector<ObjectId> ids) {
+    isSelectedByProgram_ = false;
     canvas_->setSelected(std::move(ids));
     list_->select(canvas_->selected());
     showProperties();
+}
+
+void MainWindow::select(const std::vector<EntityName>& entities) {
+    if (currentDrawing().serial() != shownDrawing_) return;
+    std::vector<ObjectId> ids;
+    for (const EntityName& entity : entities) ids.push_back(idOf(entity.data()));
+    select(std::move(ids));
+    isSelectedByProgram_ = showsSelectionAtPrompt_ = true;
 }
 
 // Another drawing: nothing that points into the old one may stay.
@@ -258,7 +267,10 @@ void MainWindow::tellProductOfDrawing() {
 // Reading a record runs Lisp, which is left alone while it is at work.
 void MainWindow::showProperties() {
     propertiesAreOld_ = running_;
-    if (running_ || !links_) return;
+    if (!running_ && links_) fillProperties();
+}
+
+void MainWindow::fillProperties() {
     properties_->clear();
     for (const PropertyGroup& group : propertiesOf(currentDrawing(), canvas_->selected(), *links_)) {
         auto* top = new QTreeWidgetItem(properties_, {toQt(group.caption)});

@@ -66,6 +66,7 @@ class MainWindow : public QMainWindow, public Output, public InputSource, public
     void redraw() override;
     void redrawEntity(const EntityName& entity, bool isDrawn) override;
     void highlight(const EntityName& entity, bool on) override;
+    void select(const std::vector<EntityName>& entities) override;
     void startMeter(const std::string& label, int from, int to) override;
     void setMeter(int position) override;
     void endMeter() override;
@@ -142,6 +143,7 @@ class MainWindow : public QMainWindow, public Output, public InputSource, public
     void takeDrawing();
     void tellProductOfDrawing();
     void showProperties();
+    void fillProperties();
 
     Host* host_ = nullptr;
     Product product_;
@@ -179,6 +181,8 @@ class MainWindow : public QMainWindow, public Output, public InputSource, public
     bool running_ = false;
     bool closing_ = false;
     bool propertiesAreOld_ = false;
+    bool isSelectedByProgram_ = false;
+    bool showsSelectionAtPrompt_ = false;
     bool copyIsDue_ = false;                        // when the program that runs has ended
     std::pair<long, uint64_t> keptChanges_{-1, 0};  // the drawing and its changes in the copy
     std::string lastLine_;

@@ -96,8 +96,8 @@ void MainWindow::runLine(const std::string& line) {
     lastBreath_.restart();
     lastLine_ = line;
     queue_.clear();
-    preselected_ = canvas_->selected();
-    propertiesAreOld_ = !preselected_.empty();  // a command may change the record that is shown
+    preselected_ = isSelectedByProgram_ ? std::vector<ObjectId>() : canvas_->selected();
+    propertiesAreOld_ = !canvas_->selected().empty();  // a command may change the record that is shown
     panel_->write("\nCommand: " + line);
     {
         scope::TemporaryValue running(running_, true);
@@ -179,7 +179,7 @@ void MainWindow::escape() {
     if (isWaiting())
         supply(Input::cancel());
     else if (!running_)
-        select({});
+        select(std::vector<ObjectId>());
 }
 
 // --- Prompts -----------------------------------------------------------------------------------------------
@@ -187,6 +187,8 @@ void MainWindow::escape() {
 Input MainWindow::next(const Prompt& prompt) {
     follow();
     if (std::optional<Input> input = queuedInput(prompt)) return *input;
+    // The program stands still at a prompt, where it may have its selection shown.
+    if (std::exchange(showsSelectionAtPrompt_, false)) fillProperties();
     waitsFor_ = prompt.kind;
     answer_.reset();
     panel_->showPrompt(prompt);

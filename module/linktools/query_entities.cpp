@@ -144,6 +144,13 @@ void ShowEntityData(const ads_name entity, const std::string& key) {
 
 namespace {
 
+// The window then has the properties of what was picked, the record among them.
+void showPicked(const ads_name entity, const std::string& key) {
+    ShowEntityData(entity, key);
+    SelectionSet picked;
+    if (acedSSAdd(entity, nullptr, picked.out()) == RTNORM) acedSSSetFirst(picked.name());
+}
+
 // What the first attribute of a survey point says.
 struct PointNumber {
     std::string text;       // in capitals; "" for none
@@ -185,7 +192,7 @@ void showPoint(const ads_name point, const PointNumber& number) {
         acedCommand(RTSTR, "_.ZOOM", RTSTR, "_Center", RT3DPOINT, centre, RTREAL,
                     number.textHeight * kViewHeight, 0);
     }
-    ShowEntityData(point, number.text);
+    showPicked(point, number.text);
 }
 
 // Shows the survey point of a number, the first of several.
@@ -206,7 +213,7 @@ void findPoint(const std::string& typed) {
 
 void showPolygonAt(const ads_point point) {
     if (const std::optional<EntityName> polygon = FindPolygonAt({point[0], point[1], point[2]}))
-        ShowEntityData(polygon->name, kAutomaticKey);
+        showPicked(polygon->name, kAutomaticKey);
     else
         acutPrintf("\nUsing this point cannot find any polygon!");
 }
@@ -250,7 +257,7 @@ class Query {
         const int status = acedEntSel("\nSelect object (Number/Pick/<Select>): ", entity, picked);
         if (status == RTKWORD) return takeWord();
         if (status != RTNORM) return status == RTERROR && goesOnAfterMiss();
-        ShowEntityData(entity, keyOf(entity));
+        showPicked(entity, keyOf(entity));
         return true;
     }
 

@@ -71,4 +71,7 @@ int acedSSAdd(const ads_name entity, const ads_name set, ads_name result);
 int acedSSDel(const ads_name entity, const ads_name set);
 // RTNORM when the entity is a member.
 int acedSSMemb(const ads_name entity, const ads_name set);
+// Makes the members of a set what the window has selected, so that it shows their properties. They do not
+// answer the next prompt for entities, as those that the user has selected would.
+int acedSSSetFirst(const ads_name set);
 }

@@ -213,3 +213,34 @@ TEST_F(WindowSelection, LinkedEntitiesShowTheirFeatureAndWhyARecordIsNotThere) {
     EXPECT_NE(propertyText().find("Linked record\n  Not shown = There is no such record."), std::string::npos)
         << propertyText();
 }
+
+TEST_F(WindowSelection, APickOfTheQueryShowsItsRecordWhileTheQueryGoesOn) {
+    makeTemplate(*host_, folder_);
+    const std::string table =
+        NORVANE_BIN_DIR "/jet sql '" + path("output.mdb") +
+        "' \"create table TREE (PT_ID TEXT(255), GIS_KEY TEXT(255), SPECIES TEXT(255)); "
+        "insert into TREE values ('74','TREE','Oak'), ('75','TREE','Elm')\"";
+    ASSERT_EQ(std::system(table.c_str()), 0);
+    auto strings = [&](const std::string& key) {
+        return "'(1000 . \"" + path("template.mdb") + "\") '(1000 . \"" + path("output.mdb") +
+               "\") '(1000 . \"TREE\") '(1000 . \"PT_ID\") '(1000 . \"" + key + "\")";
+    };
+    link("315", strings("74")), link("31A", strings("75"));
+    for (int i = 0; i < 8; ++i) window_.canvas().zoomBy(1.5, pixelOf("315"));
+    std::string first, second;
+    auto closeSheet = [] { QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape); };
+    person({[&] { click(pixelOf("315")); }, closeSheet, [&] { first = propertyText(); },
+            [&] { click(pixelOf("31A")); }, closeSheet, [&] { second = propertyText(); },
+            [&] { press(Qt::Key_Escape); }});
+    window_.runLine("GIS-QUERY");
+    settle();
+    EXPECT_NE(first.find("Linked record\n  PT_ID = 74\n  GIS_KEY = TREE\n  SPECIES = Oak"), std::string::npos)
+        << first;
+    EXPECT_NE(second.find("SPECIES = Elm"), std::string::npos) << second;
+    EXPECT_EQ(window_.canvas().selected(), std::vector<ObjectId>{byHandle("31A")});
+    EXPECT_NE(propertyText().find("SPECIES = Elm"), std::string::npos);
+    // It is no answer to the next command, which the person has not selected it for.
+    person({[&] { press(Qt::Key_Escape); }});
+    window_.runLine("GIS-QUERY");
+    settle();
+}
