@@ -6,6 +6,7 @@
 #include "module/coords/coordinate_format.h"
 #include "module/coords/point_names.h"
 #include "module/points/point_store.h"
+#include "module/transfer/import_records.h"
 #include "module/transfer/shape_set.h"
 #include "platform/ads/editor.h"
 #include "platform/files/files.h"
@@ -96,28 +97,20 @@ bool PointImport::open() {
 }
 
 bool PointImport::readRecords(ImportProgress& progress, ImportReport& report, std::vector<std::string>& ids) {
-    const int idField = FindKeyFields(table_).id;
-    IdCounter counter(table_, idField, [&](const std::string& id) { return idForm(id); });
+    IdCounter counter(table_, FindKeyFields(table_).id, [&](const std::string& id) { return idForm(id); });
     PointRecord point;
     point.description = cutCharacters(settings_.tableName, kLongestDescription);
     const bool hasHeight = shapes_.shapeType == shape::kPointZ;
-    for (int32_t record = 0; record < shapes_.recordCount; ++record) {
-        if (!progress.goOn(static_cast<size_t>(shapes_.recordCount - record))) return false;
-        const OwnedShape shape(ShapeReadObject(&shapes_, record, 0));
-        if (!shape) {
-            if (!progress.goOnAfterUnreadable(record)) return false;
-            continue;
-        }
-        point.northing = shape->y[0];
-        point.easting = shape->x[0];
-        point.elevation = hasHeight ? shape->z[0] : 0;
-        if (!hasHeight && settings_.elevationField >= 0)
-            point.elevation = text::toReal(CellText(table_, record, settings_.elevationField));
-        point.name = freeId(idField < 0 ? "" : idForm(CellText(table_, record, idField)), counter);
-        if (add(point, report)) report.points.push_back(point.name);
-        ids.push_back(point.name);
-    }
-    return true;
+    return ForEachImported(shapes_, table_, settings_.elevationField, progress,
+                           [&](const ImportedRecord& record) {
+                               point.northing = record.shape.y[0];
+                               point.easting = record.shape.x[0];
+                               point.elevation = hasHeight ? record.shape.z[0] : text::toReal(record.height);
+                               point.name = freeId(idForm(record.id), counter);
+                               if (add(point, report)) report.points.push_back(point.name);
+                               ids.push_back(point.name);
+                               return true;
+                           });
 }
 
 // An id as the coordinate file has it; "" for one that it cannot have.

@@ -7,6 +7,7 @@
 #include "module/cad/ads_owners.h"
 #include "module/store/gis_link.h"
 #include "module/transfer/id_counter.h"
+#include "module/transfer/import_records.h"
 #include "module/transfer/shape_set.h"
 #include "platform/ads/editor.h"
 #include "platform/ads/entities.h"
@@ -56,25 +57,14 @@ bool PolylineImport::draw(ImportProgress& progress, ImportReport& report, std::v
 
 bool PolylineImport::drawRecords(ImportProgress& progress, ImportReport& report,
                                  std::vector<std::string>& ids) {
-    const int idField = FindKeyFields(table_).id;
-    IdCounter counter(table_, idField);
-    for (int32_t record = 0; record < shapes_.recordCount; ++record) {
-        if (!progress.goOn(static_cast<size_t>(shapes_.recordCount - record))) return false;
-        const OwnedShape shape(ShapeReadObject(&shapes_, record, 0));
-        if (!shape) {
-            if (!progress.goOnAfterUnreadable(record)) return false;
-            continue;
-        }
-        std::string id = idField < 0 ? "" : CellText(table_, record, idField);
-        if (id.empty()) id = counter.next();
-        if (settings_.elevationField >= 0)
-            if (const std::string height = CellText(table_, record, settings_.elevationField);
-                !height.empty())
-                elevation_ = text::toReal(height);
-        if (!drawParts(*shape, id, report)) return false;
-        ids.push_back(std::move(id));
-    }
-    return true;
+    IdCounter counter(table_, FindKeyFields(table_).id);
+    return ForEachImported(shapes_, table_, settings_.elevationField, progress,
+                           [&](const ImportedRecord& record) {
+                               const std::string id = record.id.empty() ? counter.next() : record.id;
+                               if (!record.height.empty()) elevation_ = text::toReal(record.height);
+                               ids.push_back(id);
+                               return drawParts(record.shape, id, report);
+                           });
 }
 
 bool PolylineImport::makeLayer() {

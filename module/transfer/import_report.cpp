@@ -10,15 +10,11 @@ namespace norvane {
 
 namespace {
 
-std::string counted(size_t count, const char* one, const char* many) {
-    return std::to_string(count) + " " + (count == 1 ? one : many);
-}
-
 // The parts that count anything.
 class Parts {
   public:
     void add(size_t count, const char* one, const char* many) {
-        if (count > 0) parts_.push_back(counted(count, one, many));
+        if (count > 0) parts_.push_back(text::counted(count, one, many));
     }
     std::string text() const { return text::join(parts_, ", "); }
 
@@ -28,14 +24,14 @@ class Parts {
 
 std::string whatWasMade(const ImportShpSettings& settings, const ImportReport& report) {
     if (settings.crdPath.empty())
-        return counted(report.polylines, "polyline", "polylines") + " drawn on " + settings.layerName;
-    return counted(report.points.size(), "point", "points") + " written to " + settings.crdPath;
+        return text::counted(report.polylines, "polyline", "polylines") + " drawn on " + settings.layerName;
+    return text::counted(report.points.size(), "point", "points") + " written to " + settings.crdPath;
 }
 
 std::string whatWasRecorded(const ImportShpSettings& settings, const ImportReport& report) {
     if (!report.recordsWritten) return "no records written";
-    return counted(report.recordsAdded, "record", "records") + " added to " + settings.tableName + " and " +
-           std::to_string(report.recordsChanged) + " changed" +
+    return text::counted(report.recordsAdded, "record", "records") + " added to " + settings.tableName +
+           " and " + std::to_string(report.recordsChanged) + " changed" +
            (report.featureAdded ? ", the feature " + settings.tableName + " defined" : "");
 }
 
@@ -55,7 +51,7 @@ void TellImport(const ImportShpSettings& settings, const ImportReport& report) {
         acutPrintf("\nThe attributes of all records behind the first of them belong to others.");
     if (report.valuesCut > 0)
         acutPrintf("\n%s cut to the size of the column.",
-                   counted(report.valuesCut, "value was", "values were").c_str());
+                   text::counted(report.valuesCut, "value was", "values were").c_str());
     if (!report.outputCopy.empty())
         acutPrintf("\nThe output as it was before is kept in %s.", report.outputCopy.c_str());
     const std::string reference = ReferenceOf(settings.shpPath);
