@@ -125,9 +125,9 @@ class Run {
     }
 
     void putInPlace() {
-        const bool isOnDisk = folder_.sync();
+        const bool isCommitted = !written_.empty() && folder_.commit();
         std::erase_if(written_, [&](Written& written) {
-            if (!isOnDisk) return TellNotWhole(written.planned->name), true;
+            if (!isCommitted) return TellNotWhole(written.planned->name), true;
             if (written.result.set->putInPlace()) return false;
             acutPrintf("\n%s.shp could not be put in place.", written.planned->name.c_str());
             return true;

@@ -23,6 +23,7 @@
 #include "module/transfer/drawing_extents.h"
 #include "module/transfer/import_shapes.h"
 #include "module/transfer/point_file_chooser.h"
+#include "module/transfer/set_folder.h"
 #include "module/transfer/shape_set.h"
 #include "platform/ads/entities.h"
 #include "platform/ads/result_chain.h"
@@ -273,6 +274,7 @@ void offerIndex(const std::string& path) {
 }
 
 void ImportDialog::takeShapes(const std::string& path, bool silent) {
+    FinishBrokenExports(files::folderOf(path));
     if (!silent) offerIndex(path);
     set_ = ReadShapeSet(path);
     forgetShapes();
