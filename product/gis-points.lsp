@@ -2,7 +2,8 @@
 ;;
 ;; The module gives (gis:points file range), (gis:write-point ...), (gis:delete-points ...), (gis:next-point ...) and
 ;; (gis:choose-points folder). A point is a list of name, northing, easting, elevation and description; its elevation
-;; is nil where it has none.
+;; is nil where it has none. (gis:import) imports a set of shape files; where it has points that are to be drawn, it
+;; gives their file, what links to their records have in common, and their names.
 
 (setq point-block$ "SRVPNO1"
       point-layer$ "POINTS")
@@ -41,10 +42,19 @@
         ((= tag "DESC2") (nth 4 point))
         ("")))
 
-;; Draws a point by the definitions of its attributes.
-(defun gis:draw-survey-point (point definitions / at offset)
-  (setq at (list (nth 2 point) (nth 1 point) (cond ((nth 3 point)) (0.0))))
-  (entmake (list '(0 . "INSERT") '(66 . 1) (cons 8 point-layer$) (cons 2 point-block$) (cons 10 at)))
+;; The extended data that links a point to the record of its name. link: template, output and table.
+(defun gis:point-link (link name)
+  (list -3 (append '("ZGEO_GIS_2000" (1002 . "{"))
+                   (mapcar '(lambda (text) (cons 1000 text)) (append link (list "PT_ID" name)))
+                   '((1002 . "}")))))
+
+;; Draws a point by the definitions of its attributes. link: nil for none.
+(defun gis:draw-survey-point (point definitions link / at insert offset)
+  (setq at (list (nth 2 point) (nth 1 point) (cond ((nth 3 point)) (0.0)))
+        insert (list '(0 . "INSERT") '(66 . 1) (cons 8 point-layer$) (cons 2 point-block$) (cons 10 at)))
+  ;; A link may have a text that is too long for a drawing.
+  (if (not (and link (entmake (append insert (list (gis:point-link link (car point)))))))
+    (entmake insert))
   (foreach definition definitions
     (setq offset (cdr (assoc 10 definition)))
     (entmake
@@ -72,11 +82,16 @@
   found)
 
 ;; Draws points; gives how many.
-(defun gis:draw-points (points / definitions)
+(defun gis:draw-points (points)
+  (gis:draw-linked-points points nil))
+
+;; The same with links to their records. link: template, output and table; nil for none.
+(defun gis:draw-linked-points (points link / definitions)
+  (if link (regapp "ZGEO_GIS_2000"))
   (if (and points (not (tblsearch "BLOCK" point-block$)))
     (gis:make-point-block))
   (setq definitions (gis:point-attributes))
-  (foreach point points (gis:draw-survey-point point definitions))
+  (foreach point points (gis:draw-survey-point point definitions link))
   (length points))
 
 (defun gis:tell-drawn (count)
@@ -86,10 +101,10 @@
   (strcat (itoa count) (if (= count 1) " point" " points")))
 
 ;; Imports a set of shape files, and draws its points where the user wants that.
-(defun c:gis-import (/ names)
-  (setq ret_string nil
-        names (cf:gis_smart_prompting 11))
-  (if names (gis:tell-drawn (gis:draw-points (gis:points ret_string names))))
+(defun c:gis-import (/ import)
+  (if (setq import (gis:import))
+    (gis:tell-drawn
+      (gis:draw-linked-points (gis:points (car import) (caddr import)) (cadr import))))
   (princ))
 
 ;; --- At the command line ---------------------------------------------------------------------------------

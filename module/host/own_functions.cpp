@@ -4,6 +4,7 @@
 #include "module/linktools/linked_entities.h"
 #include "module/points/point_functions.h"
 #include "module/transfer/export_operations.h"
+#include "module/transfer/import_dialog.h"
 #include "module/transfer/point_file_chooser.h"
 #include "platform/text/text.h"
 #include "platform/ui/backend.h"
@@ -36,6 +37,7 @@ constexpr OwnFunction kFunctions[] = {
     {"gis:next-point", 1013, NextPoint},
     {"gis:choose-points", 1014, ChoosePointFile},
     {"gis:export-folder", 1020, GiveExportFolder},
+    {"gis:import", 1021, ImportLinkedPoints},
     {"gis:link-report", 1030, GiveLinkReport},
     {"gis:update-records", 1031, UpdateLinkedRecords},
     {"gis:linked-entities", 1032, GiveLinkedEntities},

@@ -460,26 +460,59 @@ void ImportDialog::onOk() {
     end(ui::kOk);
 }
 
+// Points that were imported and are to be drawn.
+struct PointsToDraw {
+    ImportShpSettings settings;
+    ImportResultList names;
+};
+
+// The import from the dialog to its last line. Nothing where no points are to be drawn.
+std::optional<PointsToDraw> importByDialog() {
+    ImportDialog dialog;
+    if (RunDialog(dialog) != ui::kOk) return std::nullopt;
+    const ImportShpSettings& settings = dialog.settings();
+    if (settings.templatePath.empty()) {
+        ui::messageBox("Error", "Please run GIS Settings!");
+        return std::nullopt;
+    }
+    const std::optional<ImportReport> report = ImportShp(settings);
+    if (!report) return std::nullopt;
+    const bool draws =
+        !report->points.empty() && ui::askYesNo("Alert", "Draw Points from " + settings.crdPath + "?");
+    TellImport(settings, *report);
+    return draws ? std::optional(PointsToDraw{settings, report->points}) : std::nullopt;
+}
+
+void addTexts(ResultChain& list, const std::vector<std::string>& texts) {
+    for (const std::string& text : texts) list.addText(RTSTR, text);
+}
+
 }  // namespace
 
 void ImportShpDialogRun(Call& call) {
     call.result = Nil{};
-    ImportDialog dialog;
-    if (RunDialog(dialog) != ui::kOk) return;
-    const ImportShpSettings& settings = dialog.settings();
-    if (settings.templatePath.empty()) {
-        ui::messageBox("Error", "Please run GIS Settings!");
-        return;
-    }
-    const std::optional<ImportReport> report = ImportShp(settings);
-    if (!report) return;
-    if (!report->points.empty() && ui::askYesNo("Alert", "Draw Points from " + settings.crdPath + "?")) {
-        SetLispString("ret_string", settings.crdPath);
-        ResultChain names;
-        for (const std::string& name : report->points) names.addText(RTSTR, name);
-        call.result = ResultBuffers(names.take());
-    }
-    TellImport(settings, *report);
+    const std::optional<PointsToDraw> points = importByDialog();
+    if (!points) return;
+    SetLispString("ret_string", points->settings.crdPath);
+    ResultChain names;
+    addTexts(names, points->names);
+    call.result = ResultBuffers(names.take());
+}
+
+void ImportLinkedPoints(Call& call) {
+    call.result = Nil{};
+    const std::optional<PointsToDraw> points = importByDialog();
+    if (!points) return;
+    const ImportShpSettings& settings = points->settings;
+    ResultChain list;
+    addTexts(list, {settings.crdPath});
+    list.add(RTLB);
+    addTexts(list, {settings.templatePath, settings.outputPath, settings.tableName});
+    list.add(RTLE);
+    list.add(RTLB);
+    addTexts(list, points->names);
+    list.add(RTLE);
+    call.result = ResultBuffers(list.take());
 }
 
 }  // namespace norvane

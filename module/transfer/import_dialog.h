@@ -9,4 +9,8 @@ namespace norvane {
 // is then the value of the Lisp symbol ret_string, or nil.
 void ImportShpDialogRun(Call& call);
 
+// (gis:import) does the same for who draws the points with their links: it gives the coordinate file, a list
+// of template, output and table, and a list of the names; or nil.
+void ImportLinkedPoints(Call& call);
+
 }  // namespace norvane

@@ -114,6 +114,20 @@ TEST_F(ImportSheet, AnIndexThatIsMissingCanBeMade) {
     EXPECT_TRUE(fs::exists(path("plots.shx")));
 }
 
+TEST_F(ImportSheet, ASetThatAKilledExportWasPuttingInPlaceIsWhole) {
+    makeShots("three", {"1", "2", "3"});
+    fs::create_directories(path(".export-killed/1"));
+    write(".export-killed/lock", "");
+    write(".export-killed/committed", "");
+    for (const char* ending : {".shx", ".shp"})
+        fs::rename(path(std::string("three") + ending), path(std::string(".export-killed/1/shots") + ending));
+    fs::rename(path("three.dbf"), path("shots.dbf"));
+    const std::string shown = look("shots.shp");
+    EXPECT_TRUE(has(shown, "Records: 3, fields: 2")) << shown;
+    EXPECT_EQ(printed(), "\n1 set of an export that was broken off put in place.");
+    EXPECT_FALSE(fs::exists(path(".export-killed")));
+}
+
 TEST_F(ImportSheet, EndingsCountInAnyCase) {
     fs::rename(path("shots.shp"), path("shots.SHP"));
     fs::rename(path("shots.shx"), path("shots.Shx"));

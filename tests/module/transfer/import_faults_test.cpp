@@ -2,9 +2,12 @@
 #include <random>
 
 #include "module/coords/coordinate_file.h"
+#include "platform/dao/jet/database.h"
 #include "platform/files/random_file.h"
+#include "tests/module/transfer/hostile_places.h"
 #include "tests/module/transfer/import_fixture.h"
 #include "tests/platform/crash.h"
+#include "tests/platform/dao/lock_timeout.h"
 #include "tests/platform/dao/scratch.h"
 
 using namespace norvane;
@@ -24,6 +27,21 @@ class ImportFaults : public ImportTest {
         std::vector<Record> all;
         for (int i = 0; i < records; ++i) all.push_back({{{1.0 * i, 2, 3}}, {"A" + std::to_string(i + 1)}});
         makeSet(name, shape::kPoint, {{"PT_ID"}}, all);
+    }
+    // What an import would have left behind, told in words; "" for nothing.
+    std::string traces(const std::string& folder, const std::string& table) {
+        std::string found;
+        if (count("POLYLINE") > 0) found += "polylines ";
+        if (lisp("(tblsearch \"LAYER\" \"L\")") != "nil") found += "layer ";
+        if (fs::exists(path(folder + table + ".crd"))) found += "points ";
+        found += sqlite(folder + "output.mdb", "select name from MSysObjects where name = '" + table + "'");
+        found += sqlite(folder + "template.mdb",
+                        "select GIS_NAME from ZGEO_SMART_PROMPTING where GIS_NAME = '" + table + "'");
+        return found + faultsOf(path(folder + "output.mdb")) + faultsOf(path(folder + "template.mdb"));
+    }
+    void useDatabases(const std::string& folder) const {
+        write("gps.ini", "is_database=\ngisoutfile=" + path(folder + "output.mdb") +
+                             "\ngismdbfile=" + path(folder + "template.mdb") + "\n");
     }
     void cut(const std::string& name, size_t bytes) const { fs::resize_file(path(name), bytes); }
 };
@@ -104,6 +122,111 @@ TEST_F(ImportFaults, PointsThatCannotBeWrittenLeaveNoRecord) {
     EXPECT_FALSE(fs::exists(path("shots.crd")));
     EXPECT_EQ(output("select name from MSysObjects where name = 'SHOTS'"), "");
     EXPECT_NE(printed().find("\nNothing was imported."), std::string::npos);
+}
+
+TEST_F(ImportFaults, AnOutputThatSomebodyElseHasChangesNothing) {
+    const ShortLockTimeout shortTimeout;
+    makeLines("LINES", 3);
+    {
+        const jet::Database holder(path("output.mdb"), {.exclusive = true});
+        import("LINES", {layer()});
+        EXPECT_TRUE(
+            shown("box [Error] \"The database \"" + path("output.mdb") + "\" is locked by another process."));
+        EXPECT_NE(printed().find("\nNothing was imported."), std::string::npos);
+    }
+    EXPECT_EQ(traces("", "LINES"), "");
+    // Somebody is writing: it can be read, and the polylines are drawn, but the records have no place.
+    {
+        jet::Database holder(path("output.mdb"), {});
+        holder.begin();
+        import("LINES", {layer()});
+        EXPECT_NE(printed().find("\nNothing was imported."), std::string::npos);
+    }
+    EXPECT_EQ(traces("", "LINES"), "");
+    import("LINES", {layer()});
+    EXPECT_EQ(traces("", "LINES"), "polylines layer LINES\nLINES\n");
+}
+
+TEST_F(ImportFaults, WhatBelongsToOthersStaysAsItIs) {
+    makeLines("LINES", 3);
+    fs::create_directory(path("closed"));
+    makeShots("closed/SHOTS", 3);
+    fs::permissions(path("closed"), static_cast<fs::perms>(0555));
+    const auto all = static_cast<fs::perms>(0666);
+    for (const char* name : {"output.mdb", "template.mdb"})
+        fs::permissions(path(name), static_cast<fs::perms>(0444));
+    fs::permissions(path(""), static_cast<fs::perms>(0777));
+    EXPECT_EQ(saidByNobody([&] {
+                  import("LINES", {layer()});
+                  const std::string said = printed();
+                  return traces("", "LINES") + (shown("cannot be changed: it is read-only.") ? "told " : "") +
+                         (said.find("\nNothing was imported.") == std::string::npos ? said : "nothing");
+              }),
+              "told nothing");
+    // The databases can be written, but the coordinate file would be made in a folder that takes none.
+    for (const char* name : {"output.mdb", "template.mdb"}) fs::permissions(path(name), all);
+    EXPECT_EQ(saidByNobody([&] {
+                  import("closed/SHOTS");
+                  const std::string said = printed();
+                  return traces("", "SHOTS") +
+                         (said.find("\nNothing was imported.") == std::string::npos ? said : "nothing");
+              }),
+              "nothing");
+    fs::permissions(path("closed"), fs::perms::owner_all);
+}
+
+TEST_F(ImportFaults, ADiskThatGetsFullAtAnyMomentLeavesAllOrNothing) {
+    fs::create_directory(path("disk"));
+    const SmallDisk disk(path("disk"));
+    if (!disk.isThere()) GTEST_SKIP() << "this process may mount no disk";
+    for (const char* name : {"output.mdb", "template.mdb"})
+        fs::copy_file(path(name), path(std::string("disk/") + name));
+    useDatabases("disk/");
+    makeLines("disk/LINES", 300);
+    makeShots("disk/SHOTS", 300);
+    for (const std::string set : {"SHOTS", "LINES"}) {
+        size_t failed = 0;
+        for (size_t blocks = 0;; ++blocks) {
+            ASSERT_LT(blocks, 150u);
+            disk.leaveFree(blocks);
+            printed();
+            import("disk/" + set, set == "LINES" ? std::vector<ui::Step>{layer()} : std::vector<ui::Step>{});
+            const std::string said = printed();
+            if (said.find("\nNothing was imported.") == std::string::npos) break;
+            ++failed;
+            disk.leaveFree(100);
+            ASSERT_EQ(traces("disk/", set), "") << blocks << said;
+        }
+        EXPECT_GT(failed, 3u) << set;
+        disk.leaveFree(100);
+        EXPECT_EQ(sqlite("disk/output.mdb", "select count(*) from " + set), "300\n");
+        EXPECT_EQ(faultsOf(path("disk/output.mdb")) + faultsOf(path("disk/template.mdb")), "");
+        if (set == "LINES") {
+            EXPECT_EQ(count("POLYLINE"), 300);
+        } else {
+            EXPECT_EQ(points("disk/SHOTS.crd").size(), 300u);
+        }
+    }
+}
+
+TEST_F(ImportFaults, AProcessThatIsKilledLeavesTheDrawingAsItWasSaved) {
+    makeLines("LINES", 1000);
+    lisp("(entmake '((0 . \"LINE\") (10 0.0 0.0 0.0) (11 9.0 9.0 0.0)))");
+    ASSERT_EQ(host_->saveDrawing(path("job.dxf")), "");
+    const std::string drawing = read("job.dxf");
+    std::mt19937 random(20261127);
+    for (int round = 0; round < 6; ++round) {
+        reportedUntilKilled(random() % 300000, [&](const auto& report) {
+            report("begun");
+            import("LINES", {layer()});
+        });
+        EXPECT_EQ(read("job.dxf"), drawing);
+        ASSERT_EQ(faultsOf(path("output.mdb")) + faultsOf(path("template.mdb")), "");
+        const std::string records = output("select count(*) from LINES");
+        EXPECT_TRUE(records == "1000\n" ||
+                    output("select name from MSysObjects where name = 'LINES'").empty())
+            << records;
+    }
 }
 
 TEST_F(ImportFaults, AProcessThatIsKilledLeavesTheOldOrTheNew) {

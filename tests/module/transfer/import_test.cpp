@@ -136,6 +136,15 @@ TEST_F(Import, PointsOfAFileThatIsThereAreKeptOrOverwritten) {
     EXPECT_EQ(output("select PT_ID from MORE"), "3\n100000\n2\n");
 }
 
+TEST_F(Import, AnIdThatComesTwiceOverwritesItsOwnPoint) {
+    makePoints("shots", {"5", "5", "6"});
+    ui_.answerBox("Yes");
+    EXPECT_EQ(import("shots", {check("Overwrite Points in CRD File")}), "(\"5\" \"5\" \"6\")");
+    EXPECT_EQ(points("shots.crd"), (std::vector<std::string>{"5 500.000 1001.000 12.250 SHOTS",
+                                                             "6 500.000 1002.000 12.250 SHOTS"}));
+    EXPECT_EQ(output("select PT_ID, NOTE from SHOTS"), "5|1\n6|2\n");
+}
+
 TEST_F(Import, ATableThatIsThereKeepsItsOtherFieldsAndTypes) {
     CDaoDatabase database;
     database.Open(path("output.mdb"));

@@ -137,6 +137,16 @@ TEST_F(Points, AnImportDrawsThem) {
     EXPECT_EQ(drawn("PT#"), "(\"A1\" \"B1\")");
     EXPECT_EQ(drawn("DESC2"), "(\"SHOTS\" \"SHOTS\")");
     EXPECT_NE(printed().find("\n2 points drawn on POINTS."), std::string::npos);
+    // Each is linked to its record.
+    EXPECT_EQ(output("select PT_ID from SHOTS"), "A1\nB1\n");
+    const std::string drawnBlock = "(setq ent (ssname (ssget \"X\" '((0 . \"INSERT\"))) ";
+    for (const char* id : {"A1", "B1"}) {
+        lisp(drawnBlock + (id[0] == 'A' ? "0))" : "1))"));
+        EXPECT_EQ(link(), "((\"ZGEO_GIS_2000\" (1002 . \"{\") (1000 . " + quoted("template.mdb") +
+                              ") (1000 . " + quoted("output.mdb") +
+                              ") (1000 . \"SHOTS\") (1000 . \"PT_ID\") (1000 . \"" + id +
+                              "\") (1002 . \"}\")))");
+    }
 }
 
 TEST_F(Points, AnIndexedFileGetsThemToo) {
