@@ -3,15 +3,15 @@
 //
 //     exchange_bench [LARGEST [FEATURES]]
 //
-// Lines have five vertices, records ten fields in an Access file. With FEATURES the largest is once more
-// exported as so many features, a set each. Times are of the processor, in seconds, the best of three.
+// Lines have five vertices, records ten fields in an Access file. The largest is once more exported as so
+// many features (2000), a set each. Times are of the processor, in seconds, the best of three.
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 
+#include "bench/silent_host.h"
 #include "bench/stopwatch.h"
-#include "hostcad/editor/host.h"
 #include "module/cad/ads_owners.h"
 #include "module/exchange/dbf_file.h"
 #include "module/exchange/shape_file.h"
@@ -26,17 +26,6 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr int kVertices = 5, kFields = 10;
-
-class SilentHost : private hostcad::Output, private hostcad::InputSource {
-  public:
-    hostcad::Host& host() { return host_; }
-
-  private:
-    void write(std::string_view) override {}
-    hostcad::Input next(const hostcad::Prompt&) override { return hostcad::Input::end(); }
-    hostcad::NoView view_;
-    hostcad::Host host_{*this, *this, view_};
-};
 
 std::string featureOf(int entity, int features) {
     return "F" + std::to_string(entity % features);
@@ -99,7 +88,7 @@ void makeTemplate(const std::string& path, int features) {
     }
 }
 
-void draw(hostcad::Host& host, const std::string& folder, int count, int features) {
+void draw(hostcad::Host& host, const BenchFolder& folder, int count, int features) {
     host.newDrawing();
     acdbRegApp(kGisLinkApplication);
     for (int i = 0; i < count; ++i) {
@@ -117,8 +106,8 @@ void draw(hostcad::Host& host, const std::string& folder, int count, int feature
         line.add(-3);
         line.addText(1001, kGisLinkApplication);
         line.addText(1002, "{");
-        for (const std::string& text : {folder + "template.mdb", folder + "output.mdb",
-                                        featureOf(i, features), std::string("PT_ID"), std::to_string(i)})
+        for (const std::string& text : {folder("template.mdb"), folder("output.mdb"), featureOf(i, features),
+                                        std::string("PT_ID"), std::to_string(i)})
             line.addText(1000, text);
         line.addText(1002, "}");
         if (acdbEntMake(line.get()) != RTNORM) std::abort();
@@ -155,11 +144,13 @@ long walkEntities() {
     return vertices;
 }
 
-void writeSet(const std::string& stem, const Rows& rows) {
+// The set of each so many-th row from the first on.
+void writeSet(const std::string& stem, const Rows& rows, int first, int step) {
     const OpenShapeFile shapes(ShapeCreate(stem, shape::kArc));
     const OpenDbfFile table(DbfCreate(stem));
     DbfAddField(table.get(), "PT_ID", kDbfString, 32, 0);
     DbfAddField(table.get(), "GIS_KEY", kDbfString, 50, 0);
+    DbfAddField(table.get(), "LENGTH_DWG", kDbfDouble, 12, 4);
     for (int field = 0; field < kFields; ++field) {
         const std::string name = "FIELD" + std::to_string(field);
         if (field % 3 == 0)
@@ -170,15 +161,36 @@ void writeSet(const std::string& stem, const Rows& rows) {
             DbfAddField(table.get(), name, kDbfDouble, 12, 4);
     }
     std::vector<double> x(kVertices), y(kVertices);
-    for (int32_t i = 0; i < static_cast<int32_t>(rows.size()); ++i) {
-        for (size_t v = 0; v < kVertices; ++v) x[v] = 1e6 + i + 0.25 * static_cast<double>(v), y[v] = 5e5;
+    int32_t row = 0;
+    for (size_t i = static_cast<size_t>(first); i < rows.size(); i += static_cast<size_t>(step), ++row) {
+        for (size_t v = 0; v < kVertices; ++v)
+            x[v] = 1e6 + static_cast<double>(i) + 0.25 * static_cast<double>(v), y[v] = 5e5;
         const OwnedShape shape(ShapeCreateObject(shape::kArc, -1, 1, nullptr, nullptr, kVertices, x.data(),
                                                  y.data(), nullptr, nullptr, 0));
         ShapeWriteObject(shapes.get(), -1, shape.get());
-        for (int field = 0; field < kFields + 2; ++field)
-            DbfWriteStringAttribute(table.get(), i, field,
-                                    rows[static_cast<size_t>(i)][static_cast<size_t>(field)]);
+        DbfWriteStringAttribute(table.get(), row, 0, rows[i][0]);
+        DbfWriteStringAttribute(table.get(), row, 1, rows[i][1]);
+        DbfWriteDoubleAttribute(table.get(), row, 2, 6.0);
+        for (int field = 0; field < kFields; ++field)
+            DbfWriteStringAttribute(table.get(), row, field + 3, rows[i][static_cast<size_t>(field) + 2]);
     }
+}
+
+// Each in a folder of its own, which costs least.
+void writeSets(const std::string& folder, const Rows& rows, int sets) {
+    fs::remove_all(folder);
+    for (int set = 0; set < sets; ++set) {
+        const std::string own = folder + std::to_string(set);
+        fs::create_directories(own);
+        writeSet(own + "/set", rows, set, sets);
+    }
+}
+
+uintmax_t shapeBytesIn(const std::string& folder) {
+    uintmax_t bytes = 0;
+    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(folder))
+        if (entry.path().extension() == ".shp") bytes += entry.file_size();
+    return bytes;
 }
 
 // --- The export ----------------------------------------------------------------------------------------
@@ -186,7 +198,8 @@ void writeSet(const std::string& stem, const Rows& rows) {
 void exportAll(const std::string& path) {
     SelectionSet set;
     acedSSGet("X", nullptr, nullptr, nullptr, set.out());
-    std::vector<ExportEntity> entities = ReadSurveyEntities(set.name());
+    long others = 0;
+    std::vector<ExportEntity> entities = ReadSurveyEntities(set.name(), others);
     ExportChoice choice;
     choice.options.extraFields = true;
     for (const std::string& feature : FeaturesOf(entities, ExportCategory::kOpenPolyline))
@@ -201,23 +214,22 @@ double best(Work work) {
     return seconds;
 }
 
-void measure(hostcad::Host& host, const std::string& folder, int count, int features) {
-    makeOutput(folder + "output.mdb", count);
-    makeTemplate(folder + "template.mdb", features);
+void measure(hostcad::Host& host, const BenchFolder& folder, int count, int features) {
+    makeOutput(folder("output.mdb"), count);
+    makeTemplate(folder("template.mdb"), features);
     draw(host, folder, count, features);
-    fs::create_directory(folder + "sets");
+    fs::create_directory(folder("sets"));
     Rows rows;
-    const double read = best([&] { rows = readTable(folder + "output.mdb"); });
+    const double read = best([&] { rows = readTable(folder("output.mdb")); });
     const double walk = best([&] {
         if (walkEntities() != long{count} * kVertices) std::abort();
     });
-    const double write = best([&] { writeSet(folder + "parts", rows); });
-    const double all = best([&] { exportAll(folder + "sets/set.shp"); });
-    if (features == 1 && fs::file_size(folder + "sets/set.shp") != fs::file_size(folder + "parts.shp"))
-        std::abort();
+    const double write = best([&] { writeSets(folder("parts/"), rows, features); });
+    const double all = best([&] { exportAll(folder("sets/set.shp")); });
+    if (shapeBytesIn(folder("sets")) != shapeBytesIn(folder("parts"))) std::abort();
     std::printf("%8d %6d %8.3f %8.3f %8.3f %8.3f %8.2f\n", count, features, read, walk, write, all,
                 all / (read + walk + write));
-    fs::remove_all(folder + "sets");
+    fs::remove_all(folder("sets"));
 }
 
 }  // namespace
@@ -225,13 +237,10 @@ void measure(hostcad::Host& host, const std::string& folder, int count, int feat
 int main(int argc, char** argv) {
     const int largest = argc > 1 ? std::atoi(argv[1]) : 100000;
     const int features = argc > 2 ? std::atoi(argv[2]) : 2000;
-    std::string pattern = (fs::temp_directory_path() / "norvane-bench-XXXXXX").string();
-    const std::string folder = std::string(mkdtemp(pattern.data())) + "/";
-    setenv("NORVANE_USER_DIR", folder.c_str(), 1);
+    const BenchFolder folder;
     SilentHost silent;
     std::setvbuf(stdout, nullptr, _IOLBF, 0);
     std::printf("entities  sets     read     walk    write   export   factor\n");
     for (int count = 1000; count <= largest; count *= 10) measure(silent.host(), folder, count, 1);
     measure(silent.host(), folder, largest, features);
-    fs::remove_all(folder);
 }

@@ -10,9 +10,9 @@
 #include <memory>
 #include <vector>
 
+#include "bench/silent_host.h"
 #include "bench/stopwatch.h"
 #include "hostcad/drawing/current_drawing.h"
-#include "hostcad/editor/host.h"
 #include "module/coords/coordinate_file.h"
 #include "module/exchange/dbf_file.h"
 #include "module/exchange/shape_file.h"
@@ -28,17 +28,6 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr int kVertices = 20, kFields = 5;
-
-class SilentHost : private hostcad::Output, private hostcad::InputSource {
-  public:
-    hostcad::Host& host() { return host_; }
-
-  private:
-    void write(std::string_view) override {}
-    hostcad::Input next(const hostcad::Prompt&) override { return hostcad::Input::end(); }
-    hostcad::NoView view_;
-    hostcad::Host host_{*this, *this, view_};
-};
 
 void makeSet(const std::string& stem, int32_t type, int count) {
     const OpenShapeFile shapes(ShapeCreate(stem, type));
@@ -132,23 +121,17 @@ void writeRecords(const std::string& path, int count) {
 
 class Bench {
   public:
-    explicit Bench(int32_t type) : type_(type) {
-        std::string pattern = (fs::temp_directory_path() / "norvane-bench-XXXXXX").string();
-        folder_ = std::string(mkdtemp(pattern.data())) + "/";
-        setenv("NORVANE_USER_DIR", folder_.c_str(), 1);
-        setenv("NORVANE_REGISTRY", (folder_ + "registry.ini").c_str(), 1);
-    }
-    ~Bench() { fs::remove_all(folder_); }
+    explicit Bench(int32_t type) : type_(type) {}
 
     void run(int count) {
-        makeSet(folder_ + "set", type_, count);
+        makeSet(folder_("set"), type_, count);
         double whole = 1e9, read = 1e9, shapes = 1e9, rows = 1e9;
         for (int round = 0; round < 3; ++round) {
             whole = std::min(whole, import(count));
-            read = std::min(read, timeOf([&] { readSet(folder_ + "set"); }).processor);
+            read = std::min(read, timeOf([&] { readSet(folder_("set")); }).processor);
             shapes = std::min(shapes, makeShapes(count));
             freshOutput();
-            rows = std::min(rows, timeOf([&] { writeRecords(folder_ + "out.mdb", count); }).processor);
+            rows = std::min(rows, timeOf([&] { writeRecords(folder_("out.mdb"), count); }).processor);
         }
         std::printf("%-9s %7d: import %7.3f s; read %6.3f + %s %6.3f + records %6.3f = %7.3f s; %.2f times\n",
                     type_ == shape::kPoint ? "points" : "polylines", count, whole, read,
@@ -159,23 +142,23 @@ class Bench {
 
   private:
     void freshOutput() const {
-        fs::remove(folder_ + "out.mdb");
+        fs::remove(folder_("out.mdb"));
         CDaoDatabase database;
-        database.Create(folder_ + "out.mdb");
+        database.Create(folder_("out.mdb"));
     }
     double import(int count) {
         freshOutput();
-        fs::remove(folder_ + "template.mdb");
-        fs::remove(folder_ + "set.crd");
-        CreateTemplateDatabase(folder_ + "template.mdb", DatabaseVersion::kAccess2000);
+        fs::remove(folder_("template.mdb"));
+        fs::remove(folder_("set.crd"));
+        CreateTemplateDatabase(folder_("template.mdb"), DatabaseVersion::kAccess2000);
         SilentHost host;
         ImportShpSettings settings;
-        settings.shpPath = folder_ + "set.shp";
-        settings.templatePath = dao::DatabasePath(folder_ + "template.mdb");
-        settings.outputPath = dao::DatabasePath(folder_ + "out.mdb");
+        settings.shpPath = folder_("set.shp");
+        settings.templatePath = dao::DatabasePath(folder_("template.mdb"));
+        settings.outputPath = dao::DatabasePath(folder_("out.mdb"));
         settings.tableName = "SET";
         if (type_ == shape::kPoint)
-            settings.crdPath = folder_ + "set.crd";
+            settings.crdPath = folder_("set.crd");
         else
             settings.layerName = "SET";
         settings.alphanumericCrd = true;
@@ -186,15 +169,15 @@ class Bench {
     }
     double makeShapes(int count) const {
         if (type_ == shape::kPoint)
-            return timeOf([&] { writePoints(folder_ + "parts.crd", count); }).processor;
+            return timeOf([&] { writePoints(folder_("parts.crd"), count); }).processor;
         SilentHost host;
-        const GisLink link{dao::DatabasePath(folder_ + "template.mdb"),
-                           dao::DatabasePath(folder_ + "out.mdb"), "SET", "PT_ID", "P100000"};
+        const GisLink link{dao::DatabasePath(folder_("template.mdb")), dao::DatabasePath(folder_("out.mdb")),
+                           "SET", "PT_ID", "P100000"};
         return timeOf([&] { drawPolylines(count, link); }).processor;
     }
 
     int32_t type_;
-    std::string folder_;
+    BenchFolder folder_;
 };
 
 }  // namespace

@@ -10,8 +10,8 @@
 #include <string>
 #include <vector>
 
+#include "bench/silent_host.h"
 #include "bench/stopwatch.h"
-#include "hostcad/editor/host.h"
 #include "module/cad/ads_owners.h"
 #include "module/linktools/audit_links.h"
 #include "module/linktools/insert_blocks_drawing.h"
@@ -30,22 +30,8 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr int kTables = 50;
-
-// A host whose prompts for a selection are answered with all entities.
-class SelectingHost : private hostcad::Output, private hostcad::InputSource {
-  public:
-    hostcad::Host& host() { return host_; }
-
-  private:
-    void write(std::string_view) override {}
-    bool isScript() const override { return true; }
-    hostcad::Input next(const hostcad::Prompt&) override {
-        return hostcad::Input::ofText(asked_++ % 2 == 0 ? "ALL" : "");
-    }
-    int asked_ = 0;
-    hostcad::NoView view_;
-    hostcad::Host host_{*this, *this, view_};
-};
+// Prompts for a selection are answered with all entities.
+const std::vector<std::string> kEverything = {"ALL", ""};
 
 std::string tableOf(int i) {
     return "T" + std::to_string(i % kTables);
@@ -53,37 +39,29 @@ std::string tableOf(int i) {
 
 class Bench {
   public:
-    Bench() {
-        std::string pattern = (fs::temp_directory_path() / "norvane-bench-XXXXXX").string();
-        folder_ = std::string(mkdtemp(pattern.data())) + "/";
-        setenv("NORVANE_USER_DIR", folder_.c_str(), 1);
-        setenv("NORVANE_REGISTRY", (folder_ + "registry.ini").c_str(), 1);
-    }
-    ~Bench() { fs::remove_all(folder_); }
-
     void run(int count) {
         makeDatabases(count);
         double linking = 1e9, reading = 1e9, writing = 1e9, audit = 1e9, report = 1e9;
         for (int round = 0; round < 3; ++round) {
             {
-                SelectingHost host;
+                SilentHost host(kEverything);
                 makeBlocks(count);
                 SelectionSet all;
                 acedSSGet("X", nullptr, nullptr, nullptr, all.out());
                 const std::vector<BlockReference> references = CollectBlocks(all.name());
                 BlockLinkChoice choice;
-                choice.templatePath = dao::DatabasePath(folder_ + "template.mdb");
-                choice.outputPath = dao::DatabasePath(folder_ + "out.mdb");
+                choice.templatePath = dao::DatabasePath(folder_("template.mdb"));
+                choice.outputPath = dao::DatabasePath(folder_("out.mdb"));
                 choice.block = "POLE", choice.firstKey = "ID", choice.secondKey = "ALL";
                 choice.table = BlockLinkChoice::Table::kGiven;
                 linking = std::min(linking, timeOf([&] { LinkBlocks(references, choice); }).processor);
             }
             reading = std::min(reading, timeOf([&] {
-                                            WithDatabase(folder_ + "out.mdb", [](CDaoDatabase& database) {
+                                            WithDatabase(folder_("out.mdb"), [](CDaoDatabase& database) {
                                                 ListKeys(database, "ALL");
                                             });
                                         }).processor);
-            SelectingHost host;
+            SilentHost host(kEverything);
             makeBlocks(count);
             writing = std::min(writing, timeOf([&] { writeLinks(); }).processor);
             Call call(nullptr);
@@ -148,11 +126,11 @@ class Bench {
         PointStoreClose();
     }
     void makeDatabases(int count) const {
-        fs::remove(folder_ + "template.mdb");
-        fs::remove(folder_ + "out.mdb");
-        CreateTemplateDatabase(folder_ + "template.mdb", DatabaseVersion::kAccess2000);
+        fs::remove(folder_("template.mdb"));
+        fs::remove(folder_("out.mdb"));
+        CreateTemplateDatabase(folder_("template.mdb"), DatabaseVersion::kAccess2000);
         CDaoDatabase templates;
-        templates.Open(folder_ + "template.mdb");
+        templates.Open(folder_("template.mdb"));
         CDaoRecordset rows(&templates);
         for (rows.Open(dbOpenDynaset, "SELECT * FROM [ZGEO_SMART_PROMPTING]"); const int table : tables()) {
             rows.AddNew();
@@ -162,7 +140,7 @@ class Bench {
             rows.Update();
         }
         CDaoDatabase output;
-        output.Create(folder_ + "out.mdb");
+        output.Create(folder_("out.mdb"));
         output.BeginTrans();
         for (int table = 0; table < kTables; ++table)
             makeTable(output, tableOf(table), table, count, kTables);
@@ -229,12 +207,12 @@ class Bench {
             }
             const std::string id = key->resval.rstring;
             WriteGisLink(entity,
-                         {dao::DatabasePath(folder_ + "template.mdb"), dao::DatabasePath(folder_ + "out.mdb"),
+                         {dao::DatabasePath(folder_("template.mdb")), dao::DatabasePath(folder_("out.mdb")),
                           tableOf(std::atoi(id.c_str() + 1)), "PT_ID", id});
         }
     }
 
-    std::string folder_;
+    BenchFolder folder_;
 };
 
 }  // namespace
