@@ -57,7 +57,7 @@ std::string exportText(const dao::Variant& value) {
 // --- One table -----------------------------------------------------------------------------------------
 
 void LinkedTable::want(const std::string& key) {
-    wanted_.insert(keyOf(key));
+    records_.try_emplace(keyOf(key));
 }
 
 void LinkedTable::readFields(const CDaoRecordset& records) {
@@ -76,16 +76,17 @@ void LinkedTable::readFields(const CDaoRecordset& records) {
 void LinkedTable::readRecord(const CDaoRecordset& records) {
     const dao::Variant key = records.GetFieldValue(keyPlace_);
     if (!key.is<std::string>()) return;
-    const std::string wanted = keyOf(key.get<std::string>());
-    if (wanted.empty()) return;
+    const std::string id = keyOf(key.get<std::string>());
+    if (id.empty()) return;
     std::vector<std::string> values;
     values.reserve(fields_.size());
     for (size_t i = 0; i < fields_.size(); ++i) {
         values.push_back(exportText(records.GetFieldValue(places_[i])));
         if (!values[i].empty()) fields_[i].needs.add(values[i], fields_[i].isText);
     }
-    if (!wanted_.contains(wanted)) return;
-    records_[wanted].push_back(fields_.empty() ? 0 : values_.size() / fields_.size());
+    const auto wanted = records_.find(id);
+    if (wanted == records_.end()) return;
+    wanted->second.push_back(fields_.empty() ? 0 : values_.size() / fields_.size());
     std::move(values.begin(), values.end(), std::back_inserter(values_));
 }
 

@@ -7,7 +7,6 @@
 #include <span>
 #include <string>
 #include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 #include "module/transfer/column_needs.h"
@@ -48,9 +47,8 @@ class LinkedTable {
     std::vector<int> places_;  // of the fields in the record set
     int keyPlace_ = -1;        // of PT_ID in the record set
     int featureField_ = -1;    // GIS_KEY
-    std::unordered_set<std::string> wanted_;
-    std::unordered_map<std::string, std::vector<size_t>>
-        records_;                      // by key in capitals, in the order of the table
+    // Of each key that is wanted, in capitals, in the order of the table.
+    std::unordered_map<std::string, std::vector<size_t>> records_;
     std::vector<std::string> values_;  // of one record behind the other
 };
 

@@ -1,6 +1,7 @@
 // Exports that are stopped, that fail, and that are killed: the old set stays.
 #include <fcntl.h>
 #include <signal.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -65,12 +66,17 @@ class ExportSafety : public Export {
         return !hidden.empty() && fs::exists(path(hidden[0] + "/committed"));
     }
     // Runs what batch() has prepared, and kills it so long after its next set has come so far.
-    void killOnce(const std::function<bool()>& hasComeSoFar, useconds_t microseconds) {
+    // largest: bytes that it may write into a file.
+    void killOnce(const std::function<bool()>& hasComeSoFar, useconds_t microseconds,
+                  rlim_t largest = RLIM_INFINITY) {
         const std::string drawing = path("points.dxf"), script = path("run.lsp");
         const char* program = NORVANE_BIN_DIR "/hostcad-batch";
         const pid_t child = ::fork();
         if (child == 0) {
             ::dup2(::open("/dev/null", O_WRONLY), STDOUT_FILENO);
+            const rlimit limit{largest, largest};
+            ::setrlimit(RLIMIT_FSIZE, &limit);
+            ::signal(SIGXFSZ, SIG_IGN);
             ::execl(program, program, "--drawing", drawing.c_str(), script.c_str(), nullptr);
             ::_exit(1);
         }
@@ -274,11 +280,12 @@ TEST_F(ExportSafety, AKilledExportLeavesAWholeSet) {
 
 TEST_F(ExportSafety, AnExportThatIsKilledWhileItPutsItsSetsInPlaceIsFinishedByTheNext) {
     constexpr int kSets = 100;
+    constexpr rlim_t kLargest = 32768;  // which the table of the points is not
     lisp("(setq i 0) (repeat " + std::to_string(kPoints) + " (setq feature (strcat \"F\" (itoa (rem i " +
          std::to_string(kSets) +
          "))) i (1+ i)) (line (list (float i) 0.0 0.0) (list (float i) 1.0 0.0) (linked feature \"1\")))");
     batch(
-        "(setq sets (ssget \"X\" '((0 . \"LINE\"))))"
+        "(setq sets (ssget \"X\"))"
         "(ui:answer 147 '(check \"Export All\") '(click \"OK\"))"
         "(host:input sets nil) (cf:gis_smart_prompting 9 " +
         quoted("set.shp") + ") (while t)");
@@ -287,9 +294,12 @@ TEST_F(ExportSafety, AnExportThatIsKilledWhileItPutsItsSetsInPlaceIsFinishedByTh
         for (int i = 0; i < kSets; ++i)
             for (const char* part : {".shp", ".shx", ".dbf", ".prj"})
                 write("set_3_F" + std::to_string(i) + part, "old");
-        killOnce([&] { return isCommitted(); }, random() % 2000);
+        for (const char* part : {".shp", ".shx", ".dbf", ".prj", ".cpg"})
+            write(std::string("set_1_OAK") + part, "old");
+        killOnce([&] { return isCommitted(); }, random() % 2000, kLargest);
         exported("INSERT", 1, "next");
         EXPECT_TRUE(leftBehind().empty());
+        EXPECT_TRUE(isOldSet("set_1_OAK")) << "it could not be written whole";
         for (int i = 0; i < kSets; ++i) {
             const std::string stem = "set_3_F" + std::to_string(i);
             // Four lines of two vertices.
