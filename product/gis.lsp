@@ -22,6 +22,7 @@
 ;;   GIS-SERVER      2  an output database on a server
 ;;   GIS-EDITOR     15  defines the features of the template
 ;;   GIS-UTILITIES  16  imports and edits tables
+;;   GIS-TABLE          shows a table of the output database and puts its values right
 ;;   GIS-BLOCKS     17  inserts blocks from records
 ;;   GIS-QUERY      18  shows the records of entities that are picked
 ;;   GIS-RECORD     19  adds a record to the output database
@@ -523,6 +524,7 @@
 (defun c:gis-editor () (cf:gis_smart_prompting 15) (princ))
 (defun c:gis-utilities () (gis:not-there "The tool for tables"))
 (defun c:gis-blocks () (cf:gis_smart_prompting 17) (princ))
+(defun c:gis-table () (gis:edit-table) (princ))
 
 (defun c:gis-database (/ path)
   (if (setq path (cf:gis_smart_prompting 14))

@@ -6,6 +6,7 @@
 #include "module/transfer/export_operations.h"
 #include "module/transfer/import_dialog.h"
 #include "module/transfer/point_file_chooser.h"
+#include "module/transfer/table_dialog.h"
 #include "platform/text/text.h"
 #include "platform/ui/backend.h"
 
@@ -38,6 +39,7 @@ constexpr OwnFunction kFunctions[] = {
     {"gis:choose-points", 1014, ChoosePointFile},
     {"gis:export-folder", 1020, GiveExportFolder},
     {"gis:import", 1021, ImportLinkedPoints},
+    {"gis:edit-table", 1040, EditChosenTable},
     {"gis:link-report", 1030, GiveLinkReport},
     {"gis:update-records", 1031, UpdateLinkedRecords},
     {"gis:linked-entities", 1032, GiveLinkedEntities},

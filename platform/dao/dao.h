@@ -67,6 +67,12 @@ class CDaoConflict : public CDaoException {
     using CDaoException::CDaoException;
 };
 
+// A record that a record set has found and somebody has deleted since.
+class CDaoRecordDeleted : public CDaoException {
+  public:
+    using CDaoException::CDaoException;
+};
+
 struct CDaoFieldInfo {
     std::string name;
     int type = dbText;
@@ -221,8 +227,12 @@ class CDaoRecordset {
     void MovePrev();
     // Records visited so far; all of them after MoveLast.
     long GetRecordCount() const;
+    // Stands on the record of a number, counted from 0 in the order in which the set has found them; behind
+    // the end where there are not so many.
+    void SetAbsolutePosition(long position);
 
     void AddNew();
+    // Reads the record anew: what others have changed in a file is seen.
     void Edit();
     // Writes the record that AddNew or Edit began. After AddNew the current record is the one it was before.
     void Update();

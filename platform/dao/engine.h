@@ -36,6 +36,8 @@ class Cursor {
     virtual long count() = 0;
     // A value of the current record, good until the next call. It throws where the record was deleted.
     virtual const Variant& value(int field) = 0;
+    // The current record is read anew when a value of it is next asked for, where the engine can do so.
+    virtual void dropReadAhead() {}
 
     // Writes the fields that are marked, in a new record or in the current one.
     virtual void insert(const std::vector<Variant>& values, const std::vector<bool>& touched) = 0;

@@ -21,7 +21,7 @@ void noCurrentRecord() {
 }
 
 void recordDeleted() {
-    throw CDaoException("The record has been deleted.");
+    throw CDaoRecordDeleted("The record has been deleted.");
 }
 
 }  // namespace dao

@@ -87,6 +87,11 @@ long CDaoRecordset::GetRecordCount() const {
     return visited_;
 }
 
+void CDaoRecordset::SetAbsolutePosition(long position) {
+    requireOpen();
+    moveTo(std::max(position, 0L), Place::kBehind);
+}
+
 void CDaoRecordset::AddNew() {
     requireUpdatable();
     mode_ = Mode::kAdd;
@@ -97,6 +102,7 @@ void CDaoRecordset::AddNew() {
 void CDaoRecordset::Edit() {
     requireUpdatable();
     requireRecord();
+    cursor_->dropReadAhead();
     cursor_->value(0);  // a record that is gone cannot be edited
     mode_ = Mode::kEdit;
     std::fill(touched_.begin(), touched_.end(), false);

@@ -80,6 +80,12 @@ class Backend {
     virtual std::unique_ptr<FontMetrics> metrics(const Font& font) = 0;
     // Shows what has changed, in the middle of long work.
     virtual void refresh() {}
+    // The text that programs exchange. Where there is no other program, it is this one's own.
+    virtual std::string clipboard() { return clipboard_; }
+    virtual void setClipboard(const std::string& text) { clipboard_ = text; }
+
+  private:
+    std::string clipboard_;
 };
 
 // The present backend; null when there is none. A program sets it once, a test for a while. It stays the

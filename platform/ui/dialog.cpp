@@ -5,6 +5,7 @@
 
 #include "platform/text/text.h"
 #include "platform/ui/backend.h"
+#include "platform/ui/cell_block.h"
 #include "platform/ui/cell_entry.h"
 
 namespace ui {
@@ -237,6 +238,45 @@ std::string Dialog::userActivate(Grid& grid, CellPosition at) {
     letGo_ = {};
     grid.setActive(at.column, at.row);
     onCellClick(grid, at);
+    return {};
+}
+
+std::string Dialog::userSelectTo(Grid& grid, CellPosition at) {
+    if (std::string problem = userFocus(grid); !problem.empty()) return problem;
+    if (!grid.selectsCells()) return "cells of this grid are not taken together";
+    if (!grid.has(at.column, at.row)) return "there is no such cell";
+    letGo_ = {};
+    grid.selectTo(at);
+    return {};
+}
+
+std::string Dialog::userClickHeading(Grid& grid, int column) {
+    if (std::string problem = userFocus(grid); !problem.empty()) return problem;
+    if (column < 1 || column > grid.columns()) return "there is no such heading";
+    keepTyped();
+    onHeadingClick(grid, column);
+    return {};
+}
+
+std::string Dialog::userCopy(Grid& grid) {
+    if (grid.rows() == 0) return "there are no cells to copy";
+    backend()->setClipboard(cellsAsText(grid, grid.selection()));
+    return {};
+}
+
+std::string Dialog::userPaste(Grid& grid) {
+    if (grid.rows() == 0) return "there are no cells to paste into";
+    CellPaste paste(grid, backend()->clipboard());
+    if (!paste.refusal().empty()) {
+        grid.refuse(paste.refusal());
+        return paste.refusal();
+    }
+    grid.rememberForUndo();
+    for (const CellPaste::Entry& entry : paste.entries()) {
+        if (!running_ || grid.text(entry.at.column, entry.at.row) == entry.text) continue;
+        grid.setText(entry.at.column, entry.at.row, entry.text);
+        onCellChange(grid, entry.at);
+    }
     return {};
 }
 

@@ -134,6 +134,14 @@ class Dialog {
     void userKeyUp(const Key& key);
     // Makes a cell active, as a click into it does.
     std::string userActivate(Grid& grid, CellPosition at);
+    // Takes the cells from the active one to this one together, as a click with Shift does.
+    std::string userSelectTo(Grid& grid, CellPosition at);
+    std::string userClickHeading(Grid& grid, int column);
+    // Puts the cells that are taken into the clipboard, cells side by side with tabs between them, and fills
+    // cells from it, from the first of those that are taken on. A text for a single cell fills all of them.
+    // Nothing is put in where a cell does not take its text.
+    std::string userCopy(Grid& grid);
+    std::string userPaste(Grid& grid);
     // The second click into a cell that the first has made active.
     void userDoubleClickCell(Grid& grid, CellPosition at);
     // Moves the insertion point in the text that is edited, in characters.
@@ -165,6 +173,7 @@ class Dialog {
     // A change of cells or rows was taken back.
     virtual void onUndo(Grid&) {}
     virtual void onCellClick(Grid&, CellPosition) {}
+    virtual void onHeadingClick(Grid&, int /*column*/) {}
     // True: it is dealt with; else the cell is edited.
     virtual bool onCellDoubleClick(Grid&, CellPosition) { return false; }
     // Another cell is about to become the active one.
@@ -198,6 +207,7 @@ class Dialog {
     std::string userItemKey(ItemControl& items, const Key& key);
     std::string userTreeKey(Tree& tree, const Key& key);
     std::string userGridKey(Grid& grid, const Key& key);
+    std::string userSelectKey(Grid& grid, const Key& key);
     std::string userListCellKey(Grid& grid, const std::string& key);
     std::string userItemTyping(Grid& grid, const std::string& typed);
     std::string userTypedKey(Grid& grid, const std::string& typed);

@@ -277,6 +277,36 @@ bool Dialog::userCaretKey(Grid& grid, const Key& key) {
     return true;
 }
 
+// Shift and a key that moves: the cells up to there are taken too.
+std::string Dialog::userSelectKey(Grid& grid, const Key& key) {
+    const CellRange range = grid.selection();
+    const CellPosition active = grid.active();
+    // The corner that moves is the one that is not the active cell.
+    CellPosition to{range.first.column == active.column ? range.last.column : range.first.column,
+                    range.first.row == active.row ? range.last.row : range.first.row};
+    if (key.name == "Left")
+        --to.column;
+    else if (key.name == "Right")
+        ++to.column;
+    else if (key.name == "Up")
+        --to.row;
+    else if (key.name == "Down")
+        ++to.row;
+    else if (key.name == "PageUp")
+        to.row -= grid.pageRows();
+    else if (key.name == "PageDown")
+        to.row += grid.pageRows();
+    else if (key.name == "Home")
+        to.column = 1;
+    else if (key.name == "End")
+        to.column = grid.columns();
+    else
+        return kPass;
+    grid.selectTo({std::clamp(to.column, 1, std::max(1, grid.columns())),
+                   std::clamp(to.row, 1, std::max(1, grid.rows()))});
+    return {};
+}
+
 // Keys that every grid knows; kPass hands the key on to the dialog.
 std::string Dialog::userGridKey(Grid& grid, const Key& key) {
     CellPosition at = grid.active();
@@ -286,6 +316,12 @@ std::string Dialog::userGridKey(Grid& grid, const Key& key) {
         return {};
     }
     if (key.is("Enter") || key.is("Tab")) return kPass;
+    if (key.control && !key.alt && !grid.editing()) {
+        if (text::equalNoCase(key.name, "C") || key.name == "Insert") return userCopy(grid);
+        if (text::equalNoCase(key.name, "V")) return userPaste(grid);
+    }
+    if (key.shift && grid.selectsCells() && !grid.editing())
+        if (std::string answer = userSelectKey(grid, key); answer != kPass) return answer;
     const CellType& type = grid.type(at.column, at.row);
     if (key.is("Space") && type.kind == CellKind::CheckBox) {
         return userCell(grid, at, grid.checked(at.column, at.row) ? "0" : "1");
@@ -312,9 +348,9 @@ std::string Dialog::userGridKey(Grid& grid, const Key& key) {
     else if (key.is("Down"))
         ++at.row;
     else if (key.is("PageUp"))
-        at.row = std::max(1, at.row - kPage);
+        at.row = std::max(1, at.row - grid.pageRows());
     else if (key.is("PageDown"))
-        at.row = std::min(grid.rows(), at.row + kPage);
+        at.row = std::min(grid.rows(), at.row + grid.pageRows());
     else if (key.is("Home"))
         at.column = 1;
     else if (key.is("End"))

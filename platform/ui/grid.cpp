@@ -80,6 +80,7 @@ void Grid::setSource(GridSource* source) {
     types_.clear();
     colours_.clear();
     active_ = {};
+    selectedTo_.reset();
     leaveEditing();
     history_.clear();
     ++filling_;
@@ -100,6 +101,7 @@ void Grid::rowsMoved() {
 }
 
 void Grid::keepActiveInside() {
+    if (selectedTo_ && !has(selectedTo_->column, selectedTo_->row)) selectedTo_.reset();
     if (has(active_.column, active_.row)) return;
     active_ = {};
     leaveEditing();
@@ -198,6 +200,7 @@ void Grid::setText(int column, int row, std::string text) {
 const CellType& Grid::type(int column, int row) const {
     static const CellType kNone;
     if (!has(column, row)) return kNone;
+    if (const CellType* given = source_->type(column, row)) return *given;
     const CellType* own = types_.find({column, row});
     return own ? *own : columnTypes_[static_cast<size_t>(column)];
 }
@@ -217,7 +220,8 @@ void Grid::setColumnType(int column, CellType type) {
 
 CellColours Grid::colours(int column, int row) const {
     const CellColours* own = colours_.find({column, row});
-    return own ? *own : CellColours{};
+    if (own) return *own;
+    return has(column, row) ? source_->colours(column, row) : CellColours{};
 }
 
 void Grid::setColours(int column, int row, int background, int foreground) {
@@ -242,6 +246,13 @@ const std::string& Grid::columnHeading(int column) const {
 void Grid::setColumnHeading(int column, std::string text) {
     if (column < 0 || column > columns_ || headings_[static_cast<size_t>(column)] == text) return;
     headings_[static_cast<size_t>(column)] = std::move(text);
+    ++headingChanges_;
+    changed();
+}
+
+void Grid::setOrderMark(int column, bool descends) {
+    orderColumn_ = column;
+    orderDescends_ = descends;
     ++headingChanges_;
     changed();
 }
@@ -298,8 +309,40 @@ void Grid::setActive(int column, int row) {
     if (dialog() && !(left == CellPosition{column, row})) dialog()->onCellLeave(*this, left);
     if (!has(column, row)) return;  // the dialog may have made the grid smaller
     active_ = {column, row};
+    leaveSelection();
     changed(left);
     changed(active_);
+}
+
+// --- Cells that are taken together -----------------------------------------------------------------------
+
+CellRange Grid::selection() const {
+    const CellPosition to = selectedTo_.value_or(active_);
+    return {{std::min(active_.column, to.column), std::min(active_.row, to.row)},
+            {std::max(active_.column, to.column), std::max(active_.row, to.row)}};
+}
+
+bool Grid::isSelected(CellPosition at) const {
+    if (!selectedTo_) return false;
+    const CellRange range = selection();
+    return at.column >= range.first.column && at.column <= range.last.column && at.row >= range.first.row &&
+           at.row <= range.last.row;
+}
+
+void Grid::selectTo(CellPosition at) {
+    if (!selectsCells_ || !has(at.column, at.row)) return;
+    if (editing_) commitEdit();
+    if (at == active_)
+        selectedTo_.reset();
+    else
+        selectedTo_ = at;
+    changed();
+}
+
+void Grid::leaveSelection() {
+    if (!selectedTo_) return;
+    selectedTo_.reset();
+    changed();
 }
 
 void Grid::setEditing(bool on) {

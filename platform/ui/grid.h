@@ -3,45 +3,18 @@
 // count from 1; 0 is the heading.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "platform/ui/cell_map.h"
+#include "platform/ui/cell_type.h"
 #include "platform/ui/control.h"
 #include "platform/ui/font.h"
 #include "platform/ui/memory_cells.h"
 
 namespace ui {
-
-// The numbers are the kind bytes of a cell type; an edit and a static cell have none of their own.
-enum class CellKind { Static = 0, Edit = 1, Button = 6, DropDown = 11, CheckBox = 12 };
-enum class CharacterSet { Any = 0, Numeric = 3 };
-
-struct CellType {
-    CellKind kind = CellKind::Edit;
-    int maxLength = 255;  // characters, of an edit cell
-    CharacterSet characters = CharacterSet::Any;
-    bool upperCase = false;          // what is typed is turned to capitals
-    std::vector<std::string> items;  // of a drop-down
-    bool editable = false;           // a drop-down that takes other text too
-    std::string label;               // of a check box or button
-
-    static CellType fixed();
-    static CellType edit(CharacterSet characters = CharacterSet::Any, int maxLength = 255);
-    // Items separated by tabs.
-    static CellType dropDown(std::string_view tabbedItems, bool editable = false);
-    static CellType checkBox(std::string label);
-    static CellType button(std::string label);
-};
-
-// A colour as 0xRRGGBB, or the view's own.
-constexpr int kOwnColour = -1;
-
-struct CellColours {
-    int background = kOwnColour;
-    int foreground = kOwnColour;
-};
 
 // A cell as it is at the moment.
 struct Cell {
@@ -49,6 +22,14 @@ struct Cell {
     const CellType& type;  // the grid's
     int background;
     int foreground;
+};
+
+// Cells side by side; the first is the upper left one.
+struct CellRange {
+    CellPosition first, last;
+    int columns() const { return last.column - first.column + 1; }
+    int rows() const { return last.row - first.row + 1; }
+    bool isOneCell() const { return first == last; }
 };
 
 class Grid : public Control {
@@ -101,6 +82,10 @@ class Grid : public Control {
     std::string rowHeading(int row) const { return has(1, row) ? source_->rowHeading(row) : std::string(); }
     // Of a grid with cells of its own. The heading goes with its row.
     void setRowHeading(int row, std::string text);
+    // The column that the rows stand in the order of, as the view marks it; 0 for none.
+    int orderColumn() const { return orderColumn_; }
+    bool orderDescends() const { return orderDescends_; }
+    void setOrderMark(int column, bool descends);
     // Another number whenever a heading may have changed.
     int headingChanges() const { return headingChanges_; }
 
@@ -110,6 +95,15 @@ class Grid : public Control {
     double columnWidthInCharacters(int column) const;
     void setColumnWidthInCharacters(int column, double characters);
     int rowHeight() const;
+    // Longer texts are broken into lines, and their rows grow when they are seen; 0: no text is.
+    int widestColumn() const { return widestColumn_; }
+    void setWidestColumn(int characters) { widestColumn_ = characters; }
+    // So many columns stay in sight at the left when the others are scrolled.
+    int frozenColumns() const { return frozenColumns_; }
+    void setFrozenColumns(int count) { frozenColumns_ = count; }
+    // The rows of a page; the view says how many it has.
+    int pageRows() const { return pageRows_; }
+    void setPageRows(int rows) { pageRows_ = rows; }
     // A grid of whole rows is never shown with a part of one at its lower edge.
     bool wholeRows() const { return wholeRows_; }
     void setWholeRows(bool on) { wholeRows_ = on; }
@@ -134,6 +128,14 @@ class Grid : public Control {
     CellPosition active() const { return active_; }
     // A position outside the grid is ignored. Ends editing, keeping what was typed.
     void setActive(int column, int row);
+    // Cells that are taken together, from the active one to another. Of a grid that lets a person do so;
+    // else the active one alone.
+    bool selectsCells() const { return selectsCells_; }
+    void setSelectsCells(bool on) { selectsCells_ = on; }
+    CellRange selection() const;
+    bool isSelected(CellPosition at) const;
+    // Takes the cells up to this one. A position outside the grid is ignored.
+    void selectTo(CellPosition at);
     bool editing() const { return editing_; }
     // Static and check-box cells are not edited. Turning it off keeps what was typed.
     void setEditing(bool on);
@@ -177,6 +179,7 @@ class Grid : public Control {
     void typeText(std::string text, int caret);
     void refuse(std::string reason);
     void leaveEditing();
+    void leaveSelection();
     // Moves what was typed into the cell, and tells the dialog when that changed it.
     void commitEdit();
     void cancelEdit();
@@ -194,6 +197,7 @@ class Grid : public Control {
     CellColours selectionColours_;
     int headingChanges_ = 0;
     CellPosition active_;
+    std::optional<CellPosition> selectedTo_;
     bool editing_ = false;
     std::string editText_;
     int caret_ = 0;
@@ -205,6 +209,12 @@ class Grid : public Control {
     Font font_{"Courier New", 16, 8, 400};
     int clientWidth_ = 400;
     bool wholeRows_ = false;
+    int widestColumn_ = 0;
+    int frozenColumns_ = 0;
+    int pageRows_ = 10;
+    int orderColumn_ = 0;
+    bool orderDescends_ = false;
+    bool selectsCells_ = false;
     bool marksRows_ = false;
     bool redraw_ = true;
     int filling_ = 0;

@@ -4,6 +4,8 @@
 
 #include <string>
 
+#include "platform/ui/cell_type.h"
+
 namespace ui {
 
 // Columns and rows count from 1. Only cells that the grid has are asked for.
@@ -17,6 +19,9 @@ class GridSource {
     virtual void setText(int column, int row, std::string text) = 0;
     // What stands in front of a row; "" for its number.
     virtual std::string rowHeading(int /*row*/) const { return {}; }
+    // What a cell is that differs from the others of its column; null for those that do not. It lasts.
+    virtual const CellType* type(int /*column*/, int /*row*/) const { return nullptr; }
+    virtual CellColours colours(int /*column*/, int /*row*/) const { return {}; }
 };
 
 }  // namespace ui

@@ -17,6 +17,7 @@ class AccessCursor : public Cursor {
     bool moveTo(long position) override;
     long count() override;
     const Variant& value(int field) override;
+    void dropReadAhead() override { readAt_ = -1; }
     void insert(const std::vector<Variant>& values, const std::vector<bool>& touched) override;
     void update(const std::vector<Variant>& values, const std::vector<bool>& touched) override;
     void remove() override;

@@ -31,6 +31,13 @@ std::string queryStatement(const AccessStatement& statement, const std::vector<C
     return columns + statement.fromClause(rowId + " > ?1") + " ORDER BY " + rowId + " LIMIT ?2";
 }
 
+// The row ids alone, which cost no reading of the fields. Without an order of its own, those behind a row id.
+std::string rowIdsStatement(const AccessStatement& statement, const std::string& rowId) {
+    const std::string select = "SELECT " + rowId;
+    if (!statement.orderBy.empty()) return select + statement.fromClause();
+    return select + statement.fromClause(rowId + " > ?1") + " ORDER BY " + rowId;
+}
+
 }  // namespace
 
 KeyCursor::KeyCursor(std::shared_ptr<SqliteConnection> connection, const AccessStatement& statement,
@@ -40,6 +47,7 @@ KeyCursor::KeyCursor(std::shared_ptr<SqliteConnection> connection, const AccessS
       table_(quotedName(statement.table)),
       rowId_(rowId),
       ordered_(!statement.orderBy.empty()),
+      rowIdsSql_(rowIdsStatement(statement, rowId)),
       query_(connection_->handle(), queryStatement(statement, *fields_, rowId)),
       byKey_(connection_->prepared("SELECT " + columnList(*fields_) + " FROM " + table_ + " WHERE " + rowId +
                                    " = ?1")) {}
@@ -79,12 +87,9 @@ void KeyCursor::findKeys(size_t position, bool withRecords) {
         readNext_ = std::min(readNext_ * 4, kMostReadAhead);
         return;
     }
-    Resetting resetting(query_);
-    if (!ordered_) {
-        query_.bind(1, last);
-        query_.bind(2, int64_t{-1});
-    }
-    while (query_.step()) keys_.push_back(query_.integer(0));
+    Statement rowIds(connection_->handle(), rowIdsSql_);
+    if (!ordered_) rowIds.bind(1, last);
+    while (rowIds.step()) keys_.push_back(rowIds.integer(0));
     allKeys_ = true;
 }
 

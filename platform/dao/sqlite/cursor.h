@@ -21,6 +21,7 @@ class KeyCursor : public Cursor {
     bool moveTo(long position) override;
     long count() override;
     const Variant& value(int field) override;
+    void dropReadAhead() override { readAt_ = -1; }
     void insert(const std::vector<Variant>& values, const std::vector<bool>& touched) override;
     void update(const std::vector<Variant>& values, const std::vector<bool>& touched) override;
     void remove() override;
@@ -45,6 +46,7 @@ class KeyCursor : public Cursor {
     std::string table_;  // quoted
     std::string rowId_;
     bool ordered_;                      // the statement orders the records
+    std::string rowIdsSql_;             // the row ids alone
     Statement query_;                   // the row id and the fields, behind a row id
     std::shared_ptr<Statement> byKey_;  // the fields of one row
 

@@ -85,10 +85,12 @@ QVariant GridCells::data(const QModelIndex& index, int role) const {
             return font_;
         case Qt::BackgroundRole:
             if (isMarked(at)) return selectionColour();
+            if (grid_.isSelected(at)) return takenColour();
             if (colours.background != kOwnColour) return QColor(QRgb(colours.background));
             return fixed ? QVariant(view_.palette().window()) : QVariant();
         case Qt::ForegroundRole:
             if (isMarked(at)) return selectedTextColour();
+            if (grid_.isSelected(at)) return view_.palette().text();
             if (colours.foreground != kOwnColour) return QColor(QRgb(colours.foreground));
             return fixed ? QVariant(view_.palette().windowText()) : QVariant();
         default:
@@ -106,6 +108,14 @@ QVariant GridCells::headerData(int section, Qt::Orientation orientation, int rol
 QColor GridCells::selectionColour() const {
     const int own = grid_.selectionColours().background;
     return own == kOwnColour ? view_.palette().color(QPalette::Highlight) : QColor(QRgb(own));
+}
+
+// Between the ground and the selection, so that the text can be read.
+QColor GridCells::takenColour() const {
+    const QColor ground = view_.palette().color(QPalette::Base), mark = selectionColour();
+    auto between = [](int a, int b) { return (2 * a + b) / 3; };
+    return QColor(between(ground.red(), mark.red()), between(ground.green(), mark.green()),
+                  between(ground.blue(), mark.blue()));
 }
 
 QColor GridCells::selectedTextColour() const {
@@ -167,8 +177,17 @@ GridView::GridView(Grid& grid, Dialog& dialog, DialogWindow& window)
           [this](int column, int row) {
               return neededWidth({column + 1, row + 1});
           }),
+      frozen_(*this),
+      heights_(*this,
+               [this](int column, int row) {
+                   return neededLines({column + 1, row + 1});
+               }),
       refusal_(new FrameOverlay(viewport(), QColor(kRefusalColour), window.scaled(2))) {
     refusal_->setObjectName("refusal");
+    auto* header = new FrozenHeader(frozen_, this);
+    setHorizontalHeader(header);
+    connect(header, &QHeaderView::sectionClicked, this,
+            [this](int section) { dialog_.userClickHeading(grid_, section + 1); });
     setModel(cells_);
     setItemDelegate(new CellPainter(*cells_, window, this));
     setEditTriggers(QAbstractItemView::NoEditTriggers);
@@ -187,9 +206,11 @@ void GridView::refresh() {
     refreshing_ = true;
     if (filling_ != grid_.filling()) columns_.forget();
     filling_ = grid_.filling();
+    heights_.forget();
     cells_->refresh();
+    frozen_.setCount(std::min(grid_.frozenColumns(), grid_.columns()));
     if (headings_ != grid_.headingChanges()) showHeadings();
-    columns_.see();
+    seeRows();
     if (const QModelIndex active = cells_->indexOf(grid_.active()); active.isValid()) scrollTo(active);
     followActive();
     refreshing_ = false;
@@ -200,6 +221,9 @@ void GridView::showHeadings() {
     bool headed = false;
     for (int column = 1; column <= grid_.columns(); ++column) headed |= !grid_.columnHeading(column).empty();
     horizontalHeader()->setVisible(headed);
+    horizontalHeader()->setSortIndicatorShown(grid_.orderColumn() > 0);
+    horizontalHeader()->setSortIndicator(grid_.orderColumn() - 1,
+                                         grid_.orderDescends() ? Qt::DescendingOrder : Qt::AscendingOrder);
     cells_->refreshHeadings();
     updateGeometries();
 }
@@ -207,6 +231,7 @@ void GridView::showHeadings() {
 void GridView::refreshCell(CellPosition at) {
     cells_->refreshCell(at);
     columns_.seeCell(at.column - 1, at.row - 1);
+    if (grid_.widestColumn() > 0) heights_.seeRow(at.row - 1);
     if (refreshing_) return;
     refreshing_ = true;
     if (const QModelIndex active = cells_->indexOf(grid_.active()); active.isValid() && at == grid_.active())
@@ -242,23 +267,97 @@ void GridView::placeRefusal() {
     refusal_->showAt(visualRect(cells_->indexOf(grid_.active())));
 }
 
+void GridView::seeRows() {
+    columns_.see();
+    if (grid_.widestColumn() > 0) heights_.see();
+    const int row = verticalHeader()->defaultSectionSize();
+    grid_.setPageRows(std::max(1, viewport()->height() / row));
+}
+
+// What is longer than a column may be wide is broken into lines.
+int GridView::neededLines(CellPosition at) const {
+    constexpr int kMostLines = 8;  // the rest is in the tip
+    const QString text = toQt(grid_.text(at.column, at.row));
+    const int width = columnWidth(at.column - 1) - window_.scaled(8);
+    const QFontMetrics& metrics = cells_->metrics();
+    if (!text.contains('\n') && metrics.horizontalAdvance(text) <= width) return 1;
+    const QRect needed = metrics.boundingRect(QRect(0, 0, width, QWIDGETSIZE_MAX), Qt::TextWordWrap, text);
+    return std::clamp(needed.height() / metrics.lineSpacing(), 1, kMostLines);
+}
+
 int GridView::neededWidth(CellPosition at) const {
     const CellType& type = grid_.type(at.column, at.row);
     const bool marked = type.kind == CellKind::CheckBox || type.kind == CellKind::DropDown;
     const std::string text = type.kind == CellKind::CheckBox ? type.label : grid_.text(at.column, at.row);
-    return cells_->metrics().horizontalAdvance(toQt(text)) + window_.scaled(marked ? kArrowWidth + 14 : 14);
+    const int room = window_.scaled(marked ? kArrowWidth + 14 : 14);
+    const int width = cells_->metrics().horizontalAdvance(toQt(text)) + room;
+    const int widest = grid_.widestColumn() * cells_->metrics().averageCharWidth() + room;
+    return grid_.widestColumn() > 0 ? std::min(width, widest) : width;
 }
 
 void GridView::resizeEvent(QResizeEvent* event) {
     QTableView::resizeEvent(event);
     grid_.setClientWidth(static_cast<int>(viewport()->width() / std::max(0.5, window_.scaled(96) / 96.0)));
-    if (!refreshing_) columns_.see();
+    if (!refreshing_) seeRows();
 }
 
 void GridView::scrollContentsBy(int right, int down) {
     QTableView::scrollContentsBy(right, down);
-    if (down) columns_.see();
+    if (down) seeRows();
+    // What has been moved with the rest stands at another place again.
+    if (right && grid_.frozenColumns() > 0) {
+        viewport()->update();
+        horizontalHeader()->viewport()->update();
+        updateEditorGeometries();
+    }
     if (refusal_->isVisible()) placeRefusal();
+}
+
+// --- Frozen columns ---------------------------------------------------------------------------------------
+
+QModelIndex GridView::indexAt(const QPoint& at) const {
+    const int column = frozen_.columnAt(at.x());
+    return column < 0 ? QTableView::indexAt(at) : cells_->index(rowAt(at.y()), column);
+}
+
+QRect GridView::visualRect(const QModelIndex& index) const {
+    QRect place = QTableView::visualRect(index);
+    if (frozen_.has(index.column())) place.moveLeft(frozen_.leftOf(index.column()));
+    return place;
+}
+
+// A cell that would stand below the frozen columns comes out at their right.
+void GridView::scrollTo(const QModelIndex& index, ScrollHint hint) {
+    QScrollBar& bar = *horizontalScrollBar();
+    const int before = bar.value();
+    QTableView::scrollTo(index, hint);
+    if (index.column() < frozen_.count()) return bar.setValue(before);
+    const int hidden = frozen_.width() - QTableView::visualRect(index).left();
+    if (hidden > 0) bar.setValue(bar.value() - hidden);
+}
+
+void GridView::paintEvent(QPaintEvent* event) {
+    QTableView::paintEvent(event);
+    if (!frozen_.has(0) || rowAt(0) < 0) return;
+    QPainter painter(viewport());
+    QStyleOptionViewItem option;
+    initViewItemOption(&option);
+    const QPen lines(
+        QColor(static_cast<QRgb>(style()->styleHint(QStyle::SH_Table_GridLineColor, &option, this))));
+    for (int row = rowAt(0); row < cells_->rowCount() && rowViewportPosition(row) < viewport()->height();
+         ++row)
+        for (int column = 0; frozen_.has(column); ++column) {
+            const QModelIndex index = cells_->index(row, column);
+            option.rect = visualRect(index);
+            painter.fillRect(option.rect.adjusted(0, 0, 1, 1), palette().base());
+            itemDelegate()->paint(&painter, option, index);
+            painter.setPen(lines);
+            painter.drawLine(option.rect.bottomLeft() + QPoint(0, 1),
+                             option.rect.bottomRight() + QPoint(1, 1));
+            painter.drawLine(option.rect.topRight() + QPoint(1, 0), option.rect.bottomRight() + QPoint(1, 1));
+        }
+    painter.setPen(palette().color(QPalette::Dark));
+    painter.drawLine(frozen_.width() - 1, 0, frozen_.width() - 1, viewport()->height());
 }
 
 bool GridView::isWiderThanShown() const {
@@ -376,6 +475,10 @@ void GridView::mousePressEvent(QMouseEvent* event) {
     CellPosition at = GridCells::positionOf(index);
     const CellKind kind = grid_.type(at.column, at.row).kind;
     setFocus();
+    if (grid_.selectsCells() && (event->modifiers() & Qt::ShiftModifier)) {
+        dialog_.userSelectTo(grid_, at);
+        return;
+    }
     if (kind == CellKind::CheckBox) {
         dialog_.userCell(grid_, at, grid_.checked(at.column, at.row) ? "0" : "1");
     } else if (kind == CellKind::Button) {
@@ -385,6 +488,13 @@ void GridView::mousePressEvent(QMouseEvent* event) {
         if (kind != CellKind::DropDown || !isOnArrow(index, event->pos())) return;
         openList();
     }
+}
+
+// Cells over which the pointer is drawn are taken together.
+void GridView::mouseMoveEvent(QMouseEvent* event) {
+    if (!grid_.selectsCells() || !(event->buttons() & Qt::LeftButton)) return;
+    const QModelIndex index = indexAt(event->pos());
+    if (index.isValid() && !grid_.editing()) dialog_.userSelectTo(grid_, GridCells::positionOf(index));
 }
 
 void GridView::mouseDoubleClickEvent(QMouseEvent* event) {

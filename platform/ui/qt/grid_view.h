@@ -9,6 +9,8 @@
 #include <QTableView>
 
 #include "platform/ui/qt/control_widgets.h"
+#include "platform/ui/qt/frozen_columns.h"
+#include "platform/ui/qt/row_heights.h"
 #include "platform/ui/qt/seen_columns.h"
 
 class QComboBox;
@@ -32,6 +34,7 @@ class GridCells : public QAbstractTableModel {
     void refreshHeadings();
     QColor selectionColour() const;
     QColor selectedTextColour() const;
+    QColor takenColour() const;
     const QFont& font() const { return font_; }
     const QFontMetrics& metrics() const { return metrics_; }
 
@@ -60,8 +63,15 @@ class GridView : public QTableView {
     int heightOfWholeRows(int available) const;
     bool isWiderThanShown() const;
 
+    // Of a frozen column where it is seen, not where it has been scrolled to.
+    QModelIndex indexAt(const QPoint& at) const override;
+    QRect visualRect(const QModelIndex& index) const override;
+    void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
+
   protected:
+    void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void scrollContentsBy(int right, int down) override;
@@ -70,6 +80,9 @@ class GridView : public QTableView {
 
   private:
     void showHeadings();
+    // Takes in the rows that have come into sight: widths of columns, heights of rows.
+    void seeRows();
+    int neededLines(CellPosition at) const;
     // Makes the cell that is active in the model the current one, and edits it when the model does.
     void followActive();
     int neededWidth(CellPosition at) const;
@@ -95,6 +108,8 @@ class GridView : public QTableView {
     DialogWindow& window_;
     GridCells* cells_;
     SeenColumns columns_;
+    FrozenColumns frozen_;
+    RowHeights heights_;
     int filling_ = 0;  // the model's, of which the columns are
     int headings_ = 0;
     QPointer<QWidget> editor_;

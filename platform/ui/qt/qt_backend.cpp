@@ -1,10 +1,12 @@
 #include "platform/ui/qt/qt_backend.h"
 
 #include <QAbstractButton>
+#include <QClipboard>
 #include <QCoreApplication>
 #include <QEventLoop>
 #include <QFileDialog>
 #include <QFontMetrics>
+#include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -201,6 +203,14 @@ bool QtBackend::print(const PrintJob& job) {
 
 std::unique_ptr<FontMetrics> QtBackend::metrics(const Font& font) {
     return std::make_unique<QtFontMetrics>(font);
+}
+
+std::string QtBackend::clipboard() {
+    return fromQt(QGuiApplication::clipboard()->text());
+}
+
+void QtBackend::setClipboard(const std::string& text) {
+    QGuiApplication::clipboard()->setText(toQt(text));
 }
 
 void QtBackend::refresh() {

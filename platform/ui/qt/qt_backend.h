@@ -34,6 +34,8 @@ class QtBackend : public Backend {
     bool print(const PrintJob& job) override;
     std::unique_ptr<FontMetrics> metrics(const Font& font) override;
     void refresh() override;
+    std::string clipboard() override;
+    void setClipboard(const std::string& text) override;
 
     // The window of an open dialog, for tests; null when it is not open.
     DialogWindow* window(const Dialog& dialog) const;

@@ -135,6 +135,12 @@ std::string cellText(const Grid& grid, int column, int row) {
 std::string gridText(const Grid& grid) {
     std::string out = text::format(" %d x %d", grid.columns(), grid.rows());
     if (grid.rows() > 0) out += text::format(", at (%d, %d)", grid.active().column, grid.active().row);
+    if (const CellRange taken = grid.selection(); !taken.isOneCell())
+        out += text::format(", taken (%d, %d) to (%d, %d)", taken.first.column, taken.first.row,
+                            taken.last.column, taken.last.row);
+    if (grid.orderColumn() > 0)
+        out += text::format(", in the order of column %d%s", grid.orderColumn(),
+                            grid.orderDescends() ? " from the last" : "");
     if (grid.editing()) out += ", editing " + quoted(grid.editText());
     if (!grid.refusal().empty()) out += ", refused: " + grid.refusal();
     const Excerpt seen(1, grid.rows(), grid.active().row);

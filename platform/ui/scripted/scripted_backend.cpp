@@ -84,6 +84,7 @@ std::string performMenu(Dialog& dialog, const std::string& name) {
 std::string performCell(Dialog& dialog, Grid& grid, const Step& step) {
     const CellPosition at{step.column, step.row};
     if (step.kind == Step::Kind::Cell) return dialog.userCell(grid, at, step.text);
+    if (step.kind == Step::Kind::ClickCell && at.row == 0) return dialog.userClickHeading(grid, at.column);
     std::string problem = dialog.userActivate(grid, at);
     if (problem.empty() && dialog.running() && step.kind == Step::Kind::DoubleClickCell)
         dialog.userDoubleClickCell(grid, at);

@@ -23,7 +23,7 @@ struct Step {
         DoubleClick,      // control, text: an item as for Pick
         Check,            // control, on
         Cell,             // column, row, text; control names the grid where there are several
-        ClickCell,        // column, row, and control in the same way
+        ClickCell,        // column, row (0: the heading), and control in the same way
         DoubleClickCell,  // the same
         Focus,            // control
         Key,              // text: "Enter", "Shift+Tab", "x"; pressed and let go
