@@ -40,6 +40,7 @@ constexpr OwnFunction kFunctions[] = {
     {"gis:export-folder", 1020, GiveExportFolder},
     {"gis:import", 1021, ImportLinkedPoints},
     {"gis:edit-table", 1040, EditChosenTable},
+    {"gis:edit-table", 1021, EditChosenTable},
     {"gis:link-report", 1030, GiveLinkReport},
     {"gis:update-records", 1031, UpdateLinkedRecords},
     {"gis:linked-entities", 1032, GiveLinkedEntities},
