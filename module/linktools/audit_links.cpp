@@ -9,11 +9,11 @@
 
 #include "module/cad/group_list.h"
 #include "module/cad/progress_meter.h"
+#include "module/cad/shown_entities.h"
 #include "module/dialogs/run_dialog.h"
 #include "module/linktools/audit_dialog.h"
 #include "module/linktools/field_links.h"
 #include "module/linktools/link_targets.h"
-#include "module/linktools/show_entities.h"
 #include "module/linktools/tally.h"
 #include "module/store/database.h"
 #include "module/store/gis_link.h"

@@ -3,9 +3,12 @@
 #include <algorithm>
 #include <memory>
 
+#include "module/cad/shown_entities.h"
 #include "module/dialogs/progress_dialog.h"
 #include "module/dialogs/run_dialog.h"
 #include "module/store/database.h"
+#include "module/store/link_index.h"
+#include "module/store/server_sign_in.h"
 #include "module/transfer/table_chooser.h"
 #include "module/transfer/table_sheet_keys.h"
 #include "module/transfer/table_sheet_notes.h"
@@ -32,6 +35,7 @@ constexpr int kWords = 1905;
 constexpr int kShowWords = 1906;
 constexpr int kSort = 1907;
 constexpr int kLock = 1908;
+constexpr int kShowEntity = 1909;
 constexpr int kState = 1910;
 
 constexpr const char* kAlert = "Alert";
@@ -91,6 +95,7 @@ class TableDialog : public ui::Dialog {
     void showWords();
     void sort(int column);
     void toggleLock(int row);
+    void showEntity();
     void readAnew();
     bool save();
     TableSheet::Report saveAsking();
@@ -99,6 +104,7 @@ class TableDialog : public ui::Dialog {
     TableSheet& sheet_;
     ui::Grid& grid_;
     TableSheetKeys keys_;
+    ShownEntities shownEntities_;
     bool changed_ = false;
     size_t written_ = 0;
 };
@@ -125,6 +131,8 @@ void TableDialog::addControls() {
     add<ui::Button>(kShowWords, "Show &Records");
     add<ui::Button>(kSort, "S&ort");
     add<ui::Button>(kLock, "&Lock Row").show(isPreview());
+    add<ui::Button>(kShowEntity, "Show &Entity")
+        .show(sheet_.columnNamed("PT_ID").has_value() && !isPreview());
     add<ui::Progress>(kProgress);
     add<ui::Label>(kState);
     add<ui::Button>(kSave, "&Save", true).enable(false);
@@ -139,11 +147,12 @@ void TableDialog::addControls() {
 
 void TableDialog::placeControls() {
     using namespace ui;
-    setLayout(column({item(kGrid, 1), item(kLockHint),
-                      row({item(kFindCaption), item(kFindText, 1), item(kFindNext), item(kWordsCaption),
-                           item(kWords, 1), item(kShowWords)}),
-                      row({item(kState, 1), item(kProgress)}),
-                      row({item(kSort), item(kLock), spring(), item(kSave), item(kQuit)})}));
+    setLayout(
+        column({item(kGrid, 1), item(kLockHint),
+                row({item(kFindCaption), item(kFindText, 1), item(kFindNext), item(kWordsCaption),
+                     item(kWords, 1), item(kShowWords)}),
+                row({item(kState, 1), item(kProgress)}),
+                row({item(kSort), item(kLock), item(kShowEntity), spring(), item(kSave), item(kQuit)})}));
     setSize({900, 560});
 }
 
@@ -246,6 +255,8 @@ void TableDialog::onCommand(int id) {
             return sort(grid_.active().column);
         case kLock:
             return toggleLock(grid_.active().row);
+        case kShowEntity:
+            return showEntity();
         default:
             Dialog::onCommand(id);
     }
@@ -360,10 +371,27 @@ void TableDialog::sort(int column) {
                                (order.descending ? ", from the last." : "."));
 }
 
+// The view goes to the entities that are linked to the record of the active cell.
+void TableDialog::showEntity() {
+    if (grid_.rows() == 0) return say("There is no record.");
+    const long record = sheet_.recordOf(grid_.active().row);
+    const std::string id = sheet_.readText(record, *sheet_.columnNamed("PT_ID"));
+    const std::vector<EntityName> entities =
+        EntitiesOfRecord(sheet_.output(), sheet_.table(), "PT_ID", text::upper(text::trim(id)));
+    if (entities.empty()) return say("No entity of the drawing is linked to PT_ID " + id + ".");
+    shownEntities_.show(entities);
+    say(counted(entities.size(), "entity is", "entities are") + " linked to PT_ID " + id + ".");
+}
+
 void TableDialog::readAnew() {
-    ShowDatabaseErrors([&] { sheet_.readAnew(); });
+    grid_.setEditing(false);
+    if (!ShowDatabaseErrors([&] { sheet_.readAnew(); })) return;
+    if (!sheet_.hasChanges()) find(kWords)->setText("");
+    grid_.setOrderMark(sheet_.order().column + 1, sheet_.order().descending);
     grid_.sourceChanged();
-    say("Read anew.");
+    say(sheet_.hasChanges()
+            ? "Read anew. Records of others are read once the changes are saved."
+            : "Read anew: " + counted(static_cast<size_t>(sheet_.records()), "record.", "records."));
 }
 
 // --- Saving and leaving ------------------------------------------------------------------------------------
@@ -467,6 +495,8 @@ void EditChosenTable(Call& call) {
         if (!chosen) return;
         output = chosen->output, table = chosen->table;
     }
+    // A password that the text has goes no further.
+    output = TakePassword(output);
     call.result = static_cast<int>(EditTable(output, table));
 }
 

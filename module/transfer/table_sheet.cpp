@@ -91,6 +91,13 @@ int TableSheet::rowOf(long record) const {
     return place < 0 ? 0 : static_cast<int>(place) * rowsPerRecord() + 1;
 }
 
+void TableSheet::showAll() {
+    shown_.reset();
+    rowOf_ = {};
+    words_ = {};
+    sort_ = {};
+}
+
 bool TableSheet::showWithWords(std::vector<std::string> words, const GoOn& goOn) {
     if (!arrange(words, sort_, goOn)) return false;
     words_ = std::move(words);
@@ -171,7 +178,7 @@ void TableSheet::sort(std::vector<int32_t>& records, Order order, const GoOn& go
     if (!allNumbers)
         for (int32_t record : records) {
             if (!(goesOn = goOn(record))) return;
-            texts.push_back(text::upper(readText(record, column)));
+            texts.push_back(text::upper(ShownText(readValue(record, column), columns_[column].value)));
         }
     const std::vector<size_t> places =
         allNumbers ? sortedPlaces(numbers, order.descending) : sortedPlaces(texts, order.descending);

@@ -116,6 +116,8 @@ class TableSheet : public ui::GridSource {
     const std::map<long, Texts>& changes() const { return changes_; }
     void forgetChange(long record, size_t column);
     void forgetHistory() { history_.clear(); }
+    // All records in the order of the table.
+    void showAll();
     // The row of a record that takes values, from 0.
     virtual int valueRow() const { return 0; }
     // A cell of a row that takes none.

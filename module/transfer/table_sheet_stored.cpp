@@ -7,18 +7,25 @@
 
 namespace norvane {
 
-StoredTableSheet::StoredTableSheet(const std::string& output, const std::string& table)
-    : TableSheet(output, table) {
-    OpenDatabase(database_, output);
-    open();
-    std::vector<SheetColumn> columns;
-    for (size_t i = 0; i < records_->fields().size(); ++i)
-        columns.push_back(ColumnOf(records_->fields()[i], static_cast<int>(i)));
-    columns_ = PointColumnsFirst(std::move(columns));
+namespace {
+
+CDaoDatabase& opened(CDaoDatabase& database, const std::string& output) {
+    OpenDatabase(database, output);
+    return database;
 }
 
-void StoredTableSheet::open() {
-    records_ = std::make_unique<StoredRecords>(database_, table());
+}  // namespace
+
+StoredTableSheet::Opened::Opened(const std::string& output, const std::string& table)
+    : records(opened(database, output), table) {}
+
+StoredTableSheet::StoredTableSheet(const std::string& output, const std::string& table)
+    : TableSheet(output, table) {
+    opened_ = std::make_unique<Opened>(output, table);
+    std::vector<SheetColumn> columns;
+    const std::vector<CDaoFieldInfo>& fields = opened_->records.fields();
+    for (size_t i = 0; i < fields.size(); ++i) columns.push_back(ColumnOf(fields[i], static_cast<int>(i)));
+    columns_ = PointColumnsFirst(std::move(columns));
 }
 
 std::string StoredTableSheet::title() const {
@@ -26,35 +33,43 @@ std::string StoredTableSheet::title() const {
 }
 
 std::string StoredTableSheet::obstacle() const {
-    return records_->isUpdatable() ? "" : "The records of " + table() + " cannot be changed.";
+    return opened_->records.isUpdatable() ? "" : "The records of " + table() + " cannot be changed.";
 }
 
 std::string StoredTableSheet::readText(long record, size_t column) const {
-    return records_->text(record, columns_[column].field);
+    return opened_->records.text(record, columns_[column].field);
 }
 
 dao::Variant StoredTableSheet::readValue(long record, size_t column) const {
-    // A record that is gone stands with the empty ones.
-    if (!records_->isThere(record)) return {};
-    return records_->value(record, columns_[column].field);
+    try {
+        return opened_->records.value(record, columns_[column].field);
+    } catch (const CDaoRecordDeleted&) {
+        return {};  // it stands with the empty ones
+    }
 }
 
+// What is typed belongs to the records that have been read.
 void StoredTableSheet::readAnew() {
-    records_->forgetTexts();
+    if (hasChanges()) return opened_->records.forgetTexts();
+    auto fresh = std::make_unique<Opened>(output(), table());
+    if (fresh->records.fields().size() != columns_.size())
+        throw CDaoException("The columns of " + table() + " have changed: open it anew.");
+    opened_ = std::move(fresh);
+    showAll();
 }
 
 const ui::CellType* StoredTableSheet::type(int column, int row) const {
     static const ui::CellType kFixed = ui::CellType::fixed();
     const long record = recordOf(row);
     const auto place = static_cast<size_t>(column - 1);
-    const bool canChange = records_->isUpdatable() && records_->isThere(record) &&
+    const bool canChange = opened_->records.isUpdatable() && opened_->records.isThere(record) &&
                            (columns_[place].value != CellValue::kText || FitsCell(readText(record, place)));
     return canChange ? nullptr : &kFixed;
 }
 
 void StoredTableSheet::beginChange(long record) {
     try {
-        before_[record] = records_->values(record);
+        before_[record] = opened_->records.values(record);
     } catch (const CDaoException&) {
         before_.erase(record);  // the save tells what is wrong with it
     }
@@ -82,7 +97,7 @@ std::string StoredTableSheet::nameOf(long record) const {
 
 void StoredTableSheet::saveRecord(long record, const Texts& texts, OthersChanges others, Report& report) {
     const std::string name = nameOf(record);
-    CDaoRecordset& records = records_->at(record);
+    CDaoRecordset& records = opened_->records.at(record);
     records.Edit();
     const auto before = before_.find(record);
     if (others == OthersChanges::kAsk && before != before_.end())
@@ -116,8 +131,8 @@ TableSheet::Report StoredTableSheet::save(OthersChanges others, const GoOn& goOn
     Report report;
     done_.clear();
     // A server refuses all that follows a failure within a transaction.
-    const bool isFile = !database_.GetConnect().onServer();
-    if (isFile) database_.BeginTrans();
+    const bool isFile = !opened_->database.GetConnect().onServer();
+    if (isFile) opened_->database.BeginTrans();
     try {
         for (const auto& [record, texts] : changes()) {
             if (!goOn(record)) {
@@ -133,15 +148,15 @@ TableSheet::Report StoredTableSheet::save(OthersChanges others, const GoOn& goOn
                     for (const auto& [column, text] : texts) done_.emplace_back(record, column);
             }
         }
-        if (isFile) database_.CommitTrans();
+        if (isFile) opened_->database.CommitTrans();
     } catch (...) {
-        if (isFile) database_.Rollback();
-        records_->forgetTexts();
+        if (isFile) opened_->database.Rollback();
+        opened_->records.forgetTexts();
         throw;
     }
     for (const auto& [record, column] : done_) forgetChange(record, column);
     forgetHistory();
-    records_->forgetTexts();
+    opened_->records.forgetTexts();
     return report;
 }
 

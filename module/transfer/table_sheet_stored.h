@@ -15,7 +15,7 @@ class StoredTableSheet : public TableSheet {
     StoredTableSheet(const std::string& output, const std::string& table);
 
     std::string title() const override;
-    long records() const override { return records_->count(); }
+    long records() const override { return opened_->records.count(); }
     std::string obstacle() const override;
     std::string readText(long record, size_t column) const override;
     dao::Variant readValue(long record, size_t column) const override;
@@ -29,12 +29,16 @@ class StoredTableSheet : public TableSheet {
 
   private:
     void beginChange(long record) override;
-    void open();
     void saveRecord(long record, const Texts& texts, OthersChanges others, Report& report);
     std::string nameOf(long record) const;
 
-    CDaoDatabase database_;
-    std::unique_ptr<StoredRecords> records_;
+    struct Opened {
+        Opened(const std::string& output, const std::string& table);
+        CDaoDatabase database;
+        StoredRecords records;
+    };
+
+    std::unique_ptr<Opened> opened_;
     std::map<long, std::vector<dao::Variant>> before_;  // of the records that were changed
     std::vector<std::pair<long, size_t>> done_;         // cells that this save has dealt with
 };

@@ -116,7 +116,7 @@ std::string dropDownText(const DropDown& control) {
 
 std::string cellText(const Grid& grid, int column, int row) {
     const CellType& type = grid.type(column, row);
-    std::string text = grid.text(column, row);
+    std::string text = text::replaceAll(grid.text(column, row), "\n", "\\n");
     switch (type.kind) {
         case CellKind::CheckBox:
             return std::string(grid.checked(column, row) ? "[x] " : "[ ] ") + type.label;

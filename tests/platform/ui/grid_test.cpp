@@ -5,6 +5,7 @@
 #include <set>
 
 #include "platform/ui/backend.h"
+#include "platform/ui/cell_block.h"
 #include "tests/platform/ui/checked_script.h"
 #include "tests/platform/ui/records.h"
 
@@ -40,6 +41,9 @@ class Tables : public ui::Dialog {
     }
     void onCellChange(ui::Grid&, CellPosition at) override { note("change ", at); }
     void onCellClick(ui::Grid&, CellPosition at) override { note("click ", at); }
+    void onHeadingClick(ui::Grid&, int column) override {
+        happened += "heading " + std::to_string(column) + ";";
+    }
     bool onCellDoubleClick(ui::Grid&, CellPosition at) override {
         note("double ", at);
         return at.column == 1;
@@ -339,4 +343,70 @@ TEST(List, HasItsOwnItemsInColumnsAndMarksOfMany) {
     many.number = 4;
     list.sourceChanged();
     EXPECT_EQ(list.selection(), (std::vector<int>{3}));
+}
+
+// --- Cells that are taken together, headings, and what a source says of its cells
+// ---------------------------
+
+TEST_F(TablesTest, CellsAreTakenTogetherCopiedAndFilled) {
+    tables_.grid().setSelectsCells(true);
+    tables_.grid().setColumnType(3, ui::CellType::edit(ui::CharacterSet::Numeric));
+    run({focus("10"),
+         at(Step::Kind::ClickCell, 3, 5),
+         key("Shift+Left"),
+         key("Shift+Down"),
+         {Step::Kind::Show},
+         key("Shift+Up"),
+         key("Shift+Up"),
+         key("Ctrl+C"),
+         key("Up"),
+         {Step::Kind::Show}});
+    EXPECT_EQ(backend_.clipboard(), "4.2\t4.3\n5.2\t5.3\n");
+    EXPECT_NE(log().find("at (3, 5), taken (2, 5) to (3, 6)"), std::string::npos) << log();
+    EXPECT_EQ(tables_.grid().selection().columns(), 1) << "a key that moves leaves them";
+
+    backend_.setClipboard("7");
+    run({focus("10"), at(Step::Kind::ClickCell, 3, 1), key("Shift+Down"), key("Ctrl+V")});
+    EXPECT_EQ(tables_.records.text(3, 1) + tables_.records.text(3, 2), "77") << "one text fills all of them";
+    backend_.setClipboard("1\n2\r\n\"3\"\n");
+    run({focus("10"), at(Step::Kind::ClickCell, 3, 1), key("Ctrl+V")});
+    EXPECT_EQ(tables_.records.text(3, 1) + tables_.records.text(3, 2) + tables_.records.text(3, 3), "123");
+}
+
+TEST_F(TablesTest, APasteIsTakenAsAWholeOrNotAtAll) {
+    tables_.grid().setColumnType(3, ui::CellType::edit(ui::CharacterSet::Numeric));
+    auto refused = [&](int column, int row, const std::string& text, const std::string& reason) {
+        backend_.setClipboard(text);
+        backend_.expectUndone("dialog 901 refused (key \"Ctrl+V\"): " + reason);
+        run({focus("10"), at(Step::Kind::ClickCell, column, row), key("Ctrl+V")});
+        EXPECT_EQ(tables_.happened.find("change"), std::string::npos);
+    };
+    refused(3, 1, "1\nx",
+            "nothing is pasted, since row 2 of HEIGHT does not take it: a number is made of digits, "
+            "signs, point and exponent, without \"x\"");
+    refused(3, 1'000'000, "1\n2", "there are more cells to paste than there is room for from here on");
+    refused(2, 1, "Maybe",
+            "nothing is pasted, since row 1 of  does not take it: \"Maybe\" is not in the list of "
+            "this cell");
+}
+
+TEST_F(TablesTest, AClickOnAHeadingReachesTheDialog) {
+    run({at(Step::Kind::ClickCell, 3, 0), at(Step::Kind::ClickCell, 3, 4)});
+    EXPECT_EQ(tables_.happened, "heading 3;click 3,4;");
+    tables_.grid().setOrderMark(3, true);
+    run({{Step::Kind::Show}});
+    EXPECT_NE(log().find("in the order of column 3 from the last"), std::string::npos);
+}
+
+TEST(CellBlock, TextsOfOtherProgramsAreReadAsTheyWriteThem) {
+    using Cells = std::vector<std::vector<std::string>>;
+    EXPECT_EQ(ui::textAsCells("a\tb\nc"), (Cells{{"a", "b"}, {"c"}}));
+    EXPECT_EQ(ui::textAsCells("a\t\r\n\r\n"), (Cells{{"a", ""}, {""}}));
+    EXPECT_EQ(ui::textAsCells("\"two\nlines\"\t\"6\"\"\"\n"), (Cells{{"two\nlines", "6\""}}));
+    EXPECT_EQ(ui::textAsCells(""), (Cells{{""}}));
+    EXPECT_EQ(ui::textAsCells("\"never closed"), (Cells{{"never closed"}}));
+    ui::Grid grid(1, 2, 1);
+    grid.setText(1, 1, "a\tb");
+    grid.setText(2, 1, "say \"x\"");
+    EXPECT_EQ(ui::textAsCells(ui::cellsAsText(grid, {{1, 1}, {2, 1}})), (Cells{{"a\tb", "say \"x\""}}));
 }

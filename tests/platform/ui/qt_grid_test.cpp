@@ -316,3 +316,81 @@ TEST_F(QtTables, AListStandsOpenWhileItsCellIsEdited) {
           close()});
     tables_.runModal();
 }
+
+namespace {
+
+// Records of which some texts are long, in a grid with frozen columns.
+class LongRecords : public Records {
+  public:
+    LongRecords() : Records(1000) {}
+    std::string text(int column, int row) const override {
+        if (column == 4 && row == 3) return "one two three four five six seven eight nine ten eleven twelve";
+        if (column == 2 && row == 5) return "two\nlines";
+        return Records::text(column, row);
+    }
+    const ui::CellType* type(int column, int row) const override {
+        static const ui::CellType kFixed = ui::CellType::fixed();
+        return column == 2 && row == 5 ? &kFixed : nullptr;
+    }
+};
+
+class Frozen : public ui::Dialog {
+  public:
+    Frozen() : ui::Dialog(902, "Frozen") {
+        auto& grid = add<ui::Grid>(kGrid, 12);
+        for (int column = 1; column <= 12; ++column)
+            grid.setColumnHeading(column, "FIELD " + std::to_string(column));
+        grid.setFrozenColumns(2);
+        grid.setWidestColumn(20);
+        grid.setSelectsCells(true);
+        grid.setSource(&records);
+        add<ui::Button>(ui::kCancel, "Cancel");
+        setLayout(ui::column({ui::item(kGrid, 1), ui::item(ui::kCancel)}));
+        setSize({500, 400});
+    }
+    LongRecords records;
+    std::string happened;
+
+  private:
+    void onHeadingClick(ui::Grid&, int column) override { happened += std::to_string(column) + ";"; }
+};
+
+}  // namespace
+
+TEST_F(QtTables, FrozenColumnsStayAndLongTextsGrowTheirRows) {
+    Frozen frozen;
+    ui::Grid& grid = frozen.get<ui::Grid>(kGrid);
+    auto left = [](int column) { return cell(kGrid, column, 0).left(); };
+    does({see([] { return table(kGrid)->rowHeight(2) > 2 * table(kGrid)->rowHeight(0); },
+              "a long text is broken"),
+          see([] { return table(kGrid)->rowHeight(4) > table(kGrid)->rowHeight(0); }, "line ends are kept"),
+          see([&] { return grid.pageRows() > 3; }, "the rows of a page are told"),
+          [] { table(kGrid)->horizontalScrollBar()->setValue(300); },
+          see([=] { return left(0) == 0 && left(1) == table(kGrid)->columnWidth(0); }, "they stay"),
+          [] { savePicture(); },
+          [] { QTest::mouseClick(table(kGrid)->viewport(), Qt::LeftButton, {}, QPoint(5, 5)); },
+          see(
+              [&] {
+                  return grid.active() == ui::CellPosition{1, 1};
+              },
+              "a click finds them"),
+          see([] { return table(kGrid)->horizontalScrollBar()->value() == 300; }, "and nothing is scrolled"),
+          [] {
+              QWidget* heading = table(kGrid)->horizontalHeader()->viewport();
+              QTest::mouseClick(heading, Qt::LeftButton, {}, QPoint(5, 5));
+          },
+          see([&] { return frozen.happened == "1;"; }, "so does one on a heading"),
+          [&] { grid.setActive(3, 1); },
+          see([=] { return left(2) >= table(kGrid)->columnWidth(0) + table(kGrid)->columnWidth(1); },
+              "the next column comes out from below them"),
+          [] {
+              QTest::mouseClick(table(kGrid)->viewport(), Qt::LeftButton, Qt::ShiftModifier,
+                                cell(kGrid, 3, 1).center());
+          },
+          see([&] { return grid.selection().columns() == 2 && grid.selection().rows() == 2; },
+              "Shift takes cells"),
+          press(Qt::Key_C, Qt::ControlModifier),
+          see([] { return QApplication::clipboard()->text() == "1.3\t1.4\n2.3\t2.4\n"; }, "copied"),
+          close()});
+    frozen.runModal();
+}

@@ -1,4 +1,4 @@
-#include "module/linktools/show_entities.h"
+#include "module/cad/shown_entities.h"
 
 #include <algorithm>
 #include <cmath>
