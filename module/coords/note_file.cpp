@@ -9,15 +9,12 @@ namespace norvane {
 
 namespace {
 
-constexpr size_t kLongestLine = 327;
-constexpr std::string_view kPoint = "PT_ID:", kFeature = "GIS_FILE:";
-
 // What stands in front of the line of the first block.
 std::string prefaceOf(const std::string& content) {
     size_t at = 0;
     while (at < content.size()) {
         size_t end = std::min(content.find('\n', at), content.size());
-        if (text::startsWith(text::trim(std::string_view(content).substr(at, end - at)), kPoint)) break;
+        if (ParseNoteHeading(text::trim(std::string_view(content).substr(at, end - at)))) break;
         at = std::min(end + 1, content.size());
     }
     return content.substr(0, at);
@@ -26,12 +23,10 @@ std::string prefaceOf(const std::string& content) {
 }  // namespace
 
 // A later block of the same id takes the place of the earlier one's lines.
-void NoteFile::startBlock(std::string_view heading) {
-    size_t feature = heading.find(kFeature);
+void NoteFile::startBlock(const NoteHeading& heading) {
     Block block;
-    block.id = text::trim(heading.substr(0, feature));
-    if (feature != std::string_view::npos)
-        block.feature = text::trim(heading.substr(feature + kFeature.size()));
+    block.id = heading.id;
+    block.feature = heading.file.value_or("");
     auto [known, isNew] = byId_.try_emplace(block.id, nullptr);
     if (isNew) known->second = &blocks_.emplace_front();
     current_ = known->second;
@@ -39,13 +34,13 @@ void NoteFile::startBlock(std::string_view heading) {
 }
 
 bool NoteFile::read() {
-    std::optional<std::vector<std::string>> lines = files::readLines(path_, kLongestLine);
+    std::optional<std::vector<std::string>> lines = files::readLines(path_, kLongestNoteLine);
     if (!lines) return false;
     preface_ = prefaceOf(files::read(path_).value_or(""));
     for (const std::string& line : *lines) {
         std::string_view trimmed = text::trim(line);
-        if (text::startsWith(trimmed, kPoint))
-            startBlock(trimmed.substr(kPoint.size()));
+        if (const std::optional<NoteHeading> heading = ParseNoteHeading(trimmed))
+            startBlock(*heading);
         else if (current_)
             current_->lines.emplace_back(trimmed);
     }
@@ -61,8 +56,8 @@ bool NoteFile::write() const {
     std::string out = preface_;
     if (!out.empty() && out.back() != '\n') out += '\n';
     for (const Block& block : blocks_) {
-        out += std::string(kPoint) + block.id;
-        out += block.feature.empty() ? "\n" : "  " + std::string(kFeature) + block.feature + "\n";
+        out += "PT_ID:" + block.id;
+        out += block.feature.empty() ? "\n" : "  GIS_FILE:" + block.feature + "\n";
         for (const std::string& line : block.lines) out += line + "\n";
     }
     return files::replace(path_, out);

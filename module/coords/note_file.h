@@ -8,6 +8,8 @@
 #include <unordered_map>
 #include <vector>
 
+#include "module/exchange/note_blocks.h"
+
 namespace norvane {
 
 class NoteFile {
@@ -29,7 +31,7 @@ class NoteFile {
         std::vector<std::string> lines;
     };
 
-    void startBlock(std::string_view heading);
+    void startBlock(const NoteHeading& heading);
 
     std::string path_;
     std::string preface_;      // what stands in front of the first block, byte for byte

@@ -4,6 +4,7 @@
 
 #include "module/cad/lisp_symbols.h"
 #include "module/dialogs/file_boxes.h"
+#include "module/exchange/note_blocks.h"
 #include "module/linktools/link_targets.h"
 #include "module/settings/current_databases.h"
 #include "module/settings/dialog_state.h"
@@ -18,23 +19,9 @@ namespace norvane {
 
 namespace {
 
-constexpr const char* kUnknown = "UNKNOWN";
-
-// The feature that a file is called after: its name up to the first point.
-std::string featureOf(std::string_view file) {
-    const std::string name = files::nameOf(file);
-    const std::string feature = text::upper(text::trim(std::string_view(name).substr(0, name.find('.'))));
-    return feature.empty() ? kUnknown : feature;
-}
-
 void readLine(std::string_view line, NoteMap& notes) {
-    constexpr std::string_view kPoint = "PT_ID:", kFile = "GIS_FILE:";
-    if (!text::startsWith(line, kPoint)) return;
-    const size_t file = line.find(kFile);
-    const std::string id = text::upper(
-        text::trim(line.substr(kPoint.size(), file == std::string_view::npos ? file : file - kPoint.size())));
-    notes[id] =
-        file == std::string_view::npos ? kUnknown : featureOf(text::trim(line.substr(file + kFile.size())));
+    if (const std::optional<NoteHeading> heading = ParseNoteHeading(line))
+        notes[text::upper(heading->id)] = FeatureOfNoteFile(heading->file.value_or(""));
 }
 
 // The current databases; "" for one that is not there.
