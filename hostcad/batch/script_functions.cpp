@@ -63,9 +63,10 @@ void fill(ui::Step& step, Shape shape, const Arguments& a) {
             i = 2;
             break;
         case Shape::ControlAndMark:
-            step.control = wordOf(a[0]);
-            step.on = a.size() < 2 || a.has(1);
-            i = 2;
+            step.control = wordOf(a[i++]);
+            if (a.size() == 3) step.text = wordOf(a[i++]);
+            step.on = a.size() <= i || a.has(i);
+            ++i;
             break;
         case Shape::Cell:
         case Shape::CellAndText:

@@ -24,7 +24,7 @@ void defineScriptFunctions(Host& host, BatchInput& input, ui::ScriptedBackend& b
 
 // A step from its list, such as (cell 2 3 "OAK"): throws lisp::Error for what is none. The steps are
 // (text CONTROL "..") (pick CONTROL ITEM) (pick-also CONTROL ITEM) (double-click CONTROL ITEM)
-// (check CONTROL T) (cell [GRID] COLUMN ROW "..") (click-cell [GRID] COLUMN ROW)
+// (check CONTROL [NODE] T) (cell [GRID] COLUMN ROW "..") (click-cell [GRID] COLUMN ROW)
 // (double-click-cell [GRID] COLUMN ROW) (focus CONTROL) (key "Enter") (click CONTROL) (menu "CAPTION") (show)
 // (close); a control is its id or its caption, an item its index from 0 or its text.
 ui::Step stepOf(const lisp::Value& list);

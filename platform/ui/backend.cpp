@@ -53,6 +53,14 @@ bool print(const PrintJob& job) {
     return presentBackend && presentBackend->print(job);
 }
 
+void refresh() {
+    if (presentBackend) presentBackend->refresh();
+}
+
+std::time_t now() {
+    return presentBackend ? presentBackend->now() : std::time(nullptr);
+}
+
 bool askYesNo(const std::string& title, const std::string& question) {
     return messageBox(title, question, kBoxAlert | kBoxYesNo) == kYes;
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <chrono>
+#include <ctime>
 #include <memory>
 #include <optional>
 #include <string>
@@ -80,6 +81,8 @@ class Backend {
     virtual std::unique_ptr<FontMetrics> metrics(const Font& font) = 0;
     // Shows what has changed, in the middle of long work.
     virtual void refresh() {}
+    // Seconds since 1970.
+    virtual std::time_t now() const { return std::time(nullptr); }
     // The text that programs exchange. Where there is no other program, it is this one's own.
     virtual std::string clipboard() { return clipboard_; }
     virtual void setClipboard(const std::string& text) { clipboard_ = text; }
@@ -103,6 +106,10 @@ std::optional<std::string> fileBox(const FileBox& box);
 void information(const std::string& text, int milliseconds);
 // The button that was pressed; without a backend the default answer.
 int ask(const OwnQuestion& question);
+// Lets a person see what has changed, in the middle of long work.
+void refresh();
+// The time by the clock of the person at the screen, which a script may stop: seconds since 1970.
+std::time_t now();
 // Yes or No; No without a backend.
 bool askYesNo(const std::string& title, const std::string& question);
 

@@ -149,15 +149,26 @@ bool Tree::isNode(int index) const {
 
 int Tree::addNode(int parent, std::string text, int image) {
     nodes_.push_back({std::move(text), parent, image});
-    changed();
+    refilled();
     return static_cast<int>(nodes_.size()) - 1;
+}
+
+void Tree::refilled() {
+    ++filling_;
+    changed();
+}
+
+void Tree::setNodes(std::vector<Node> nodes) {
+    nodes_ = std::move(nodes);
+    selected_ = -1;
+    refilled();
 }
 
 void Tree::setNode(int index, std::string text, int image) {
     if (!isNode(index)) return;
     nodes_[static_cast<size_t>(index)].text = std::move(text);
     nodes_[static_cast<size_t>(index)].image = image;
-    changed();
+    refilled();
 }
 
 void Tree::removeNode(int index) {
@@ -166,7 +177,7 @@ void Tree::removeNode(int index) {
     for (int i = 0; i < static_cast<int>(nodes_.size()); ++i)
         if (nodes_[static_cast<size_t>(i)].parent == index) removeNode(i);
     if (selected_ == index) selected_ = -1;
-    changed();
+    refilled();
 }
 
 void Tree::expand(int index, bool on) {
@@ -175,10 +186,14 @@ void Tree::expand(int index, bool on) {
     changed();
 }
 
-void Tree::clearNodes() {
-    nodes_.clear();
-    selected_ = -1;
+void Tree::check(int index, bool on) {
+    if (!isNode(index) || !nodes_[static_cast<size_t>(index)].hasBox) return;
+    nodes_[static_cast<size_t>(index)].checked = on;
     changed();
+}
+
+void Tree::clearNodes() {
+    setNodes({});
 }
 
 void Tree::select(int index) {

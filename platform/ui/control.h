@@ -206,16 +206,25 @@ class Tree : public Control {
         int image = 0;    // 0 a folder, 1 a leaf
         bool expanded = false;
         bool removed = false;  // indices of the other nodes stay as they are
+        bool hasBox = false;   // it can be checked
+        bool checked = false;
     };
     // sorted: the nodes below a node are shown by their text, without regard to case; else in the order in
     // which they were added.
     explicit Tree(int id, bool sorted = false) : Control(ControlKind::Tree, id, {}), sorted_(sorted) {}
     const std::vector<Node>& nodes() const { return nodes_; }
     int addNode(int parent, std::string text, int image = 0);  // its index
+    // Takes over all nodes at once, in place of those that there are: for a tree with many.
+    void setNodes(std::vector<Node> nodes);
     void setNode(int index, std::string text, int image);
     void removeNode(int index);  // with all below it
     void expand(int index, bool on = true);
+    // Of a node with a box; others stay unchecked.
+    void check(int index, bool on = true);
     void clearNodes();
+    // Another number whenever nodes have come, gone or got another text, so that a view sees whether what it
+    // shows is still right.
+    int filling() const { return filling_; }
     int selected() const { return selected_; }
     void select(int index);
     bool hasChildren(int index) const;
@@ -228,9 +237,11 @@ class Tree : public Control {
 
   private:
     bool isNode(int index) const;
+    void refilled();
     bool sorted_;
     std::vector<Node> nodes_;
     int selected_ = -1;
+    int filling_ = 0;
 };
 
 class Progress : public Control {

@@ -201,6 +201,16 @@ std::string Dialog::userCheck(Control& control, bool on) {
     return {};
 }
 
+std::string Dialog::userCheckNode(Tree& tree, int node, bool on) {
+    if (std::string problem = userFocus(tree); !problem.empty()) return problem;
+    const bool isThere = node >= 0 && static_cast<size_t>(node) < tree.nodes().size();
+    if (!isThere || !tree.nodes()[static_cast<size_t>(node)].hasBox) return "there is no box";
+    if (tree.nodes()[static_cast<size_t>(node)].checked == on) return {};
+    tree.check(node, on);
+    onCommand(tree.id());
+    return {};
+}
+
 std::string Dialog::userClick(Control& control) {
     if (auto* box = dynamic_cast<CheckBox*>(&control)) return userCheck(control, !box->checked());
     if (control.kind() == ControlKind::RadioButton) return userCheck(control, true);

@@ -124,6 +124,7 @@ class Dialog {
     // An item of a list, drop-down, tabs or tree; add: to the selection of a multiple list.
     std::string userPick(Control& control, int index, bool add = false);
     std::string userCheck(Control& control, bool on);
+    std::string userCheckNode(Tree& tree, int node, bool on);
     std::string userClick(Control& control);
     std::string userDoubleClick(Control& control, int index);
     std::string userMenu(Menu& menu, int command);
@@ -162,7 +163,7 @@ class Dialog {
 
     // Fills the controls, before the dialog is seen.
     virtual void onOpen() {}
-    // A button was pressed, a check box or radio button changed, a menu entry chosen.
+    // A button was pressed, a check box, radio button or box of a tree changed, a menu entry chosen.
     virtual void onCommand(int id);
     virtual void onSelection(Control&) {}
     virtual void onTextChange(Control&) {}

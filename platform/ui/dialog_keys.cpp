@@ -127,7 +127,7 @@ std::string Dialog::userItemKey(ItemControl& items, const Key& key) {
     return last < 0 || next == present ? std::string() : userPick(items, next, key.shift);
 }
 
-// Arrows walk the nodes that are seen, and open and close those with others below them.
+// Arrows walk the nodes that are seen, and open and close those with others below them; the space bar checks.
 std::string Dialog::userTreeKey(Tree& tree, const Key& key) {
     const std::vector<int> seen = tree.seenNodes();
     if (seen.empty()) return kPass;
@@ -149,6 +149,7 @@ std::string Dialog::userTreeKey(Tree& tree, const Key& key) {
     if (key.is("PageUp")) return pick(at - kPage);
     if (key.is("Home")) return pick(0);
     if (key.is("End")) return pick(last);
+    if (key.is("Space") && node.hasBox) return userCheckNode(tree, selected, !node.checked);
     if (key.is("Right")) {
         if (node.expanded || !tree.hasChildren(selected)) return pick(at + (node.expanded ? 1 : 0));
         tree.expand(selected);

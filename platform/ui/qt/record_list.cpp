@@ -18,9 +18,7 @@ class Items : public QAbstractTableModel {
     Items(const List& list, const QWidget& view, QObject* parent)
         : QAbstractTableModel(parent), list_(list), view_(view) {}
     int rowCount(const QModelIndex& parent = {}) const override { return parent.isValid() ? 0 : count_; }
-    int columnCount(const QModelIndex& parent = {}) const override {
-        return parent.isValid() ? 0 : list_.columns();
-    }
+    int columnCount(const QModelIndex& parent = {}) const override { return parent.isValid() ? 0 : columns_; }
     QVariant data(const QModelIndex& index, int role) const override {
         const bool chosen = list_.isSelected(index.row());
         if (role == Qt::DisplayRole || role == Qt::ToolTipRole)
@@ -33,11 +31,12 @@ class Items : public QAbstractTableModel {
         if (role != Qt::DisplayRole || orientation == Qt::Vertical || list_.headings().empty()) return {};
         return toQt(list_.headings()[static_cast<size_t>(section)]);
     }
-    // Takes over the number of items.
+    // Takes over the number of items and of columns.
     void refresh() {
-        if (count_ == list_.count()) return;
+        if (count_ == list_.count() && columns_ == list_.columns()) return;
         beginResetModel();
         count_ = list_.count();
+        columns_ = list_.columns();
         endResetModel();
     }
 
@@ -45,6 +44,7 @@ class Items : public QAbstractTableModel {
     const List& list_;
     const QWidget& view_;
     int count_ = 0;
+    int columns_ = 0;
 };
 
 class RecordView : public QTableView {

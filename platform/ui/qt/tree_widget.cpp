@@ -37,12 +37,6 @@ QIcon nodeIcon(int image, int size) {
     return QIcon(picture);
 }
 
-bool sameNodes(const std::vector<Tree::Node>& a, const std::vector<Tree::Node>& b) {
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](const Tree::Node& x, const Tree::Node& y) {
-        return x.removed == y.removed && x.parent == y.parent && x.image == y.image && x.text == y.text;
-    });
-}
-
 class TreeWidget : public ControlWidget {
   public:
     TreeWidget(Tree& tree, Dialog& dialog, DialogWindow& window)
@@ -59,6 +53,10 @@ class TreeWidget : public ControlWidget {
                          [this](QTreeWidgetItem* item) { tree_.expand(nodeOf(item), true); });
         QObject::connect(q_, &QTreeWidget::itemCollapsed, q_,
                          [this](QTreeWidgetItem* item) { tree_.expand(nodeOf(item), false); });
+        // The box was clicked.
+        QObject::connect(q_, &QTreeWidget::itemChanged, q_, [this](QTreeWidgetItem* item) {
+            dialog_.userCheckNode(tree_, nodeOf(item), item->checkState(0) == Qt::Checked);
+        });
     }
     QWidget* widget() override { return q_; }
 
@@ -67,10 +65,9 @@ class TreeWidget : public ControlWidget {
         q_->setEnabled(tree_.enabled());
         q_->setVisible(tree_.visible());
         // A selection alone must not cost a new tree.
-        if (!sameNodes(shown_, tree_.nodes())) rebuild();
+        if (filling_ != tree_.filling()) rebuild();
         for (size_t i = 0; i < items_.size(); ++i)
-            if (items_[i] && items_[i]->isExpanded() != tree_.nodes()[i].expanded)
-                items_[i]->setExpanded(tree_.nodes()[i].expanded);
+            if (items_[i] && !shows(i)) show(i);
         QTreeWidgetItem* selected =
             tree_.selected() >= 0 ? items_[static_cast<size_t>(tree_.selected())] : nullptr;
         q_->setCurrentItem(selected);
@@ -78,12 +75,30 @@ class TreeWidget : public ControlWidget {
     }
 
   private:
+    // What is shown of the state of a node.
+    struct Shown {
+        bool expanded = false;
+        bool checked = false;
+    };
+
     static int nodeOf(const QTreeWidgetItem* item) { return item->data(0, Qt::UserRole).toInt(); }
+
+    bool shows(size_t node) const {
+        const Tree::Node& data = tree_.nodes()[node];
+        return shown_[node].expanded == data.expanded && shown_[node].checked == data.checked;
+    }
+    void show(size_t node) {
+        const Tree::Node& data = tree_.nodes()[node];
+        items_[node]->setExpanded(data.expanded);
+        if (data.hasBox) items_[node]->setCheckState(0, data.checked ? Qt::Checked : Qt::Unchecked);
+        shown_[node] = {data.expanded, data.checked};
+    }
 
     void rebuild() {
         q_->clear();
-        shown_ = tree_.nodes();
-        items_.assign(shown_.size(), nullptr);
+        filling_ = tree_.filling();
+        shown_.assign(tree_.nodes().size(), {});
+        items_.assign(tree_.nodes().size(), nullptr);
         const std::vector<std::vector<int>> children = tree_.children();
         QList<QTreeWidgetItem*> top;
         for (int node : children.back()) top << itemOf(node, children);
@@ -91,10 +106,11 @@ class TreeWidget : public ControlWidget {
     }
 
     QTreeWidgetItem* itemOf(int node, const std::vector<std::vector<int>>& children) {
-        const Tree::Node& data = shown_[static_cast<size_t>(node)];
+        const Tree::Node& data = tree_.nodes()[static_cast<size_t>(node)];
         auto* item = new QTreeWidgetItem({toQt(data.text)});
         item->setData(0, Qt::UserRole, node);
         item->setIcon(0, icons_[data.image == kFolderImage ? 0 : 1]);
+        if (data.hasBox) item->setCheckState(0, Qt::Unchecked);
         items_[static_cast<size_t>(node)] = item;
         QList<QTreeWidgetItem*> below;
         for (int child : children[static_cast<size_t>(node)]) below << itemOf(child, children);
@@ -106,8 +122,9 @@ class TreeWidget : public ControlWidget {
     Dialog& dialog_;
     QTreeWidget* q_;  // the window's
     std::vector<QIcon> icons_;
-    std::vector<Tree::Node> shown_;
-    std::vector<QTreeWidgetItem*> items_;  // by node; null for a removed one
+    int filling_ = -1;                     // of the tree, when the items were made
+    std::vector<Shown> shown_;             // by node, as the next
+    std::vector<QTreeWidgetItem*> items_;  // null for a removed one
 };
 
 }  // namespace

@@ -162,16 +162,34 @@ std::string gridText(const Grid& grid) {
     return out + seen.beforeText() + table.text() + seen.behindText();
 }
 
-std::string treeText(const Tree& tree, int parent, int depth) {
-    std::string out;
-    for (size_t i = 0; i < tree.nodes().size(); ++i) {
-        const Tree::Node& node = tree.nodes()[i];
-        if (node.removed || node.parent != parent) continue;
-        int index = static_cast<int>(i);
-        out += "\n    " + std::string(static_cast<size_t>(depth) * 2, ' ') +
-               (tree.selected() == index ? "> " : "  ") + node.text;
-        out += treeText(tree, index, depth + 1);
+// The nodes below one, in the order in which they were added; of many, those about the selected one.
+void addNodes(const Tree& tree, const std::vector<std::vector<int>>& below, const std::vector<int>& nodes,
+              size_t depth, std::string& out) {
+    const auto selected = std::find(nodes.begin(), nodes.end(), tree.selected());
+    const Excerpt seen(0, static_cast<int>(nodes.size()),
+                       selected == nodes.end() ? 0 : static_cast<int>(selected - nodes.begin()));
+    out += seen.beforeText();
+    for (int i = seen.from; i <= seen.to; ++i) {
+        const int index = nodes[static_cast<size_t>(i)];
+        const Tree::Node& node = tree.nodes()[static_cast<size_t>(index)];
+        out += "\n    " + std::string(depth * 2, ' ') + (tree.selected() == index ? "> " : "  ");
+        if (node.hasBox) out += node.checked ? "[x] " : "[ ] ";
+        out += node.text;
+        addNodes(tree, below, below[static_cast<size_t>(index)], depth + 1, out);
     }
+    out += seen.behindText();
+}
+
+std::string treeText(const Tree& tree) {
+    const std::vector<Tree::Node>& nodes = tree.nodes();
+    std::vector<std::vector<int>> below(nodes.size());
+    std::vector<int> top;
+    for (size_t i = 0; i < nodes.size(); ++i)
+        if (!nodes[i].removed)
+            (nodes[i].parent < 0 ? top : below[static_cast<size_t>(nodes[i].parent)])
+                .push_back(static_cast<int>(i));
+    std::string out;
+    addNodes(tree, below, top, 0, out);
     return out;
 }
 
@@ -206,7 +224,7 @@ std::string contentText(const Control& control) {
         case ControlKind::Grid:
             return gridText(static_cast<const Grid&>(control));
         case ControlKind::Tree:
-            return treeText(static_cast<const Tree&>(control), -1, 0);
+            return treeText(static_cast<const Tree&>(control));
         case ControlKind::Menu:
             return menuText(static_cast<const Menu&>(control));
         case ControlKind::Picture:
@@ -253,7 +271,8 @@ std::string stepText(const Step& step) {
         case Step::Kind::DoubleClick:
             return "(double-click" + control + " " + quoted(step.text) + ")";
         case Step::Kind::Check:
-            return "(check" + control + (step.on ? " T)" : " nil)");
+            return "(check" + control + (step.text.empty() ? "" : " " + quoted(step.text)) +
+                   (step.on ? " T)" : " nil)");
         case Step::Kind::Cell:
             return text::format("(cell %d %d ", step.column, step.row) + quoted(step.text) + ")";
         case Step::Kind::ClickCell:

@@ -37,6 +37,10 @@ int indexOf(Control& control, const std::string& wanted) {
         if (node >= 0) return node;
         for (size_t i = 0; i < tree->nodes().size(); ++i)
             if (!tree->nodes()[i].removed && tree->nodes()[i].text == wanted) return static_cast<int>(i);
+        // Or a number of the nodes at the top.
+        const std::vector<int> top = tree->children().back();
+        const int index = digitsOf(wanted);
+        return index >= 0 && static_cast<size_t>(index) < top.size() ? top[static_cast<size_t>(index)] : -1;
     }
     return -1;
 }
@@ -256,6 +260,8 @@ std::string ScriptedBackend::perform(Dialog& dialog, const Step& step) {
         case Step::Kind::DoubleClick:
             return dialog.userDoubleClick(*control, indexOf(*control, step.text));
         case Step::Kind::Check:
+            if (auto* tree = dynamic_cast<Tree*>(control))
+                return dialog.userCheckNode(*tree, indexOf(*tree, step.text), step.on);
             return dialog.userCheck(*control, step.on);
         case Step::Kind::Focus:
             return dialog.userFocus(*control);

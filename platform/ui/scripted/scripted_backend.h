@@ -4,6 +4,7 @@
 // the asker, if there is one; otherwise it is cancelled, and the log says so with what it showed.
 #pragma once
 
+#include <ctime>
 #include <deque>
 #include <map>
 #include <optional>
@@ -21,7 +22,7 @@ struct Step {
         Pick,             // control, text: the item's text or that of its first column, or its index from 0
         PickAlso,         // the same, joined to a multiple selection
         DoubleClick,      // control, text: an item as for Pick
-        Check,            // control, on
+        Check,            // control, on; text: of a tree the node, as for Pick
         Cell,             // column, row, text; control names the grid where there are several
         ClickCell,        // column, row (0: the heading), and control in the same way
         DoubleClickCell,  // the same
@@ -69,6 +70,8 @@ class ScriptedBackend : public Backend {
     // For the next file box; "" cancels.
     void answerFile(std::string path) { files_.push_back(std::move(path)); }
     void setAsker(Asker* asker) { asker_ = asker; }
+    // Lets the clock stand at a time; nothing lets it go again.
+    void setClock(std::optional<std::time_t> time) { clock_ = time; }
 
     // What was shown and done, a line or a block of lines each.
     const std::vector<std::string>& log() const { return log_; }
@@ -93,6 +96,7 @@ class ScriptedBackend : public Backend {
     void information(const std::string& text, int milliseconds) override;
     // Logs the pages as text.
     bool print(const PrintJob& job) override;
+    std::time_t now() const override { return clock_.value_or(Backend::now()); }
     // The measures of a fixed font: as high as asked for, half as wide.
     std::unique_ptr<FontMetrics> metrics(const Font& font) override;
 
@@ -112,6 +116,7 @@ class ScriptedBackend : public Backend {
     };
     std::vector<QuestionAnswer> questions_;
     Asker* asker_ = nullptr;
+    std::optional<std::time_t> clock_;
     std::vector<std::string> log_;
     std::vector<std::string> failed_;  // steps refused and left over
 };
