@@ -50,7 +50,7 @@ picture 06-gis-menu
 press r
 picture 07-for-programs
 press Escape Escape Escape
-type_line "GIS-UTILITIES"
+type_line "GIS-TITLES"
 type_line "(car 5)"
 type_line "(getpoint \"Where? \")"
 press Escape

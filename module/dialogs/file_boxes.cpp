@@ -34,6 +34,7 @@ constexpr const char* kNewDatabases = "Access Databases Files (*.mdb)|*.mdb|";
 constexpr const char* kOtherDatabases =
     "SQLite Databases (*.sqlite, *.db)|*.sqlite;*.db|GeoPackages (*.gpkg)|*.gpkg|";
 constexpr const char* kCoordinateFiles = "Coordinate Files (*.crd)|*.crd||";
+constexpr const char* kFieldSettings = "Fields Settings Files (*.fds)|*.fds||";
 constexpr const char* kFeatureFiles = "Norvane GIS Files (*.gis)|*.gis||";
 
 }  // namespace
@@ -78,6 +79,30 @@ std::optional<std::string> AskFeatureFileToDelete(const std::string& folder) {
 
 std::optional<std::string> AskCollectorNotes(const std::string& folder) {
     return ui::fileBox(existing("Fieldline/Geoline/Rapidline Note File|*.vtt||", "*.vtt", folder));
+}
+
+std::optional<std::string> AskNoteFile(const std::string& folder) {
+    return ui::fileBox(existing("Norvane Note File|*.not||", "*.not", folder));
+}
+
+std::optional<std::string> AskAsciiFile(const std::string& folder) {
+    return ui::fileBox(existing("ASCII File|*.txt||", "*.txt", folder));
+}
+
+std::optional<std::string> AskFieldSettings(const std::string& folder) {
+    return ui::fileBox(existing(kFieldSettings, "*.fds", folder));
+}
+
+std::optional<std::string> AskNewFieldSettings(const std::string& folder) {
+    ui::FileBox box = toSave(kFieldSettings, "*.fds", folder);
+    box.defaultExtension = "fds";
+    return ui::fileBox(box);
+}
+
+std::optional<std::string> AskReportFile(const std::string& folder) {
+    ui::FileBox box = toSave("Text Files (*.txt)|*.txt||", "*.txt", folder);
+    box.defaultExtension = "txt";
+    return ui::fileBox(box);
 }
 
 std::optional<std::string> AskShapeSet(const std::string& folder) {

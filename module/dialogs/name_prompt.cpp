@@ -9,13 +9,12 @@ namespace norvane {
 
 namespace {
 
-constexpr int kResource = 1511;
 constexpr int kNameEdit = 1001;
 
 class NamePrompt : public ui::Dialog {
   public:
-    NamePrompt(const std::string& title, const std::string& text, const NameFault& faultOf)
-        : ui::Dialog(kResource, title), faultOf_(faultOf) {
+    NamePrompt(const std::string& title, const std::string& text, const NameFault& faultOf, int resource)
+        : ui::Dialog(resource, title), faultOf_(faultOf) {
         auto& edit = add<ui::Edit>(kNameEdit);
         edit.setText(text);
         edit.selectRange(0, -1);
@@ -48,8 +47,9 @@ std::string EmptyNameFault(const std::string& text) {
     return text.empty() ? "Invalid string!" : "";
 }
 
-std::string AskName(const std::string& title, const std::string& text, const NameFault& faultOf) {
-    NamePrompt prompt(title, text, faultOf);
+std::string AskName(const std::string& title, const std::string& text, const NameFault& faultOf,
+                    int resource) {
+    NamePrompt prompt(title, text, faultOf, resource);
     RunDialog(prompt);
     return prompt.name();
 }

@@ -16,6 +16,7 @@
 #include "module/setup/gis_settings_dialog.h"
 #include "module/store/bulk_add.h"
 #include "module/store/template_database.h"
+#include "module/transfer/database_utilities_dialog.h"
 #include "module/transfer/export_operations.h"
 #include "module/transfer/import_dialog.h"
 
@@ -26,27 +27,27 @@ namespace {
 // One whose tool is not built does nothing and gives 0, as any does without its arguments.
 constexpr Operation kNotBuilt = nullptr;
 constexpr Operation kOperations[] = {
-    PromptForEntity,     // 1
-    StoreSlot,           // 2
-    FetchSlot,           // 3
-    LinkFromBlocks,      // 4
-    kNotBuilt,           // 5 block link settings
-    kNotBuilt,           // 6 title blocks
-    ShowGisSettings,     // 7
-    AuditLinks,          // 8
-    ExportSelection,     // 9
-    ExportGivenSet,      // 10
-    ImportShpDialogRun,  // 11
-    CallAutomation,      // 12
-    FindPolygon,         // 13
-    ChooseFile,          // 14
-    EditTemplate,        // 15
-    kNotBuilt,           // 16 database utilities
-    InsertBlocks,        // 17
-    QueryEntities,       // 18
-    AddRecords,          // 19
-    LinkAreas,           // 20
-    TestFeature,         // 21
+    PromptForEntity,       // 1
+    StoreSlot,             // 2
+    FetchSlot,             // 3
+    LinkFromBlocks,        // 4
+    kNotBuilt,             // 5 block link settings
+    kNotBuilt,             // 6 title blocks
+    ShowGisSettings,       // 7
+    AuditLinks,            // 8
+    ExportSelection,       // 9
+    ExportGivenSet,        // 10
+    ImportShpDialogRun,    // 11
+    CallAutomation,        // 12
+    FindPolygon,           // 13
+    ChooseFile,            // 14
+    EditTemplate,          // 15
+    RunDatabaseUtilities,  // 16
+    InsertBlocks,          // 17
+    QueryEntities,         // 18
+    AddRecords,            // 19
+    LinkAreas,             // 20
+    TestFeature,           // 21
 };
 
 }  // namespace

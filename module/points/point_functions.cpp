@@ -4,6 +4,7 @@
 
 #include "module/coords/coordinate_format.h"
 #include "module/coords/point_names.h"
+#include "module/points/open_points.h"
 #include "module/points/point_store.h"
 #include "platform/ads/editor.h"
 #include "platform/ads/result_chain.h"
@@ -11,27 +12,6 @@
 namespace norvane {
 
 namespace {
-
-// A coordinate file for the length of a call, whose points say of themselves whether they have an elevation:
-// those of flat files do in the working form of another kind of file.
-class OpenPoints {
-  public:
-    explicit OpenPoints(const std::string& path) : workingFormat_(WorkingFormat()) {
-        SetWorkingFormat(kIndexedCrd);
-        isOpen_ = !path.empty() && PointStoreOpen(path, 0, -1) != 0;
-    }
-    ~OpenPoints() {
-        PointStoreClose();
-        SetWorkingFormat(workingFormat_);
-    }
-    OpenPoints(const OpenPoints&) = delete;
-    OpenPoints& operator=(const OpenPoints&) = delete;
-    explicit operator bool() const { return isOpen_; }
-
-  private:
-    int workingFormat_;
-    bool isOpen_ = false;
-};
 
 bool isThere(const std::string& path) {
     return DetectFormat(path) != kNoFile;

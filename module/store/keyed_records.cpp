@@ -60,9 +60,17 @@ void KeyedRecords::readKeys(std::span<const char* const> keyFields, Change chang
 }
 
 bool KeyedRecords::write(const Write& write, const GoOn& goOn) {
+    return writeRecords(
+        [&](CDaoRecordset& record, const Entries& entries, bool) {
+            for (size_t entry : entries) write(record, entry);
+        },
+        goOn);
+}
+
+bool KeyedRecords::writeRecords(const WriteRecord& write, const GoOn& goOn) {
     size_t left = count_;
-    auto writeOne = [&](const Entries& entries) {
-        for (size_t entry : entries) write(records_, entry);
+    auto writeOne = [&](const Entries& entries, bool isNew) {
+        write(records_, entries, isNew);
         records_.Update();
         left -= std::min(left, entries.size());
     };
@@ -72,12 +80,12 @@ bool KeyedRecords::write(const Write& write, const GoOn& goOn) {
         if (!goOn(left)) return false;
         for (; position < record.position; ++position) records_.MoveNext();
         records_.Edit();
-        writeOne(*record.entries);
+        writeOne(*record.entries, false);
     }
     for (const Entries* entries : added_) {
         if (!goOn(left)) return false;
         records_.AddNew();
-        writeOne(*entries);
+        writeOne(*entries, true);
     }
     return true;
 }

@@ -33,9 +33,13 @@ class KeyedRecords {
     // Asked before each record, of which so many entries are left; false ends the work.
     using GoOn = std::function<bool(size_t left)>;
 
+    // Sets the fields of a record, which is a new one or one that there is, to the values of its entries.
+    using WriteRecord = std::function<void(CDaoRecordset&, const std::vector<size_t>& entries, bool isNew)>;
+
     // Changes the records that there are, in the order of the table, and adds the others in the order of
     // their entries. False when it was ended before.
     bool write(const Write& write, const GoOn& goOn);
+    bool writeRecords(const WriteRecord& write, const GoOn& goOn);
 
   private:
     using Entries = std::vector<size_t>;

@@ -12,4 +12,7 @@ enum class ValueClass { kText, kReal, kInteger };
 // "0x1F", "inf" and an empty text.
 ValueClass ClassifyValue(std::string_view value);
 
+// Whether an integer is one of 32 bits, as a long column holds them.
+bool FitsLong(std::string_view integer);
+
 }  // namespace norvane

@@ -8,7 +8,7 @@ TEST_F(Dispatcher, ACallWithoutACodeMakesTheSettingsFileAndGivesZero) {
     EXPECT_EQ(lisp("(cf:gis_smart_prompting)"), "0");
     EXPECT_EQ(read("gps.ini"), "is_database=\ngisoutfile=\ngismdbfile=\n");
     for (const char* call :
-         {"\"1\"", "1.0", "0", "22", "-1", "nil", "'(1 2)", "5", "6", "9", "10", "13", "16", "17"})
+         {"\"1\"", "1.0", "0", "22", "-1", "nil", "'(1 2)", "5", "6", "9", "10", "13", "17"})
         EXPECT_EQ(lisp(std::string("(cf:gis_smart_prompting ") + call + ")"), "0") << call;
     EXPECT_EQ(printed(), "");
 }

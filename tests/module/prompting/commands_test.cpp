@@ -237,7 +237,7 @@ TEST_F(Commands, APointThatWasDrawnForNothingGoes) {
 }
 
 TEST_F(Commands, ToolsThatAreNotThereSaySo) {
-    for (const char* command : {"blocklinks", "titles", "utilities"}) {
+    for (const char* command : {"blocklinks", "titles"}) {
         lisp(std::string("(c:gis-") + command + ")");
         EXPECT_NE(printed().find(" is not there yet."), std::string::npos) << command;
     }
