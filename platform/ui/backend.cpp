@@ -49,6 +49,10 @@ void information(const std::string& text, int milliseconds) {
     if (presentBackend) presentBackend->information(text, milliseconds);
 }
 
+std::string pageText(const PrintJob& job, size_t page) {
+    return "Page " + std::to_string(page + 1) + " of " + std::to_string(job.pages.size());
+}
+
 bool print(const PrintJob& job) {
     return presentBackend && presentBackend->print(job);
 }

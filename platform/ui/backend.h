@@ -43,7 +43,8 @@ struct OwnQuestion {
 };
 
 struct FileBox {
-    bool save = false;  // false: an existing file is to be opened
+    bool save = false;     // false: an existing file is to be opened
+    bool folders = false;  // a folder that is there is to be chosen, whatever the rest says
     std::string title;
     std::string filter;            // "Text|*.txt|All|*.*||": pairs of a description and its patterns
     std::string pattern;           // shown first, "*.mdb"

@@ -275,7 +275,7 @@ Menu::Entry* Menu::find(int command) {
 }
 
 void Menu::enableEntry(int command, bool on) {
-    if (Entry* entry = find(command)) {
+    if (Entry* entry = find(command); entry && entry->enabled != on) {
         entry->enabled = on;
         changed();
     }

@@ -172,7 +172,12 @@ std::optional<std::string> QtBackend::fileBox(const FileBox& box) {
     QFileDialog qt(front(), toQt(box.title.empty() ? (box.save ? "Save As" : "Open") : box.title));
     qt.setAcceptMode(box.save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
     qt.setFileMode(box.save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
-    qt.setNameFilters(nameFilters(box.filter));
+    if (box.folders) {
+        qt.setFileMode(QFileDialog::Directory);
+        qt.setOption(QFileDialog::ShowDirsOnly);
+    } else {
+        qt.setNameFilters(nameFilters(box.filter));
+    }
     if (files::isFolder(box.folder)) qt.setDirectory(toQt(files::native(box.folder)));
     showFirst(qt, box.pattern);
     if (!box.defaultExtension.empty()) qt.setDefaultSuffix(toQt(box.defaultExtension));

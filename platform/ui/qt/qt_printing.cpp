@@ -10,8 +10,10 @@
 #include <QRegularExpression>
 #include <QStandardPaths>
 #include <algorithm>
+#include <numeric>
 #include <vector>
 
+#include "platform/ui/backend.h"
 #include "platform/ui/qt/qt_text.h"
 
 namespace ui {
@@ -19,6 +21,7 @@ namespace {
 
 constexpr double kModelDpi = 96.0;  // of the widths and fonts of a grid
 constexpr int kCellPadding = 4;     // on each side of a cell's text, at 96 dpi
+constexpr int kFootRows = 2;        // what a foot takes of the page, in rows
 
 // The widths of the columns in pixels at 96 dpi, so that no text is cut.
 std::vector<int> columnWidths(const PrintJob& job, const QFontMetrics& metrics) {
@@ -42,15 +45,20 @@ class PagePainter {
         QFontMetrics metrics(font_);
         rowHeight_ = metrics.height() + kCellPadding;
         widths_ = columnWidths(job, metrics);
-        int total = 0;
-        for (int width : widths_) total += width;
-        QRectF page = device.pageLayout().paintRect(QPageLayout::Inch);
-        double room = page.width() * kModelDpi;
-        double toDevice = painter.device()->logicalDpiX() / kModelDpi;
-        scale_ = toDevice * (total > room ? room / total : 1.0);
+        const int width = std::accumulate(widths_.begin(), widths_.end(), 0);
+        int rows = job.foot.empty() ? 0 : kFootRows;
+        for (const PrintedRows& page : job.pages)
+            rows = std::max(rows, page.last - page.first + 1 + (job.foot.empty() ? 0 : kFootRows));
+        const QRectF page = device.pageLayout().paintRect(QPageLayout::Inch);
+        const QSizeF room(page.width() * kModelDpi, page.height() * kModelDpi);
+        const double shrunk = std::min(
+            {1.0, room.width() / std::max(1, width), room.height() / std::max(1, rows * rowHeight_)});
+        scale_ = painter.device()->logicalDpiX() / kModelDpi * shrunk;
+        paper_ = room / shrunk;
     }
 
-    void paint(PrintedRows rows) {
+    void paint(size_t page) {
+        const PrintedRows rows = job_.pages[page];
         painter_.resetTransform();
         painter_.scale(scale_, scale_);
         painter_.setFont(font_);
@@ -63,9 +71,21 @@ class PagePainter {
                 left += width;
             }
         }
+        if (!job_.foot.empty()) paintFoot(toQt(pageText(job_, page)));
     }
 
   private:
+    void paintFoot(const QString& number) {
+        const QFontMetrics metrics(font_);
+        const QRect place(0, static_cast<int>(paper_.height()) - rowHeight_, static_cast<int>(paper_.width()),
+                          rowHeight_);
+        painter_.setPen(Qt::black);
+        painter_.drawText(place, Qt::AlignRight | Qt::AlignVCenter | Qt::TextSingleLine, number);
+        const int room = place.width() - metrics.horizontalAdvance(number + "  ");
+        painter_.drawText(place, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
+                          metrics.elidedText(toQt(job_.foot), Qt::ElideMiddle, room));
+    }
+
     void paintCell(const Cell& cell, const QRect& place) {
         if (cell.background != kOwnColour) painter_.fillRect(place, QColor(QRgb(cell.background)));
         painter_.setPen(cell.foreground != kOwnColour ? QColor(QRgb(cell.foreground)) : QColor(Qt::black));
@@ -79,6 +99,7 @@ class PagePainter {
     std::vector<int> widths_;  // as rowHeight_, pixels at 96 dpi
     int rowHeight_ = 0;
     double scale_ = 1.0;  // to pixels of the device
+    QSizeF paper_;        // what there is of it between the margins, in the same pixels
 };
 
 // Where a PDF file goes as long as the person says nothing else.
@@ -99,7 +120,7 @@ bool paintPages(const PrintJob& job, QPagedPaintDevice& device) {
     for (size_t page = 0; page < job.pages.size(); ++page) {
         if (job.onPage && !job.onPage(page)) break;
         if (page > 0 && !device.newPage()) return false;
-        pages.paint(job.pages[page]);
+        pages.paint(page);
     }
     return painter.end();
 }
@@ -114,7 +135,11 @@ bool printWithDialog(const PrintJob& job, QWidget* owner) {
     QPrintDialog dialog(&printer, owner);
     dialog.setOptions(QAbstractPrintDialog::PrintToFile);  // there is no range of pages to choose
     if (dialog.exec() != QDialog::Accepted) return false;
-    return paintPages(job, printer);
+    if (paintPages(job, printer)) return true;
+    const QString file = printer.outputFileName();
+    messageBox("Error", "\"" + fromQt(file.isEmpty() ? printer.printerName() : file) +
+                            "\" does not take the pages; nothing was printed, or not all of it.");
+    return false;
 }
 
 }  // namespace ui

@@ -324,6 +324,7 @@ int ScriptedBackend::ask(const OwnQuestion& question) {
 std::optional<std::string> ScriptedBackend::fileBox(const FileBox& box) {
     std::string shown = std::string(box.save ? "save file" : "open file") + " box \"" + box.filter +
                         "\" pattern \"" + box.pattern + "\" in \"" + box.folder + "\"";
+    if (box.folders) shown = "folder box in \"" + box.folder + "\"";
     std::optional<std::string> path = nextAnswer(files_, shown);
     if (path && path->empty()) path.reset();
     log_.push_back(shown + " -> " + path.value_or("Cancel"));
@@ -345,6 +346,7 @@ bool ScriptedBackend::print(const PrintJob& job) {
                 cells.push_back(job.table.text(column, row));
             shown += "\n" + text::join(cells, " | ");
         }
+        if (!job.foot.empty()) shown += "\n" + job.foot + " | " + pageText(job, page);
         log_.push_back(shown);
     }
     return true;

@@ -19,6 +19,7 @@
 #include "platform/ui/qt/dialog_window.h"
 #include "platform/ui/qt/qt_backend.h"
 #include "platform/ui/qt/qt_printing.h"
+#include "tests/platform/dao/scratch.h"
 #include "tests/platform/ui/qt_person.h"
 
 namespace fs = std::filesystem;
@@ -378,6 +379,29 @@ TEST_F(QtUi, APrintJobBecomesAFileOfPages) {
     told.clear();
     EXPECT_FALSE(ui::print(job));  // cancelled
     EXPECT_TRUE(told.empty());
+}
+
+// Rows that have no room on the paper are printed smaller, and so is what stands below them.
+TEST_F(QtUi, APageHasAllOfItsRowsWhateverThePaper) {
+    if (std::system("pdftotext -v >/dev/null 2>&1") != 0) GTEST_SKIP() << "pdftotext is not installed";
+    ui::Grid table(1);
+    makeTable(table);
+    const ui::PrintJob job{"Definitions...", table, {{1, 35}, {36, 40}}, {}, {}, "/a/template.mdb"};
+    const fs::path file = folder_ / "small.pdf";
+    for (QPageLayout::Orientation orientation : {QPageLayout::Portrait, QPageLayout::Landscape}) {
+        QPdfWriter writer(QString::fromStdString(file.string()));
+        writer.setPageSize(QPageSize(QPageSize::A6));
+        writer.setPageOrientation(orientation);
+        ASSERT_TRUE(ui::paintPages(job, writer));
+        const std::string text = outputOf("pdftotext -layout -f 1 -l 1 '" + file.string() + "' -");
+        for (int row = 1; row <= 35; ++row)
+            EXPECT_NE(text.find("FIELD " + std::to_string(row) + "\n"), std::string::npos) << row << "\n"
+                                                                                           << text;
+        EXPECT_NE(text.find("/a/template.mdb"), std::string::npos) << text;
+        EXPECT_NE(text.find("Page 1 of 2"), std::string::npos) << text;
+        // The foot stands below the last row, and not on it.
+        EXPECT_LT(text.find("FIELD 35"), text.find("/a/template.mdb"));
+    }
 }
 
 int main(int argc, char** argv) {
