@@ -99,7 +99,20 @@ std::optional<std::string> AskNewFieldSettings(const std::string& folder) {
     return ui::fileBox(box);
 }
 
-std::optional<std::string> AskReportFile(const std::string& folder) {
+std::optional<std::string> AskCodeDefinitions(const std::string& folder) {
+    ui::FileBox box = existing("Code Definition File(*.fld)|*.fld||", "*.fld", folder);
+    box.defaultExtension = "fld";
+    return ui::fileBox(box);
+}
+
+std::optional<std::string> AskFolder(const std::string& title) {
+    ui::FileBox box;
+    box.folders = true;
+    box.title = title;
+    return ui::fileBox(box);
+}
+
+std::optional<std::string> AskTextFileToSave(const std::string& folder) {
     ui::FileBox box = toSave("Text Files (*.txt)|*.txt||", "*.txt", folder);
     box.defaultExtension = "txt";
     return ui::fileBox(box);

@@ -28,6 +28,12 @@ std::optional<std::string> AskFeatureFileToDelete(const std::string& folder);
 
 // The notes that a data collector has left.
 std::optional<std::string> AskCollectorNotes(const std::string& folder);
+// The codes that a data collector knows, and a folder, such as that of its memory card.
+std::optional<std::string> AskCodeDefinitions(const std::string& folder);
+std::optional<std::string> AskFolder(const std::string& title);
+
+// A text file to write.
+std::optional<std::string> AskTextFileToSave(const std::string& folder);
 
 // Notes of the field, and lines of text, to import.
 std::optional<std::string> AskNoteFile(const std::string& folder);
@@ -35,8 +41,6 @@ std::optional<std::string> AskAsciiFile(const std::string& folder);
 // The fields of lines of text, to read and to write.
 std::optional<std::string> AskFieldSettings(const std::string& folder);
 std::optional<std::string> AskNewFieldSettings(const std::string& folder);
-// Where a report is to be saved.
-std::optional<std::string> AskReportFile(const std::string& folder);
 
 // A set of shape files by its .shp, and a coordinate file that is there, or a new one.
 std::optional<std::string> AskShapeSet(const std::string& folder);

@@ -78,4 +78,13 @@ void ImportFile(EditorSession& session);
 void ExportFile(EditorSession& session);
 void DeleteFile(EditorSession& session);
 
+// --- print_definitions, collector_upload, feature_from_table ----------------------------------------------
+
+// Shows the features of the template on a sheet that can be printed.
+void PrintDefinitions(EditorSession& session);
+// Sends features to a data collector.
+void UploadFeatures(EditorSession& session);
+// Fills the sheet with the fields of a table.
+void ImportTable(EditorSession& session);
+
 }  // namespace norvane

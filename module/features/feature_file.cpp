@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "module/features/line_pieces.h"
 #include "platform/files/files.h"
 #include "platform/text/code_page.h"
 #include "platform/text/text.h"
@@ -13,15 +14,6 @@ namespace {
 constexpr size_t kLongestPiece = 4095;  // bytes, the line end included
 constexpr size_t kFlags = 4;            // "|12|"
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-
-// The next line, or as much of it as a reader with a buffer of 4096 bytes gets at once.
-std::string_view takePiece(std::string_view& content) {
-    // Only the piece is searched: a file without line ends would else be gone through once for each.
-    std::string_view piece = content.substr(0, kLongestPiece);
-    piece = piece.substr(0, std::min(piece.find('\n'), piece.size() - 1) + 1);
-    content.remove_prefix(piece.size());
-    return piece.substr(0, piece.find('\0'));
-}
 
 FieldKind kindOf(char flag) {
     return flag == '1' ? FieldKind::kInt : flag == '2' ? FieldKind::kReal : FieldKind::kChar;
@@ -49,7 +41,7 @@ FeatureFileContent ParseFeatureFile(std::string_view content) {
     if (text::startsWith(content, kByteOrderMark)) content.remove_prefix(kByteOrderMark.size());
     const bool unicode = text::isValidUtf8(content);
     while (!content.empty()) {
-        std::string_view line = text::trim(takePiece(content));
+        std::string_view line = text::trim(TakePiece(content, kLongestPiece));
         ++file.lines;
         if (addLine(file.rows, unicode ? std::string(line) : text::decode(line))) ++file.validRows;
     }

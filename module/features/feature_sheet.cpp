@@ -11,6 +11,7 @@ FeatureSheet::FeatureSheet(ui::Grid& grid, ui::Edit& nameField)
 
 void FeatureSheet::setName(const std::string& name) {
     name_ = name;
+    isUnnamed_ = false;
     nameField_.setText(name.empty() ? "None" : name);
 }
 
@@ -22,11 +23,27 @@ void FeatureSheet::close() {
 void FeatureSheet::clear() {
     scope::TemporaryValue filling(filling_, true);
     attributes_.clear();
+    forgetTable();
 }
 
 void FeatureSheet::setRows(const std::vector<FeatureFileRow>& rows) {
     scope::TemporaryValue filling(filling_, true);
     attributes_.setRows(rows);
+    forgetTable();
+}
+
+void FeatureSheet::setRowsOfTable(const std::vector<FeatureFileRow>& rows, const std::string& table,
+                                  bool linked) {
+    setRows(rows);
+    setName("");
+    proposedName_ = table;
+    linkedTable_ = linked ? table : "";
+    isUnnamed_ = modified_ = true;
+}
+
+void FeatureSheet::forgetTable() {
+    proposedName_.clear();
+    linkedTable_.clear();
 }
 
 bool FeatureSheet::hasNames() const {

@@ -16,6 +16,8 @@ class FeatureSheet {
 
     const std::string& name() const { return name_; }  // "" for none
     void setName(const std::string& name);
+    // Whether there is something to be edited: a feature, or attributes that have none yet.
+    bool isOpen() const { return !name_.empty() || isUnnamed_; }
     bool modified() const { return modified_; }
     void setModified(bool on) { modified_ = on; }
 
@@ -24,6 +26,13 @@ class FeatureSheet {
     // No attributes.
     void clear();
     void setRows(const std::vector<FeatureFileRow>& rows);
+    // Attributes that were taken from a table; they have no feature yet. table: what is proposed as its name.
+    // linked: a save makes the feature write to the table.
+    void setRowsOfTable(const std::vector<FeatureFileRow>& rows, const std::string& table, bool linked);
+    // As they were given; "" once the attributes are saved.
+    const std::string& proposedName() const { return proposedName_; }
+    const std::string& linkedTable() const { return linkedTable_; }
+    void forgetTable();
     std::vector<FeatureFileRow> rows() const { return attributes_.rows(); }
     // Whether any attribute has a name.
     bool hasNames() const;
@@ -54,6 +63,8 @@ class FeatureSheet {
     ui::Edit& nameField_;
     AttributeGrid attributes_;
     std::string name_;
+    std::string proposedName_, linkedTable_;
+    bool isUnnamed_ = false;  // it has attributes, and no feature yet
     bool modified_ = false;
     bool filling_ = false;  // the editor itself moves about the grid
 };

@@ -53,6 +53,12 @@ std::string selectAllPrompts() {
 
 }  // namespace
 
+const std::vector<FeatureRow>& TemplateDefinitions::attributes(const std::string& feature) const {
+    static const std::vector<FeatureRow> kNone;
+    const auto found = features.find(text::upper(feature));
+    return found == features.end() ? kNone : found->second;
+}
+
 bool ChangeTemplate(const std::string& path, const std::function<void(CDaoDatabase&)>& work) {
     return WithDatabase(path, [&](CDaoDatabase& database) {
                database.BeginTrans();
@@ -102,6 +108,22 @@ void StoreFeature(CDaoDatabase& database, const std::string& feature, const std:
         records.Update();
     }
     addCategoryRow(database, count + 1, category, feature);
+}
+
+void LinkFeature(CDaoDatabase& database, const std::string& feature, const std::string& table) {
+    if (!EnsureLinksTable(database)) return;
+    // The first row says where a feature writes.
+    CDaoRecordset records(&database);
+    records.Open(dbOpenDynaset, SelectLinks(feature));
+    if (records.IsEOF()) {
+        records.AddNew();
+        records.SetFieldValue("GIS_NAME", feature);
+        records.SetFieldValue("IS_CURRENT", "NO");
+    } else {
+        records.Edit();
+    }
+    records.SetFieldValue("TABLE_NAME", table);
+    records.Update();
 }
 
 void CopyFeature(CDaoDatabase& database, const std::string& feature, const std::string& name,

@@ -3,11 +3,13 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "module/features/feature_row.h"
+#include "module/store/template_database.h"
 #include "platform/dao/dao.h"
 
 namespace norvane {
@@ -18,6 +20,16 @@ struct CategoryRow {
     std::string feature;
 };
 extern const char* const kCategoryPlaceholder;
+
+// All that a template defines.
+struct TemplateDefinitions {
+    std::vector<CategoryRow> categories;
+    std::map<std::string, std::vector<FeatureRow>>
+        features;  // their attributes, by their names in upper case
+
+    // None for a feature that has no records.
+    const std::vector<FeatureRow>& attributes(const std::string& feature) const;
+};
 
 // Opens a template, does the work as one transaction, closes it. False when that failed; the engine's words
 // have then been shown, and the template is as it was before.
@@ -31,6 +43,8 @@ bool IsFeatureStored(CDaoDatabase& database, const std::string& feature);
 // Adds the records of a feature and its row in the category, whose rows are numbered anew.
 void StoreFeature(CDaoDatabase& database, const std::string& feature, const std::string& category,
                   const std::vector<FeatureFileRow>& rows);
+// Makes a feature write to a table.
+void LinkFeature(CDaoDatabase& database, const std::string& feature, const std::string& table);
 // Copies the records of a feature under another name, into a category.
 void CopyFeature(CDaoDatabase& database, const std::string& feature, const std::string& name,
                  const std::string& category);

@@ -28,13 +28,22 @@ bool saveToCategory(EditorSession& s, const std::string& category) {
     if (!s.file.change([&](CDaoDatabase& database) {
             if (*stored) RemoveFeatureRecords(database, feature);
             StoreFeature(database, feature, category, rows);
+            if (!s.sheet.linkedTable().empty()) LinkFeature(database, feature, s.sheet.linkedTable());
         }))
         return false;
     s.category = category;
+    s.sheet.forgetTable();
     s.refillTree();
     s.tree.select(s.sheetNode());
     ui::information("Process done...", kInformationTime);
     return true;
+}
+
+// Asks for the name of attributes that have no feature yet. False when the person gave none.
+bool nameSheet(EditorSession& s) {
+    const std::string name = AskGoodName("Feature Name", s.sheet.proposedName());
+    if (!name.empty()) s.sheet.setName(name);
+    return !name.empty();
 }
 
 void setModified(EditorSession& s, bool on) {
@@ -55,11 +64,7 @@ bool AskSaveChanges(EditorSession& s) {
     const int answer = ui::messageBox("Alert", about + "Save Changes?", ui::kBoxAlert | ui::kBoxYesNoCancel);
     if (answer == ui::kNo) setModified(s, false);
     if (answer != ui::kYes) return answer == ui::kNo;
-    if (s.sheet.name().empty()) {
-        std::string name = AskGoodName("Feature Name");
-        if (name.empty()) return false;
-        s.sheet.setName(name);
-    }
+    if (s.sheet.name().empty() && !nameSheet(s)) return false;
     const std::vector<std::string> categories = s.tree.categories();
     if (categories.empty()) {
         ui::messageBox(
@@ -77,7 +82,7 @@ bool AskSaveChanges(EditorSession& s) {
 
 void SaveNow(EditorSession& s) {
     s.sheet.endEditing();
-    if (s.sheet.name().empty()) return;
+    if (!s.sheet.isOpen() || (s.sheet.name().empty() && !nameSheet(s))) return;
     std::string category = s.tree.categoryOf(s.sheetNode());
     if (category.empty() && s.tree.categories().empty())
         ui::messageBox("Alert", "No Categories found in the Template Database!");

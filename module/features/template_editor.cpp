@@ -32,6 +32,7 @@ struct Command {
 constexpr Command kCommands[] = {
     {kDatabaseNew, NewDatabase},
     {kDatabaseOpen, OpenTemplate},
+    {kDatabasePrint, PrintDefinitions},
     {kCategoryNew, NewCategory},
     {kCategoryDelete, DeleteCategory},
     {kCategoryRename, RenameCategory},
@@ -42,7 +43,9 @@ constexpr Command kCommands[] = {
     {kFeatureSaveAs, SaveFeatureAs},
     {kFeatureDelete, DeleteFeature},
     {kFeatureRename, RenameFeature},
+    {kFeatureImport, ImportTable},
     {kFeatureSearch, SearchFeature},
+    {kFileUpload, UploadFeatures},
     {kFileImport, ImportFile},
     {kFileExport, ExportFile},
     {kFileDelete, DeleteFile},
@@ -90,8 +93,9 @@ void TemplateEditor::exit() {
 void TemplateEditor::showState() {
     const CategoryTree& tree = session_.tree;
     const AttributeGrid& rows = session_.sheet.attributes();
-    const bool open = session_.file.isOpen(), editing = !session_.sheet.name().empty();
+    const bool open = session_.file.isOpen(), editing = session_.sheet.isOpen();
     session_.showTitle();
+    get<ui::Menu>(kMenu).enableEntry(kDatabasePrint, open);
     find(kPath)->setText(session_.file.path());
     const bool newer = session_.file.nextVersion() == DatabaseVersion::kAccess2000;
     get<ui::RadioButton>(newer ? kFormat2000 : kFormat97).check();

@@ -8,15 +8,13 @@ namespace {
 void addMenu(ui::Dialog& dialog) {
     auto& entries = dialog.add<ui::Menu>(kMenu).entries();
     auto heading = [&](const char* caption) { entries.push_back({0, caption, 0, true, false, ""}); };
-    auto entry = [&](int command, const char* caption, const char* shortcut = "", bool enabled = true) {
-        entries.push_back({command, caption, 1, enabled, false, shortcut});
+    auto entry = [&](int command, const char* caption, const char* shortcut = "") {
+        entries.push_back({command, caption, 1, true, false, shortcut});
     };
-    // The tools behind these entries are not there yet.
-    constexpr bool kNotBuilt = false;
     heading("&Template Database");
     entry(kDatabaseNew, "&New", "Ctrl+N");
     entry(kDatabaseOpen, "&Open...", "Ctrl+O");
-    entry(kDatabasePrint, "&Print...", "Ctrl+P", kNotBuilt);
+    entry(kDatabasePrint, "&Print...", "Ctrl+P");
     entry(kExit, "E&xit");
     heading("&Category");
     entry(kCategoryNew, "&New");
@@ -28,10 +26,10 @@ void addMenu(ui::Dialog& dialog) {
     entry(kFeatureSaveAs, "&Save As");
     entry(kFeatureDelete, "&Delete");
     entry(kFeatureRename, "&Rename");
-    entry(kFeatureImport, "&Import", "", kNotBuilt);
+    entry(kFeatureImport, "&Import");
     entry(kFeatureSearch, "&Search");
     heading("&GIS File");
-    entry(kFileUpload, "&Upload Features to Fieldline/Geoline/Rapidline", "", kNotBuilt);
+    entry(kFileUpload, "&Upload Features to Fieldline/Geoline/Rapidline");
     entry(kFileImport, "&Import");
     entry(kFileExport, "&Export");
     entry(kFileDelete, "&Delete");

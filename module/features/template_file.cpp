@@ -71,4 +71,10 @@ std::optional<bool> TemplateFile::hasFeature(const std::string& name) const {
     return readFrom<bool>(path_, [&](CDaoDatabase& database) { return IsFeatureStored(database, name); });
 }
 
+std::optional<TemplateDefinitions> TemplateFile::definitions() const {
+    return readFrom<TemplateDefinitions>(path_, [](CDaoDatabase& database) {
+        return TemplateDefinitions{ReadCategoryRows(database), ReadRowsOfFeatures(database)};
+    });
+}
+
 }  // namespace norvane

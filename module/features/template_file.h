@@ -42,6 +42,7 @@ class TemplateFile {
     std::optional<std::vector<CategoryRow>> categories() const;
     std::optional<std::vector<FeatureFileRow>> feature(const std::string& name) const;
     std::optional<bool> hasFeature(const std::string& name) const;
+    std::optional<TemplateDefinitions> definitions() const;
 
   private:
     void use(const std::string& path);

@@ -28,6 +28,16 @@ bool ObjectDataUsable() {
     }
 }
 
+bool OffersObjectData() {
+    constexpr int kUsable = 2;  // and above
+    const int engine = ProbeObjectData();
+    return engine < 0 || engine >= kUsable;
+}
+
+std::vector<ObjectDataTable> ObjectDataTables() {
+    return {};
+}
+
 void RunObjectDataPrompt(const PromptRequest&) {}
 
 }  // namespace norvane

@@ -92,9 +92,14 @@ void DatabaseChooser::chooseExisting() {
     end(ui::kOk);
 }
 
-// A source on a server, by the sign-in box of its engine. The path is without the password.
-void DatabaseChooser::signIn() {
+std::string AskServer() {
+    std::string path;
     WithDatabase("ODBC;DSN=", [&](CDaoDatabase& database) { path = database.GetConnect().text(); });
+    return path;
+}
+
+void DatabaseChooser::signIn() {
+    path = AskServer();
     if (!path.empty()) end(ui::kOk);
 }
 

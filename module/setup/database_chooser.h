@@ -43,6 +43,10 @@ class DatabaseChooser : public ui::Dialog {
 // settings.
 std::optional<std::string> ChooseDatabase(DatabaseChooser::Mode mode, const std::string& folder = "");
 
+// Asks for a source on a server by the sign-in box of its engine. Its path, which is without the password; ""
+// when the person cancelled.
+std::string AskServer();
+
 // Function code 14: an output database. Takes the folder where the boxes start; gives the path, or nil.
 void ChooseFile(Call& call);
 

@@ -61,13 +61,28 @@ std::vector<std::string> ReadFeatureNames(CDaoDatabase& database) {
     return names;
 }
 
+namespace {
+
+FeatureRow presentRow(const CDaoRecordset& records) {
+    return {FieldText(records, "FIELD_NAME"), FieldText(records, "FIELD_PROMPT"),
+            FieldText(records, "DEFAULT_VALUE"), FieldText(records, "LIST_VALUES")};
+}
+
+}  // namespace
+
 std::vector<FeatureRow> ReadFeatureRows(CDaoDatabase& database, const std::string& feature) {
     std::vector<FeatureRow> rows;
-    ForEachRecord(database, SelectFeaturePrompts(feature), [&](CDaoRecordset& records) {
-        rows.push_back({FieldText(records, "FIELD_NAME"), FieldText(records, "FIELD_PROMPT"),
-                        FieldText(records, "DEFAULT_VALUE"), FieldText(records, "LIST_VALUES")});
-    });
+    ForEachRecord(database, SelectFeaturePrompts(feature),
+                  [&](CDaoRecordset& records) { rows.push_back(presentRow(records)); });
     return rows;
+}
+
+std::map<std::string, std::vector<FeatureRow>> ReadRowsOfFeatures(CDaoDatabase& database) {
+    std::map<std::string, std::vector<FeatureRow>> features;
+    ForEachRecord(database, std::string("SELECT * FROM ") + kPromptingTable, [&](CDaoRecordset& records) {
+        features[text::upper(FieldText(records, "GIS_NAME"))].push_back(presentRow(records));
+    });
+    return features;
 }
 
 std::optional<FeatureTable> ReadCurrentFeature(CDaoDatabase& database) {

@@ -1,6 +1,7 @@
 // The template database: the attributes of each feature, its category, and the table that it writes to.
 #pragma once
 
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -37,6 +38,8 @@ struct FeatureRow {
     std::string listValues;
 };
 std::vector<FeatureRow> ReadFeatureRows(CDaoDatabase& database, const std::string& feature);
+// The same of all features by their names in upper case, the table being walked once.
+std::map<std::string, std::vector<FeatureRow>> ReadRowsOfFeatures(CDaoDatabase& database);
 
 // A feature and the output table that it writes to.
 struct FeatureTable {

@@ -39,7 +39,7 @@ class ReportBox : public ui::Dialog {
   private:
     void onCommand(int id) override {
         if (id != kSave) return Dialog::onCommand(id);
-        const std::optional<std::string> path = AskReportFile(folder_);
+        const std::optional<std::string> path = AskTextFileToSave(folder_);
         if (!path) return;
         if (!files::replace(*path, lines_.whole()))
             ui::messageBox("Error", "The report cannot be written to " + *path + ".");
