@@ -143,4 +143,14 @@ bool matchesNoCase(std::string_view text, std::string_view pattern) {
     return matchesWildCards(upper(text), upper(pattern));
 }
 
+std::string literalPattern(std::string_view text) {
+    constexpr std::string_view kSpecial = "#@.*?~[]-,`";
+    std::string pattern;
+    for (char c : text) {
+        if (kSpecial.find(c) != std::string_view::npos) pattern += '`';
+        pattern += c;
+    }
+    return pattern;
+}
+
 }  // namespace text

@@ -1,6 +1,7 @@
 // Wild-card patterns of the CAD host.
 #pragma once
 
+#include <string>
 #include <string_view>
 
 namespace text {
@@ -10,5 +11,7 @@ namespace text {
 bool matchesWildCards(std::string_view text, std::string_view pattern);
 // The same without regard to case, as names of layers, blocks, types and applications are compared.
 bool matchesNoCase(std::string_view text, std::string_view pattern);
+// The pattern that a text alone matches: a name may hold characters that stand for others in a pattern.
+std::string literalPattern(std::string_view text);
 
 }  // namespace text
