@@ -282,6 +282,10 @@ DbfFieldClass DbfGetFieldInfo(const DbfHandle* handle, int32_t index, std::strin
     }
 }
 
+std::string_view DbfReadRecord(DbfHandle* handle, int32_t record) {
+    return loadRecord(*handle, record) ? std::string_view(handle->recordBuffer) : std::string_view();
+}
+
 const char* DbfReadStringAttribute(DbfHandle* handle, int32_t record, int32_t field) {
     if (!hasField(*handle, field) || !loadRecord(*handle, record)) return nullptr;
     const std::string_view bytes = withoutBlanks(fieldBytes(*handle, field));

@@ -51,6 +51,9 @@ int32_t DbfGetRecordCount(const DbfHandle* handle);
 // decimals.
 int32_t DbfAddField(DbfHandle* handle, std::string_view name, DbfFieldClass type, int32_t width,
                     int32_t decimals);
+// A record as it is stored, its mark of deletion in front; valid until the next read of the table, or its
+// close. Empty for a record that is not there.
+std::string_view DbfReadRecord(DbfHandle* handle, int32_t record);
 // Every out argument may be null.
 DbfFieldClass DbfGetFieldInfo(const DbfHandle* handle, int32_t index, std::string* name, int32_t* width,
                               int32_t* decimals);
