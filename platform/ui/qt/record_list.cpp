@@ -5,6 +5,7 @@
 #include <QHeaderView>
 #include <QMouseEvent>
 #include <QTableView>
+#include <algorithm>
 
 #include "platform/ui/qt/dialog_window.h"
 #include "platform/ui/qt/qt_text.h"
@@ -55,7 +56,13 @@ class RecordView : public QTableView {
           dialog_(dialog),
           items_(new Items(list, *this, this)),
           columns_(
-              *this, [&window](int) { return window.scaled(kNarrowest); },
+              *this,
+              [this, &window](int column) {
+                  const std::string heading =
+                      list_.headings().empty() ? "" : list_.headings()[static_cast<size_t>(column)];
+                  return std::max(window.scaled(kNarrowest),
+                                  fontMetrics().horizontalAdvance(toQt(heading)) + window.scaled(kPadding));
+              },
               [this, &window](int column, int row) {
                   return fontMetrics().horizontalAdvance(toQt(list_.text(row, column))) +
                          window.scaled(kPadding);
