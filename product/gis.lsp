@@ -437,14 +437,9 @@
 
 ;; --- Links -----------------------------------------------------------------------------------------------
 
-;; Says that a tool is not there yet.
-(defun gis:not-there (tool)
-  (prompt (strcat "\n" tool " is not there yet."))
-  (princ))
-
 (defun c:gis-links () (cf:gis_smart_prompting 4) (princ))
-(defun c:gis-blocklinks () (gis:not-there "The tool for links of title blocks"))
-(defun c:gis-titles () (gis:not-there "The tool for title blocks"))
+(defun c:gis-blocklinks () (cf:gis_smart_prompting 5) (princ))
+(defun c:gis-titles () (cf:gis_smart_prompting 6) (princ))
 (defun c:gis-audit () (cf:gis_smart_prompting 8) (princ))
 
 ;; Tells what is wrong between links and records, and saves it; values that the drawing has otherwise may go into the

@@ -59,6 +59,13 @@ std::optional<std::string> AskNewOutput(const std::string& folder) {
     return ui::fileBox(toSave(std::string(kNewDatabases) + kOtherDatabases + "|", "*.mdb", folder));
 }
 
+std::optional<std::string> AskRecordSource(const std::string& folder) {
+    return ui::fileBox(existing(
+        std::string(kExistingDatabases) + "Microsoft Excel Files (*.xls)|*.xls|dBASE5 Files (*.dbf)|*.dbf|" +
+            kOtherDatabases + "Workbooks (*.xlsx, *.ods)|*.xlsx;*.ods|Delimited Text (*.csv)|*.csv||",
+        "*.mdb", folder));
+}
+
 std::optional<std::string> AskProjectionFile(const std::string& folder) {
     return ui::fileBox(existing("Projection Files (*.prj)|*.prj||", "*.prj", folder));
 }

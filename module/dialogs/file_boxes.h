@@ -18,6 +18,9 @@ std::optional<std::string> AskNewDatabase(const std::string& folder);
 std::optional<std::string> AskExistingOutput(const std::string& folder);
 std::optional<std::string> AskNewOutput(const std::string& folder);
 
+// A file with tables from which texts of title blocks come.
+std::optional<std::string> AskRecordSource(const std::string& folder);
+
 // What says in which reference system coordinates are.
 std::optional<std::string> AskProjectionFile(const std::string& folder);
 

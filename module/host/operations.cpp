@@ -16,6 +16,7 @@
 #include "module/setup/gis_settings_dialog.h"
 #include "module/store/bulk_add.h"
 #include "module/store/template_database.h"
+#include "module/titleblocks/title_operations.h"
 #include "module/transfer/database_utilities_dialog.h"
 #include "module/transfer/export_operations.h"
 #include "module/transfer/import_dialog.h"
@@ -24,15 +25,13 @@ namespace norvane {
 
 namespace {
 
-// One whose tool is not built does nothing and gives 0, as any does without its arguments.
-constexpr Operation kNotBuilt = nullptr;
 constexpr Operation kOperations[] = {
     PromptForEntity,       // 1
     StoreSlot,             // 2
     FetchSlot,             // 3
     LinkFromBlocks,        // 4
-    kNotBuilt,             // 5 block link settings
-    kNotBuilt,             // 6 title blocks
+    EditBlockLinks,        // 5
+    UpdateTitleBlocks,     // 6
     ShowGisSettings,       // 7
     AuditLinks,            // 8
     ExportSelection,       // 9

@@ -3,6 +3,7 @@
 #include "module/linktools/link_report.h"
 #include "module/linktools/linked_entities.h"
 #include "module/points/point_functions.h"
+#include "module/titleblocks/title_operations.h"
 #include "module/transfer/export_operations.h"
 #include "module/transfer/import_dialog.h"
 #include "module/transfer/point_file_chooser.h"
@@ -44,6 +45,9 @@ constexpr OwnFunction kFunctions[] = {
     {"gis:link-report", 1030, GiveLinkReport},
     {"gis:update-records", 1031, UpdateLinkedRecords},
     {"gis:linked-entities", 1032, GiveLinkedEntities},
+    {"gis:fill-titles", 1060, FillTitles},
+    {"gis:compare-titles", 1061, CompareTitles},
+    {"gis:drawings", 1062, ListDrawings},
 };
 
 }  // namespace

@@ -399,7 +399,7 @@ TEST(MenuFile, OffersWhatIsWrittenInIt) {
     EXPECT_TRUE(more[0].entries[0].enabled);
     EXPECT_EQ(more[0].entries[6].command, "GIS-LINKS");
     EXPECT_EQ(more[0].entries.back().command, "GIS-TITLES");
-    EXPECT_FALSE(more[0].entries.back().enabled);
+    EXPECT_TRUE(more[0].entries.back().enabled);
     EXPECT_EQ(more[1].caption, "&GIS/For p&rograms");
     EXPECT_TRUE(more[3].isToolBar);
     EXPECT_TRUE(hostcad::readMenuFile("no such file").empty());

@@ -236,13 +236,6 @@ TEST_F(Commands, APointThatWasDrawnForNothingGoes) {
     EXPECT_EQ(lisp("(sslength (ssget \"_X\" '((0 . \"POINT\"))))"), "1");
 }
 
-TEST_F(Commands, ToolsThatAreNotThereSaySo) {
-    for (const char* command : {"blocklinks", "titles"}) {
-        lisp(std::string("(c:gis-") + command + ")");
-        EXPECT_NE(printed().find(" is not there yet."), std::string::npos) << command;
-    }
-}
-
 TEST_F(Commands, BlocksAreDrawnFromRecords) {
     answer(164, {click("Exit")});
     lisp("(c:gis-blocks)");

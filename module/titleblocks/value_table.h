@@ -1,0 +1,71 @@
+// What links look up: the values of records, found by the text of a key. A table is read once for all of its
+// links.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <string>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include "module/titleblocks/block_link.h"
+#include "module/titleblocks/record_source.h"
+
+namespace norvane {
+
+// Asked at each record, of which so many have been read; false ends the reading.
+using GoOnReading = std::function<bool(long records)>;
+
+// One table. Of several records with a key the first counts. Names of fields are in capitals.
+class ValueTable {
+  public:
+    // Before reading: records are to be found by this key, and to give this field.
+    void want(const std::string& key, const std::string& field);
+    // False when it was ended. Exceptions pass through, and leave the table empty.
+    bool read(RecordSource& source, const std::string& table, const GoOnReading& goOn);
+
+    // The value of a field in the record of a key, compared exactly; null when there is no such record or
+    // field.
+    const std::string* find(const std::string& key, const std::string& keyValue,
+                            const std::string& field) const;
+    // The values that a key has, each once, in the order of the records, without the empty one.
+    const std::vector<const std::string*>& keyValues(const std::string& key) const;
+
+  private:
+    struct Key {
+        size_t column = 0;
+        std::unordered_map<std::string, uint32_t> records;
+        std::vector<const std::string*> values;
+    };
+    void clear();
+    size_t columnOf(const std::string& name);
+    void keep(std::span<const std::string> record);
+
+    std::vector<std::string> columns_;
+    std::vector<std::string> missing_;  // of them, those that the table does not have
+    std::map<std::string, Key> keys_;
+    std::vector<std::string> values_;  // of one record behind the other
+};
+
+class ValueTables {
+  public:
+    using Tell = std::function<void(const std::string& words)>;
+    // Reads the tables that links name, once each; those of the second list are tried again for what they
+    // refuse. The words of a source that cannot be read go to `tell`, once a table, and its values stay out;
+    // one that is missing stays out silently. False when it was ended: there are no values then.
+    bool read(const std::vector<BlockLink>& links, const std::vector<BlockLink>& refused, const Tell& tell,
+              const GoOnReading& goOn);
+
+    const std::string* find(const BlockLink& link, const std::string& keyValue) const;
+    const std::vector<const std::string*>& keyValues(const BlockLink& link) const;
+
+  private:
+    using Name = std::pair<std::string, std::string>;  // database and table
+    static Name nameOf(const BlockLink& link) { return {link.database.text(), link.table}; }
+
+    std::map<Name, ValueTable> tables_;
+};
+
+}  // namespace norvane
