@@ -106,7 +106,10 @@ bool PointImport::readRecords(ImportProgress& progress, ImportReport& report, st
                                point.northing = record.shape.y[0];
                                point.easting = record.shape.x[0];
                                point.elevation = hasHeight ? record.shape.z[0] : text::toReal(record.height);
-                               point.name = freeId(idForm(record.id), counter);
+                               const std::string wanted = idForm(record.id);
+                               point.name = freeId(wanted, counter);
+                               const bool isCut = cutCharacters(record.id, kLongestName) != record.id;
+                               if (!record.id.empty() && (isCut || point.name != wanted)) ++report.idsChanged;
                                if (add(point, report)) report.points.push_back(point.name);
                                ids.push_back(point.name);
                                return true;

@@ -52,6 +52,14 @@ void TellImport(const ImportShpSettings& settings, const ImportReport& report) {
     if (report.valuesCut > 0)
         acutPrintf("\n%s cut to the size of the column.",
                    text::counted(report.valuesCut, "value was", "values were").c_str());
+    if (!report.fieldsRefused.empty())
+        acutPrintf("\nNot written, since their columns in %s are not of text: %s.",
+                   settings.tableName.c_str(), text::join(report.fieldsRefused, ", ").c_str());
+    if (report.idsChanged > 0)
+        acutPrintf("\n%s: theirs were taken, or cannot stand in the coordinate file.",
+                   text::counted(report.idsChanged, "point has another id than in the set",
+                                 "points have other ids than in the set")
+                       .c_str());
     if (!report.outputCopy.empty())
         acutPrintf("\nThe output as it was before is kept in %s.", report.outputCopy.c_str());
     const std::string reference = ReferenceOf(settings.shpPath);

@@ -26,6 +26,8 @@ struct ImportReport {
     size_t pointsRefused = 0;   // by the coordinate file
     size_t linksRefused = 0;    // by the drawing: a text of the link is too long
     size_t valuesCut = 0;       // to the size of their column
+    size_t idsChanged = 0;      // of points: theirs were taken, or cannot stand in the coordinate file
+    std::vector<std::string> fieldsRefused;  // those that the table has, but not for texts
 };
 
 // Lines on the command line: what was made and where, what was left out and why, and which reference system

@@ -28,10 +28,13 @@ struct Source {
 };
 
 std::vector<Source> sourcesOf(const DbfHandle& table, const std::vector<ImportedField>& fields,
-                              const std::vector<long>& sizes) {
+                              const std::vector<long>& sizes, std::vector<std::string>& refused) {
     std::vector<Source> sources;
     for (size_t i = 0; i < fields.size(); ++i) {
-        if (sizes[i] == TextTable::kNoText) continue;
+        if (sizes[i] == TextTable::kNoText) {
+            refused.push_back(fields[i].column);
+            continue;
+        }
         const DbfFieldClass type = DbfGetFieldInfo(&table, fields[i].index, nullptr, nullptr, nullptr);
         sources.push_back({fields[i].index, type, fields[i].column, static_cast<size_t>(sizes[i])});
     }
@@ -72,7 +75,7 @@ bool WriteRows(CDaoDatabase& database, const ImportShpSettings& settings, DbfHan
     std::vector<std::string> columns;
     for (const ImportedField& field : fields) columns.push_back(field.column);
     const TextTable made = EnsureTextTable(database, settings.tableName, columns);
-    const std::vector<Source> sources = sourcesOf(table, fields, made.sizes);
+    const std::vector<Source> sources = sourcesOf(table, fields, made.sizes, report.fieldsRefused);
 
     KeyedRecords records(database, "SELECT * FROM " + made.table, kKeyFields, ids);
     auto writeValues = [&](CDaoRecordset& record, size_t row) {

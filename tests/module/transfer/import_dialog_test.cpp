@@ -182,7 +182,9 @@ TEST_F(ImportSheet, ACoordinateFileThatIsThereIsAskedAbout) {
     ui_.answerBox("No");
     ui_.answerBox("Yes");
     ui_.answerBox("No");
+    write("names.not", "1 A note of the old file");
     import("names");
+    EXPECT_FALSE(fs::exists(path("names.not")));
     EXPECT_EQ(points("names.crd").size(), 2u);
     EXPECT_EQ(points("names.crd")[0], "A1 2.000 1.000 0.000 NAMES");
 }

@@ -33,7 +33,8 @@ class ImportFaults : public ImportTest {
         std::string found;
         if (count("POLYLINE") > 0) found += "polylines ";
         if (lisp("(tblsearch \"LAYER\" \"L\")") != "nil") found += "layer ";
-        if (fs::exists(path(folder + table + ".crd"))) found += "points ";
+        for (const char* file : {".crd", "_.crd"})
+            if (fs::exists(path(folder + table + file))) found += table + file + " ";
         found += sqlite(folder + "output.mdb", "select name from MSysObjects where name = '" + table + "'");
         found += sqlite(folder + "template.mdb",
                         "select GIS_NAME from ZGEO_SMART_PROMPTING where GIS_NAME = '" + table + "'");

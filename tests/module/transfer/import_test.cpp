@@ -97,6 +97,7 @@ TEST_F(Import, PointsGoIntoAFileOfNumbers) {
                                         "3 500.000 1004.000 12.250 SHOTS", "4 500.000 1003.000 12.250 SHOTS",
                                         "10 500.000 1000.000 12.250 SHOTS"}));
     EXPECT_EQ(output("select PT_ID, NOTE from SHOTS"), "10|0\n1|1\n2|2\n4|3\n3|4\n");
+    EXPECT_NE(printed().find("\n2 points have other ids than in the set: "), std::string::npos);
     EXPECT_EQ(lisp("new_crdform"), "nil");
 }
 
@@ -107,6 +108,9 @@ TEST_F(Import, PointsGoIntoAFileOfNames) {
     EXPECT_EQ(import("shots"), "nil");
     EXPECT_EQ(points("shots.crd").size(), 8u);
     EXPECT_EQ(output("select PT_ID from SHOTS"), "A1\n7\n1\nA_1_B\nA2\nGPS_BASE_\nGPS_BASE2\nGPS_BASE3\n");
+    EXPECT_NE(printed().find("\n4 points have other ids than in the set: theirs were taken, or cannot stand "
+                             "in the coordinate file."),
+              std::string::npos);
     EXPECT_EQ(lisp("new_crdform"), "4");
 }
 
@@ -176,6 +180,9 @@ TEST_F(Import, ATableThatIsThereKeepsItsOtherFieldsAndTypes) {
     const std::string said = printed();
     EXPECT_NE(said.find("1 record added to PLOTS and 1 changed"), std::string::npos) << said;
     EXPECT_NE(said.find("\n2 values were cut to the size of the column."), std::string::npos) << said;
+    EXPECT_NE(said.find("\nNot written, since their columns in PLOTS are not of text: AREA."),
+              std::string::npos)
+        << said;
     EXPECT_TRUE(shown("Records of the table PLOTS that came from elsewhere have ids of this set: 1."));
     EXPECT_EQ(sqlite("template.mdb", "select FIELD_NAME from ZGEO_SMART_PROMPTING where GIS_NAME = 'PLOTS'"),
               "OWNER\nTAXES\n");
