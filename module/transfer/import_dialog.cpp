@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <optional>
+#include <unordered_set>
 
 #include "module/cad/drawing_folder.h"
 #include "module/cad/layers.h"
@@ -510,7 +511,9 @@ void ImportLinkedPoints(Call& call) {
     addTexts(list, {settings.templatePath, settings.outputPath, settings.tableName});
     list.add(RTLE);
     list.add(RTLB);
-    addTexts(list, points->names);
+    std::unordered_set<std::string> drawn;
+    for (const std::string& name : points->names)
+        if (drawn.insert(name).second) list.addText(RTSTR, name);
     list.add(RTLE);
     call.result = ResultBuffers(list.take());
 }

@@ -143,7 +143,7 @@ bool PointImport::add(PointRecord point, ImportReport& report) {
     const bool isSomewhere =
         std::isfinite(point.northing) && std::isfinite(point.easting) && std::isfinite(point.elevation);
     if (isSomewhere && PointStore.currentFile->ValidateName(point.name) == 0) {
-        names_.insert(point.name);
+        if (!names_.insert(point.name).second) ++report.pointsReplaced;
         points_.push_back(std::move(point));
         return true;
     }

@@ -25,7 +25,8 @@ class Parts {
 std::string whatWasMade(const ImportShpSettings& settings, const ImportReport& report) {
     if (settings.crdPath.empty())
         return text::counted(report.polylines, "polyline", "polylines") + " drawn on " + settings.layerName;
-    return text::counted(report.points.size(), "point", "points") + " written to " + settings.crdPath;
+    return text::counted(report.points.size() - report.pointsReplaced, "point", "points") + " written to " +
+           settings.crdPath;
 }
 
 std::string whatWasRecorded(const ImportShpSettings& settings, const ImportReport& report) {
@@ -45,6 +46,8 @@ void TellImport(const ImportShpSettings& settings, const ImportReport& report) {
     out.add(report.shortParts, "part of fewer than two vertices", "parts of fewer than two vertices");
     out.add(report.badCoordinates, "shape without a place", "shapes without a place");
     out.add(report.pointsRefused, "point that the file cannot hold", "points that the file cannot hold");
+    out.add(report.pointsReplaced, "point that a later one of its id replaced",
+            "points that later ones of their ids replaced");
     out.add(report.linksRefused, "link too long for the drawing", "links too long for the drawing");
     if (!out.text().empty()) acutPrintf("\nLeft out: %s.", out.text().c_str());
     if (report.unreadable > 0)

@@ -9,7 +9,8 @@
 
 namespace norvane {
 
-// The names of the points that were written.
+// The names of the points that were written, some of them twice where a point took the place of another one
+// of the set.
 using ImportResultList = std::vector<std::string>;
 
 struct ImportReport {
@@ -24,6 +25,7 @@ struct ImportReport {
     size_t shortParts = 0;      // of fewer than two vertices
     size_t badCoordinates = 0;  // parts and points that are nowhere
     size_t pointsRefused = 0;   // by the coordinate file
+    size_t pointsReplaced = 0;  // by later ones of the set that have the same id
     size_t linksRefused = 0;    // by the drawing: a text of the link is too long
     size_t valuesCut = 0;       // to the size of their column
     size_t idsChanged = 0;      // of points: theirs were taken, or cannot stand in the coordinate file

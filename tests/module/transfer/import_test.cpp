@@ -147,6 +147,16 @@ TEST_F(Import, AnIdThatComesTwiceOverwritesItsOwnPoint) {
     EXPECT_EQ(points("shots.crd"), (std::vector<std::string>{"5 500.000 1001.000 12.250 SHOTS",
                                                              "6 500.000 1002.000 12.250 SHOTS"}));
     EXPECT_EQ(output("select PT_ID, NOTE from SHOTS"), "5|1\n6|2\n");
+    const std::string said = printed();
+    EXPECT_NE(said.find("2 points written to "), std::string::npos) << said;
+    EXPECT_NE(said.find("\nLeft out: 1 point that a later one of its id replaced."), std::string::npos)
+        << said;
+    ui_.answerBox("Yes");
+    ui_.answerBox("Yes");
+    ui_.answerBox("Yes");
+    ui_.answerFile(path("shots.shp"));
+    answer(148, {click("Select SHP File"), check("Overwrite Points in CRD File"), ImportTest::import()});
+    EXPECT_EQ(lisp("(caddr (gis:import))"), "(\"5\" \"6\")");
 }
 
 TEST_F(Import, ATableThatIsThereKeepsItsOtherFieldsAndTypes) {
