@@ -1,6 +1,7 @@
 // Areas of linework and the links of areas to records, at three sizes or in a drawing.
 //
 //     areas_bench [LARGEST]        lots in rows that share their sides, each with its label
+//     areas_bench --crowd LINES    lines that all go through one point, within a square
 //     areas_bench --drawing FILE   what is on the layers PARCELS and LOTS
 //
 // Times are of the processor and by the clock, in seconds: tracing alone, and function code 20 in whole, from
@@ -102,6 +103,24 @@ void measure(QuietHost& host, const char* what, const fs::path& folder) {
     ui::setBackend(nullptr);
 }
 
+// Lines through one point, and one seed.
+void measureCrowd(QuietHost& host, int lines) {
+    host.run(
+        "(defun line (x y u v) (entmake (list '(0 . \"LINE\") (list 10 x y 0.0) (list 11 u v 0.0))))"
+        "(line -90.0 -90.0 90.0 -90.0) (line 90.0 -90.0 90.0 90.0) (line 90.0 90.0 -90.0 90.0) (line -90.0 "
+        "90.0 "
+        "-90.0 -90.0)"
+        "(setq n " +
+        std::to_string(lines) +
+        " i 0) (repeat n (setq a (/ (* pi i) n) x (* 150.0 (cos a)) y (* 150.0 (sin a)) i (1+ i)) (line x y "
+        "(- x) "
+        "(- y)))");
+    std::string made;
+    const Time tracing = timeOf([&] { made = host.run("(cf:scbpoly 1 (ssget \"X\") '(50.0 20.0 0.0))"); });
+    std::printf("%7d lines through one point: %s area traced in %6.2f (%6.2f)\n", lines, made.c_str(),
+                tracing.processor, tracing.wall);
+}
+
 }  // namespace
 
 int main(int count, char** arguments) {
@@ -118,6 +137,9 @@ int main(int count, char** arguments) {
             measure(host, "drawing", folderOf("drawing"));
         else
             std::fprintf(stderr, "%s\n", error.c_str());
+    } else if (count > 2 && std::strcmp(arguments[1], "--crowd") == 0) {
+        QuietHost host;
+        measureCrowd(host, std::atoi(arguments[2]));
     } else {
         const int largest = count > 1 ? std::atoi(arguments[1]) : 20000;
         for (int lots : {largest / 100, largest / 10, largest}) {

@@ -105,7 +105,9 @@ Value checkAreas(lisp::Interpreter& interpreter, const lisp::Arguments& argument
     const Linework linework = readLinework(drawing, set->members());
     const std::optional<plane::LineworkGraph> graph =
         plane::graphOf(linework.pieces, [&] { return interpreter.takeCancel(); });
-    if (!graph) return Value::string("cancelled");
+    if (graph && graph->isTooDense)
+        Host::current()->write("\nToo many pieces of linework lie above each other: they are not checked.\n");
+    if (!graph || graph->isTooDense) return Value::string("cancelled");
     const std::vector<Ring> rings = plane::smallestRings(linework.pieces, *graph, linework.closed);
     AreaCheck check(*graph, rings, distance);
     for (ObjectId id : set->members()) {

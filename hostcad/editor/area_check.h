@@ -16,7 +16,7 @@ class Host;
 //     ("END" place length)        a free end that sticks out by so much
 // Gaps and ends are told up to the distance, a number above 0. An area is labelled by the texts for which it
 // is the smallest round their first point. Nil is no fault; "cancelled" when the user presses Escape
-// meanwhile.
+// meanwhile, or there is too much linework in one place, which a line tells.
 void defineAreaCheck(Host& host);
 
 }  // namespace hostcad

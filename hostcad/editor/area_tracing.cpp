@@ -46,6 +46,10 @@ lisp::Value traceAreas(lisp::Interpreter& interpreter, const lisp::Arguments& ar
     if (graph && gap > 0 && plane::bridgeGaps(*graph, gap, linework.pieces) > 0)
         graph = plane::graphOf(linework.pieces, isCancelled);
     if (!graph) return {};
+    if (graph->isTooDense) {
+        host.write("\nToo many pieces of linework lie above each other: no areas are traced.\n");
+        return {};
+    }
     if (graph->leftOut > 0)
         host.write(text::format("\n%zu pieces of linework without a place in the plane are left out.\n",
                                 graph->leftOut));

@@ -13,7 +13,8 @@ class Host;
 // An area is made once, however many points lie in it. A polyline that is the whole boundary comes back with
 // its vertices, other boundaries have the ends of what they are made of; arcs stay arcs. Ends that hang free
 // are joined to what is nearest within the distance of the variable AREAGAP. The mode is a number that is
-// passed over. Gives nil, and makes nothing, when the user presses Escape meanwhile.
+// passed over. Gives nil, and makes nothing, when the user presses Escape meanwhile, or where too
+// much linework lies in one place, which a line tells.
 void defineAreaTracing(Host& host);
 
 }  // namespace hostcad

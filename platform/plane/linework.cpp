@@ -43,11 +43,6 @@ class NodeTable {
     std::unordered_multimap<uint64_t, uint32_t> cells_;
 };
 
-struct Cut {
-    double share;
-    Point place;
-};
-
 bool hasPlace(const Piece& piece) {
     for (double c : {piece.from().x, piece.from().y, piece.to().x, piece.to().y})
         if (!(std::abs(c) <= kFarthest)) return false;
@@ -60,30 +55,10 @@ Box widened(Box box, double by) {
     return box;
 }
 
-// Straight pieces that are cut in one place, and whose ends are away from each other, do not meet again.
-// Spares the many pairs of pieces that all go through one point; pieces with more cuts are rather tried.
-bool haveMet(const Piece& a, const std::vector<Cut>& cutsOfA, const Piece& b,
-             const std::vector<Cut>& cutsOfB) {
-    constexpr size_t kFew = 2;
-    if (cutsOfA.empty() || cutsOfB.empty() || cutsOfA.size() > kFew || cutsOfB.size() > kFew) return false;
-    if (a.arc() || b.arc()) return false;
-    for (const Cut& of : cutsOfA)
-        for (const Cut& other : cutsOfB) {
-            if (distance(of.place, other.place) > kSamePlace / 16) continue;
-            const Point along = a.to() - a.from(), across = b.to() - b.from();
-            const double sine =
-                std::abs(along.x * across.y - along.y * across.x) / (length(along) * length(across));
-            const double nearest = std::min({distance(of.place, a.from()), distance(of.place, a.to()),
-                                             distance(of.place, b.from()), distance(of.place, b.to())});
-            return sine * nearest > 2 * kSamePlace;
-        }
-    return false;
-}
-
 class GraphBuilder {
   public:
     GraphBuilder(std::span<const Piece> pieces, const IsCancelled& isCancelled)
-        : pieces_(pieces), isCancelled_(isCancelled), table_(graph_.nodes), cuts_(pieces.size()) {}
+        : pieces_(pieces), isCancelled_(isCancelled), table_(graph_.nodes) {}
 
     std::optional<LineworkGraph> build() {
         // Ends come first, so that they keep their bits where crossings fall on them.
@@ -96,45 +71,23 @@ class GraphBuilder {
             boxes_[i] = widened(pieces_[i].box(), kSamePlace);
             table_.at(pieces_[i].from()), table_.at(pieces_[i].to());
         }
-        if (!cutAll()) return {};
+        PieceCutter cutter(pieces_, boxes_, kSamePlace);
+        switch (cutter.run(isCancelled_)) {
+            case PieceCutter::Outcome::kCancelled:
+                return {};
+            case PieceCutter::Outcome::kTooDense:
+                return LineworkGraph{{}, {}, 0, true};
+            case PieceCutter::Outcome::kDone:
+                break;
+        }
         for (uint32_t i = 0; i < pieces_.size(); ++i)
-            if (!boxes_[i].empty()) addEdgesOf(i);
+            if (!boxes_[i].empty()) addEdgesOf(i, cutter.of(i));
         return std::move(graph_);
     }
 
   private:
-    bool cutAll() {
-        constexpr uint32_t kAskEvery = 256;
-        const BoxTree tree(boxes_);
-        std::vector<Point> meetings;
-        for (uint32_t i = 0; i < pieces_.size(); ++i) {
-            if (i % kAskEvery == 0 && isCancelled_ && isCancelled_()) return false;
-            if (boxes_[i].empty()) continue;
-            tree.each(boxes_[i], [&](uint32_t other) {
-                if (other <= i || haveMet(pieces_[i], cuts_[i], pieces_[other], cuts_[other])) return;
-                meetings.clear();
-                addMeetings(pieces_[i], pieces_[other], kSamePlace, meetings);
-                for (const Point& place : meetings) {
-                    cut(i, place);
-                    cut(other, place);
-                }
-            });
-        }
-        return true;
-    }
-
-    void cut(uint32_t piece, const Point& place) {
-        const Piece& whole = pieces_[piece];
-        if (distance(place, whole.from()) <= kSamePlace || distance(place, whole.to()) <= kSamePlace) return;
-        // Where many pieces meet in one place, one cut is enough.
-        for (const Cut& known : cuts_[piece])
-            if (distance(known.place, place) <= kSamePlace / 16) return;
-        cuts_[piece].push_back({whole.nearest(place).share, place});
-    }
-
-    void addEdgesOf(uint32_t index) {
+    void addEdgesOf(uint32_t index, std::vector<Cut>& cuts) {
         const Piece& piece = pieces_[index];
-        std::vector<Cut>& cuts = cuts_[index];
         // More than half a circle would be a loop where its ends meet.
         if (std::abs(piece.bulge()) > 1) cuts.push_back({0.5, piece.at(0.5)});
         std::sort(cuts.begin(), cuts.end(), [](const Cut& a, const Cut& b) { return a.share < b.share; });
@@ -170,7 +123,6 @@ class GraphBuilder {
     LineworkGraph graph_;
     NodeTable table_;
     std::vector<Box> boxes_;  // empty for pieces without a place
-    std::vector<std::vector<Cut>> cuts_;
     std::unordered_multimap<uint64_t, uint32_t> edgeOfNodes_;
 };
 

@@ -2,12 +2,11 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <optional>
 #include <span>
 #include <vector>
 
-#include "platform/plane/piece.h"
+#include "platform/plane/piece_cuts.h"
 
 namespace plane {
 
@@ -31,14 +30,12 @@ struct LineworkGraph {
 
     std::vector<Point> nodes;
     std::vector<Edge> edges;
-    size_t leftOut = 0;  // pieces without a place: beyond kFarthest, or not numbers
+    size_t leftOut = 0;       // pieces without a place: beyond kFarthest, or not numbers
+    bool isTooDense = false;  // so many pieces lie above each other that there is no graph
 
     // The edge from one node to the other, as it runs.
     Piece piece(const Edge& edge) const { return {nodes[edge.from], nodes[edge.to], edge.bulge}; }
 };
-
-// Asked now and then; work ends when it says true.
-using IsCancelled = std::function<bool()>;
 
 // Ends of pieces are nodes bit for bit; of ends that are one place the first counts. No two edges run the
 // same way between the same nodes. Nothing when cancelled.

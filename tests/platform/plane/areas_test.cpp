@@ -3,8 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <numeric>
 #include <random>
+#include <tuple>
 
 using namespace plane;
 
@@ -186,6 +188,119 @@ class RandomDrawing {
     std::vector<Cut> cuts_;
 };
 
+// Areas of straight lines, found the slow way: each line is cut by every other one, and round a point one
+// walks from side to side, keeping to the left. Places are never nearly the same.
+class SlowTracer {
+  public:
+    explicit SlowTracer(const std::vector<std::pair<Point, Point>>& lines) {
+        for (const auto& line : lines) cut(line, lines);
+    }
+
+    // The area of the smallest ring round a point; 0 for none.
+    double smallestRound(Point seed) const {
+        double smallest = 0;
+        for (const auto& [from, to] : sides_) {
+            // Whose left the seed is on, to the right of it.
+            const Point &low = from.y < to.y ? from : to, &high = from.y < to.y ? to : from;
+            if (!(low.y <= seed.y && seed.y < high.y)) continue;
+            if (low.x + (high.x - low.x) * (seed.y - low.y) / (high.y - low.y) <= seed.x) continue;
+            const std::vector<Point> ring = walk(low, high);
+            const double area = signedArea(ring);
+            if (area > 1e-9 && isInside(seed, ring) && (smallest == 0 || area < smallest)) smallest = area;
+        }
+        return smallest;
+    }
+
+    // By the formula of graphs: sides, less corners, and one more for each part that hangs together.
+    size_t countOfRings() const {
+        std::map<std::pair<double, double>, size_t> corners;
+        std::vector<size_t> parent;
+        auto cornerOf = [&](const Point& p) {
+            const auto [known, isNew] = corners.try_emplace({p.x, p.y}, parent.size());
+            if (isNew) parent.push_back(known->second);
+            return known->second;
+        };
+        auto root = [&](size_t corner) {
+            while (parent[corner] != corner) corner = parent[corner];
+            return corner;
+        };
+        size_t parts = 0;
+        for (const auto& [from, to] : sides_) {
+            const size_t a = cornerOf(from), b = cornerOf(to);
+            parent[root(a)] = root(b);
+        }
+        for (size_t i = 0; i < parent.size(); ++i) parts += parent[i] == i ? 1 : 0;
+        return sides_.size() + parts - corners.size();
+    }
+
+  private:
+    using Line = std::pair<Point, Point>;
+
+    void cut(const Line& line, const std::vector<Line>& lines) {
+        const Point along = line.second - line.first;
+        std::vector<std::pair<double, Point>> places{{0, line.first}, {1, line.second}};
+        for (const Line& other : lines) {
+            const Point across = other.second - other.first, between = other.first - line.first;
+            const double turn = along.x * across.y - along.y * across.x;
+            if (turn == 0) continue;
+            const double share = (between.x * across.y - between.y * across.x) / turn;
+            const double ofOther = (between.x * along.y - between.y * along.x) / turn;
+            if (share <= 0 || share >= 1 || ofOther <= 0 || ofOther >= 1) continue;
+            // Both lines get the same bits, by the order of their ends.
+            const bool isFirst =
+                std::tie(line.first.x, line.first.y) < std::tie(other.first.x, other.first.y);
+            places.emplace_back(share, isFirst ? line.first + along * share : other.first + across * ofOther);
+        }
+        std::sort(places.begin(), places.end(),
+                  [](const auto& a, const auto& b) { return a.first < b.first; });
+        for (size_t i = 0; i + 1 < places.size(); ++i)
+            sides_.emplace_back(places[i].second, places[i + 1].second);
+    }
+
+    // The ring that has a side, with the ring on its left.
+    std::vector<Point> walk(const Point& from, const Point& to) const {
+        std::vector<Point> ring;
+        Point last = from, here = to;
+        do {
+            ring.push_back(here);
+            const double back = direction(here, last);
+            const Point* next = nullptr;
+            double least = 7;
+            for (const auto& [a, b] : sides_)
+                for (const auto& [start, end] : {std::pair(&a, &b), std::pair(&b, &a)}) {
+                    if (start->x != here.x || start->y != here.y) continue;
+                    // Clockwise from where one came from; back again comes last.
+                    double turn = std::fmod(back - direction(here, *end) + 2 * kFullTurn, kFullTurn);
+                    if (turn < 1e-12) turn = kFullTurn;
+                    if (turn < least) least = turn, next = end;
+                }
+            last = here;
+            here = *next;
+        } while (!(last.x == from.x && last.y == from.y && here.x == to.x && here.y == to.y));
+        return ring;
+    }
+
+    static double signedArea(const std::vector<Point>& ring) {
+        double twice = 0;
+        for (size_t i = 0; i < ring.size(); ++i) {
+            const Point a = ring[i] - ring[0], b = ring[(i + 1) % ring.size()] - ring[0];
+            twice += a.x * b.y - a.y * b.x;
+        }
+        return twice / 2;
+    }
+    static bool isInside(Point p, const std::vector<Point>& ring) {
+        bool isInside = false;
+        for (size_t i = 0; i < ring.size(); ++i) {
+            const Point &a = ring[i], &b = ring[(i + 1) % ring.size()];
+            if ((a.y <= p.y) != (b.y <= p.y) && a.x + (b.x - a.x) * (p.y - a.y) / (b.y - a.y) > p.x)
+                isInside = !isInside;
+        }
+        return isInside;
+    }
+
+    std::vector<Line> sides_;
+};
+
 bool sameCorners(const Ring& ring, const Polygon& face) {
     return ring.vertices.size() == face.size() &&
            std::all_of(face.begin(), face.end(), [&](const Point& corner) {
@@ -229,6 +344,39 @@ TEST(Areas, ThePointsOfAFaceFindIt) {
         }
         EXPECT_FALSE(finder.smallestRound({0, 0, 0}));
     }
+}
+
+// Lines that lie as they fall: ends hang free, parts stand within other parts.
+TEST(Areas, ASlowTracerFindsTheSame) {
+    std::mt19937 random(18);
+    auto between = [&](double low, double high) {
+        return std::uniform_real_distribution<>(low, high)(random);
+    };
+    size_t found = 0;
+    for (int drawing = 0; drawing < 300; ++drawing) {
+        SCOPED_TRACE(drawing);
+        Linework linework;
+        std::vector<std::pair<Point, Point>> lines;
+        const double reach = drawing % 3 == 0 ? 60 : 200;
+        for (int i = 0, count = 10 + drawing % 30; i < count; ++i) {
+            const Point from{2011000 + between(0, 200), 702000 + between(0, 200), 0},
+                to = from + Point{between(-reach, reach), between(-reach, reach), 0};
+            lines.emplace_back(from, to);
+            linework.line(from, to);
+        }
+        const SlowTracer slow(lines);
+        const std::vector<Ring> rings = linework.rings();
+        ASSERT_EQ(rings.size(), slow.countOfRings());
+        const RingFinder finder(rings);
+        for (int i = 0; i < 30; ++i) {
+            const Point seed{2011000 + between(0, 200), 702000 + between(0, 200), 0};
+            const std::optional<size_t> ring = finder.smallestRound(seed);
+            const double area = slow.smallestRound(seed);
+            ASSERT_NEAR(ring ? rings[*ring].area : 0, area, 1e-9 * area);
+            found += ring ? 1 : 0;
+        }
+    }
+    EXPECT_GT(found, 1000u);
 }
 
 TEST(Areas, IslandsAreNotTakenOff) {
@@ -349,15 +497,59 @@ TEST(Areas, PiecesWithoutAPlaceAreLeftOut) {
 }
 
 TEST(Areas, ManyLinesMayGoThroughOnePoint) {
-    Linework linework;
-    constexpr int kLines = 600;
-    for (int i = 0; i < kLines; ++i) {
-        const Point end = polar({}, kFullTurn / 2 * i / kLines, 100),
-                    next = polar({}, kFullTurn / 2 * (i + 1) / kLines, 100);
-        linework.line(end, {-end.x, -end.y, 0});
-        linework.line(end, next), linework.line({-end.x, -end.y, 0}, {-next.x, -next.y, 0});
+    // Few of them are tried in pairs, a crowd is not.
+    for (const int lines : {600, 2500}) {
+        Linework through, from;
+        for (int i = 0; i < lines; ++i) {
+            const Point end = polar({}, kFullTurn / 2 * i / lines, 100),
+                        next = polar({}, kFullTurn / 2 * (i + 1) / lines, 100);
+            through.line(end, {-end.x, -end.y, 0});
+            through.line(end, next), through.line({-end.x, -end.y, 0}, {-next.x, -next.y, 0});
+            from.line({}, end), from.line(next, end);
+        }
+        const std::vector<Ring> rings = through.rings();
+        ASSERT_EQ(rings.size(), 2u * static_cast<size_t>(lines));
+        for (const Ring& ring : rings) EXPECT_NEAR(ring.area, 5000 * std::sin(kFullTurn / 2 / lines), 1e-6);
+        EXPECT_EQ(from.rings().size(), static_cast<size_t>(lines) - 1)
+            << "no line ends where the last one leads";
     }
-    const std::vector<Ring> rings = linework.rings();
-    ASSERT_EQ(rings.size(), 2u * kLines);
-    for (const Ring& ring : rings) EXPECT_NEAR(ring.area, 5000 * std::sin(kFullTurn / 2 / kLines), 1e-6);
+}
+
+TEST(Areas, LinesOfACrowdMeetOthersAsWell) {
+    Linework linework;
+    constexpr int kLines = 1500;
+    for (int i = 0; i < kLines; ++i) linework.line({}, polar({}, 0.001 * i, 100));
+    const size_t first = linework.pieces.size();
+    // Across all of them, along one of them, beside another by less than the tolerance, and an arc.
+    linework.line({50, -1, 0}, {50, 3, 0});
+    linework.line(polar({}, 0.5, 20), polar({}, 0.5, 120));
+    linework.line({}, polar({}, 0.7 + 1e-6, 90));
+    linework.line({80, 0, 0}, polar({}, 1.4, 80), std::tan(1.4 / 4));
+    const LineworkGraph graph = *graphOf(linework.pieces);
+    std::vector<size_t> parts(linework.pieces.size());
+    size_t doubled = 0;
+    for (const LineworkGraph::Edge& edge : graph.edges) {
+        for (const LineworkGraph::Part& part : edge.parts) ++parts[part.piece];
+        doubled += edge.parts.size() > 1 ? 1 : 0;
+    }
+    // Lines up to the angle whose tangent is 3 / 50 cross the upright one.
+    EXPECT_EQ(parts[first], 61u);
+    EXPECT_EQ(parts[first + 3], 1400u) << "one part between each two lines up to 1.4";
+    EXPECT_EQ(parts[30], 3u) << "up to the upright line, the arc, and the end";
+    EXPECT_EQ(doubled, 4u) << "along and beside: each up to the arc and from it";
+}
+
+TEST(Areas, TooManyLinesAboveEachOtherAreRefused) {
+    Linework linework;
+    std::mt19937 random(5);
+    std::uniform_real_distribution<> between(-1e-3, 1e-3);
+    // Nearly through one place, so that each two of them meet somewhere else.
+    for (int i = 0; i < 40000; ++i) {
+        const Point end = polar({}, kFullTurn / 2 * i / 40000, 100), off{between(random), between(random), 0};
+        linework.line(end + off, Point{-end.x, -end.y, 0} + off);
+    }
+    const std::optional<LineworkGraph> graph = graphOf(linework.pieces);
+    ASSERT_TRUE(graph);
+    EXPECT_TRUE(graph->isTooDense);
+    EXPECT_TRUE(graph->edges.empty());
 }
