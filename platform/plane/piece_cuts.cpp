@@ -10,7 +10,7 @@ namespace {
 
 // Pairs whose boxes meet, those of them that are tried in full, and cuts cost about so much. The most that is
 // done takes a few seconds, or some microseconds a piece, and no more memory than there is.
-constexpr uint64_t kWorkOfPair = 1, kWorkOfTry = 16, kWorkOfCut = 16;
+constexpr uint64_t kWorkOfPair = 1, kWorkOfTry = 64, kWorkOfCut = 16;
 constexpr uint64_t kMostWork = 500'000'000, kMostWorkOfPiece = 2000;
 
 // So many pieces in one place are a crowd.
@@ -18,6 +18,15 @@ constexpr size_t kCrowd = 1000;
 
 double lengthInPlan(Point p) {
     return std::hypot(p.x, p.y);
+}
+
+// Whether a straight piece is beside the line of another one as a whole. Spares most pairs the full try.
+bool isBeside(const Piece& a, const Piece& b, double tolerance) {
+    if (a.arc() || b.arc()) return false;
+    const Point along = a.to() - a.from(), from = b.from() - a.from(), to = b.to() - a.from();
+    const double reach = tolerance * (std::abs(along.x) + std::abs(along.y));
+    const double one = along.x * from.y - along.y * from.x, other = along.x * to.y - along.y * to.x;
+    return (one > reach && other > reach) || (one < -reach && other < -reach);
 }
 
 }  // namespace
@@ -58,7 +67,7 @@ void PieceCutter::meet(uint32_t piece, uint32_t other) {
     work_ += kWorkOfPair;
     if (const Point* known = placeOfMeeting(piece, other))
         places_.push_back(*known);
-    else
+    else if (!isBeside(pieces_[piece], pieces_[other], samePlace_))
         tryPair(piece, other);
 }
 
