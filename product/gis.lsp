@@ -463,33 +463,28 @@
   (setq query-goes-on$ nil)
   (princ))
 
-;; One fault of areas as a line of text.
-(defun gis:area-fault-text (fault / kind place)
-  (setq kind (car fault)
-        place (strcat " at " (rtos (car (cadr fault)) 2 2) "," (rtos (cadr (cadr fault)) 2 2)))
-  (cond ((= kind "AREA") (strcat "Area without a label" place))
-        ((= kind "LABEL") (strcat "Label " (caddr fault) place " in no area"))
-        ((= kind "SEVERAL") (strcat "Label " (caddr fault) place " stands in " (itoa (cadddr fault)) " areas"))
-        ((= kind "GAP") (strcat "Gap of " (rtos (caddr fault) 2 4) place))
-        (t (strcat "End that sticks out by " (rtos (caddr fault) 2 4) place))))
-
 ;; Circles round the places of faults, on a layer of their own.
 (defun gis:mark-faults (faults / size)
   (setq size (/ (getvar "VIEWSIZE") 50.0))
   (foreach fault faults
-    (entmake (list '(0 . "CIRCLE") '(8 . "GIS-AREACHECK") (cons 10 (cadr fault)) (cons 40 size)))))
+    (entmake (list '(0 . "CIRCLE") '(8 . "GIS-AREACHECK") (cons 10 (car fault)) (cons 40 size)))))
+
+;; How far gaps and ends that stick out reach which are told, here and before areas are linked, in drawing units. Set
+;; it to 0, and areas are linked without being looked through before.
+(setq area-check-distance$ 0.1)
 
 ;; Looks for areas without a label, labels in no area or in several, gaps and ends that stick out.
-(defun c:gis-areacheck (/ set distance faults)
+(defun c:gis-areacheck (/ set standard distance faults)
   (prompt "\nSelect lines, polylines and text.")
   (if (setq set (ssget))
     (progn
       (initget 6)
-      (setq distance (cond ((getreal "\nGaps and ends up to <0.1>: ")) (0.1))
-            faults (cf:scbcheck set distance))
+      (setq standard (if (> area-check-distance$ 0) area-check-distance$ 0.1)
+            distance (cond ((getreal (strcat "\nGaps and ends up to <" (rtos standard 2 2) ">: "))) (standard))
+            faults (gis:area-faults set distance))
       (cond ((= faults "cancelled") (prompt "\nCancelled."))
             ((not faults) (prompt "\nNothing is wrong with these areas."))
-            (t (foreach fault faults (prompt (strcat "\n" (gis:area-fault-text fault) ".")))
+            (t (foreach fault faults (prompt (strcat "\n" (cadr fault) ".")))
                (prompt (strcat "\nFaults: " (itoa (length faults)) "."))
                (if (= (gis:ask "Mark the places"
                         (strcat "Do you want circles round these " (itoa (length faults))

@@ -1,5 +1,6 @@
 #include "module/host/own_functions.h"
 
+#include "module/linktools/area_faults.h"
 #include "module/linktools/link_report.h"
 #include "module/linktools/linked_entities.h"
 #include "module/points/point_functions.h"
@@ -48,6 +49,7 @@ constexpr OwnFunction kFunctions[] = {
     {"gis:fill-titles", 1060, FillTitles},
     {"gis:compare-titles", 1061, CompareTitles},
     {"gis:drawings", 1062, ListDrawings},
+    {"gis:area-faults", 1033, GiveAreaFaults},
 };
 
 }  // namespace

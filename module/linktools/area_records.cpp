@@ -37,25 +37,31 @@ void tellLeft(const char* line, long left) {
 class RecordWriter {
   public:
     RecordWriter(CDaoDatabase& database, const std::string& statement, std::string table,
-                 std::string keyField, KeyMap keys)
+                 std::string keyField, KeyMap keys, AreaRecords& result)
         : records_(&database),
           table_(std::move(table)),
           keyField_(std::move(keyField)),
-          keys_(std::move(keys)) {
+          keys_(std::move(keys)),
+          result_(result) {
         for (records_.Open(dbOpenDynaset, statement); !records_.IsEOF(); records_.MoveNext()) {
             highest_ = std::max(highest_, numberOf(FieldText(records_, "PT_ID")));
             ++count_;
         }
     }
 
-    AreaRecords run() {
+    void run() {
         changeRecords();
         addRecords();
         result_.isDone = true;
-        return std::move(result_);
     }
 
   private:
+    // Between two records.
+    bool isStopped() {
+        if (acedUsrBrk()) result_.isStopped = true;
+        return result_.isStopped;
+    }
+
     void changeRecords() {
         long left = count_;
         acutPrintf("\rUpdating database table > %ld...", left);
@@ -64,6 +70,7 @@ class RecordWriter {
             if (left < count_) tellLeft("\rUpdating database table > %ld...", left);
             const auto key = keys_.find(text::upper(FieldText(records_, keyField_.c_str())));
             if (key == keys_.end()) continue;
+            if (isStopped()) return;
             std::string id = FieldText(records_, "PT_ID");
             records_.Edit();
             if (id.empty()) {
@@ -82,6 +89,7 @@ class RecordWriter {
         auto left = static_cast<long>(keys_.size());
         acutPrintf("\rChecking selected entities > %ld...", left);
         for (auto& [key, handles] : keys_) {
+            if (isStopped()) return;
             std::string id = std::to_string(++highest_);
             records_.AddNew();
             records_.SetFieldValue(keyField_, key);
@@ -98,7 +106,7 @@ class RecordWriter {
     const std::string table_, keyField_;
     KeyMap keys_;
     long highest_ = 0, count_ = 0;
-    AreaRecords result_;
+    AreaRecords& result_;
 };
 
 }  // namespace
@@ -117,15 +125,15 @@ size_t CountRecordsOfKeys(CDaoDatabase& database, const std::string& table, cons
     return found;
 }
 
-AreaRecords WriteAreaRecords(CDaoDatabase& database, const std::string& table, const std::string& keyField,
-                             KeyMap keys) {
+void WriteAreaRecords(CDaoDatabase& database, const std::string& table, const std::string& keyField,
+                      KeyMap keys, AreaRecords& result) {
     acutPrintf("\rBuilding database table...");
     const TextTable made = EnsureTextTable(database, table, {keyField});
     if (made.sizes[0] == TextTable::kNoText) {
         acedAlert("Error: invalid selected field type.");
-        return {};
+        return;
     }
-    return RecordWriter(database, selectKeys(made.table, keyField), table, keyField, std::move(keys)).run();
+    RecordWriter(database, selectKeys(made.table, keyField), table, keyField, std::move(keys), result).run();
 }
 
 }  // namespace norvane

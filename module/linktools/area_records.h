@@ -16,7 +16,9 @@ struct RecordLinks {
 };
 
 struct AreaRecords {
-    bool isDone = false;  // false: the key field is of a wrong type, which has been told
+    bool isDone =
+        false;  // false: the key field is of a wrong type, which has been told, or an exception came
+    bool isStopped = false;  // by Escape: keys are left that have no record
     std::vector<RecordLinks> links;
     size_t changed = 0, added = 0;
 };
@@ -26,8 +28,9 @@ size_t CountRecordsOfKeys(CDaoDatabase& database, const std::string& table, cons
                           const KeyMap& keys);
 
 // Finds the record of each key, or adds one, and sees to it that it has a PT_ID and its GIS_KEY. Makes the
-// table and the columns that it lacks. Of two records of one key the first counts. Exceptions pass through.
-AreaRecords WriteAreaRecords(CDaoDatabase& database, const std::string& table, const std::string& keyField,
-                             KeyMap keys);
+// table and the columns that it lacks. Of two records of one key the first counts. Exceptions pass through;
+// the result then tells how far it came.
+void WriteAreaRecords(CDaoDatabase& database, const std::string& table, const std::string& keyField,
+                      KeyMap keys, AreaRecords& result);
 
 }  // namespace norvane

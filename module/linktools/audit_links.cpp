@@ -160,20 +160,21 @@ bool Audit::mendItem(AuditItem& item, int number) {
     if (RunDialog(dialog) != ui::kOk) return false;
     broken_.erase(broken_.begin());
     const BrokenLinks& wanted = dialog.links();
-    size_t done = 0;
+    size_t mended = 0;
     for (const EntityName& entity : item.entities) {
         if (dialog.decision() == AuditDialog::Decision::kLeave || acedUsrBrk()) break;
         const bool isFix = dialog.decision() == AuditDialog::Decision::kFix;
         const int status = isFix ? RetargetGisLink(entity.name, dao::DatabasePath(wanted.templatePath),
                                                    dao::DatabasePath(wanted.outputPath), wanted.table)
                                  : EraseGisLink(entity.name);
-        ++done;
-        if (status != RTNORM)
+        if (status != RTNORM) {
             ++refused_;
-        else
-            ++(isFix ? fixed_ : erased_);
+            continue;
+        }
+        ++(isFix ? fixed_ : erased_);
+        ++mended;
     }
-    if (done == item.entities.size()) item.target = LinkTarget::kGood;
+    if (mended == item.entities.size()) item.target = LinkTarget::kGood;
     return true;
 }
 

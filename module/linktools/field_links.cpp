@@ -19,6 +19,8 @@ namespace norvane {
 
 namespace {
 
+constexpr size_t kLongestLine = 4096;  // bytes; what is behind them is not looked at
+
 void readLine(std::string_view line, NoteMap& notes) {
     if (const std::optional<NoteHeading> heading = ParseNoteHeading(line))
         notes[text::upper(heading->id)] = FeatureOfNoteFile(heading->file.value_or(""));
@@ -56,7 +58,8 @@ std::optional<NoteMap> ReadCollectorNotes(const std::string& path) {
     if (!lines) return std::nullopt;
     NoteMap notes;
     for (const std::string& line : *lines) {
-        const std::string decoded = text::isValidUtf8(line) ? line : text::decode(line);
+        const std::string begin = line.substr(0, kLongestLine);
+        const std::string decoded = text::isValidUtf8(line) ? begin : text::decode(begin);
         readLine(text::trim(decoded), notes);
     }
     return notes;

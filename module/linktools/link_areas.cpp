@@ -4,10 +4,13 @@
 #include <optional>
 
 #include "module/cad/group_list.h"
+#include "module/cad/lisp_symbols.h"
 #include "module/cad/variable_scope.h"
+#include "module/linktools/area_faults.h"
 #include "module/linktools/area_labels.h"
 #include "module/linktools/area_records.h"
 #include "module/linktools/link_areas_dialog.h"
+#include "module/linktools/tally.h"
 #include "module/prompting/request_files.h"
 #include "module/store/database.h"
 #include "module/store/gis_link.h"
@@ -25,6 +28,9 @@ namespace norvane {
 namespace {
 
 constexpr long kTellEvery = 50;
+constexpr size_t kMostFaultsTold = 10;
+// Gaps and ends are told up to this, in drawing units, where the host's routines have not said otherwise.
+constexpr double kCheckedDistance = 0.1;
 
 std::optional<AreaKey> askKey() {
     acedInitGet(0, "Text Handle");
@@ -76,14 +82,6 @@ KeyMap handlesOfPolylines(const SelectionSet& selection) {
     return keys;
 }
 
-// Up to ten of them.
-std::string listed(const std::vector<std::string>& names) {
-    constexpr size_t kMost = 10;
-    std::string list;
-    for (size_t i = 0; i < std::min(names.size(), kMost); ++i) list += (i ? ", " : ": ") + names[i];
-    return names.size() > kMost ? list + ", ..." : list;
-}
-
 // One run of the tool, from the question to the closing line.
 class AreaLinking {
   public:
@@ -97,7 +95,9 @@ class AreaLinking {
                                           : "\nSelect lines and polylines");
         if (acedSSGet(nullptr, nullptr, nullptr, nullptr, selection_.out()) != RTNORM) return;
         if (!CheckDao()) return tellEnd();
-        if (!choose(*key) || !syncTemplate()) return;
+        if (!choose(*key)) return;
+        if (*key == AreaKey::kText && !isWantedAsItIs()) return tellEnd();
+        if (!syncTemplate()) return;
         if (choice_.makesNew) makeLayerCurrent(choice_.layer);
         if (findKeys(*key) && writeRecords()) writeLinks();
         tellEnd();
@@ -119,6 +119,32 @@ class AreaLinking {
         const std::optional<AreaChoice> choice = AskAreaChoice(key, tables);
         if (choice) choice_ = *choice;
         return choice.has_value();
+    }
+
+    // Looks for faults while nothing is written yet. False when the person would rather mend them first.
+    bool isWantedAsItIs() {
+        std::string wish;
+        const double distance =
+            GetLispValue(wish, "area-check-distance$") ? text::wholeReal(wish).value_or(0) : kCheckedDistance;
+        if (!(distance > 0)) return true;
+        const AreaFaults found = FindAreaFaults(selection_.name(), distance);
+        for (const AreaFault& fault : found.list) faults_.push_back(fault.text);
+        if (found.isCancelled || faults_.empty()) return !found.isCancelled;
+        ui::OwnQuestion question;
+        question.title = "Faults of areas";
+        question.text = text::counted(faults_.size(), "fault was", "faults were") +
+                        " found in these areas and labels:\n" + faultLines() +
+                        "\n\nDo you want to link the areas all the same?";
+        question.defaultAnswer = ui::kYes;
+        return ui::ask(question) == ui::kYes;
+    }
+
+    // The first of them, a line each.
+    std::string faultLines() const {
+        std::string lines;
+        for (size_t i = 0; i < std::min(faults_.size(), kMostFaultsTold); ++i)
+            lines += "\n" + faults_[i] + ".";
+        return faults_.size() > kMostFaultsTold ? lines + "\n..." : lines;
     }
 
     bool syncTemplate() {
@@ -152,9 +178,11 @@ class AreaLinking {
         // While nobody has the database open.
         if (existing > kMostChangedWithoutCopy) copy_ = KeepOutputCopy(outputPath_);
         auto write = [&](CDaoDatabase& output) {
-            records_ = WriteAreaRecords(output, choice_.table, choice_.field, std::move(keys_));
+            WriteAreaRecords(output, choice_.table, choice_.field, std::move(keys_), records_);
         };
-        return WithDatabase(outputPath_, write) == DatabaseOutcome::kDone && records_.isDone;
+        const DatabaseOutcome outcome = WithDatabase(outputPath_, write);
+        isBrokenOff_ = outcome == DatabaseOutcome::kFailed;
+        return outcome == DatabaseOutcome::kDone && records_.isDone;
     }
 
     void writeLinks() {
@@ -185,14 +213,28 @@ class AreaLinking {
         else
             acutPrintf("\r%*s", kLineWidth, "");
         acutPrintf("\nDone.");
-        if (!isDone_) return;
+        if (isDone_) tellWhatIsLinked();
+        if (isBrokenOff_)
+            acutPrintf(
+                "\nThe database failed when %zu records were changed and %zu added. No link is written; "
+                "another run goes on from there.",
+                records_.changed, records_.added);
+        if (faults_.empty()) return;
+        acutPrintf("\nFaults of areas: %zu. GIS-AREACHECK tells them all, and marks their places.%s",
+                   faults_.size(), faultLines().c_str());
+    }
+
+    void tellWhatIsLinked() const {
         acutPrintf("\nLinked %ld, %ld of them had a link before; records changed %zu, added %zu.", linked_,
                    linkedBefore_, records_.changed, records_.added);
         if (!unlabelled_.empty())
-            acutPrintf("\nAreas without a label %zu%s.", unlabelled_.size(), listed(unlabelled_).c_str());
+            acutPrintf("\nAreas without a label %zu: %s.", unlabelled_.size(),
+                       FirstNames(unlabelled_).c_str());
         if (!labelsElsewhere_.empty())
-            acutPrintf("\nLabels in no area %zu%s.", labelsElsewhere_.size(),
-                       listed(labelsElsewhere_).c_str());
+            acutPrintf("\nLabels in no area %zu: %s.", labelsElsewhere_.size(),
+                       FirstNames(labelsElsewhere_).c_str());
+        if (records_.isStopped)
+            acutPrintf("\nStopped before all areas had a record; another run goes on from there.");
         if (!copy_.empty()) acutPrintf("\nThe database before is kept in %s.", copy_.c_str());
     }
 
@@ -200,10 +242,11 @@ class AreaLinking {
     SelectionSet selection_;
     AreaChoice choice_;
     KeyMap keys_;
+    std::vector<std::string> faults_;  // found before
     std::vector<std::string> unlabelled_, labelsElsewhere_;
     std::string copy_;
     AreaRecords records_;
-    bool isDone_ = false;
+    bool isDone_ = false, isBrokenOff_ = false;
     long linked_ = 0, linkedBefore_ = 0;
 };
 

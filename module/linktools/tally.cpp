@@ -12,6 +12,12 @@ constexpr size_t kMostNames = 10;
 
 }  // namespace
 
+std::string FirstNames(std::vector<std::string> names) {
+    const bool areMore = names.size() > kMostNames;
+    if (areMore) names.resize(kMostNames + 1), names.back() = "...";
+    return text::join(names, ", ");
+}
+
 void Tally::add(const std::string& reason, const std::string& name) {
     auto known = std::find_if(reasons_.begin(), reasons_.end(),
                               [&](const Reason& other) { return other.text == reason; });
@@ -33,9 +39,7 @@ std::string Tally::text() const {
     std::vector<std::string> parts;
     for (const Reason& reason : reasons_) {
         std::string part = std::to_string(reason.count) + " " + reason.text;
-        std::vector<std::string> names = reason.names;
-        if (names.size() > kMostNames) names.back() = "...";
-        if (!names.empty()) part += " (" + text::join(names, ", ") + ")";
+        if (!reason.names.empty()) part += " (" + FirstNames(reason.names) + ")";
         parts.push_back(std::move(part));
     }
     return text::join(parts, ", ");

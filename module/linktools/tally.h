@@ -7,6 +7,9 @@
 
 namespace norvane {
 
+// Names behind each other, up to ten of them.
+std::string FirstNames(std::vector<std::string> names);
+
 class Tally {
   public:
     // One more, for a reason such as "without a key"; a name that tells which, "" for none.

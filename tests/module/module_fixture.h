@@ -7,6 +7,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <iterator>
 #include <string>
 #include <vector>
@@ -66,9 +67,13 @@ class ModuleTest : public testing::Test, private hostcad::Output, private hostca
     // What the prompts of the command line are answered with, from the first on; then nobody answers.
     std::vector<std::string> inputs_;
     std::unique_ptr<hostcad::Host> host_;
+    std::function<void(std::string_view)> onPrinted_;  // hears all that goes to the command line
 
   private:
-    void write(std::string_view text) override { output_ += text; }
+    void write(std::string_view text) override {
+        output_ += text;
+        if (onPrinted_) onPrinted_(text);
+    }
     hostcad::Input next(const hostcad::Prompt&) override;
     bool isScript() const override { return true; }
 

@@ -113,6 +113,46 @@ TEST_F(Areas, TheCheckStandsAlone) {
     EXPECT_EQ(lisp("(sslength (ssget \"X\" '((0 . \"CIRCLE\") (8 . \"GIS-AREACHECK\"))))"), "2");
 }
 
+TEST_F(Areas, FaultsAreToldBeforeAnythingIsWritten) {
+    makeTable({{"NUM", dbText}});
+    square(0, 0, 100), square(200, 0, 100);
+    line(50, 0, 50, 99.95), line(75, 0, 75, 100.02);
+    label(10, 50, "A"), label(90, 50, "B"), label(900, 900, "far");
+    const std::string faults =
+        "\nLabel far at 900.00,900.00 in no area.\nArea without a label at 250.00,51.23."
+        "\nGap of 0.0500 at 50.00,99.95.\nEnd that sticks out by 0.0200 at 75.00,100.02.";
+    ui_.answerQuestion("Faults of areas", "No");
+    const std::string said = link("", {click("OK")});
+    EXPECT_TRUE(said.ends_with(
+        "\nDone.\nFaults of areas: 4. GIS-AREACHECK tells them all, and marks their places." + faults))
+        << said;
+    EXPECT_TRUE(shown("4 faults were found in these areas and labels:\n" + faults +
+                      "\n\nDo you want to link the areas all the same?"));
+    EXPECT_TRUE(rows("template.mdb", "SELECT * FROM ZGEO_SMART_PROMPTING WHERE GIS_NAME = 'LOT'").empty());
+    EXPECT_TRUE(rows("output.mdb", "SELECT NUM FROM LOT").empty());
+    EXPECT_EQ(links(), "\"\"");
+    EXPECT_EQ(count("LWPOLYLINE"), "2");
+
+    // A script that does not know the question goes on; faults come after all that it knows.
+    lisp("(setq area-check-distance$ 0.03)");
+    const std::string linked = link("", {click("OK")});
+    EXPECT_NE(linked.find("\nLinked "), std::string::npos) << linked;
+    EXPECT_LT(linked.find("\nLinked "), linked.find("\nFaults of areas: 3.")) << linked;
+    EXPECT_EQ(linked.find("Gap of"), std::string::npos) << linked;
+    lisp("(setq area-check-distance$ 0)");
+    EXPECT_EQ(link("", {click("OK")}).find("Faults of areas"), std::string::npos);
+}
+
+TEST_F(Areas, ALabelOfTwoAreasIsAFaultAndLinksBoth) {
+    makeTable({{"NUM", dbText}});
+    square(0, 0, 100), square(200, 0, 100);
+    label(50, 50, "LOT 7"), label(250, 50, "lot 7");
+    const std::string said = link("", {click("OK")});
+    EXPECT_NE(said.find("\nFaults of areas: 1."), std::string::npos) << said;
+    EXPECT_NE(said.find("\nLabel lot 7 at 250.00,50.00 stands in 2 areas."), std::string::npos) << said;
+    EXPECT_EQ(links(), "\"LWPOLYLINE 1; LWPOLYLINE 1; \"");
+}
+
 TEST_F(Areas, HandlesAreKeysToo) {
     makeTable({{"NUM", dbText}});
     square(0, 0, 100), square(200, 0, 10);

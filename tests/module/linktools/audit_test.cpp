@@ -1,4 +1,5 @@
 // The audit of links, and the links of data collectors that it converts.
+#include "hostcad/drawing/current_drawing.h"
 #include "tests/module/linktools/link_fixture.h"
 
 namespace {
@@ -121,6 +122,62 @@ TEST_F(AuditTest, AFeatureWithATableOfAnotherNameIsGood) {
            "values ('MANHOLE', 'pole')");
     link(path("new/template.mdb"), path("new/output.mdb"), "MANHOLE");
     EXPECT_EQ(runOnAll(8), "\n1 link to 1 table checked: 0 tables broken, 0 links mended, 0 erased.");
+}
+
+TEST_F(AuditTest, EscapeAndLinksThatAreTooLongLeaveATableBroken) {
+    makeJob("new");
+    for (const char* key : {"1", "2", "3", "4"})
+        link(path("old/template.mdb"), path("old/output.mdb"), "TREE", key);
+    auto fixTo = [&](const std::string& folder) {
+        ui_.answerFile(path(folder + "/template.mdb"));
+        ui_.answerFile(path(folder + "/output.mdb"));
+        answer(145, {click("Select New Template MDB"), click("Select New Output MDB"), click("1")});
+        return runOnAll(8);
+    };
+    const int observer =
+        hostcad::currentDrawing().addObserver([this, left = 2](hostcad::ObjectId, hostcad::Change) mutable {
+            if (--left == 0) host_->cancel();
+        });
+    EXPECT_EQ(
+        fixTo("new"),
+        "\n4 links to 1 table checked: 1 table broken, 2 links mended, 0 erased; 1 table still leads nowhere "
+        "(TREE).");
+    hostcad::currentDrawing().removeObserver(observer);
+    const std::string old = "~old/template.mdb ~old/output.mdb TREE PT_ID ",
+                      now = "~new/template.mdb ~new/output.mdb TREE PT_ID ";
+    EXPECT_EQ(targets(), (std::vector<std::string>{now + "1 ", now + "2 ", old + "3 ", old + "4 "}));
+    // The drawing takes no text of more than 255 bytes.
+    const std::string deep = std::string(120, 'd') + "/" + std::string(120, 'e');
+    fs::create_directories(path(deep));
+    for (const char* file : {"/template.mdb", "/output.mdb"})
+        fs::copy_file(path("new") + file, path(deep) + file);
+    EXPECT_EQ(fixTo(deep),
+              "\n4 links to 2 tables checked: 1 table broken, 0 links mended, 0 erased, 2 too long for the "
+              "drawing; 1 "
+              "table still leads nowhere (TREE).");
+    EXPECT_EQ(targets()[2], old + "3 ");
+}
+
+TEST_F(AuditTest, LinksOfAnyNumberOfStringsKeepIt) {
+    makeJob("new");
+    const std::string target = "(1000 . " + quoted("old/template.mdb") + ") (1000 . " +
+                               quoted("old/output.mdb") + ") (1000 . \"TREE\")";
+    for (const char* more : {"", "(1000 . \"PT_ID\")", "(1000 . \"PT_ID\") (1000 . \"5\") (1000 . \"six\")"})
+        lisp(
+            "(regapp \"ZGEO_GIS_2000\") (entmake (list '(0 . \"LINE\") '(10 5.0 6.0 0.0) '(11 9.0 8.0 0.0) "
+            "'(-3 "
+            "(\"ZGEO_GIS_2000\" (1002 . \"{\") " +
+            target + more + " (1002 . \"}\")))))");
+    lisp(
+        "(entmake '((0 . \"LINE\") (10 5.0 6.0 0.0) (11 9.0 8.0 0.0) (-3 (\"ZGEO_GIS_2000\" (1000 . \"a\") "
+        "(1000 . "
+        "\"b\")))))");
+    ui_.answerFile(path("new/template.mdb"));
+    ui_.answerFile(path("new/output.mdb"));
+    answer(145, {click("Select New Template MDB"), click("Select New Output MDB"), click("1")});
+    EXPECT_EQ(runOnAll(8), "\n4 links to 2 tables checked: 1 table broken, 3 links mended, 0 erased.");
+    const std::string now = "~new/template.mdb ~new/output.mdb TREE ";
+    EXPECT_EQ(targets(), (std::vector<std::string>{now, now + "PT_ID ", now + "PT_ID 5 six ", "a b "}));
 }
 
 TEST_F(AuditTest, QuittingAsksAndTheRestStaysAsItIs) {
