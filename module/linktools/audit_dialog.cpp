@@ -58,10 +58,11 @@ AuditDialog::AuditDialog(BrokenLinks links, AuditMemory& memory, std::function<v
     add<ui::Button>(kErase, "&Erase Links for Current Table");
     add<ui::Button>(kQuit, "&Quit");
     using namespace ui;
-    setLayout(column({item(kTemplateCaption), row({item(kTemplate, 1), item(kSelectTemplate)}),
-                      item(kOutputCaption), row({item(kOutput, 1), item(kSelectOutput)}), item(kTableCaption),
-                      item(kTable), item(kListCaption), item(kTables, 1),
-                      row({item(kShow), spring(), item(kOther)}),
+    std::vector<Layout> databases = {
+        row({item(kTemplateCaption)}), row({item(kTemplate, 1), item(kSelectTemplate)}),
+        row({item(kOutputCaption)}), row({item(kOutput, 1), item(kSelectOutput)})};
+    setLayout(column({table(std::move(databases)), item(kTableCaption), item(kTable), item(kListCaption),
+                      item(kTables, 1), row({item(kShow), spring(), item(kOther)}),
                       row({item(kFix), item(kErase), spring(), item(kQuit)})}));
 }
 

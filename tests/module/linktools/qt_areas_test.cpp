@@ -60,6 +60,18 @@ TEST_F(QtAreas, ALayerIsNamedByKeyboardAlone) {
     EXPECT_EQ(rows("output.mdb", "SELECT NUM FROM LOT"), (std::vector<std::string>{"A"}));
 }
 
+TEST_F(QtAreas, FaultsAreNamedBeforeAnythingIsWritten) {
+    square(200, 0, 50);
+    line(50, 0, 50, 99.95);
+    label(900, 900, "LOT 17");
+    does({title(), clickButton(kOk),
+          until([] { return window() && window()->windowTitle() == "Faults of areas"; }, "the question"),
+          [] { savePicture(); }, press(Qt::Key_N, Qt::AltModifier)});
+    run("");
+    EXPECT_EQ(links(), "\"\"");
+    EXPECT_TRUE(rows("output.mdb", "SELECT NUM FROM LOT").empty());
+}
+
 TEST_F(QtAreas, EscapeLeavesEverythingAsItWas) {
     does({title(), [] { savePicture(); }, press(Qt::Key_Escape)});
     run("Handle");

@@ -62,9 +62,8 @@ TEST_F(QtLinks, BrokenLinksAreShownByKeyboardAlone) {
     lisp(
         "(regapp \"ZGEO_GIS_2000\") (entmake (list '(0 . \"LINE\") '(10 1630500.0 480500.0 0.0) '(11 "
         "1630600.0 480600.0 0.0) "
-        "(list -3 (list \"ZGEO_GIS_2000\" (cons 1000 " +
-        quoted("old/template.mdb") + ") (cons 1000 " + quoted("old/output.mdb") +
-        ") '(1000 . \"POLES\") '(1000 . \"PT_ID\") '(1000 . \"P001\")))))");
+        "(list -3 (list \"ZGEO_GIS_2000\" '(1000 . \"/jobs/maple/template.mdb\") '(1000 . "
+        "\"/jobs/maple/output.mdb\") '(1000 . \"POLES\") '(1000 . \"PT_ID\") '(1000 . \"P001\")))))");
     does({title("Audit GIS Links from Current Drawing"), focusOn(1004),
           see([] { return !child<QPushButton>(1)->isEnabled(); }, "nothing to be fixed yet"),
           press(Qt::Key_S, Qt::AltModifier), [] { savePicture(); }, press(Qt::Key_E, Qt::AltModifier)});
