@@ -326,6 +326,43 @@ TEST_F(Postgres, AServerThatGoesAwayKeepsTheSheetOpenAndWritesNothingByHalves) {
     EXPECT_EQ(boxes(), "");
 }
 
+TEST_F(Postgres, AServerThatGoesAwayWhileAreasAreLinkedIsToldAndTheNextRunGoesOn) {
+    ASSERT_EQ(host_->openDrawing(NORVANE_SOURCE_DIR "/samples/survey.dxf"), "");
+    ASSERT_EQ(server().answer(
+                  "CREATE SCHEMA survey AUTHORIZATION survey; CREATE TABLE survey.lot (pt_id varchar(255), "
+                  "gis_key varchar(255), num varchar(255))"),
+              "");
+    lisp("(entdel (ssname (ssget \"X\" '((0 . \"TEXT\") (1 . \"LOT 12A\"))) 0))");
+    auto link = [&] {
+        answer(1390, {click("OK")});
+        lisp("(ssget \"X\" '((-4 . \"<or\") (8 . \"LOTS\") (8 . \"LOT-TEXT\") (-4 . \"or>\")))");
+        inputs_ = {"Text", "P", ""};
+        printed();
+        lisp("(cf:gis_smart_prompting 20 " + quoted("") + " " + quoted("template.mdb") + " \"" +
+             server().connect() + "\")");
+        return printed();
+    };
+    auto linked = [&] {
+        return lisp("(if (setq s (ssget \"X\" '((-3 (\"ZGEO_GIS_2000\"))))) (sslength s) 0)");
+    };
+    onPrinted_ = [&](std::string_view text) {
+        if (text.starts_with("\rChecking selected entities > 50")) server().stop(SIGQUIT);
+    };
+    ui_.answerBox("OK");
+    const std::string said = link();
+    onPrinted_ = {};
+    EXPECT_NE(said.find("\nThe database failed when 0 records were changed and 8 added. No link is written"),
+              std::string::npos)
+        << said;
+    EXPECT_NE(boxes().find("box [Error]"), std::string::npos) << boxes();
+    EXPECT_EQ(linked(), "0");
+    server().start();
+    EXPECT_EQ(record("count(*)", "survey.lot WHERE pt_id IS NULL OR gis_key IS NULL OR num IS NULL"), "0\n");
+    EXPECT_NE(link().find("\nLinked 59, "), std::string::npos);
+    EXPECT_EQ(linked(), "59");
+    EXPECT_EQ(record("count(*), count(DISTINCT pt_id), count(DISTINCT num)", "survey.lot"), "58|58|58\n");
+}
+
 // A save begins with what the sheet has read of the tables when it was opened.
 TEST_F(Postgres, TablesThatHaveChangedUnderAnOpenSheetAreReadAnew) {
     answer(134, {cell(2, "14"), click("OK")});
