@@ -73,7 +73,8 @@ std::optional<std::string> TextLines::nextWhole() {
 
 std::string TextLines::decoded(std::string bytes) const {
     std::replace(bytes.begin(), bytes.end(), '\0', ' ');
-    return isUtf8_ && text::isValidUtf8(bytes) ? bytes : text::decode(bytes);
+    const bool isRead = text::isAscii(bytes) || (isUtf8_ && text::isValidUtf8(bytes));
+    return isRead ? bytes : text::decode(bytes);
 }
 
 std::optional<std::string> TextLines::next() {

@@ -36,12 +36,12 @@ const char* const kBadNameMessage =
 
 bool IsGoodName(std::string_view name) {
     constexpr std::string_view kOthers = "_#-$)(: ";
-    constexpr int kLongest = 63;
-    std::string checked(text::trim(text::upper(name)));
+    constexpr size_t kLongest = 63;
+    const std::string_view checked = text::trim(name);
     if (checked.empty() || checked.size() > kLongest) return false;
-    for (unsigned char c : checked)
-        if (!(c >= 'A' && c <= 'Z') && !(c >= '0' && c <= '9') &&
-            kOthers.find(static_cast<char>(c)) == std::string_view::npos)
+    for (char c : checked)
+        if (!(c >= 'A' && c <= 'Z') && !(c >= 'a' && c <= 'z') && !(c >= '0' && c <= '9') &&
+            kOthers.find(c) == std::string_view::npos)
             return false;
     return true;
 }

@@ -8,6 +8,7 @@
 #include "module/store/server_sign_in.h"
 #include "module/store/statements.h"
 #include "module/store/user_tables.h"
+#include "platform/dao/sql_tokens.h"
 #include "platform/files/files.h"
 #include "platform/ui/backend.h"
 
@@ -32,6 +33,11 @@ void renameFeature(CDaoDatabase& database, const std::string& table, const std::
         made.allowZeroLength = true;
         definition.CreateField(made);
     }
+    // A server has no way to tell records of one column from each other.
+    if (!database.GetConnect().empty())
+        return database.Execute(
+            "UPDATE " + nameInStatements(database, table) + " SET GIS_KEY = " + dao::quotedText(name),
+            dbSQLPassThrough);
     ForEachRecord(database, "SELECT GIS_KEY FROM " + nameInStatements(database, table),
                   [&](CDaoRecordset& records) {
                       records.Edit();

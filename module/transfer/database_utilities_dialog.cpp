@@ -138,6 +138,8 @@ class DatabaseUtilities : public ui::Dialog {
     void takeBack();
     void finish(const ImportRun& run, std::vector<std::string> lines, const std::string& path);
     std::vector<NoteFeature> checkedFeatures() const;
+    std::vector<std::string> uncheckedFeatures() const;
+    std::optional<size_t> selectedFeature() const;
     std::string noteFolder() const;
     void enableControls();
 
@@ -334,10 +336,9 @@ void DatabaseUtilities::editTable() {
 void DatabaseUtilities::previewFeature() {
     if (!hasDatabase()) return;
 #ifdef NORVANE_HAS_TABLE_DIALOG
-    const int node = get<ui::Tree>(kTree).selected();
-    const auto at = static_cast<size_t>(std::find(nodes_.begin(), nodes_.end(), node) - nodes_.begin());
-    if (at == nodes_.size()) return;
-    const TableImport import = ImportOf(features_[at]);
+    const std::optional<size_t> at = selectedFeature();
+    if (!at) return;
+    const TableImport import = ImportOf(features_[*at]);
     std::vector<NoteRecord> records;
     for (const ImportRecord& record : import.records) {
         std::vector<std::string> values(import.columns.size());
@@ -393,12 +394,30 @@ void DatabaseUtilities::readFieldFile(const std::string& path, bool isNoteFile) 
     find(ui::kCancel)->setText("E&xit");
 }
 
+// The one whose node is selected, or a node below it.
+std::optional<size_t> DatabaseUtilities::selectedFeature() const {
+    const auto& tree = get<ui::Tree>(kTree);
+    int node = tree.selected();
+    if (node < 0) return std::nullopt;
+    while (tree.nodes()[static_cast<size_t>(node)].parent >= 0)
+        node = tree.nodes()[static_cast<size_t>(node)].parent;
+    return static_cast<size_t>(std::find(nodes_.begin(), nodes_.end(), node) - nodes_.begin());
+}
+
 std::vector<NoteFeature> DatabaseUtilities::checkedFeatures() const {
     std::vector<NoteFeature> checked;
     const auto& nodes = get<ui::Tree>(kTree).nodes();
     for (size_t i = 0; i < features_.size(); ++i)
         if (nodes[static_cast<size_t>(nodes_[i])].checked) checked.push_back(features_[i]);
     return checked;
+}
+
+std::vector<std::string> DatabaseUtilities::uncheckedFeatures() const {
+    std::vector<std::string> names;
+    const auto& nodes = get<ui::Tree>(kTree).nodes();
+    for (size_t i = 0; i < features_.size(); ++i)
+        if (!nodes[static_cast<size_t>(nodes_[i])].checked) names.push_back(features_[i].name);
+    return names;
 }
 
 void DatabaseUtilities::importFeatures() {
@@ -410,6 +429,8 @@ void DatabaseUtilities::importFeatures() {
         if (!pointFile) return;
     }
     std::vector<std::string> lines = NoteLines(notePath_, notes_);
+    if (const std::vector<std::string> left = uncheckedFeatures(); !left.empty())
+        lines.push_back("  not checked: " + text::join(left, ", "));
     ImportRun run;
     std::optional<PointOutput> points;
     {
@@ -505,9 +526,7 @@ void DatabaseUtilities::enableControls() {
     const bool isOpen = !database_.empty();
     const bool hasTable = !isOpen || get<ui::List>(kTables).selected() >= 0;
     for (int id : {kDelete, kRename, kEditTable}) find(id)->enable(hasTable);
-    const int node = get<ui::Tree>(kTree).selected();
-    const bool isFeature = std::find(nodes_.begin(), nodes_.end(), node) != nodes_.end();
-    find(kPreviewFeature)->enable(!isOpen || isFeature);
+    find(kPreviewFeature)->enable(!isOpen || selectedFeature().has_value());
     find(kImportChecked)->enable(!checkedFeatures().empty());
     find(kPoints)->enable(!features_.empty());
     find(kDraw)->enable(!features_.empty() && get<ui::CheckBox>(kPoints).checked());

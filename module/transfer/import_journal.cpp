@@ -6,6 +6,7 @@
 #include "module/store/keyed_records.h"
 #include "module/store/statements.h"
 #include "module/store/user_tables.h"
+#include "platform/text/code_page.h"
 #include "platform/text/text.h"
 
 namespace norvane {
@@ -38,6 +39,16 @@ TableJournal::Values valuesOf(const CDaoRecordset& row) {
 bool isEmpty(const dao::Variant& value) {
     return value.isNull() || (value.is<std::string>() && value.get<std::string>().empty()) ||
            value == dao::Variant(false);
+}
+
+// Whether a stored value is the one that was written. Engines give numbers in the type of their column, and
+// files of Access 97 hold characters of their code page alone.
+bool isSame(const dao::Variant& stored, const dao::Variant& written, bool isOneCodePage) {
+    if (stored == written || (isEmpty(stored) && isEmpty(written))) return true;
+    double a = 0, b = 0;
+    if (dao::numberOf(stored, a) && dao::numberOf(written, b)) return a == b;
+    const std::string first = dao::toText(stored), second = dao::toText(written);
+    return isOneCodePage ? text::encode(first) == text::encode(second) : first == second;
 }
 
 // The rows of a table by their two keys.
@@ -78,6 +89,7 @@ class Undoing {
     std::unordered_map<std::string, std::vector<const TableJournal::Row*>> left_;
     std::vector<std::string> present_;  // fields of the table
     std::vector<int> place_;            // of each field of the journal among them; -1: it is gone
+    const bool isOneCodePage_ = database_.GetVersion() == "3.0";
 };
 
 std::string Undoing::statement(const std::string& what) const {
@@ -87,9 +99,9 @@ std::string Undoing::statement(const std::string& what) const {
 
 bool Undoing::isAsWritten(const CDaoRecordset& row, const TableJournal::Row& written) const {
     for (size_t i = 0; i < place_.size(); ++i) {
-        const bool isGone = place_[i] < 0;
-        if (isGone ? !isEmpty(written.after[i]) : row.GetFieldValue(place_[i]) != written.after[i])
-            return false;
+        if (!written.before && journal_.hasDefault[i] && written.after[i].isNull()) continue;
+        const dao::Variant stored = place_[i] < 0 ? dao::Variant() : row.GetFieldValue(place_[i]);
+        if (!isSame(stored, written.after[i], isOneCodePage_)) return false;
     }
     // A column that has come since holds what somebody has put there.
     for (size_t i = 0; i < present_.size(); ++i)
@@ -176,31 +188,24 @@ void Undoing::table() {
 
 }  // namespace
 
-void JournalWriter::keep(const CDaoRecordset& row, const std::string& key, bool isNew) {
-    if (journal_.fields.empty()) journal_.fields = fieldsOf(row);
+void JournalWriter::begin(const CDaoRecordset& row, const std::string& key, bool isNew) {
+    if (journal_.fields.empty()) {
+        CDaoFieldInfo field;
+        for (int i = 0; i < row.GetFieldCount(); ++i) {
+            row.GetFieldInfo(i, field);
+            journal_.fields.push_back(field.name);
+            journal_.hasDefault.push_back(!field.defaultValue.empty() ||
+                                          (field.attributes & dbAutoIncrField));
+        }
+    }
     TableJournal::Row kept;
     kept.key = text::upper(key);
     if (!isNew) kept.before = valuesOf(row);
     journal_.rows.push_back(std::move(kept));
 }
 
-void KeepWritten(CDaoDatabase& database, const std::string& statement, TableJournal& journal) {
-    if (journal.rows.empty()) return;
-    std::unordered_map<std::string, std::vector<TableJournal::Row*>> waiting;
-    for (auto row = journal.rows.rbegin(); row != journal.rows.rend(); ++row)
-        waiting[row->key].push_back(&*row);
-    CDaoRecordset records(&database);
-    records.Open(dbOpenDynaset, statement);
-    journal.fields = fieldsOf(records);
-    const Keys keys(journal.fields);
-    for (; keys.complete() && !records.IsEOF(); records.MoveNext()) {
-        auto row = waiting.find(keys.of(records));
-        if (row == waiting.end() || row->second.empty()) continue;
-        row->second.back()->after = valuesOf(records);
-        row->second.pop_back();
-    }
-    // A row that cannot be found again is none that could be taken back.
-    std::erase_if(journal.rows, [](const TableJournal::Row& row) { return row.after.empty(); });
+void JournalWriter::end(const CDaoRecordset& row) {
+    journal_.rows.back().after = valuesOf(row);
 }
 
 void TakeBack(CDaoDatabase& database, const TableJournal& journal, TakenBack& result) {

@@ -14,29 +14,28 @@ struct TableJournal {
     struct Row {
         std::string key;               // id and feature as one text, upper case
         std::optional<Values> before;  // nothing for a row that the import has made
-        Values after;
+        Values after;                  // as it was written
     };
 
     std::string table;
     bool madeTable = false;
     std::vector<std::string> madeColumns;  // of a table that was there
     std::vector<std::string> fields;       // whose values the rows have
-    std::vector<Row> rows;                 // of one key in the order of the table
+    std::vector<bool> hasDefault;          // of each field: a new row has a value there that nobody has set
+    std::vector<Row> rows;
 };
 
-// Keeps rows as they were, from within the writing.
+// Keeps rows as they were and as they are written, from within the writing.
 class JournalWriter {
   public:
     explicit JournalWriter(TableJournal& journal) : journal_(journal) {}
-    // Before the first field of a row is set.
-    void keep(const CDaoRecordset& row, const std::string& key, bool isNew);
+    // Before the first field of a row is set, and behind the last.
+    void begin(const CDaoRecordset& row, const std::string& key, bool isNew);
+    void end(const CDaoRecordset& row);
 
   private:
     TableJournal& journal_;
 };
-
-// Reads the rows as they are now that the import has written them. statement: all rows of the table.
-void KeepWritten(CDaoDatabase& database, const std::string& statement, TableJournal& journal);
 
 // What became of the rows, columns and tables of an import that was taken back.
 struct TakenBack {

@@ -1,5 +1,7 @@
 #include "module/transfer/import_notes.h"
 
+#include <algorithm>
+
 #include "module/dialogs/progress_dialog.h"
 #include "module/store/database.h"
 #include "platform/ads/editor.h"
@@ -39,7 +41,10 @@ class Run {
         TableOutcome outcome;
         TableJournal journal;
         auto goOn = [&](size_t left) {
+            constexpr size_t kEvery = 50;
+            if (progress_.cancelled()) return false;
             const size_t at = table.records.size() - std::min(left, table.records.size());
+            if (at % kEvery != 0) return true;
             return progress_.step(
                 static_cast<long>(done_ + at),
                 text::format("%s: record %zu of %zu", table.table.c_str(), at + 1, table.records.size()));

@@ -54,7 +54,8 @@ class Line {
         return rest.has_value();
     }
     bool alone(std::string_view mark, std::string_view other, std::string_view field) {
-        return line_.find(other) == std::string_view::npos && begins(mark, field);
+        return text::startsWith(line_, mark) && line_.find(other) == std::string_view::npos &&
+               begins(mark, field);
     }
     bool pair(std::string_view first, std::string_view second, std::string_view firstField,
               std::string_view secondField) {
@@ -211,6 +212,7 @@ std::optional<NoteRecordList> ReadNoteRecords(const std::string& path) {
             record.feature = FeatureOfNoteFile(*block.file);
         else
             list.withoutFeature.push_back(block.id);
+        record.fields.reserve(block.lines.size());
         for (const std::string& line : block.lines) ClassifyNoteLine(line, block.id, record.fields);
         list.records.push_back(std::move(record));
     }
@@ -261,6 +263,7 @@ TableImport ImportOf(const NoteFeature& feature) {
     std::unordered_map<std::string, size_t> columns;
     for (const PointNote* record : feature.records) {
         ImportRecord row{record->id, {}};
+        row.values.reserve(record->fields.size());
         for (const FieldValue& field : record->fields) {
             if (field.name == "PT_ID" || field.name == "GIS_KEY") continue;
             const auto [column, isNew] = columns.try_emplace(field.name, import.columns.size());

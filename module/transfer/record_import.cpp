@@ -71,8 +71,8 @@ void Table::ensure() {
         extend();
     const bool isFile = database_.GetConnect().empty();
     name_ = isFile ? BracketedName(outcome_.table) : QualifiedTable(database_, outcome_.table);
-    // On a server a table is listed with its owner.
-    if (!isFile) outcome_.table = outcome_.table.substr(outcome_.table.find('.') + 1);
+    // A server lists a table with its owner, and in letters of its own.
+    if (!isFile) outcome_.table = import_.table;
     for (size_t i = 0; i < targets_.size(); ++i)
         if (targets_[i].type == ColumnClass::kOther) outcome_.unwritten.push_back(import_.columns[i].name);
     journal_.table = outcome_.table;
@@ -235,21 +235,18 @@ bool WriteImport(CDaoDatabase& database, const TableImport& import, const GoOn& 
     keys.reserve(import.records.size());
     for (const ImportRecord& record : import.records)
         keys.push_back(KeyedRecords::KeyOf(std::vector{record.id, outcome.table}));
-    {
-        KeyedRecords records(database, table.statement(), kKeys, keys, KeyedRecords::Change::kAll);
-        JournalWriter writer(journal);
-        const bool done = records.writeRecords(
-            [&](CDaoRecordset& record, const std::vector<size_t>& entries, bool isNew) {
-                writer.keep(record, keys[entries.front()], isNew);
-                for (size_t entry : entries) table.write(record, import.records[entry]);
-            },
-            goOn);
-        outcome.changed = records.found();
-        outcome.added = records.added();
-        if (!done) return false;
-    }
-    KeepWritten(database, table.statement(), journal);
-    return true;
+    KeyedRecords records(database, table.statement(), kKeys, keys, KeyedRecords::Change::kAll);
+    JournalWriter writer(journal);
+    const bool done = records.writeRecords(
+        [&](CDaoRecordset& record, const std::vector<size_t>& entries, bool isNew) {
+            writer.begin(record, keys[entries.front()], isNew);
+            for (size_t entry : entries) table.write(record, import.records[entry]);
+            writer.end(record);
+        },
+        goOn);
+    outcome.changed = records.found();
+    outcome.added = records.added();
+    return done;
 }
 
 }  // namespace norvane

@@ -50,12 +50,14 @@ class TreeWidget : public ControlWidget {
         QObject::connect(q_, &QTreeWidget::itemDoubleClicked, q_,
                          [this](QTreeWidgetItem* item) { dialog_.userDoubleClick(tree_, nodeOf(item)); });
         QObject::connect(q_, &QTreeWidget::itemExpanded, q_,
-                         [this](QTreeWidgetItem* item) { tree_.expand(nodeOf(item), true); });
+                         [this](QTreeWidgetItem* item) { opened(nodeOf(item), true); });
         QObject::connect(q_, &QTreeWidget::itemCollapsed, q_,
-                         [this](QTreeWidgetItem* item) { tree_.expand(nodeOf(item), false); });
+                         [this](QTreeWidgetItem* item) { opened(nodeOf(item), false); });
         // The box was clicked.
         QObject::connect(q_, &QTreeWidget::itemChanged, q_, [this](QTreeWidgetItem* item) {
-            dialog_.userCheckNode(tree_, nodeOf(item), item->checkState(0) == Qt::Checked);
+            const bool on = item->checkState(0) == Qt::Checked;
+            shown_[static_cast<size_t>(nodeOf(item))].checked = on;
+            dialog_.userCheckNode(tree_, nodeOf(item), on);
         });
     }
     QWidget* widget() override { return q_; }
@@ -83,6 +85,10 @@ class TreeWidget : public ControlWidget {
 
     static int nodeOf(const QTreeWidgetItem* item) { return item->data(0, Qt::UserRole).toInt(); }
 
+    void opened(int node, bool on) {
+        shown_[static_cast<size_t>(node)].expanded = on;
+        tree_.expand(node, on);
+    }
     bool shows(size_t node) const {
         const Tree::Node& data = tree_.nodes()[node];
         return shown_[node].expanded == data.expanded && shown_[node].checked == data.checked;

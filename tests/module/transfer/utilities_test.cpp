@@ -1,6 +1,7 @@
 // Database File Utilities: the database and its tables, and the imports of note files.
 #include "tests/module/transfer/utilities_fixture.h"
 
+#include "tests/platform/crash.h"
 #include "tests/platform/dao/jet/readers.h"
 
 namespace {
@@ -47,6 +48,7 @@ TEST_F(Utilities, OnlyCheckedFeaturesAreImported) {
         "a.vtt", {check(kTree, false, "TREE: 1 points >> 1"), check(kTree, false, "MH: 1 points >> 3")});
     EXPECT_TRUE(has(shown, "[161] Import Fieldline/Geoline/Rapidline GIS Data"));
     EXPECT_TRUE(has(shown, "[ ] TREE: 1 points >> 1")) << shown;
+    EXPECT_TRUE(has(shown, "  not checked: TREE, MH")) << shown;
     EXPECT_TRUE(has(shown, "[x] UNKNOWN: 1 points >> 2")) << shown;
     EXPECT_EQ(outputOf("mdb-tables -1 " + path("output.mdb")), "UNKNOWN\n");
     // Without one there is nothing to be imported.
@@ -121,6 +123,31 @@ TEST_F(Utilities, AnImportThatIsStoppedLeavesItsTableAsItWas) {
     answer(1000, {click("Cancel")});
     EXPECT_TRUE(has(importNotes("a.not"), "Stopped at E, which is as it was before"));
     EXPECT_EQ(outputOf("mdb-tables -1 " + path("output.mdb")), "");
+}
+
+TEST_F(Utilities, AProcessThatIsKilledLeavesEachTableWholeOrAbsent) {
+    std::string notes;
+    for (const char* feature : {"A", "B", "C"})
+        for (int i = 0; i < 400; ++i)
+            notes += "PT_ID:" + std::to_string(i) + "  GIS_FILE:" + feature + ".GIS\nN,1\nM,some text\n";
+    write("a.not", notes);
+    size_t whole = 0;
+    for (useconds_t after : {1000, 20000, 40000, 60000, 90000, 150000}) {
+        fs::remove(path("output.mdb"));
+        makeOutput("output.mdb", dbVersion40);
+        reportedUntilKilled(after, [&](const auto& report) {
+            report("begin");
+            importNotes("a.not");
+        });
+        EXPECT_EQ(outputOf(NORVANE_BIN_DIR "/jet check " + path("output.mdb")), "");
+        for (const char* feature : {"A", "B", "C"}) {
+            const std::string count = output(std::string("select count(*) from ") + feature);
+            whole += count == "400\n";
+            EXPECT_TRUE(count == "400\n" || has(count, "Cannot find the table"))
+                << count << " after " << after;
+        }
+    }
+    std::printf("%zu of 18 tables were whole\n", whole);
 }
 
 TEST_F(Utilities, BadNoteFilesAreTold) {
@@ -325,6 +352,29 @@ TEST_F(Utilities, OutputsThatCannotBeWrittenAreTold) {
     }
     fs::permissions(path(""), fs::perms::owner_all);
     fs::permissions(path("output.mdb"), fs::perms::owner_all);
+    // One that another process writes into.
+    int ends[2];
+    ASSERT_EQ(::pipe(ends), 0);
+    const pid_t other = ::fork();
+    if (other == 0) {
+        CDaoDatabase database;
+        database.Open(path("output.mdb"));
+        database.BeginTrans();
+        CDaoTableDef table(&database);
+        table.Create("OTHER");
+        table.CreateField("A", dbLong, 4);
+        table.Append();
+        if (::write(ends[1], "x", 1) == 1) ::pause();
+        ::_exit(0);
+    }
+    char begun = 0;
+    ASSERT_EQ(::read(ends[0], &begun, 1), 1);
+    EXPECT_TRUE(has(importNotes("a.not"), "box [Error]"));
+    ::kill(other, SIGKILL);
+    ::waitpid(other, nullptr, 0);
+    ::close(ends[0]), ::close(ends[1]);
+    EXPECT_EQ(outputOf("mdb-tables -1 " + path("output.mdb")), "");
+    EXPECT_TRUE(has(importNotes("a.not"), "POLE: 2 rows added"));
     // A damaged one.
     std::string content = read("output.mdb");
     content.resize(content.size() / 3);
