@@ -170,21 +170,23 @@ void ImportTextDialog::addTables() {
 
 void ImportTextDialog::arrange() {
     using namespace ui;
-    const Layout cutting = row({item(kDelimiterCaption), item(kDelimiter), item(kUseEmbedded),
-                                item(kEmbedded), item(kQuoted), item(kHeadings), spring()});
-    const Layout choice =
+    const Layout cutting =
+        row({item(kDelimiterCaption), item(kDelimiter), item(kUseEmbedded), item(kEmbedded), spring()});
+    const Layout kinds =
+        row({item(kSetFields), item(kOrderCaption), item(kOrder), item(kQuoted), item(kHeadings), spring()});
+    const Layout list = column({item(kFieldsCaption), item(kFields, 1)}, 3);
+    const Layout field =
         column({table({row({item(kNameCaption), item(kName, 1)}), row({item(kTypeCaption), item(kType)}),
                        row({item(kKeyCaption), item(kKey)})}),
-                item(kExists), item(kAccept), item(kSetKey), spring(), item(kSave), item(kLoad)});
-    const Layout fields = row({column({item(kFieldsCaption), item(kFields, 1)}, 3), choice,
-                               column({item(kTablesCaption), item(kTables, 1), item(kTableFieldsCaption),
-                                       item(kTableFields, 1), item(kTableCaption), item(kTable)},
-                                      3)},
-                              3);
-    setLayout(column({item(kPathCaption), item(kOutputCaption), item(kPreviewCaption), item(kPreview, 2),
-                      cutting, row({item(kSetFields), item(kOrderCaption), item(kOrder), spring()}), fields,
-                      row({item(kPoints), item(kDraw), spring()}),
-                      row({item(kProgress, 1), item(kOk), item(kCancel)})}));
+                item(kExists), item(kAccept), item(kSetKey), spring(), item(kSave), item(kLoad)},
+               2);
+    const Layout target = column({item(kTablesCaption), item(kTables, 1), item(kTableFieldsCaption),
+                                  item(kTableFields, 1), item(kTableCaption), item(kTable)},
+                                 3);
+    setLayout(
+        column({item(kPathCaption), item(kOutputCaption), item(kPreviewCaption), item(kPreview, 2), cutting,
+                kinds, row({list, field, target}, 3), row({item(kPoints), item(kDraw), spring()}),
+                row({item(kProgress, 1), item(kOk), item(kCancel)})}));
 }
 
 void ImportTextDialog::onOpen() {

@@ -103,6 +103,91 @@ TEST_F(Utilities, ValuesGoIntoColumnsThatAreThereByTheirType) {
     EXPECT_EQ(output("select count(*) from KINDS"), "3\n");
 }
 
+TEST_F(Utilities, EveryRowOfAnIdIsChangedAndNewColumnsAreMade) {
+    {
+        CDaoDatabase database;
+        database.Open(path("output.mdb"));
+        CDaoTableDef table(&database);
+        table.Create("POLE");
+        table.CreateField("PT_ID", dbText, 255, dbVariableField);
+        table.CreateField("GIS_KEY", dbText, 255, dbVariableField);
+        table.CreateField("N", dbLong, 4);
+        table.Append();
+        CDaoRecordset records(&database);
+        records.Open(dbOpenDynaset, "SELECT * FROM POLE");
+        for (const char* feature : {"POLE", "POLE", "pole", "TREE"}) {
+            records.AddNew();
+            records.SetFieldValue("PT_ID", "4");
+            records.SetFieldValue("GIS_KEY", feature);
+            records.Update();
+        }
+    }
+    write("a.not", "PT_ID:4  GIS_FILE:POLE.GIS\nN,5\nM,text\n");
+    EXPECT_TRUE(has(importNotes("a.not"), "POLE: 0 rows added, 3 changed"));
+    EXPECT_EQ(output("select GIS_KEY, N, M from POLE"), "POLE|5|text\nPOLE|5|text\nPOLE|5|text\nTREE||\n");
+    // New columns of text take zero length; those of a table that the import makes do but for its keys.
+    write("b.not", "PT_ID:4  GIS_FILE:MADE.GIS\nM,text\n");
+    importNotes("b.not");
+    CDaoDatabase database;
+    database.Open(path("output.mdb"));
+    auto takesEmpty = [&](const char* name, const char* field) {
+        CDaoTableDef table(&database);
+        table.Open(name);
+        CDaoFieldInfo info;
+        table.GetFieldInfo(field, info);
+        return info.allowZeroLength;
+    };
+    EXPECT_TRUE(takesEmpty("POLE", "M"));
+    EXPECT_TRUE(takesEmpty("MADE", "M"));
+    EXPECT_FALSE(takesEmpty("MADE", "PT_ID"));
+    EXPECT_FALSE(takesEmpty("MADE", "GIS_KEY"));
+    database.Close();
+    // A renamed table has a GIS_KEY that does.
+    answer(1611, {text("1001", "NEW"), click("OK")});
+    run({pick("1012", "MADE"), click("Rename Table")});
+    database.Open(path("output.mdb"));
+    EXPECT_TRUE(takesEmpty("NEW", "GIS_KEY"));
+}
+
+namespace {
+
+// Looks at the dialog in the middle of long work.
+class Watcher : public CheckedScript {
+  public:
+    std::string seen;
+    bool open(ui::Dialog& dialog) override {
+        if (dialog.resource() == 161) watched_ = &dialog;
+        return CheckedScript::open(dialog);
+    }
+    void refresh() override {
+        if (watched_) seen += ui::modelText(*watched_);
+    }
+
+  private:
+    ui::Dialog* watched_ = nullptr;
+};
+
+}  // namespace
+
+TEST_F(Utilities, WhileAnActionRunsItsButtonSaysSoAndNoOtherCanBePressed) {
+    write("a.not", kTwoPoles);
+    Watcher watcher;
+    watcher.allowClash("New Databa&se; Import A&SCII File; ");
+    watcher.answerFile(path("a.not"));
+    watcher.answer(161, {click("1021"), click("Import Checked Features"), show(), click("2")});
+    ui::setBackend(&watcher);
+    lisp("(cf:gis_smart_prompting 16)");
+    ui::setBackend(&ui_);
+    EXPECT_TRUE(has(watcher.seen, "1021 button \"Please wait...\"\n")) << watcher.seen;
+    EXPECT_TRUE(has(watcher.seen, "1902 button \"Please wait...\"\n"));
+    EXPECT_TRUE(has(watcher.seen, "1003 button \"New Database\" (disabled)"));
+    EXPECT_TRUE(has(watcher.seen, "2 button \"Exit\" (disabled)"));
+    const std::string after = watcher.log().at(watcher.log().size() - 3);
+    EXPECT_TRUE(has(after, "1902 button \"Import Checked Features\"\n")) << after;
+    EXPECT_TRUE(has(after, "2 button \"Exit\"")) << after;
+    EXPECT_FALSE(has(after, "2 button \"Exit\" (disabled)")) << after;
+}
+
 TEST_F(Utilities, FeaturesBeforeOneThatFailsStay) {
     write("a.not",
           "PT_ID:1  GIS_FILE:GOOD.GIS\nA,1\nPT_ID:2  GIS_FILE:BAD[1.GIS\nA,2\nPT_ID:3  "
@@ -194,6 +279,18 @@ TEST_F(Utilities, PointsAlsoGoIntoACoordinateFileAndAreDrawn) {
     EXPECT_EQ(points("a.crd"), "4 480354.5255 1630716.6981 561.7610 POLE; ");
     EXPECT_NE(printed().find("1 point drawn on POINTS."), std::string::npos);
     EXPECT_EQ(lisp("(sslength (ssget \"X\" '((0 . \"INSERT\"))))"), "1");
+    // A new file in place of it leaves the notes that are read, and takes those of another file with it.
+    write("x.not", "PT_ID:4  GIS_FILE:POLE.GIS\nPt Data,7,8,9,X\n");
+    for (const auto& [notes, stays] : {std::pair{"a.not", true}, std::pair{"x.not", false}}) {
+        ui_.answerFile(path(notes));
+        ui_.answerFile(path("a.crd"));
+        answer(1481, {click("New")});
+        run({click("1021"), check("Points into a coordinate file"), click("Import Checked Features")});
+        EXPECT_EQ(fs::exists(path("a.not")), stays);
+    }
+    EXPECT_EQ(points("a.crd"), "4 7.0000 8.0000 9.0000 X; ");
+    write("a.not", kTwoPoles);
+    lisp("(gis:write-point " + quoted("a.crd") + " \"4\" 480354.5255 1630716.6981 \"POLE\" 561.761)");
     // The notes are still there, and a point that is there stays unless the person says otherwise.
     EXPECT_EQ(read("a.not"), kTwoPoles);
     write("b.not",
@@ -206,6 +303,31 @@ TEST_F(Utilities, PointsAlsoGoIntoACoordinateFileAndAreDrawn) {
     EXPECT_TRUE(has(shown, "1 point that was there already left as it was")) << shown;
     EXPECT_EQ(points("a.crd"), "4 480354.5255 1630716.6981 561.7610 POLE; 5 5.0000 6.0000 0.0000 ; ");
     EXPECT_EQ(lisp("(nth 3 (car (gis:points " + quoted("a.crd") + " \"5\")))"), "nil");
+}
+
+TEST_F(Utilities, OtherKindsOfFilesTakeRecordsAndGiveThemBack) {
+    write("a.not", kTwoPoles);
+    write("b.not",
+          "PT_ID:4  GIS_FILE:POLE.GIS\nOwner,NEW\nHEIGHT,30.5\nPT_ID:77  GIS_FILE:POLE.GIS\nCLASS,5\n");
+    write("p.txt", "1,1.5,OAK\n2,2.5,O'BRIEN\n");
+    for (const char* name : {"o.sqlite", "o.gpkg", "o97.mdb"}) {
+        makeOutput(name, dbVersion30);
+        use(name);
+        EXPECT_TRUE(has(importNotes("a.not"), "POLE: 2 rows added, 0 changed")) << name;
+        EXPECT_TRUE(has(importNotes("a.not"), "POLE: 0 rows added, 2 changed")) << name;
+        const std::string select = "select PT_ID, GIS_KEY, NORTHING, OWNER, CLASS, NOTES from POLE";
+        EXPECT_EQ(output(select, name),
+                  "4|POLE|480354.5255|CITY|1|\nO'NEIL|POLE||D'ANGELO|2|leans 2.5', call owner\n");
+        ui_.answerFile(path("b.not"));
+        const std::string shown =
+            run({click("1021"), click("Import Checked Features"), click("Take Last Import Back")});
+        EXPECT_TRUE(has(shown, "1 row as before the import, 1 deleted")) << name << shown;
+        EXPECT_EQ(output(select, name),
+                  "4|POLE|480354.5255|CITY|1|\nO'NEIL|POLE||D'ANGELO|2|leans 2.5', call owner\n");
+        importText("p.txt", keyed("SHOTS"));
+        EXPECT_TRUE(has(importText("p.txt", keyed("SHOTS")), "SHOTS: 0 rows added, 2 changed")) << name;
+        EXPECT_EQ(output("select PT_ID, FIELD2, FIELD3 from SHOTS", name), "1|1.5|OAK\n2|2.5|O'BRIEN\n");
+    }
 }
 
 // --- The last import is taken back -------------------------------------------------------------------------
