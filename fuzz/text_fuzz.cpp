@@ -1,5 +1,6 @@
 // Delimited lines with any content at all; the first two bytes choose how they are cut.
 #include "fuzz/fuzz_folder.h"
+#include "module/exchange/text_lines.h"
 #include "module/transfer/import_text.h"
 #include "module/transfer/text_preview.h"
 #include "platform/text/text.h"

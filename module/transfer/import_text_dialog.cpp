@@ -66,7 +66,8 @@ class ImportTextDialog : public ui::Dialog {
     void onCommand(int id) override;
     void onSelection(ui::Control& control) override;
     void onTextChange(ui::Control& control) override;
-    void onOk() override { importAscii(); }
+    // Enter in the box of the name ends the name.
+    void onOk() override { focus() == kName ? acceptField() : importAscii(); }
 
     void addLinesAndFields();
     void addTables();
@@ -457,7 +458,8 @@ std::optional<TextRecords> ImportTextDialog::readRecords(const TextImport& impor
     bool stopped = false;
     std::optional<TextRecords> records = ReadTextRecords(import, [&](size_t done, size_t total) {
         const auto part = static_cast<int>(static_cast<double>(done) / static_cast<double>(total) * kParts);
-        if (part != bar.position()) bar.setPosition(part);
+        if (part == bar.position()) return true;
+        bar.setPosition(part);
         stopped = !progress.step(part, "Reading " + files::nameOf(path_));
         return !stopped;
     });

@@ -266,14 +266,15 @@ TableImport ImportOf(const NoteFeature& feature) {
         row.values.reserve(record->fields.size());
         for (const FieldValue& field : record->fields) {
             if (field.name == "PT_ID" || field.name == "GIS_KEY") continue;
-            const auto [column, isNew] = columns.try_emplace(field.name, import.columns.size());
+            const auto [place, isNew] = columns.try_emplace(field.name, import.columns.size());
+            const size_t column = place->second;
             if (isNew) import.columns.push_back({field.name, ColumnClass::kLong, true});
-            classify(import.columns[column->second], field.value);
+            classify(import.columns[column], field.value);
             if (field.value.empty()) continue;
             auto known = std::find_if(row.values.begin(), row.values.end(),
-                                      [&](const auto& value) { return value.first == column->second; });
+                                      [&](const auto& value) { return value.first == column; });
             if (known == row.values.end())
-                row.values.emplace_back(column->second, field.value);
+                row.values.emplace_back(column, field.value);
             else if (field.name == kNotes)
                 known->second += " " + field.value;
             else

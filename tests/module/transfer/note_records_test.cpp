@@ -87,6 +87,7 @@ TEST(NoteLine, TheFirstRuleThatFitsCounts) {
         {"06/21/2005 1:45:10 PM", {{"DATE", "06/21/2005"}, {"TIME", "1:45:10 PM"}}},
         {"1:2:3:4:5", {{"DATE", "1:2:3:4:5"}}},
         {"13:45:10", {{"NOTES", "13:45:10"}}},
+        {"06/21/2005 13:45:10:5", {{"NOTES", "06/21/2005 13:45:10:5"}}},
         // Of four marks a line with the point's id is a date, too, and one with a comma.
         {"11 a/b/c/d:e", {{"DATE", "11"}, {"TIME", "a/b/c/d:e"}}},
         {"WHEN,06/21/2005 1:45:10", {{"DATE", "WHEN,06/21/2005"}, {"TIME", "1:45:10"}}},

@@ -88,6 +88,13 @@ TEST_F(TextImportDialog, FieldsAreNamedTypedAndMarked) {
     EXPECT_TRUE(has(shown, "3    passed over bad")) << shown;
 }
 
+TEST_F(TextImportDialog, EnterEndsANameAndImportsNothing) {
+    const std::string shown = importText("p.txt", {pick("1004", "1"), click("1015"), pick("1022", "2"),
+                                                   text("1024", "east"), key("Enter"), show(), click("2")});
+    EXPECT_TRUE(has(shown, "> EAST   Real No")) << shown;
+    EXPECT_FALSE(has(shown, "box [Error]")) << shown;
+}
+
 TEST_F(TextImportDialog, AnExistingTableKeepsItsSpellingAndItsTypes) {
     {
         CDaoDatabase database;

@@ -419,6 +419,8 @@ TEST_F(Utilities, DatabasesAreMadeAndOpened) {
     EXPECT_EQ(read("a.gpkg").substr(0, 6), "SQLite");
     ui_.answerFile(path("output.mdb"));
     EXPECT_TRUE(has(run({click("Open Database")}), "1002 edit \"" + path("output.mdb")));
+    EXPECT_FALSE(has(read("featlink.ini"), "#2")) << "the output of the settings is another matter";
+    EXPECT_EQ(read("gps.ini"), "is_database=\ngisoutfile=\ngismdbfile=\n");
     // One that cannot be opened leaves the one that is there, and one that cannot be deleted stays.
     write("bad.mdb", "no database");
     ui_.answerFile(path("bad.mdb"));
