@@ -11,7 +11,7 @@ namespace norvane {
 
 namespace {
 
-constexpr size_t kBlock = 64 * 1024;
+constexpr size_t kBlock = 65536;
 constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 
 // The bytes of the first characters of a text.
@@ -88,7 +88,7 @@ std::optional<std::string> TextLines::next() {
 }
 
 std::optional<std::vector<std::string>> ReadFirstLines(const std::string& path, size_t count) {
-    constexpr size_t kMostBytes = 256 * 1024;
+    constexpr size_t kMostBytes = 4 * kBlock;
     std::optional<TextLines> file = TextLines::open(path, 0, kMostBytes);
     if (!file) return std::nullopt;
     std::vector<std::string> lines;

@@ -353,7 +353,7 @@ void ImportTextDialog::applyOrder() {
 }
 
 std::string ImportTextDialog::settingsFolder() const {
-    const std::string folder = files::folderOf(readState(state::kAsciiSettings));
+    std::string folder = files::folderOf(readState(state::kAsciiSettings));
     if (!folder.empty() && files::isFolder(folder)) return folder;
     std::string temporary;
     GetLispValue(temporary, "tmpdir$");

@@ -78,3 +78,16 @@ TEST_F(UtilitiesData, SettingsAndMarksOfTheSharedTextsAreTaken) {
     EXPECT_EQ(output("select PT_ID, NORD, EIGENT_MER from PUNKTE where PT_ID = '3'"),
               "3|480423,163|Núñez, M.\n");
 }
+
+// Sixty points: one has a name over two lines, one a quote that is never closed, one five fields and one
+// eight.
+TEST_F(UtilitiesData, QuotedTextsKeepTheirCommas) {
+    if (!takeShared("points_quoted.txt")) GTEST_SKIP() << "the shared files are not here";
+    const std::string shown =
+        importText("points_quoted.txt",
+                   {check("Fields in quotes"), check("First line has the names"), pick("1004", "2"),
+                    click("1015"), pick("1022", "0"), click("1028"), text("1046", "QUOTED"), click("1")});
+    EXPECT_TRUE(has(shown, "QUOTED: 56 rows added, 0 changed")) << shown;
+    EXPECT_TRUE(has(shown, "6 lines passed over:")) << shown;
+    EXPECT_EQ(output("select OWNER, [CODE_ LONG] from QUOTED where PT_ID = '1'"), "SMITH, JOHN|IP FND\n");
+}
