@@ -56,7 +56,6 @@ void ApplyFieldSettings(const std::vector<FieldSetting>& settings, const std::ve
     const size_t count = std::min(settings.size(), fields.size());
     const auto reached = settings.begin() + static_cast<std::ptrdiff_t>(count);
     const auto key = std::find_if(settings.begin(), reached, [](const FieldSetting& s) { return s.isKey; });
-    if (key != reached) ResetKey(fields);
     for (size_t i = 0; i < count; ++i) {
         AsciiField& field = fields[i];
         const FieldSetting& setting = settings[i];
