@@ -3,6 +3,7 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QTableView>
 
 #include "module/transfer/table_dialog.h"
@@ -24,6 +25,17 @@ class QtTable : public TableTest, protected QtPerson {
     }
     static Action title(const char* shown) {
         return until([=] { return window() && window()->windowTitle() == shown; }, shown);
+    }
+    // A message box that has the keyboard.
+    static Action box(const char* begin) {
+        return until(
+            [=] {
+                auto* shown = qobject_cast<QMessageBox*>(window());
+                if (shown && QApplication::activeWindow() != shown) shown->activateWindow();
+                return shown && shown->text().startsWith(begin) && QApplication::focusWidget() &&
+                       QApplication::focusWidget()->window() == shown;
+            },
+            begin);
     }
     static QTableView* grid() { return child<QTableView>(1001); }
     static std::string text(int column, int row) {
@@ -80,9 +92,9 @@ TEST_F(QtTable, CellsAreChangedAndSavedByKeyboardAlone) {
           press(Qt::Key_Return),
           active(6, 2),
           press(Qt::Key_S, Qt::AltModifier),
-          title("Alert"),
+          box("Are you sure"),
           press(Qt::Key_Y, Qt::AltModifier),
-          title("Alert"),
+          box("Process done"),
           press(Qt::Key_Return),
           title("Preview/Edit Values from Table  -  POLES"),
           focusOn(1001),
@@ -143,7 +155,7 @@ TEST_F(QtTable, CellsAreCopiedToAndFromOtherPrograms) {
           press(Qt::Key_V, Qt::ControlModifier), picture("pasted"),
           see([] { return text(3, 2) == "elm"; }, "pasted"), press(Qt::Key_Z, Qt::ControlModifier),
           see([] { return text(3, 2) == "name 2"; }, "taken back"), press(Qt::Key_Q, Qt::AltModifier),
-          title("Alert"), press(Qt::Key_N, Qt::AltModifier)});
+          box("Would you like"), press(Qt::Key_N, Qt::AltModifier)});
     EXPECT_EQ(open("list.sqlite", "LIST"), "0");
 }
 
@@ -157,8 +169,8 @@ TEST_F(QtTable, ThePreviewOfNotesLocksRows) {
               QTest::mouseClick(grid()->viewport(), Qt::LeftButton, {},
                                 grid()->visualRect(grid()->model()->index(2, 0)).center());
           },
-          active(3, 3), picture("notes"), press(Qt::Key_S, Qt::AltModifier), title("Alert"),
-          press(Qt::Key_Y, Qt::AltModifier), title("Alert"), press(Qt::Key_Return), focusOn(1001),
+          active(3, 3), picture("notes"), press(Qt::Key_S, Qt::AltModifier), box("Are you sure"),
+          press(Qt::Key_Y, Qt::AltModifier), box("Process done"), press(Qt::Key_Return), focusOn(1001),
           press(Qt::Key_L, Qt::AltModifier), press(Qt::Key_Escape)});
     EXPECT_EQ(PreviewRecords(path("list.sqlite"), "LIST", notes), 1U);
     EXPECT_EQ(sqlite("list.sqlite", "SELECT NAME, GIRTH FROM LIST WHERE PT_ID = '2'"), "OAK|1.25\n");

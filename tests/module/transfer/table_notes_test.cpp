@@ -90,6 +90,21 @@ TEST_F(NotesTest, ATableThatIsNotThereIsMade) {
               "7|TREE|LIME|Yes|1.25|\n9|TREE|ELM|||120\n");
 }
 
+TEST_F(NotesTest, LongTextsAreCutToTheirColumnAndRecordsWithoutAKeyAreLeftOut) {
+    makeTrees("trees.mdb");
+    std::string remark;
+    for (int i = 0; i < 300; ++i) remark += "\u00fc";
+    const std::vector<NoteRecord> notes = {{{"PT_ID", "6", "7"}, {"KIND", "6", remark}, {"AGE", "2", ""}},
+                                           {{"KIND", "6", "ELM"}}};
+    ui_.answerBox("Yes");
+    EXPECT_EQ(preview("trees.mdb", notes, joined({{cellAt(4, 1, "3")}, save(), {click("Quit")}})), 1U);
+    const std::string said = printed();
+    EXPECT_NE(said.find("PT_ID 7, KIND: cut to the 255 characters of its column"), std::string::npos) << said;
+    EXPECT_NE(said.find("Record 2: it has no PT_ID"), std::string::npos) << said;
+    EXPECT_EQ(sqlite("trees.mdb", "SELECT KIND FROM TREE WHERE PT_ID = '7'"), remark.substr(0, 510) + "\n");
+    EXPECT_EQ(sqlite("trees.mdb", "SELECT COUNT(*) FROM TREE"), "2\n");
+}
+
 TEST_F(NotesTest, ALockedRowIsNotSaved) {
     makeTrees("trees.mdb");
     ui_.answerBox("Yes");

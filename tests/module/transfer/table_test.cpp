@@ -405,6 +405,52 @@ TEST_F(TableTest, TheEntityOfARecordIsShown) {
     EXPECT_EQ(stateOf(pictures()[1]), "No entity of the drawing is linked to PT_ID 3.");
 }
 
+TEST_F(TableTest, LongWorkCanBeEndedAndChangesNothing) {
+    makeList("list.sqlite", 100);
+    for (int i = 0; i < 4; ++i) answer(1000, {click("Cancel")});
+    for (const char* box : {"Yes", "No"}) ui_.answerBox(box);
+    edit("list.sqlite", "LIST",
+         joined({{typed("Find:", "nowhere"), key("Enter"), show(), typed("Words:", "5"), key("Enter"), show(),
+                  clickAt(3, 0), show(), cellAt(3, 1, "oak")},
+                 save(),
+                 {show(), click("Quit")}}));
+    const Strings seen = pictures();
+    EXPECT_EQ(stateOf(seen[0]), "The search was ended.");
+    EXPECT_EQ(stateOf(seen[1]), "Ended: the same records are shown as before.");
+    EXPECT_NE(seen[1].find("3 x 100"), std::string::npos);
+    EXPECT_EQ(stateOf(seen[2]), "Ended: the order is the same as before.");
+    EXPECT_EQ(seen[2].find("in the order of"), std::string::npos);
+    EXPECT_EQ(stateOf(seen[3]), "0 values of 0 records saved, ended before all was written.");
+    EXPECT_NE(lineOf(seen[3], "'1'").find("'oak'"), std::string::npos) << "it is still typed";
+    EXPECT_EQ(sqlite("list.sqlite", "SELECT NAME FROM LIST WHERE PT_ID = '1'"), "name 1\n");
+}
+
+TEST_F(TableTest, WhatOthersAddIsSeenWhenItIsReadAnew) {
+    makeList("list.mdb", 2);
+    const auto add = [&] { sqlite("list.mdb", "INSERT INTO LIST (PT_ID, NAME) VALUES ('3', 'ash')"); };
+    editWhile("list.mdb", "LIST", {clickAt(1, 0), show()}, add, {key("F5"), show(), click("Quit")});
+    EXPECT_NE(pictures()[0].find("in the order of column 1"), std::string::npos);
+    EXPECT_EQ(pictures()[1].find("in the order of"), std::string::npos);
+    EXPECT_NE(lineOf(pictures()[1], "'3'").find("'ash'"), std::string::npos);
+    // What is typed stays, and what others have changed beside it is seen.
+    ui_.clearLog();
+    const auto change = [&] { sqlite("list.mdb", "UPDATE LIST SET NAME = 'elm' WHERE PT_ID = '2'"); };
+    editWhile("list.mdb", "LIST", {cellAt(3, 1, "oak")}, change, {key("F5"), show(), click("Quit")});
+    EXPECT_NE(lineOf(pictures()[0], "'1'").find("'oak'"), std::string::npos);
+    EXPECT_NE(lineOf(pictures()[0], "'2'").find("'elm'"), std::string::npos);
+}
+
+TEST_F(TableTest, TextsThatACellCannotHoldAreNotChangedInOne) {
+    makePoles("poles.mdb");
+    ui_.expectUndone("dialog 162 refused (cell 10 1 \"short\"): this cell is not edited");
+    ui_.expectUndone("dialog 162 refused (cell 10 2 \"short\"): this cell is not edited");
+    ui_.expectUndone("dialog 162 refused (cell 4 1 \"9\"): this cell is not edited");
+    EXPECT_EQ(edit("poles.mdb", "POLES",
+                   {cellAt(10, 1, "short"), cellAt(10, 2, "short"), cellAt(4, 1, "9"), click("Quit")}),
+              "0");
+    EXPECT_EQ(boxes(), Strings{});
+}
+
 // --- What others do, and what cannot be read or written
 // -----------------------------------------------------
 
