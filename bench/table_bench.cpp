@@ -43,7 +43,7 @@ std::string makeTable(const std::string& folder, const char* ending, int rows) {
         records.SetFieldValue(1, "POLES");
         for (int i = 3; i <= kColumns; ++i)
             if (i % 3)
-                records.SetFieldValue(i - 1, "v" + std::to_string(row % 1000 * i));
+                records.SetFieldValue(i - 1, row == rows ? "the last" : "v" + std::to_string(row % 1000 * i));
             else
                 records.SetFieldValue(i - 1, row / 7.0);
         records.Update();
@@ -138,8 +138,8 @@ void measure(const std::string& path, int rows) {
         grid.sourceChanged();
         shown.paints->wait();
     });
-    report("found at the end", 1, [&](int) {
-        if (sheet.find(std::to_string(rows), {1, 1}, goOn)->row != rows) std::abort();
+    report("found near the end", 1, [&](int) {
+        if (!sheet.find("the last", {1, 1}, goOn)) std::abort();
     });
     report("sorted by a text", 1, [&](int) { sheet.sortBy({0, true}, goOn); });
     report("sorted by a number", 1, [&](int) { sheet.sortBy({2, true}, goOn); });

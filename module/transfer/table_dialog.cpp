@@ -61,6 +61,12 @@ std::string summaryOf(const TableSheet::Report& report) {
     return line + ".";
 }
 
+void printLeftOut(const std::vector<std::string>& lines) {
+    constexpr size_t kMostLines = 50;
+    for (size_t i = 0; i < std::min(lines.size(), kMostLines); ++i) acutPrintf("\n  %s", lines[i].c_str());
+    if (lines.size() > kMostLines) acutPrintf("\n  ... and %zu more.", lines.size() - kMostLines);
+}
+
 class TableDialog : public ui::Dialog {
   public:
     explicit TableDialog(TableSheet& sheet);
@@ -447,7 +453,7 @@ bool TableDialog::save() {
     say(summaryOf(report));
     if (!report.isWhole) return false;
     acutPrintf("\n%s: %s", sheet_.table().c_str(), summaryOf(report).c_str());
-    for (const std::string& line : report.leftOut) acutPrintf("\n  %s", line.c_str());
+    printLeftOut(report.leftOut);
     ui::reportSuccess(kAlert, "Process done...");
     return !changed_;
 }

@@ -75,6 +75,9 @@ class Backend {
         return messageBox({question.title, question.text, question.flags, false, question.yes, question.no});
     }
     virtual std::optional<std::string> fileBox(const FileBox& box) = 0;
+    // The text that programs exchange.
+    virtual std::string clipboard() { return {}; }
+    virtual void setClipboard(const std::string&) {}
     // A text that goes away by itself after some milliseconds.
     virtual void information(const std::string& text, int milliseconds) = 0;
     // False when nothing was printed.
@@ -84,12 +87,6 @@ class Backend {
     virtual void refresh() {}
     // Seconds since 1970.
     virtual std::time_t now() const { return std::time(nullptr); }
-    // The text that programs exchange. Where there is no other program, it is this one's own.
-    virtual std::string clipboard() { return clipboard_; }
-    virtual void setClipboard(const std::string& text) { clipboard_ = text; }
-
-  private:
-    std::string clipboard_;
 };
 
 // The present backend; null when there is none. A program sets it once, a test for a while. It stays the

@@ -93,6 +93,9 @@ class ScriptedBackend : public Backend {
     int messageBox(const MessageBox& box) override;
     int ask(const OwnQuestion& question) override;
     std::optional<std::string> fileBox(const FileBox& box) override;
+    // One of its own, which a test may fill and look into.
+    std::string clipboard() override { return clipboard_; }
+    void setClipboard(const std::string& text) override { clipboard_ = text; }
     void information(const std::string& text, int milliseconds) override;
     // Logs the pages as text.
     bool print(const PrintJob& job) override;
@@ -117,6 +120,7 @@ class ScriptedBackend : public Backend {
     std::vector<QuestionAnswer> questions_;
     Asker* asker_ = nullptr;
     std::optional<std::time_t> clock_;
+    std::string clipboard_;
     std::vector<std::string> log_;
     std::vector<std::string> failed_;  // steps refused and left over
 };

@@ -176,6 +176,34 @@ TEST_F(QtTable, ThePreviewOfNotesLocksRows) {
     EXPECT_EQ(sqlite("list.sqlite", "SELECT NAME, GIRTH FROM LIST WHERE PT_ID = '2'"), "OAK|1.25\n");
 }
 
+TEST_F(QtTable, WhatIsMarkedCanBeReadInADarkTheme) {
+    makeList("list.sqlite", 3);
+    const QPalette light = QApplication::palette();
+    QPalette dark(QColor(45, 45, 48), QColor(45, 45, 48));
+    dark.setColor(QPalette::Base, QColor(30, 30, 30));
+    for (QPalette::ColorRole role : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText})
+        dark.setColor(role, Qt::white);
+    QApplication::setPalette(dark);
+    const auto contrast = [](int column, int row) {
+        const QModelIndex cell = grid()->model()->index(row - 1, column - 1);
+        auto colour = [&](int role, QPalette::ColorRole otherwise) {
+            const QVariant own = cell.data(role);
+            return own.isValid() ? own.value<QBrush>().color() : grid()->palette().color(otherwise);
+        };
+        return std::abs(colour(Qt::BackgroundRole, QPalette::Base).lightness() -
+                        colour(Qt::ForegroundRole, QPalette::Text).lightness());
+    };
+    const std::vector<NoteRecord> notes = {{{"PT_ID", "6", "2"}, {"NAME", "6", "OAK"}},
+                                           {{"PT_ID", "6", "9"}, {"NAME", "6", "ELM"}}};
+    does({focusOn(1001), type("ASH"), press(Qt::Key_Return), press(Qt::Key_L, Qt::AltModifier),
+          picture("dark"),
+          see([&] { return contrast(3, 1) > 80 && contrast(3, 2) > 80 && contrast(3, 3) > 80; },
+              "it can be read"),
+          press(Qt::Key_Escape), box("Would you like"), press(Qt::Key_N, Qt::AltModifier)});
+    PreviewRecords(path("list.sqlite"), "LIST", notes);
+    QApplication::setPalette(light);
+}
+
 TEST_F(QtTable, TheDialogsFitASmallScreen) {
     makePoles("poles.mdb");
     does({title("Choose a Table"), fitsSmallScreen(), press(Qt::Key_Return),
