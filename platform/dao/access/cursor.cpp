@@ -31,10 +31,14 @@ jet::RowId AccessCursor::row() const {
 void AccessCursor::findRows(size_t position) {
     if (allRows_ || position < rows_.size()) return;
     connection_->read(tableName_, [&](Table& table) {
+        if (position == std::numeric_limits<size_t>::max()) {
+            table.records->list(next_, rows_);
+            allRows_ = true;
+            return;
+        }
         jet::Records::Place place;
         // A few more than are asked for, so that a walk does not lock the file for every record.
-        size_t wanted =
-            position > std::numeric_limits<size_t>::max() - readNext_ ? position : position + readNext_;
+        const size_t wanted = position + readNext_;
         while (rows_.size() <= wanted) {
             if (!table.records->next(next_, place)) {
                 allRows_ = true;

@@ -98,6 +98,22 @@ bool Records::next(RowId& row, Place& place) {
     return false;
 }
 
+void Records::list(RowId from, std::vector<RowId>& rows) {
+    const std::vector<uint32_t>& pages = space_.pages();
+    for (auto it = std::lower_bound(pages.begin(), pages.end(), from.page); it != pages.end(); ++it) {
+        const PagePtr page = store_.file.page(*it, PageType::kData);
+        const DataPage data(store_.format, page->view());
+        if (data.owner() != definition_->page)
+            damaged("page " + std::to_string(*it) + " belongs to another table");
+        for (size_t slot = *it == from.page ? from.slot : 0; slot < data.slots(); ++slot) {
+            if (slot > 0xFF) damaged("a page has too many rows");
+            const SlotKind kind = data.slot(slot).kind;
+            if (kind != SlotKind::kDeleted && kind != SlotKind::kMovedBody)
+                rows.push_back({*it, static_cast<uint8_t>(slot)});
+        }
+    }
+}
+
 Value Records::value(const RowView& row, size_t column) const {
     const ColumnDefinition& definition = definition_->columns[column];
     bool has = row.has(definition);
