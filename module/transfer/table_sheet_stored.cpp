@@ -4,6 +4,7 @@
 
 #include "module/store/database.h"
 #include "module/store/output_database.h"
+#include "platform/text/text.h"
 
 namespace norvane {
 
@@ -79,7 +80,7 @@ std::string StoredTableSheet::checkChange(long record, size_t column) {
     if (columns_[column].is("GIS_KEY")) {
         const std::string held = readText(record, column);
         change(record, column, held.empty() ? table() : held);
-    } else if (columns_[column].is("PT_ID") && shownText(record, column).empty()) {
+    } else if (columns_[column].is("PT_ID") && text::trim(shownText(record, column)).empty()) {
         change(record, column, GeneratedKey(kAutomaticKey));
         return "PT_ID cannot be an empty string!";
     }

@@ -153,7 +153,7 @@ TEST_F(TableTest, AFeatureStaysAndAPointIsNeverEmpty) {
     ui_.answerBox("OK");
     ui_.answerBox("Yes");
     edit("poles.mdb", "POLES",
-         joined({{cellAt(2, 1, "TREE"), cellAt(2, 5, "poles"), cellAt(1, 2, ""), show()},
+         joined({{cellAt(2, 1, "TREE"), cellAt(2, 5, "poles"), cellAt(1, 2, " "), show()},
                  save(),
                  {click("Quit")}}));
     EXPECT_NE(lineOf(pictures()[0], "'P1'").find("'POLE'"), std::string::npos);
