@@ -172,6 +172,37 @@ TEST_F(Postgres, RecordsAreAddedByCodeNineteen) {
     EXPECT_EQ(record("count(*)"), "1\n");
 }
 
+TEST_F(Postgres, AFeatureIsMadeFromATableAndWritesToIt) {
+    server().answer(
+        "CREATE SCHEMA survey; CREATE TABLE survey.poles (owner text, height double precision, circuits "
+        "integer, "
+        "\"LAST SEEN\" varchar(30), since date); INSERT INTO survey.poles (owner) VALUES ('CITY');"
+        "CREATE TABLE survey.dates (since date)");
+    // The password is given once, by a save.
+    answer(134, {click("Cancel")});
+    save("1", "TREE");
+    write("featlink.ini", "#1" + path("template.mdb") + "\n#2" + withoutPassword() + "\n");
+    using Kind = ui::Step::Kind;
+    answer(151, {{Kind::Menu, "", "Feature/Import"}, key("Ctrl+S"), {Kind::Menu, "", "Exit"}});
+    answer(153, {show(), pick("Available Tables from Output Database:", "POLES"), show(), click("OK")});
+    answer(1511, {click("OK")});
+    answer(1512, {pick("1002", "0"), click("OK")});
+    ui_.answerBox("OK"), ui_.answerBox("Yes");
+    EXPECT_EQ(lisp("(cf:gis_smart_prompting 15)"), "1");
+    EXPECT_NE(boxes().find("Number fields from    TABLE : 4\nNumber fields  used in the new Feature : 4"),
+              std::string::npos)
+        << boxes();
+    EXPECT_EQ(loggedText().find("DATES"), std::string::npos) << "a table without usable fields";
+    EXPECT_EQ(loggedText().find(PostgresServer::kPassword), std::string::npos);
+    EXPECT_EQ(sqlite("template.mdb",
+                     "select FIELD_NAME from ZGEO_SMART_PROMPTING where GIS_NAME = 'POLES' order by NO_GIS"),
+              "OWNER\n..HEIGHT\n.CIRCUITS\nLAST SEEN\n");
+    answer(134, {cell(1, "SMITH"), cell(2, "12.5"), cell(4, "today"), click("OK")});
+    EXPECT_EQ(save("7", "POLES", withoutPassword()), "1");
+    EXPECT_EQ(record("pt_id, gis_key, owner, height, \"LAST SEEN\"", "survey.poles"),
+              "7|POLES|SMITH|12.5|today\n||CITY||\n");
+}
+
 TEST_F(Postgres, AnOldTableGetsItsMissingColumnsAndKeepsItsRecords) {
     server().answer(
         "CREATE SCHEMA survey CREATE TABLE tree (pt_id text, dbh integer); "
