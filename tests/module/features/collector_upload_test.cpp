@@ -212,15 +212,29 @@ TEST_F(Upload, AFailureOfTheDatabaseStartsNothing) {
 TEST_F(Upload, AProgramThatHangsIsStoppedByCancel) {
     smallTemplate();
     program("#!/bin/sh\ntrap '' TERM\necho $$ >'" + path("pid") + "'\nsleep 60 &\necho $! >'" +
-            path("child") + "'\nwait\n");
-    // Steps come at once, the program may take its time to begin.
-    std::vector<Step> steps(40, show());
-    steps.push_back(click("Cancel"));
-    answer(kProgress, steps);
-    upload();
-    EXPECT_TRUE(shown("dialog 1000: Upload Features"));
-    EXPECT_TRUE(shown("Waiting for padlink.exe..."));
-    EXPECT_FALSE(shown("Process done..."));
+            path("child") + "'\n: >'" + path("begun") + "'\nwait\n");
+    // A person who waits until the program has begun.
+    struct Patient : CheckedScript {
+        std::string sign;
+        void takeEvents(ui::Dialog& dialog) override {
+            for (int i = 0; i < 3000 && !fs::exists(sign); ++i)
+                std::this_thread::sleep_for(std::chrono::milliseconds(10));
+            CheckedScript::takeEvents(dialog);
+        }
+    } patient;
+    patient.sign = path("begun");
+    ui::setBackend(&patient);
+    patient.answerFile(path("codes.fld"));
+    patient.answerBox("Yes");
+    patient.answer(kProgress, {show(), click("Cancel")});
+    patient.answer(kEditor, {menu("GIS File/Upload Features to Fieldline/Geoline/Rapidline"), menu("Exit")});
+    EXPECT_EQ(lisp("(cf:gis_smart_prompting 15)"), "1");
+    ui::setBackend(&ui_);
+    std::string log;
+    for (const std::string& line : patient.log()) log += line + "\n";
+    EXPECT_NE(log.find("dialog 1000: Upload Features"), std::string::npos);
+    EXPECT_NE(log.find("Waiting for padlink.exe..."), std::string::npos);
+    EXPECT_EQ(log.find("Process done..."), std::string::npos);
     EXPECT_NE(printed().find("\nThe transfer was cancelled"), std::string::npos);
     EXPECT_EQ(files("tmp"), "");
     for (const char* name : {"pid", "child"}) {
@@ -275,7 +289,7 @@ TEST_F(Upload, AKilledProgramLeavesNothing) {
         "/usr/bin/env", {"NORVANE_USER_DIR=" + path(""), NORVANE_BIN_DIR "/hostcad-batch", path("job.lsp")});
     ASSERT_TRUE(host);
     auto waitUntil = [](auto done) {
-        for (int i = 0; i < 1000 && !done(); ++i) std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        for (int i = 0; i < 3000 && !done(); ++i) std::this_thread::sleep_for(std::chrono::milliseconds(10));
         return done();
     };
     ASSERT_TRUE(waitUntil([&] { return !read("pid").empty(); })) << "the transfer has begun";

@@ -160,6 +160,21 @@ TEST_F(Definitions, DetailsAreRowsOfTheSheetAndNodesOfTheTree) {
     EXPECT_NE(shown[2].find("> BUSH"), std::string::npos) << "the feature of the attribute stays selected";
 }
 
+TEST_F(Definitions, AFeatureThatWasRemovedStaysSoInAnotherForm) {
+    smallTemplate();
+    preview({click("Append All GIS to Preview"),
+             {Step::Kind::ClickCell, "1004", "", true, 1, 3},
+             click("Remove GIS from Preview"),
+             click("Include details"),
+             click("Include details"),
+             show()});
+    EXPECT_NE(
+        sheets().back().find(
+            "GIS NAME: GATE CAT.-FENCES\n    GIS NAME: BUSH CAT.-PLANTS\n    GIS NAME: TREE CAT.-ROADS"),
+        std::string::npos)
+        << sheets().back();
+}
+
 TEST_F(Definitions, DefaultsAreWhiteOnBlackAndTheSheetIsWiderForThePrintAlone) {
     smallTemplate();
     Printer printer;
