@@ -360,6 +360,27 @@ TEST_F(QtUi, FileBoxesShowTheirPatternFirst) {
     EXPECT_EQ(ui::fileBox(save), std::nullopt);
 }
 
+TEST_F(QtUi, AFolderIsChosen) {
+    fs::create_directory(folder_ / "card");
+    std::ofstream(folder_ / "file.txt") << "no folder";
+    ui::FileBox box;
+    box.folders = true;
+    box.title = "Folder for Feature Files";
+    box.folder = folder_.string() + "/";
+    auto named = [this](const char* name) {
+        return Action([this, name] {
+            EXPECT_EQ(window()->windowTitle(), "Folder for Feature Files");
+            window()
+                ->findChild<QLineEdit*>("fileNameEdit")
+                ->setText(QString::fromStdString((folder_ / name).string()));
+        });
+    };
+    does({named("card"), press(Qt::Key_Enter)});
+    EXPECT_EQ(ui::fileBox(box), (folder_ / "card").string());
+    does({press(Qt::Key_Escape)});
+    EXPECT_EQ(ui::fileBox(box), std::nullopt);
+}
+
 TEST_F(QtUi, APrintJobBecomesAFileOfPages) {
     qputenv("HOME", folder_.string().c_str());
     ui::Grid table(1);
