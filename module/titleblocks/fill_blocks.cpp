@@ -30,12 +30,12 @@ FilledInsert FillInsert(const EntityName& insert, const FillChoice& choice,
     filled.isLinked.resize(filled.attributes.size());
     filled.key = choice.keyValue ? *choice.keyValue : keyOf(filled.attributes, choice.keyAttribute);
     for (const BlockLink& link : links) {
-        const std::string* value = tables.find(link, filled.key);
+        const std::optional<std::string_view> value = tables.find(link, filled.key);
         if (!value) continue;
         filled.isFound = true;
         for (size_t i = 0; i < filled.attributes.size(); ++i)
             if (text::equalNoCase(filled.attributes[i].tag, link.attribute)) {
-                filled.attributes[i].text = link.format.apply(*value);
+                filled.attributes[i].text = link.format.apply(std::string(*value));
                 filled.isLinked[i] = true;
             }
     }

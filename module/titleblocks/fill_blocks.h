@@ -34,8 +34,7 @@ FilledInsert FillInsert(const EntityName& insert, const FillChoice& choice,
                         const std::vector<BlockLink>& links, const ValueTables& tables);
 
 // What a run came to.
-class FillReport {
-  public:
+struct FillReport {
     size_t blocks = 0, updated = 0, skipped = 0, withoutAttributes = 0, withoutKey = 0, notFound = 0,
            refused = 0;
     std::vector<std::string> missingKeys;  // each once, one more than are told at most

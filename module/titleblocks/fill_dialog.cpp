@@ -16,13 +16,19 @@ namespace norvane {
 namespace {
 
 constexpr int kResource = 141;
-constexpr int kLabels = 1201;
+enum Caption : int {
+    kBlocksCaption = 1201,
+    kBlockCaption,
+    kAttributesCaption,
+    kKeyAttributeCaption,
+    kValuesCaption,
+    kKeyValueCaption
+};
 constexpr int kListRows = 8;
 constexpr int kSourceGroup = 1;
 
-bool contains(const std::vector<const std::string*>& values, const std::string& wanted) {
-    return std::any_of(values.begin(), values.end(),
-                       [&](const std::string* value) { return *value == wanted; });
+bool contains(const std::vector<std::string_view>& values, const std::string& wanted) {
+    return std::find(values.begin(), values.end(), wanted) != values.end();
 }
 
 }  // namespace
@@ -36,20 +42,18 @@ FillDialog::FillDialog(std::vector<FillableBlock> blocks)
 }
 
 void FillDialog::addControls() {
-    int label = kLabels;
-    auto heading = [&](const char* text) { add<ui::Label>(label++, text); };
-    heading("Select Block to Process:");
+    add<ui::Label>(kBlocksCaption, "Select Block to Process:");
     add<ui::List>(kBlocks, false, kListRows).setColumns({"Inserts", "Block"});
-    heading("Current Block:");
+    add<ui::Label>(kBlockCaption, "Current Block:");
     add<ui::Edit>(kBlock, true);
-    heading("Select Key Attribute:");
+    add<ui::Label>(kAttributesCaption, "Select Key Attribute:");
     add<ui::List>(kAttributes, false, kListRows);
-    heading("Selected Key from Attributes List:");
+    add<ui::Label>(kKeyAttributeCaption, "Selected Key from Attributes List:");
     add<ui::Edit>(kKeyAttribute, true);
-    heading("Select Key Value for");
+    add<ui::Label>(kValuesCaption, "Select Key Value for");
     add<ui::Label>(kValuesOf);
     add<ui::List>(kValues, false, kListRows).setSource(&values_);
-    heading("Selected Key Value from Database:");
+    add<ui::Label>(kKeyValueCaption, "Selected Key Value from Database:");
     add<ui::Edit>(kKeyValue);
     add<ui::GroupBox>(kSource, "Source for Key Value");
     add<ui::RadioButton>(kFromDrawing, "Drawing Attri&butes", kSourceGroup);
@@ -64,16 +68,16 @@ void FillDialog::addControls() {
 
 void FillDialog::arrange() {
     using namespace ui;
-    Layout blocks = column({item(kLabels), item(kBlocks, 1), item(kLabels + 1), item(kBlock)}, 1);
-    Layout attributes =
-        column({item(kLabels + 2), item(kAttributes, 1), item(kLabels + 3), item(kKeyAttribute)}, 1);
-    Layout values = column({row({item(kLabels + 4), item(kValuesOf), spring()}), item(kValues, 1),
-                            item(kLabels + 5), item(kKeyValue)},
+    Layout blocks = column({item(kBlocksCaption), item(kBlocks, 1), item(kBlockCaption), item(kBlock)}, 1);
+    Layout attributes = column(
+        {item(kAttributesCaption), item(kAttributes, 1), item(kKeyAttributeCaption), item(kKeyAttribute)}, 1);
+    Layout values = column({row({item(kValuesCaption), item(kValuesOf), spring()}), item(kValues, 1),
+                            item(kKeyValueCaption), item(kKeyValue)},
                            1);
     setLayout(column(
         {row({std::move(blocks), std::move(attributes), std::move(values)}, 1),
          row({group(kSource, {row({item(kFromDrawing), item(kFromDatabase)})}), spring(), item(kPreview)}),
-         row({item(kBar, 1), item(kText, 1)}), row({item(kCompare), spring(), item(kOk), item(kCancel)})}));
+         item(kText), item(kBar), row({item(kCompare), spring(), item(kOk), item(kCancel)})}));
 }
 
 void FillDialog::onOpen() {
@@ -88,16 +92,20 @@ void FillDialog::onOpen() {
 
 // Chooses again what was chosen last time, as far as it is there.
 void FillDialog::replay() {
-    const std::vector<std::string> last = text::split(readState(state::kBlockLinkRecord), '|');
-    if (last.size() < 3) return;
-    for (size_t i = 0; i < blocks_.size(); ++i)
-        if (text::equalNoCase(blocks_[i].set.block, last[0]))
-            get<ui::List>(kBlocks).select(static_cast<int>(i));
-    if (get<ui::List>(kBlocks).selected() < 0) return;
+    const std::string last = readState(state::kBlockLinkRecord);
+    const size_t first = last.find('|'), second = last.find('|', first + 1);
+    if (first == std::string::npos || second == std::string::npos) return;
+    const std::string block = last.substr(0, first), key = last.substr(first + 1, second - first - 1),
+                      value = last.substr(second + 1);
+    const auto place = std::find_if(blocks_.begin(), blocks_.end(), [&](const FillableBlock& known) {
+        return text::equalNoCase(known.set.block, block);
+    });
+    if (place == blocks_.end()) return;
+    get<ui::List>(kBlocks).select(static_cast<int>(place - blocks_.begin()));
     chooseBlock();
-    if (!set_ || std::find(set_->tags.begin(), set_->tags.end(), last[1]) == set_->tags.end()) return;
-    showKey(last[1]);
-    if (contains(values_.shown, last[2])) find(kKeyValue)->setText(last[2]);
+    if (get<ui::List>(kAttributes).findExact(key) < 0) return;
+    showKey(key);
+    if (contains(values_.shown, value)) find(kKeyValue)->setText(value);
 }
 
 bool FillDialog::isFromDatabase() const {
@@ -216,8 +224,8 @@ void FillDialog::fillValues(const std::string& part) {
     if (link) values_.shown = tables_.keyValues(*link);
     if (!part.empty()) {
         const std::string wanted = text::upper(part);
-        std::erase_if(values_.shown, [&](const std::string* value) {
-            return text::upper(*value).find(wanted) == std::string::npos;
+        std::erase_if(values_.shown, [&](std::string_view value) {
+            return text::upper(value).find(wanted) == std::string::npos;
         });
     }
     auto& list = get<ui::List>(kValues);

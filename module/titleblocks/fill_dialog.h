@@ -35,8 +35,10 @@ class FillDialog : public ui::Dialog {
     class KeyValues : public ui::ListSource {
       public:
         int count() const override { return static_cast<int>(shown.size()); }
-        std::string text(int index, int) const override { return *shown[static_cast<size_t>(index)]; }
-        std::vector<const std::string*> shown;
+        std::string text(int index, int) const override {
+            return std::string(shown[static_cast<size_t>(index)]);
+        }
+        std::vector<std::string_view> shown;
     };
 
     void addControls();

@@ -30,7 +30,7 @@ constexpr const char* kMargin = "      ";  // behind headings and cells
 constexpr const char* kTitle =
     "Link Information Stored in Database Fields to Title Block/Note Block Attributes in Drawing";
 
-std::string_view trimmedCell(const BlockLink& link, int column) {
+std::string_view partOf(const BlockLink& link, int column) {
     switch (column) {
         case 0:
             return link.block;
@@ -67,7 +67,7 @@ void fill(ui::List& list, const std::vector<std::string>& items) {
 }  // namespace
 
 std::string LinkSettingsDialog::Rows::text(int index, int column) const {
-    return std::string(trimmedCell(list_.links()[static_cast<size_t>(index)], column)) + kMargin;
+    return std::string(partOf(list_.links()[static_cast<size_t>(index)], column)) + kMargin;
 }
 
 // --- Making -----------------------------------------------------------------------------------------------

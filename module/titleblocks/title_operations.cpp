@@ -34,6 +34,7 @@ std::optional<Filling> prepare(Call& call) {
     call.arguments.text(block), call.arguments.text(keyAttribute);
     call.arguments.text(keyValue), call.arguments.text(settings);
     if (block.empty() || (keyAttribute.empty() && keyValue.empty())) return std::nullopt;
+    if (!settings.empty() && !files::exists(settings)) return std::nullopt;
     CheckDao();
     Filling filling;
     filling.choice.block = text::upper(block);

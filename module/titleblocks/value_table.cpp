@@ -8,85 +8,88 @@ namespace norvane {
 
 namespace {
 
-const std::vector<const std::string*> kNone;
+// Whether a name was not among the names before.
+bool joined(std::vector<std::string>& names, const std::string& name) {
+    if (std::find(names.begin(), names.end(), name) != names.end()) return false;
+    names.push_back(name);
+    return true;
+}
 
 }  // namespace
 
-size_t ValueTable::columnOf(const std::string& name) {
-    const auto known = std::find(columns_.begin(), columns_.end(), name);
-    if (known != columns_.end()) return static_cast<size_t>(known - columns_.begin());
-    columns_.push_back(name);
-    return columns_.size() - 1;
-}
-
 void ValueTable::want(const std::string& key, const std::string& field) {
-    if (!key.empty()) keys_[key].column = columnOf(key);
-    columnOf(field);
+    joined(columns_, field);
+    if (key.empty()) return;
+    joined(columns_, key);
+    joined(wantedKeys_, key);
 }
 
-void ValueTable::clear() {
-    columns_.clear();
+// A column may have gone since the link was tested, and a value that is not there is none to be written.
+void ValueTable::takeColumns(const std::vector<std::string>& there) {
+    std::erase_if(columns_, [&](const std::string& column) {
+        return std::find(there.begin(), there.end(), column) == there.end();
+    });
     keys_.clear();
-    values_.clear();
+    for (const std::string& key : wantedKeys_)
+        if (const auto column = std::find(columns_.begin(), columns_.end(), key); column != columns_.end())
+            keys_.emplace(key, TextHash(static_cast<size_t>(column - columns_.begin())));
+    records_ = TextRecords(columns_.size());
 }
 
 // Only the first record of some key is ever looked at.
 void ValueTable::keep(std::span<const std::string> record) {
-    const auto place = static_cast<uint32_t>(values_.size() / columns_.size());
+    const uint32_t place = records_.count();
+    records_.append(record);
     bool isFirst = false;
     for (auto& [name, key] : keys_) {
-        const std::string& value = record[key.column];
-        if (value.empty()) continue;
-        const auto [entry, isNew] = key.records.try_emplace(value, place);
-        if (isNew) key.values.push_back(&entry->first);
-        isFirst = isFirst || isNew;
+        if (record[key.column()].empty()) continue;
+        isFirst = key.add(records_, place) || isFirst;
     }
-    if (isFirst) values_.insert(values_.end(), record.begin(), record.end());
+    if (!isFirst) records_.removeLast();
 }
 
 bool ValueTable::read(RecordSource& source, const std::string& table, const GoOnReading& goOn) {
     try {
-        // A column may have gone since the link was tested, and a value that is not there is none to be
-        // written.
-        const std::vector<std::string> there = source.columns(table);
-        for (const std::string& column : columns_)
-            if (std::find(there.begin(), there.end(), column) == there.end()) {
-                keys_.erase(column);
-                missing_.push_back(column);
-            }
-        if (there.empty()) return true;
+        takeColumns(source.columns(table));
+        if (keys_.empty()) return true;
         long count = 0;
         return source.read(table, columns_, [&](std::span<const std::string> record) {
             keep(record);
             return goOn(++count);
         });
     } catch (const CDaoException&) {
-        clear();
+        keys_.clear();
+        records_ = TextRecords();
         throw;
     }
 }
 
-const std::string* ValueTable::find(const std::string& key, const std::string& keyValue,
-                                    const std::string& field) const {
+std::optional<std::string_view> ValueTable::find(const std::string& key, std::string_view keyValue,
+                                                 const std::string& field) const {
     const auto known = keys_.find(key);
     const auto column = std::find(columns_.begin(), columns_.end(), field);
-    if (known == keys_.end() || column == columns_.end()) return nullptr;
-    if (std::find(missing_.begin(), missing_.end(), field) != missing_.end()) return nullptr;
-    const auto record = known->second.records.find(keyValue);
-    if (record == known->second.records.end()) return nullptr;
-    return &values_[record->second * columns_.size() + static_cast<size_t>(column - columns_.begin())];
+    if (known == keys_.end() || column == columns_.end()) return std::nullopt;
+    const std::optional<uint32_t> record = known->second.find(records_, keyValue);
+    if (!record) return std::nullopt;
+    return records_.text(*record, static_cast<size_t>(column - columns_.begin()));
 }
 
-const std::vector<const std::string*>& ValueTable::keyValues(const std::string& key) const {
+std::vector<std::string_view> ValueTable::keyValues(const std::string& key) const {
+    std::vector<std::string_view> values;
     const auto known = keys_.find(key);
-    return known == keys_.end() ? kNone : known->second.values;
+    if (known == keys_.end()) return values;
+    values.reserve(known->second.records().size());
+    for (uint32_t record : known->second.records())
+        values.push_back(records_.text(record, known->second.column()));
+    return values;
 }
 
 bool ValueTables::read(const std::vector<BlockLink>& links, const std::vector<BlockLink>& refused,
                        const Tell& tell, const GoOnReading& goOn) {
     tables_.clear();
-    for (const BlockLink& link : links) tables_[nameOf(link)].want(link.key, link.field);
-    for (const BlockLink& link : refused) tables_.try_emplace(nameOf(link));
+    for (const BlockLink& link : links)
+        tables_[{link.database.text(), link.table}].want(link.key, link.field);
+    for (const BlockLink& link : refused) tables_.try_emplace({link.database.text(), link.table});
     RecordSources sources;
     for (auto& [name, table] : tables_) {
         try {
@@ -101,14 +104,19 @@ bool ValueTables::read(const std::vector<BlockLink>& links, const std::vector<Bl
     return true;
 }
 
-const std::string* ValueTables::find(const BlockLink& link, const std::string& keyValue) const {
-    const auto table = tables_.find(nameOf(link));
-    return table == tables_.end() ? nullptr : table->second.find(link.key, keyValue, link.field);
+const ValueTable* ValueTables::tableOf(const BlockLink& link) const {
+    const auto table = tables_.find({link.database.text(), link.table});
+    return table == tables_.end() ? nullptr : &table->second;
 }
 
-const std::vector<const std::string*>& ValueTables::keyValues(const BlockLink& link) const {
-    const auto table = tables_.find(nameOf(link));
-    return table == tables_.end() ? kNone : table->second.keyValues(link.key);
+std::optional<std::string_view> ValueTables::find(const BlockLink& link, std::string_view keyValue) const {
+    const ValueTable* table = tableOf(link);
+    return table ? table->find(link.key, keyValue, link.field) : std::nullopt;
+}
+
+std::vector<std::string_view> ValueTables::keyValues(const BlockLink& link) const {
+    const ValueTable* table = tableOf(link);
+    return table ? table->keyValues(link.key) : std::vector<std::string_view>();
 }
 
 }  // namespace norvane

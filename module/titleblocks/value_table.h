@@ -2,15 +2,16 @@
 // links.
 #pragma once
 
-#include <cstdint>
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
-#include <unordered_map>
+#include <string_view>
 #include <utility>
 #include <vector>
 
 #include "module/titleblocks/block_link.h"
+#include "module/titleblocks/keyed_texts.h"
 #include "module/titleblocks/record_source.h"
 
 namespace norvane {
@@ -26,27 +27,20 @@ class ValueTable {
     // False when it was ended. Exceptions pass through, and leave the table empty.
     bool read(RecordSource& source, const std::string& table, const GoOnReading& goOn);
 
-    // The value of a field in the record of a key, compared exactly; null when there is no such record or
-    // field.
-    const std::string* find(const std::string& key, const std::string& keyValue,
-                            const std::string& field) const;
+    // The value of a field in the record of a key, compared exactly; nothing when there is no such record or
+    // field. Good until the table is read again.
+    std::optional<std::string_view> find(const std::string& key, std::string_view keyValue,
+                                         const std::string& field) const;
     // The values that a key has, each once, in the order of the records, without the empty one.
-    const std::vector<const std::string*>& keyValues(const std::string& key) const;
+    std::vector<std::string_view> keyValues(const std::string& key) const;
 
   private:
-    struct Key {
-        size_t column = 0;
-        std::unordered_map<std::string, uint32_t> records;
-        std::vector<const std::string*> values;
-    };
-    void clear();
-    size_t columnOf(const std::string& name);
+    void takeColumns(const std::vector<std::string>& there);
     void keep(std::span<const std::string> record);
 
-    std::vector<std::string> columns_;
-    std::vector<std::string> missing_;  // of them, those that the table does not have
-    std::map<std::string, Key> keys_;
-    std::vector<std::string> values_;  // of one record behind the other
+    std::vector<std::string> wantedKeys_, columns_;
+    std::map<std::string, TextHash> keys_;
+    TextRecords records_;
 };
 
 class ValueTables {
@@ -58,12 +52,12 @@ class ValueTables {
     bool read(const std::vector<BlockLink>& links, const std::vector<BlockLink>& refused, const Tell& tell,
               const GoOnReading& goOn);
 
-    const std::string* find(const BlockLink& link, const std::string& keyValue) const;
-    const std::vector<const std::string*>& keyValues(const BlockLink& link) const;
+    std::optional<std::string_view> find(const BlockLink& link, std::string_view keyValue) const;
+    std::vector<std::string_view> keyValues(const BlockLink& link) const;
 
   private:
     using Name = std::pair<std::string, std::string>;  // database and table
-    static Name nameOf(const BlockLink& link) { return {link.database.text(), link.table}; }
+    const ValueTable* tableOf(const BlockLink& link) const;
 
     std::map<Name, ValueTable> tables_;
 };

@@ -3,6 +3,7 @@
 #include <regex>
 
 #include "tests/module/titleblocks/titles_fixture.h"
+#include "tests/platform/dao/odbc/postgres_server.h"
 
 namespace {
 
@@ -339,6 +340,7 @@ TEST_F(FillTest, RoutinesFillAndCompareWithoutDialogs) {
               "79")
         << "all but a key";
     EXPECT_EQ(lisp("(gis:fill-titles \"TITLE\" \"JOBNO\" \"\" " + quoted("none.ini") + ")"), "nil");
+    EXPECT_FALSE(fs::exists(path("none.ini")));
     EXPECT_EQ(lisp("(gis:fill-titles)"), "nil");
     EXPECT_EQ(ui_.log(), std::vector<std::string>{});
 }
@@ -368,4 +370,19 @@ TEST_F(FillTest, AWholeFolderOfDrawingsIsFilledFromAScript) {
     EXPECT_EQ(report[2], "\"" + path("sheets/sheet1.dxf") + "\",11,7,2,1,\"99-9999  05-0143  \"");
     ASSERT_EQ(host_->openDrawing(path("sheets/sheet1.dxf")), "");
     EXPECT_EQ(savedTexts()["79 PROJECT"], "CEDAR CREEK SUBDIVISION");
+}
+
+TEST_F(FillTest, ASourceOnAServerIsReadByItsConnectString) {
+    const std::string driver = odbcDriver("libsqlite3odbc.so");
+    if (driver.empty()) GTEST_SKIP() << "the ODBC driver of SQLite is not installed";
+    sqlite("server.db",
+           "create table jobs (jobno varchar(20), project varchar(50), size double); insert into jobs values "
+           "('03-0101', 'FROM THE SERVER', 12.5)");
+    const std::string connect = "ODBC;DRIVER=" + driver + ";Database=" + path("server.db");
+    writeSettings("TITLE|PROJECT|JOBNO|JOBS|PROJECT|" + connect + "\nTITLE|SCALE|JOBNO|JOBS|SIZE|" + connect +
+                  "\n");
+    EXPECT_TRUE(fill(byAttribute(11, "TITLE", "JOBNO")).starts_with("\nTITLE: 11 blocks, 1 updated"));
+    std::map<std::string, std::string> texts = savedTexts();
+    EXPECT_EQ(texts["79 PROJECT"], "FROM THE SERVER");
+    EXPECT_EQ(texts["79 SCALE"], "12.500000");
 }

@@ -49,7 +49,11 @@ TEST_F(QtTitles, ABlockIsFilledByKeyboardAlone) {
 }
 
 TEST_F(QtTitles, LinksAreMadeByKeyboardAlone) {
-    writeSettings(titleLinks("JOBS", "jobs.mdb"));
+    // Paths count from where the program runs.
+    const fs::path before = fs::current_path();
+    fs::current_path(path(""));
+    const std::string lines = ::text::replaceAll(titleLinks("JOBS", "jobs.mdb"), path(""), "");
+    writeSettings(lines);
     doesAll({{title("Link Information"), press(Qt::Key_L, Qt::AltModifier), title("Saved Blocks"),
               focusOn(1001), press(Qt::Key_Down), [] { picture(); }, press(Qt::Key_O, Qt::AltModifier),
               title("Link Information"),
@@ -69,7 +73,23 @@ TEST_F(QtTitles, LinksAreMadeByKeyboardAlone) {
                          if (button->text().contains("Yes")) QTest::mouseClick(button, Qt::LeftButton);
              }}});
     EXPECT_EQ(lisp("(cf:gis_smart_prompting 5)"), "0");
-    EXPECT_EQ(settings(), titleLinks("JOBS", "jobs.mdb"));
+    EXPECT_EQ(settings(), lines);
+    fs::current_path(before);
+}
+
+TEST_F(QtTitles, AListOfManyKeysIsThereAtOnce) {
+    constexpr int kKeys = 100000;
+    std::string table = "JOBNO,PROJECT\n";
+    for (int i = 0; i < kKeys; ++i) table += "K" + std::to_string(i) + ",P\n";
+    write("many.csv", table);
+    writeSettings(links("TITLE", "JOBNO", "MANY", "many.csv", {"JOBNO", "PROJECT"}));
+    auto rows = [] { return window()->findChild<QTableView*>("1004")->model()->rowCount(); };
+    does({title("Insert/Update"), focusOn(1001), press(Qt::Key_Down), press(Qt::Key_D, Qt::AltModifier),
+          press(Qt::Key_Tab), see([=] { return rows() == kKeys; }, "all keys"),
+          [] { window()->findChild<QLineEdit*>("1006")->setFocus(); }, type("999"),
+          see([=] { return rows() > 0 && rows() < kKeys; }, "keys with the part that was typed"),
+          press(Qt::Key_Escape)});
+    run();
 }
 
 TEST_F(QtTitles, TheDialogsFitASmallScreen) {

@@ -229,8 +229,7 @@ TEST_F(Sources, TheFirstRecordOfAKeyCounts) {
     table.want("K", "GONE");
     EXPECT_TRUE(table.read(*open(path("t.csv")), "T", [](long) { return true; }));
     auto found = [&](const char* key, const char* value, const char* field) {
-        const std::string* text = table.find(key, value, field);
-        return text ? *text : "-";
+        return std::string(table.find(key, value, field).value_or("-"));
     };
     EXPECT_EQ(found("K", "1", "V"), "one");
     EXPECT_EQ(found("K", "2", "V"), "") << "also when it is empty";
@@ -241,7 +240,7 @@ TEST_F(Sources, TheFirstRecordOfAKeyCounts) {
     EXPECT_EQ(found("K", "1", "GONE"), "-") << "a column that has gone empties nothing";
     EXPECT_EQ(found("GONE", "1", "V"), "-");
     std::string values;
-    for (const std::string* value : table.keyValues("L")) values += *value;
+    for (std::string_view value : table.keyValues("L")) values += value;
     EXPECT_EQ(values, "abcd");
     EXPECT_FALSE(table.read(*open(path("t.csv")), "T", [](long records) { return records < 2; }));
 }
