@@ -18,7 +18,7 @@ constexpr std::array<const char*, 12> kMonths = {"January",   "February", "March
 std::string datePart(std::string_view part, const dao::Calendar& day) {
     if (part == "YYYY") return text::format("%04d", day.year);
     if (part == "YY") return text::format("%02d", day.year % 100);
-    const std::string month = kMonths[static_cast<size_t>(day.month - 1)];
+    std::string month = kMonths[static_cast<size_t>(day.month - 1)];
     if (part == "MMMM") return month;
     if (part == "MMM") return month.substr(0, 3);
     if (part == "MM") return text::format("%02d", day.month);

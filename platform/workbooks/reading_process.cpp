@@ -1,5 +1,6 @@
 #include "platform/workbooks/reading_process.h"
 
+#include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -100,6 +101,9 @@ void writeAll(std::FILE* out, const std::function<std::unique_ptr<Workbook>()>& 
 [[noreturn]] void runChild(int pipe, const std::function<std::unique_ptr<Workbook>()>& open) {
     int status = 1;
     limitResources();
+    // The libraries tell what they miss where nobody asks for it.
+    if (const int nowhere = ::open("/dev/null", O_WRONLY); nowhere >= 0)
+        for (int stream : {STDOUT_FILENO, STDERR_FILENO}) ::dup2(nowhere, stream);
     if (Stream out{::fdopen(pipe, "wb")}) {
         try {
             writeAll(out.get(), open);
