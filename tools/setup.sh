@@ -1,7 +1,8 @@
 # Sourced by ./run and ./test: installs what a fresh Debian 12 machine lacks, and builds a preset.
 
-packages="g++ clang-format cmake ninja-build pkg-config libsqlite3-dev sqlite3 libgtest-dev qt6-base-dev python3 python3-ezdxf python3-pyshp mdbtools
-libfreexl-dev liborcus-dev unixodbc-dev odbc-postgresql libsqliteodbc postgresql poppler-utils"
+packages="g++ clang-format cmake ninja-build pkg-config libsqlite3-dev sqlite3 libjpeg-dev libpng-dev libgif-dev libfreexl-dev
+liborcus-dev libgtest-dev qt6-base-dev python3 python3-ezdxf python3-pyshp mdbtools unixodbc-dev odbc-postgresql libsqliteodbc
+postgresql poppler-utils"
 
 # Only what is missing, and nothing at all when everything is there.
 install_missing() {

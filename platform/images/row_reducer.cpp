@@ -1,0 +1,71 @@
+#include "platform/images/row_reducer.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace images {
+namespace {
+
+// The sums of so many squared pixels of 255 times 255 fit into 32 bits.
+constexpr int kLargestFactor = 256;
+
+// Adds some pixels of a row to the sums of one pixel. Colours count by how much they cover.
+void addPixels(const uint8_t* pixel, int count, uint32_t* sums) {
+    uint32_t red = 0, green = 0, blue = 0, covers = 0;
+    for (const uint8_t* end = pixel + count * kPixelBytes; pixel != end; pixel += kPixelBytes) {
+        const uint32_t a = pixel[3];
+        red += a * pixel[0];
+        green += a * pixel[1];
+        blue += a * pixel[2];
+        covers += a;
+    }
+    sums[0] += red;
+    sums[1] += green;
+    sums[2] += blue;
+    sums[3] += covers;
+}
+
+}  // namespace
+
+void RowReducer::begin(Size size) {
+    size_ = size;
+    factor_ = std::clamp(
+        std::min(size.width / std::max(1, needed_.width), size.height / std::max(1, needed_.height)), 1,
+        kLargestFactor);
+    result_ = Image({(size.width + factor_ - 1) / factor_, (size.height + factor_ - 1) / factor_});
+    sums_.assign(static_cast<size_t>(result_.size.width) * kPixelBytes, 0);
+}
+
+void RowReducer::add(const uint8_t* row) {
+    if (done_ == result_.size.height) return;
+    if (factor_ == 1) {
+        std::copy_n(row, static_cast<size_t>(size_.width) * kPixelBytes, result_.pixel(0, done_++));
+        return;
+    }
+    for (int x = 0; x < result_.size.width; ++x)
+        addPixels(row + static_cast<ptrdiff_t>(x) * factor_ * kPixelBytes,
+                  std::min(factor_, size_.width - x * factor_), &sums_[static_cast<size_t>(x) * kPixelBytes]);
+    if (++gathered_ == factor_) finishRow();
+}
+
+void RowReducer::finishRow() {
+    for (int x = 0; x < result_.size.width; ++x) {
+        const uint32_t* sums = &sums_[static_cast<size_t>(x) * kPixelBytes];
+        const uint32_t covers = sums[3];
+        const auto pixels = static_cast<uint32_t>(gathered_ * std::min(factor_, size_.width - x * factor_));
+        uint8_t* pixel = result_.pixel(x, done_);
+        for (int c = 0; c < 3; ++c)
+            pixel[c] = covers ? static_cast<uint8_t>((uint64_t{sums[c]} + covers / 2) / covers) : 0;
+        pixel[3] = static_cast<uint8_t>(covers / pixels);
+    }
+    std::fill(sums_.begin(), sums_.end(), 0u);
+    gathered_ = 0;
+    ++done_;
+}
+
+Image RowReducer::take() {
+    if (gathered_ > 0) finishRow();
+    return std::move(result_);
+}
+
+}  // namespace images
