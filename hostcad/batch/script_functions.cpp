@@ -16,7 +16,7 @@ namespace {
 using Kind = ui::Step::Kind;
 
 // What follows the name of a step: its control, and then an item, a text or a mark.
-enum class Shape { Nothing, Text, Control, ControlAndText, ControlAndMark, Cell, CellAndText };
+enum class Shape { Nothing, Text, Texts, Control, ControlAndText, ControlAndMark, Cell, CellAndText };
 
 struct StepForm {
     const char* name;
@@ -36,6 +36,7 @@ constexpr StepForm kSteps[] = {
     {"FOCUS", Kind::Focus, Shape::Control},
     {"KEY", Kind::Key, Shape::Text},
     {"CLICK", Kind::Click, Shape::Control},
+    {"DROP", Kind::Drop, Shape::Texts},
     {"MENU", Kind::Menu, Shape::Text},
     {"SHOW", Kind::Show, Shape::Nothing},
     {"CLOSE", Kind::Close, Shape::Nothing},
@@ -53,6 +54,9 @@ void fill(ui::Step& step, Shape shape, const Arguments& a) {
             break;
         case Shape::Text:
             step.text = wordOf(a[i++]);
+            break;
+        case Shape::Texts:
+            while (i < a.size()) step.files.push_back(wordOf(a[i++]));
             break;
         case Shape::Control:
             step.control = wordOf(a[i++]);

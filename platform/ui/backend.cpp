@@ -45,6 +45,18 @@ std::optional<std::string> fileBox(const FileBox& box) {
     return path;
 }
 
+std::vector<std::string> severalFiles(FileBox box) {
+    if (!presentBackend) return {};
+    box.several = true;
+    std::vector<std::string> paths = presentBackend->severalFiles(box);
+    for (std::string& path : paths) path = files::native(path);
+    return paths;
+}
+
+bool showInViewer(const std::string& path) {
+    return presentBackend && presentBackend->showInViewer(path);
+}
+
 void information(const std::string& text, int milliseconds) {
     if (presentBackend) presentBackend->information(text, milliseconds);
 }

@@ -52,6 +52,7 @@ struct FileBox {
     std::string defaultExtension;  // added to a name without one, without the "."
     bool mustExist = false;
     bool askOverwrite = false;
+    bool several = false;  // existing files; see severalFiles
 };
 
 class Backend {
@@ -78,6 +79,13 @@ class Backend {
     // The text that programs exchange.
     virtual std::string clipboard() { return {}; }
     virtual void setClipboard(const std::string&) {}
+    // All that were chosen; none when it was cancelled.
+    virtual std::vector<std::string> severalFiles(const FileBox& box) {
+        const std::optional<std::string> path = fileBox(box);
+        return path ? std::vector<std::string>{*path} : std::vector<std::string>();
+    }
+    // Shows a file in the program that the system has for its kind; false when it has none.
+    virtual bool showInViewer(const std::string& /*path*/) { return false; }
     // A text that goes away by itself after some milliseconds.
     virtual void information(const std::string& text, int milliseconds) = 0;
     // False when nothing was printed.
@@ -101,6 +109,10 @@ int messageBox(const std::string& title, const std::string& text, unsigned flags
 void reportSuccess(const std::string& title, const std::string& text);
 // The chosen path, with "/" between folders; nothing when the person cancelled.
 std::optional<std::string> fileBox(const FileBox& box);
+// The same for a box in which several existing files can be chosen; none when the person cancelled.
+std::vector<std::string> severalFiles(FileBox box);
+// Shows a file in the system's own program for it. False when that cannot be done.
+bool showInViewer(const std::string& path);
 void information(const std::string& text, int milliseconds);
 // The button that was pressed; without a backend the default answer.
 int ask(const OwnQuestion& question);

@@ -257,8 +257,24 @@ void Progress::setPosition(int position) {
     changed();
 }
 
-void Picture::setPath(std::string path) {
+void Picture::setPath(std::string path, images::Size frame) {
     path_ = std::move(path);
+    frame_ = frame;
+    image_ = {};
+    ++changes_;
+    changed();
+}
+
+void Picture::setImage(images::Image image) {
+    path_.clear();
+    image_ = std::move(image);
+    frame_ = images::fitted(image_.size, room_);
+    ++changes_;
+    changed();
+}
+
+void Picture::setClickable(bool on) {
+    clickable_ = on;
     changed();
 }
 

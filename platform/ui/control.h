@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/images/image.h"
 #include "platform/ui/font.h"
 
 namespace ui {
@@ -257,19 +258,34 @@ class Progress : public Control {
     int from_ = 0, to_ = 100, position_ = 0;
 };
 
-// A frame that shows an image file; no path shows an empty frame.
+// A frame that shows an image file, or a picture that the program has; without either it is empty.
 class Picture : public Control {
   public:
     Picture(int id, int width, int height)
-        : Control(ControlKind::Picture, id, {}), width_(width), height_(height) {}
-    int width() const { return width_; }  // pixels at 96 dpi
-    int height() const { return height_; }
+        : Control(ControlKind::Picture, id, {}), room_{width, height}, frame_(room_) {}
+    int width() const { return room_.width; }  // of the room for it, in pixels at 96 dpi
+    int height() const { return room_.height; }
     const std::string& path() const { return path_; }
-    void setPath(std::string path);
+    // The frame round the picture, within the room: all of it unless it is given.
+    images::Size frame() const { return frame_; }
+    void setPath(std::string path) { setPath(std::move(path), room_); }
+    void setPath(std::string path, images::Size frame);
+    const images::Image& image() const { return image_; }
+    void setImage(images::Image image);
+    // Another number whenever it has been given something to show, the same file again included.
+    int changes() const { return changes_; }
+
+    // A person may click what it shows, which is a command of the dialog.
+    void setClickable(bool on = true);
+    bool isClickable() const { return clickable_ && (!path_.empty() || !image_.empty()); }
+    bool takesFocus() const override { return isClickable() && enabled() && visible(); }
 
   private:
-    int width_, height_;
+    images::Size room_, frame_;
     std::string path_;
+    images::Image image_;
+    int changes_ = 0;
+    bool clickable_ = false;
 };
 
 class Tabs : public Control {

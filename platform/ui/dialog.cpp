@@ -213,8 +213,14 @@ std::string Dialog::userCheckNode(Tree& tree, int node, bool on) {
 
 std::string Dialog::userClick(Control& control) {
     if (auto* box = dynamic_cast<CheckBox*>(&control)) return userCheck(control, !box->checked());
-    if (control.kind() == ControlKind::RadioButton) return userCheck(control, true);
-    if (control.kind() != ControlKind::Button) return userFocus(control);
+    if (auto* radio = dynamic_cast<RadioButton*>(&control)) {
+        if (!radio->checked()) return userCheck(control, true);
+        if (std::string problem = userFocus(control); !problem.empty()) return problem;
+        onClickAgain(*radio);
+        return {};
+    }
+    if (control.kind() != ControlKind::Button && control.kind() != ControlKind::Picture)
+        return userFocus(control);
     if (std::string problem = userFocus(control); !problem.empty()) return problem;
     onCommand(control.id());
     return {};
@@ -346,6 +352,13 @@ std::string Dialog::userUndo() {
     for (size_t i = 0; !grid && i < controls_.size(); ++i) grid = dynamic_cast<Grid*>(controls_[i].get());
     if (!grid || !grid->takesFocus() || !grid->undo()) return "there is nothing to take back";
     onUndo(*grid);
+    return {};
+}
+
+std::string Dialog::userDrop(const std::vector<std::string>& paths) {
+    if (!takesFiles_) return "files cannot be dropped here";
+    keepTyped();
+    onDrop(paths);
     return {};
 }
 

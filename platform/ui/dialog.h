@@ -91,6 +91,10 @@ class Dialog {
     Size minimumSize() const { return minimumSize_; }
     void setMinimumSize(Size size) { minimumSize_ = size; }
 
+    // Files may be dropped onto it.
+    bool takesFiles() const { return takesFiles_; }
+    void setTakesFiles(bool on = true) { takesFiles_ = on; }
+
     // --- Running --------------------------------------------------------------------------------------
 
     // Shows the dialog until it ends. The result that end() was given; kNotCreated when no backend can
@@ -155,6 +159,8 @@ class Dialog {
     std::string userCell(Grid& grid, CellPosition at, const std::string& text);
     // Takes back the last that was typed into a cell, else the last change of the grid.
     std::string userUndo();
+    // Lets files fall onto the dialog.
+    std::string userDrop(const std::vector<std::string>& paths);
     std::string userClose();
     // Gives the inside of the window another size.
     void userResize(Size size);
@@ -163,8 +169,13 @@ class Dialog {
 
     // Fills the controls, before the dialog is seen.
     virtual void onOpen() {}
-    // A button was pressed, a check box, radio button or box of a tree changed, a menu entry chosen.
+    // A button was pressed, a picture clicked, a check box, radio button or box of a tree changed, a menu
+    // entry chosen.
     virtual void onCommand(int id);
+    // A radio button that was on already was clicked.
+    virtual void onClickAgain(RadioButton&) {}
+    // Files were dropped onto the dialog.
+    virtual void onDrop(const std::vector<std::string>& /*paths*/) {}
     virtual void onSelection(Control&) {}
     virtual void onTextChange(Control&) {}
     virtual void onDoubleClick(Control&) {}
@@ -226,6 +237,7 @@ class Dialog {
     Size minimumSize_;
     std::optional<Font> font_;
     DialogView* view_ = nullptr;
+    bool takesFiles_ = false;
     bool running_ = false;
     int result_ = kNotCreated;
     int focus_ = 0;

@@ -90,6 +90,7 @@ std::string Dialog::userControlKey(Control& control, const Key& key) {
     }
     switch (control.kind()) {
         case ControlKind::Button:
+        case ControlKind::Picture:
             // A key that is held down presses a button once, and none that the focus has come to meanwhile.
             if (!key.is("Enter") && !key.is("Space")) return kPass;
             return key.repeated ? std::string() : userClick(control);

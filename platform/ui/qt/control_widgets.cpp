@@ -8,7 +8,6 @@
 #include <QListWidget>
 #include <QMenuBar>
 #include <QPainter>
-#include <QPixmap>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
@@ -21,6 +20,7 @@
 #include "platform/ui/qt/dialog_window.h"
 #include "platform/ui/qt/frame_overlay.h"
 #include "platform/ui/qt/grid_view.h"
+#include "platform/ui/qt/picture_widget.h"
 #include "platform/ui/qt/qt_text.h"
 #include "platform/ui/qt/record_list.h"
 #include "platform/ui/qt/tree_widget.h"
@@ -191,8 +191,10 @@ class MarkWidget : public Shown<C, Q> {
         : Shown<C, Q>(control, dialog, window) {
         this->q_->setAutoExclusive(false);
         QObject::connect(this->q_, &Q::clicked, this->q_, [this](bool on) {
-            bool isRadio = this->control_.kind() == ControlKind::RadioButton;
-            this->dialog_.userCheck(this->control_, isRadio || on);
+            if (this->control_.kind() == ControlKind::RadioButton)
+                this->dialog_.userClick(this->control_);
+            else
+                this->dialog_.userCheck(this->control_, on);
             this->update();
         });
     }
@@ -283,23 +285,6 @@ class ProgressWidget : public Shown<Progress, QProgressBar> {
     }
 };
 
-class PictureWidget : public Shown<Picture, QLabel> {
-  public:
-    PictureWidget(Control& control, Dialog& dialog, DialogWindow& window) : Shown(control, dialog, window) {
-        q_->setFrameShape(QFrame::StyledPanel);
-        q_->setAlignment(Qt::AlignCenter);
-        q_->setFixedSize(window_.scaled(control_.width()), window_.scaled(control_.height()));
-    }
-
-  private:
-    void show() override {
-        QPixmap picture(toQt(control_.path()));
-        if (picture.isNull()) return q_->clear();
-        q_->setPixmap(
-            picture.scaled(q_->size() - QSize(2, 2), Qt::KeepAspectRatio, Qt::SmoothTransformation));
-    }
-};
-
 class TabsWidget : public Shown<Tabs, QTabBar> {
   public:
     TabsWidget(Control& control, Dialog& dialog, DialogWindow& window) : Shown(control, dialog, window) {
@@ -379,7 +364,7 @@ std::unique_ptr<ControlWidget> makeControlWidget(Control& control, Dialog& dialo
         case ControlKind::Progress:
             return std::make_unique<ProgressWidget>(control, dialog, window);
         case ControlKind::Picture:
-            return std::make_unique<PictureWidget>(control, dialog, window);
+            return makePictureWidget(static_cast<Picture&>(control), dialog, window);
         case ControlKind::Tabs:
             return std::make_unique<TabsWidget>(control, dialog, window);
         case ControlKind::Menu:

@@ -6,8 +6,11 @@
 #include <QGroupBox>
 #include <QKeyEvent>
 #include <QMenuBar>
+#include <QMimeData>
 #include <QScreen>
 #include <QScrollArea>
+#include <QTimer>
+#include <QUrl>
 #include <algorithm>
 
 #include "platform/ui/qt/control_widgets.h"
@@ -42,6 +45,7 @@ DialogWindow::DialogWindow(Dialog& dialog, QWidget* parent)
     setModal(true);
     setSizeGripEnabled(true);
     if (dialog.font()) setFont(qtFont(*dialog.font()));
+    setAcceptDrops(dialog.takesFiles());
     makeWidgets();
     arrange();
     installEventFilter(this);
@@ -313,6 +317,21 @@ void DialogWindow::closeEvent(QCloseEvent* event) {
 
 void DialogWindow::reject() {
     if (dialog_.running()) dialog_.onCancel();
+}
+
+void DialogWindow::dragEnterEvent(QDragEnterEvent* event) {
+    if (event->mimeData()->hasUrls()) event->acceptProposedAction();
+}
+
+// The program that the files come from must not wait for what the dialog asks about them.
+void DialogWindow::dropEvent(QDropEvent* event) {
+    std::vector<std::string> paths;
+    for (const QUrl& url : event->mimeData()->urls())
+        if (url.isLocalFile()) paths.push_back(fromQt(url.toLocalFile()));
+    event->acceptProposedAction();
+    QTimer::singleShot(0, this, [this, paths] {
+        if (dialog_.running() && !paths.empty()) dialog_.userDrop(paths);
+    });
 }
 
 void DialogWindow::resizeEvent(QResizeEvent* event) {

@@ -3,6 +3,7 @@
 #include <QAbstractButton>
 #include <QClipboard>
 #include <QCoreApplication>
+#include <QDesktopServices>
 #include <QEventLoop>
 #include <QFileDialog>
 #include <QFontMetrics>
@@ -13,6 +14,7 @@
 #include <QScreen>
 #include <QSettings>
 #include <QTimer>
+#include <QUrl>
 #include <QVBoxLayout>
 #include <algorithm>
 
@@ -169,9 +171,21 @@ int QtBackend::messageBox(const MessageBox& box) {
 }
 
 std::optional<std::string> QtBackend::fileBox(const FileBox& box) {
+    const std::vector<std::string> paths = severalFiles(box);
+    if (paths.empty()) return std::nullopt;
+    return paths.front();
+}
+
+bool QtBackend::showInViewer(const std::string& path) {
+    return QDesktopServices::openUrl(QUrl::fromLocalFile(toQt(path)));
+}
+
+std::vector<std::string> QtBackend::severalFiles(const FileBox& box) {
     QFileDialog qt(front(), toQt(box.title.empty() ? (box.save ? "Save As" : "Open") : box.title));
     qt.setAcceptMode(box.save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
-    qt.setFileMode(box.save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+    qt.setFileMode(box.save      ? QFileDialog::AnyFile
+                   : box.several ? QFileDialog::ExistingFiles
+                                 : QFileDialog::ExistingFile);
     if (box.folders) {
         qt.setFileMode(QFileDialog::Directory);
         qt.setOption(QFileDialog::ShowDirsOnly);
@@ -184,8 +198,10 @@ std::optional<std::string> QtBackend::fileBox(const FileBox& box) {
     qt.setOption(QFileDialog::DontConfirmOverwrite, !box.askOverwrite);
     bool accepted = qt.exec() == QDialog::Accepted && !qt.selectedFiles().isEmpty();
     returnToFront();
-    if (!accepted) return std::nullopt;
-    return fromQt(qt.selectedFiles().constFirst());
+    std::vector<std::string> paths;
+    if (accepted)
+        for (const QString& path : qt.selectedFiles()) paths.push_back(fromQt(path));
+    return paths;
 }
 
 void QtBackend::information(const std::string& text, int milliseconds) {

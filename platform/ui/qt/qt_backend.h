@@ -30,6 +30,8 @@ class QtBackend : public Backend {
     void close(Dialog& dialog) override;
     int messageBox(const MessageBox& box) override;
     std::optional<std::string> fileBox(const FileBox& box) override;
+    std::vector<std::string> severalFiles(const FileBox& box) override;
+    bool showInViewer(const std::string& path) override;
     void information(const std::string& text, int milliseconds) override;
     bool print(const PrintJob& job) override;
     std::unique_ptr<FontMetrics> metrics(const Font& font) override;

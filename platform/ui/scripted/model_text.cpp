@@ -205,6 +205,12 @@ std::string hidden(const std::string& secret) {
     return secret.empty() ? "" : "****";
 }
 
+std::string pictureText(const Picture& picture) {
+    if (picture.path().empty() && picture.image().empty()) return " \"\"";
+    return (picture.path().empty() ? "" : " " + quoted(picture.path())) +
+           text::format(" in %d x %d", picture.frame().width, picture.frame().height);
+}
+
 std::string contentText(const Control& control) {
     std::string caption = control.text().empty() ? "" : " " + quoted(plainCaption(control.text()));
     switch (control.kind()) {
@@ -228,7 +234,7 @@ std::string contentText(const Control& control) {
         case ControlKind::Menu:
             return menuText(static_cast<const Menu&>(control));
         case ControlKind::Picture:
-            return " " + quoted(static_cast<const Picture&>(control).path());
+            return pictureText(static_cast<const Picture&>(control));
         case ControlKind::Progress: {
             const auto& progress = static_cast<const Progress&>(control);
             return text::format(" %d of %d to %d", progress.position(), progress.from(), progress.to());
@@ -285,6 +291,11 @@ std::string stepText(const Step& step) {
             return "(key " + quoted(step.text) + ")";
         case Step::Kind::Click:
             return "(click" + control + ")";
+        case Step::Kind::Drop: {
+            std::string files;
+            for (const std::string& file : step.files) files += " " + quoted(file);
+            return "(drop" + files + ")";
+        }
         case Step::Kind::Menu:
             return "(menu " + quoted(step.text) + ")";
         case Step::Kind::Show:

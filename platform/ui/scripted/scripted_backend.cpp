@@ -230,6 +230,8 @@ std::string ScriptedBackend::perform(Dialog& dialog, const Step& step) {
             return {};
         case Step::Kind::Close:
             return dialog.userClose();
+        case Step::Kind::Drop:
+            return dialog.userDrop(step.files);
         case Step::Kind::Menu:
             return performMenu(dialog, step.text);
         case Step::Kind::Key: {
@@ -329,6 +331,16 @@ std::optional<std::string> ScriptedBackend::fileBox(const FileBox& box) {
     if (path && path->empty()) path.reset();
     log_.push_back(shown + " -> " + path.value_or("Cancel"));
     return path;
+}
+
+std::vector<std::string> ScriptedBackend::severalFiles(const FileBox& box) {
+    const std::optional<std::string> paths = fileBox(box);
+    return paths ? text::split(*paths, '\n') : std::vector<std::string>();
+}
+
+bool ScriptedBackend::showInViewer(const std::string& path) {
+    log_.push_back("viewer \"" + path + "\"");
+    return true;
 }
 
 void ScriptedBackend::information(const std::string& text, int) {

@@ -29,6 +29,7 @@ struct Step {
         Focus,            // control
         Key,              // text: "Enter", "Shift+Tab", "x"; pressed and let go
         Click,            // control
+        Drop,             // files: let fall onto the dialog
         Menu,             // text: the caption of the entry, or its path: "File/Open..."
         Show,             // prints the model to the log
         Close,            // the frame's close button
@@ -39,6 +40,7 @@ struct Step {
     bool on = true;
     int column = 0;
     int row = 0;
+    std::vector<std::string> files{};
 };
 
 // The step as it is written: (cell 2 3 "OAK").
@@ -67,7 +69,7 @@ class ScriptedBackend : public Backend {
     void answerQuestion(std::string named, std::string button) {
         questions_.push_back({std::move(named), std::move(button)});
     }
-    // For the next file box; "" cancels.
+    // For the next file box; "" cancels. Of a box for several files each stands on a line of its own.
     void answerFile(std::string path) { files_.push_back(std::move(path)); }
     void setAsker(Asker* asker) { asker_ = asker; }
     // Lets the clock stand at a time; nothing lets it go again.
@@ -96,6 +98,9 @@ class ScriptedBackend : public Backend {
     // One of its own, which a test may fill and look into.
     std::string clipboard() override { return clipboard_; }
     void setClipboard(const std::string& text) override { clipboard_ = text; }
+    std::vector<std::string> severalFiles(const FileBox& box) override;
+    // Logs the path.
+    bool showInViewer(const std::string& path) override;
     void information(const std::string& text, int milliseconds) override;
     // Logs the pages as text.
     bool print(const PrintJob& job) override;
