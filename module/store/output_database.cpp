@@ -81,6 +81,16 @@ std::string odbcCondition(const RecordKey& k) {
            " AND UCASE(GIS_KEY) = " + quotedText(k.feature);
 }
 
+bool isWritten(const OutputField& field) {
+    return !field.name.empty() && (!field.value.empty() || field.clears);
+}
+
+void clearField(CDaoRecordset& records, const std::string& name) {
+    CDaoFieldInfo info;
+    records.GetFieldInfo(name, info);
+    records.SetFieldValue(name, info.allowZeroLength ? dao::Variant(std::string()) : dao::Variant());
+}
+
 void writeThroughRecordset(CDaoDatabase& database, const RecordKey& key, const TableState& state,
                            const std::vector<OutputField>& fields) {
     CDaoRecordset records(&database);
@@ -93,8 +103,10 @@ void writeThroughRecordset(CDaoDatabase& database, const RecordKey& key, const T
     records.SetFieldValue(key.keyField, key.keyValue);
     records.SetFieldValue(kGisKey, key.feature);
     for (const OutputField& field : fields) {
-        if (field.name.empty() || field.value.empty()) continue;
-        if (field.kind == FieldKind::kReal)
+        if (!isWritten(field)) continue;
+        if (field.value.empty())
+            clearField(records, field.name);
+        else if (field.kind == FieldKind::kReal)
             records.SetFieldValue(field.name, text::toReal(field.value));
         else
             records.SetFieldValue(field.name, field.value);
@@ -117,7 +129,7 @@ void writeThroughStatements(CDaoDatabase& database, const RecordKey& key,
     std::vector<std::pair<std::string, std::string>> values = {{k.keyField, k.keyValue},
                                                                {kGisKey, k.feature}};
     for (const OutputField& field : fields) {
-        if (field.name.empty() || field.value.empty()) continue;
+        if (!isWritten(field)) continue;
         auto same = std::find_if(values.begin(), values.end(), [&](const auto& value) {
             return text::equalNoCase(value.first, field.name);
         });

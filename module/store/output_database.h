@@ -20,7 +20,9 @@ Route RouteOf(const std::string& path);
 struct OutputField {
     std::string name;
     FieldKind kind = FieldKind::kChar;
-    std::string value;  // "" is never written: clearing a cell keeps what is stored
+    std::string value;  // "" is not written: clearing a cell keeps what is stored
+    // "" is written too: as text of no length, or as no value where the column takes no such text.
+    bool clears = false;
 };
 
 // Which record of which table.

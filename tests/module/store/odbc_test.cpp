@@ -58,12 +58,15 @@ TEST_F(Odbc, ARecordIsReplacedAsAWhole) {
     ASSERT_TRUE(SaveRecord(path, key,
                            {{"HEIGHT", FieldKind::kReal, "12.50"},
                             {"NOTE", FieldKind::kChar, "it's"},
-                            {"EMPTY", FieldKind::kChar, ""}}));
+                            {"EMPTY", FieldKind::kChar, ""},
+                            {"CLEARED", FieldKind::kChar, "", true}}));
     EXPECT_EQ(
         server->log,
-        (Strings{"add TREE EMPTY", "SELECT * FROM tree WHERE UCASE(PT_ID) = 'A1' AND UCASE(GIS_KEY) = 'OAK'",
-                 "DELETE FROM tree WHERE UCASE(PT_ID) = 'A1' AND UCASE(GIS_KEY) = 'OAK'",
-                 "INSERT INTO tree (PT_ID,GIS_KEY,HEIGHT,NOTE) VALUES('A1','OAK','12.50','it''s')"}));
+        (Strings{
+            "add TREE EMPTY", "add TREE CLEARED",
+            "SELECT * FROM tree WHERE UCASE(PT_ID) = 'A1' AND UCASE(GIS_KEY) = 'OAK'",
+            "DELETE FROM tree WHERE UCASE(PT_ID) = 'A1' AND UCASE(GIS_KEY) = 'OAK'",
+            "INSERT INTO tree (PT_ID,GIS_KEY,HEIGHT,NOTE,CLEARED) VALUES('A1','OAK','12.50','it''s','')"}));
     server->log.clear();
     server->found.clear();
     ASSERT_TRUE(SaveRecord(path, key, {}));
