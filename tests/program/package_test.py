@@ -92,6 +92,7 @@ def check_contents(root):
         assert os.access(f"{root}/usr/bin/{name}", os.X_OK), name
         page = output_of(["gzip", "-dc", f"{root}/usr/share/man/man1/{name}.1.gz"])
         assert ".SH SYNOPSIS" in page, name
+    assert os.path.exists(f"{root}/usr/lib/norvane-gis/capture.arx")
     desktop = open(f"{root}/usr/share/applications/org.norvane.gis.desktop").read()
     icon = re.search(r"^Icon=(.+)$", desktop, re.M).group(1)
     assert os.path.exists(f"{root}/usr/share/icons/hicolor/scalable/apps/{icon}.svg")
