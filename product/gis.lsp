@@ -176,6 +176,20 @@
 
 (defun gis:trimmed (text) (vl-string-trim " \t" text))
 
+;; The files of the pictures that a record has, which the window shows small: at their place, or beside the output or
+;; the drawing.
+(defun link-pictures (strings record / output folder path files)
+  (setq output (gis:place (nth 1 strings))
+        folder (if (gis:server-p output) "" (substr output 1 (gis:last-separator output))))
+  (foreach field record
+    (setq path (cdr field))
+    (if (and (wcmatch (strcase (car field)) "IMAGE_ZGEO/*") (/= path "")
+             (setq path (cond ((findfile path))
+                              ((findfile (strcat folder (gis:name path))))
+                              ((findfile (gis:place path))))))
+      (setq files (cons path files))))
+  (reverse files))
+
 ;; --- What the window is told of the current databases -------------------------------------------------------
 
 ;; A part of a connect string, such as DSN; nil without it.
@@ -342,7 +356,7 @@
   (if (and feature (not known))
     (prompt (strcat "\nThe feature " feature " is not defined; choose one in the sheet.")))
   (apply 'cf:gis_smart_prompting
-    (append (list 1 lspdir$ (gis:template) (gis:output) "PT_ID" key)
+    (append (list 1 exedir$ (gis:template) (gis:output) "PT_ID" key)
             (gis:coordinates entity)
             (list entity
                   (cond (feature) (""))

@@ -12,8 +12,8 @@ namespace norvane {
 
 PromptRow PromptRowOf(const FeatureRow& record) {
     FieldName field = ParseFieldName(record.fieldName);
-    return {field.name,          field.required,    field.kind, record.fieldPrompt,
-            record.defaultValue, record.listValues, {},         field.required};
+    return {field.name,          field.required,    field.kind,    record.fieldPrompt,
+            record.defaultValue, record.listValues, field.required};
 }
 
 bool IsComputed(const PromptRow& row) {

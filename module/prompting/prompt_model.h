@@ -20,7 +20,6 @@ struct PromptRow {
     std::string prompt;
     std::string defaultValue;  // a plain default, or a special code
     std::string listValues;    // choices between commas
-    std::string imageValue;    // of an image row: its path, or "No image!"
     bool mustBeSet = false;    // what the check goes by: the flag that stands at the row's place
 };
 

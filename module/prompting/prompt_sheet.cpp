@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "module/images/image_controls.h"
 #include "module/prompting/form_engine.h"
 #include "module/prompting/sheet_controls.h"
 #include "module/settings/dialog_state.h"
@@ -34,14 +35,15 @@ PromptSheet::PromptSheet(PromptRequest request)
     grid_ = &get<ui::Grid>(kGrid);
     features_ = &get<ui::DropDown>(kFeatures);
     cells_ = std::make_unique<Cells>(*grid_);
+    ImagePanel::Owner& owner = *this;
+    images_ = std::make_unique<ImagePanel>(*this, *grid_, owner);
 }
 
 // --- Opening ----------------------------------------------------------------------------------------------
 
 void PromptSheet::onOpen() {
-    find(kImageCounter)->setText("0 / 0");
-    bool jpeg = readState(state::kImageFormat) == "JPG";
-    get<ui::RadioButton>(jpeg ? kJpg : kBmp).check();
+    images_->open();
+    ShowHelp(*this, find(image_controls::kCapture)->visible());
     formEngine_ = DetectFormEngine();
     showLinkState(false);
     if (CheckDao()) {
@@ -125,6 +127,7 @@ void PromptSheet::loadFeature(FlagEntry flags) {
         LoadedRecord record = loadRecord();
         showLinkState(record.found);
         showRecord(record);
+        images_->load(record);
         fillTextCodes(record);
     }
     refresh(RefreshReason::kLoadOrSave);
@@ -187,9 +190,6 @@ void PromptSheet::showRecord(const LoadedRecord& record) {
         std::string value = record.value(text::upper(rows_[i].name));
         if (!value.empty()) grid_->setText(2, static_cast<int>(i) + 1, value);
     }
-    for (const std::string& column : record.columns)
-        if (text::startsWith(column, "IMAGE_ZGEO/") || text::startsWith(column, "LABEL/"))
-            carried_.push_back({column, FieldKind::kChar, record.value(column)});
 }
 
 // The four text codes keep what was stored when the record was first saved.
@@ -228,7 +228,7 @@ void PromptSheet::sizeColumns() {
 
 void PromptSheet::clearRows() {
     rows_.clear();
-    carried_.clear();
+    images_->clear();
     grid_->setRows(0);
 }
 
@@ -241,17 +241,32 @@ void PromptSheet::onSelection(ui::Control& control) {
     if (openTemplate()) loadFeature(isFirst ? FlagEntry::kOnce : FlagEntry::kTwice);
 }
 
-void PromptSheet::onCellChange(ui::Grid&, ui::CellPosition) {
+void PromptSheet::onCommand(int id) {
+    if (!images_->command(id)) Dialog::onCommand(id);
+}
+
+bool PromptSheet::featureIsGood() {
+    return ValidateFeatureName(feature_);
+}
+
+ImagePlace PromptSheet::imagePlace() const {
+    return {request_.binDirectory, request_.outputPath, table_, request_.keyValue};
+}
+
+void PromptSheet::onCellChange(ui::Grid&, ui::CellPosition at) {
     if (closing_) return;
+    images_->cellChanged(at);
     refresh(RefreshReason::kCellChange);
     sizeColumns();
 }
 
 void PromptSheet::onUndo(ui::Grid& grid) {
+    images_->undone();
     onCellChange(grid, grid.active());
 }
 
 bool PromptSheet::onKey(const ui::Key& key) {
+    if (images_->key(key)) return true;
     if (key.is("F3")) {
         setFocus(kGrid);
         grid_->setActive(2, 1);
@@ -343,7 +358,8 @@ std::vector<OutputField> PromptSheet::outputFields() const {
     for (size_t i = 0; i < rows_.size(); ++i)
         if (!rows_[i].name.empty())
             fields.push_back({rows_[i].name, rows_[i].kind, grid_->text(2, static_cast<int>(i) + 1)});
-    fields.insert(fields.end(), carried_.begin(), carried_.end());
+    const std::vector<OutputField> images = images_->fields();
+    fields.insert(fields.end(), images.begin(), images.end());
     return fields;
 }
 

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "module/images/image_panel.h"
 #include "module/prompting/prompt_model.h"
 #include "module/prompting/prompt_request.h"
 #include "module/prompting/special_codes.h"
@@ -15,7 +16,7 @@
 
 namespace norvane {
 
-class PromptSheet : public ui::Dialog {
+class PromptSheet : public ui::Dialog, private ImagePanel::Owner {
   public:
     // Shows the feature and the record that a request names.
     explicit PromptSheet(PromptRequest request);
@@ -40,12 +41,21 @@ class PromptSheet : public ui::Dialog {
     };
 
     void onOpen() override;
+    void onCommand(int id) override;
+    void onClickAgain(ui::RadioButton& button) override { images_->clickedAgain(button); }
+    void onDrop(const std::vector<std::string>& paths) override { images_->drop(paths); }
     void onSelection(ui::Control& control) override;
     void onCellChange(ui::Grid& grid, ui::CellPosition at) override;
     void onUndo(ui::Grid& grid) override;
     bool onKey(const ui::Key& key) override;
     void onOk() override;
     void onCancel() override;
+
+    // ImagePanel::Owner
+    bool featureIsGood() override;
+    int promptRows() const override { return static_cast<int>(rows_.size()); }
+    void fitColumns() override { sizeColumns(); }
+    ImagePlace imagePlace() const override;
 
     void showLinkState(bool hasRecord);
 
@@ -86,6 +96,7 @@ class PromptSheet : public ui::Dialog {
     ui::Grid* grid_ = nullptr;
     ui::DropDown* features_ = nullptr;
     std::unique_ptr<Cells> cells_;
+    std::unique_ptr<ImagePanel> images_;
     std::unique_ptr<CDaoDatabase> template_;
     bool templateTablesFound_ = false;
     PromptRequest request_;
@@ -95,7 +106,6 @@ class PromptSheet : public ui::Dialog {
     std::string feature_;
     std::string table_;
     std::vector<PromptRow> rows_;
-    std::vector<OutputField> carried_;  // image columns of the record, which go back as they came
     FormEngine formEngine_ = FormEngine::kNone;
     bool keyIsGenerated_ = false;
     bool closing_ = false;

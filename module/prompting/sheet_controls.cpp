@@ -1,12 +1,13 @@
 #include "module/prompting/sheet_controls.h"
 
+#include <string>
+
+#include "module/images/image_controls.h"
+
 namespace norvane {
 
 namespace sheet {
 namespace {
-
-constexpr int kPreviewWidth = 158;
-constexpr int kPreviewHeight = 146;
 
 void addUpperFields(ui::Dialog& d) {
     d.add<ui::Label>(kOutputCaption, "Current Output MDB:");
@@ -25,33 +26,8 @@ void addGrid(ui::Dialog& d) {
     grid.setWholeRows(true);
 }
 
-// They are seen when there is something that shows and takes the images of a record.
-void addImageFields(ui::Dialog& d) {
-    d.add<ui::GroupBox>(kImageGroup, "Images");
-    d.add<ui::Picture>(kPreview, kPreviewWidth, kPreviewHeight);
-    d.add<ui::Edit>(kImagePath, true);
-    d.add<ui::Label>(kImageCounter, "0 / 0");
-    for (auto [id, caption] : {std::pair{kNewImage, "&New"},
-                               {kUpdateImage, "&Update"},
-                               {kDeleteImage, "&Delete"},
-                               {kCapture, "Captu&re"},
-                               {kPickCamera, "&Pick Camera"},
-                               {kSetCamera, "&Set Camera"},
-                               {kFirstImage, ">> F5"},
-                               {kNextImage, "> F6"},
-                               {kPreviousImage, "< F7"},
-                               {kLastImage, "<< F8"}})
-        d.add<ui::Button>(id, caption).enable(false);
-    d.add<ui::GroupBox>(kFormatGroup, "Image Format");
-    d.add<ui::RadioButton>(kBmp, "&BMP", 1).enable(false);
-    d.add<ui::RadioButton>(kJpg, "&JPG", 1).enable(false);
-    for (int id = kImageGroup; id <= kJpg; ++id) d.find(id)->show(false);
-}
-
 void addLowerFields(ui::Dialog& d) {
-    d.add<ui::Label>(kHelp,
-                     "Shortcut keys:\nF3 - Go to the first cell of record\nF4 - Exit from spreadsheet\n"
-                     "Ctrl+Z - Take back the last change\nRows marked with * must be filled in");
+    d.add<ui::Label>(kHelp);
     d.add<ui::CheckBox>(kUseForm, "Use MDB Form:");
     d.add<ui::DropDown>(kForms);
     d.add<ui::Label>(kBanner, "", 1);
@@ -64,17 +40,9 @@ ui::Layout arrangement() {
     Layout upper =
         table({row({item(kOutputCaption), item(kOutputPath, 1), item(kFeaturesCaption), item(kFeatures)}),
                row({item(kTemplateCaption), item(kTemplatePath), item(kTableCaption), item(kOutputTable)})});
-    Layout images = group(
-        kImageGroup,
-        {row({column({item(kPreview), row({spring(), item(kImageCounter), spring()})}),
-              column({row({item(kNewImage), item(kUpdateImage), item(kDeleteImage)}),
-                      row({item(kCapture), item(kPickCamera), item(kSetCamera)}),
-                      row({item(kFirstImage), item(kNextImage), item(kPreviousImage), item(kLastImage)}),
-                      group(kFormatGroup, {row({item(kBmp), item(kJpg), spring()})}), spring()})}),
-         item(kImagePath)});
     Layout right = column({item(kHelp), row({item(kUseForm), item(kForms, 1)})});
     Layout foot = column({row({spring(), item(kBanner)}), row({spring(), item(kOk), item(kCancel)})});
-    return column({upper, item(kGrid, 1), row({images, right, spring()}), foot});
+    return column({upper, item(kGrid, 1), row({image_controls::layout(), right, spring()}), foot});
 }
 
 }  // namespace
@@ -82,9 +50,16 @@ ui::Layout arrangement() {
 void AddSheetControls(ui::Dialog& dialog) {
     addUpperFields(dialog);
     addGrid(dialog);
-    addImageFields(dialog);
+    image_controls::add(dialog);
     addLowerFields(dialog);
     dialog.setLayout(arrangement());
+}
+
+void ShowHelp(ui::Dialog& dialog, bool hasCamera) {
+    dialog.find(kHelp)->setText(std::string("Shortcut keys:\n") + (hasCamera ? "F2 - Capture image\n" : "") +
+                                "F3 - Go to the first cell of record\nF4 - Exit from spreadsheet\n"
+                                "Space bar - Check an image\nCtrl+Z - Take back the last change\n"
+                                "Rows marked with * must be filled in");
 }
 
 }  // namespace sheet
