@@ -15,6 +15,12 @@ lisp::Value valueOf(lisp::Interpreter& lisp, const char* name) {
     return symbol ? symbol->value : lisp::Value();
 }
 
+lisp::Value listOf(const std::vector<std::string>& strings) {
+    std::vector<lisp::Value> items;
+    for (const std::string& string : strings) items.push_back(lisp::Value::string(string));
+    return lisp::Value::list(std::move(items));
+}
+
 std::string textOf(const lisp::Value& value) {
     return value.isString() ? value.asString() : std::string();
 }
@@ -50,15 +56,30 @@ std::string_view LinkedRecords::feature(Groups groups) const {
     return {};
 }
 
+std::vector<std::string> LinkedRecords::pictures(
+    const std::vector<std::string>& strings,
+    const std::vector<std::pair<std::string, std::string>>& fields) const {
+    std::vector<std::string> paths;
+    lisp::ListBuilder pairs;
+    for (const auto& [name, value] : fields)
+        pairs.add(lisp::Value::list({lisp::Value::string(name)}, lisp::Value::string(value)));
+    try {
+        const std::optional<lisp::Value> result =
+            callProduct(lisp_, "LINK-PICTURES", {listOf(strings), pairs.take()});
+        if (!result) return paths;
+        for (lisp::Items item(*result); !item.done(); item.next()) paths.push_back(textOf(*item));
+    } catch (const lisp::Error&) {
+        // The record is shown without them.
+    }
+    return paths;
+}
+
 std::vector<std::pair<std::string, std::string>> LinkedRecords::record(
     const std::vector<std::string>& strings, std::string& problem) const {
     std::vector<std::pair<std::string, std::string>> fields;
     problem.clear();
-    std::vector<lisp::Value> items;
-    for (const std::string& string : strings) items.push_back(lisp::Value::string(string));
     try {
-        const std::optional<lisp::Value> result =
-            callProduct(lisp_, "LINK-RECORD", {lisp::Value::list(std::move(items))});
+        const std::optional<lisp::Value> result = callProduct(lisp_, "LINK-RECORD", {listOf(strings)});
         if (!result) return fields;
         if (result->isNil()) problem = "There is no such record.";
         if (result->isString()) problem = result->asString();

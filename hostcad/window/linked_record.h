@@ -2,7 +2,7 @@
 //
 // The host does not know what a link looks like. Lisp tells it: link-application$ is the application whose
 // extended data is a link, link-strings$ the names of its strings, and (link-record strings) gives the
-// record. Without them there are no links.
+// record and (link-pictures strings fields) the files of its pictures. Without them there are no links.
 #pragma once
 
 #include <optional>
@@ -31,6 +31,11 @@ class LinkedRecords {
     // The record as names and values. Nothing and a sentence for the user when it cannot be read.
     std::vector<std::pair<std::string, std::string>> record(const std::vector<std::string>& strings,
                                                             std::string& problem) const;
+
+    // The files of the pictures that a record has, as (link-pictures strings fields) tells; none without
+    // that.
+    std::vector<std::string> pictures(const std::vector<std::string>& strings,
+                                      const std::vector<std::pair<std::string, std::string>>& fields) const;
 
   private:
     lisp::Interpreter& lisp_;

@@ -25,6 +25,7 @@
 #include "hostcad/window/command_panel.h"
 #include "hostcad/window/entity_list.h"
 #include "hostcad/window/icons.h"
+#include "hostcad/window/picture_items.h"
 #include "hostcad/window/product_functions.h"
 #include "hostcad/window/properties.h"
 #include "hostcad/window/start_page.h"
@@ -101,6 +102,7 @@ void MainWindow::makePanels() {
     properties_->setAlternatingRowColors(true);
     properties_->header()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
     properties_->setAccessibleName("Properties");
+    preparePictures(*properties_);
 
     auto dock = [this](const char* title, const char* name, QWidget* content, Qt::DockWidgetArea area) {
         auto* made = new QDockWidget(title, this);
@@ -279,6 +281,7 @@ void MainWindow::fillProperties() {
             auto* item = new QTreeWidgetItem(top, {toQt(name), toQt(value)});
             item->setToolTip(1, toQt(value));
         }
+        addPictures(*top, group.pictures);
         top->setExpanded(true);
     }
 }

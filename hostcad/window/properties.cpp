@@ -101,7 +101,10 @@ void addRecord(Groups entity, const LinkedRecords& links, std::vector<PropertyGr
     if (!strings) return;
     std::string problem;
     groups.push_back({"Linked record", links.record(*strings, problem)});
-    if (!problem.empty()) groups.back().values.emplace_back("Not shown", problem);
+    if (!problem.empty())
+        groups.back().values.emplace_back("Not shown", problem);
+    else
+        groups.back().pictures = links.pictures(*strings, groups.back().values);
 }
 
 }  // namespace

@@ -14,6 +14,7 @@ class LinkedRecords;
 struct PropertyGroup {
     std::string caption;
     std::vector<std::pair<std::string, std::string>> values;
+    std::vector<std::string> pictures{};  // files
 };
 
 // Of one entity its properties, the attributes of a block reference, the extended data of each application,

@@ -3,6 +3,7 @@
 #include <QTableView>
 
 #include "hostcad/window/entity_list.h"
+#include "platform/images/convert.h"
 #include "tests/hostcad/window/window_fixture.h"
 
 using hostcad::ObjectId;
@@ -182,6 +183,32 @@ TEST_F(WindowSelection, SurveyPointsAreFoundByNumberAndDescriptionAndWorkedOnFro
         last = number;
     }
     EXPECT_GT(numbers, 100);
+}
+
+TEST_F(WindowSelection, LinkedEntitiesShowTheirPictures) {
+    makeTemplate(*host_, folder_);
+    images::Image image({40, 20});
+    for (size_t i = 3; i < image.pixels.size(); i += images::kPixelBytes) image.pixels[i] = 255;
+    ASSERT_TRUE(images::writeBmp(image, path("crown.bmp")));
+    std::ofstream(path("text.jpg")) << "no picture";
+    const std::string database =
+        "sqlite3 '" + path("output.mdb") +
+        "' \"create table TREE (PT_ID TEXT, GIS_KEY TEXT, [IMAGE_ZGEO/2] TEXT, [IMAGE_ZGEO/1] TEXT, "
+        "[IMAGE_ZGEO/3] "
+        "TEXT, [IMAGE_ZGEO/4] TEXT); insert into TREE values ('74','TREE','C:\\photos\\crown.bmp','" +
+        path("text.jpg") + "','No image!','/nowhere/gone.jpg')\"";
+    ASSERT_EQ(std::system(database.c_str()), 0);
+    link("315", "'(1000 . \"" + path("template.mdb") + "\") '(1000 . \"" + path("output.mdb") +
+                    "\") '(1000 . \"TREE\") '(1000 . \"PT_ID\") '(1000 . \"74\")");
+    list().findChild<QCheckBox*>()->setChecked(true);
+    list().view().selectRow(0);
+    const QList<QTreeWidgetItem*> found = window_.properties().findItems("crown.bmp", Qt::MatchRecursive);
+    ASSERT_EQ(found.size(), 1) << propertyText();
+    EXPECT_FALSE(found.front()->icon(1).isNull()) << "found beside the output";
+    EXPECT_EQ(found.front()->icon(1).actualSize(QSize(500, 500)), QSize(96, 48));
+    ASSERT_EQ(window_.properties().findItems("text.jpg", Qt::MatchRecursive).size(), 1);
+    EXPECT_TRUE(window_.properties().findItems("text.jpg", Qt::MatchRecursive).front()->icon(1).isNull());
+    EXPECT_TRUE(window_.properties().findItems("gone.jpg", Qt::MatchRecursive).isEmpty());
 }
 
 TEST_F(WindowSelection, LinkedEntitiesShowTheirFeatureAndWhyARecordIsNotThere) {
