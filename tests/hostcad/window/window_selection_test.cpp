@@ -191,6 +191,7 @@ TEST_F(WindowSelection, LinkedEntitiesShowTheirPictures) {
     for (size_t i = 3; i < image.pixels.size(); i += images::kPixelBytes) image.pixels[i] = 255;
     ASSERT_TRUE(images::writeBmp(image, path("crown.bmp")));
     std::ofstream(path("text.jpg")) << "no picture";
+    std::filesystem::remove(path("output.mdb"));
     const std::string database =
         "sqlite3 '" + path("output.mdb") +
         "' \"create table TREE (PT_ID TEXT, GIS_KEY TEXT, [IMAGE_ZGEO/2] TEXT, [IMAGE_ZGEO/1] TEXT, "

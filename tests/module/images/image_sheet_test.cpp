@@ -1,6 +1,7 @@
 // Images on the sheet, from the Lisp call to the record. Feature TREE has 12 rows, so that its images stand
 // from row 13 on.
 #include "tests/module/module_fixture.h"
+#include "tests/platform/dao/scratch.h"
 
 #include "platform/images/convert.h"
 #include "platform/images/decode.h"
@@ -147,18 +148,22 @@ TEST_F(ImageSheet, ARowWithoutAnImageClearsThePreview) {
 }
 
 TEST_F(ImageSheet, UpdateReplacesTheCheckedImage) {
-    makeRecord("IMAGE_ZGEO/1;LABEL/1", "[IMAGE_ZGEO/1] = '" + path("wide.bmp") + "', [LABEL/1] = 'crown'");
+    makeRecord("IMAGE_ZGEO/1;IMAGE_ZGEO/2;LABEL/2", "[IMAGE_ZGEO/1] = '" + path("square.bmp") +
+                                                        "', [IMAGE_ZGEO/2] = '" + path("wide.bmp") +
+                                                        "', [LABEL/2] = 'crown'");
     ui_.answerFile(path("high.bmp"));
-    answer(134, {mark(1, false), click("Update"), mark(1), click("Update"), show(), click("OK")});
+    answer(134, {mark(1, false), click("Update"), mark(2), click("Update"), show(), click("OK")});
     EXPECT_EQ(prompt("17", "TREE"), "1");
     EXPECT_TRUE(shown("box [Error] \"Please check an image from table!\" flags 0x40030"));
     EXPECT_TRUE(shown(preview("high.bmp", "73 x 146")));
-    EXPECT_TRUE(counted("1 / 1"));
-    EXPECT_EQ(record("[IMAGE_ZGEO/1], [LABEL/1]"), path("high.bmp") + "|crown\n");
+    EXPECT_TRUE(counted("2 / 2"));
+    const std::string after = path("square.bmp") + "|" + path("high.bmp") + "|crown\n";
+    EXPECT_EQ(record("[IMAGE_ZGEO/1], [IMAGE_ZGEO/2], [LABEL/2]"), after);
     ui_.answerFile("");
     answer(134, {click("Update"), click("OK")});
     EXPECT_EQ(prompt("17", "TREE"), "1");
-    EXPECT_EQ(record("[IMAGE_ZGEO/1]"), path("high.bmp") + "\n") << "a box that is cancelled changes nothing";
+    EXPECT_EQ(record("[IMAGE_ZGEO/1], [IMAGE_ZGEO/2], [LABEL/2]"), after)
+        << "a box that is cancelled changes nothing";
 }
 
 TEST_F(ImageSheet, DeleteEmptiesTheRowAndKeepsTheFile) {
@@ -207,6 +212,7 @@ TEST_F(ImageSheet, AnImageThatHasMovedIsShownFromBesideTheOutput) {
     answer(134, {show(), click("OK")});
     EXPECT_EQ(prompt("17", "TREE"), "1");
     EXPECT_TRUE(shown(preview("wide.bmp", "158 x 79")));
+    EXPECT_TRUE(shown("IMAGE_ZGEO/1                         [x] " + path("wide.bmp")));
     EXPECT_TRUE(counted("1 / 1"));
     EXPECT_NE(printed().find("\nC:\\photos\\wide.bmp is not there. Shown in its place: " + path("wide.bmp")),
               std::string::npos);
@@ -265,6 +271,39 @@ TEST_F(ImageSheet, PathsThatNoRecordHoldsAreRefused) {
     EXPECT_TRUE(shown("question [Images] \"The path has 300 characters, and a record holds 255. Left out:\n" +
                       long300));
     EXPECT_EQ(record("[IMAGE_ZGEO/1]"), path("a, b/c,d.bmp") + "\n");
+}
+
+// Photographs and odd pictures that other programs have made; the record is read by one too.
+TEST_F(ImageSheet, PicturesOfAllKindsAreShownAndStored) {
+    const std::string shared = NORVANE_SHARED_DATA;
+    if (!fs::exists(shared + "/pictures/cmyk.jpg")) GTEST_SKIP() << "no shared pictures";
+    std::vector<std::string> pictures;
+    for (const char* name : {"photo1.jpg", "photo2.bmp", "photo3.gif", "photo4.png"})
+        pictures.push_back(shared + "/" + name);
+    for (const char* name :
+         {"progressive.jpg", "grey.jpg", "cmyk.jpg", "turned.jpg", "mirrored.jpg", "cut.jpg",
+          "really_jpeg.bmp", "bits1.bmp", "rle8.bmp", "topdown.bmp", "animated.gif", "grey16.png"})
+        pictures.push_back(shared + "/pictures/" + name);
+    for (std::string& picture : pictures) {
+        fs::copy_file(picture, path(fs::path(picture).filename()));
+        picture = path(fs::path(picture).filename());
+    }
+    std::vector<ui::Step> steps = {cell(2, "14"), drop(pictures), key("F5")};
+    for (size_t i = 0; i < pictures.size(); ++i) steps.insert(steps.end(), {show(), key("F6")});
+    steps.push_back(click("OK"));
+    answer(134, steps);
+    EXPECT_EQ(prompt("17", "TREE"), "1");
+    for (const auto& [name, frame] : {std::pair{"photo1.jpg", "158 x 118"},
+                                      {"photo3.gif", "109 x 146"},
+                                      {"turned.jpg", "158 x 118"},
+                                      {"cmyk.jpg", "158 x 118"},
+                                      {"rle8.bmp", "158 x 118"},
+                                      {"grey16.png", "158 x 118"}})
+        EXPECT_TRUE(shown(preview(name, frame))) << name;
+    for (size_t i = 1; i <= pictures.size(); ++i) EXPECT_TRUE(counted(std::to_string(i) + " / 16"));
+    const std::string exported = outputOf("mdb-export -H '" + path("output.mdb") + "' TREE");
+    for (const std::string& picture : pictures)
+        EXPECT_NE(exported.find("\"" + picture + "\""), std::string::npos) << picture << " in " << exported;
 }
 
 TEST_F(ImageSheet, ImagesAreForFeaturesWithGoodNames) {

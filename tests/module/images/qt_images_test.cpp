@@ -6,6 +6,7 @@
 #include <QMimeData>
 #include <QRadioButton>
 #include <QTableView>
+#include <set>
 
 #include "platform/images/convert.h"
 #include "platform/ui/qt/qt_backend.h"
@@ -110,6 +111,29 @@ TEST_F(QtImages, FallOntoTheSheetAndAreWalkedThrough) {
           clickButton(1)});
     EXPECT_EQ(prompt("17", "TREE"), "1");
     EXPECT_EQ(record("DBH, [IMAGE_ZGEO/1], [IMAGE_ZGEO/2]"), "14|No image!|" + path("blue.bmp") + "\n");
+}
+
+// Photographs that other programs have made, as a person sees them.
+TEST_F(QtImages, PhotographsOfAllKindsAreSeen) {
+    const std::string shared = NORVANE_SHARED_DATA;
+    if (!fs::exists(shared + "/photo1.jpg")) GTEST_SKIP() << "no shared pictures";
+    const std::vector<std::string> names = {"photo2.bmp", "photo3.gif", "photo4.png", "photo1.jpg"};
+    for (const std::string& name : names) fs::copy_file(shared + "/" + name, path(name));
+    // Something is seen of each: it has many colours.
+    auto isSeen = until(
+        [] {
+            const QImage seen = child<QWidget>(1121)->grab().toImage();
+            std::set<QRgb> colours;
+            for (int x = 0; x < seen.width(); x += 3)
+                for (int y = 0; y < seen.height(); y += 3) colours.insert(seen.pixel(x, y));
+            return colours.size() > 50;
+        },
+        "picture");
+    does({drop(names), counts("4 / 4"), isSeen, press(Qt::Key_F5), counts("1 / 4"), isSeen, press(Qt::Key_F6),
+          counts("2 / 4"), isSeen, press(Qt::Key_F6), counts("3 / 4"), isSeen, press(Qt::Key_F8),
+          counts("4 / 4"), clickCheck(16), clickCheck(16), isSeen, [] { savePicture(); },
+          [] { window()->close(); }});
+    prompt("17", "TREE");
 }
 
 TEST_F(QtImages, TheSheetAndItsImagesFitASmallScreen) {

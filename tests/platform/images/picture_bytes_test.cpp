@@ -2,6 +2,10 @@
 #include <gtest/gtest.h>
 #include <png.h>
 
+#include <cstdio>  // jpeglib.h needs it
+
+#include <jpeglib.h>
+
 #include "platform/files/byte_order.h"
 #include "platform/images/decode.h"
 
@@ -193,4 +197,49 @@ TEST(Scaling, LargePicturesAreReducedOnTheWay) {
     EXPECT_EQ(small.pixel(49, 19)[0], 0xC8);
     EXPECT_NEAR(small.pixel(2, 3)[1], 70, 1) << "rows 60 to 79";
     EXPECT_NEAR(small.pixel(2, 3)[2], 50, 1) << "columns 40 to 59";
+}
+
+TEST(Scaling, RowsAndColumnsThatAreLeftOverCountToo) {
+    std::string pixels;
+    for (int y = 0; y < 107; ++y)
+        pixels += std::string(107 * 3, y < 100 ? '\x10' : '\x40') + std::string(3, '\0');
+    const Image small = preview(bitmap(107, -107, 24, 0, {}, pixels), {10, 10});
+    ASSERT_EQ(small.size, (Size{10, 10}));
+    EXPECT_EQ(small.pixel(9, 9)[3], 255);
+    EXPECT_GT(small.pixel(9, 9)[0], 0x20);
+}
+
+// Progressive files may have their colours in scans of their own, far behind.
+TEST(Jpegs, TakeAllTheirColoursAtAnEighth) {
+    constexpr int kSide = 160;
+    jpeg_compress_struct info{};
+    jpeg_error_mgr errors{};
+    info.err = jpeg_std_error(&errors);
+    jpeg_create_compress(&info);
+    unsigned char* data = nullptr;
+    unsigned long size = 0;
+    jpeg_mem_dest(&info, &data, &size);
+    info.image_width = info.image_height = kSide;
+    info.input_components = 3;
+    info.in_color_space = JCS_RGB;
+    jpeg_set_defaults(&info);
+    const jpeg_scan_info scans[] = {{1, {0}, 0, 0, 0, 0}, {1, {0}, 1, 63, 0, 0}, {1, {1}, 0, 0, 0, 0},
+                                    {1, {2}, 0, 0, 0, 0}, {1, {1}, 1, 63, 0, 0}, {1, {2}, 1, 63, 0, 0}};
+    info.scan_info = scans;
+    info.num_scans = static_cast<int>(std::size(scans));
+    jpeg_start_compress(&info, TRUE);
+    std::vector<unsigned char> row;
+    for (int x = 0; x < kSide; ++x) row.insert(row.end(), {230, 20, 120});
+    for (int y = 0; y < kSide; ++y) {
+        unsigned char* pointer = row.data();
+        jpeg_write_scanlines(&info, &pointer, 1);
+    }
+    jpeg_finish_compress(&info);
+    jpeg_destroy_compress(&info);
+    const Image small = preview({reinterpret_cast<const char*>(data), size}, {20, 20});
+    std::free(data);
+    ASSERT_EQ(small.size, (Size{20, 20}));
+    EXPECT_NEAR(small.pixel(10, 10)[0], 230, 4);
+    EXPECT_NEAR(small.pixel(10, 10)[1], 20, 4);
+    EXPECT_NEAR(small.pixel(10, 10)[2], 120, 4);
 }
