@@ -51,7 +51,7 @@ std::string FindImageFile(const std::string& path, const std::vector<std::string
     if (isFile(path)) return path;
     const std::string name = files::nameOf(path);
     for (const std::string& folder : folders) {
-        const std::string file = files::join(folder, name);
+        std::string file = files::join(folder, name);
         if (name.empty() || folder.empty() || !isFile(file)) continue;
         acutPrintf("\n%s is not there. Shown in its place: %s", path.c_str(), file.c_str());
         return file;

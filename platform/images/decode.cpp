@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <fstream>
 #include <utility>
 
 #include "platform/files/files.h"
@@ -49,13 +50,20 @@ Format formatOf(std::string_view bytes) {
     return Format::kNone;
 }
 
-std::optional<std::string> readPictureFile(std::string_view path) {
+std::optional<std::string> readPictureFile(std::string_view path, size_t most) {
     constexpr size_t kLargest = size_t{1} << 29;
     std::error_code error;
     const std::filesystem::path file = files::onDisk(path);
-    if (!std::filesystem::is_regular_file(file, error) || std::filesystem::file_size(file, error) > kLargest)
-        return std::nullopt;
-    return files::read(path);
+    if (!std::filesystem::is_regular_file(file, error)) return std::nullopt;
+    const std::uintmax_t size = std::filesystem::file_size(file, error);
+    if (error || size > kLargest) return std::nullopt;
+    std::ifstream stream(file, std::ios::binary);
+    std::string bytes(std::min(static_cast<size_t>(size), most), '\0');
+    // It may have become shorter at this moment.
+    if (stream) stream.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    if (!stream.is_open()) return std::nullopt;
+    bytes.resize(static_cast<size_t>(stream.gcount()));
+    return bytes;
 }
 
 std::optional<Heading> headingOf(std::string_view bytes) {
@@ -106,8 +114,12 @@ Image preview(std::string_view bytes, Size frame) {
     return turned(scaled(rows.take(), needed), heading->orientation);
 }
 
+// Where the beginning of a file does not say it, the whole of it may.
 std::optional<Size> sizeOfFile(std::string_view path) {
-    const std::optional<std::string> bytes = readPictureFile(path);
+    constexpr size_t kBeginning = size_t{1} << 18;
+    std::optional<std::string> bytes = readPictureFile(path, kBeginning);
+    if (const std::optional<Size> size = bytes ? sizeOf(*bytes) : std::nullopt) return size;
+    if (bytes && bytes->size() == kBeginning) bytes = readPictureFile(path);
     if (!bytes) return std::nullopt;
     return sizeOf(*bytes);
 }

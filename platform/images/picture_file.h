@@ -13,8 +13,9 @@ enum class Format { kNone, kJpeg, kPng, kGif, kBmp };
 // By its first bytes.
 Format formatOf(std::string_view bytes);
 
-// Nothing for a file that cannot be read or is too large to be a picture.
-std::optional<std::string> readPictureFile(std::string_view path);
+// The bytes of a file, or so many of them at its beginning. Nothing for a file that cannot be read or is too
+// large to be a picture.
+std::optional<std::string> readPictureFile(std::string_view path, size_t most = SIZE_MAX);
 
 std::optional<Heading> headingOf(std::string_view bytes);
 // As the pixels lie in the file. A JPEG may come reduced, but no side below that of `needed`. False when

@@ -183,11 +183,12 @@ TEST_F(BatchTest, ReachesTheModuleByCommands) {
     const char* program =
         // A survey point, described as EP, which is no feature: the sheet opens all the same, and one is
         // chosen.
-        "(host:input (list point '(0.0 0.0))) (ui:answer 134 '(pick 1106 \"TREE\") '(cell 2 2 \"14\") "
+        "(host:input (list point '(0.0 0.0))) (ui:answer 134 '(pick 1106 \"TREE\") "
+        "'(drop \"notes.txt\" \"plan.pdf\") '(cell 2 2 \"14\") "
         "'(click "
         "\"OK\")) "
         "(c:gis-prompt)"
-        "(print (link point))"
+        "(print (link point)) (print (ui:log))"
         // A drawn point with a generated key.
         "(host:input \"Auto\" \"Point\" \"1000,2000,5\") (ui:answer 134 '(click-cell 2 2) "
         "'(double-click-cell 1110 2 2) '(key \"7\") '(click \"OK\")) "
@@ -206,6 +207,7 @@ TEST_F(BatchTest, ReachesTheModuleByCommands) {
     EXPECT_EQ(run(std::string(prepare) + program, "--drawing " NORVANE_SOURCE_DIR "/samples/survey.dxf"), 0)
         << problems_;
     EXPECT_TRUE(said("The feature EP is not defined"));
+    EXPECT_TRUE(said("Left out:\\nnotes.txt\\nplan.pdf")) << out_;
     EXPECT_TRUE(said("\"TREE\" \"PT_ID\" \"3\" ")) << out_;
     EXPECT_TRUE(said("((2000.0 1000.0 5.0) \"PT_ID\")")) << out_;
     EXPECT_TRUE(said("T \nnil"));

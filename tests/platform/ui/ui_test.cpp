@@ -150,6 +150,74 @@ TEST_F(UiTest, RadiosExcludeEachOtherAndMnemonicsClick) {
     EXPECT_EQ(form.result(), ui::kCancel);
 }
 
+// A dialog that shows a picture and takes files.
+class Album : public ui::Dialog {
+  public:
+    Album() : ui::Dialog(901, "Album") {
+        add<ui::Picture>(20, 100, 50);
+        add<ui::RadioButton>(21, "One", 1);
+        add<ui::RadioButton>(22, "Two", 1);
+    }
+    std::string happened;
+
+  private:
+    void onCommand(int id) override {
+        happened += "command " + std::to_string(id) + ";";
+        Dialog::onCommand(id);
+    }
+    void onClickAgain(ui::RadioButton& radio) override {
+        happened += "again " + std::to_string(radio.id()) + ";";
+    }
+    void onDrop(const std::vector<std::string>& paths) override {
+        for (const std::string& path : paths) happened += "drop " + path + ";";
+    }
+};
+
+TEST_F(UiTest, PicturesAreClickedWhereTheyShowSomething) {
+    Album album;
+    auto& picture = album.get<ui::Picture>(20);
+    EXPECT_NE(album.userClick(picture), "") << "nobody has made it clickable";
+    picture.setClickable();
+    EXPECT_NE(album.userClick(picture), "") << "there is nothing to click";
+    picture.setPath("a.jpg", {80, 50});
+    EXPECT_EQ(album.userClick(picture), "");
+    EXPECT_EQ(album.focus(), 20);
+    EXPECT_EQ(album.userKey(*ui::parseKey("Space")), "");
+    EXPECT_EQ(album.happened, "command 20;command 20;");
+    const int changes = picture.changes();
+    picture.setPath("a.jpg");
+    EXPECT_NE(picture.changes(), changes) << "the file may be another one by now";
+    EXPECT_EQ(picture.frame(), (images::Size{100, 50})) << "all of its room";
+    picture.setImage(images::Image({10, 10}));
+    EXPECT_EQ(picture.path(), "");
+    EXPECT_EQ(picture.frame(), (images::Size{50, 50}));
+    EXPECT_TRUE(picture.isClickable());
+}
+
+TEST_F(UiTest, FilesFallOntoDialogsThatTakeThem) {
+    Album album;
+    Step drop{Step::Kind::Drop};
+    drop.files = {"a.jpg", "b c.jpg"};
+    EXPECT_EQ(ui::stepText(drop), "(drop \"a.jpg\" \"b c.jpg\")");
+    EXPECT_NE(album.userDrop(drop.files), "");
+    album.setTakesFiles();
+    backend_.answer(901, {drop,
+                          {Step::Kind::Click, "Two"},
+                          {Step::Kind::Click, "Two"},
+                          {Step::Kind::Check, "Two"},
+                          {Step::Kind::Close}});
+    album.runModal();
+    EXPECT_EQ(album.happened, "drop a.jpg;drop b c.jpg;command 22;again 22;");
+}
+
+TEST_F(UiTest, SeveralFilesOfABoxStandOnLines) {
+    ui::FileBox box;
+    backend_.answerFile("/a.jpg\n/b.jpg");
+    backend_.answerFile("");
+    EXPECT_EQ(ui::severalFiles(box), (std::vector<std::string>{"/a.jpg", "/b.jpg"}));
+    EXPECT_TRUE(ui::severalFiles(box).empty());
+}
+
 TEST_F(UiTest, TheGridTakesWhatItsCellsAllow) {
     Form form;
     run(form,
