@@ -2,13 +2,13 @@
 
 #include <QHeaderView>
 #include <QIcon>
-#include <QImage>
 #include <QPixmap>
 #include <QTreeWidget>
 
 #include "platform/files/files.h"
 #include "platform/images/decode.h"
 #include "platform/ui/backend.h"
+#include "platform/ui/qt/qt_image.h"
 #include "platform/ui/qt/qt_text.h"
 
 namespace hostcad {
@@ -18,15 +18,6 @@ constexpr images::Size kSize = {96, 72};
 constexpr int kPath = Qt::UserRole;
 // So many are shown; reading them takes its time while a person goes from entity to entity.
 constexpr size_t kMost = 12;
-
-QPixmap pixmapOf(const images::Image& image, qreal ratio) {
-    QPixmap pixmap =
-        QPixmap::fromImage(QImage(image.pixels.data(), image.size.width, image.size.height,
-                                  image.size.width * images::kPixelBytes, QImage::Format_RGBA8888)
-                               .copy());
-    pixmap.setDevicePixelRatio(ratio);
-    return pixmap;
-}
 
 }  // namespace
 
@@ -45,7 +36,7 @@ void addPictures(QTreeWidgetItem& below, const std::vector<std::string>& paths) 
         auto* item = new QTreeWidgetItem(&below, {ui::toQt(files::nameOf(path))});
         const images::Image image = images::previewOfFile(
             path, {static_cast<int>(kSize.width * ratio), static_cast<int>(kSize.height * ratio)});
-        if (!image.empty()) item->setIcon(1, QIcon(pixmapOf(image, ratio)));
+        if (!image.empty()) item->setIcon(1, QIcon(QPixmap::fromImage(ui::toQt(image, ratio))));
         item->setData(1, kPath, ui::toQt(path));
         item->setToolTip(0, ui::toQt(path));
         item->setToolTip(1, "Double-click to see the picture in full size");

@@ -326,7 +326,7 @@ std::string ImagePanel::inFormat(const std::string& captured, bool wasThere) {
         return files::exists(bitmap) ? bitmap : captured;
     }
     if (isJpeg) return captured;
-    const std::string jpeg = withEnding(captured, "jpg");
+    std::string jpeg = withEnding(captured, "jpg");
     if (!images::convertToJpeg(captured, jpeg)) {
         tell("The image could not be written as " + jpeg + ". It stays " + captured + ".");
         return captured;

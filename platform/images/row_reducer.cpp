@@ -12,7 +12,7 @@ constexpr int kLargestFactor = 256;
 // Adds some pixels of a row to the sums of one pixel. Colours count by how much they cover.
 void addPixels(const uint8_t* pixel, int count, uint32_t* sums) {
     uint32_t red = 0, green = 0, blue = 0, covers = 0;
-    for (const uint8_t* end = pixel + count * kPixelBytes; pixel != end; pixel += kPixelBytes) {
+    for (const uint8_t* end = pixel + ptrdiff_t{count} * kPixelBytes; pixel != end; pixel += kPixelBytes) {
         const uint32_t a = pixel[3];
         red += a * pixel[0];
         green += a * pixel[1];

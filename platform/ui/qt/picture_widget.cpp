@@ -1,11 +1,11 @@
 #include "platform/ui/qt/picture_widget.h"
 
-#include <QImage>
 #include <QMouseEvent>
 #include <QPainter>
 
 #include "platform/images/decode.h"
 #include "platform/ui/qt/dialog_window.h"
+#include "platform/ui/qt/qt_image.h"
 #include "platform/ui/qt/qt_text.h"
 
 namespace ui {
@@ -62,11 +62,7 @@ class PictureView : public QWidget {
             image = images::scaled(picture_.image(), images::fitted(picture_.image().size, size));
         else if (!picture_.path().empty())
             image = images::previewOfFile(picture_.path(), size);
-        shown_ = image.empty() ? QImage()
-                               : QImage(image.pixels.data(), image.size.width, image.size.height,
-                                        image.size.width * images::kPixelBytes, QImage::Format_RGBA8888)
-                                     .copy();
-        shown_.setDevicePixelRatio(ratio);
+        shown_ = toQt(image, ratio);
     }
 
     Picture& picture_;
