@@ -153,13 +153,16 @@ TEST_F(CaptureTest, ThePictureThatIsSeenIsTaken) {
 }
 
 TEST_F(CaptureTest, WhatTheCameraDoesItselfIsNotDoneAgain) {
-    Wishes bright;
+    Wishes bright, flat;
     bright.brightness = 100;
-    CountingCamera does(10, true), doesNot(10, false);
-    ui_.answer(1422, {click("Capture")});
-    ui_.answer(1422, {click("Capture")});
-    EXPECT_EQ(takePicture(does, bright)->pixels[0], 1);
-    EXPECT_EQ(takePicture(doesNot, bright)->pixels[0], 255);
+    flat.contrast = 0;
+    for (const auto& [wishes, changed] : {std::pair{bright, 255}, {flat, 128}}) {
+        CountingCamera does(10, true), doesNot(10, false);
+        ui_.answer(1422, {click("Capture")});
+        ui_.answer(1422, {click("Capture")});
+        EXPECT_EQ(takePicture(does, wishes)->pixels[0], 1);
+        EXPECT_EQ(takePicture(doesNot, wishes)->pixels[0], changed);
+    }
 }
 
 TEST_F(CaptureTest, ACameraThatGoesAwayEndsTheWindowWithAWord) {

@@ -450,9 +450,11 @@ TEST_F(CameraSheet, ItsSettingsAreAskedForKeptAndUsed) {
     const images::Image taken = images::previewOfFile(path("TREE_17_1.bmp"), {60, 30});
     EXPECT_EQ(taken.pixel(0, 0)[0], 255) << "as bright as can be";
     ui_.clearLog();
-    answer(142, {click("Return Co&ntrast Values"), text("1234", "10"), click("Cancel")});
+    answer(142, {pick("1231", "Press button"), show(), click("Return Co&ntrast Values"), text("1234", "10"),
+                 click("Cancel")});
     answer(134, {click("&Set Camera"), click("Cancel")});
     prompt("17", "TREE");
+    EXPECT_TRUE(shown("1234 edit \"\"")) << "what tells to press the button is no value";
     EXPECT_NE(read("featlink.ini").find("#930x15|2x2|100|\n"), std::string::npos);
 }
 
