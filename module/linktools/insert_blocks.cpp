@@ -33,7 +33,7 @@ bool makeBlock(const std::string& path) {
 void takeBlockFile(InsertBlocksInput& input) {
     const std::string file = files::nameOf(files::native(input.blockFile));
     if (makeBlock(input.blockFile)) {
-        input.block = file.substr(0, file.rfind('.'));
+        input.block = BlockNameOf(input.blockFile);
         input.fileBlocks.push_back(input.block);
     } else {
         input.notice = "\"" + file + "\" cannot be read as a drawing.";

@@ -10,7 +10,6 @@
 #include "module/cad/layers.h"
 #include "module/dialogs/file_boxes.h"
 #include "module/settings/dialog_state.h"
-#include "module/settings/settings_file.h"
 #include "module/store/database.h"
 #include "module/store/server_sign_in.h"
 #include "platform/files/files.h"
@@ -35,13 +34,7 @@ constexpr int kOutputCaption = 1201, kPointsCaption = 1202, kBlocksCaption = 120
 constexpr int kPlacesInRecords = 1901, kNotice = 1902;
 
 constexpr int kTagColumn = 1, kFieldColumn = 2;
-constexpr const char* kBetweenNames = "||";  // in what is remembered of the grid
 constexpr int kListRows = 6;
-
-std::string blockNameOf(const std::string& path) {
-    const std::string file = files::nameOf(files::native(path));
-    return file.substr(0, file.rfind('.'));
-}
 
 // The place of a text in a list, without regard to case; -1 for none.
 int placeOf(const std::vector<std::string>& texts, const std::string& wanted) {
@@ -79,33 +72,7 @@ std::optional<double> numberIn(const std::string& typed) {
     return text::wholeReal(text::trim(text::replaceAll(typed, ",", ".")));
 }
 
-std::map<std::string, std::string> rememberedFields() {
-    std::map<std::string, std::string> fields;
-    const std::string remembered = readState(state::kInsertBlocksGrid);
-    const size_t gap = std::string(kBetweenNames).size();
-    std::vector<std::string> names;
-    for (size_t at = 0; at <= remembered.size();) {
-        const size_t end = std::min(remembered.find(kBetweenNames, at), remembered.size());
-        names.push_back(remembered.substr(at, end - at));
-        at = end + gap;
-    }
-    for (size_t i = 0; i + 1 < names.size(); i += 2) fields[names[i]] = names[i + 1];
-    return fields;
-}
-
 }  // namespace
-
-InsertBlocksInput RememberedInsertInput() {
-    InsertBlocksInput input;
-    std::string output = readState(state::kOutputPath);
-    if (output.empty())
-        if (const std::optional<SettingsFile> settings = SettingsFile::read())
-            output = settings->value(settings::kOutput).value_or("");
-    input.output = TakePassword(output);
-    input.fields = rememberedFields();
-    input.layer = CurrentLayer();
-    return input;
-}
 
 // --- Its controls ----------------------------------------------------------------------------------------
 
@@ -273,6 +240,7 @@ void InsertBlocksDialog::notify(const std::string& text) {
 std::string InsertBlocksDialog::concern() const {
     const std::string layer(text::trim(find(kLayer)->text()));
     if (placeOf(layers_, layer) < 0) return "The drawing has no layer \"" + layer + "\".";
+    if (IsLayerHidden(layer)) return "The layer \"" + layer + "\" is hidden: its blocks will not be seen.";
     for (const auto& [edit, otherwise] :
          {std::pair(kSymbolScale, "1"), {kAttributeScale, "1"}, {kRotation, "0"}}) {
         const std::optional<double> number = numberIn(find(edit)->text());
@@ -336,7 +304,7 @@ void InsertBlocksDialog::selectBlockFile() {
     const std::string folder = input_.blockFile.empty() ? DrawingFolder() : files::folderOf(input_.blockFile);
     const std::optional<std::string> path = AskBlockFile(folder);
     if (!path) return;
-    const std::string name = blockNameOf(*path);
+    const std::string name = BlockNameOf(*path);
     if (placeOf(blocks_, name) >= 0) {
         ui::messageBox("Error", "This block already exist!");
         return;
@@ -452,10 +420,7 @@ void InsertBlocksDialog::onOk() {
     source_.attributes = chosenFields();
     source_.isInRecords = find(kPlacesInRecords)->enabled() && input_.isInRecords;
     source_.pointFile = source_.isInRecords ? "" : input_.pointFile;
-    std::vector<std::string> pairs;
-    for (const AttributeField& attribute : source_.attributes)
-        pairs.push_back(attribute.tag + kBetweenNames + attribute.field);
-    writeState(text::join(pairs, kBetweenNames), state::kInsertBlocksGrid);
+    RememberFields(source_.attributes);
     // Links are made to the output that is remembered.
     if (readState(state::kOutputPath) != input_.output.text()) writeState(input_.output, state::kOutputPath);
     if (readRecords()) end(ui::kOk);

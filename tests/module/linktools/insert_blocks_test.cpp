@@ -230,7 +230,7 @@ TEST_F(InsertBlocksTest, PlacesMayStandInTheRecords) {
     sql("create table WELLS (PT_ID TEXT(20), GIS_KEY TEXT(20), Northing DOUBLE, EASTING TEXT(20), ELEVATION "
         "DOUBLE);"
         "insert into WELLS values ('W1','WELLS',100.5,' 200.25 ',30.125);"
-        "insert into WELLS values ('W2','WELLS',101,'202',NULL);"
+        "insert into WELLS values ('W2','WELLS',101.12345678949,'202',-99999999);"
         "insert into WELLS values ('W3','WELLS',NULL,'203',1);"
         "insert into WELLS values ('W4','WELLS',104,'far',1);"
         "insert into WELLS values ('W5','WELLS',105,'1e999',1);"
@@ -247,7 +247,8 @@ TEST_F(InsertBlocksTest, PlacesMayStandInTheRecords) {
     EXPECT_TRUE(drawn.starts_with(
         "at 200.25,100.5,30.125 scale 1,1,1 turned 0 layer 0\n  Id=W1 at 202.25,100.5,30.125 "))
         << drawn;
-    EXPECT_NE(drawn.find("at 202,101,0 "), std::string::npos);
+    EXPECT_NE(drawn.find("at 202,101.123457,0 "), std::string::npos);
+    EXPECT_EQ(lisp("(= (caddr (assoc 10 (entget (entlast)))) 101.123456789)"), "T") << "nine decimals";
     // What was checked counts for a table that has such fields, and for no other.
     makePoints("job.crd", 1, {{"W1", 1, 1}});
     EXPECT_TRUE(draw(joined(choose("job.crd", "WELLS"), {check("1901"), pick("1002", "PLAIN")}))
@@ -259,7 +260,7 @@ TEST_F(InsertBlocksTest, TheDialogOffersWhatCanBeUsed) {
     makeTrees();
     sql("create table KEYLESS (GIS_KEY TEXT(20), NAME TEXT(20))");
     answer(164, {show(), pick("1001", "POLE_SYM"), pick("1002", "TREES"), show(), pick("1003", "LOTS"),
-                 show(), click("Exit")});
+                 show(), pick("1003", "OLD-WORK"), show(), click("Exit")});
     run();
     const std::string shown = picture();
     EXPECT_NE(shown.find("SYMBOL"), std::string::npos) << "a constant attribute, which nothing fills";
@@ -267,8 +268,9 @@ TEST_F(InsertBlocksTest, TheDialogOffersWhatCanBeUsed) {
         EXPECT_NE(shown.find(block), std::string::npos) << block;
     for (const char* none : {"NORTH_ARROW", "TREE_SYM", "*D1", "BARE", "KEYLESS"})
         EXPECT_EQ(shown.find(none), std::string::npos) << none;
-    EXPECT_EQ(line("1105", 2), "edit \"0\"") << "the current layer";
-    EXPECT_EQ(line("1105"), "edit \"LOTS\"");
+    EXPECT_EQ(line("1105", 3), "edit \"0\"") << "the current layer";
+    EXPECT_EQ(line("1105", 1), "edit \"LOTS\"");
+    EXPECT_EQ(line("1902"), "label \"The layer \"OLD-WORK\" is hidden: its blocks will not be seen.\"");
     EXPECT_EQ(line("1103"), "edit \"POLE_SYM\" (read-only)");
     EXPECT_EQ(line("1101"), "edit \"" + path("output.mdb") + "\" (read-only)");
     EXPECT_NE(shown.find("POLE_ID"), std::string::npos);
@@ -440,7 +442,7 @@ TEST_F(InsertBlocksTest, ADrawingOnDiskBecomesABlock) {
     answer(164, {click("Select Block File"), click("Exit")});
     run();
     EXPECT_TRUE(shown("box [Error] \"This block already exist!\""));
-    // One undo takes the block itself back, too.
+    // Undo takes the block itself back, too.
     lisp("(command \"_.U\")");
     lisp("(command \"_.U\")");
     EXPECT_EQ(lisp("(tblsearch \"BLOCK\" \"stone\")"), "nil");
