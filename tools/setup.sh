@@ -58,7 +58,11 @@ show_progress() {
 build_preset() {
     local preset=$1 launcher=()
     shift
-    command -v ccache >/dev/null && launcher=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
+    if command -v ccache >/dev/null; then
+        launcher=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
+        # It does not keep what includes precompiled headers without these.
+        export CCACHE_SLOPPINESS=pch_defines,time_macros
+    fi
     local log=build/$preset.log
     mkdir -p build
     if ! { cmake --preset "$preset" "${launcher[@]}" "$@" &&

@@ -10,8 +10,9 @@ cd "$(dirname "$0")/.."
 source tools/setup.sh
 packages+=" clang-tidy"
 install_missing
-build=build/dev
-[ -f "$build/compile_commands.json" ] || cmake --preset dev >/dev/null
+# Clang cannot read the headers that another compiler has parsed.
+build=build/tidy
+cmake --preset dev -B "$build" -DNORVANE_PRECOMPILED=OFF >/dev/null
 
 changed() {
     git diff --name-only --diff-filter=d "$1" -- '*.cpp' '*.h'
