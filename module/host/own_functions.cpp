@@ -41,15 +41,14 @@ constexpr OwnFunction kFunctions[] = {
     {"gis:choose-points", 1014, ChoosePointFile},
     {"gis:export-folder", 1020, GiveExportFolder},
     {"gis:import", 1021, ImportLinkedPoints},
-    {"gis:edit-table", 1040, EditChosenTable},
-    {"gis:edit-table", 1021, EditChosenTable},
     {"gis:link-report", 1030, GiveLinkReport},
     {"gis:update-records", 1031, UpdateLinkedRecords},
     {"gis:linked-entities", 1032, GiveLinkedEntities},
+    {"gis:area-faults", 1033, GiveAreaFaults},
+    {"gis:edit-table", 1040, EditChosenTable},
     {"gis:fill-titles", 1060, FillTitles},
     {"gis:compare-titles", 1061, CompareTitles},
     {"gis:drawings", 1062, ListDrawings},
-    {"gis:area-faults", 1033, GiveAreaFaults},
 };
 
 }  // namespace

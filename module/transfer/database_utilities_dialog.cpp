@@ -17,13 +17,10 @@
 #include "module/transfer/note_check.h"
 #include "module/transfer/report_box.h"
 #include "module/transfer/run_report.h"
+#include "module/transfer/table_dialog.h"
 #include "platform/files/files.h"
 #include "platform/text/text.h"
 #include "platform/ui/backend.h"
-#if __has_include("module/transfer/table_dialog.h")
-#include "module/transfer/table_dialog.h"
-#define NORVANE_HAS_TABLE_DIALOG
-#endif
 
 namespace norvane {
 
@@ -328,14 +325,11 @@ void DatabaseUtilities::renameTable() {
 
 void DatabaseUtilities::editTable() {
     if (!hasDatabase()) return;
-#ifdef NORVANE_HAS_TABLE_DIALOG
     EditTable(database_, table());
-#endif
 }
 
 void DatabaseUtilities::previewFeature() {
     if (!hasDatabase()) return;
-#ifdef NORVANE_HAS_TABLE_DIALOG
     const std::optional<size_t> at = selectedFeature();
     if (!at) return;
     const TableImport import = ImportOf(features_[*at]);
@@ -351,7 +345,6 @@ void DatabaseUtilities::previewFeature() {
     }
     PreviewRecords(database_, import.table, records);
     showTables(table());
-#endif
 }
 
 // --- Notes -------------------------------------------------------------------------------------------------
