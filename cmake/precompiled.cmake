@@ -47,6 +47,7 @@ function(norvane_precompile target)
   if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
     # The first is for caches of compiled files. The others: GCC 12 suspects its own std::string, and says so where it no
     # longer sees that it came from a library's header.
-    target_compile_options(${target} PRIVATE -fpch-preprocess -Wno-array-bounds -Wno-restrict -Wno-stringop-overflow)
+    target_compile_options(${target} PRIVATE -fpch-preprocess -Wno-array-bounds -Wno-restrict -Wno-stringop-overflow
+                                             -Wno-stringop-overread)
   endif()
 endfunction()

@@ -183,6 +183,9 @@ class Drawing {
 
     void beginUndoGroup();
     void endUndoGroup();
+    // Groups that begin between these two end no step: all is part of the step that was open before.
+    void holdUndoStep() { ++groupDepth_; }
+    void releaseUndoStep() { --groupDepth_; }
     // Takes the last step back, or does it again. False when there is none, or within a group.
     bool undo();
     bool redo();

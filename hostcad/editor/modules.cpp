@@ -194,7 +194,12 @@ void Modules::removeFunctions(Module& module) {
 
 bool Modules::run(Module& module, Call& call) {
     calls_.push_back(&call);
+    // The commands that a function uses are part of what it does, and one U takes it all back.
+    Drawing& drawing = currentDrawing();
+    const long serial = drawing.serial();
+    drawing.holdUndoStep();
     AcRx::AppRetCode answer = send(module, AcRx::kInvkSubrMsg);
+    if (currentDrawing().serial() == serial) drawing.releaseUndoStep();
     calls_.pop_back();
     return answer != AcRx::kRetError;
 }
