@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "hostcad/drawing/current_drawing.h"
 #include "hostcad/editor/host.h"
 #include "hostcad/lisp/arguments.h"
 #include "platform/ads/editor.h"
