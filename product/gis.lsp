@@ -526,10 +526,11 @@
 
 (defun c:gis-settings () (cf:gis_smart_prompting 7) (princ))
 (defun c:gis-editor () (cf:gis_smart_prompting 15) (princ))
-(defun c:gis-utilities ()
 (defun c:gis-blocks () (cf:gis_smart_prompting 17) (princ))
 (defun c:gis-table () (gis:edit-table) (princ))
+
 ;; The workbench on the output database; points that its imports are to draw are drawn when it is left.
+(defun c:gis-utilities ()
   (setq imported-points$ nil)
   (cf:gis_smart_prompting 16)
   (foreach file imported-points$

@@ -15,25 +15,25 @@ uint32_t hashOf(std::string_view text) {
 
 }  // namespace
 
-void TextRecords::append(std::span<const std::string> texts) {
+void TextRows::append(std::span<const std::string> texts) {
     for (const std::string& text : texts) {
         bytes_ += text;
         ends_.push_back(bytes_.size());
     }
 }
 
-void TextRecords::removeLast() {
+void TextRows::removeLast() {
     ends_.resize(ends_.size() - columns_);
     bytes_.resize(ends_.empty() ? 0 : ends_.back());
 }
 
-std::string_view TextRecords::text(uint32_t record, size_t column) const {
+std::string_view TextRows::text(uint32_t record, size_t column) const {
     const size_t place = record * columns_ + column;
     const size_t begin = place == 0 ? 0 : ends_[place - 1];
     return std::string_view(bytes_).substr(begin, ends_[place] - begin);
 }
 
-size_t TextHash::slotOf(const TextRecords& records, std::string_view text, uint32_t hash) const {
+size_t TextHash::slotOf(const TextRows& records, std::string_view text, uint32_t hash) const {
     size_t slot = hash & (slots_.size() - 1);
     while (slots_[slot].record != kFree &&
            (slots_[slot].hash != hash || records.text(slots_[slot].record, column_) != text))
@@ -41,7 +41,7 @@ size_t TextHash::slotOf(const TextRecords& records, std::string_view text, uint3
     return slot;
 }
 
-bool TextHash::add(const TextRecords& records, uint32_t record) {
+bool TextHash::add(const TextRows& records, uint32_t record) {
     if (order_.size() * 2 >= slots_.size()) grow();
     const std::string_view text = records.text(record, column_);
     const uint32_t hash = hashOf(text);
@@ -52,7 +52,7 @@ bool TextHash::add(const TextRecords& records, uint32_t record) {
     return true;
 }
 
-std::optional<uint32_t> TextHash::find(const TextRecords& records, std::string_view text) const {
+std::optional<uint32_t> TextHash::find(const TextRows& records, std::string_view text) const {
     if (slots_.empty()) return std::nullopt;
     const Slot& slot = slots_[slotOf(records, text, hashOf(text))];
     return slot.record == kFree ? std::nullopt : std::optional(slot.record);

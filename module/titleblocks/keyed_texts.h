@@ -12,9 +12,9 @@
 namespace norvane {
 
 // Records of the same number of texts, all of which stand one behind the other.
-class TextRecords {
+class TextRows {
   public:
-    explicit TextRecords(size_t columns = 0) : columns_(columns) {}
+    explicit TextRows(size_t columns = 0) : columns_(columns) {}
     uint32_t count() const { return static_cast<uint32_t>(columns_ ? ends_.size() / columns_ : 0); }
     void append(std::span<const std::string> texts);
     void removeLast();
@@ -32,8 +32,8 @@ class TextHash {
   public:
     explicit TextHash(size_t column = 0) : column_(column) {}
     // Takes in a record. False, and nothing is done, when there is one with its text.
-    bool add(const TextRecords& records, uint32_t record);
-    std::optional<uint32_t> find(const TextRecords& records, std::string_view text) const;
+    bool add(const TextRows& records, uint32_t record);
+    std::optional<uint32_t> find(const TextRows& records, std::string_view text) const;
     // Those that were taken in, in their order.
     const std::vector<uint32_t>& records() const { return order_; }
     size_t column() const { return column_; }
@@ -45,7 +45,7 @@ class TextHash {
     };
     static constexpr uint32_t kFree = 0xFFFFFFFF;
     // Where a text is, or would be.
-    size_t slotOf(const TextRecords& records, std::string_view text, uint32_t hash) const;
+    size_t slotOf(const TextRows& records, std::string_view text, uint32_t hash) const;
     void grow();
 
     size_t column_;

@@ -33,7 +33,7 @@ void ValueTable::takeColumns(const std::vector<std::string>& there) {
     for (const std::string& key : wantedKeys_)
         if (const auto column = std::find(columns_.begin(), columns_.end(), key); column != columns_.end())
             keys_.emplace(key, TextHash(static_cast<size_t>(column - columns_.begin())));
-    records_ = TextRecords(columns_.size());
+    records_ = TextRows(columns_.size());
 }
 
 // Only the first record of some key is ever looked at.
@@ -59,7 +59,7 @@ bool ValueTable::read(RecordSource& source, const std::string& table, const GoOn
         });
     } catch (const CDaoException&) {
         keys_.clear();
-        records_ = TextRecords();
+        records_ = TextRows();
         throw;
     }
 }

@@ -40,7 +40,7 @@ class ValueTable {
 
     std::vector<std::string> wantedKeys_, columns_;
     std::map<std::string, TextHash> keys_;
-    TextRecords records_;
+    TextRows records_;
 };
 
 class ValueTables {

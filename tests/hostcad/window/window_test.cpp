@@ -223,7 +223,6 @@ TEST_F(Window, SizePanelsAndColumnsAreRememberedFromRunToRun) {
 }
 
 TEST_F(Window, OffersOnlyWhatIsThereAndHelp) {
-    EXPECT_EQ(menuEntry("Title blocks..."), nullptr);
     QMenu* programs = menuEntry("For programs")->menu();
     ASSERT_NE(programs, nullptr);
     EXPECT_EQ(programs->actions().size(), 4);
