@@ -2,11 +2,17 @@
 # A tour of the window with real mouse and key events: what meets a person on the first day is done once, and a
 # picture taken of each stage, to be looked at. What a file or the title of a window can tell is checked.
 #
-#   tools/window-tour.sh [--bin FOLDER] [--job FOLDER] [--dpi N] [--size WxH] [--dark] [--pictures FOLDER]
+#   tools/window-tour.sh [--crash] [--bin FOLDER] [--job FOLDER] [--dpi N] [--size WxH] [--dark] [--pictures FOLDER]
 #
-# What the arguments mean stands in window-screen.sh. 800x600 shows whether all dialogs fit.
+# --crash also waits the five minutes after which a changed drawing is kept, and kills the window. What the other
+# arguments mean stands in window-screen.sh. 800x600 shows whether all dialogs fit.
 set -euo pipefail
 cd "$(dirname "$0")/.."
+crash=""
+if [ "${1:-}" = --crash ]; then
+    crash=yes
+    shift
+fi
 . tools/window-screen.sh
 
 mkdir -p "$job/office"
@@ -184,15 +190,14 @@ picture 24-pdf
 press Return
 await "linked.dxf"
 [ -s "$job/office/linked.pdf" ] || fail "there is no PDF"
-chmod a-w "$job/office"
-press ctrl+s
-if [ "$(id -u)" != 0 ]; then
-    await "Save Drawing"
-    picture 25-not-saved
-    press Escape
-    await "linked.dxf"
-fi
-chmod u+w "$job/office"
+press ctrl+shift+s
+press Return
+await "Save Drawing As"
+type_line "/sys/survey.dxf"
+await "Save Drawing"
+picture 25-not-saved
+press Escape
+await "linked.dxf"
 press ctrl+q
 pause 1
 if kill -0 "$window" 2>/dev/null; then
@@ -208,4 +213,23 @@ pause 1
 picture 27-start-again
 press ctrl+q
 window=""
+
+# --- After a crash -----------------------------------------------------------------------------------------
+
+if [ -n "$crash" ]; then
+    open_window "$job/survey.dxf"
+    await "survey.dxf"
+    type_line "POINT"
+    type_line "$tree"
+    pause 310
+    kill -9 "$window"
+    open_window
+    await "Unsaved Work"
+    picture 28-after-a-crash
+    press alt+y
+    await "survey.dxf"
+    picture 29-recovered
+    kill "$window"
+    window=""
+fi
 echo "Done."
