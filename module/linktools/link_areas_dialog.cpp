@@ -11,6 +11,7 @@ namespace norvane {
 namespace {
 
 constexpr int kResource = 1390;
+constexpr int kFontSize = 16;  // of the size of the other dialogs
 constexpr int kListWidth = 34, kListRows = 8, kLayerRows = 6;  // characters and lines
 
 std::vector<std::string> layerNames() {
@@ -23,7 +24,8 @@ class AreaDialog {
   public:
     AreaDialog(AreaKey key, const std::vector<KeyTable>& tables)
         : isText_(key == AreaKey::kText), tables_(tables), layers_(layerNames()) {
-        dialog_.create("Create GIS Links", 2 * kListWidth, 10, 9, false, TileDialog::kFitTiles, kResource);
+        dialog_.create("Create GIS Links", 2 * kListWidth, 10, kFontSize, false, TileDialog::kFitTiles,
+                       kResource);
         addTables();
         if (isText_) addLayers();
         addButtons();
