@@ -169,7 +169,9 @@ bool ImagePanel::command(int id) {
             pickCamera();
             return true;
         case kSetCamera:
-            if (LoadCapture(owner_.imagePlace().binDirectory)) RunCameraSettings();
+            // The values that are kept can be changed without the camera's word.
+            LoadCapture(owner_.imagePlace().binDirectory);
+            RunCameraSettings();
             return true;
         case kFirst:
         case kNext:

@@ -26,6 +26,7 @@ ImageRow rowOf(const std::string& suffix) {
 
 void ImageRows::load(const LoadedRecord& record, const FindFile& find) {
     clear();
+    recordIsThere_ = record.found;
     for (const std::string& column : record.columns) {
         const size_t mark = column.find(kImageColumn);
         if (mark == std::string::npos) continue;
@@ -49,6 +50,7 @@ void ImageRows::clear() {
     rows_.clear();
     otherLabels_.clear();
     current_ = -1;
+    recordIsThere_ = false;
 }
 
 int ImageRows::count() const {
@@ -100,8 +102,9 @@ std::vector<OutputField> ImageRows::fields() const {
     std::vector<OutputField> fields;
     for (const ImageRow& row : rows_) {
         const std::string& value = row.path.empty() && !row.emptied ? row.untouched : row.path;
-        fields.push_back({row.column, FieldKind::kChar, value.empty() && row.emptied ? kNoImage : value});
-        fields.push_back({row.labelColumn, FieldKind::kChar, row.label, row.labelCleared});
+        const bool tellsEmpty = value.empty() && row.emptied && recordIsThere_;
+        fields.push_back({row.column, FieldKind::kChar, tellsEmpty ? kNoImage : value});
+        fields.push_back({row.labelColumn, FieldKind::kChar, row.label, row.labelCleared && recordIsThere_});
     }
     fields.insert(fields.end(), otherLabels_.begin(), otherLabels_.end());
     return fields;

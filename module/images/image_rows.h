@@ -60,7 +60,7 @@ class ImageRows {
     void empty(int row);
 
     // What is written into the record. An image that is not there stays as the record has it, since nobody
-    // has touched it.
+    // has touched it. A record that is yet to be made is not told what was emptied.
     std::vector<OutputField> fields() const;
 
   private:
@@ -70,6 +70,7 @@ class ImageRows {
     std::vector<ImageRow> rows_;
     std::vector<OutputField> otherLabels_;  // of columns without an image column
     int current_ = -1;
+    bool recordIsThere_ = false;
 };
 
 }  // namespace norvane

@@ -225,6 +225,14 @@ TEST_F(ImageSheet, ANewRecordGetsNothingInColumnsWithoutAnImage) {
     EXPECT_EQ(prompt("18", "TREE"), "1");
     EXPECT_TRUE(shown("IMAGE_ZGEO/2                         [ ] No image!"));
     EXPECT_EQ(record("PT_ID, [IMAGE_ZGEO/1] is null"), "17|1\n18|1\n");
+    // Nor one that is taken and emptied before it is there.
+    ui_.answerFile(path("wide.bmp"));
+    answer(134, {cell(2, "15"), click("New"), click("Delete"), show(), click("OK")});
+    EXPECT_EQ(prompt("19", "TREE"), "1");
+    EXPECT_TRUE(counted("0 / 0"));
+    EXPECT_EQ(
+        sqlite("output.mdb", "select [IMAGE_ZGEO/1] is null, [LABEL/1] is null from TREE where PT_ID = '19'"),
+        "1|1\n");
 }
 
 TEST_F(ImageSheet, SeveralFilesComeAtOnceOrFallOntoTheSheet) {
@@ -456,6 +464,18 @@ TEST_F(CameraSheet, ItsSettingsAreAskedForKeptAndUsed) {
     prompt("17", "TREE");
     EXPECT_TRUE(shown("1234 edit \"\"")) << "what tells to press the button is no value";
     EXPECT_NE(read("featlink.ini").find("#930x15|2x2|100|\n"), std::string::npos);
+}
+
+// Its values can be changed all the same; the buttons have nothing to list.
+TEST_F(CameraSheet, TheSettingsOfAModuleThatDoesNotLoadCanBeChanged) {
+    fs::remove(path("capture.arx"));
+    write("capture.arx", "no module");
+    write("featlink.ini", "#9640x480|1x1|50|60\n");
+    answer(142, {click("Return X x Y &Scalings"), show(), text("1224", "70"), click("OK")});
+    answer(134, {click("&Set Camera"), click("Cancel")});
+    prompt("17", "TREE");
+    EXPECT_TRUE(shown("1211 list\n      Press button\n      to retreive the values!"));
+    EXPECT_NE(read("featlink.ini").find("#9640x480|1x1|70|60\n"), std::string::npos) << read("featlink.ini");
 }
 
 TEST_F(CameraSheet, AButtonThatIsOnTurnsToTheOther) {
