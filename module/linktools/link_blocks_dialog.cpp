@@ -1,6 +1,7 @@
 #include "module/linktools/link_blocks_dialog.h"
 
 #include <algorithm>
+#include <string_view>
 
 #include "module/cad/block_attributes.h"
 #include "module/dialogs/ok_cancel.h"
@@ -119,8 +120,10 @@ void LinkBlocksDialog::replay() {
         selectAttribute();
         takeFirst();
     }
-    const bool isTable = remembered.substr(second + 1, 1) == "2";
-    if (selectText(get<ui::List>(isTable ? kTables : kAttributes), remembered.substr(second + 2))) {
+    const std::string_view rest = std::string_view(remembered).substr(second + 1);
+    const bool isTable = rest.starts_with('2');
+    if (!rest.empty() &&
+        selectText(get<ui::List>(isTable ? kTables : kAttributes), std::string(rest.substr(1)))) {
         isTable ? selectTable() : selectAttribute();
         takeSecond();
     }

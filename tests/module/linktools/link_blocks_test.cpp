@@ -189,6 +189,8 @@ TEST_F(LinkBlocksTest, WhatWasChosenLastIsChosenAgainAsFarAsItIsThere) {
     EXPECT_EQ(opened("SIGN|ID|2GONE"), "KIND | T1 | ---");
     EXPECT_EQ(opened("GONE|ID|2T1"), "| T1 | ---");
     EXPECT_EQ(opened("nonsense"), "| T1 | ---");
+    EXPECT_EQ(opened("SIGN|ID|"), "KIND | T1 | ---") << "what breaks off is chosen as far as it goes";
+    EXPECT_EQ(opened("SIGN||2T1"), "ID KIND | | ---");
 }
 
 TEST_F(LinkBlocksTest, SelectionsAndDatabasesThatAreNoneAreTold) {
