@@ -20,6 +20,7 @@ namespace {
 constexpr const char* kFunction = "cf:capture";
 constexpr const char* kPathSymbol = "path_image_ZGEO";
 constexpr int kPercentStep = 10;
+constexpr int kLongestSide = 8192;  // of a camera's pictures; one of twice that would fill the memory
 enum Request { kCapture = 1, kPick = 2, kResolutions = 3, kScalings = 4, kBrightness = 5, kContrast = 6 };
 
 std::string symbolText(const char* name) {
@@ -54,7 +55,8 @@ Wishes wishesOf(const std::vector<std::string>& texts) {
         return value ? std::optional(static_cast<int>(std::clamp(*value, 0.0, 65535.0))) : std::nullopt;
     };
     Wishes wishes;
-    if (number(0) && number(1)) wishes.resolution = {*number(0), *number(1)};
+    auto isSide = [](std::optional<int> side) { return side && *side > 0 && *side <= kLongestSide; };
+    if (isSide(number(0)) && isSide(number(1))) wishes.resolution = {*number(0), *number(1)};
     wishes.scaling = {std::clamp(number(2).value_or(1), 1, 2), std::clamp(number(3).value_or(1), 1, 2)};
     wishes.brightness = number(4);
     wishes.contrast = number(5);

@@ -466,6 +466,19 @@ TEST_F(CameraSheet, ItsSettingsAreAskedForKeptAndUsed) {
     EXPECT_NE(read("featlink.ini").find("#930x15|2x2|100|\n"), std::string::npos);
 }
 
+// They would be no picture, or fill the memory.
+TEST_F(CameraSheet, SizesThatNoCameraHasAreNotAskedFor) {
+    useFolder();
+    for (const char* wanted : {"8193x20", "600x0", "-600x20"}) {
+        write("featlink.ini", "#9" + std::string(wanted) + "|1x1||\n");
+        answer(1422, {click("Capture")});
+        answer(134, {click("Captu&re"), click("Cancel")});
+        prompt("17", "TREE");
+        EXPECT_EQ(sizeOf("TREE_17_1.bmp"), "60x30") << wanted;
+        fs::remove(path("TREE_17_1.bmp"));
+    }
+}
+
 // Its values can be changed all the same; the buttons have nothing to list.
 TEST_F(CameraSheet, TheSettingsOfAModuleThatDoesNotLoadCanBeChanged) {
     fs::remove(path("capture.arx"));
