@@ -9,6 +9,7 @@
 
 #include "hostcad/editor/host.h"
 #include "hostcad/window/main_window.h"
+#include "platform/ui/qt/framed_marks.h"
 #include "platform/ui/qt/qt_backend.h"
 #include "platform/ui/qt/qt_text.h"
 
@@ -48,6 +49,7 @@ int runWindowProgram(int count, char** words, const Product& product) {
         return 1;
     }
     QApplication application(count, words);
+    QApplication::setStyle(new ui::FramedMarks);
     // Numbers are written with a point whatever the language of the desktop.
     std::setlocale(LC_NUMERIC, "C");
     QApplication::setOrganizationName(ui::toQt(product.organization));

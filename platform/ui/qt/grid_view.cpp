@@ -37,7 +37,6 @@ class CellPainter : public QStyledItemDelegate {
             return;
         }
         QStyledItemDelegate::paint(painter, option, index);
-        if (type.kind == CellKind::CheckBox) frameMark(painter, option, index);
         if (type.kind == CellKind::DropDown) {
             QStyleOption arrow;
             arrow.initFrom(option.widget);
@@ -58,21 +57,6 @@ class CellPainter : public QStyledItemDelegate {
     }
 
   private:
-    // A check box that is off can hardly be told from a dark ground without it.
-    void frameMark(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const {
-        constexpr int kFaint = 110;  // of 255
-        QStyleOptionViewItem cell = option;
-        initStyleOption(&cell, index);
-        const QRect mark = option.widget->style()->subElementRect(QStyle::SE_ItemViewItemCheckIndicator,
-                                                                  &cell, option.widget);
-        QColor colour = option.palette.color(QPalette::Text);
-        colour.setAlpha(kFaint);
-        painter->save();
-        painter->setPen(colour);
-        painter->drawRect(mark.adjusted(0, 0, -1, -1));
-        painter->restore();
-    }
-
     const GridCells& cells_;
     DialogWindow& window_;
 };

@@ -7,9 +7,11 @@
 #include <QListWidget>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QPainter>
 #include <QPdfWriter>
 #include <QProgressBar>
 #include <QSettings>
+#include <QStyleOption>
 #include <QTabBar>
 #include <QTreeWidget>
 #include <filesystem>
@@ -17,6 +19,7 @@
 
 #include "platform/ui/backend.h"
 #include "platform/ui/qt/dialog_window.h"
+#include "platform/ui/qt/framed_marks.h"
 #include "platform/ui/qt/qt_backend.h"
 #include "platform/ui/qt/qt_printing.h"
 #include "tests/platform/dao/scratch.h"
@@ -422,6 +425,28 @@ TEST_F(QtUi, APageHasAllOfItsRowsWhateverThePaper) {
         EXPECT_NE(text.find("Page 1 of 2"), std::string::npos) << text;
         // The foot stands below the last row, and not on it.
         EXPECT_LT(text.find("FIELD 35"), text.find("/a/template.mdb"));
+    }
+}
+
+TEST_F(QtUi, MarksThatAreOffAreSeenOnADarkGround) {
+    ui::FramedMarks style;
+    const QColor ground(42, 46, 50);
+    QPalette dark(ground);
+    dark.setColor(QPalette::Base, QColor(27, 30, 32));
+    dark.setColor(QPalette::WindowText, Qt::white);
+    for (QStyle::PrimitiveElement mark : {QStyle::PE_IndicatorCheckBox, QStyle::PE_IndicatorRadioButton}) {
+        QImage picture(20, 20, QImage::Format_RGB32);
+        picture.fill(ground);
+        QStyleOptionButton option;
+        option.rect = {2, 2, 16, 16};
+        option.palette = dark;
+        option.state = QStyle::State_Enabled | QStyle::State_Off;
+        QPainter painter(&picture);
+        style.drawPrimitive(mark, &option, &painter, nullptr);
+        painter.end();
+        int brightest = 0;
+        for (int x = 0; x < 8; ++x) brightest = std::max(brightest, qGray(picture.pixel(x, 9)));
+        EXPECT_GT(brightest, qGray(ground.rgb()) + 60) << mark;
     }
 }
 
