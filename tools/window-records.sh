@@ -49,20 +49,20 @@ await "Database File Utilities"
 press alt+n
 await "^Open$"
 type_line "$job/field.not"
-await "Database File Utilities"
+await "Import Note Data"
 picture 02-notes
 press alt+i
 pause 1
 picture 03-report
 press Escape
-await "Database File Utilities"
+await "Import Note Data"
 jet output.mdb "SELECT COUNT(*) FROM POLE" | grep -q '^2$' || fail "the notes are not imported"
 press alt+t
 pause 1
 picture 04-table
 press Escape
 pause 1
-await "Database File Utilities"
+await "Import Note Data"
 press Escape
 await "survey.dxf"
 
@@ -81,9 +81,14 @@ await "survey.dxf"
 # --- Title blocks --------------------------------------------------------------------------------------------
 
 type_line "GIS-BLOCKLINKS"
-pause 1
+await "Block"
+press alt+a
+await "^Open$"
+type_line "$job/jobs.csv"
+await "Block"
 picture 07-block-links
 press Escape
+pause 1
 await "survey.dxf"
 type_line "GIS-TITLES"
 type_line "ALL"
@@ -107,7 +112,8 @@ picture 10-print-all
 press Escape
 await "Define Template"
 press Escape
-pause 1
+await "Alert"
+press alt+y
 await "survey.dxf"
 
 # --- Blocks from records -------------------------------------------------------------------------------------
@@ -120,6 +126,7 @@ await "survey.dxf"
 
 # --- Pictures ------------------------------------------------------------------------------------------------
 
+find_middle
 look_at "$tree" 340
 click_middle
 press F9
