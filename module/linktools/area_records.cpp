@@ -128,7 +128,7 @@ size_t CountRecordsOfKeys(CDaoDatabase& database, const std::string& table, cons
 void WriteAreaRecords(CDaoDatabase& database, const std::string& table, const std::string& keyField,
                       KeyMap keys, AreaRecords& result) {
     acutPrintf("\rBuilding database table...");
-    const TextTable made = EnsureTextTable(database, table, {keyField});
+    const TextTable made = EnsureTextTable(database, table, {keyField}, EmptyKeys::kAllowed);
     if (made.sizes[0] == TextTable::kNoText) {
         acedAlert("Error: invalid selected field type.");
         return;

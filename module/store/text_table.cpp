@@ -29,13 +29,19 @@ std::vector<std::string> valuesOf(CDaoDatabase& database, const std::string& sta
     return values;
 }
 
+CDaoFieldInfo keyColumn(const std::string& name, EmptyKeys emptyKeys) {
+    CDaoFieldInfo column = KeyColumn(name);
+    if (emptyKeys == EmptyKeys::kAllowed) column.allowZeroLength = true;
+    return column;
+}
+
 // Gives a key column that is no text the type of one. Its values stay, as texts.
 void makeText(CDaoDatabase& database, CDaoTableDef& table, const std::string& nameInStatements,
-              const std::string& column) {
-    const std::string statement = "SELECT " + StatementName(column) + " FROM " + nameInStatements;
+              const CDaoFieldInfo& column) {
+    const std::string statement = "SELECT " + StatementName(column.name) + " FROM " + nameInStatements;
     const std::vector<std::string> values = valuesOf(database, statement);
-    table.DeleteField(column);
-    table.CreateField(KeyColumn(column));
+    table.DeleteField(column.name);
+    table.CreateField(column);
     size_t row = 0;
     ForEachRecord(database, statement, [&](CDaoRecordset& records) {
         const std::string& value = values[row++];
@@ -46,10 +52,11 @@ void makeText(CDaoDatabase& database, CDaoTableDef& table, const std::string& na
     });
 }
 
-void makeTable(CDaoDatabase& database, const std::string& name, const std::vector<std::string>& columns) {
+void makeTable(CDaoDatabase& database, const std::string& name, const std::vector<std::string>& columns,
+               EmptyKeys emptyKeys) {
     CDaoTableDef table(&database);
     table.Create(name);
-    for (const char* key : kKeyColumns) table.CreateField(KeyColumn(key));
+    for (const char* key : kKeyColumns) table.CreateField(keyColumn(key, emptyKeys));
     for (const std::string& column : columns) table.CreateField(AttributeColumn(column, FieldKind::kChar));
     table.Append();
     if (!database.GetConnect().empty())
@@ -63,10 +70,10 @@ std::string nameInStatements(const CDaoDatabase& database, const std::string& ta
 }  // namespace
 
 TextTable EnsureTextTable(CDaoDatabase& database, const std::string& table,
-                          const std::vector<std::string>& columns) {
+                          const std::vector<std::string>& columns, EmptyKeys emptyKeys) {
     const std::string present = FindUserTable(database, table);
     if (present.empty()) {
-        makeTable(database, table, columns);
+        makeTable(database, table, columns, emptyKeys);
         const long size = AttributeColumn("", FieldKind::kChar).size;
         return {nameInStatements(database, table), std::vector<long>(columns.size(), size)};
     }
@@ -76,9 +83,9 @@ TextTable EnsureTextTable(CDaoDatabase& database, const std::string& table,
     CDaoFieldInfo field;
     for (const char* key : kKeyColumns) {
         if (!findField(definition, key, field))
-            definition.CreateField(KeyColumn(key));
+            definition.CreateField(keyColumn(key, emptyKeys));
         else if (!TakesText(field, database))
-            makeText(database, definition, made.table, field.name);
+            makeText(database, definition, made.table, keyColumn(field.name, emptyKeys));
     }
     for (const std::string& column : columns) {
         if (!findField(definition, column, field)) {

@@ -46,6 +46,18 @@ TEST_F(Areas, NewPolylinesStandOnTheLayerThatWasChosen) {
     EXPECT_EQ(lisp("(getvar \"CLAYER\")"), "\"AREAS\"");
     EXPECT_EQ(lisp("(getvar \"REGENMODE\")"), "1");
     EXPECT_EQ(lisp("(sslength (ssget \"X\" '((8 . \"AREAS\"))))"), "3");
+    CDaoDatabase output;
+    output.Open(path("output.mdb"));
+    for (const char* column : {"PT_ID", "GIS_KEY"}) {
+        CDaoTableDef table(&output);
+        table.Open("LOT");
+        CDaoFieldInfo made;
+        table.GetFieldInfo(column, made);
+        EXPECT_EQ(made.type, dbText) << column;
+        EXPECT_EQ(made.size, 255) << column;
+        EXPECT_TRUE(made.allowZeroLength) << column;
+    }
+    output.Close();
     // Both areas of one label have one record.
     EXPECT_EQ(rows("output.mdb", "SELECT PT_ID, GIS_KEY, NUM FROM LOT"),
               (std::vector<std::string>{"1|LOT|A", "2|LOT|B"}));
