@@ -110,7 +110,8 @@ TEST_F(QtImages, FallOntoTheSheetAndAreWalkedThrough) {
           type("14"),
           clickButton(1)});
     EXPECT_EQ(prompt("17", "TREE"), "1");
-    EXPECT_EQ(record("DBH, [IMAGE_ZGEO/1], [IMAGE_ZGEO/2]"), "14|No image!|" + path("blue.bmp") + "\n");
+    EXPECT_EQ(record("DBH, [IMAGE_ZGEO/1] is null, [IMAGE_ZGEO/2]"), "14|1|" + path("blue.bmp") + "\n")
+        << "the record is new, so that nothing was there to be emptied";
 }
 
 // Photographs that other programs have made, as a person sees them.
