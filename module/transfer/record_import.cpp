@@ -32,7 +32,10 @@ struct Target {
 
 Target targetOf(const CDaoFieldInfo& field) {
     const bool isLimited = field.type == dbText && field.size > 0;
-    return {field.name, ClassOfType(field.type), isLimited ? static_cast<size_t>(field.size) : 0, -1};
+    // One that counts by itself takes no value.
+    const bool counts = (field.attributes & dbAutoIncrField) != 0;
+    return {field.name, counts ? ColumnClass::kOther : ClassOfType(field.type),
+            isLimited ? static_cast<size_t>(field.size) : 0, -1};
 }
 
 class Table {

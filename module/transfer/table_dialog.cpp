@@ -236,15 +236,17 @@ bool TableDialog::follow(TableSheetKeys::Outcome outcome) {
     return true;
 }
 
-// In a preview a click into the first two cells of a row leads to its values, and one into a row that stands
-// in the database to the row above it.
+// In a preview a click into the first cell of a note locks its row and leads to its values, as one into the
+// second cell of any row does. Any other into a row that stands in the database leads to the row above it.
 void TableDialog::onCellClick(ui::Grid& grid, ui::CellPosition at) {
     sheet_.beginStep();
     if (!isPreview()) return;
-    if (at.row % 2 == 0) return grid.setActive(at.column, at.row - 1);
-    if (at.column >= sheet_.firstColumn()) return;
-    if (at.column == 1 && grid.columns() > 2) toggleLock(at.row);
-    grid.setActive(sheet_.firstColumn(), at.row);
+    const bool isNote = at.row % 2 == 1;
+    if (at.column == 1 && isNote && grid.columns() > 2) toggleLock(at.row);
+    if (at.column == 2 || (at.column == 1 && isNote))
+        grid.setActive(sheet_.firstColumn(), at.row);
+    else if (!isNote)
+        grid.setActive(at.column, at.row - 1);
 }
 
 void TableDialog::onHeadingClick(ui::Grid&, int column) {

@@ -177,7 +177,7 @@ void NoteSheet::saveRecord(long record, Report& report) {
     for (size_t i = 0; i < columns_.size(); ++i) {
         const SheetColumn& column = columns_[i];
         const std::string text = shownText(record, i);
-        if (text.empty() || column.value == CellValue::kOther) continue;
+        if (text.empty()) continue;
         const std::string kept = column.type == dbText ? cutToSize(text, sizeOf(column)) : text;
         if (kept.size() < text.size())
             report.leftOut.push_back("PT_ID " + id + ", " + column.name + ": cut to the " +

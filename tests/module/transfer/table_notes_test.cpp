@@ -105,17 +105,34 @@ TEST_F(NotesTest, LongTextsAreCutToTheirColumnAndRecordsWithoutAKeyAreLeftOut) {
     EXPECT_EQ(sqlite("trees.mdb", "SELECT COUNT(*) FROM TREE"), "2\n");
 }
 
+TEST_F(NotesTest, AColumnThatCountsByItselfIsLeftOut) {
+    {
+        CDaoDatabase database;
+        database.Create(path("trees.mdb"));
+        CDaoTableDef table(&database);
+        table.Create("TREE");
+        for (const char* name : {"PT_ID", "GIS_KEY", "KIND"}) table.CreateField(name, dbText, 255);
+        table.CreateField("AGE", dbLong, 4, dbAutoIncrField);
+        table.Append();
+    }
+    ui_.answerBox("Yes");
+    EXPECT_EQ(preview("trees.mdb", kNotes, joined({{cellAt(4, 1, "LIME")}, save(), {click("Quit")}})), 2U);
+    EXPECT_NE(printed().find("PT_ID 9, AGE: AGE is not written"), std::string::npos);
+    EXPECT_EQ(sqlite("trees.mdb", "SELECT PT_ID, AGE FROM TREE ORDER BY PT_ID"), "7|1\n9|2\n");
+}
+
 TEST_F(NotesTest, ALockedRowIsNotSaved) {
     makeTrees("trees.mdb");
     ui_.answerBox("Yes");
     EXPECT_EQ(preview("trees.mdb", kNotes,
                       joined({{cellAt(4, 3, "ASH"), clickAt(1, 1), show(), clickAt(1, 3), clickAt(1, 3)},
                               {clickAt(5, 4), show(), clickAt(2, 1), show()},
+                              {clickAt(2, 4), show(), clickAt(1, 4), show()},
                               save(),
                               {click("Quit")}})),
               1U);
     EXPECT_EQ(stateOf(pictures()[0]), "The row is locked: it is not saved.");
-    EXPECT_EQ(activeCells(), (Strings{"3,1", "5,3", "3,1"}));
+    EXPECT_EQ(activeCells(), (Strings{"3,1", "5,3", "3,1", "3,4", "1,3"}));
     EXPECT_EQ(sqlite("trees.mdb", "SELECT PT_ID, KIND FROM TREE ORDER BY PT_ID"),
               "7|BIRCH\n8|BIRCH\n9|ASH\n");
 }

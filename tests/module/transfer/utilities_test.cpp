@@ -149,6 +149,30 @@ TEST_F(Utilities, EveryRowOfAnIdIsChangedAndNewColumnsAreMade) {
     EXPECT_TRUE(takesEmpty("NEW", "GIS_KEY"));
 }
 
+TEST_F(Utilities, AColumnThatCountsByItselfTakesNoValue) {
+    {
+        CDaoDatabase database;
+        database.Open(path("output.mdb"));
+        CDaoTableDef table(&database);
+        table.Create("TREE");
+        table.CreateField("ID", dbLong, 4, dbAutoIncrField);
+        table.CreateField("PT_ID", dbText, 50, dbVariableField);
+        table.CreateField("GIS_KEY", dbText, 50, dbVariableField);
+        table.CreateField("AGE", dbLong, 4);
+        table.Append();
+    }
+    write("a.not", "PT_ID:1  GIS_FILE:TREE.GIS\nID,77\nAGE,5\nPT_ID:2  GIS_FILE:OAK.GIS\nAGE,6\n");
+    ui_.answerFile(path("a.not"));
+    const std::string shown = run({click("1021"), click("Import Checked Features")});
+    EXPECT_TRUE(has(shown, "not written, since columns of their types take no text: ID")) << shown;
+    EXPECT_EQ(output("select ID, PT_ID, AGE from TREE"), "1|1|5\n");
+    EXPECT_EQ(output("select PT_ID, AGE from OAK"), "2|6\n");
+    ui_.answerFile(path("a.not"));
+    EXPECT_TRUE(has(run({click("1021"), click("Import Checked Features"), click("Take Last Import Back")}),
+                    "2 rows as before the import, 0 deleted"));
+    EXPECT_EQ(output("select ID, PT_ID, AGE from TREE"), "1|1|5\n");
+}
+
 namespace {
 
 // Looks at the dialog in the middle of long work.
