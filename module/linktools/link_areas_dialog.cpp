@@ -11,7 +11,7 @@ namespace norvane {
 namespace {
 
 constexpr int kResource = 1390;
-constexpr int kFontSize = 16;  // of the size of the other dialogs
+constexpr int kFontSize = 16;                                  // of the size of the other dialogs
 constexpr int kListWidth = 34, kListRows = 8, kLayerRows = 6;  // characters and lines
 
 std::vector<std::string> layerNames() {
