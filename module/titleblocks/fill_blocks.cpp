@@ -1,7 +1,5 @@
 #include "module/titleblocks/fill_blocks.h"
 
-#include <algorithm>
-
 #include "module/dialogs/progress_dialog.h"
 #include "platform/ads/editor.h"
 #include "platform/text/text.h"
@@ -51,15 +49,16 @@ void FillReport::add(const FilledInsert& insert) {
         ++updated;
     } else {
         ++notFound;
-        if (missingKeys.size() <= kMostNames &&
-            std::find(missingKeys.begin(), missingKeys.end(), insert.key) == missingKeys.end())
-            missingKeys.push_back(insert.key);
+        if (known_.insert(insert.key).second) missingKeys.push_back(insert.key);
     }
 }
 
 std::string FillReport::text(const std::string& block) const {
     std::vector<std::string> names = missingKeys;
-    if (names.size() > kMostNames) names.back() = "...";
+    if (names.size() > kMostNames) {
+        names.resize(kMostNames);
+        names.emplace_back("...");
+    }
     std::string told = block + ": " + text::counted(static_cast<long>(blocks), "block", "blocks") + ", " +
                        std::to_string(updated) + " updated";
     auto tell = [&](size_t count, const std::string& what) {

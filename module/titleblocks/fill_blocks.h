@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <functional>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -37,13 +38,16 @@ FilledInsert FillInsert(const EntityName& insert, const FillChoice& choice,
 struct FillReport {
     size_t blocks = 0, updated = 0, skipped = 0, withoutAttributes = 0, withoutKey = 0, notFound = 0,
            refused = 0;
-    std::vector<std::string> missingKeys;  // each once, one more than are told at most
+    std::vector<std::string> missingKeys;  // each once, in the order of the inserts
     size_t notLookedAt = 0;                // when it was ended before its end
     bool endedByPreview = false;
 
     void add(const FilledInsert& insert);
-    // "TITLE: 11 blocks, 8 updated, 2 without a record (99-9999), 1 without a key."
+    // "TITLE: 11 blocks, 8 updated, 2 without a record (99-9999), 1 without a key." with ten keys at most.
     std::string text(const std::string& block) const;
+
+  private:
+    std::set<std::string> known_;  // the missing keys
 };
 
 // What the person says to an insert that is shown, whose texts may have been changed.

@@ -287,7 +287,10 @@ void LinkSettingsDialog::useDatabase(const dao::DatabasePath& database) {
     clearTable();
     ShowDatabaseErrors([&] {
         RecordSources sources;
-        if (RecordSource* source = sources.find(database)) fill(get<ui::List>(kTables), source->tables());
+        if (RecordSource* source = sources.find(database))
+            fill(get<ui::List>(kTables), source->tables());
+        else if (!database.empty())
+            tell("\"" + database.text() + "\" is not there, or of no kind that can be read.");
     });
 }
 

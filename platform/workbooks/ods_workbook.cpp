@@ -44,13 +44,7 @@ class Sheet : public model::iface::import_sheet, private model::iface::import_fo
     void set_format(Row, Column, size_t) override {}
     void set_format(Row, Column, Row, Column, size_t) override {}
     void fill_down_cells(Row row, Column column, Row count) override {
-        std::string text;
-        Row at = 0;
-        texts_.read([&](const std::vector<std::string>& cells) {
-            if (at == row && static_cast<size_t>(column) < cells.size())
-                text = cells[static_cast<size_t>(column)];
-            return at++ < row;
-        });
+        const std::string text = texts_.at(row, column);
         for (Row i = 1; i <= count && !text.empty(); ++i) texts_.put(row + i, column, text);
     }
     model::range_size_t get_sheet_size() const override { return {SheetTexts::kRows, SheetTexts::kColumns}; }

@@ -34,6 +34,11 @@ void SheetTexts::put(long row, long column, std::string text) {
     columns_ = std::max(columns_, c + 1);
 }
 
+std::string SheetTexts::at(long row, long column) const {
+    const auto r = static_cast<size_t>(row), c = static_cast<size_t>(column);
+    return r < rows_.size() && c < rows_[r].size() ? rows_[r][c] : std::string();
+}
+
 void SheetTexts::read(const TakeRow& take) const {
     std::vector<std::string> texts(columns_);
     for (const std::vector<std::string>& cells : rows_) {

@@ -15,6 +15,8 @@ class SheetTexts {
     // person can have made.
     void put(long row, long column, std::string text);
     void read(const TakeRow& take) const;
+    // "" for a cell that was not put.
+    std::string at(long row, long column) const;
 
     static constexpr long kRows = 1048576, kColumns = 16384;
 

@@ -25,7 +25,8 @@ class Workbook {
     virtual const std::vector<std::string>& sheets() const = 0;
     // Reads the rows of a sheet by its place from 0, from the first to the last that is used. Numbers come in
     // their shortest text, dates as 2004-05-31 with a time behind a blank, yes and no as 1 and 0; cells that
-    // are empty, or show an error, as "".
+    // are empty, or show an error, as "". Rows that an .ods file keeps as repetitions of one have their texts
+    // once, and are empty after that.
     virtual void read(size_t sheet, const TakeRow& take) const = 0;
 };
 

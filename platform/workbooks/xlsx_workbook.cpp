@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/dao/variant.h"
 #include "platform/files/files.h"
 #include "platform/text/text.h"
 #include "platform/workbooks/kinds.h"
@@ -133,7 +134,10 @@ class SheetPart : public XmlReader {
         }
         if (kind_ == "e") return "";
         if (kind_ == "str" || kind_ == "inlineStr" || kind_ == "b") return value_;
-        if (kind_ == "d") return text::replaceAll(value_, "T", " ");
+        if (kind_ == "d") {
+            dao::Date date;
+            return dao::dateFromText(value_, date) ? dao::toText(date) : text::replaceAll(value_, "T", " ");
+        }
         const std::optional<double> number = text::wholeReal(value_);
         return number ? formats_.textOf(*number, style_) : value_;
     }

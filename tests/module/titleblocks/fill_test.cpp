@@ -345,6 +345,26 @@ TEST_F(FillTest, RoutinesFillAndCompareWithoutDialogs) {
     EXPECT_EQ(ui_.log(), std::vector<std::string>{});
 }
 
+// Ten keys are told to a person, and all of them to a routine.
+TEST_F(FillTest, ARoutineGetsAllKeysWithoutARecord) {
+    lisp(
+        "(foreach part '(((0 . \"BLOCK\") (2 . \"MANY\") (70 . 2) (10 0.0 0.0 0.0))"
+        " ((0 . \"ATTDEF\") (10 0.0 0.0 0.0) (40 . 1.0) (1 . \"\") (3 . \"\") (2 . \"JOBNO\") (70 . 0))"
+        " ((0 . \"ENDBLK\"))) (entmake part))"
+        "(foreach key '(1 2 3 4 5 6 7 8 9 10 11 12 1)"
+        " (entmake '((0 . \"INSERT\") (2 . \"MANY\") (66 . 1) (10 0.0 0.0 0.0)))"
+        " (entmake (list '(0 . \"ATTRIB\") '(10 0.0 0.0 0.0) '(40 . 1.0) (cons 1 (strcat \"K\" (itoa key)))"
+        " '(2 . \"JOBNO\") '(70 . 0)))"
+        " (entmake '((0 . \"SEQEND\"))))");
+    write("own.ini", link("MANY", "JOBNO", "JOBNO", "OWNERS", "CLIENT", "owners.dbf"));
+    EXPECT_EQ(lisp("(gis:fill-titles \"MANY\" \"JOBNO\" \"\" " + quoted("own.ini") + ")"),
+              "(13 0 13 0 (\"K1\" \"K2\" \"K3\" \"K4\" \"K5\" \"K6\" \"K7\" \"K8\" \"K9\" \"K10\" \"K11\" "
+              "\"K12\"))");
+    EXPECT_TRUE(printed().ends_with(
+        "\nMANY: 13 blocks, 0 updated, 13 without a record (K1, K2, K3, K4, K5, K6, K7, K8, "
+        "K9, K10, ...)."));
+}
+
 TEST_F(FillTest, ARunEndsBetweenTwoBlocks) {
     writeSettings(titleLinks("OWNERS", "owners.dbf"));
     std::vector<ui::Step> work(80, show());

@@ -178,6 +178,12 @@ TEST_F(LinkSettingsTest, WhatIsChosenEmptiesWhatHangsOnIt) {
         EXPECT_NE(shownIn(140, id).at(0).find("\"\""), std::string::npos) << shownIn(140, id).at(0);
 }
 
+TEST_F(LinkSettingsTest, AFileOfNoKnownKindIsToldSo) {
+    ui_.answerFile(path("jobs.txt"));
+    edit({click("Attach Database"), show(), click("Exit")});
+    EXPECT_TRUE(shown("is not there, or of no kind that can be read."));
+}
+
 TEST_F(LinkSettingsTest, ADetachedDatabaseTakesItsLinksAlong) {
     ui_.answerFile(path("more.csv"));
     std::vector<ui::Step> detach = {click("Attach Database"),

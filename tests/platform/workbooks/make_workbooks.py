@@ -19,7 +19,7 @@ def xlsx(name, properties):
         '<c r="D2"><v>121.726</v></c><c r="E2"><f>A2*2</f><v>2084</v></c></row>',
         '<row r="4"><c r="A4" t="s"><v>3</v></c><c r="B4" s="2"><v>38138.5</v></c><c r="C4" t="b"><v>0</v></c>'
         '<c r="D4" t="e"><v>#DIV/0!</v></c><c r="E4" t="str"><f>"a"</f><v>text</v></c></row>',
-        '<row r="5"><c r="A5" s="3"><v>0.5</v></c><c r="B5" s="4"><v>7</v></c></row>',
+        '<row r="5"><c r="A5" s="3"><v>0.5</v></c><c r="B5" s="4"><v>7</v></c><c r="C5" t="d"><v>2004-05-31T00:00:00</v></c></row>',
     ]
     parts = {
         "[Content_Types].xml": f'<Types xmlns="{PACKAGE}/content-types">'
@@ -75,6 +75,9 @@ def ods(name):
         f'<table:table-row><{cell}="float" office:value="1042"><text:p>1042</text:p></table:table-cell>'
         f'<{cell}="date" office:date-value="2004-05-31"><text:p>05/31/04</text:p></table:table-cell>'
         f'<{cell}="float" office:value="121.726"><text:p>121.7</text:p></table:table-cell></table:table-row>'
+        '<table:table-row table:number-rows-repeated="2">'
+        f'<{cell}="float" office:value="7"><text:p>7</text:p></table:table-cell>'
+        f'<{cell}="string" table:number-columns-repeated="2"><text:p>x</text:p></table:table-cell></table:table-row>'
         '<table:table-row table:number-rows-repeated="1000000"><table:table-cell/></table:table-row>'
         "</table:table></office:spreadsheet></office:body></office:document-content>")
     kind = "application/vnd.oasis.opendocument.spreadsheet"

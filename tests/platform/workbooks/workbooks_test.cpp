@@ -98,12 +98,11 @@ TEST_F(Workbooks, ZippedWorkbooksAreRead) {
         "");
     EXPECT_EQ(rows("book.xlsx"),
               "Id,Day,Flag,Size,Sum;1042,2004-05-31,1,121.726,2084;,,,,;"
-              "M\u00FCller & S\u00F6hne,2004-05-31 12:00:00,0,,text;12:00:00,7,,,");
+              "M\u00FCller & S\u00F6hne,2004-05-31 12:00:00,0,,text;12:00:00,7,2004-05-31,,");
     EXPECT_EQ(workbooks::open(path("book.xlsx"))->sheets(), (std::vector<std::string>{"Jobs", "B\u00FCro$"}));
     EXPECT_EQ(rows("book.xlsx", 1), "");
     EXPECT_NE(rows("old.xlsx").find("1042,2008-06-01,"), std::string::npos) << rows("old.xlsx");
-    const std::string ods = rows("book.ods");
-    EXPECT_TRUE(ods.starts_with("Id,Day,Size;1042,2004-05-31,121.726")) << ods.substr(0, 200);
+    EXPECT_EQ(rows("book.ods"), "Id,Day,Size;1042,2004-05-31,121.726;7,x,x");
 }
 
 // A reader that fails takes its own process down and no other.
