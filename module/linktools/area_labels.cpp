@@ -180,12 +180,12 @@ class AreaLabelling {
         for (uint32_t index : near) {
             Label& label = labels_[index];
             if (label.isFound || !PointInPolygon(label.place, area.shape.vertices)) continue;
-            if (!own)
-                own = &label;
-            else if (own->text != label.text)
+            if (!own) own = &label;
+            // A label that is one too many is left for the areas around this one.
+            if (own->text == label.text)
+                label.isFound = true;
+            else
                 tellSeveral(*own, label);
-            // All of them, also those that are one too many, belong to this area.
-            label.isFound = true;
         }
         if (result_.outcome == Outcome::kLabelError) return;
         if (own)

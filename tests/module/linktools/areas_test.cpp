@@ -85,6 +85,18 @@ TEST_F(Areas, SeveralLabelsInOneAreaStopIt) {
     EXPECT_EQ(links(), "\"\"");
 }
 
+TEST_F(Areas, ALabelThatIsOneTooManyIsMetByTheOuterAreaToo) {
+    makeTable({{"NUM", dbText}});
+    square(0, 0, 100), square(20, 20, 30);
+    label(30, 30, "a"), label(35, 35, "b"), label(40, 40, "A"), label(80, 80, "c");
+    ui_.answerBox("OK");
+    const std::string said = link("", {click("OK")});
+    EXPECT_NE(said.find("\n\nError: multiple text labels A and B found within area at 35.00,35.00"
+                        "\nError: multiple text labels B and C found within area at 80.00,80.00\r"),
+              std::string::npos)
+        << said;
+}
+
 TEST_F(Areas, AnInnerAreaKeepsItsLabelFromTheOuterOne) {
     makeTable({{"NUM", dbText}});
     square(0, 0, 100), square(20, 20, 30);
