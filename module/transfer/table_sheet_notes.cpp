@@ -38,6 +38,12 @@ SheetColumn columnOfKind(const std::string& name, const std::string& kind) {
     return column;
 }
 
+// A text of a note as its cell shows it: words for yes and no are those of its list.
+std::string cellText(const std::string& text, const SheetColumn& column) {
+    if (column.value != CellValue::kYesNo) return text;
+    return ShownText(*TakeText(text, column).value, column.value);
+}
+
 // As much of a text as a column holds.
 std::string cutToSize(const std::string& text, long characters) {
     size_t end = 0;
@@ -75,8 +81,9 @@ void NoteSheet::takeNotes(std::span<const NoteRecord> records) {
     for (const NoteRecord& record : records) {
         std::vector<std::string>& texts = notes_.emplace_back(columns_.size());
         for (const NoteValue& value : record) {
-            const std::string_view trimmed = text::trim(value.value);
-            if (!trimmed.empty()) texts[*columnNamed(value.name)] = trimmed;
+            const std::string trimmed(text::trim(value.value));
+            const size_t place = *columnNamed(value.name);
+            if (!trimmed.empty()) texts[place] = cellText(trimmed, columns_[place]);
         }
         if (texts[kGisKey].empty()) texts[kGisKey] = table();
     }

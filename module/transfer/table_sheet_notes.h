@@ -23,7 +23,7 @@ class NoteSheet : public TableSheet {
     int firstColumn() const override { return 3; }
     std::string readText(long record, size_t column) const override;
     dao::Variant readValue(long record, size_t column) const override;
-    long saveSteps() const override { return rows() / 2 + 2; }
+    long saveSteps() const override { return records() + 2; }
     // Brings the table up to date and writes all records that are not locked, in a file as one transaction.
     Report save(OthersChanges others, const GoOn& goOn) override;
     void readAnew() override;

@@ -55,6 +55,17 @@ TEST_F(NotesTest, EachRecordStandsAboveWhatIsStored) {
     EXPECT_EQ(activeCells()[0], "3,1");
 }
 
+TEST_F(NotesTest, WordsForYesAndNoAreThoseOfTheList) {
+    makeTrees("trees.mdb");
+    const std::vector<NoteRecord> notes = {{{"PT_ID", "6", "7"}, {"ALIVE", "6", "t"}},
+                                           {{"PT_ID", "6", "8"}, {"ALIVE", "6", "dead"}},
+                                           {{"PT_ID", "6", "9"}, {"ALIVE", "6", ""}}};
+    preview("trees.mdb", notes, {show(), click("Quit")});
+    EXPECT_EQ(words(lineOf(pictures()[0], "-Note- 7")), "-Note- 7 TREE Yes {Yes|No}");
+    EXPECT_EQ(words(lineOf(pictures()[0], "-Note- 8")), "-Note- 8 TREE No {Yes|No}");
+    EXPECT_EQ(words(lineOf(pictures()[0], "-Note- 9")), "-Note- 9 TREE {Yes|No}");
+}
+
 TEST_F(NotesTest, SavingMakesColumnsChangesAndAdds) {
     makeTrees("trees.mdb");
     ui_.answerBox("Yes");
