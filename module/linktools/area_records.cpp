@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <optional>
 #include <string_view>
 
 #include "module/store/records.h"
@@ -19,6 +20,10 @@ constexpr long kTellEvery = 50;
 
 std::string selectKeys(const std::string& table, const std::string& keyField) {
     return "SELECT PT_ID, GIS_KEY, " + StatementName(keyField) + " FROM " + table;
+}
+
+std::string nameInStatements(const CDaoDatabase& database, const std::string& table) {
+    return database.GetConnect().empty() ? BracketedName(table) : QualifiedTable(database, table);
 }
 
 // 0 for what is not a whole number.
@@ -115,14 +120,28 @@ size_t CountRecordsOfKeys(CDaoDatabase& database, const std::string& table, cons
                           const KeyMap& keys) {
     const std::string present = FindUserTable(database, table);
     if (present.empty()) return 0;
-    const std::string named =
-        database.GetConnect().empty() ? BracketedName(present) : QualifiedTable(database, present);
     size_t found = 0;
-    ForEachRecord(database, "SELECT " + StatementName(keyField) + " FROM " + named,
+    ForEachRecord(database,
+                  "SELECT " + StatementName(keyField) + " FROM " + nameInStatements(database, present),
                   [&](CDaoRecordset& record) {
                       found += keys.count(text::upper(FieldText(record, keyField.c_str())));
                   });
     return found;
+}
+
+std::vector<std::string> KeyColumnsToConvert(CDaoDatabase& database, const std::string& table) {
+    std::vector<std::string> columns;
+    const std::string present = FindUserTable(database, table);
+    if (present.empty()) return columns;
+    for (const char* name : {"PT_ID", "GIS_KEY"}) {
+        const std::optional<CDaoFieldInfo> field = FindField(database, present, name);
+        if (!field || TakesText(*field, database)) continue;
+        const std::string column = StatementName(field->name);
+        if (HasRecords(database, "SELECT " + column + " FROM " + nameInStatements(database, present) +
+                                     " WHERE " + column + " IS NOT NULL"))
+            columns.push_back(field->name);
+    }
+    return columns;
 }
 
 void WriteAreaRecords(CDaoDatabase& database, const std::string& table, const std::string& keyField,

@@ -27,6 +27,10 @@ struct AreaRecords {
 size_t CountRecordsOfKeys(CDaoDatabase& database, const std::string& table, const std::string& keyField,
                           const KeyMap& keys);
 
+// Those of PT_ID and GIS_KEY that hold values and are no texts, which writing makes them. Exceptions pass
+// through.
+std::vector<std::string> KeyColumnsToConvert(CDaoDatabase& database, const std::string& table);
+
 // Finds the record of each key, or adds one, and sees to it that it has a PT_ID and its GIS_KEY. Makes the
 // table and the columns that it lacks. Of two records of one key the first counts. Exceptions pass through;
 // the result then tells how far it came.

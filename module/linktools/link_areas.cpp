@@ -96,6 +96,7 @@ class AreaLinking {
         if (acedSSGet(nullptr, nullptr, nullptr, nullptr, selection_.out()) != RTNORM) return;
         if (!CheckDao()) return tellEnd();
         if (!choose(*key)) return;
+        if (!mayConvertKeys()) return tellEnd();
         if (*key == AreaKey::kText && !isWantedAsItIs()) return tellEnd();
         if (!syncTemplate()) return;
         if (choice_.makesNew) makeLayerCurrent(choice_.layer);
@@ -119,6 +120,21 @@ class AreaLinking {
         const std::optional<AreaChoice> choice = AskAreaChoice(key, tables);
         if (choice) choice_ = *choice;
         return choice.has_value();
+    }
+
+    // A key column that is no text is made anew. Where it holds values the person decides.
+    bool mayConvertKeys() {
+        std::vector<std::string> columns;
+        auto read = [&](CDaoDatabase& output) { columns = KeyColumnsToConvert(output, choice_.table); };
+        if (WithDatabase(outputPath_, read) != DatabaseOutcome::kDone) return false;
+        if (columns.empty()) return true;
+        ui::OwnQuestion question;
+        question.title = "Key columns";
+        question.text = text::join(columns, " and ") + " of the table \"" + choice_.table +
+                        "\" must be text. Values that are there stay, as texts.\n\n"
+                        "Do you want to change the table?";
+        question.defaultAnswer = ui::kYes;
+        return ui::ask(question) == ui::kYes;
     }
 
     // Looks for faults while nothing is written yet. False when the person would rather mend them first.

@@ -85,6 +85,27 @@ TEST_F(Areas, SeveralLabelsInOneAreaStopIt) {
     EXPECT_EQ(links(), "\"\"");
 }
 
+TEST_F(Areas, KeysThatAreNumbersBecomeTextsWhenOneWants) {
+    makeTable({{"PT_ID", dbLong}, {"GIS_KEY", dbLong}, {"NUM", dbText}});
+    sql("INSERT INTO LOT (PT_ID, NUM) VALUES (5, 'a')");
+    square(0, 0, 100), square(200, 0, 100);
+    label(50, 50, "A"), label(250, 50, "B");
+    ui_.answerQuestion("Key columns", "No");
+    EXPECT_TRUE(link("", {click("OK")}).ends_with("\nDone."));
+    EXPECT_TRUE(shown("PT_ID of the table \"LOT\" must be text."));
+    EXPECT_EQ(rows("output.mdb", "SELECT PT_ID, GIS_KEY, NUM FROM LOT"), (std::vector<std::string>{"5||a"}));
+    EXPECT_TRUE(rows("template.mdb", "SELECT * FROM ZGEO_SMART_PROMPTING WHERE GIS_NAME = 'LOT'").empty());
+    EXPECT_EQ(links(), "\"\"");
+
+    link("", {click("OK")});
+    EXPECT_EQ(rows("output.mdb", "SELECT PT_ID, GIS_KEY, NUM FROM LOT"),
+              (std::vector<std::string>{"5|LOT|a", "6|LOT|B"}));
+    EXPECT_EQ(links(), "\"LWPOLYLINE 5; LWPOLYLINE 6; \"");
+    ui_.clearLog();
+    link("", {click("OK")});
+    EXPECT_FALSE(shown("Key columns")) << "they are texts now";
+}
+
 TEST_F(Areas, ALabelThatIsOneTooManyIsMetByTheOuterAreaToo) {
     makeTable({{"NUM", dbText}});
     square(0, 0, 100), square(20, 20, 30);
