@@ -27,8 +27,11 @@ std::string configurationFolder() {
     return files::join(home ? home : "", ".config");
 }
 
-// A line as text: files of older systems are in their code page.
+// A line as text: files of older systems are in their code page, and some editors put a mark of UTF-8 in
+// front of the first line.
 std::string textOf(std::string_view line) {
+    constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+    if (text::startsWith(line, kByteOrderMark)) line.remove_prefix(kByteOrderMark.size());
     return text::isValidUtf8(line) ? std::string(line) : text::decode(line);
 }
 

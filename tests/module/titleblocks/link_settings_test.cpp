@@ -307,6 +307,15 @@ TEST_F(LinkSettingsTest, AFullDiskLeavesTheFileAsItWas) {
     EXPECT_EQ(settings(), "OTHER|A|K|T|F|x.mdb\n");
 }
 
+// An editor may put the mark of UTF-8 in front of the first line, whose link is one all the same.
+TEST_F(LinkSettingsTest, AByteOrderMarkIsNoPartOfABlock) {
+    writeSettings("\xEF\xBB\xBF" + job("A", "ID", "NAME") + "OTHER|A|K|T|F|x.mdb\n");
+    answer(1401, {pick("1001", "TITLE"), click("OK")});
+    confirm();
+    edit({click("Load"), click("Save"), click("Exit")});
+    EXPECT_EQ(settings(), "OTHER|A|K|T|F|x.mdb\n" + job("A", "ID", "NAME"));
+}
+
 TEST_F(LinkSettingsTest, AnyBytesStayInTheFile) {
     const std::string bytes = "\0\1|\xFF||\x80|\n\x1A no text \0|a|b|c|d|e\n"s;
     writeSettings(bytes);
