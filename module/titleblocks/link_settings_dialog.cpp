@@ -423,21 +423,23 @@ void LinkSettingsDialog::load() {
     SavedLinksDialog chooser(BlocksWithLinks(BlocksWithAttributes(), saved));
     if (RunDialog(chooser) != ui::kOk) return;
     bool isMoved = false;
-    const std::vector<BlockLink> loaded =
-        LoadLinks(LinksOf(saved, chooser.block()), [&](const dao::DatabasePath& missing) {
-            ui::OwnQuestion question;
-            question.title = "Missing Database";
-            question.text = "\"" + missing.text() + "\" is not there. Do you want to look for it?";
-            std::optional<dao::DatabasePath> place;
-            if (ui::ask(question) == ui::kYes)
-                if (const std::optional<std::string> chosen =
-                        AskRecordSource(files::folderOf(missing.text())))
-                    place = dao::DatabasePath(*chosen);
-            isMoved = isMoved || place;
-            return place;
-        });
-    for (const BlockLink& link : loaded)
-        if (!link.database.empty()) join(link.database);
+    const std::vector<BlockLink> own = LinksOf(saved, chooser.block());
+    // A database that is there joins the list also when its table has gone, so that the link can be made
+    // anew.
+    for (const BlockLink& link : own)
+        if (IsSourceThere(link.database)) join(link.database);
+    const std::vector<BlockLink> loaded = LoadLinks(own, [&](const dao::DatabasePath& missing) {
+        ui::OwnQuestion question;
+        question.title = "Missing Database";
+        question.text = "\"" + missing.text() + "\" is not there. Do you want to look for it?";
+        std::optional<dao::DatabasePath> place;
+        if (ui::ask(question) == ui::kYes)
+            if (const std::optional<std::string> chosen = AskRecordSource(files::folderOf(missing.text())))
+                place = dao::DatabasePath(*chosen);
+        isMoved = isMoved || place;
+        if (place) join(*place);
+        return place;
+    });
     list_.replaceAll(loaded, isMoved);
     linksChanged(-1);
     useBlock(chooser.block());

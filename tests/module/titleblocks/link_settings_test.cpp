@@ -224,6 +224,17 @@ TEST_F(LinkSettingsTest, LoadedLinksAreEmptiedWhereTheirTablesHaveChanged) {
     EXPECT_TRUE(shown("Current Block:"));
 }
 
+TEST_F(LinkSettingsTest, ADatabaseThatIsThereJoinsTheListWithoutItsTable) {
+    writeSettings(job("A", "ID", "NAME") + link("TITLE", "B", "KEY", "GONE", "VALUE", "more.csv") +
+                  link("TITLE", "C", "KEY", "GONE", "VALUE", "none.csv"));
+    answer(1401, {pick("1001", "TITLE"), click("OK")});
+    edit({click("Load"), show(), click("Exit")});
+    const std::vector<std::string> databases = shownIn(140, 1001);
+    ASSERT_EQ(databases.size(), 3u);
+    EXPECT_NE(databases[1].find("jobs.csv"), std::string::npos);
+    EXPECT_NE(databases[2].find("more.csv"), std::string::npos);
+}
+
 TEST_F(LinkSettingsTest, OnlyBlocksWhoseAttributesAreAllThereCanBeLoaded) {
     writeSettings(job("A", "ID", "NAME") + job("Z", "ID", "NAME") +
                   link("other", "a", "ID", "JOBS", "NAME", "jobs.csv") +
