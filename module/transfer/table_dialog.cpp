@@ -301,6 +301,8 @@ void TableDialog::toggleLock(int row) {
     const long record = sheet_.recordOf(row);
     sheet_.toggleLock(record);
     find(kSave)->enable();
+    // What was typed into a row that is not locked any more is still to be saved.
+    if (sheet_.hasChangesToSave()) changed_ = true;
     const int first = sheet_.rowOf(record);
     for (int column = 1; column <= grid_.columns(); ++column) grid_.cellChanged(column, first);
     say(sheet_.isLocked(record) ? "The row is locked: it is not saved." : "The row is not locked any more.");
@@ -450,7 +452,7 @@ bool TableDialog::save() {
             report.failure + (report.failed > 1 ? "\n\n" + std::to_string(report.failed) +
                                                       " records were refused; this was said of the first."
                                                 : ""));
-    changed_ = sheet_.hasChanges();
+    changed_ = sheet_.hasChangesToSave();
     find(kSave)->enable(changed_);
     say(summaryOf(report));
     if (!report.isWhole) return false;

@@ -48,6 +48,11 @@ bool TableSheet::isChanged(long record, size_t column) const {
     return changed != changes_.end() && changed->second.contains(column);
 }
 
+bool TableSheet::hasChangesToSave() const {
+    return std::any_of(changes_.begin(), changes_.end(),
+                       [&](const auto& changed) { return !isLocked(changed.first); });
+}
+
 void TableSheet::change(long record, size_t column, std::string text) {
     const std::optional<std::string> before =
         isChanged(record, column) ? std::optional(changes_[record][column]) : std::nullopt;

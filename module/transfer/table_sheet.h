@@ -58,6 +58,8 @@ class TableSheet : public ui::GridSource {
     void change(long record, size_t column, std::string text);
     bool isChanged(long record, size_t column) const;
     bool hasChanges() const { return !changes_.empty(); }
+    // Changes of records that are not locked.
+    bool hasChangesToSave() const;
     // What is changed from here on is taken back together.
     void beginStep() { ++step_; }
     // Takes back the last step. The cell of it that was changed first; nothing without a step.

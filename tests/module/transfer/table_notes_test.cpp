@@ -148,6 +148,25 @@ TEST_F(NotesTest, ALockedRowIsNotSaved) {
               "7|BIRCH\n8|BIRCH\n9|ASH\n");
 }
 
+TEST_F(NotesTest, WhatIsTypedIntoALockedRowDoesNotKeepTheDialogOpen) {
+    makeTrees("trees.mdb");
+    ui_.answerBox("Yes");
+    ui_.answerBox("OK");
+    EXPECT_EQ(preview("trees.mdb", kNotes, {cellAt(4, 3, "ASH"), clickAt(1, 3), click("Quit")}), 1U);
+    EXPECT_EQ(boxes(), (Strings{"box [Alert] \"Would you like to save the changes?\"",
+                                "box [Alert] \"Process done...\""}));
+    EXPECT_EQ(sqlite("trees.mdb", "SELECT COUNT(*) FROM TREE WHERE PT_ID = '9'"), "0\n");
+    // Without its lock it is asked about again.
+    ui_.clearLog();
+    ui_.answerBox("Yes");
+    ui_.answerBox("OK");
+    ui_.answerBox("No");
+    preview("trees.mdb", kNotes,
+            joined({{cellAt(4, 3, "ASH"), clickAt(1, 3)}, save(), {clickAt(1, 3), click("Quit")}}));
+    ASSERT_EQ(boxes().size(), 3U);
+    EXPECT_EQ(boxes()[2], "box [Alert] \"Would you like to save the changes?\"");
+}
+
 TEST_F(NotesTest, KeysGoFromNoteToNote) {
     makeTrees("trees.mdb");
     const ui::Step seen = show();
