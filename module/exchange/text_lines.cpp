@@ -78,13 +78,16 @@ std::string TextLines::decoded(std::string bytes) const {
 }
 
 std::optional<std::string> TextLines::next() {
-    std::optional<std::string> line = rest_ ? std::exchange(rest_, std::nullopt) : nextWhole();
-    if (!line || mostCharacters_ == 0) return line;
-    if (const size_t end = bytesOf(*line, mostCharacters_); end < line->size()) {
-        rest_ = line->substr(end);
-        line->resize(end);
+    if (mostCharacters_ == 0) return nextWhole();
+    if (given_ == long_.size()) {
+        std::optional<std::string> line = nextWhole();
+        if (!line || bytesOf(*line, mostCharacters_) == line->size()) return line;
+        long_ = std::move(*line);
+        given_ = 0;
     }
-    return line;
+    const size_t size = bytesOf(std::string_view(long_).substr(given_), mostCharacters_);
+    const size_t from = std::exchange(given_, given_ + size);
+    return long_.substr(from, size);
 }
 
 std::optional<std::vector<std::string>> ReadFirstLines(const std::string& path, size_t count) {

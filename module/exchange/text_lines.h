@@ -38,7 +38,8 @@ class TextLines {
     size_t read_ = 0, position_ = 0, size_ = 0;
     size_t mostCharacters_ = 0, mostBytes_ = 0;
     bool isUtf8_ = false;
-    std::optional<std::string> rest_;  // of a line that was too long
+    std::string long_;  // a line that is handed out in parts
+    size_t given_ = 0;  // bytes of it
 };
 
 // The first lines of a file, of which no more is read than they need; never a part of a line behind others.
