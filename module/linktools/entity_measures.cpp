@@ -20,7 +20,8 @@ std::optional<double>& of(EntityMeasures& measures, Measure measure) {
 void measurePlace(EntityMeasures& measures, const plane::Point& at) {
     of(measures, Measure::kNorthing) = at.y;
     of(measures, Measure::kEasting) = at.x;
-    of(measures, Measure::kElevation) = at.z;
+    // Drawings without heights have everything at 0: that is no measured height, and must not replace one.
+    if (at.z != 0) of(measures, Measure::kElevation) = at.z;
 }
 
 void measurePolyline(EntityMeasures& measures, std::vector<plane::PolylineVertex> vertices, bool isClosed) {

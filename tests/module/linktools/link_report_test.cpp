@@ -96,6 +96,14 @@ TEST_F(LinkReportTest, RecordsAreBroughtUpToDate) {
     EXPECT_TRUE(printed().ends_with("\n2 records brought up to date.\nNo record differs from its entity."));
 }
 
+TEST_F(LinkReportTest, AnEntityWithoutAHeightTakesNoneFromItsRecord) {
+    lisp("(tree 10.0 20.0 0.0 (to \"TREE\" \"1\"))");
+    ui_.answerQuestion("Bring up to date", "Yes");
+    EXPECT_EQ(lisp("(gis:update-records 0.01)"), "0");
+    EXPECT_EQ(sql("select ELEVATION from TREE where PT_ID='1' and GIS_KEY='TREE'"), "5.0\n");
+    ui_.expectUndone("box-for \"Bring up to date\" \"Yes\"");
+}
+
 TEST_F(LinkReportTest, ARecordThatIsFoundByAnotherFieldIsBroughtUpToDate) {
     sql("create table SIGNS (SIGN_NO LONG, NORTHING DOUBLE); insert into SIGNS values (4, 1), (5, 2)");
     lisp("(tree 10.0 20.0 5.0 (link (list tmpl outp \"SIGNS\" \"SIGN_NO\" \"5\")))");
