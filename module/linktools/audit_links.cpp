@@ -55,6 +55,7 @@ class Audit {
     bool readEntities(const ads_name set);
     void addLink(const ads_name entity, std::vector<std::string> strings);
     bool convertFieldLinks();
+    void tellConverted() const;
     void mend();
     bool mendItem(AuditItem& item, int number);
     void tell() const;
@@ -109,7 +110,9 @@ bool Audit::convertFieldLinks() {
     const std::optional<NoteMap> notes = ReadCollectorNotes(request.notePath);
     acutPrintf("\nConverting Fieldline/Rapidline/ZGEOFL GIS Links...                ");
     std::vector<std::pair<EntityName, std::string>> converted;  // each with its feature
+    bool isStopped = false;
     for (const auto& [handle, id] : fieldLinks_) {
+        if ((isStopped = acedUsrBrk())) break;
         const auto note = notes ? notes->find(id) : NoteMap::const_iterator();
         EntityName entity;
         if (!notes || note == notes->end() || acdbHandEnt(handle.c_str(), entity.name) != RTNORM) {
@@ -127,6 +130,10 @@ bool Audit::convertFieldLinks() {
         converted.emplace_back(entity, note->second);
     }
     converted_ = converted.size();
+    if (isStopped) {
+        tellConverted();
+        return false;
+    }
     // Links that these entities had before have given way.
     std::set<std::pair<long, long>> names;
     for (const auto& [entity, feature] : converted) names.emplace(entity.name[0], entity.name[1]);
@@ -178,12 +185,17 @@ bool Audit::mendItem(AuditItem& item, int number) {
     return true;
 }
 
+void Audit::tellConverted() const {
+    acutPrintf("\n%s of the collector converted", text::counted(converted_, "link", "links").c_str());
+    if (notConverted_.count() > 0) acutPrintf(", left: %s", notConverted_.text().c_str());
+    acutPrintf(".");
+    if (const size_t left = fieldLinks_.size() - converted_ - notConverted_.count(); left > 0)
+        acutPrintf("\nThe work ended before its end: %s not looked at.",
+                   text::counted(static_cast<long>(left), "link was", "links were").c_str());
+}
+
 void Audit::tell() const {
-    if (converted_ + notConverted_.count() > 0) {
-        acutPrintf("\n%s of the collector converted", text::counted(converted_, "link", "links").c_str());
-        if (notConverted_.count() > 0) acutPrintf(", left: %s", notConverted_.text().c_str());
-        acutPrintf(".");
-    }
+    if (converted_ + notConverted_.count() > 0) tellConverted();
     const auto leftCount =
         std::count_if(items_.begin(), items_.end(), [](const AuditItem& item) { return item.isBroken(); });
     Tally left;

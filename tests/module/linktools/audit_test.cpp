@@ -314,3 +314,22 @@ TEST_F(AuditTest, ALinkOfACollectorStaysWhereTheDrawingTakesNoOther) {
         std::string::npos);
     EXPECT_EQ(state(), before);
 }
+
+TEST_F(AuditTest, EscapeLeavesTheLinksOfACollectorThatAreStillToCome) {
+    lisp("(regapp \"ZGEOFL_GIS_2000\")");
+    for (const char* id : {"1", "2", "3"})
+        lisp("(entmake '((0 . \"POINT\") (10 0.0 0.0 0.0) (-3 (\"ZGEOFL_GIS_2000\" (1002 . \"{\") (1000 . `" +
+             std::string(id) + "`) (1002 . \"}\")))))");
+    write("notes.txt", "PT_ID:1 GIS_FILE:OAK.GIS\nPT_ID:2 GIS_FILE:OAK.GIS\nPT_ID:3 GIS_FILE:OAK.GIS\n");
+    ui_.answerFile(path("notes.txt"));
+    const int observer = hostcad::currentDrawing().addObserver(
+        [this](hostcad::ObjectId, hostcad::Change) { host_->cancel(); });
+    const std::string said = runOnAll(8, {"Yes"});
+    hostcad::currentDrawing().removeObserver(observer);
+    EXPECT_TRUE(
+        said.ends_with("\n1 link of the collector converted.\nThe work ended before its end: 2 links "
+                       "were not looked at."))
+        << said;
+    EXPECT_EQ(lisp("(sslength (ssget \"X\" '((-3 (\"ZGEOFL_GIS_2000\")))))"), "2");
+    EXPECT_EQ(lisp("(sslength (ssget \"X\" '((-3 (\"ZGEO_GIS_2000\")))))"), "1");
+}
