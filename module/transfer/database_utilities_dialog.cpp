@@ -308,7 +308,10 @@ bool DatabaseUtilities::hasDatabase() {
 void DatabaseUtilities::deleteTable() {
     if (!hasDatabase()) return;
     if (!ui::askYesNo("Alert", "Are you sure you want to delete this table?")) return;
-    if (DeleteTable(database_, table())) showTables();
+    if (!DeleteTable(database_, table())) return;
+    showTables();
+    // The button has nothing to delete any more.
+    setFocus(kTables);
 }
 
 void DatabaseUtilities::renameTable() {
@@ -512,6 +515,7 @@ void DatabaseUtilities::takeBack() {
     last_.reset();
     find(kProcess)->setText("DATE TIME - " + timeText(ui::now()));
     showTables();
+    setFocus(kTables);
     ShowReport("Import Taken Back", std::move(lines), files::folderOf(notePath_));
 }
 

@@ -487,7 +487,8 @@ TEST_F(Utilities, ATableIsDeletedAfterAQuestion) {
                     "box [Alert] \"Are you sure you want to delete this table?\""));
     EXPECT_EQ(outputOf("mdb-tables -1 " + path("output.mdb")), "POLE\n");
     ui_.answerBox("Yes");
-    run({pick("1012", "POLE"), click("Delete Table")});
+    EXPECT_TRUE(has(run({pick("1012", "POLE"), click("Delete Table")}), "* 1012 list"))
+        << "not a dead button";
     EXPECT_EQ(outputOf("mdb-tables -1 " + path("output.mdb")), "");
 }
 
