@@ -83,7 +83,8 @@ def check_libraries(home, package, run):
         for path in re.findall(r"=> (/\S+)", libraries):
             if os.path.dirname(path) == home:
                 continue
-            owners.setdefault(path, owner(path))
+            if path not in owners:
+                owners[path] = owner(path)
             assert owners[path] in depends, f"{file} needs {path}, of the package {owners[path]}"
 
 
