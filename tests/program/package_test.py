@@ -48,15 +48,17 @@ def hidden_sources():
 def dependencies(package):
     """The names of the packages that a package depends on, directly and by way of others."""
     fields = output_of(["dpkg-deb", "--field", package, "Depends"])
+    needs = {}
+    for line in output_of(["dpkg-query", "-W", "-f", "${Package}:${Pre-Depends}, ${Depends}\n"]).splitlines():
+        name, _, others = line.partition(":")
+        needs[name] = re.findall(r"(?:^|[,|])\s*([a-z0-9.+-]+)", others)
     known, to_see = set(), re.findall(r"(?:^|[,|])\s*([a-z0-9.+-]+)", fields)
     while to_see:
         name = to_see.pop()
         if name in known:
             continue
         known.add(name)
-        query = subprocess.run(["dpkg-query", "-W", "-f", "${Pre-Depends}, ${Depends}, ", name],
-                               capture_output=True, text=True)
-        to_see += re.findall(r"(?:^|[,|])\s*([a-z0-9.+-]+)", query.stdout)
+        to_see += needs.get(name, [])
     return known
 
 
