@@ -62,14 +62,19 @@ def dependencies(package):
     return known
 
 
-def owner(path):
-    """The package of a file; a library may be recorded below /lib or below /usr/lib, which are the same folder."""
-    real = os.path.realpath(path)
-    for name in (path, real, real.removeprefix("/usr"), "/usr" + real):
-        query = subprocess.run(["dpkg-query", "-S", name], capture_output=True, text=True)
-        if query.returncode == 0:
-            return query.stdout.split(":")[0]
-    return None
+def owners_of(paths):
+    """The package of each file; a library may be recorded below /lib or below /usr/lib, which are the same folder."""
+    names = {}
+    for path in paths:
+        real = os.path.realpath(path)
+        for name in (path, real, real.removeprefix("/usr"), "/usr" + real):
+            names.setdefault(name, path)
+    query = subprocess.run(["dpkg-query", "-S", *names], capture_output=True, text=True)
+    owners = {}
+    for line in query.stdout.splitlines():
+        package, _, name = line.partition(": ")
+        owners[names.get(name)] = package.split(":")[0]
+    return owners
 
 
 def check_libraries(home, package, run):
@@ -78,16 +83,16 @@ def check_libraries(home, package, run):
     assert {"libc6", "libstdc++6"} <= depends, depends
     files = [f"{home}/{name}" for name in os.listdir(home) if os.path.isfile(f"{home}/{name}")]
     assert len(files) >= 6, files
-    owners = {}
+    needed = {}
     for file in files:
         libraries = output_of(run + ["ldd", file])
         assert "not found" not in libraries, f"{file}:\n{libraries}"
         for path in re.findall(r"=> (/\S+)", libraries):
-            if os.path.dirname(path) == home:
-                continue
-            if path not in owners:
-                owners[path] = owner(path)
-            assert owners[path] in depends, f"{file} needs {path}, of the package {owners[path]}"
+            if os.path.dirname(path) != home:
+                needed[path] = file
+    owners = owners_of(needed)
+    for path, file in needed.items():
+        assert owners.get(path) in depends, f"{file} needs {path}, of the package {owners.get(path)}"
 
 
 def check_contents(root):
