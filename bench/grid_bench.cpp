@@ -13,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "bench/painted_cells.h"
 #include "bench/stopwatch.h"
 #include "platform/ui/backend.h"
 #include "platform/ui/qt/dialog_window.h"
@@ -57,26 +58,6 @@ size_t heap() {
     const struct mallinfo2 now = mallinfo2();
     return now.uordblks + now.hblkhd;
 }
-
-// Counts how often the cells of the grid have been painted.
-class Paints : public QObject {
-  public:
-    explicit Paints(QWidget& cells) : cells_(cells) { cells.installEventFilter(this); }
-    bool eventFilter(QObject*, QEvent* event) override {
-        if (event->type() == QEvent::Paint) ++count_;
-        return false;
-    }
-    // Lets the window go on until they have been painted once more.
-    void wait() {
-        const int before = count_;
-        cells_.update(0, 0, 1, 1);
-        while (count_ == before) QCoreApplication::processEvents(QEventLoop::AllEvents);
-    }
-
-  private:
-    QWidget& cells_;
-    int count_ = 0;
-};
 
 // A table in its window, painted.
 struct Shown {

@@ -13,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "bench/painted_cells.h"
 #include "bench/stopwatch.h"
 #include "module/transfer/table_sheet_stored.h"
 #include "platform/ui/dialog.h"
@@ -65,24 +66,6 @@ class Table : public ui::Dialog {
         setLayout(ui::column({ui::item(kGrid, 1)}));
         setSize({1200, 1700});
     }
-};
-
-class Paints : public QObject {
-  public:
-    explicit Paints(QWidget& cells) : cells_(cells) { cells.installEventFilter(this); }
-    bool eventFilter(QObject*, QEvent* event) override {
-        if (event->type() == QEvent::Paint) ++count_;
-        return false;
-    }
-    void wait() {
-        const int before = count_;
-        cells_.update(0, 0, 1, 1);
-        while (count_ == before) QCoreApplication::processEvents(QEventLoop::AllEvents);
-    }
-
-  private:
-    QWidget& cells_;
-    int count_ = 0;
 };
 
 struct Shown {

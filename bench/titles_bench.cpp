@@ -11,8 +11,8 @@
 #include <string>
 #include <vector>
 
+#include "bench/silent_host.h"
 #include "bench/stopwatch.h"
-#include "hostcad/editor/host.h"
 #include "module/cad/ads_owners.h"
 #include "module/exchange/dbf_file.h"
 #include "module/titleblocks/fill_blocks.h"
@@ -29,32 +29,12 @@ namespace {
 constexpr int kInserts = 1000, kDrawings = 200;
 const std::vector<std::string> kFields = {"JOBNO", "PROJECT", "CLIENT", "SHEET"};
 
-class SilentHost : private hostcad::Output, private hostcad::InputSource {
-  public:
-    hostcad::Host& host() { return host_; }
-
-  private:
-    void write(std::string_view) override {}
-    bool isScript() const override { return true; }
-    hostcad::Input next(const hostcad::Prompt&) override { return hostcad::Input::end(); }
-    hostcad::NoView view_;
-    hostcad::Host host_{*this, *this, view_};
-};
-
 std::string valueOf(const std::string& field, int record) {
     return field + " " + std::to_string(record);
 }
 
 class Bench {
   public:
-    Bench() {
-        std::string pattern = (fs::temp_directory_path() / "norvane-bench-XXXXXX").string();
-        folder_ = std::string(mkdtemp(pattern.data())) + "/";
-        setenv("NORVANE_USER_DIR", folder_.c_str(), 1);
-        setenv("NORVANE_REGISTRY", (folder_ + "registry.ini").c_str(), 1);
-    }
-    ~Bench() { fs::remove_all(folder_); }
-
     void run(int records) {
         makeDatabase(records);
         makeTable(records);
@@ -65,9 +45,9 @@ class Bench {
 
   private:
     void makeDatabase(int records) const {
-        fs::remove(folder_ + "jobs.mdb");
+        fs::remove(folder_("jobs.mdb"));
         CDaoDatabase database;
-        database.Create(folder_ + "jobs.mdb");
+        database.Create(folder_("jobs.mdb"));
         CDaoTableDef table(&database);
         table.Create("JOBS");
         for (const std::string& field : kFields) table.CreateField(field, dbText, 50);
@@ -83,14 +63,14 @@ class Bench {
         database.CommitTrans();
     }
     void makeTable(int records) const {
-        const OpenDbfFile table(DbfCreate(folder_ + "jobs.dbf"));
+        const OpenDbfFile table(DbfCreate(folder_("jobs.dbf")));
         for (const std::string& field : kFields) DbfAddField(table.get(), field, kDbfString, 50, 0);
         for (int i = 0; i < records; ++i)
             for (int f = 0; f < static_cast<int>(kFields.size()); ++f)
                 DbfWriteStringAttribute(table.get(), i, f, valueOf(kFields[static_cast<size_t>(f)], i));
     }
     void makeText(int records) const {
-        std::ofstream out(folder_ + "jobs.csv");
+        std::ofstream out(folder_("jobs.csv"));
         for (const std::string& field : kFields) out << field << (field == kFields.back() ? "\n" : ",");
         for (int i = 0; i < records; ++i)
             for (const std::string& field : kFields)
@@ -100,7 +80,7 @@ class Bench {
     std::vector<BlockLink> links(const std::string& file) const {
         std::vector<BlockLink> links;
         for (const std::string& field : kFields)
-            links.push_back({"TITLE", field, "JOBNO", "JOBS", field, dao::DatabasePath(folder_ + file), {}});
+            links.push_back({"TITLE", field, "JOBNO", "JOBS", field, dao::DatabasePath(folder_(file)), {}});
         return links;
     }
 
@@ -136,7 +116,7 @@ class Bench {
             reading =
                 std::min(reading, timeOf([&] {
                                       size_t bytes = 0;
-                                      OpenRecordSource(dao::DatabasePath(folder_ + file))
+                                      OpenRecordSource(dao::DatabasePath(folder_(file)))
                                           ->read("JOBS", kFields, [&](std::span<const std::string> values) {
                                               bytes += values[0].size();
                                               return true;
@@ -172,14 +152,14 @@ class Bench {
         SilentHost host;
         makeBlocks(10, 10);
         for (int i = 0; i < kDrawings; ++i)
-            host.host().saveDrawing(folder_ + "sheet" + std::to_string(i) + ".dxf", true);
+            host.host().saveDrawing(folder_("sheet") + std::to_string(i) + ".dxf", true);
         const std::vector<BlockLink> all = links("jobs.dbf");
         FillChoice choice;
         choice.block = "TITLE", choice.keyAttribute = "JOBNO";
         const double seconds =
             timeOf([&] {
                 for (int i = 0; i < kDrawings; ++i) {
-                    const std::string path = folder_ + "sheet" + std::to_string(i) + ".dxf";
+                    const std::string path = folder_("sheet") + std::to_string(i) + ".dxf";
                     if (!host.host().openDrawing(path).empty()) std::abort();
                     const BlockLinkSet set = TestLinks("TITLE", all);
                     ValueTables tables;
@@ -192,7 +172,7 @@ class Bench {
         std::printf("%d drawings opened, filled from jobs.dbf and saved: %.2f s\n", kDrawings, seconds);
     }
 
-    std::string folder_;
+    BenchFolder folder_;
 };
 
 }  // namespace

@@ -15,8 +15,8 @@
 #include <unordered_map>
 #include <vector>
 
+#include "bench/silent_host.h"
 #include "bench/stopwatch.h"
-#include "hostcad/editor/host.h"
 #include "module/transfer/import_notes.h"
 #include "module/transfer/import_text.h"
 #include "platform/dao/dao.h"
@@ -25,14 +25,6 @@ using namespace norvane;
 namespace fs = std::filesystem;
 
 namespace {
-
-class SilentHost : private hostcad::Output, private hostcad::InputSource {
-  private:
-    void write(std::string_view) override {}
-    hostcad::Input next(const hostcad::Prompt&) override { return hostcad::Input::end(); }
-    hostcad::NoView view_;
-    hostcad::Host host_{*this, *this, view_};
-};
 
 constexpr const char* kColumns[] = {"NORTHING", "EASTING",  "ELEVATION", "DESCRIPTION",
                                     "OWNER",    "MATERIAL", "HEIGHT",    "CLASS"};
@@ -48,14 +40,6 @@ std::vector<std::string> valuesOf(int i) {
 
 class Bench {
   public:
-    Bench() {
-        std::string pattern = (fs::temp_directory_path() / "norvane-bench-XXXXXX").string();
-        folder_ = std::string(mkdtemp(pattern.data())) + "/";
-        setenv("NORVANE_USER_DIR", folder_.c_str(), 1);
-        setenv("NORVANE_REGISTRY", (folder_ + "registry.ini").c_str(), 1);
-    }
-    ~Bench() { fs::remove_all(folder_); }
-
     void run(int count) {
         makeInputs(count);
         const auto [bareAdd, bareChange] = twice([&] { bare(count); });
@@ -70,7 +54,7 @@ class Bench {
     }
 
   private:
-    std::string output() const { return folder_ + "out.mdb"; }
+    std::string output() const { return folder_("out.mdb"); }
 
     // Into an empty file, and again.
     std::pair<double, double> twice(const std::function<void()>& work) const {
@@ -87,7 +71,7 @@ class Bench {
     }
 
     void makeInputs(int count) const {
-        std::ofstream notes(folder_ + "in.not"), text(folder_ + "in.txt");
+        std::ofstream notes(folder_("in.not")), text(folder_("in.txt"));
         for (int i = 1; i <= count; ++i) {
             const std::vector<std::string> values = valuesOf(i);
             notes << "PT_ID:" << i << "  GIS_FILE:POLE.GIS\n";
@@ -101,13 +85,13 @@ class Bench {
     }
 
     void notes(int count) const {
-        const std::optional<NoteRecordList> list = ReadNoteRecords(folder_ + "in.not");
+        const std::optional<NoteRecordList> list = ReadNoteRecords(folder_("in.not"));
         check(ImportFeatures(output(), FeaturesOf(*list), "bench"), count);
     }
 
     void text(int count) const {
         TextImport import;
-        import.path = folder_ + "in.txt";
+        import.path = folder_("in.txt");
         import.table = "POLE";
         import.fields.push_back({"PT_ID", "", kCharType, true, "FIELD1"});
         for (size_t k = 0; k + 1 < kCount; ++k)
@@ -176,7 +160,7 @@ class Bench {
         for (size_t k = 0; k < kCount; ++k) records.SetFieldValue(static_cast<int>(k) + 2, values[k]);
     }
 
-    std::string folder_;
+    BenchFolder folder_;
 };
 
 }  // namespace

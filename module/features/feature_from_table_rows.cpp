@@ -21,25 +21,8 @@ bool isKey(const std::string& upperName) {
     return upperName == kKeys[0] || upperName == kKeys[1];
 }
 
-// What the attribute of a field may hold; nothing for a type that makes none.
-std::optional<FieldKind> kindOf(int type) {
-    switch (type) {
-        case dbText:
-        case dbMemo:
-            return FieldKind::kChar;
-        case dbInteger:
-        case dbLong:
-            return FieldKind::kInt;
-        case dbSingle:
-        case dbDouble:
-            return FieldKind::kReal;
-        default:
-            return std::nullopt;
-    }
-}
-
 bool makesAttribute(const TableColumn& column) {
-    return kindOf(column.type) && !isKey(column.name) && !text::startsWith(column.name, "IMAGE_ZGE") &&
+    return FieldKindOf(column.type) && !isKey(column.name) && !text::startsWith(column.name, "IMAGE_ZGE") &&
            !text::startsWith(column.name, "LABEL/") && IsGoodName(column.name);
 }
 
@@ -49,7 +32,7 @@ FeatureFileRow ofPoint(const KnownAttribute& known, const std::string& fullName)
 
 FeatureFileRow attributeOf(const TableColumn& column) {
     if (const KnownAttribute* known = FindKnownAttribute(column.name)) return ofPoint(*known, column.name);
-    return {false, *kindOf(column.type), column.name, column.name, {}};
+    return {false, *FieldKindOf(column.type), column.name, column.name, {}};
 }
 
 }  // namespace
@@ -74,7 +57,7 @@ std::vector<SourceTable> ReadSourceTables(CDaoDatabase& database) {
             if (isKey(table.columns.back().name))
                 keysAreText = keysAreText && TakesText(field, database);
             else
-                hasFields = hasFields || kindOf(field.type);
+                hasFields = hasFields || FieldKindOf(field.type);
         }
         if (hasFields && keysAreText) tables.push_back(std::move(table));
     }

@@ -15,22 +15,6 @@ namespace {
 
 constexpr const char* kCategoryOfTables = "MISC";
 
-std::optional<FieldKind> kindOf(int type) {
-    switch (type) {
-        case dbInteger:
-        case dbLong:
-            return FieldKind::kInt;
-        case dbSingle:
-        case dbDouble:
-            return FieldKind::kReal;
-        case dbText:
-        case dbMemo:
-            return FieldKind::kChar;
-        default:
-            return {};
-    }
-}
-
 bool isOfTheSystem(const std::string& name) {
     const std::string upper = text::upper(name);
     return upper == "PT_ID" || upper == "GIS_KEY" || text::startsWith(upper, "IMAGE_ZGEO/") ||
@@ -97,7 +81,7 @@ std::vector<TableField> ReadAttributeFields(CDaoDatabase& output, const std::str
     CDaoFieldInfo field;
     for (int i = 0; i < definition.GetFieldCount(); ++i) {
         definition.GetFieldInfo(i, field);
-        const std::optional<FieldKind> kind = kindOf(field.type);
+        const std::optional<FieldKind> kind = FieldKindOf(field.type);
         if (kind && !isOfTheSystem(field.name)) fields.push_back({field.name, *kind});
     }
     return fields;

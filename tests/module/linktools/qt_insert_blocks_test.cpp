@@ -3,30 +3,15 @@
 #include <QApplication>
 #include <QPushButton>
 
-#include "platform/ui/qt/qt_backend.h"
-#include "tests/module/linktools/link_fixture.h"
-#include "tests/platform/ui/qt_person.h"
+#include "tests/module/linktools/qt_link_fixture.h"
 
-class QtInsertBlocks : public LinkTools, protected QtPerson {
+class QtInsertBlocks : public QtLinkTools {
   protected:
-    void SetUp() override {
-        LinkTools::SetUp();
-        openSample();
-        sql("create table POLES (PT_ID TEXT(20), GIS_KEY TEXT(20), OWNER TEXT(40), NORTHING DOUBLE, EASTING "
-            "DOUBLE); "
-            "insert into POLES values ('P101','POLE','CITY',480100,1630100), "
-            "('P102','POLE',NULL,480200,1630200)");
-        ui::setBackend(&qt_);
-    }
-    void TearDown() override {
-        EXPECT_TRUE(finished()) << "not every action was reached";
-        LinkTools::TearDown();
-    }
-    static Action title(const char* shown) {
-        return until([=] { return window() && window()->windowTitle() == shown; }, shown);
-    }
-
-    ui::QtBackend qt_;
+    QtInsertBlocks()
+        : QtLinkTools(
+              "create table POLES (PT_ID TEXT(20), GIS_KEY TEXT(20), OWNER TEXT(40), NORTHING DOUBLE, "
+              "EASTING DOUBLE); insert into POLES values ('P101','POLE','CITY',480100,1630100), "
+              "('P102','POLE',NULL,480200,1630200)") {}
 };
 
 TEST_F(QtInsertBlocks, RecordsAreDrawnByKeyboardAlone) {

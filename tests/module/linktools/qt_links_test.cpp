@@ -3,29 +3,14 @@
 #include <QListWidget>
 #include <QPushButton>
 
-#include "platform/ui/qt/qt_backend.h"
-#include "tests/module/linktools/link_fixture.h"
-#include "tests/platform/ui/qt_person.h"
+#include "tests/module/linktools/qt_link_fixture.h"
 
-class QtLinks : public LinkTools, protected QtPerson {
+class QtLinks : public QtLinkTools {
   protected:
-    void SetUp() override {
-        LinkTools::SetUp();
-        openSample();
-        sql("create table POLES (PT_ID TEXT(255), GIS_KEY TEXT(255)); insert into POLES values "
-            "('P001','POLE'), "
-            "('P002','POLE')");
-        ui::setBackend(&qt_);
-    }
-    void TearDown() override {
-        EXPECT_TRUE(finished()) << "not every action was reached";
-        LinkTools::TearDown();
-    }
-    static Action title(const char* shown) {
-        return until([=] { return window() && window()->windowTitle() == shown; }, shown);
-    }
-
-    ui::QtBackend qt_;
+    QtLinks()
+        : QtLinkTools(
+              "create table POLES (PT_ID TEXT(255), GIS_KEY TEXT(255)); insert into POLES values "
+              "('P001','POLE'), ('P002','POLE')") {}
 };
 
 TEST_F(QtLinks, BlocksAreLinkedByKeyboardAlone) {
