@@ -83,14 +83,14 @@ class Bench {
     // Blocks of three attributes, two of them from the records.
     void drawBlocks(int count) const {
         PlacementSource source;
-        source.output = dao::DatabasePath(folder_ + "out.mdb");
+        source.output = dao::DatabasePath(folder_("out.mdb"));
         source.table = "ALL";
         source.attributes = {{"ID", "PT_ID"}, {"NOTE", "NOTE"}};
-        source.pointFile = folder_ + "points.crd";
+        source.pointFile = folder_("points.crd");
         makePoints(source.pointFile, count);
         double reading = 1e9, drawing = 1e9;
         for (int round = 0; round < 3; ++round) {
-            SelectingHost host;
+            SilentHost host;
             makeBlock("SIGN", {"ID", "NOTE", "KIND"});
             std::optional<BlockPlacements> found;
             const auto goOn = [](long, long) { return true; };
@@ -120,7 +120,7 @@ class Bench {
             point.name = "P" + std::to_string(i);
             point.northing = i, point.easting = 1;
         }
-        const SelectingHost host;
+        const SilentHost host;
         PointStoreOpen(path, 1, kAlphanumericCrd);
         PointStoreWriteAll(std::move(points), 0);
         PointStoreClose();
