@@ -47,8 +47,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     files::replace(folder + "featlink.ini", content);
     files::replace(folder + "registry.ini", content);
 
-    SetDialogValue(1, "template.mdb");
-    SetDialogValue(2, "output.mdb");
+    SetDialogValue(1, dao::DatabasePath("template.mdb"));
+    SetDialogValue(2, dao::DatabasePath("output.mdb"));
     std::string value;
     GetDialogValue(1, value);
     std::optional<SettingsFile> file = SettingsFile::read();
