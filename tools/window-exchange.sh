@@ -115,6 +115,24 @@ picture 14-areas
 press Escape
 pause 1
 await "survey.dxf"
+type_line "GIS-AREACHECK"
+type_line "ALL"
+press Return
+press Return
+pause 1
+picture 14-area-check
+press alt+n
+await "survey.dxf"
+type_line "GIS-REPORT"
+press Return
+await "Report of links"
+type_line "$job/links.csv"
+pause 1
+picture 14-report
+grep -q "^Problem," "$job/links.csv" || fail "there is no report of the links"
+press alt+n
+pause 0.5
+await "survey.dxf"
 type_line "GIS-QUERY"
 type_line "Number"
 type_line "74"

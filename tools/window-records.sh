@@ -56,6 +56,15 @@ pause 1
 picture 03-report
 press Escape
 await "Import Note Data"
+click_at -65 78  # Import ASCII File
+await "^Open$"
+type_line "$job/field.txt"
+await "Import ASCII Data"
+picture 03-text
+picture_of_window 03-text
+press Escape
+pause 0.5
+await "Import Note Data"
 jet output.mdb "SELECT COUNT(*) FROM POLE" | grep -q '^2$' || fail "the notes are not imported"
 press alt+t
 pause 1
