@@ -6,7 +6,7 @@
 
 namespace text {
 
-// Code pages that are known: 1250 to 1258 and 437, 850 (single byte). 65001 is UTF-8.
+// Code pages that are known: 1250 to 1258 and 437, 850, 852, 866 (single byte). 65001 is UTF-8.
 bool isKnownCodePage(int page);
 
 // Only bytes below 128: the text is the same in every code page.

@@ -138,6 +138,14 @@ TEST_F(Sources, TablesHaveTheirRecordsAndTheirCodePage) {
     write("t.cpg", "ANSI 1251");
     EXPECT_NE(all(path("t.dbf"), "T").find("M\u201Dller"), std::string::npos);
     std::filesystem::remove(path("t.cpg"));
+    for (const auto& [mark, letter] : std::map<unsigned char, std::string>{
+             {0x0A, "\u00EA"}, {0x57, "\u02C6"}, {0x64, "\u0142"}, {0x87, "\u0142"}, {0x26, "\u0418"}}) {
+        write("t.dbf", dbf(0x83, mark, columns, {record(" ", {"\x88"})}));
+        EXPECT_NE(all(path("t.dbf"), "T").find(";" + letter + ","), std::string::npos) << int{mark};
+    }
+    write("t.cpg", "CP866");
+    EXPECT_NE(all(path("t.dbf"), "T").find(";\u0418,"), std::string::npos);
+    std::filesystem::remove(path("t.cpg"));
     write("t.dbf", dbf(0x03, 0x00, columns, {record(" ", {"M\xF6ller"})}));
     EXPECT_NE(all(path("t.dbf"), "T").find("M\u00F6ller"), std::string::npos);
     EXPECT_EQ(all(path("t.dbf"), "OTHER"), "");

@@ -48,9 +48,11 @@ TEST(Text, ACutNeverSplitsACharacter) {
 TEST(Text, CodePagesThereAndBack) {
     std::string all;
     for (int byte = 1; byte < 256; ++byte) all += static_cast<char>(byte);
-    for (int page : {1250, 1251, 1252, 1253, 437, 850})
+    for (int page : {1250, 1251, 1252, 1253, 437, 850, 852, 866})
         EXPECT_EQ(text::encode(text::decode(all, page), page), all) << page;
     EXPECT_EQ(text::decode("\x80\xFC", 1252), "€ü");
+    EXPECT_EQ(text::decode("\x9D\xF3\xA6\xE7", 852), "ŁˇŽš");
+    EXPECT_EQ(text::decode("\x8C\xAE\xE1\xAA\xA2\xA0\xFC", 866), "Москва№");
     EXPECT_EQ(text::encode("€ü→", 1252), "\x80\xFC?");
     EXPECT_EQ(text::encode("→x", 1252, 0), "x");
 }
