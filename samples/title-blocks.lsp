@@ -22,14 +22,21 @@
   (close out)
   filled)
 
-(defun sample:title-line (drawing told / line)
-  (setq line (strcat "\"" drawing "\""))
+;; A text as a value of a CSV file.
+(defun sample:csv-value (text / value at letter)
+  (setq value "\"" at 0)
+  (while (<= (setq at (1+ at)) (strlen text))
+    (setq letter (substr text at 1)
+          value (strcat value (if (= letter "\"") "\"\"" letter))))
+  (strcat value "\""))
+
+(defun sample:title-line (drawing told / line keys)
+  (setq line (sample:csv-value drawing) keys "")
   (if (null told)
     (strcat line ",no links,,,,")
     (progn
       (foreach count (list (nth 0 told) (nth 1 told) (nth 2 told) (nth 3 told))
         (setq line (strcat line "," (itoa count))))
-      (setq line (strcat line ",\""))
       (foreach missing (nth 4 told)
-        (setq line (strcat line missing " ")))
-      (strcat line "\""))))
+        (setq keys (strcat keys missing " ")))
+      (strcat line "," (sample:csv-value keys)))))

@@ -388,6 +388,8 @@ TEST_F(FillTest, AWholeFolderOfDrawingsIsFilledFromAScript) {
     const std::vector<std::string> report = ::text::split(read("report.csv"), '\n');
     ASSERT_GE(report.size(), 4u) << read("report.csv");
     EXPECT_EQ(report[2], "\"" + path("sheets/sheet1.dxf") + "\",11,7,2,1,\"99-9999  05-0143  \"");
+    EXPECT_EQ(lisp("(sample:title-line \"a \\\"b\\\".dxf\" '(1 0 1 0 (\"24\\\"\" \"K2\")))"),
+              R"("\"a \"\"b\"\".dxf\",1,0,1,0,\"24\"\" K2 \"")");
     ASSERT_EQ(host_->openDrawing(path("sheets/sheet1.dxf")), "");
     EXPECT_EQ(savedTexts()["79 PROJECT"], "CEDAR CREEK SUBDIVISION");
 }
