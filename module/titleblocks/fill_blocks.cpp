@@ -18,6 +18,17 @@ std::string keyOf(const std::vector<InsertAttribute>& attributes, const std::str
 
 }  // namespace
 
+TextSet KeysOf(const FillChoice& choice) {
+    TextSet keys;
+    if (choice.keyValue) {
+        keys.add(*choice.keyValue);
+        return keys;
+    }
+    for (const EntityName& insert : VisibleInserts(choice.block))
+        keys.add(keyOf(AttributesOfInsert(insert), choice.keyAttribute));
+    return keys;
+}
+
 FilledInsert FillInsert(const EntityName& insert, const FillChoice& choice,
                         const std::vector<BlockLink>& links, const ValueTables& tables) {
     FilledInsert filled;

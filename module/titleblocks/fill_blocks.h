@@ -21,6 +21,9 @@ struct FillChoice {
     bool preview = false;                 // each insert is shown before it is written
 };
 
+// The keys that a choice leads to.
+TextSet KeysOf(const FillChoice& choice);
+
 // An insert as it will be: all of its attributes in their order.
 struct FilledInsert {
     EntityName entity;

@@ -81,10 +81,10 @@ std::vector<InsertAttribute> AttributesOfInsert(const EntityName& insert) {
     std::vector<InsertAttribute> attributes;
     EntityName entity = insert;
     while (acdbEntNext(entity.name, entity.name) == RTNORM) {
-        const ResultBuffers groups(acdbEntGet(entity.name));
+        ResultBuffers groups(acdbEntGet(entity.name));
         if (GroupText(groups.get(), 0) != "ATTRIB") break;
-        attributes.push_back(
-            {GroupText(groups.get(), 5), GroupText(groups.get(), 2), GroupText(groups.get(), 1)});
+        std::string tag = GroupText(groups.get(), 2), text = GroupText(groups.get(), 1);
+        attributes.push_back({std::move(tag), std::move(text), std::move(groups)});
     }
     return attributes;
 }
@@ -94,17 +94,14 @@ std::string HandleOf(const EntityName& entity) {
     return GroupText(groups.get(), 5);
 }
 
-bool WriteAttributes(const EntityName& insert, const std::vector<InsertAttribute>& attributes) {
+bool WriteAttributes(const EntityName& insert, std::vector<InsertAttribute>& attributes) {
     bool allTaken = true;
-    for (const InsertAttribute& attribute : attributes) {
-        EntityName entity;
-        if (acdbHandEnt(attribute.handle.c_str(), entity.name) != RTNORM) continue;
-        const ResultBuffers groups(acdbEntGet(entity.name));
-        if (resbuf* text = FindResultBuffer(groups.get(), 1)) {
+    for (InsertAttribute& attribute : attributes) {
+        if (resbuf* text = FindResultBuffer(attribute.groups.get(), 1)) {
             acad_free(text->resval.rstring);
             text->resval.rstring = acad_strdup(attribute.text.c_str());
         }
-        allTaken = acdbEntMod(groups.get()) == RTNORM && allTaken;
+        allTaken = acdbEntMod(attribute.groups.get()) == RTNORM && allTaken;
     }
     acdbEntUpd(insert.name);
     return allTaken;

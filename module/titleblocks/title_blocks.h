@@ -23,14 +23,14 @@ std::map<std::string, long> CountVisibleInserts();
 
 // An attribute of an insert.
 struct InsertAttribute {
-    std::string handle;
     std::string tag;
     std::string text;
+    ResultBuffers groups;  // the entity as it was read
 };
 std::vector<InsertAttribute> AttributesOfInsert(const EntityName& insert);
 std::string HandleOf(const EntityName& entity);
-// Gives attributes other texts, found by their handles, and then brings the insert up to date. A handle that
-// leads nowhere is passed over. False when the drawing has not taken one of the texts.
-bool WriteAttributes(const EntityName& insert, const std::vector<InsertAttribute>& attributes);
+// Gives attributes their texts, and then brings the insert up to date. False when the drawing has not taken
+// one of the texts.
+bool WriteAttributes(const EntityName& insert, std::vector<InsertAttribute>& attributes);
 
 }  // namespace norvane

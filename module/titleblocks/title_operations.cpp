@@ -42,9 +42,10 @@ std::optional<Filling> prepare(Call& call) {
     if (!keyValue.empty()) filling.choice.keyValue = keyValue;
     BlockLinkSet set =
         TestLinks(filling.choice.block, ReadBlockLinks(settings.empty() ? BlockLinkFile() : settings));
+    const TextSet keys = KeysOf(filling.choice);
     const auto tell = [](const std::string& words) { acutPrintf("\n%s", words.c_str()); };
-    const bool isRead =
-        filling.tables.read(set.links, set.refused, tell, [](long) { return acedUsrBrk() == 0; });
+    const bool isRead = filling.tables.read(
+        set.links, set.refused, tell, [](long) { return acedUsrBrk() == 0; }, &keys);
     if (!isRead || set.links.empty()) return std::nullopt;
     filling.links = std::move(set.links);
     return filling;

@@ -1,6 +1,7 @@
 #include "module/titleblocks/value_table.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "platform/dao/dao.h"
 
@@ -32,34 +33,51 @@ void ValueTable::takeColumns(const std::vector<std::string>& there) {
     keys_.clear();
     for (const std::string& key : wantedKeys_)
         if (const auto column = std::find(columns_.begin(), columns_.end(), key); column != columns_.end())
-            keys_.emplace(key, TextHash(static_cast<size_t>(column - columns_.begin())));
+            keys_.emplace(key, Key{TextHash(static_cast<size_t>(column - columns_.begin())), std::nullopt});
     records_ = TextRows(columns_.size());
 }
 
-// Only the first record of some key is ever looked at.
+bool ValueTable::hasOneOf(const TextSet& wanted, std::span<const std::string> record) const {
+    return std::any_of(keys_.begin(), keys_.end(),
+                       [&](const auto& key) { return wanted.has(record[key.second.texts.column()]); });
+}
+
+// A record is settled when the next one has come: until then the places of its keys come from memory.
 void ValueTable::keep(std::span<const std::string> record) {
-    const uint32_t place = records_.count();
+    settleLast();
     records_.append(record);
+    isLastOpen_ = true;
+    for (auto& [name, key] : keys_)
+        if (const std::string& text = record[key.texts.column()]; !text.empty())
+            key.last = key.texts.announce(text);
+}
+
+// Only the first record of some key is ever looked at.
+void ValueTable::settleLast() {
+    if (!std::exchange(isLastOpen_, false)) return;
     bool isFirst = false;
-    for (auto& [name, key] : keys_) {
-        if (record[key.column()].empty()) continue;
-        isFirst = key.add(records_, place) || isFirst;
-    }
+    for (auto& [name, key] : keys_)
+        if (const std::optional<uint32_t> hash = std::exchange(key.last, std::nullopt))
+            isFirst = key.texts.add(records_, records_.count() - 1, *hash) || isFirst;
     if (!isFirst) records_.removeLast();
 }
 
-bool ValueTable::read(RecordSource& source, const std::string& table, const GoOnReading& goOn) {
+bool ValueTable::read(RecordSource& source, const std::string& table, const GoOnReading& goOn,
+                      const TextSet* only) {
     try {
         takeColumns(source.columns(table));
         if (keys_.empty()) return true;
         long count = 0;
-        return source.read(table, columns_, [&](std::span<const std::string> record) {
-            keep(record);
+        const bool isWhole = source.read(table, columns_, [&](std::span<const std::string> record) {
+            if (!only || hasOneOf(*only, record)) keep(record);
             return goOn(++count);
         });
+        settleLast();
+        return isWhole;
     } catch (const CDaoException&) {
         keys_.clear();
         records_ = TextRows();
+        isLastOpen_ = false;
         throw;
     }
 }
@@ -69,7 +87,7 @@ std::optional<std::string_view> ValueTable::find(const std::string& key, std::st
     const auto known = keys_.find(key);
     const auto column = std::find(columns_.begin(), columns_.end(), field);
     if (known == keys_.end() || column == columns_.end()) return std::nullopt;
-    const std::optional<uint32_t> record = known->second.find(records_, keyValue);
+    const std::optional<uint32_t> record = known->second.texts.find(records_, keyValue);
     if (!record) return std::nullopt;
     return records_.text(*record, static_cast<size_t>(column - columns_.begin()));
 }
@@ -78,14 +96,14 @@ std::vector<std::string_view> ValueTable::keyValues(const std::string& key) cons
     std::vector<std::string_view> values;
     const auto known = keys_.find(key);
     if (known == keys_.end()) return values;
-    values.reserve(known->second.records().size());
-    for (uint32_t record : known->second.records())
-        values.push_back(records_.text(record, known->second.column()));
+    const TextHash& texts = known->second.texts;
+    values.reserve(texts.records().size());
+    for (uint32_t record : texts.records()) values.push_back(records_.text(record, texts.column()));
     return values;
 }
 
 bool ValueTables::read(const std::vector<BlockLink>& links, const std::vector<BlockLink>& refused,
-                       const Tell& tell, const GoOnReading& goOn) {
+                       const Tell& tell, const GoOnReading& goOn, const TextSet* only) {
     tables_.clear();
     for (const BlockLink& link : links)
         tables_[{link.database.text(), link.table}].want(link.key, link.field);
@@ -94,7 +112,7 @@ bool ValueTables::read(const std::vector<BlockLink>& links, const std::vector<Bl
     for (auto& [name, table] : tables_) {
         try {
             RecordSource* source = sources.find(dao::DatabasePath(name.first));
-            if (!source || table.read(*source, name.second, goOn)) continue;
+            if (!source || table.read(*source, name.second, goOn, only)) continue;
             tables_.clear();
             return false;
         } catch (const CDaoException& error) {

@@ -24,8 +24,10 @@ class ValueTable {
   public:
     // Before reading: records are to be found by this key, and to give this field.
     void want(const std::string& key, const std::string& field);
-    // False when it was ended. Exceptions pass through, and leave the table empty.
-    bool read(RecordSource& source, const std::string& table, const GoOnReading& goOn);
+    // Where `only` is given, records with other keys are not kept. False when it was ended. Exceptions pass
+    // through, and leave the table empty.
+    bool read(RecordSource& source, const std::string& table, const GoOnReading& goOn,
+              const TextSet* only = nullptr);
 
     // The value of a field in the record of a key, compared exactly; nothing when there is no such record or
     // field. Good until the table is read again.
@@ -35,12 +37,20 @@ class ValueTable {
     std::vector<std::string_view> keyValues(const std::string& key) const;
 
   private:
+    // A key, and the hash of its text in the record that came last; nothing for one without a text.
+    struct Key {
+        TextHash texts;
+        std::optional<uint32_t> last;
+    };
     void takeColumns(const std::vector<std::string>& there);
+    bool hasOneOf(const TextSet& wanted, std::span<const std::string> record) const;
     void keep(std::span<const std::string> record);
+    void settleLast();
 
     std::vector<std::string> wantedKeys_, columns_;
-    std::map<std::string, TextHash> keys_;
+    std::map<std::string, Key> keys_;
     TextRows records_;
+    bool isLastOpen_ = false;  // the last record is not yet among those of its keys
 };
 
 class ValueTables {
@@ -48,9 +58,10 @@ class ValueTables {
     using Tell = std::function<void(const std::string& words)>;
     // Reads the tables that links name, once each; those of the second list are tried again for what they
     // refuse. The words of a source that cannot be read go to `tell`, once a table, and its values stay out;
-    // one that is missing stays out silently. False when it was ended: there are no values then.
+    // one that is missing stays out silently. Where `only` is given, those of its keys are read and no
+    // others. False when it was ended: there are no values then.
     bool read(const std::vector<BlockLink>& links, const std::vector<BlockLink>& refused, const Tell& tell,
-              const GoOnReading& goOn);
+              const GoOnReading& goOn, const TextSet* only = nullptr);
 
     std::optional<std::string_view> find(const BlockLink& link, std::string_view keyValue) const;
     std::vector<std::string_view> keyValues(const BlockLink& link) const;

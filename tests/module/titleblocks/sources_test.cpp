@@ -250,7 +250,34 @@ TEST_F(Sources, TheFirstRecordOfAKeyCounts) {
     std::string values;
     for (std::string_view value : table.keyValues("L")) values += value;
     EXPECT_EQ(values, "abcd");
+    // Where some keys alone are asked for, a record is kept for any of its own.
+    TextSet only;
+    for (const char* key : {"d", "1", "d"}) only.add(key);
+    long seen = 0;
+    EXPECT_TRUE(table.read(
+        *open(path("t.csv")), "T", [&](long count) { return (seen = count) > 0; }, &only));
+    EXPECT_EQ(seen, 5);
+    EXPECT_EQ(found("K", "1", "V") + found("L", "a", "V") + found("L", "d", "V"), "oneonelate");
+    EXPECT_EQ(found("K", "2", "V"), "late") << "the first of those that are kept";
+    EXPECT_EQ(found("L", "b", "V") + found("L", "c", "V"), "--");
     EXPECT_FALSE(table.read(*open(path("t.csv")), "T", [](long records) { return records < 2; }));
+}
+
+TEST_F(Sources, ATableMayBeLarge) {
+    constexpr int kRecords = 5000;
+    std::string lines = "K,V\n";
+    for (int i = 0; i < 2 * kRecords; ++i)
+        lines += std::to_string(i % kRecords) + "," + std::to_string(i) +
+                 (i == 7 ? std::string(100000, 'x') : "") + "\n";
+    write("t.csv", lines);
+    ValueTable table;
+    table.want("K", "V");
+    EXPECT_TRUE(table.read(*open(path("t.csv")), "T", [](long) { return true; }));
+    for (int i = 0; i < kRecords; ++i) {
+        const std::string wanted = std::to_string(i) + (i == 7 ? std::string(100000, 'x') : "");
+        ASSERT_EQ(table.find("K", std::to_string(i), "V"), wanted);
+    }
+    EXPECT_EQ(table.keyValues("K").size(), size_t{kRecords});
 }
 
 TEST_F(Sources, ValuesHaveTheirTexts) {
