@@ -25,14 +25,15 @@ inline EntityName nameOf(const ads_name name) {
 }
 
 // Where a label stands. ByEntity: inside of what encloses an area (closed polylines, circles, ellipses,
-// hatches, solids), along other lines at their middle, beside all else.
+// hatches, solids), along other lines at their middle, beside all else. Inside of what encloses no area is in
+// the middle of its box, and along what is no line is beside it.
 enum class Placement { ByEntity, Beside, Inside, Along };
 
 struct LabelStyle {
     double height = 10;      // of capitals
     bool isInPixels = true;  // of a screen at 96 dpi, at any zoom; else in units of the drawing
-    uint32_t colour =
-        0xFFFFFF;  // 0xRRGGBB; white is black on paper, and colours are made readable on any ground
+    // 0xRRGGBB, made readable on the ground that it is shown on; white is black on paper.
+    uint32_t colour = 0xFFFFFF;
     Placement placement = Placement::ByEntity;
 };
 
@@ -74,9 +75,9 @@ struct ColourSet {
 };
 
 // Puts a set in the place of the one of that name; a set without labels, or without colours and legend, takes
-// it away. Names of no entity of the drawing are passed over. False without a host.
-bool setLabels(const std::string& name, LabelSet set);
-bool setColours(const std::string& name, ColourSet set);
+// it away. Names of no entity of the drawing are passed over.
+void setLabels(const std::string& name, LabelSet set);
+void setColours(const std::string& name, ColourSet set);
 
 // What was given; null when there is no such set. It stays the host's, until it is set anew.
 const LabelSet* labels(const std::string& name);
