@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "hostcad/editor/prompt.h"
+#include "platform/ads/overlay.h"
 
 namespace hostcad {
 
@@ -27,6 +28,8 @@ class View {
     virtual void highlight(const EntityName& entity, bool on) = 0;
     // A program shows the user these entities.
     virtual void select(const std::vector<EntityName>& entities) = 0;
+    // Of what is seen now.
+    virtual overlay::LabelCounts labelCounts() = 0;
     // The meter in the status bar; an empty label with no range takes it away.
     virtual void startMeter(const std::string& label, int from, int to) = 0;
     virtual void setMeter(int position) = 0;
@@ -43,6 +46,7 @@ class NoView : public View {
     void redrawEntity(const EntityName&, bool) override {}
     void highlight(const EntityName&, bool) override {}
     void select(const std::vector<EntityName>&) override {}
+    overlay::LabelCounts labelCounts() override { return {}; }
     void startMeter(const std::string&, int, int) override {}
     void setMeter(int) override {}
     void endMeter() override {}

@@ -7,6 +7,7 @@
 #include <cmath>
 
 #include "hostcad/window/colours.h"
+#include "hostcad/window/label_painter.h"
 #include "hostcad/window/scene_picking.h"
 
 namespace hostcad {
@@ -26,7 +27,8 @@ Box withRoom(Box box) {
 
 }  // namespace
 
-Canvas::Canvas(Scene& scene, QWidget* parent) : QWidget(parent), scene_(scene) {
+Canvas::Canvas(Scene& scene, QWidget* parent)
+    : QWidget(parent), scene_(scene), labels_(scene), colours_(scene), legend_(new LegendPanel(this)) {
     setMouseTracking(true);
     setFocusPolicy(Qt::NoFocus);
     setCursor(Qt::CrossCursor);
@@ -113,6 +115,7 @@ void Canvas::zoomBy(double factor, QPointF about) {
 
 void Canvas::refresh() {
     isStale_ = true;
+    legend_->follow();
     update();
 }
 
@@ -126,8 +129,20 @@ void Canvas::paintPicture() {
     };
     for (ObjectId id : selected_) mark(id);
     for (ObjectId id : highlighted_) mark(id);
-    ScenePainter(scene_, place_, devicePixelRatioF()).paint(picture_, marked, rest_.isActive());
+    const double ratio = devicePixelRatioF();
+    ScenePainter(scene_, place_, ratio).paint(picture_, marked, rest_.isActive(), colours_.ofPlaces());
+    paintLabels(picture_, labels(), place_, ratio, kScreen);
     isStale_ = false;
+}
+
+const std::vector<PlacedLabel>& Canvas::labels() {
+    // So that a small movement needs no new places.
+    return labels_.place(place_, size(), std::min(width(), height()) / 4.0);
+}
+
+overlay::LabelCounts Canvas::labelCounts() {
+    labels();
+    return labels_.counts(place_, size());
 }
 
 void Canvas::paintEvent(QPaintEvent*) {

@@ -11,6 +11,9 @@
 
 #include "hostcad/editor/view.h"
 #include "hostcad/geometry/frame.h"
+#include "hostcad/window/label_placer.h"
+#include "hostcad/window/legend_panel.h"
+#include "hostcad/window/overlay_colours.h"
 #include "hostcad/window/scene.h"
 #include "hostcad/window/scene_painter.h"
 
@@ -52,6 +55,12 @@ class Canvas : public QWidget {
     // Boxes may be drawn: a prompt takes several objects, or none is asked.
     void setTakesBoxes(bool on) { takesBoxes_ = on; }
 
+    // --- What programs show with the drawing ---
+    // The labels of what is seen and of a little round it, as they are shown.
+    const std::vector<PlacedLabel>& labels();
+    overlay::LabelCounts labelCounts();
+    LegendPanel& legend() { return *legend_; }
+
     // The entity nearest to a pixel, within the pick box; 0 for none.
     ObjectId pick(QPointF at) const;
     // The scene has changed.
@@ -78,6 +87,9 @@ class Canvas : public QWidget {
     void endDrag(const QMouseEvent& event);
 
     Scene& scene_;
+    LabelPlacer labels_;
+    OverlayColours colours_;
+    LegendPanel* legend_;
     ViewPlace place_;  // scale: pixels of the desktop a unit
     QImage picture_;
     bool isStale_ = true;

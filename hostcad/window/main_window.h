@@ -67,6 +67,7 @@ class MainWindow : public QMainWindow, public Output, public InputSource, public
     void redrawEntity(const EntityName& entity, bool isDrawn) override;
     void highlight(const EntityName& entity, bool on) override;
     void select(const std::vector<EntityName>& entities) override;
+    overlay::LabelCounts labelCounts() override { return canvas_->labelCounts(); }
     void startMeter(const std::string& label, int from, int to) override;
     void setMeter(int position) override;
     void endMeter() override;
@@ -112,6 +113,7 @@ class MainWindow : public QMainWindow, public Output, public InputSource, public
     void showAbout();
     // A Markdown file among the documents of the product.
     void showDocument(const std::string& name);
+    void showLegend();
     // What is on the screen, on a printer or into a file.
     void print();
     void savePdf();

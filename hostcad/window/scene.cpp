@@ -55,6 +55,7 @@ void Scene::put(const SceneEntity& entity) {
         abandoned_ += old.lineCount + old.textCount;
         old = entity;
     }
+    entities_[place - 1].revision = revision_;
     Box& run = runs_[(place - 1) / kRun];
     run.add(entity.box);
     if (entity.endless) {

@@ -59,6 +59,7 @@ struct SceneEntity {
     bool visible = true;
     bool endless = false;  // rays and construction lines: in no box
     Box box;
+    uint64_t revision = 0;  // of the picture, since which the entity is as it is
 };
 
 class Scene {

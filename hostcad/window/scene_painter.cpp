@@ -47,7 +47,8 @@ void ScenePainter::begin(const QImage& picture) {
     texts_.clear();
 }
 
-void ScenePainter::paint(QImage& picture, const std::vector<bool>& marked, bool isMoving) {
+void ScenePainter::paint(QImage& picture, const std::vector<bool>& marked, bool isMoving,
+                         std::span<const uint32_t> colours) {
     begin(picture);
     picture.fill(surface_.ground);
     {
@@ -58,7 +59,9 @@ void ScenePainter::paint(QImage& picture, const std::vector<bool>& marked, bool 
         scene_.visit(area_, [&](size_t place) {
             const SceneEntity& entity = entities[place];
             const bool isMarked = place < marked.size() && marked[place];
-            const uint32_t* colour = isMarked ? &kMarkColour : nullptr;
+            const bool isColoured = place < colours.size() && colours[place] != 0;
+            const uint32_t given = isColoured ? shown(colours[place] & ~kOpaque) : 0;
+            const uint32_t* colour = isMarked ? &kMarkColour : isColoured ? &given : nullptr;
             if (!entity.endless && entity.box.width() < smallest && entity.box.height() < smallest)
                 return paintDot(raster, entity, colour);
             raster.setThickness(isMarked ? kMarkThickness * plain : plain);

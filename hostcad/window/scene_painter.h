@@ -28,7 +28,9 @@ class ScenePainter {
                  const Surface& surface = kScreen);
 
     // Paints everything that is in view, with the entities at marked places in the colour of marks.
-    void paint(QImage& picture, const std::vector<bool>& marked, bool isMoving);
+    // `colours`: by place, in place of the entity's own where it is not 0.
+    void paint(QImage& picture, const std::vector<bool>& marked, bool isMoving,
+               std::span<const uint32_t> colours = {});
     // Paints some entities over a picture in one colour.
     void paintOver(QImage& picture, const std::vector<size_t>& places, uint32_t colour, int thickness);
 

@@ -4,6 +4,9 @@
 #include <QPrinter>
 #include <algorithm>
 
+#include "hostcad/window/label_painter.h"
+#include "hostcad/window/legend.h"
+#include "hostcad/window/overlay_colours.h"
 #include "hostcad/window/scene_painter.h"
 
 namespace hostcad {
@@ -12,9 +15,21 @@ namespace {
 constexpr double kDesktopDots = 96;     // an inch
 constexpr double kFinestPicture = 300;  // dots an inch; finer ones cost memory and look the same
 
+// In the upper right corner, as on the screen.
+void paintLegend(QImage& picture, double ratio) {
+    constexpr double kFromEdge = 10;
+    const QSizeF room = QSizeF(picture.size()) / ratio - QSizeF(2 * kFromEdge, 2 * kFromEdge);
+    const LegendPicture legend(room.toSize());
+    if (legend.isEmpty()) return;
+    QPainter painter(&picture);
+    painter.scale(ratio, ratio);
+    painter.translate(picture.width() / ratio - legend.size().width() - kFromEdge, kFromEdge);
+    legend.paint(painter, kPaper);
+}
+
 }  // namespace
 
-bool printView(const Scene& scene, const ViewBox& view, QPrinter& printer) {
+bool printView(const Scene& scene, const ViewBox& view, bool withLegend, QPrinter& printer) {
     if (!(view.width > 0) || !(view.height > 0)) return false;
     printer.setPageOrientation(view.width > view.height ? QPageLayout::Landscape : QPageLayout::Portrait);
     QPainter painter;
@@ -27,8 +42,11 @@ bool printView(const Scene& scene, const ViewBox& view, QPrinter& printer) {
     QImage picture((QSizeF(view.width, view.height) * scale).toSize().expandedTo({1, 1}),
                    QImage::Format_RGB32);
     const double ratio = dots / kDesktopDots;
-    ScenePainter(scene, {{view.centre.x, view.centre.y}, scale / ratio}, ratio, kPaper)
-        .paint(picture, {}, false);
+    const ViewPlace place{{view.centre.x, view.centre.y}, scale / ratio};
+    ScenePainter(scene, place, ratio, kPaper).paint(picture, {}, false, OverlayColours(scene).ofPlaces());
+    LabelPlacer labels(scene);
+    paintLabels(picture, labels.place(place, QSizeF(picture.size()) / ratio, 0), place, ratio, kPaper);
+    if (withLegend) paintLegend(picture, ratio);
     const QSizeF size = QSizeF(picture.size()) / shrunk;
     painter.setRenderHint(QPainter::LosslessImageRendering);  // a photograph's loss shows on thin lines
     // The painter begins at the corner of what can be printed on.

@@ -1,5 +1,5 @@
-// What is on the screen on one page: as large as the paper allows, in the middle, in colours that show on
-// white.
+// What is on the screen on one page, with labels and legend: as large as the paper allows, in the middle, in
+// colours that show on white.
 #pragma once
 
 #include "hostcad/editor/view.h"
@@ -10,6 +10,6 @@ class QPrinter;
 namespace hostcad {
 
 // Gives the page the direction that the view has. False when the printer does not take it.
-bool printView(const Scene& scene, const ViewBox& view, QPrinter& printer);
+bool printView(const Scene& scene, const ViewBox& view, bool withLegend, QPrinter& printer);
 
 }  // namespace hostcad

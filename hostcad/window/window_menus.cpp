@@ -122,6 +122,8 @@ void MainWindow::perform(const std::string& command) {
         zoomToBox();
     else if (command == "@previous")
         zoomPrevious();
+    else if (command == "@legend")
+        showLegend();
     else if (command == "@print")
         print();
     else if (command == "@pdf")
@@ -132,6 +134,14 @@ void MainWindow::perform(const std::string& command) {
         showDocument(std::string(text::trim(name.substr(kDocument.size()))));
     else
         runLine(command);
+}
+
+// Shows it, or hides it where it is seen.
+void MainWindow::showLegend() {
+    LegendPanel& legend = canvas_->legend();
+    if (legend.isEmpty()) return panel_->write("\nThere is no legend: nothing is coloured.\n");
+    legend.setWanted(!legend.isWanted());
+    panel_->write(legend.isWanted() ? "\nThe legend is shown.\n" : "\nThe legend is hidden.\n");
 }
 
 void MainWindow::fillRecent() {
@@ -220,7 +230,7 @@ void MainWindow::print() {
     printer.setDocName(windowTitle().remove("[*]"));
     QPrintDialog box(&printer, this);
     if (box.exec() != QDialog::Accepted) return;
-    if (!printView(scene_, canvas_->view(), printer))
+    if (!printView(scene_, canvas_->view(), canvas_->legend().isWanted(), printer))
         showProblem(*host_, "The page cannot be printed. The printer does not take it.");
 }
 
@@ -240,7 +250,7 @@ void MainWindow::savePdf() {
     printer.setOutputFormat(QPrinter::PdfFormat);
     printer.setOutputFileName(toQt(*path));
     printer.setDocName(windowTitle().remove("[*]"));
-    if (printView(scene_, canvas_->view(), printer))
+    if (printView(scene_, canvas_->view(), canvas_->legend().isWanted(), printer))
         panel_->write("\nSaved as " + *path + ".\n");
     else
         showProblem(*host_, "Cannot write " + *path + ".");
