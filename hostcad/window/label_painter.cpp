@@ -10,8 +10,7 @@
 namespace hostcad {
 namespace {
 
-constexpr int kVeil = 160;                // of 255: how much the ground behind a label covers what is there
-constexpr double kLargestCapital = 3000;  // pixels
+constexpr int kVeil = 160;  // of 255: how much the ground behind a label covers what is there
 
 class LabelPainter {
   public:
@@ -80,9 +79,7 @@ void paintLabels(QImage& picture, std::span<const PlacedLabel> labels, const Vie
         const QPointF at(picture.width() / 2.0 + (label.at.x - place.centre.x) * scale,
                          picture.height() / 2.0 - (label.at.y - place.centre.y) * scale);
         const double reach = (label.width + label.height) / 2 * pixelRatio;
-        if (label.capital > kLargestCapital || !seen.adjusted(-reach, -reach, reach, reach).contains(at))
-            continue;
-        painter.paint(label, at);
+        if (seen.adjusted(-reach, -reach, reach, reach).contains(at)) painter.paint(label, at);
     }
 }
 

@@ -13,7 +13,12 @@ using overlay::Placement;
 
 // In pixels of the desktop.
 constexpr double kSmallestCapital = 5;  // smaller ones cannot be read
-constexpr double kGap = 3;              // between an entity and its label
+constexpr double kLargestCapital = 3000;
+constexpr double kGap = 3;  // between an entity and its label
+
+bool isReadable(double capital) {
+    return capital >= kSmallestCapital && capital <= kLargestCapital;
+}
 
 QRectF seenBy(const ViewPlace& place, QSizeF size) {
     const QPointF centre(place.centre.x * place.scale, -place.centre.y * place.scale);
@@ -109,7 +114,7 @@ void LabelPlacer::placeNew() {
         if (item != items_.end() && item->place < place)
             item = std::lower_bound(item, items_.end(), place, isBefore);
         for (; item != items_.end() && item->place == place; ++item)
-            if (!item->isPlaced && capitalOf(*item->style) >= kSmallestCapital) put(*item);
+            if (!item->isPlaced && isReadable(capitalOf(*item->style))) put(*item);
     });
 }
 

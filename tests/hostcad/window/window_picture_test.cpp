@@ -1,48 +1,19 @@
 // What is seen of a drawing: lines with their patterns, colours and layers, texts, and of a drawing that is
 // out of order as much as can be shown.
-#include <QFile>
-#include <QFileDialog>
-#include <QImage>
-#include <QRegularExpression>
 #include <cmath>
 #include <random>
 
 #include "hostcad/window/drawn_text.h"
 #include "hostcad/window/line_raster.h"
 #include "hostcad/window/scene_picking.h"
-#include "tests/hostcad/window/window_fixture.h"
+#include "tests/hostcad/window/drawn_window.h"
 
 using hostcad::ObjectId;
 
 namespace {
 
-constexpr uint32_t kRed = 0xFF0000, kGreen = 0x00FF00, kYellow = 0xFFFF00, kWhite = 0xFFFFFF;
-
-class WindowPicture : public Window {
+class WindowPicture : public DrawnWindow {
   protected:
-    void SetUp() override {
-        Window::SetUp();
-        ASSERT_EQ(host_->newDrawing(), "");
-        window_.runLine("REGEN");
-    }
-    void make(const std::string& groups) { ASSERT_NE(lisp("(entmake '(" + groups + "))"), "nil") << groups; }
-    // One unit a pixel, with 0, 0 in the lower left corner.
-    QImage picture() {
-        window_.runLine("REGEN");
-        QSize size = window_.canvas().size();
-        window_.canvas().setView(
-            {{size.width() / 2.0, size.height() / 2.0, 0}, size.height() * 1.0, size.width() * 1.0});
-        QTest::qWait(200);
-        return window_.canvas().grab().toImage();
-    }
-    // Pixels of a colour within a box of the drawing.
-    int pixels(const QImage& picture, int left, int bottom, int right, int top, uint32_t colour) {
-        int count = 0;
-        for (int x = left; x <= right; ++x)
-            for (int y = bottom; y <= top; ++y)
-                count += (picture.pixel(x, picture.height() - 1 - y) & 0xFFFFFF) == colour;
-        return count;
-    }
     // A drawing file with these blocks and entities.
     void openFile(const std::string& blocks, const std::string& entities) {
         std::ofstream(path("odd.dxf")) << "0\nSECTION\n2\nBLOCKS\n"
@@ -158,45 +129,15 @@ TEST_F(WindowPicture, WhatIsSeenIsPrintedFittedInTheMiddleOfThePage) {
         "(0 . \"SOLID\") (62 . 1) (10 100.0 100.0 0.0) (11 200.0 100.0 0.0) (12 100.0 200.0 0.0) (13 200.0 "
         "200.0 0.0)");
     picture();
-    person({[&] { menuEntry("Save as PDF...")->trigger(); },
-            [&] {
-                auto* box = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
-                ASSERT_NE(box, nullptr);
-                box->findChild<QLineEdit*>()->setText(QString::fromStdString(path("page.pdf")));
-                QTest::keyClick(box->findChild<QLineEdit*>(), Qt::Key_Enter);
-            },
-            [] {}});
-    settle();
-    EXPECT_TRUE(says("Saved as " + QString::fromStdString(path("page.pdf"))));
-    QFile file(QString::fromStdString(path("page.pdf")));
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    const QByteArray pdf = file.readAll();
-    ASSERT_TRUE(pdf.startsWith("%PDF-"));
+    Page page;
+    printPage(page);
     // The page lies on its side, as the view does.
-    static const QRegularExpression kBox("/MediaBox \\[0 0 ([0-9.]+) ([0-9.]+)\\]");
-    QRegularExpressionMatch media = kBox.match(QString::fromLatin1(pdf));
-    ASSERT_TRUE(media.hasMatch());
-    const double pageWidth = media.captured(1).toDouble(), pageHeight = media.captured(2).toDouble();
-    EXPECT_GT(pageWidth, pageHeight);
-    // Its one picture, as it stands in the file: three bytes a pixel, packed.
-    const qsizetype object = pdf.indexOf("/Subtype /Image");
-    ASSERT_GE(object, 0);
-    auto number = [&](const char* name) {
-        const qsizetype at = pdf.indexOf(name, object) + qstrlen(name);
-        return pdf.mid(at, pdf.indexOf('\n', at) - at).trimmed().toInt();
-    };
-    const int across = number("/Width"), down = number("/Height");
+    EXPECT_GT(page.width, page.height);
+    const int across = page.picture.width(), down = page.picture.height();
     EXPECT_NEAR(across / double(down), width / double(height), 0.01);
-    EXPECT_GT(across, 2000);  // 300 dots an inch
-    const qsizetype data = pdf.indexOf("stream\n", object) + 7;
-    QByteArray packed("\0\0\0\0", 4);  // a hint at the size, which is not known
-    packed += pdf.mid(data, pdf.indexOf("endstream", data) - data);
-    const QByteArray pixels = qUncompress(packed);
-    ASSERT_EQ(pixels.size(), qsizetype(across) * down * 3);
+    EXPECT_GT(across, 2000);                // 300 dots an inch
     auto pixel = [&](double x, double y) {  // of the drawing
-        const qsizetype column = qsizetype(x / width * across), row = qsizetype((1 - y / height) * down);
-        const uchar* p = reinterpret_cast<const uchar*>(pixels.constData()) + (row * across + column) * 3;
-        return uint32_t(p[0]) << 16 | uint32_t(p[1]) << 8 | p[2];
+        return page.picture.pixel(int(x / width * across), int((1 - y / height) * down)) & 0xFFFFFF;
     };
     EXPECT_EQ(pixel(150, 150), kRed);
     EXPECT_EQ(pixel(250, 150), kWhite);  // the paper, not the ground of the screen

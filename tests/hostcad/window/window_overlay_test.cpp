@@ -1,0 +1,452 @@
+// Labels, colours and legends that programs show with the drawing.
+#include <QToolButton>
+#include <cmath>
+#include <map>
+#include <random>
+
+#include "hostcad/drawing/host_names.h"
+#include "hostcad/geometry/crossing.h"
+#include "platform/ads/overlay.h"
+#include "tests/hostcad/window/drawn_window.h"
+
+using hostcad::currentDrawing;
+using hostcad::ObjectId;
+using hostcad::PlacedLabel;
+using hostcad::Point;
+
+namespace {
+
+constexpr uint32_t kLabel = 0x40E0D0;  // no entity of the tests has it
+
+class WindowOverlay : public DrawnWindow {
+  protected:
+    ObjectId last() { return currentDrawing().lastEntity(); }
+    ObjectId makeOne(const std::string& groups) {
+        make(groups);
+        return last();
+    }
+    ObjectId makePoint(double x, double y) {
+        return makeOne("(0 . \"POINT\") (10 " + std::to_string(x) + " " + std::to_string(y) + " 0.0)");
+    }
+    ObjectId makeLine(double x1, double y1, double x2, double y2, const std::string& more = "") {
+        return makeOne("(0 . \"LINE\") " + more + " (10 " + std::to_string(x1) + " " + std::to_string(y1) +
+                       " 0.0) (11 " + std::to_string(x2) + " " + std::to_string(y2) + " 0.0)");
+    }
+    ObjectId makeSquare(double x, double y, double size, const std::string& more = "") {
+        auto corner = [](double cx, double cy) {
+            return " (10 " + std::to_string(cx) + " " + std::to_string(cy) + ")";
+        };
+        return makeOne("(0 . \"LWPOLYLINE\") (100 . \"AcDbEntity\") " + more +
+                       " (100 . \"AcDbPolyline\") (90 . 4) (70 . 1)" + corner(x, y) + corner(x + size, y) +
+                       corner(x + size, y + size) + corner(x, y + size));
+    }
+    static overlay::EntityName name(ObjectId id) {
+        overlay::EntityName made{};
+        hostcad::nameOf(id, made.data());
+        return made;
+    }
+    void label(const std::map<ObjectId, std::string>& texts, overlay::LabelStyle style = {}) {
+        overlay::LabelSet set;
+        style.colour = kLabel;
+        set.style = style;
+        for (const auto& [id, text] : texts) set.labels.push_back({name(id), text});
+        overlay::setLabels("TEST", std::move(set));
+    }
+    const PlacedLabel* labelOf(ObjectId id) {
+        for (const PlacedLabel& placed : window_.canvas().labels())
+            if (placed.entity == id) return &placed;
+        return nullptr;
+    }
+    // Pixels of a label's colour, or as good as that, in a box of the drawing.
+    int labelPixels(const QImage& shown, double left, double bottom, double right, double top) {
+        int count = 0;
+        for (int x = std::max(0, int(left)); x <= std::min(shown.width() - 1, int(right)); ++x)
+            for (int y = std::max(0, int(bottom)); y <= std::min(shown.height() - 1, int(top)); ++y) {
+                const QColor c(shown.pixel(x, shown.height() - 1 - y));
+                count += c.green() > 150 && c.blue() > 140 && c.red() < 110;
+            }
+        return count;
+    }
+    void setPlace(double x, double y, double unitsAPixel) {
+        const QSize size = window_.canvas().size();
+        window_.canvas().setView({{x, y, 0}, size.height() * unitsAPixel, size.width() * unitsAPixel});
+    }
+    // A drawing with points, lines in all directions and squares, each with a label.
+    std::map<ObjectId, std::string> makeCrowd(int count) {
+        std::mt19937 random(11);
+        std::uniform_real_distribution<double> any(20, 700);
+        std::map<ObjectId, std::string> texts;
+        for (int i = 0; i < count; ++i) {
+            const double x = any(random), y = any(random) * 0.6;
+            const ObjectId id = i % 3 == 0   ? makePoint(x, y)
+                                : i % 3 == 1 ? makeLine(x, y, any(random), any(random) * 0.6)
+                                             : makeSquare(x, y, 60);
+            texts[id] = "Label " + std::to_string(i) + (i % 4 == 0 ? "\nsecond" : "");
+        }
+        return texts;
+    }
+};
+
+using Corners = std::array<Point, 4>;
+
+Corners cornersOf(const PlacedLabel& label, double scale) {
+    const double c = std::cos(label.angle), s = std::sin(label.angle);
+    const double w = label.width / 2 / scale, h = label.height / 2 / scale;
+    auto corner = [&](double x, double y) {
+        return Point{label.at.x + x * c - y * s, label.at.y + x * s + y * c, 0};
+    };
+    return {corner(-w, -h), corner(w, -h), corner(w, h), corner(-w, h)};
+}
+
+// By an axis that divides them, as convex things that do not meet have one along a side.
+bool overlap(const Corners& a, const Corners& b) {
+    for (const Corners* sides : {&a, &b})
+        for (size_t i = 0; i < 4; ++i) {
+            const Point side = (*sides)[(i + 1) % 4] - (*sides)[i];
+            auto range = [&](const Corners& of) {
+                double low = INFINITY, high = -INFINITY;
+                for (const Point& p : of) {
+                    const double at = p.x * -side.y + p.y * side.x;
+                    low = std::min(low, at), high = std::max(high, at);
+                }
+                return std::pair(low, high);
+            };
+            const auto [lowA, highA] = range(a);
+            const auto [lowB, highB] = range(b);
+            const double slack = 1e-3 * std::hypot(side.x, side.y);
+            if (highA <= lowB + slack || highB <= lowA + slack) return false;
+        }
+    return true;
+}
+
+void expectNoOverlap(const std::vector<PlacedLabel>& labels, double scale) {
+    for (size_t i = 0; i < labels.size(); ++i)
+        for (size_t k = 0; k < i; ++k)
+            ASSERT_FALSE(overlap(cornersOf(labels[i], scale), cornersOf(labels[k], scale)))
+                << labels[i].label->text << " over " << labels[k].label->text;
+}
+
+}  // namespace
+
+TEST_F(WindowOverlay, LabelsStandBesidePointsInsideAreasAndAlongLines) {
+    const ObjectId point = makePoint(100, 100);
+    const ObjectId square = makeSquare(200, 50, 100);
+    const ObjectId up = makeLine(400, 50, 500, 150);
+    const ObjectId back = makeLine(650, 150, 550, 250);  // from the right to the left
+    label({{point, "Point"}, {square, "Square"}, {up, "Up"}, {back, "Back"}});
+    const QImage shown = picture();
+    EXPECT_GT(labelPixels(shown, 103, 92, 150, 108), 20);
+    EXPECT_EQ(labelPixels(shown, 40, 85, 98, 115), 0);
+    EXPECT_GT(labelPixels(shown, 225, 92, 275, 108), 20);
+    EXPECT_NEAR(labelOf(square)->at.x, 250, 1);
+    EXPECT_NEAR(labelOf(square)->at.y, 100, 1);
+    // Above the line, and readable from below.
+    EXPECT_NEAR(labelOf(up)->angle, M_PI / 4, 1e-3);
+    EXPECT_GT(labelOf(up)->at.y - 100, labelOf(up)->at.x - 450 + 5);
+    EXPECT_NEAR(labelOf(back)->angle, -M_PI / 4, 1e-3);
+    EXPECT_GT(labelOf(back)->at.y - 200, -(labelOf(back)->at.x - 600) + 5);
+    EXPECT_GT(labelPixels(shown, 430, 95, 455, 125), 10);
+    // What is wished for in place of that.
+    overlay::LabelStyle style;
+    style.placement = overlay::Placement::Beside;
+    label({{square, "Square"}, {up, "Up"}}, style);
+    picture();
+    EXPECT_GT(labelOf(square)->at.x - labelOf(square)->width / 2, 300);
+    EXPECT_EQ(labelOf(up)->angle, 0);
+    style.placement = overlay::Placement::Along;
+    label({{square, "Square"}, {point, "Point"}}, style);
+    picture();
+    EXPECT_GT(std::abs(labelOf(square)->at.x - 250) + std::abs(labelOf(square)->at.y - 100), 50);
+    EXPECT_GT(labelOf(point)->at.x, 103);
+}
+
+TEST_F(WindowOverlay, NoLabelIsOverAnotherAndThoseWithoutRoomAreCounted) {
+    const std::map<ObjectId, std::string> texts = makeCrowd(240);
+    label(texts);
+    picture();
+    const std::vector<PlacedLabel> placed = window_.canvas().labels();
+    EXPECT_GT(placed.size(), 60u);
+    EXPECT_LT(placed.size(), 240u);
+    expectNoOverlap(placed, 1);
+    const overlay::LabelCounts counts = overlay::labelCounts();
+    EXPECT_EQ(counts.placed, placed.size());
+    EXPECT_GT(counts.leftOut, 0u);
+    EXPECT_LE(counts.placed + counts.leftOut, 240u);
+    EXPECT_GE(counts.placed + counts.leftOut, 230u);  // some would be over the edge
+    // Nobody is left out who has room where the first of its places is: points, whose place is known.
+    for (const auto& [id, text] : texts) {
+        const hostcad::Group* at = hostcad::find(currentDrawing().groups(id), 10);
+        if (currentDrawing().type(id) != "POINT" || labelOf(id)) continue;
+        bool isMet = false;
+        const Corners around{Point{at->x(), at->y() - 14, 0},
+                             {at->x() + 100, at->y() - 14, 0},
+                             {at->x() + 100, at->y() + 14, 0},
+                             {at->x(), at->y() + 14, 0}};
+        for (const PlacedLabel& other : placed) isMet = isMet || overlap(around, cornersOf(other, 1));
+        EXPECT_TRUE(isMet) << text;
+    }
+    // The first of the drawing comes first, whatever the order in the set.
+    EXPECT_NE(labelOf(texts.begin()->first), nullptr);
+    // The same drawing gives the same places.
+    window_.runLine("REGEN");
+    const std::vector<PlacedLabel>& again = window_.canvas().labels();
+    ASSERT_EQ(again.size(), placed.size());
+    for (size_t i = 0; i < placed.size(); ++i) {
+        EXPECT_EQ(again[i].entity, placed[i].entity);
+        EXPECT_EQ(again[i].at.x, placed[i].at.x);
+        EXPECT_EQ(again[i].at.y, placed[i].at.y);
+    }
+}
+
+TEST_F(WindowOverlay, LabelsStayWhileTheViewMovesAndFindNewPlacesWhenItIsZoomed) {
+    label(makeCrowd(240));
+    picture();
+    const QSize size = window_.canvas().size();
+    double x = size.width() / 2.0, y = size.height() / 2.0;
+    std::mt19937 random(5);
+    for (int step = 0; step < 30; ++step) {
+        const std::vector<PlacedLabel> before = window_.canvas().labels();
+        x += double(random() % 300) - 150;
+        y += double(random() % 200) - 100;
+        setPlace(x, y, 1);
+        expectNoOverlap(window_.canvas().labels(), 1);
+        for (const PlacedLabel& label : before) {
+            const bool isSeen = std::abs(label.at.x - x) < size.width() / 2.0 - label.width &&
+                                std::abs(label.at.y - y) < size.height() / 2.0 - label.width;
+            if (!isSeen) continue;
+            const PlacedLabel* now = labelOf(label.entity);
+            ASSERT_NE(now, nullptr) << label.label->text;
+            EXPECT_EQ(now->at.x, label.at.x);
+            EXPECT_EQ(now->at.y, label.at.y);
+        }
+    }
+    // Twice as near, in several steps: more of what is seen has a label.
+    setPlace(350, 200, 1);
+    for (double scale : {0.9, 0.75, 0.5, 0.25}) {
+        setPlace(350, 200, scale);
+        expectNoOverlap(window_.canvas().labels(), 1 / scale);
+        EXPECT_NEAR(window_.canvas().labels().front().capital, 10, 1e-6);
+    }
+    const overlay::LabelCounts near = overlay::labelCounts();
+    setPlace(350, 200, 2);
+    const overlay::LabelCounts far = overlay::labelCounts();
+    EXPECT_LT(near.leftOut * (far.placed + far.leftOut), far.leftOut * (near.placed + near.leftOut));
+}
+
+TEST_F(WindowOverlay, LabelsFollowTheirEntities) {
+    const ObjectId point = makePoint(100, 100);
+    const ObjectId line = makeLine(300, 100, 400, 100, "(8 . \"PLAN\")");
+    label({{point, "Point"}, {line, "Line"}});
+    picture();
+    const double x = labelOf(point)->at.x;
+    window_.runLine(
+        "(progn (setq e (entget (entlast))) (foreach c '(10 11) (setq p (cdr (assoc c e)) e (subst (list c "
+        "(car p) 250.0 0.0) (assoc c e) e))) (entmod e))");
+    EXPECT_NEAR(labelOf(line)->at.y, 250 + 3 + labelOf(line)->height / 2, 0.1);
+    window_.runLine("U");
+    EXPECT_NEAR(labelOf(line)->at.y, 100 + 3 + labelOf(line)->height / 2, 0.1);
+    window_.runLine("(entdel (entnext))");
+    EXPECT_EQ(labelOf(point), nullptr);
+    EXPECT_EQ(labelPixels(picture(), 90, 80, 200, 120), 0);
+    EXPECT_EQ(overlay::labelCounts().placed, 1u);
+    window_.runLine("U");
+    ASSERT_NE(labelOf(point), nullptr);
+    EXPECT_EQ(labelOf(point)->at.x, x);
+    for (const char* hidden : {"_OFF", "_F"}) {
+        const std::string shown = hidden == std::string("_OFF") ? "_ON" : "_T";
+        window_.runLine(std::string("(command \"_.LAYER\" \"") + hidden + "\" \"PLAN\" \"\")");
+        EXPECT_EQ(labelOf(line), nullptr) << hidden;
+        EXPECT_NE(labelOf(point), nullptr);
+        window_.runLine("(command \"_.LAYER\" \"" + shown + "\" \"PLAN\" \"\")");
+        EXPECT_NE(labelOf(line), nullptr) << hidden;
+    }
+    // A set that is taken away, and a drawing that is another.
+    label({});
+    EXPECT_TRUE(window_.canvas().labels().empty());
+    label({{point, "Point"}});
+    EXPECT_EQ(window_.canvas().labels().size(), 1u);
+    currentDrawing().setModified(false);
+    open("survey.dxf");
+    EXPECT_TRUE(window_.canvas().labels().empty());
+    EXPECT_TRUE(overlay::labelSets().empty());
+    label({{point, "of a drawing that is closed"}});
+    EXPECT_LE(window_.canvas().labels().size(), 1u);
+}
+
+TEST_F(WindowOverlay, HeightsAreInPixelsOrInUnits) {
+    const ObjectId point = makePoint(100, 100);
+    overlay::LabelStyle style;
+    style.height = 20;
+    style.isInPixels = false;
+    label({{point, "Units"}}, style);
+    picture();
+    ASSERT_NE(labelOf(point), nullptr);
+    const float width = labelOf(point)->width;
+    EXPECT_NEAR(labelOf(point)->capital, 20, 1e-4);
+    setPlace(100, 100, 0.5);
+    EXPECT_NEAR(labelOf(point)->capital, 40, 1e-4);
+    EXPECT_NEAR(labelOf(point)->width, 2 * width, 1e-2);
+    setPlace(100, 100, 10);  // two pixels
+    EXPECT_EQ(labelOf(point), nullptr);
+    const overlay::LabelCounts counts = overlay::labelCounts();
+    EXPECT_EQ(counts.tooSmall, 1u);
+    EXPECT_EQ(counts.placed + counts.leftOut, 0u);
+    style.isInPixels = true;
+    label({{point, "Pixels"}}, style);
+    EXPECT_NEAR(labelOf(point)->capital, 20, 1e-4);
+    // Heights that are none show nothing, and hurt nobody.
+    for (double height : {0.0, -5.0, double(NAN), double(INFINITY), 1e300}) {
+        style.height = height;
+        label({{point, "None"}}, style);
+        setPlace(100, 100, 1);
+        window_.canvas().grab();
+        EXPECT_TRUE(window_.canvas().labels().empty()) << height;
+    }
+}
+
+TEST_F(WindowOverlay, LongTextsAreCut) {
+    using Lines = std::vector<std::string>;
+    EXPECT_EQ(hostcad::labelLines("one\ntwo\tthree\n\n"), (Lines{"one", "two three"}));
+    EXPECT_EQ(hostcad::labelLines(""), Lines{});
+    EXPECT_EQ(hostcad::labelLines("\n \n"), Lines{});
+    EXPECT_EQ(hostcad::labelLines(std::string(100, 'x')), Lines{std::string(100, 'x')});
+    EXPECT_EQ(hostcad::labelLines(std::string(101, 'x')), Lines{std::string(99, 'x') + "\u2026"});
+    std::string umlauts, cut;
+    for (int i = 0; i < 10000; ++i) umlauts += "\u00FC";
+    for (int i = 0; i < 99; ++i) cut += "\u00FC";
+    EXPECT_EQ(hostcad::labelLines(umlauts), Lines{cut + "\u2026"});
+    EXPECT_EQ(hostcad::labelLines("1\n2\n3\n4\n5\n6\n7\n8\n"),
+              (Lines{"1", "2", "3", "4", "5", "6", "7", "8"}));
+    EXPECT_EQ(hostcad::labelLines("1\n2\n3\n4\n5\n6\n7\n8\n9"),
+              (Lines{"1", "2", "3", "4", "5", "6", "7", "8\u2026"}));
+    // Bytes that are no characters, and texts without end.
+    const ObjectId point = makePoint(400, 300);
+    for (const std::string& text : {std::string(10000, 'W'), std::string("\xFF\xC3\xC3\x80(\xF0"),
+                                    std::string("a\0b", 3), std::string(10000, '\n') + "x"}) {
+        label({{point, text}});
+        picture();
+        EXPECT_LE(window_.canvas().labels().size(), 1u);
+    }
+    label({{point, umlauts + "\n" + umlauts}});
+    overlay::LabelStyle style;
+    style.height = 5;
+    label({{point, "W" + std::string(9999, 'i')}}, style);
+    picture();
+    ASSERT_NE(labelOf(point), nullptr);
+    EXPECT_LT(labelOf(point)->width, 300);
+}
+
+TEST_F(WindowOverlay, ColoursStandInPlaceOfTheEntitysOwnAndMarksOverThem) {
+    const ObjectId line = makeLine(100, 100, 300, 100, "(62 . 1)");
+    const ObjectId other = makeLine(100, 150, 300, 150, "(62 . 1)");
+    overlay::ColourSet set;
+    set.colours = {{name(line), kGreen}};
+    overlay::setColours("TEST", set);
+    const uint64_t changes = currentDrawing().changes();
+    QImage shown = picture();
+    EXPECT_NEAR(pixels(shown, 90, 98, 310, 102, kGreen), 201, 2);
+    EXPECT_EQ(pixels(shown, 90, 98, 310, 102, kRed), 0);
+    EXPECT_NEAR(pixels(shown, 90, 148, 310, 152, kRed), 201, 2);
+    EXPECT_EQ(currentDrawing().changes(), changes);
+    EXPECT_EQ(lisp("(cdr (assoc 62 (entget (entnext))))"), "1");
+    window_.canvas().setSelected({line});
+    shown = picture();
+    EXPECT_EQ(pixels(shown, 90, 98, 310, 102, kGreen), 0);
+    EXPECT_GT(pixels(shown, 90, 98, 310, 102, hostcad::kMarkColour), 300);
+    window_.canvas().setSelected({});
+    // The colour goes with the entity, also when places in the picture have changed.
+    makeSquare(500, 300, 40);
+    window_.runLine("(entdel (entnext))");
+    EXPECT_EQ(pixels(picture(), 90, 90, 310, 160, kGreen), 0);
+    window_.runLine("U");
+    EXPECT_NEAR(pixels(picture(), 90, 98, 310, 102, kGreen), 201, 2);
+    set.colours = {{name(other), kYellow}, {name(line), 0}};
+    overlay::setColours("TEST", set);
+    shown = picture();
+    EXPECT_NEAR(pixels(shown, 90, 148, 310, 152, kYellow), 201, 2);
+    // Black is a colour too, made readable.
+    EXPECT_EQ(pixels(shown, 90, 98, 310, 102, kRed) + pixels(shown, 90, 98, 310, 102, kGreen), 0);
+    EXPECT_EQ(pixels(shown, 90, 98, 310, 102, hostcad::kScreen.ground), 5 * 221 - 201);
+    overlay::setColours("TEST", {});
+    EXPECT_NEAR(pixels(picture(), 90, 98, 310, 102, kRed), 201, 2);
+}
+
+TEST_F(WindowOverlay, TheLegendShowsItselfAndCanBeHidden) {
+    hostcad::LegendPanel& legend = window_.canvas().legend();
+    menuEntry("Legend")->trigger();
+    EXPECT_TRUE(says("There is no legend: nothing is coloured."));
+    EXPECT_FALSE(legend.isVisible());
+    overlay::ColourSet set;
+    set.legend = {"Species", {{kRed, "Oak", 12}, {kGreen, "Beech\n& others", 345}}};
+    overlay::setColours("TEST", set);
+    ASSERT_TRUE(legend.isVisible());
+    EXPECT_EQ(legend.accessibleDescription(), "Species\nOak: 12\nBeech & others: 345\n");
+    QImage shown = legend.grab().toImage();
+    auto count = [&](uint32_t colour) {
+        int found = 0;
+        for (int x = 0; x < shown.width(); ++x)
+            for (int y = 0; y < shown.height(); ++y) found += (shown.pixel(x, y) & 0xFFFFFF) == colour;
+        return found;
+    };
+    EXPECT_GT(count(kRed), 100);
+    EXPECT_GT(count(kGreen), 100);
+    EXPECT_GT(count(kWhite), 30);  // the texts
+    EXPECT_EQ(legend.geometry().right() + 11, window_.canvas().width());
+    window_.resize(900, 700);
+    QTest::qWait(20);
+    EXPECT_EQ(legend.geometry().right() + 11, window_.canvas().width());
+    legend.findChild<QToolButton*>()->click();
+    EXPECT_FALSE(legend.isVisible());
+    overlay::setColours("OTHER", set);
+    EXPECT_FALSE(legend.isVisible());
+    menuEntry("Legend")->trigger();
+    EXPECT_TRUE(legend.isVisible());
+    overlay::setColours("OTHER", {});
+    // More rows than there is room for.
+    for (int i = 0; i < 100; ++i) set.legend.rows.push_back({kRed, std::string(300, 'x'), 1});
+    overlay::setColours("TEST", set);
+    EXPECT_LT(legend.height(), window_.canvas().height());
+    EXPECT_LT(legend.width(), window_.canvas().width() / 2);
+    const QStringList lines = legend.accessibleDescription().trimmed().split('\n');
+    EXPECT_EQ(lines.back(), "and " + QString::number(102 - (lines.size() - 2)) + " more");
+    EXPECT_TRUE(lines[3].endsWith("\u2026: 1"));
+    overlay::setColours("TEST", {});
+    EXPECT_FALSE(legend.isVisible());
+    EXPECT_TRUE(legend.isEmpty());
+}
+
+TEST_F(WindowOverlay, LabelsColoursAndLegendAreOnPaper) {
+    const ObjectId square = makeSquare(100, 100, 150, "(62 . 2)");
+    const ObjectId edge = makePoint(2, 300);
+    overlay::LabelSet labels;
+    labels.style = {20, true, kRed, overlay::Placement::ByEntity};
+    labels.labels = {{name(square), "MMM"}, {name(edge), "Edge"}};
+    overlay::setLabels("TEST", labels);
+    overlay::ColourSet colours;
+    colours.colours = {{name(square), 0x0000FF}};
+    colours.legend = {"Use", {{0x0000FF, "Park", 1}}};
+    overlay::setColours("TEST", colours);
+    QImage screen = picture();
+    const double width = screen.width(), height = screen.height();
+    Page page;
+    printPage(page);
+    auto count = [&](double left, double bottom, double right, double top, uint32_t colour) {
+        int found = 0;
+        const double scale = page.picture.width() / width;
+        for (int x = int(left * scale); x < int(right * scale); ++x)
+            for (int y = int((height - top) * scale); y < int((height - bottom) * scale); ++y)
+                found += (page.picture.pixel(x, y) & 0xFFFFFF) == colour;
+        return found;
+    };
+    EXPECT_GT(count(98, 98, 252, 102, 0x0000FF), 200);
+    EXPECT_GT(count(120, 150, 230, 200, kRed), 200);
+    // In the corner: the swatch, and black texts.
+    EXPECT_GT(count(width * 0.7, height * 0.85, width, height, 0x0000FF), 500);
+    EXPECT_GT(count(width * 0.7, height * 0.85, width, height, 0), 50);
+    // Without the legend.
+    window_.canvas().legend().setWanted(false);
+    std::filesystem::remove(path("page.pdf"));
+    printPage(page);
+    EXPECT_EQ(count(width * 0.7, height * 0.85, width, height, 0x0000FF), 0);
+    EXPECT_GT(count(120, 150, 230, 200, kRed), 200);
+}
