@@ -1,6 +1,7 @@
 // Labels and colours that are shown with the drawing.
 #include "platform/ads/overlay.h"
 
+#include <cmath>
 #include <map>
 #include <utility>
 
@@ -71,7 +72,9 @@ bool spotOf(const EntityName& entity, LabelSpot& spot) {
     const hostcad::LabelSpots spots = hostcad::labelSpots(drawing, id, Placement::ByEntity);
     if (!spots.hasPlace()) return false;
     spot = {spots.placement, spots.box.maxX, spots.box.centre().y, 0};
-    if (spots.count > 0) spot = {spots.placement, spots.spots[0].x, spots.spots[0].y, spots.spots[0].angle};
+    if (spots.count == 0) return true;
+    const hostcad::LabelSpot& first = spots.spots[0];
+    spot = {spots.placement, first.x, first.y, std::atan2(first.alongY, first.alongX)};
     return true;
 }
 

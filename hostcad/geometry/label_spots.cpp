@@ -188,11 +188,13 @@ Point pointAt(const std::vector<Point>& points, const std::vector<double>& begun
     return points[i - 1] + (points[i] - points[i - 1]) * part;
 }
 
-// The direction, or the opposite one: text that runs along it is not upside down.
-double readable(double angle) {
-    constexpr double kHalf = plane::kFullTurn / 2, kQuarter = plane::kFullTurn / 4;
-    if (angle > kQuarter) return angle - kHalf;
-    return angle <= -kQuarter ? angle + kHalf : angle;
+// Text from one point to the other, or the other way round where it would be upside down.
+LabelSpot spotAlong(Point at, Point from, Point to) {
+    const double away = distance(from, to);
+    if (!(away > 0)) return {at.x, at.y};
+    double x = (to.x - from.x) / away, y = (to.y - from.y) / away;
+    if (x < 0 || (x == 0 && y < 0)) x = -x, y = -y;
+    return {at.x, at.y, static_cast<float>(x), static_cast<float>(y)};
 }
 
 bool findAlong(const std::vector<Point>& points, LabelSpots& found) {
@@ -208,7 +210,7 @@ bool findAlong(const std::vector<Point>& points, LabelSpots& found) {
         const Point at = pointAt(points, begun, part * length);
         const Point before = pointAt(points, begun, (part - kReach) * length);
         const Point behind = pointAt(points, begun, (part + kReach) * length);
-        found.spots[found.count++] = {at.x, at.y, static_cast<float>(readable(direction(before, behind)))};
+        found.spots[found.count++] = spotAlong(at, before, behind);
     }
     return true;
 }

@@ -11,7 +11,9 @@ namespace hostcad {
 
 struct LabelSpot {
     double x = 0, y = 0;
-    float angle = 0;  // radians, of text along a line that can be read: above -90 and up to 90 degrees
+    // The direction of text along a line, of length 1: above -90 and up to 90 degrees, so that it can be
+    // read.
+    float alongX = 1, alongY = 0;
 };
 
 struct LabelSpots {

@@ -20,6 +20,11 @@ bool isReadable(double capital) {
     return capital >= kSmallestCapital && capital <= kLargestCapital;
 }
 
+LabelBox boxOf(const PlacedLabel& label, double scale) {
+    return {label.at.x * scale, -label.at.y * scale,   label.width / 2,
+            label.height / 2,   std::cos(label.angle), std::sin(label.angle)};
+}
+
 QRectF seenBy(const ViewPlace& place, QSizeF size) {
     const QPointF centre(place.centre.x * place.scale, -place.centre.y * place.scale);
     return {centre - QPointF(size.width(), size.height()) / 2, size};
@@ -91,8 +96,7 @@ void LabelPlacer::keepPlaced() {
     size_t kept = 0;
     for (size_t i = 0; i < placed_.size(); ++i) {
         const PlacedLabel& label = placed_[i];
-        const LabelBox box{label.at.x * scale_, -label.at.y * scale_, label.width / 2, label.height / 2,
-                           label.angle};
+        const LabelBox box = boxOf(label, scale_);
         if (!cells_.holds(box)) continue;
         cells_.take(box);
         items_[placedItems_[i]].isPlaced = true;
@@ -131,7 +135,7 @@ void LabelPlacer::put(Item& item) {
                            item.label,
                            item.style,
                            {box.x / scale_, -box.y / scale_},
-                           static_cast<float>(box.angle),
+                           static_cast<float>(std::atan2(box.alongY, box.alongX)),
                            static_cast<float>(2 * box.halfWidth),
                            static_cast<float>(2 * box.halfHeight),
                            static_cast<float>(capitalOf(*item.style)),
@@ -186,10 +190,10 @@ void LabelPlacer::addAlong(const LabelSpots& spots, double halfWidth, double hal
     for (size_t i = 0; i < spots.count; ++i) {
         const LabelSpot& spot = spots.spots[i];
         const double away = halfHeight + kGap;
-        const double dx = -std::sin(spot.angle) * away, dy = -std::cos(spot.angle) * away;
+        const double dx = -spot.alongY * away, dy = -spot.alongX * away;
         for (int side : {1, -1})
             candidates_.push_back({{spot.x * scale_ + side * dx, -spot.y * scale_ + side * dy, halfWidth,
-                                    halfHeight, spot.angle}});
+                                    halfHeight, spot.alongX, spot.alongY}});
     }
 }
 
@@ -197,8 +201,7 @@ overlay::LabelCounts LabelPlacer::counts(const ViewPlace& place, QSizeF size) co
     overlay::LabelCounts counts;
     const QRectF seen = seenBy(place, size);
     for (const PlacedLabel& label : placed_) {
-        const LabelBox box{label.at.x * scale_, -label.at.y * scale_, label.width / 2, label.height / 2,
-                           label.angle};
+        const LabelBox box = boxOf(label, scale_);
         counts.placed += seen.intersects(box.bounds());
     }
     for (const PlanePoint& at : leftOut_) counts.leftOut += seen.contains(at.x * scale_, -at.y * scale_);

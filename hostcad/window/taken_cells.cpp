@@ -1,22 +1,25 @@
 #include "hostcad/window/taken_cells.h"
 
+#include <algorithm>
+#include <array>
+#include <cmath>
+
 namespace hostcad {
 namespace {
 
 using Corners = std::array<QPointF, 4>;
 
 Corners cornersOf(const LabelBox& box) {
-    const double c = std::cos(box.angle), s = std::sin(box.angle);
     const QPointF middle(box.x, box.y);
-    const QPointF along = QPointF(c, -s) * box.halfWidth, down = QPointF(s, c) * box.halfHeight;
+    const QPointF along = QPointF(box.alongX, -box.alongY) * box.halfWidth;
+    const QPointF down = QPointF(box.alongY, box.alongX) * box.halfHeight;
     return {middle - along - down, middle + along - down, middle + along + down, middle - along + down};
 }
 
 }  // namespace
 
 QRectF LabelBox::bounds() const {
-    const double c = angle == 0 ? 1 : std::abs(std::cos(angle)),
-                 s = angle == 0 ? 0 : std::abs(std::sin(angle));
+    const double c = std::abs(alongX), s = std::abs(alongY);
     const double across = halfWidth * c + halfHeight * s, upright = halfWidth * s + halfHeight * c;
     return {x - across, y - upright, 2 * across, 2 * upright};
 }
@@ -41,9 +44,10 @@ bool TakenCells::visitRows(const LabelBox& box, Visit visit) const {
     if (!area_.intersects(bounds)) return true;
     const int first = cell(bounds.top() - top_, rows_), last = cell(bounds.bottom() - top_, rows_);
     double from = bounds.left(), to = bounds.right();
-    const Corners corners = box.angle == 0 ? Corners() : cornersOf(box);
+    const bool isLevel = box.alongY == 0;
+    const Corners corners = isLevel ? Corners() : cornersOf(box);
     for (int row = first; row <= last; ++row) {
-        if (box.angle != 0) {
+        if (!isLevel) {
             // Where the four sides are in this row.
             const double upper = top_ + row * kCell, lower = upper + kCell;
             from = INFINITY, to = -INFINITY;
@@ -72,7 +76,15 @@ uint64_t TakenCells::bits(int word, int from, int to) {
     return (~uint64_t{0} << first) & (~uint64_t{0} >> (kWord - 1 - last));
 }
 
+bool TakenCells::isTaken(double x, double y) const {
+    const int column = static_cast<int>((x - left_) / kCell), row = static_cast<int>((y - top_) / kCell);
+    if (column < 0 || column >= columns_ || row < 0 || row >= rows_) return false;
+    return taken_[static_cast<size_t>(row * words_ + column / kWord)] >> (column % kWord) & 1;
+}
+
 bool TakenCells::isFree(const LabelBox& box) const {
+    // Where labels are close to each other, the middle says it all.
+    if (isTaken(box.x, box.y)) return false;
     return visitRows(box, [&](int row, int from, int to) {
         const uint64_t* words = taken_.data() + static_cast<ptrdiff_t>(row) * words_;
         for (int word = from / kWord; word <= to / kWord; ++word)

@@ -2,9 +2,6 @@
 #pragma once
 
 #include <QRectF>
-#include <algorithm>
-#include <array>
-#include <cmath>
 #include <cstdint>
 #include <vector>
 
@@ -14,7 +11,7 @@ namespace hostcad {
 struct LabelBox {
     double x = 0, y = 0;  // the middle
     double halfWidth = 0, halfHeight = 0;
-    double angle = 0;  // radians, counterclockwise as it is seen
+    double alongX = 1, alongY = 0;  // the direction of its width, of length 1; up is positive, as it is seen
 
     // The box along the axes round it.
     QRectF bounds() const;
@@ -38,6 +35,7 @@ class TakenCells {
     template <class Visit>
     bool visitRows(const LabelBox& box, Visit visit) const;
     static uint64_t bits(int word, int from, int to);
+    bool isTaken(double x, double y) const;
 
     QRectF area_;
     double left_ = 0, top_ = 0;
