@@ -31,14 +31,16 @@ const char* missing(const Token& open) {
     }
 }
 
-// Without blanks, and without semicolons at the end. Throws for what is no piece of a statement.
-std::vector<Token> tokensOf(std::string_view sql) {
+// Without blanks, and without semicolons at the end. Throws for what is no piece of a statement. parameters:
+// a ? is one.
+std::vector<Token> tokensOf(std::string_view sql, bool parameters = false) {
     std::vector<Token> tokens = sqlTokens(sql, kDialect);
     std::erase_if(tokens, [](const Token& t) { return t.kind == Token::kBlank; });
     for (const Token& t : tokens) {
         if (!t.closed) syntaxError(missing(t), sql);
         if (t.kind == Token::kSymbol &&
-            std::string_view("()*,=<>+-/&.;").find(t.text.front()) == std::string_view::npos)
+            std::string_view("()*,=<>+-/&.;").find(t.text.front()) == std::string_view::npos &&
+            !(parameters && t.text == "?"))
             syntaxError("the character " + t.text, sql);
     }
     while (!tokens.empty() && tokens.back().isSymbol(";")) tokens.pop_back();
@@ -170,6 +172,7 @@ class Writer {
                 if (condition && (t.is("TRUE") || t.is("YES"))) return "-1";
                 if (condition && (t.is("FALSE") || t.is("NO"))) return "0";
                 if (t.is("MOD")) return "%";
+                if (t.is("COLLATE") && i + 1 < end && tokens_[i + 1].is("NOCASE")) return t.text;
                 // In quotes where SQLite would take it for a word of its own.
                 if (call && (t.is("LEFT") || t.is("RIGHT"))) return quotedName(t.text);
                 if (call && t.is("DATE")) return "TODAY";
@@ -279,7 +282,7 @@ std::string takeTop(std::vector<Token>& tokens) {
 }  // namespace
 
 AccessStatement translateStatement(std::string_view sql) {
-    std::vector<Token> tokens = tokensOf(sql);
+    std::vector<Token> tokens = tokensOf(sql, true);
     if (tokens.empty()) syntaxError("it is empty", sql);
     if (!parenthesesMatch(tokens)) syntaxError("a parenthesis is missing", sql);
     AccessStatement out;
@@ -288,6 +291,8 @@ AccessStatement translateStatement(std::string_view sql) {
     if (!out.select && !changes) syntaxError("SELECT, INSERT, UPDATE or DELETE is expected", sql);
     for (const Token& t : tokens)
         if (t.isSymbol(";")) syntaxError("there is text behind the end", sql);
+    out.parameters = static_cast<size_t>(
+        std::count_if(tokens.begin(), tokens.end(), [](const Token& t) { return t.isSymbol("?"); }));
     if (tokens[0].is("DELETE") && tokens.size() > 1 && tokens[1].isSymbol("*"))
         tokens.erase(tokens.begin() + 1);
     std::string limit = out.select ? takeTop(tokens) : "";

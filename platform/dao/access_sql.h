@@ -3,7 +3,8 @@
 // Names may stand in brackets, text in single or double quotes, dates between # signs; True, False, Yes and
 // No are -1 and 0 in conditions; UCASE and LCASE are functions of the engine. A word that is no word of SQL
 // is a name, so that a misspelt field is an error and never silently a text. TOP n, DISTINCTROW and Mod are
-// known, and the patterns of LIKE with * and ? (% stands for * as well, _ for itself).
+// known, and the patterns of LIKE with * and ? (% stands for * as well, _ for itself). A ? elsewhere is a
+// parameter. COLLATE NOCASE may stand behind a value.
 #pragma once
 
 #include <string>
@@ -15,6 +16,7 @@ namespace dao {
 struct AccessStatement {
     bool select = false;
     std::string sql;  // the whole statement for SQLite
+    size_t parameters = 0;
 
     // Set when a SELECT reads plain columns of one table, so that each of its records is a record of the
     // table.

@@ -95,6 +95,10 @@ namespace dao {
 class Connection;
 class Cursor;
 
+// What runs the statements of a database. In files UCASE and LCASE know the letters of text::upper, and CSNG,
+// CDATE and GLOB are there, whatever the format; servers have functions of their own.
+enum class EngineKind { kFile, kPostgres, kOtherServer };
+
 // Writes a database anew, without the room that deleted things have left. Of a damaged Access database, what
 // can be read is saved. The file is as it was when this throws. connect: ";PWD=..." for one with a password.
 CompactReport compactDatabase(const std::string& path, const ConnectString& connect = ConnectString(),
@@ -139,6 +143,9 @@ class CDaoDatabase {
     // An index by which records of a server are found by these text fields without regard to case; files need
     // none.
     void IndexForSearch(const std::string& table, const std::vector<std::string>& fields);
+
+    // What the statements of this database may ask that not every engine understands.
+    dao::EngineKind GetEngineKind() const;
 
     // A statement without records. options: dbSQLPassThrough hands it to a server as it stands.
     void Execute(const std::string& sql, int options = 0);
@@ -212,8 +219,10 @@ class CDaoRecordset {
     CDaoRecordset(const CDaoRecordset&) = delete;
     CDaoRecordset& operator=(const CDaoRecordset&) = delete;
 
-    // Runs a SELECT, or opens a table by its name, and stands on the first record.
-    void Open(int type, const std::string& sql, int options = 0);
+    // Runs a SELECT, or opens a table by its name, and stands on the first record. parameters: a value for
+    // each ? of the statement, in their order.
+    void Open(int type, const std::string& sql, int options = 0,
+              const std::vector<dao::Variant>& parameters = {});
     // An Edit or AddNew that was not ended by Update is dropped.
     void Close();
     bool IsOpen() const { return cursor_ != nullptr; }

@@ -53,6 +53,9 @@ dao::ConnectString CDaoDatabase::GetConnect() const {
 std::string CDaoDatabase::GetVersion() const {
     return connection().version();
 }
+dao::EngineKind CDaoDatabase::GetEngineKind() const {
+    return connection().kind();
+}
 
 int CDaoDatabase::GetTableDefCount() const {
     tables_ = connection().tables();

@@ -52,6 +52,7 @@ class Connection {
     virtual std::string name() const = 0;
     virtual ConnectString connect() const { return ConnectString(); }
     virtual std::string version() const { return "4.0"; }
+    virtual EngineKind kind() const { return EngineKind::kFile; }
 
     virtual std::vector<CDaoTableDefInfo> tables() = 0;
     virtual std::vector<CDaoFieldInfo> fields(const std::string& table) = 0;
@@ -67,7 +68,9 @@ class Connection {
     virtual void indexForSearch(const std::string& /*table*/, const std::vector<std::string>& /*fields*/) {}
 
     virtual void execute(const std::string& sql, int options) = 0;
-    virtual std::unique_ptr<Cursor> open(int type, const std::string& sql, int options) = 0;
+    // parameters: a value for each ? of the statement. Any other number of them is an error.
+    virtual std::unique_ptr<Cursor> open(int type, const std::string& sql, int options,
+                                         const std::vector<Variant>& parameters) = 0;
 
     // What an earlier opening has read of the tables may serve again, where an engine keeps that. The caller
     // begins anew, after forgetKnownTables(), when something fails: the tables may have changed since.

@@ -1,6 +1,7 @@
 #include "platform/dao/errors.h"
 
 #include "platform/dao/dao.h"
+#include "platform/text/text.h"
 
 namespace dao {
 
@@ -22,6 +23,13 @@ void noCurrentRecord() {
 
 void recordDeleted() {
     throw CDaoRecordDeleted("The record has been deleted.");
+}
+
+void requireParameters(size_t parameters, size_t values) {
+    if (parameters == values) return;
+    throw CDaoException(
+        "The statement has " + text::counted(static_cast<long>(parameters), "parameter", "parameters") +
+        " and was given " + text::counted(static_cast<long>(values), "value", "values") + ".");
 }
 
 }  // namespace dao

@@ -11,9 +11,10 @@ CDaoRecordset::~CDaoRecordset() {
     Close();
 }
 
-void CDaoRecordset::Open(int type, const std::string& sql, int options) {
+void CDaoRecordset::Open(int type, const std::string& sql, int options,
+                         const std::vector<dao::Variant>& parameters) {
     Close();
-    cursor_ = database_->connection().open(type, sql, options);
+    cursor_ = database_->connection().open(type, sql, options, parameters);
     size_t fields = cursor_->fields().size();
     buffer_.assign(fields, dao::Variant());
     touched_.assign(fields, false);

@@ -203,6 +203,7 @@ std::unique_ptr<sqlite::Statement> AccessConnection::prepare(const std::string& 
 
 void AccessConnection::execute(const std::string& sql, int) {
     AccessStatement statement = translateChange(sql);
+    requireParameters(statement.parameters, 0);
     // A statement with an error does not lock the file.
     guarded([&] { prepare(statement.sql); });
     insertColumns_ = statement.insertColumns;
@@ -222,9 +223,11 @@ bool AccessConnection::insertNames(const std::string& field) const {
                        [&](const std::string& column) { return text::equalNoCase(column, field); });
 }
 
-std::vector<jet::RowId> AccessConnection::rowsOf(const std::string& sql) {
+std::vector<jet::RowId> AccessConnection::rowsOf(const std::string& sql,
+                                                 const std::vector<Variant>& parameters) {
     return guarded([&] {
         std::unique_ptr<sqlite::Statement> statement = prepare(sql);
+        statement->bindAll(parameters);
         std::vector<jet::RowId> rows;
         while (statement->step())
             rows.push_back(jet::RowId::fromNumber(static_cast<uint32_t>(statement->integer(0))));
@@ -232,14 +235,16 @@ std::vector<jet::RowId> AccessConnection::rowsOf(const std::string& sql) {
     });
 }
 
-std::unique_ptr<Cursor> AccessConnection::open(int type, const std::string& sql, int) {
+std::unique_ptr<Cursor> AccessConnection::open(int type, const std::string& sql, int,
+                                               const std::vector<Variant>& parameters) {
     return guarded([&]() -> std::unique_ptr<Cursor> {
         std::string whole(text::trim(sql));
         AccessStatement statement = db_.hasTable(whole) ? translateTable(whole) : translateSelect(sql);
+        requireParameters(statement.parameters, parameters.size());
         if (statement.plain && type != dbOpenSnapshot)
-            return std::make_unique<AccessCursor>(shared_from_this(), statement);
+            return std::make_unique<AccessCursor>(shared_from_this(), statement, parameters);
         prepare(statement.sql);
-        return std::make_unique<sqlite::SnapshotCursor>(handle(), statement.sql);
+        return std::make_unique<sqlite::SnapshotCursor>(handle(), statement.sql, parameters);
     });
 }
 

@@ -49,14 +49,15 @@ class AccessConnection : public FileConnection, public std::enable_shared_from_t
     void createField(const std::string& table, const CDaoFieldInfo& field) override;
     void deleteField(const std::string& table, const std::string& field) override;
     void execute(const std::string& sql, int options) override;
-    std::unique_ptr<Cursor> open(int type, const std::string& sql, int options) override;
+    std::unique_ptr<Cursor> open(int type, const std::string& sql, int options,
+                                 const std::vector<Variant>& parameters) override;
 
     jet::Database& database() { return db_; }
     sqlite3* handle() const { return sql_.get(); }
     // The table of a name; good until the next change of a definition. Throws where there is none.
     std::shared_ptr<Table> table(const std::string& name);
     // The rows that a plain statement finds, in its order.
-    std::vector<jet::RowId> rowsOf(const std::string& sql);
+    std::vector<jet::RowId> rowsOf(const std::string& sql, const std::vector<Variant>& parameters);
     // Run work on a table while no other process writes, and while this one may write.
     void read(const std::string& table, const std::function<void(Table&)>& work);
     void write(const std::string& table, const std::function<void(Table&)>& work);

@@ -13,13 +13,14 @@ constexpr size_t kMostReadAhead = 256;
 
 }  // namespace
 
-AccessCursor::AccessCursor(std::shared_ptr<AccessConnection> connection, const AccessStatement& statement)
+AccessCursor::AccessCursor(std::shared_ptr<AccessConnection> connection, const AccessStatement& statement,
+                           const std::vector<Variant>& parameters)
     : connection_(std::move(connection)), tableName_(statement.table) {
     std::shared_ptr<Table> table = connection_->table(tableName_);
     fieldOf_ = selectedFields(table->fields(), statement.columns);
     for (size_t field : fieldOf_) fields_.push_back(table->fields()[field]);
     if (statement.where.empty() && statement.orderBy.empty()) return;
-    rows_ = connection_->rowsOf("SELECT rowid" + statement.fromClause());
+    rows_ = connection_->rowsOf("SELECT rowid" + statement.fromClause(), parameters);
     allRows_ = true;
 }
 

@@ -10,7 +10,8 @@ namespace dao::access {
 // Records are read some at a time; those read ahead are dropped as soon as anything in the database changes.
 class AccessCursor : public Cursor {
   public:
-    AccessCursor(std::shared_ptr<AccessConnection> connection, const AccessStatement& statement);
+    AccessCursor(std::shared_ptr<AccessConnection> connection, const AccessStatement& statement,
+                 const std::vector<Variant>& parameters);
 
     const std::vector<CDaoFieldInfo>& fields() const override { return fields_; }
     bool updatable() const override { return true; }

@@ -317,7 +317,12 @@ void OdbcConnection::execute(const std::string& sql, int options) {
     run(translateForServer(sql, dialect(), *this, options & dbSQLPassThrough).sql);
 }
 
-std::unique_ptr<Cursor> OdbcConnection::open(int type, const std::string& sql, int options) {
+EngineKind OdbcConnection::kind() const {
+    return dialect().postgres ? EngineKind::kPostgres : EngineKind::kOtherServer;
+}
+
+std::unique_ptr<Cursor> OdbcConnection::open(int type, const std::string& sql, int options,
+                                             const std::vector<Variant>& parameters) {
     // A table may be opened by its name alone.
     std::string whole(text::trim(sql));
     bool isStatement = options & dbSQLPassThrough || text::equalNoCase(whole.substr(0, 7), "SELECT ");
@@ -325,19 +330,22 @@ std::unique_ptr<Cursor> OdbcConnection::open(int type, const std::string& sql, i
     std::string select = isName ? "SELECT * FROM " + written(required(whole)) : whole;
     ServerStatement statement =
         translateForServer(select, dialect(), *this, isName || options & dbSQLPassThrough);
-    if (options & dbDenyWrite && statement.table) denyWriting(*statement.table, statement.sql);
-    return std::make_unique<OdbcCursor>(shared_from_this(), statement, type);
+    if (options & dbDenyWrite && statement.table) denyWriting(*statement.table, statement.sql, parameters);
+    return std::make_unique<OdbcCursor>(shared_from_this(), statement, type, parameters);
 }
 
 // Who asks for the same records waits until the transaction ends: two that save one record must not both find
 // none, and two that save different ones do not wait for each other. The statement names the records, so it
 // names the lock; in one case, since one client may write a table's name in capitals and another not.
-void OdbcConnection::denyWriting(const Table& table, const std::string& statement) {
+void OdbcConnection::denyWriting(const Table& table, const std::string& statement,
+                                 const std::vector<Variant>& parameters) {
     // Elsewhere sessions are serializable.
     if (!transaction_ || !dialect().postgres) return;
+    std::string records = statement;
+    for (const Variant& parameter : parameters) records += "\n" + toText(parameter);
     run("SET LOCAL lock_timeout = " + std::to_string(lockTimeout()) +
         "; SELECT pg_advisory_xact_lock(hashtextextended(" +
-        quotedText(written(table) + " " + text::upper(statement)) + ", 0))");
+        quotedText(written(table) + " " + text::upper(records)) + ", 0))");
 }
 
 void OdbcConnection::indexForSearch(const std::string& table, const std::vector<std::string>& fields) {

@@ -28,6 +28,7 @@ class OdbcConnection : public Connection,
     std::string name() const override { return session_->name(); }
     ConnectString connect() const override { return session_->connect(); }
     std::string version() const override { return session_->version(); }
+    EngineKind kind() const override;
     std::vector<CDaoTableDefInfo> tables() override;
     std::vector<CDaoFieldInfo> fields(const std::string& table) override;
     void createTable(const std::string& table, const std::vector<CDaoFieldInfo>& fields) override;
@@ -39,7 +40,8 @@ class OdbcConnection : public Connection,
     void execute(const std::string& sql, int options) override;
     void useKnownTables() override { usesKnown_ = true; }
     bool forgetKnownTables() override;
-    std::unique_ptr<Cursor> open(int type, const std::string& sql, int options) override;
+    std::unique_ptr<Cursor> open(int type, const std::string& sql, int options,
+                                 const std::vector<Variant>& parameters) override;
     // There is nothing that waits to be made to last.
     void commit() override {}
     void beginTransaction() override;
@@ -73,7 +75,8 @@ class OdbcConnection : public Connection,
     // meantime, as `isThere` then says, the exception is a CDaoConflict.
     template <typename IsThere>
     void changeSchema(const std::string& sql, IsThere isThere);
-    void denyWriting(const Table& table, const std::string& statement);
+    void denyWriting(const Table& table, const std::string& statement,
+                     const std::vector<Variant>& parameters);
     bool setAutoCommit(bool on);
 
     std::shared_ptr<IdleSessions> idle_;

@@ -29,9 +29,10 @@ bool any(const std::vector<bool>& flags) {
 
 }  // namespace
 
-OdbcCursor::OdbcCursor(std::shared_ptr<OdbcConnection> connection, const ServerStatement& statement, int type)
+OdbcCursor::OdbcCursor(std::shared_ptr<OdbcConnection> connection, const ServerStatement& statement, int type,
+                       const std::vector<Variant>& parameters)
     : connection_(std::move(connection)), rows_(connection_->handle()) {
-    rows_.execute(statement.sql);
+    rows_.execute(statement.sql, parameters);
     int columns = rows_.columns();
     if (columns == 0) throw CDaoException("A record set needs a statement that gives records.");
     for (int i = 1; i <= columns; ++i) columns_.push_back(rows_.describe(i));

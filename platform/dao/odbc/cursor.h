@@ -10,7 +10,8 @@ namespace dao::odbc {
 // there is none, by the values that it had.
 class OdbcCursor : public Cursor {
   public:
-    OdbcCursor(std::shared_ptr<OdbcConnection> connection, const ServerStatement& statement, int type);
+    OdbcCursor(std::shared_ptr<OdbcConnection> connection, const ServerStatement& statement, int type,
+               const std::vector<Variant>& parameters);
 
     const std::vector<CDaoFieldInfo>& fields() const override { return fields_; }
     bool updatable() const override { return updatable_; }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 
+#include "platform/dao/errors.h"
 #include "platform/dao/odbc/wide_text.h"
 #include "platform/text/text.h"
 
@@ -67,7 +68,16 @@ SQLPOINTER address(const void* p) {
 
 Statement::Statement(SQLHDBC connection) : handle_(SQL_HANDLE_STMT, connection) {}
 
-void Statement::execute(const std::string& sql) {
+void Statement::execute(const std::string& sql, const std::vector<Variant>& parameters) {
+    if (!parameters.empty()) {
+        prepare(sql);
+        SQLSMALLINT wanted = 0;
+        if (SQL_SUCCEEDED(SQLNumParams(handle(), &wanted)))
+            requireParameters(static_cast<size_t>(wanted), parameters.size());
+        int number = 1;
+        for (const Variant& value : parameters) bind(number++, value);
+        return executePrepared();
+    }
     std::vector<SQLWCHAR> wide = toWide(sql);
     check(SQLExecDirectW(handle(), wide.data(), static_cast<SQLINTEGER>(wide.size())), handle_);
 }

@@ -18,7 +18,8 @@ class Statement {
     // To be called with the result of a function of the driver manager that begins a set of rows.
     void ran(SQLRETURN result) { check(result, handle_); }
 
-    void execute(const std::string& sql);
+    // parameters: a value for each ?; any other number of them throws.
+    void execute(const std::string& sql, const std::vector<Variant>& parameters = {});
     void prepare(const std::string& sql);
     // Parameters count from 1. The value is copied.
     void bind(int parameter, const Variant& value);

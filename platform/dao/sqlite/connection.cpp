@@ -266,6 +266,7 @@ void SqliteConnection::indexFor(const std::string& table, const std::vector<std:
 
 void SqliteConnection::execute(const std::string& sql, int) {
     AccessStatement statement = translateChange(sql);
+    requireParameters(statement.parameters, 0);
     if (kind_ == FileKind::kGeoPackage && !statement.insertTable.empty() && statement.insertColumns.empty())
         statement.sql.insert(statement.insertColumnsAt,
                              " (" + columnList(fields(statement.insertTable)) + ")");
@@ -275,19 +276,21 @@ void SqliteConnection::execute(const std::string& sql, int) {
     wrote();
 }
 
-std::unique_ptr<Cursor> SqliteConnection::open(int type, const std::string& sql, int) {
+std::unique_ptr<Cursor> SqliteConnection::open(int type, const std::string& sql, int,
+                                               const std::vector<Variant>& parameters) {
     bool isView = false;
     std::string whole = findTable(std::string(text::trim(sql)), isView);
     AccessStatement statement = whole.empty() ? translateSelect(sql) : translateTable(whole);
+    requireParameters(statement.parameters, parameters.size());
     if (statement.plain && type != dbOpenSnapshot) {
         statement.table = findTable(std::string(statement.table), isView);
         std::string rowId = statement.table.empty() || isView ? "" : rowIdOf(statement.table);
         if (!rowId.empty()) {
             if (!statement.equalities.empty()) indexFor(statement.table, statement.equalities);
-            return std::make_unique<KeyCursor>(shared_from_this(), statement, rowId);
+            return std::make_unique<KeyCursor>(shared_from_this(), statement, rowId, parameters);
         }
     }
-    return std::make_unique<SnapshotCursor>(handle(), shownColumns(statement));
+    return std::make_unique<SnapshotCursor>(handle(), shownColumns(statement), parameters);
 }
 
 // The statement without the key that is no field.

@@ -37,7 +37,8 @@ class SqliteConnection : public FileConnection, public std::enable_shared_from_t
     void createField(const std::string& table, const CDaoFieldInfo& field) override;
     void deleteField(const std::string& table, const std::string& field) override;
     void execute(const std::string& sql, int options) override;
-    std::unique_ptr<Cursor> open(int type, const std::string& sql, int options) override;
+    std::unique_ptr<Cursor> open(int type, const std::string& sql, int options,
+                                 const std::vector<Variant>& parameters) override;
 
     // Writes the file anew, in one step. Throws for a damaged one.
     void compact();

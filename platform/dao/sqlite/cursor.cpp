@@ -23,34 +23,43 @@ Fields selectFields(Fields all, const AccessStatement& statement) {
     return selected;
 }
 
+// A parameter of ours behind those of the caller's, counted from 1.
+std::string ownParameter(size_t callers, int number) {
+    return "?" + std::to_string(callers + static_cast<size_t>(number));
+}
+
 // Without an order of its own, the records behind a row id, so many at most.
 std::string queryStatement(const AccessStatement& statement, const std::vector<CDaoFieldInfo>& fields,
-                           const std::string& rowId) {
+                           const std::string& rowId, size_t parameters) {
     std::string columns = "SELECT " + rowId + ", " + columnList(fields);
     if (!statement.orderBy.empty()) return columns + statement.fromClause();
-    return columns + statement.fromClause(rowId + " > ?1") + " ORDER BY " + rowId + " LIMIT ?2";
+    return columns + statement.fromClause(rowId + " > " + ownParameter(parameters, 1)) + " ORDER BY " +
+           rowId + " LIMIT " + ownParameter(parameters, 2);
 }
 
 // The row ids alone, which cost no reading of the fields. Without an order of its own, those behind a row id.
-std::string rowIdsStatement(const AccessStatement& statement, const std::string& rowId) {
+std::string rowIdsStatement(const AccessStatement& statement, const std::string& rowId, size_t parameters) {
     const std::string select = "SELECT " + rowId;
     if (!statement.orderBy.empty()) return select + statement.fromClause();
-    return select + statement.fromClause(rowId + " > ?1") + " ORDER BY " + rowId;
+    return select + statement.fromClause(rowId + " > " + ownParameter(parameters, 1)) + " ORDER BY " + rowId;
 }
 
 }  // namespace
 
 KeyCursor::KeyCursor(std::shared_ptr<SqliteConnection> connection, const AccessStatement& statement,
-                     const std::string& rowId)
+                     const std::string& rowId, const std::vector<Variant>& parameters)
     : connection_(std::move(connection)),
       fields_(selectFields(connection_->sharedFields(statement.table), statement)),
       table_(quotedName(statement.table)),
       rowId_(rowId),
+      parameters_(parameters),
       ordered_(!statement.orderBy.empty()),
-      rowIdsSql_(rowIdsStatement(statement, rowId)),
-      query_(connection_->handle(), queryStatement(statement, *fields_, rowId)),
+      rowIdsSql_(rowIdsStatement(statement, rowId, parameters.size())),
+      query_(connection_->handle(), queryStatement(statement, *fields_, rowId, parameters.size())),
       byKey_(connection_->prepared("SELECT " + columnList(*fields_) + " FROM " + table_ + " WHERE " + rowId +
-                                   " = ?1")) {}
+                                   " = ?1")) {
+    query_.bindAll(parameters_);
+}
 
 int64_t KeyCursor::key() const {
     if (position_ < 0) noCurrentRecord();
@@ -69,8 +78,9 @@ void KeyCursor::readAhead(int64_t behind, int64_t limit, bool newKeys) {
     readIndex_ = 0;
     readAt_ = changes();
     Resetting resetting(query_);
-    query_.bind(1, behind);
-    query_.bind(2, limit);
+    const int own = static_cast<int>(parameters_.size()) + 1;
+    query_.bind(own, behind);
+    query_.bind(own + 1, limit);
     int64_t found = 0;
     for (; query_.step(); ++found) {
         takeRecord(query_, 1, query_.integer(0));
@@ -88,7 +98,8 @@ void KeyCursor::findKeys(size_t position, bool withRecords) {
         return;
     }
     Statement rowIds(connection_->handle(), rowIdsSql_);
-    if (!ordered_) rowIds.bind(1, last);
+    rowIds.bindAll(parameters_);
+    if (!ordered_) rowIds.bind(static_cast<int>(parameters_.size()) + 1, last);
     while (rowIds.step()) keys_.push_back(rowIds.integer(0));
     allKeys_ = true;
 }
@@ -204,8 +215,9 @@ void KeyCursor::remove() {
     connection_->wrote();
 }
 
-SnapshotCursor::SnapshotCursor(sqlite3* db, const std::string& sql) {
+SnapshotCursor::SnapshotCursor(sqlite3* db, const std::string& sql, const std::vector<Variant>& parameters) {
     Statement statement(db, sql);
+    statement.bindAll(parameters);
     for (int i = 0; i < statement.columns(); ++i) {
         CDaoFieldInfo field;
         field.name = sqlite3_column_name(statement.handle(), i);

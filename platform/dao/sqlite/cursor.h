@@ -14,7 +14,7 @@ class KeyCursor : public Cursor {
   public:
     // rowId: the name of the row id beside the columns of the table.
     KeyCursor(std::shared_ptr<SqliteConnection> connection, const AccessStatement& statement,
-              const std::string& rowId);
+              const std::string& rowId, const std::vector<Variant>& parameters);
 
     const std::vector<CDaoFieldInfo>& fields() const override { return *fields_; }
     bool updatable() const override { return true; }
@@ -45,6 +45,7 @@ class KeyCursor : public Cursor {
     std::shared_ptr<const std::vector<CDaoFieldInfo>> fields_;
     std::string table_;  // quoted
     std::string rowId_;
+    std::vector<Variant> parameters_;   // of the caller's statement
     bool ordered_;                      // the statement orders the records
     std::string rowIdsSql_;             // the row ids alone
     Statement query_;                   // the row id and the fields, behind a row id
@@ -72,7 +73,7 @@ class KeyCursor : public Cursor {
 // The records of any other statement, read at once. They cannot be changed.
 class SnapshotCursor : public Cursor {
   public:
-    SnapshotCursor(sqlite3* db, const std::string& sql);
+    SnapshotCursor(sqlite3* db, const std::string& sql, const std::vector<Variant>& parameters);
 
     const std::vector<CDaoFieldInfo>& fields() const override { return fields_; }
     bool updatable() const override { return false; }

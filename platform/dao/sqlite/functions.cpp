@@ -105,6 +105,15 @@ void toLong(const Call& call) {
 void toDouble(const Call& call) {
     call.give(call.real(0));
 }
+void toSingle(const Call& call) {
+    call.give(static_cast<double>(static_cast<float>(call.real(0))));
+}
+// A date as tables keep it, so that it sorts; Null for what is none.
+void toDate(const Call& call) {
+    Date date;
+    if (!dateFromText(call.text(0), date)) return sqlite3_result_null(call.context);
+    call.give(dateAndTime(date));
+}
 
 void nz(sqlite3_context* context, int count, sqlite3_value** arguments) {
     if (sqlite3_value_type(arguments[0]) != SQLITE_NULL) return sqlite3_result_value(context, arguments[0]);
@@ -151,6 +160,8 @@ constexpr Function kFunctions[] = {
     {"CSTR", 1, run<toText>},
     {"CLNG", 1, run<toLong>},
     {"CDBL", 1, run<toDouble>},
+    {"CSNG", 1, run<toSingle>},
+    {"CDATE", 1, run<toDate>},
     {"NZ", 1, nz},
     {"NZ", 2, nz},
     {"YEAR", 1, run<datePart<&Calendar::year>>},

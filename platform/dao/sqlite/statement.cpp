@@ -147,6 +147,11 @@ void Statement::bind(int parameter, const Variant& value) {
         fail(sqlite3_db_handle(statement_));
 }
 
+void Statement::bindAll(const std::vector<Variant>& values) {
+    int parameter = 1;
+    for (const Variant& value : values) bind(parameter++, value);
+}
+
 bool Statement::step() {
     int code = sqlite3_step(statement_);
     if (code == SQLITE_ROW) return true;

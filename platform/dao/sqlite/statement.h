@@ -4,6 +4,7 @@
 #include <sqlite3.h>
 
 #include <string>
+#include <vector>
 
 #include "platform/dao/variant.h"
 
@@ -21,6 +22,8 @@ class Statement {
 
     // Parameters count from 1. The value must live until the statement has run.
     void bind(int parameter, const Variant& value);
+    // The first parameters, from 1 on.
+    void bindAll(const std::vector<Variant>& values);
     void bind(int parameter, int64_t value) { sqlite3_bind_int64(statement_, parameter, value); }
 
     // True: there is a row. Throws on errors; the statement is then reset.

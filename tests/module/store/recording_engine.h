@@ -77,7 +77,8 @@ class RecordingConnection : public dao::Connection {
     void execute(const std::string& sql, int options) override {
         record(sql + (options == dbSQLPassThrough ? "" : " (not passed through)"));
     }
-    std::unique_ptr<dao::Cursor> open(int, const std::string& sql, int) override {
+    std::unique_ptr<dao::Cursor> open(int, const std::string& sql, int,
+                                      const std::vector<dao::Variant>&) override {
         record(sql);
         std::vector<CDaoFieldInfo> fields =
             engine_.tables.empty() ? std::vector<CDaoFieldInfo>{} : engine_.tables.begin()->second;

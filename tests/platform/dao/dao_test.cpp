@@ -269,6 +269,42 @@ TEST_P(Dao, StatementsOfTheDialect) {
     EXPECT_EQ(column("poles").size(), 2u);
 }
 
+TEST_P(Dao, ParametersAreValuesAndNothingElse) {
+    for (const char* id : {"A1", "A2", "' OR 1=1 --", "A3", "a2"}) add(id, "TREE", "Jane");
+    auto found = [&](int type, const std::string& sql, const std::vector<Variant>& parameters) {
+        std::string ids;
+        CDaoRecordset records(&db);
+        for (records.Open(type, sql, 0, parameters); !records.IsEOF(); records.MoveNext())
+            ids += toText(records.GetFieldValue("PT_ID")) + ";";
+        return ids;
+    };
+    for (int type : {dbOpenDynaset, dbOpenSnapshot}) {
+        const std::string select = "SELECT PT_ID FROM POLES WHERE ";
+        EXPECT_EQ(found(type, select + "PT_ID = ?", {"A2"}), "A2;a2;");
+        EXPECT_EQ(found(type, select + "PT_ID = ? AND GIS_KEY = ? ORDER BY PT_ID DESC", {"A3", "tree"}),
+                  "A3;");
+        EXPECT_EQ(found(type, select + "PT_ID = ? OR UCASE(PT_ID) > ?", {"' OR 1=1 --", "A2"}),
+                  "' OR 1=1 --;A3;");
+        EXPECT_EQ(found(type, select + "PT_ID = '?' OR PT_ID = ?", {"A1"}), "A1;");
+        EXPECT_EQ(found(type, select + "OWNER = ?", {Variant()}), "");
+        EXPECT_EQ(found(type, select + "OWNER = ? COLLATE NOCASE AND PT_ID < ?", {"JANE", "A2"}),
+                  "A1;' OR 1=1 --;");
+        EXPECT_THROW(found(type, select + "PT_ID = ?", {}), CDaoException);
+        EXPECT_THROW(found(type, select + "PT_ID = ?", {"A1", "A2"}), CDaoException);
+        EXPECT_THROW(found(type, "POLES", {"A1"}), CDaoException);
+        EXPECT_THROW(found(type, "SELECT PT_ID FROM POLES", {"A1"}), CDaoException);
+    }
+    // A walk that reads ahead in pieces asks the same in each of them.
+    for (int i = 0; i < 100; ++i) add("B" + std::to_string(i), i % 3 ? "ROAD" : "TREE");
+    EXPECT_EQ(
+        found(dbOpenDynaset, "SELECT * FROM POLES WHERE GIS_KEY = ? AND PT_ID <> ?", {"TREE", "B0"}).size(),
+        found(dbOpenSnapshot, "SELECT * FROM POLES WHERE GIS_KEY = ? AND PT_ID <> ?", {"TREE", "B0"}).size());
+    // A statement that gives no records takes none, and a ? that stays open must not write a Null.
+    EXPECT_THROW(db.Execute("UPDATE POLES SET OWNER = ?"), CDaoException);
+    EXPECT_EQ(found(dbOpenDynaset, "SELECT * FROM POLES WHERE OWNER = ?", {"Jane"}),
+              "A1;A2;' OR 1=1 --;A3;a2;");
+}
+
 TEST_P(Dao, ADynasetKeepsItsRecordsWhileTheyAreChanged) {
     for (int i = 1; i <= 20; ++i) add(std::to_string(i), i % 2 ? "ODD" : "EVEN");
     // Every record leaves the condition as it is edited, and still each is visited once.

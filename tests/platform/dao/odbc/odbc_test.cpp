@@ -175,6 +175,35 @@ TEST_P(Server, RecordsAreWalkedChangedAndDeleted) {
     EXPECT_EQ(toText(records.GetFieldValue("n")), "2");
 }
 
+TEST_P(Server, ParametersAreValuesAndNothingElse) {
+    makeTable("TREES", {field("ID", dbText, 20), field("WHOLE", dbLong), field("PRICE", dbCurrency),
+                        field("SEEN", dbDate)});
+    db.Execute("INSERT INTO TREES VALUES ('a1', 1, 12.5, #2004-05-31#)");
+    db.Execute("INSERT INTO TREES VALUES ('größer', 2, 13.25, #2004-06-01 13:45:10#)");
+    db.Execute("INSERT INTO TREES VALUES (''' OR 1=1 --', 3, NULL, NULL)");
+    auto found = [&](const std::string& where, const std::vector<Variant>& parameters, int options = 0) {
+        std::string ids;
+        CDaoRecordset records(&db);
+        records.Open(dbOpenDynaset, "SELECT * FROM TREES WHERE " + where + " ORDER BY WHOLE", options,
+                     parameters);
+        for (; !records.IsEOF(); records.MoveNext()) ids += toText(records.GetFieldValue("ID")) + ";";
+        return ids;
+    };
+    dao::Date june;
+    ASSERT_TRUE(dao::dateFromCalendar(2004, 6, 1, 0, 0, 0, june));
+    EXPECT_EQ(found("ID = ?", {"größer"}), "größer;");
+    EXPECT_EQ(found("ID = ?", {"' OR 1=1 --"}), "' OR 1=1 --;");
+    EXPECT_EQ(found("WHOLE >= ? AND WHOLE <= ?", {int32_t{2}, int32_t{3}}), "größer;' OR 1=1 --;");
+    EXPECT_EQ(found("PRICE > ? AND ID <> '?'", {12.75}), "größer;");
+    EXPECT_EQ(found("SEEN < ?", {june}), "a1;");
+    EXPECT_THROW(found("ID = ?", {"a1", "a2"}), CDaoException);
+    EXPECT_THROW(found("ID = ?", {}), CDaoException);
+    // The lock of a search names what it looks for.
+    db.BeginTrans();
+    EXPECT_EQ(found("ID = ?", {"a1"}, dbDenyWrite), "a1;");
+    db.CommitTrans();
+}
+
 TEST_P(Server, WithoutAKeyRecordsAreToldApartByTheirValuesOrNotAtAll) {
     makeTable("NOTES", {field("A", dbText, 20), field("B", dbLong), field("H", dbDouble)});
     for (const char* values :
