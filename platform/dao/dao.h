@@ -95,9 +95,9 @@ namespace dao {
 class Connection;
 class Cursor;
 
-// What runs the statements of a database. In files UCASE and LCASE know the letters of text::upper, and CSNG,
-// CDATE and GLOB are there, whatever the format; servers have functions of their own.
-enum class EngineKind { kFile, kPostgres, kOtherServer };
+// What runs the statements of a database. In files UCASE and LCASE know the letters of text::upper, and there
+// are CSNG, CDATE and GLOB; servers have functions of their own.
+enum class EngineKind { kAccess, kSqlite, kPostgres, kOtherServer };
 
 // Writes a database anew, without the room that deleted things have left. Of a damaged Access database, what
 // can be read is saved. The file is as it was when this throws. connect: ";PWD=..." for one with a password.
@@ -144,7 +144,7 @@ class CDaoDatabase {
     // none.
     void IndexForSearch(const std::string& table, const std::vector<std::string>& fields);
 
-    // What the statements of this database may ask that not every engine understands.
+    // Statements that are to mean exactly the same everywhere have to be written for each.
     dao::EngineKind GetEngineKind() const;
 
     // A statement without records. options: dbSQLPassThrough hands it to a server as it stands.

@@ -52,7 +52,7 @@ class Connection {
     virtual std::string name() const = 0;
     virtual ConnectString connect() const { return ConnectString(); }
     virtual std::string version() const { return "4.0"; }
-    virtual EngineKind kind() const { return EngineKind::kFile; }
+    virtual EngineKind kind() const { return EngineKind::kOtherServer; }
 
     virtual std::vector<CDaoTableDefInfo> tables() = 0;
     virtual std::vector<CDaoFieldInfo> fields(const std::string& table) = 0;

@@ -39,6 +39,7 @@ class AccessConnection : public FileConnection, public std::enable_shared_from_t
     ~AccessConnection() override;
 
     std::string name() const override { return db_.path(); }
+    EngineKind kind() const override { return EngineKind::kAccess; }
     std::string version() const override;
     std::vector<CDaoTableDefInfo> tables() override;
     std::vector<CDaoFieldInfo> fields(const std::string& table) override;

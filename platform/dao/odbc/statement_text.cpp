@@ -101,6 +101,8 @@ class Translator {
         const Token& t = tokens_[at_];
         if (isName(t) && escapes_ == 0) return name();
         ++at_;
+        const bool isCollation = t.kind == Token::kText && at_ >= 3 && token(at_ - 3).is("COLLATE");
+        if (isCollation) return std::string(t.whole);
         if (t.kind == Token::kText && t.whole.front() == '"' && t.closed) return quotedText(t.text);
         if (t.kind == Token::kDate) return date(t);
         if (t.isSymbol("{")) ++escapes_;

@@ -36,7 +36,7 @@ struct ServerStatement {
 };
 
 // passThrough: text in double quotes is a name of the server's, and dates are its own affair. Otherwise such
-// text is a literal, and #2004-05-31# is a date.
+// text is a literal unless it names a collation, and #2004-05-31# is a date.
 ServerStatement translateForServer(std::string_view sql, const Dialect& dialect, Catalogue& catalogue,
                                    bool passThrough);
 

@@ -28,6 +28,7 @@ class SqliteConnection : public FileConnection, public std::enable_shared_from_t
     explicit SqliteConnection(const Source& source);
 
     std::string name() const override { return path_; }
+    EngineKind kind() const override { return EngineKind::kSqlite; }
     std::string version() const override { return version_; }
     std::vector<CDaoTableDefInfo> tables() override;
     std::vector<CDaoFieldInfo> fields(const std::string& table) override;

@@ -98,6 +98,8 @@ TEST(StatementText, LiteralsOfTheInterfaceAreThoseOfServers) {
     EXPECT_EQ(translated("SELECT * FROM tree WHERE desc = \"it's \"\"x\"\"\" AND d > #5/31/2004#"),
               "SELECT * FROM tree WHERE desc = 'it''s \"x\"' AND d > {ts '2004-05-31 00:00:00'}");
     EXPECT_EQ(translated("SELECT #x# FROM tree"), "SELECT #x# FROM tree");
+    EXPECT_EQ(translated("SELECT * FROM tree WHERE upper([PT_ID] COLLATE \"C\") = \"C\""),
+              "SELECT * FROM tree WHERE upper(PT_ID COLLATE \"C\") = 'C'");
 }
 
 TEST(StatementText, RecordsOfOneTableAreKnown) {

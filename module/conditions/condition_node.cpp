@@ -1,0 +1,212 @@
+#include "module/conditions/condition_node.h"
+
+#include <algorithm>
+
+#include "platform/text/text.h"
+
+namespace norvane {
+namespace {
+
+Truth truthOf(bool value) {
+    return value ? Truth::kTrue : Truth::kFalse;
+}
+
+template <typename Value>
+int orderOf(const Value& a, const Value& b) {
+    return a < b ? -1 : b < a ? 1 : 0;
+}
+
+int orderOf(const std::string& a, const std::string& b) {
+    return orderOf(a.compare(b), 0);
+}
+
+// Where a second is: in front of the moments that a date stands for, in them, behind them.
+int orderOf(int64_t second, const Moments& moments) {
+    return second < moments.begin ? -1 : second < moments.end ? 0 : 1;
+}
+
+// The order of a record's value and one of the condition; nothing where it cannot be known.
+struct Order {
+    const dao::Variant& value;
+
+    std::optional<int> operator()(double wanted) const {
+        const std::optional<double> number = NumberIn(value);
+        return number ? std::optional(orderOf(*number, wanted)) : std::nullopt;
+    }
+    std::optional<int> operator()(const FoldedText& wanted) const {
+        const std::string* text = TextIn(value);
+        return text ? std::optional(orderOf(text::upper(*text), wanted.upper)) : std::nullopt;
+    }
+    std::optional<int> operator()(const Moments& wanted) const {
+        const std::optional<int64_t> second = SecondIn(value);
+        return second ? std::optional(orderOf(*second, wanted)) : std::nullopt;
+    }
+    std::optional<int> operator()(bool wanted) const {
+        const std::optional<bool> yes = YesNoIn(value);
+        return yes ? std::optional(orderOf(*yes, wanted)) : std::nullopt;
+    }
+};
+
+// The order of two values of a record, which are of one kind.
+std::optional<int> orderOf(const dao::Variant& a, const dao::Variant& b) {
+    if (const std::string* left = TextIn(a), *right = TextIn(b); left && right)
+        return orderOf(text::upper(*left), text::upper(*right));
+    if (const std::optional<int64_t> left = SecondIn(a), right = SecondIn(b); left && right)
+        return orderOf(*left, *right);
+    if (const std::optional<double> left = NumberIn(a), right = NumberIn(b); left && right)
+        return orderOf(*left, *right);
+    return std::nullopt;
+}
+
+// wanted: numbers or texts, ascending.
+Truth isOneOf(const dao::Variant& value, const std::vector<ComparedValue>& wanted) {
+    ComparedValue folded;
+    if (std::holds_alternative<double>(wanted.front())) {
+        const std::optional<double> number = NumberIn(value);
+        if (!number) return Truth::kUnknown;
+        folded = *number;
+    } else {
+        const std::string* text = TextIn(value);
+        if (!text) return Truth::kUnknown;
+        folded = FoldedText{text::upper(*text)};
+    }
+    return truthOf(std::binary_search(wanted.begin(), wanted.end(), folded));
+}
+
+Truth leafTruth(const ConditionNode& node, const std::vector<dao::Variant>& values) {
+    const dao::Variant& value = values[node.field];
+    switch (node.kind) {
+        case ConditionNode::Kind::kCompare:
+        case ConditionNode::Kind::kFields: {
+            const std::optional<int> order = node.kind == ConditionNode::Kind::kFields
+                                                 ? orderOf(value, values[node.other])
+                                                 : std::visit(Order{value}, node.values.front());
+            return order ? truthOf(HoldsFor(node.comparison, *order)) : Truth::kUnknown;
+        }
+        case ConditionNode::Kind::kIsOneOf:
+            return isOneOf(value, node.values);
+        case ConditionNode::Kind::kIsLike: {
+            const std::string* text = TextIn(value);
+            return text ? truthOf(node.pattern.matches(*text)) : Truth::kUnknown;
+        }
+        default:
+            return truthOf(value.isNull());
+    }
+}
+
+}  // namespace
+
+Comparison Turned(Comparison comparison) {
+    switch (comparison) {
+        case Comparison::kLess:
+            return Comparison::kMore;
+        case Comparison::kMore:
+            return Comparison::kLess;
+        case Comparison::kAtMost:
+            return Comparison::kAtLeast;
+        case Comparison::kAtLeast:
+            return Comparison::kAtMost;
+        default:
+            return comparison;
+    }
+}
+
+Comparison Opposite(Comparison comparison) {
+    switch (comparison) {
+        case Comparison::kEqual:
+            return Comparison::kUnequal;
+        case Comparison::kUnequal:
+            return Comparison::kEqual;
+        case Comparison::kLess:
+            return Comparison::kAtLeast;
+        case Comparison::kAtLeast:
+            return Comparison::kLess;
+        case Comparison::kMore:
+            return Comparison::kAtMost;
+        default:
+            return Comparison::kMore;
+    }
+}
+
+const char* SignOf(Comparison comparison) {
+    switch (comparison) {
+        case Comparison::kEqual:
+            return "=";
+        case Comparison::kUnequal:
+            return "<>";
+        case Comparison::kLess:
+            return "<";
+        case Comparison::kAtMost:
+            return "<=";
+        case Comparison::kMore:
+            return ">";
+        default:
+            return ">=";
+    }
+}
+
+bool HoldsFor(Comparison comparison, int order) {
+    switch (comparison) {
+        case Comparison::kEqual:
+            return order == 0;
+        case Comparison::kUnequal:
+            return order != 0;
+        case Comparison::kLess:
+            return order < 0;
+        case Comparison::kAtMost:
+            return order <= 0;
+        case Comparison::kMore:
+            return order > 0;
+        default:
+            return order >= 0;
+    }
+}
+
+ConditionNode Negated(ConditionNode node) {
+    switch (node.kind) {
+        case ConditionNode::Kind::kAll:
+        case ConditionNode::Kind::kAny:
+            node.kind = node.kind == ConditionNode::Kind::kAll ? ConditionNode::Kind::kAny
+                                                               : ConditionNode::Kind::kAll;
+            for (ConditionNode& part : node.parts) part = Negated(std::move(part));
+            break;
+        case ConditionNode::Kind::kCompare:
+        case ConditionNode::Kind::kFields:
+            node.comparison = Opposite(node.comparison);
+            break;
+        default:
+            node.isNegated = !node.isNegated;
+    }
+    return node;
+}
+
+Truth TruthOf(const ConditionNode& node, const std::vector<dao::Variant>& values) {
+    if (node.kind == ConditionNode::Kind::kAll || node.kind == ConditionNode::Kind::kAny) {
+        const bool isAll = node.kind == ConditionNode::Kind::kAll;
+        const Truth decides = isAll ? Truth::kFalse : Truth::kTrue;
+        Truth truth = isAll ? Truth::kTrue : Truth::kFalse;
+        for (const ConditionNode& part : node.parts) {
+            const Truth one = TruthOf(part, values);
+            if (one == decides) return decides;
+            if (one == Truth::kUnknown) truth = Truth::kUnknown;
+        }
+        return truth;
+    }
+    const Truth truth = leafTruth(node, values);
+    if (!node.isNegated || truth == Truth::kUnknown) return truth;
+    return truth == Truth::kTrue ? Truth::kFalse : Truth::kTrue;
+}
+
+void AppendFields(const ConditionNode& node, std::vector<size_t>& fields) {
+    for (const ConditionNode& part : node.parts) AppendFields(part, fields);
+    if (node.kind == ConditionNode::Kind::kAll || node.kind == ConditionNode::Kind::kAny) return;
+    fields.push_back(node.field);
+    if (node.kind == ConditionNode::Kind::kFields) fields.push_back(node.other);
+}
+
+void SortFields(std::vector<size_t>& fields) {
+    std::sort(fields.begin(), fields.end());
+    fields.erase(std::unique(fields.begin(), fields.end()), fields.end());
+}
+
+}  // namespace norvane
