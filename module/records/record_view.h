@@ -1,0 +1,136 @@
+// The records of a table as rows 0 to shown() - 1, in an order and through a filter, read when they are
+// looked at: a table of a million records costs eight bytes for each and what a page of it does.
+//
+// What takes long goes on in slices (work), so that a window stays alive and the next filter takes the place
+// of one that is still at work. Until an order is ready rows come in the one before.
+//
+// It knows no window, no drawing and no link: keys come from the caller. A key is a value of the key field as
+// text, in capitals and trimmed, as the index of links has it.
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <unordered_set>
+#include <vector>
+
+#include "platform/dao/dao.h"
+#include "platform/dao/table_rows.h"
+
+namespace norvane {
+
+class Condition;
+class RowSearch;
+
+// Which record it is, whatever row it stands in.
+using RecordId = dao::RowNumber;
+
+using RecordKeys = std::unordered_set<std::string>;
+
+struct RecordOrder {
+    int field = -1;  // its place among fields(); -1: the order of the table
+    bool descending = false;
+    bool operator==(const RecordOrder&) const = default;
+};
+
+// All parts have to let a record through; an empty one lets all through.
+struct RecordFilter {
+    std::string words;                           // each occurs in a shown text, in any case of letters
+    std::shared_ptr<const Condition> condition;  // checked against fields()
+    std::shared_ptr<const RecordKeys> keys;      // the record's key is one of them or,
+    bool withoutKeys = false;                    // when this is set, none of them
+};
+
+class RecordView {
+  public:
+    // The database stays the caller's, and open. A key field that the table does not have leaves all keys
+    // empty. Throws what the engine says where the table cannot be opened.
+    RecordView(CDaoDatabase& database, const std::string& table, const std::string& keyField);
+    ~RecordView();
+
+    CDaoDatabase& database() const { return database_; }
+    const std::string& table() const { return table_; }
+    const std::vector<CDaoFieldInfo>& fields() const;
+    int keyField() const { return keyField_; }  // its place among fields(); -1: none
+
+    // --- What is shown
+    // ---------------------------------------------------------------------------------------
+
+    void sortBy(const RecordOrder& order);
+    void setFilter(const RecordFilter& filter);
+    const RecordOrder& order() const { return order_; }
+    const RecordFilter& filter() const { return filter_; }
+    // Reads the table anew, since others have added or deleted records. What is shown stays until then.
+    void refresh();
+
+    // Goes on for about so long. True: something is left to do.
+    bool work(std::chrono::milliseconds most);
+    bool isWorking() const;
+    // Leaves it at what has been found until now.
+    void stop();
+    // How many records the work that is under way has looked at.
+    long lookedAt() const;
+    // Why the work has ended before its end, in the engine's words; "" where it has not.
+    const std::string& fault() const { return fault_; }
+
+    long shown() const;
+    // Of the whole table, as far as they have been counted: all, unless isWorking().
+    long total() const;
+
+    // --- Rows
+    // ------------------------------------------------------------------------------------------------
+
+    // A value as a cell shows it, its beginning where it is long; "" for binary data. Of a record that has
+    // been deleted, or cannot be read, a note that begins with "#".
+    std::string text(long row, int field) const;
+    std::string key(long row) const;
+    // Whether a record is there and has been read.
+    bool isThere(long row) const;
+    RecordId id(long row) const;
+    // The row of a record; nothing where it is not shown.
+    std::optional<long> rowOf(RecordId id) const;
+    // The first row of a key. Without an index the table is passed through once.
+    std::optional<long> rowOf(const std::string& key) const;
+
+    // Opens the record of an id as it is now, with all of its fields, to read, change or delete it; IsEOF()
+    // where it is gone.
+    void open(RecordId id, CDaoRecordset& records) const;
+    // What is shown of a record is read anew: the caller has changed or deleted it.
+    void noteChanged(RecordId id);
+
+    // Visits the keys of all records that are shown, in their order, until visit gives false. Call it when
+    // the work is done.
+    void forEachKey(const std::function<bool(const std::string& key)>& visit) const;
+
+  private:
+    struct Page;
+    struct ReadRecord;
+
+    const ReadRecord& record(long row) const;
+    std::unique_ptr<Page> readPage(long first) const;
+    const std::vector<dao::RowNumber>& rows() const;
+    void search(bool showsAtOnce);
+    void forgetPages() const;
+
+    CDaoDatabase& database_;
+    std::string table_;
+    int keyField_ = -1;
+    std::unique_ptr<dao::TableRows> source_;
+    RecordOrder order_;
+    RecordFilter filter_;
+    std::unique_ptr<RowSearch> all_, shown_, next_;  // all records; those that are shown; those to come
+    std::string fault_;
+    mutable std::vector<std::unique_ptr<Page>> pages_;  // the last that was looked at comes first
+};
+
+// --- An index of the key field
+// ---------------------------------------------------------------------------------
+
+// Whether a table has so many records (20 000) that it deserves an index of the key field, and has none.
+bool NeedsIndex(CDaoDatabase& database, const std::string& table, const std::string& keyField);
+// Makes it. False: there is one already. Throws what the engine says.
+bool MakeIndex(CDaoDatabase& database, const std::string& table, const std::string& keyField);
+
+}  // namespace norvane
