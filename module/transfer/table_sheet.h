@@ -13,7 +13,7 @@
 #include <string>
 #include <vector>
 
-#include "module/transfer/table_sheet_values.h"
+#include "module/store/cell_values.h"
 #include "platform/ui/grid_source.h"
 
 namespace norvane {

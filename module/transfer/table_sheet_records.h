@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "module/transfer/table_sheet_values.h"
+#include "module/store/cell_values.h"
 #include "platform/dao/dao.h"
 
 namespace norvane {

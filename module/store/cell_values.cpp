@@ -1,4 +1,4 @@
-#include "module/transfer/table_sheet_values.h"
+#include "module/store/cell_values.h"
 
 #include <algorithm>
 #include <charconv>
