@@ -16,6 +16,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "module/store/stored_record.h"
 #include "platform/dao/dao.h"
 #include "platform/dao/table_rows.h"
 
@@ -94,9 +95,8 @@ class RecordView {
     // The first row of a key. Without an index the table is passed through once.
     std::optional<long> rowOf(const std::string& key) const;
 
-    // Opens the record of an id as it is now, with all of its fields, to read, change or delete it; IsEOF()
-    // where it is gone.
-    void open(RecordId id, CDaoRecordset& records) const;
+    // All values of a record, read now; none where it is gone. Throws what the engine says.
+    RecordValues values(long row) const;
     // What is shown of a record is read anew: the caller has changed or deleted it.
     void noteChanged(RecordId id);
 

@@ -100,6 +100,11 @@ void CDaoDatabase::IndexForSearch(const std::string& table, const std::vector<st
     connection().indexForSearch(table, fields);
 }
 
+void CDaoDatabase::CreateIndex(const std::string& table, const std::string& field) {
+    connection().createIndex(table, field);
+    connection().commit();
+}
+
 void CDaoDatabase::Execute(const std::string& sql, int options) {
     listIsFresh_ = false;
     connection().execute(sql, options);

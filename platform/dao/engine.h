@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "platform/dao/dao.h"
+#include "platform/dao/table_rows.h"
 
 namespace dao {
 
@@ -66,11 +67,15 @@ class Connection {
     // Makes an index by which records are found by these text fields without regard to case. An engine that
     // finds them fast enough without one makes none.
     virtual void indexForSearch(const std::string& /*table*/, const std::vector<std::string>& /*fields*/) {}
+    // Makes an index of one field, of a text without regard to case. Throws where it cannot be made.
+    virtual void createIndex(const std::string& table, const std::string& field);
 
     virtual void execute(const std::string& sql, int options) = 0;
     // parameters: a value for each ? of the statement. Any other number of them is an error.
     virtual std::unique_ptr<Cursor> open(int type, const std::string& sql, int options,
                                          const std::vector<Variant>& parameters) = 0;
+    // The records of a table by numbers; null where it has none.
+    virtual std::unique_ptr<TableRows> rows(const std::string& /*table*/) { return nullptr; }
 
     // What an earlier opening has read of the tables may serve again, where an engine keeps that. The caller
     // begins anew, after forgetKnownTables(), when something fails: the tables may have changed since.

@@ -84,6 +84,10 @@ void Connection::createPrimaryKey(const std::string& table, const std::vector<st
     throw CDaoException("The table " + table + " cannot get a primary key in a database of this kind.");
 }
 
+void Connection::createIndex(const std::string& table, const std::string&) {
+    throw CDaoException("The table " + table + " cannot get an index in a database of this kind.");
+}
+
 CompactReport Engine::compact(const Source&, const CompactProgress&) {
     throw CDaoException("A database of this kind cannot be compacted.");
 }

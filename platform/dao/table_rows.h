@@ -49,11 +49,23 @@ class TableRows {
 
     // The order of a field where an index has it, Null in front or, descending, behind; else null.
     virtual std::unique_ptr<Order> order(size_t field, bool descending) = 0;
-    // The records that have a text in a field, without regard to case, where an index finds them.
+    // The records that have a text in a field, without regard to case; nothing where only a pass would find
+    // them.
     virtual std::optional<std::vector<RowNumber>> find(size_t field, const std::string& text) = 0;
 
-    // The statement that gives a record alone, with all of its fields.
-    virtual std::string select(RowNumber row) const = 0;
+    // Whether order() and find() have an index of the field.
+    virtual bool hasIndex(size_t field) = 0;
+
+    // Whether a record that is changed gets another number, and that it has got one: reading finds it by the
+    // old one from then on.
+    virtual bool changesNumbers() const { return false; }
+    virtual void noteMoved(RowNumber /*row*/, RowNumber /*now*/) {}
+
+    // Lists and visits only records for which a condition of a WHERE holds from here on; parameters stand for
+    // its question marks. False: this is an engine for files, to whose records a caller comes as fast.
+    virtual bool restrictTo(const std::string& /*where*/, const std::vector<Variant>& /*parameters*/) {
+        return false;
+    }
 };
 
 // Throws where there is no such table. The database stays the caller's.

@@ -6,6 +6,7 @@
 #include "platform/dao/access/cursor.h"
 #include "platform/dao/access/errors.h"
 #include "platform/dao/access/fields.h"
+#include "platform/dao/access/table_rows.h"
 #include "platform/dao/access/virtual_table.h"
 #include "platform/dao/access_sql.h"
 #include "platform/dao/connect_string.h"
@@ -245,6 +246,21 @@ std::unique_ptr<Cursor> AccessConnection::open(int type, const std::string& sql,
             return std::make_unique<AccessCursor>(shared_from_this(), statement, parameters);
         prepare(statement.sql);
         return std::make_unique<sqlite::SnapshotCursor>(handle(), statement.sql, parameters);
+    });
+}
+
+std::unique_ptr<TableRows> AccessConnection::rows(const std::string& table) {
+    return std::make_unique<AccessRows>(shared_from_this(), table);
+}
+
+void AccessConnection::createIndex(const std::string& table, const std::string& field) {
+    changeSchema([&] {
+        const std::vector<CDaoFieldInfo>& present = this->table(table)->fields();
+        const int place = findField(present, field);
+        if (place < 0) noSuchField(field);
+        jet::Index index;
+        index.name = index.columns.emplace_back().column = present[static_cast<size_t>(place)].name;
+        db_.createIndex(table, index);
     });
 }
 

@@ -52,6 +52,8 @@ class AccessConnection : public FileConnection, public std::enable_shared_from_t
     void execute(const std::string& sql, int options) override;
     std::unique_ptr<Cursor> open(int type, const std::string& sql, int options,
                                  const std::vector<Variant>& parameters) override;
+    std::unique_ptr<TableRows> rows(const std::string& table) override;
+    void createIndex(const std::string& table, const std::string& field) override;
 
     jet::Database& database() { return db_; }
     sqlite3* handle() const { return sql_.get(); }

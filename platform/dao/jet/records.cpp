@@ -98,9 +98,11 @@ bool Records::next(RowId& row, Place& place) {
     return false;
 }
 
-void Records::list(RowId from, std::vector<RowId>& rows) {
+bool Records::list(RowId from, std::vector<RowId>& rows, size_t count) {
     const std::vector<uint32_t>& pages = space_.pages();
+    const size_t before = rows.size();
     for (auto it = std::lower_bound(pages.begin(), pages.end(), from.page); it != pages.end(); ++it) {
+        if (rows.size() - before >= count) return true;
         const PagePtr page = store_.file.page(*it, PageType::kData);
         const DataPage data(store_.format, page->view());
         if (data.owner() != definition_->page)
@@ -112,6 +114,7 @@ void Records::list(RowId from, std::vector<RowId>& rows) {
                 rows.push_back({*it, static_cast<uint8_t>(slot)});
         }
     }
+    return false;
 }
 
 Value Records::value(const RowView& row, size_t column) const {

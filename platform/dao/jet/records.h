@@ -30,8 +30,9 @@ class Records {
     bool find(RowId row, Place& place);
     // The first record at or behind a position; false at the end.
     bool next(RowId& row, Place& place);
-    // All records from a position on, without looking into them.
-    void list(RowId from, std::vector<RowId>& rows);
+    // Appends the records from a position on, without looking into them, up to the end of the page with which
+    // there are so many. False: there are no more.
+    bool list(RowId from, std::vector<RowId>& rows, size_t count = SIZE_MAX);
     // A value of a record. column: its position in the definition.
     Value value(const RowView& row, size_t column) const;
     RowView view(const Place& place) const { return RowView(store_.format, *definition_, place.bytes); }

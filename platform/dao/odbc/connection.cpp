@@ -8,6 +8,7 @@
 #include "platform/dao/errors.h"
 #include "platform/dao/names.h"
 #include "platform/dao/odbc/cursor.h"
+#include "platform/dao/odbc/table_rows.h"
 #include "platform/dao/odbc/wide_text.h"
 #include "platform/dao/sql_tokens.h"
 #include "platform/text/text.h"
@@ -334,6 +335,12 @@ std::unique_ptr<Cursor> OdbcConnection::open(int type, const std::string& sql, i
     return std::make_unique<OdbcCursor>(shared_from_this(), statement, type, parameters);
 }
 
+std::unique_ptr<TableRows> OdbcConnection::rows(const std::string& table) {
+    const Table& of = required(table);
+    if (!PostgresRows::serves(*this, of)) return nullptr;
+    return std::make_unique<PostgresRows>(shared_from_this(), of);
+}
+
 // Who asks for the same records waits until the transaction ends: two that save one record must not both find
 // none, and two that save different ones do not wait for each other. The statement names the records, so it
 // names the lock; in one case, since one client may write a table's name in capitals and another not.
@@ -358,6 +365,19 @@ void OdbcConnection::indexForSearch(const std::string& table, const std::vector<
         keys.push_back("upper(" + dialect().written(fieldsOf(of)[static_cast<size_t>(field)].name) + ")");
     }
     run("CREATE INDEX ON " + written(of) + " (" + text::join(keys, ", ") + ")");
+}
+
+void OdbcConnection::createIndex(const std::string& table, const std::string& field) {
+    const Table& of = required(table);
+    const int place = findField(fieldsOf(of), field);
+    if (place < 0) noSuchField(field);
+    const CDaoFieldInfo& info = fieldsOf(of)[static_cast<size_t>(place)];
+    const std::string column = dialect().written(info.name);
+    if (dialect().postgres)
+        run("CREATE INDEX ON " + written(of) + " (" + PostgresRows::indexed(column, info.type) + ")");
+    else
+        run("CREATE INDEX " + dialect().written(dialect().forNew(of.name + "_" + info.name)) + " ON " +
+            written(of) + " (" + column + ")");
 }
 
 // --- Transactions -----------------------------------------------------------------------------------------

@@ -5,12 +5,14 @@
 #include <utility>
 
 #include "platform/dao/access_sql.h"
+#include "platform/dao/convert.h"
 #include "platform/dao/errors.h"
 #include "platform/dao/names.h"
 #include "platform/dao/sql_tokens.h"
 #include "platform/dao/sqlite/cursor.h"
 #include "platform/dao/sqlite/geopackage.h"
 #include "platform/dao/sqlite/schema.h"
+#include "platform/dao/sqlite/table_rows.h"
 #include "platform/files/files.h"
 #include "platform/text/text.h"
 
@@ -291,6 +293,29 @@ std::unique_ptr<Cursor> SqliteConnection::open(int type, const std::string& sql,
         }
     }
     return std::make_unique<SnapshotCursor>(handle(), shownColumns(statement), parameters);
+}
+
+std::unique_ptr<TableRows> SqliteConnection::rows(const std::string& table) {
+    bool isView = false;
+    const std::string name = findTable(table, isView);
+    if (name.empty()) noSuchTable(table);
+    const std::string rowId = isView ? "" : rowIdOf(name);
+    if (rowId.empty()) return nullptr;
+    return std::make_unique<SqliteRows>(shared_from_this(), name, rowId);
+}
+
+void SqliteConnection::createIndex(const std::string& table, const std::string& field) {
+    requireTable(table);
+    const std::vector<CDaoFieldInfo> all = fields(table);
+    const int place = findField(all, field);
+    if (place < 0) noSuchField(field);
+    const CDaoFieldInfo& of = all[static_cast<size_t>(place)];
+    // A table of another program may compare its texts as they are written.
+    const std::string collation = isTextType(of.type) ? " COLLATE NOCASE" : "";
+    changeSchema([&] {
+        run("CREATE INDEX " + quotedName(table + " by " + of.name) + " ON " + quotedName(table) + " (" +
+            quotedName(of.name) + collation + ")");
+    });
 }
 
 // The statement without the key that is no field.
