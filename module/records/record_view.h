@@ -10,8 +10,10 @@
 
 #include <chrono>
 #include <functional>
+#include <list>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <unordered_set>
 #include <vector>
@@ -23,6 +25,7 @@
 namespace norvane {
 
 class Condition;
+class KeyFinder;
 class RowSearch;
 
 // Which record it is, whatever row it stands in.
@@ -97,8 +100,10 @@ class RecordView {
 
     // All values of a record, read now; none where it is gone. Throws what the engine says.
     RecordValues values(long row) const;
-    // What is shown of a record is read anew: the caller has changed or deleted it.
-    void noteChanged(RecordId id);
+    // What is shown of records is read anew: the caller, or somebody else, has changed or deleted some.
+    void noteChanged();
+    // Whether records that were found are gone, so that refresh() would show others.
+    bool isOutdated() const { return isOutdated_; }
 
     // Visits the keys of all records that are shown, in their order, until visit gives false. Call it when
     // the work is done.
@@ -108,21 +113,30 @@ class RecordView {
     struct Page;
     struct ReadRecord;
 
-    const ReadRecord& record(long row) const;
-    std::unique_ptr<Page> readPage(long first) const;
+    std::unique_ptr<RowSearch> newSearch();
+    void look(bool showsAtOnce);
+    RowSearch* underWay() const;
+    void takeEnded();
     const std::vector<dao::RowNumber>& rows() const;
-    void search(bool showsAtOnce);
-    void forgetPages() const;
+
+    const ReadRecord& record(long row) const;
+    Page readPage(long first) const;
+    void readInto(Page& page, std::span<const dao::RowNumber> wanted) const;
+    void followMoved(Page& page, std::span<const dao::RowNumber> wanted) const;
 
     CDaoDatabase& database_;
-    std::string table_;
+    std::string table_, keyName_;
+    std::shared_ptr<dao::TableRows> source_, newSource_;
     int keyField_ = -1;
-    std::unique_ptr<dao::TableRows> source_;
     RecordOrder order_;
     RecordFilter filter_;
-    std::unique_ptr<RowSearch> all_, shown_, next_;  // all records; those that are shown; those to come
+    std::unique_ptr<RowSearch> all_;            // all records
+    std::unique_ptr<RowSearch> shown_;          // those that are shown; null for all
+    std::unique_ptr<RowSearch> next_, allNew_;  // what will take their places
     std::string fault_;
-    mutable std::vector<std::unique_ptr<Page>> pages_;  // the last that was looked at comes first
+    mutable std::list<Page> pages_;  // the last that was looked at comes first
+    mutable bool isOutdated_ = false;
+    mutable std::unique_ptr<KeyFinder> finder_;  // made when it is first needed
 };
 
 // --- An index of the key field

@@ -1,0 +1,215 @@
+// Tables that are odd, large or damaged under the eyes of a view.
+#include "tests/module/records/trees.h"
+
+using norvane::RecordFilter;
+using norvane::RecordView;
+
+namespace {
+
+class RecordViewFaults : public ::testing::TestWithParam<std::string> {
+  protected:
+    RecordViewFaults() { database_.Create(folder_("faults." + GetParam())); }
+
+    ScratchFolder folder_;
+    CDaoDatabase database_;
+};
+
+TEST_P(RecordViewFaults, ATableOf255ColumnsWithLongTextsAndNoKeyIsShown) {
+    CDaoTableDef table(&database_);
+    table.Create("WIDE");
+    for (int i = 0; i < 253; ++i) table.CreateField("COLUMN_" + std::to_string(i), dbLong, 4);
+    table.CreateField("STORY", dbMemo, 0);
+    table.CreateField("PICTURE", dbLongBinary, 0);
+    table.Append();
+    table.Close();
+    // Two bytes a letter, so that a text cut anywhere would be cut in a letter.
+    std::string story;
+    for (int i = 0; i < 50'000; ++i) story += "\xC3\xA4";
+    CDaoRecordset records(&database_);
+    records.Open(dbOpenDynaset, "SELECT * FROM WIDE");
+    for (int row = 0; row < 70; ++row) {
+        records.AddNew();
+        records.SetFieldValue(252, row);
+        records.SetFieldValue(253, "x" + story + (row == 69 ? " the end" : ""));
+        records.SetFieldValue(254, dao::Binary(100'000, 7));
+        records.Update();
+    }
+    records.Close();
+    RecordView view(database_, "WIDE", "PT_ID");
+    while (view.work(std::chrono::milliseconds(10))) {
+    }
+    ASSERT_EQ(view.shown(), 70);
+    EXPECT_EQ(view.keyField(), -1);
+    EXPECT_EQ(view.key(69), "");
+    EXPECT_EQ(view.text(69, 252), "69");
+    const std::string shown = view.text(69, 253);
+    EXPECT_LT(shown.size(), 2000U) << "the beginning";
+    EXPECT_EQ(shown.size() % 2, 1U) << "whole letters";
+    EXPECT_EQ(view.values(69)[253], dao::Variant("x" + story + " the end")) << "the whole";
+    EXPECT_EQ(view.rowOf(std::string("1")), std::nullopt);
+    RecordFilter filter;
+    filter.words = "end";
+    view.setFilter(filter);
+    workAll(view);
+    EXPECT_EQ(view.shown(), 1) << "a word is found at the end of a long text";
+    filter.words.clear();
+    filter.keys = std::make_shared<norvane::RecordKeys>(norvane::RecordKeys{"1"});
+    view.setFilter(filter);
+    workAll(view);
+    EXPECT_EQ(view.shown(), 0) << "no record has a key";
+    filter.withoutKeys = true;
+    view.setFilter(filter);
+    workAll(view);
+    EXPECT_EQ(view.shown(), 70);
+}
+
+TEST_P(RecordViewFaults, ATableThatIsDroppedIsTold) {
+    makeTreeTable(database_);
+    addTrees(database_, "TREES", someTrees(100));
+    RecordView view(database_, "TREES", "PT_ID");
+    workAll(view);
+    EXPECT_EQ(view.text(0, kId), "T0");
+    database_.DeleteTableDef("TREES");
+    EXPECT_TRUE(view.text(99, kId).starts_with("#Error: ")) << view.text(99, kId);
+    EXPECT_EQ(view.key(99), "");
+    RecordFilter filter;
+    filter.words = "oak";
+    view.setFilter(filter);
+    while (view.work(std::chrono::milliseconds(10))) {
+    }
+    EXPECT_NE(view.fault().find("TREES"), std::string::npos) << view.fault();
+    view.refresh();
+    EXPECT_NE(view.fault().find("TREES"), std::string::npos) << view.fault();
+    EXPECT_ANY_THROW(RecordView(database_, "TREES", "PT_ID"));
+}
+
+TEST_P(RecordViewFaults, FieldsThatHaveChangedAreReadAnew) {
+    makeTreeTable(database_);
+    addTrees(database_, "TREES", someTrees(10));
+    RecordView view(database_, "TREES", "PT_ID");
+    view.sortBy({kSpecies, false});
+    workAll(view);
+    CDaoTableDef table(&database_);
+    table.Open("TREES");
+    table.DeleteField("GIS_KEY");
+    table.Close();
+    view.refresh();
+    workAll(view);
+    EXPECT_EQ(view.fields()[1].name, "SPECIES");
+    EXPECT_EQ(view.order().field, -1) << "the old order means another field now";
+    EXPECT_EQ(view.text(0, kId), "T0");
+    EXPECT_EQ(view.text(0, 1), "Oak");
+}
+
+TEST_P(RecordViewFaults, AnEmptyTableHasNoRows) {
+    makeTreeTable(database_);
+    RecordView view(database_, "TREES", "PT_ID");
+    for (norvane::RecordOrder order : {norvane::RecordOrder{}, {kHeight, true}, {kSpecies, false}}) {
+        view.sortBy(order);
+        workAll(view);
+        EXPECT_EQ(view.shown(), 0);
+    }
+    EXPECT_EQ(view.rowOf(std::string("T1")), std::nullopt);
+    EXPECT_FALSE(norvane::NeedsIndex(database_, "TREES", "PT_ID"));
+}
+
+TEST_P(RecordViewFaults, ALargeTableDeservesAnIndexThatOthersCanUse) {
+    makeTreeTable(database_);
+    addTrees(database_, "TREES", someTrees(20'000));
+    EXPECT_FALSE(norvane::NeedsIndex(database_, "TREES", "PT_ID"));
+    addTrees(database_, "TREES", {{"t20000", "Oak", 1.0, 20'000, ""}});
+    EXPECT_TRUE(norvane::NeedsIndex(database_, "TREES", "PT_ID"));
+    EXPECT_FALSE(norvane::NeedsIndex(database_, "TREES", "NO_FIELD"));
+    EXPECT_TRUE(norvane::MakeIndex(database_, "TREES", "PT_ID"));
+    EXPECT_FALSE(norvane::NeedsIndex(database_, "TREES", "PT_ID"));
+    EXPECT_ANY_THROW(norvane::MakeIndex(database_, "TREES", "NO_FIELD"));
+    RecordView view(database_, "TREES", "PT_ID");
+    workAll(view);
+    EXPECT_EQ(view.rowOf(std::string("T20000")), 20'000) << "in any case of letters";
+    // Other programs have nothing to complain of, and records come and go as before.
+    addTrees(database_, "TREES", {{"T20001", "Oak", 1.0, 20'001, ""}});
+    database_.Execute("DELETE FROM TREES WHERE PT_ID = 'T5'");
+    database_.Close();
+    const std::string file = folder_("faults." + GetParam());
+    if (GetParam() == "mdb") {
+        EXPECT_EQ(outputOf("'" NORVANE_BIN_DIR "/jet' check '" + file + "'"), "");
+        EXPECT_EQ(outputOf("mdb-export -b strip '" + file + "' TREES | wc -l"), "20002\n")
+            << "with its heading";
+        const std::string schema = outputOf("mdb-schema --indexes '" + file + "' postgres");
+        EXPECT_NE(schema.find("INDEX"), std::string::npos) << schema;
+    } else {
+        EXPECT_EQ(outputOf("sqlite3 '" + file + "' 'PRAGMA integrity_check; SELECT count(*) FROM TREES'"),
+                  "ok\n20001\n");
+        EXPECT_NE(
+            outputOf("sqlite3 '" + file + "' \"EXPLAIN QUERY PLAN SELECT * FROM TREES WHERE PT_ID = 'T7'\"")
+                .find("USING INDEX"),
+            std::string::npos);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Files, RecordViewFaults, ::testing::Values("mdb", "sqlite", "gpkg"),
+                         [](const auto& kind) { return kind.param; });
+
+// Tables of other programs in an SQLite file.
+class ForeignTables : public ::testing::Test {
+  protected:
+    void make(const std::string& sql) {
+        const std::string file = folder_("foreign.sqlite");
+        writeFile(folder_("make.sql"), sql);
+        ASSERT_EQ(outputOf("sqlite3 '" + file + "' < '" + folder_("make.sql") + "'"), "");
+        database_.Open(file);
+    }
+
+    ScratchFolder folder_;
+    CDaoDatabase database_;
+};
+
+TEST_F(ForeignTables, ViewsAndTablesWithoutRowIdsAreShown) {
+    make(
+        "CREATE TABLE T (PT_ID TEXT PRIMARY KEY, N INTEGER) WITHOUT ROWID;"
+        "INSERT INTO T VALUES ('b', 2), ('a', 1), ('c', 10);"
+        "CREATE VIEW V AS SELECT * FROM T WHERE N > 1;");
+    for (const char* name : {"T", "V"}) {
+        RecordView view(database_, name, "PT_ID");
+        view.sortBy({1, true});
+        workAll(view);
+        std::vector<std::string> keys = keysOf(view);
+        ASSERT_GE(keys.size(), 2U);
+        EXPECT_EQ(keys[0], "C") << name;
+        EXPECT_EQ(keys[1], "B") << name;
+        EXPECT_EQ(view.rowOf(std::string("B")), 1);
+        EXPECT_EQ(view.text(0, 1), "10");
+    }
+}
+
+TEST_F(ForeignTables, AnIndexThatTellsCapitalsFromOtherLettersIsNotUsed) {
+    make(
+        "CREATE TABLE T (rowid TEXT, NAME TEXT);"
+        "CREATE INDEX BY_NAME ON T (NAME); CREATE INDEX SOME ON T (rowid) WHERE rowid > 'm';"
+        "INSERT INTO T VALUES ('x', 'b'), ('y', 'C'), ('a', 'a'), ('z', 'B');");
+    RecordView view(database_, "T", "NAME");
+    view.sortBy({1, false});
+    workAll(view);
+    EXPECT_EQ(keysOf(view), (std::vector<std::string>{"A", "B", "B", "C"}));
+    EXPECT_EQ(view.text(1, 0), "x") << "records of one value stay in the order of the table";
+    view.sortBy({0, false});
+    workAll(view);
+    EXPECT_EQ(view.shown(), 4) << "an index of some records is none of all";
+    EXPECT_TRUE(norvane::MakeIndex(database_, "T", "NAME"));
+    view.sortBy({1, true});
+    workAll(view);
+    EXPECT_EQ(keysOf(view), (std::vector<std::string>{"C", "B", "B", "A"}));
+}
+
+TEST_F(ForeignTables, ValuesOfOtherTypesThanTheirColumnAreInOrderToo) {
+    make(
+        "CREATE TABLE T (PT_ID TEXT, V INTEGER);"
+        "INSERT INTO T VALUES ('text', 'zebra'), ('big', 9007199254740993), ('null', NULL),"
+        "('less', 9007199254740990), ('none', ''), ('real', -0.5);");
+    RecordView view(database_, "T", "PT_ID");
+    view.sortBy({1, false});
+    workAll(view);
+    EXPECT_EQ(keysOf(view), (std::vector<std::string>{"NULL", "REAL", "LESS", "BIG", "NONE", "TEXT"}));
+}
+
+}  // namespace
