@@ -1,4 +1,4 @@
-// The drawing as lists of groups: entities, symbol tables and selection sets.
+// The drawing as lists of groups: entities, symbol tables, dictionaries and selection sets.
 //
 // A group list is a chain of resbufs whose restype is a DXF group code. Points (10 with 20 and 30) are one
 // item. Group -1 is the entity's name, 330 and the like are names, -3 begins the extended data: each
@@ -52,9 +52,31 @@ int acdbRegApp(const char* application);
 // unless allowed, no vertical bar. RTNORM or RTERROR.
 int acdbSNValid(const char* name, int allowBar);
 
+// --- Dictionaries -------------------------------------------------------------------------------------
+// Objects with names that hang below the drawing's named object dictionary: dictionaries, and XRECORDs, which
+// hold groups of a program's own. Names compare without regard to case. A file of R12 has no place for any of
+// them: they live until the drawing is closed.
+
+// The drawing's named object dictionary, made when it is missing.
+int acdbNamedObjDict(ads_name dictionary);
+// A DICTIONARY or XRECORD that belongs to no dictionary yet, from its groups (of an XRECORD those behind
+// 100 AcDbXrecord; codes from 1 to 369 but 5 and 105); entities as by acdbEntMake. result names it.
+int acdbEntMakeX(const resbuf* list, ads_name result);
+// The object of a name, as acdbEntGet gives it; null when there is none. setNext not 0: acdbDictNext goes on
+// behind it.
+resbuf* acdbDictSearch(const ads_name dictionary, const char* name, int setNext);
+// The next object of a dictionary; rewind not 0 starts over. Null at the end.
+resbuf* acdbDictNext(const ads_name dictionary, int rewind);
+// Gives an object a name in a dictionary, which owns it from then on. RTERROR when the name is taken or is
+// none (acdbSNValid), or the object has an owner already.
+int acdbDictAdd(const ads_name dictionary, const char* name, const ads_name object);
+// Takes a name out and erases its object, with all that hangs below it. acdbEntDel does the same.
+int acdbDictRemove(const ads_name dictionary, const char* name);
+int acdbDictRename(const ads_name dictionary, const char* from, const char* to);
+
 // --- Selection sets -----------------------------------------------------------------------------------
 
-// mode: null asks the user; "X" the whole drawing; "L" the last entity; "P" the previous set; "F" along a
+// mode: null asks the user; "I" what is selected already; "X" the whole drawing; "L" the last entity; "P" the previous set; "F" along a
 // fence and "WP", "CP" inside or crossing a polygon (first: a list of points as resbufs); "W" inside and "C"
 // crossing the box of two points (ads_point). filter: groups that must match, with -4 "<and" "and>" "<or"
 // "or>"
@@ -71,7 +93,18 @@ int acedSSAdd(const ads_name entity, const ads_name set, ads_name result);
 int acedSSDel(const ads_name entity, const ads_name set);
 // RTNORM when the entity is a member.
 int acedSSMemb(const ads_name entity, const ads_name set);
-// Makes the members of a set what the window has selected, so that it shows their properties. They do not
-// answer the next prompt for entities, as those that the user has selected would.
-int acedSSSetFirst(const ads_name set);
+
+// What is selected before a command begins: by the user in the window, or by a program. The next command that
+// asks for objects takes it as its answer, and so does acedSSGet with the mode "I". A command that has
+// changed the drawing, Escape and another drawing empty it.
+
+// Makes the members of a set the selection, and lets the window show them; null, or a set without members,
+// empties it. The second argument counts for nothing. RTERROR for what is no set.
+int acedSSSetFirst(const ads_name set, const ads_name unused);
+// *selection is a new item for the caller to release: RTPICKS with a new set, which the caller frees, or
+// RTNIL when nothing is selected. *grips is RTNIL always. Both may be null.
+int acedSSGetFirst(resbuf** grips, resbuf** selection);
+// Lets the window show the members of a set and their properties. The next command does not take them, as
+// the user has not selected them.
+int acedSSShow(const ads_name set);
 }
