@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "hostcad/ads/group_lists.h"
+#include "hostcad/drawing/dictionaries.h"
 #include "hostcad/drawing/entity_builder.h"
 #include "hostcad/drawing/host_names.h"
 #include "platform/ads/entities.h"
@@ -221,7 +222,9 @@ int acdbEntLast(ads_name last) {
 int acdbEntDel(const ads_name entity) {
     ObjectId id = idOf(entity);
     Drawing& drawing = currentDrawing();
-    if (!id || drawing.object(id).kind != ObjectKind::Entity) return RTERROR;
+    if (!id) return RTERROR;
+    if (isNamedObject(drawing, id)) return removeNamedObject(drawing, id) ? RTNORM : RTERROR;
+    if (drawing.object(id).kind != ObjectKind::Entity) return RTERROR;
     drawing.setErased(id, !drawing.object(id).erased);
     return RTNORM;
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "hostcad/ads/group_lists.h"
+#include "hostcad/drawing/dictionaries.h"
 #include "hostcad/drawing/entity_builder.h"
 #include "hostcad/drawing/host_names.h"
 #include "platform/ads/entities.h"
@@ -152,26 +153,55 @@ const std::string& lastBlockMade() {
 
 }  // namespace hostcad
 
-extern "C" int acdbEntMake(const resbuf* list) {
-    Drawing& drawing = currentDrawing();
-    std::vector<Group> given, xdata;
+namespace {
+
+// The groups of a list, with the type in capitals. False without a type, and for bad extended data.
+bool readList(Drawing& drawing, const resbuf* list, std::vector<Group>& given) {
+    std::vector<Group> xdata;
     for (; list; list = list->rbnext) {
         if (list->restype == -3) {
             if (!xdataFromList(drawing, list->rbnext, xdata) || xdataSize(xdata) > kMostXDataBytes)
-                return RTERROR;
+                return false;
             break;
         }
         if (list->restype >= 0) given.push_back(groupOf(drawing, *list));
     }
     given.insert(given.end(), xdata.begin(), xdata.end());
-    std::string type = text::upper(textOf(given, 0));
     for (Group& group : given)
-        if (group.code == 0) group = drawing.arena().text(0, type);
-    if (type.empty()) return RTERROR;
+        if (group.code == 0) group = drawing.arena().text(0, text::upper(group.text()));
+    return !textOf(given, 0).empty();
+}
+
+int makeGiven(Drawing& drawing, Groups given) {
+    const std::string_view type = textOf(given, 0);
     if (type == "BLOCK") return beginBlock(drawing, given);
     if (type == "ENDBLK") return endBlock(drawing);
     if (std::string_view marker = recordMarker(type); !marker.empty())
         return makeRecord(drawing, type, marker, given);
     if (type == "VERTEX" || type == "ATTRIB" || type == "SEQEND") return makeSubentity(drawing, given, type);
     return makeEntity(drawing, given, type);
+}
+
+}  // namespace
+
+extern "C" {
+
+int acdbEntMake(const resbuf* list) {
+    Drawing& drawing = currentDrawing();
+    std::vector<Group> given;
+    return readList(drawing, list, given) ? makeGiven(drawing, given) : RTERROR;
+}
+
+int acdbEntMakeX(const resbuf* list, ads_name result) {
+    Drawing& drawing = currentDrawing();
+    std::vector<Group> given;
+    if (!result || !readList(drawing, list, given)) return RTERROR;
+    const std::string_view type = textOf(given, 0);
+    if (type != "DICTIONARY" && type != "XRECORD")
+        return makeGiven(drawing, given) == RTNORM ? acdbEntLast(result) : RTERROR;
+    const ObjectId id = makeNamedObject(drawing, given);
+    if (!id) return RTERROR;
+    nameOf(id, result);
+    return RTNORM;
+}
 }

@@ -86,6 +86,12 @@ int select(std::string_view mode, const void* first, const void* second, const E
         int status = Host::current() ? selectObjects(*Host::current(), chosen) : RTERROR;
         if (status != RTNORM) return status;
         for (ObjectId id : chosen.members()) addMatching(id);
+    } else if (mode == "I") {
+        ImpliedSelection* implied = Host::current() ? &Host::current()->selection() : nullptr;
+        if (implied)
+            for (ObjectId id : implied->members()) addMatching(id);
+        // Whoever has taken it does not get it from the next prompt again.
+        if (implied && set.size() > 0) implied->withdraw();
     } else if (mode == "X") {
         for (ObjectId id = drawing.firstEntity(); id; id = drawing.nextEntity(id)) addMatching(id);
         for (ObjectId block = drawing.firstBlock(); block; block = drawing.nextBlock(block))
@@ -167,13 +173,35 @@ int acedSSMemb(const ads_name entity, const ads_name set) {
     return selection && selection->contains(idOf(entity)) ? RTNORM : RTERROR;
 }
 
-int acedSSSetFirst(const ads_name set) {
+int acedSSSetFirst(const ads_name set, const ads_name) {
+    Host* host = Host::current();
+    const bool isNone = !set || ads_name_nil(set);
+    const SelectionSet* selection = isNone ? nullptr : selectionOf(set);
+    if (!host || (!isNone && !selection)) return RTERROR;
+    host->select(selection ? selection->members() : std::vector<ObjectId>());
+    return RTNORM;
+}
+
+int acedSSGetFirst(resbuf** grips, resbuf** selection) {
+    if (!Host::current()) return RTERROR;
+    if (grips) *grips = acutNewRb(RTNIL);
+    if (!selection) return RTNORM;
+    const std::vector<ObjectId> members = Host::current()->selection().members();
+    *selection = acutNewRb(members.empty() ? RTNIL : RTPICKS);
+    if (members.empty()) return RTNORM;
+    SelectionSet set;
+    for (ObjectId id : members) set.add(id);
+    nameSelection(std::move(set), (*selection)->resval.rlname);
+    return RTNORM;
+}
+
+int acedSSShow(const ads_name set) {
     const SelectionSet* selection = selectionOf(set);
     Host* host = Host::current();
     if (!selection || !host) return RTERROR;
     std::vector<EntityName> names;
     for (ObjectId id : selection->members()) nameOf(id, names.emplace_back().data());
-    host->view().select(names);
+    host->view().present(names);
     return RTNORM;
 }
 }

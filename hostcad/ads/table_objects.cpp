@@ -237,6 +237,10 @@ std::vector<AcDbObjectId> AcDbDatabase::entities() const {
     return ids;
 }
 
+bool AcDbDatabase::holdsDictionaries() const {
+    return hasSubclasses(currentDrawing().version());
+}
+
 int AcDbDatabase::addObserver(std::function<void(AcDbObjectId)> observer) {
     Drawing& drawing = currentDrawing();
     return drawing.addObserver([&drawing, told = std::move(observer)](ObjectId id, Change) {

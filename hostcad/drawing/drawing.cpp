@@ -198,6 +198,31 @@ ObjectId Drawing::appendBlock(Groups begin, Groups end) {
     return id;
 }
 
+ObjectId Drawing::appendObject(Groups groups) {
+    ObjectId id = add(ObjectKind::Object, groups);
+    objects_[id].isOfProgram = true;
+    linkInto(section("OBJECTS"), id);
+    added(id);
+    return id;
+}
+
+ObjectId Drawing::makeNamedObjects() {
+    if (namedObjects_) return namedObjects_;
+    std::vector<Group> groups{arena_.text(0, "DICTIONARY"), handleGroup(5, newHandle()), handleGroup(330, 0),
+                              arena_.text(100, "AcDbDictionary"), integerGroup(281, 1)};
+    namedObjects_ = add(ObjectKind::Object, groups);
+    objects_[namedObjects_].isOfProgram = true;
+    // Readers take the first dictionary for it.
+    Section& objects = section("OBJECTS");
+    objects_[namedObjects_].next = objects.first;
+    if (objects.first)
+        objects_[objects.first].previous = namedObjects_;
+    else
+        objects.last = namedObjects_;
+    objects.first = namedObjects_;
+    return namedObjects_;
+}
+
 // --- Observers ----------------------------------------------------------------------------------------
 
 int Drawing::addObserver(Observer observer) {

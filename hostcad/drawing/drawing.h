@@ -45,9 +45,10 @@ struct Object {
     uint32_t count = 0;
     ObjectKind kind = ObjectKind::Other;
     bool erased = false;
-    bool hidden = false;  // stands for something that the file does not have; never written
-    uint64_t handle = 0;  // 0: none
-    ObjectId next = 0;    // behind it in its section, table, block or entity
+    bool hidden = false;       // stands for something that the file does not have; never written
+    bool isOfProgram = false;  // of the OBJECTS section, and not from a file
+    uint64_t handle = 0;       // 0: none
+    ObjectId next = 0;         // behind it in its section, table, block or entity
     ObjectId previous = 0;
     // What it is a part of: the table, block (the space for an entity of the drawing), or main entity.
     ObjectId owner = 0;
@@ -139,6 +140,13 @@ class Drawing {
     ObjectId appendRecord(std::string_view table, Groups groups);
     // A block definition from its BLOCK and ENDBLK; its record is added apart.
     ObjectId appendBlock(Groups begin, Groups end);
+    // At the end of the OBJECTS section. It is written as soon as it has an owner (group 330), which a file
+    // of R12 has no place for.
+    ObjectId appendObject(Groups groups);
+    // The dictionary that all named objects hang below, or 0; and the same made where it is missing, which is
+    // no change of the drawing: it is written when it holds something.
+    ObjectId namedObjects() const { return namedObjects_; }
+    ObjectId makeNamedObjects();
 
     // --- Blocks and tables ----------------------------------------------------------------------------
 
@@ -250,6 +258,7 @@ class Drawing {
     uint64_t nextHandle_ = 1;
     ObjectId modelSpace_ = 0;
     ObjectId paperSpace_ = 0;
+    ObjectId namedObjects_ = 0;
     std::unordered_map<std::string, ObjectId> headerVariables_;
     std::unordered_map<std::string, ObjectId> tables_;
     mutable std::unordered_map<ObjectId, SymbolIndex> symbolIndexes_;

@@ -46,6 +46,7 @@ void DrawingLoader::add(Groups groups) {
     ObjectId id = d.add(kind, groups);
     d.linkInto(d.sections_.back(), id);
     if (kind == ObjectKind::HeaderVariable) d.headerVariables_.emplace(groups[0].text(), id);
+    if (kind == ObjectKind::Object && type == "DICTIONARY" && !d.namedObjects_) d.namedObjects_ = id;
 }
 
 void DrawingLoader::addToTables(Groups groups, std::string_view type) {
@@ -108,6 +109,8 @@ void DrawingLoader::addEntity(ObjectId block, Groups groups, std::string_view ty
 
 std::unique_ptr<Drawing> DrawingLoader::finish(DxfFormat format) {
     drawing_->format_ = format;
+    // What old files have in such a section is carried along, and is not understood.
+    if (!hasSubclasses(format.version)) drawing_->namedObjects_ = kNoObject;
     assignSpaces();
     assignHandles();
     return std::move(drawing_);

@@ -1,6 +1,7 @@
 #include <charconv>
 #include <limits>
 
+#include "hostcad/drawing/dictionaries.h"
 #include "hostcad/dxf/binary_codes.h"
 #include "hostcad/dxf/dxf.h"
 #include "hostcad/dxf/text_codec.h"
@@ -181,8 +182,12 @@ class Writer {
     // A section that the file did not have, and that holds nothing for it now.
     bool isHidden(const Section& section) const {
         ObjectId id = section.first;
-        while (id && drawing_.object(id).hidden) id = drawing_.object(id).next;
+        while (id && !isOfFile(id)) id = drawing_.object(id).next;
         return section.first && !id;
+    }
+
+    bool isOfFile(ObjectId id) const {
+        return !drawing_.object(id).hidden && isWritten(drawing_, id, format_.version);
     }
 
     void writeSection(const Section& section) {
@@ -194,7 +199,7 @@ class Writer {
 
     void writeObject(ObjectId id) {
         const Object& object = drawing_.object(id);
-        if (object.erased || object.hidden) return;
+        if (object.erased || !isOfFile(id)) return;
         if (object.kind == ObjectKind::HeaderVariable && writeVariable(id)) return;
         if (fit_.keepsAll()) {
             putGroups(drawing_.groups(id));

@@ -8,7 +8,21 @@ void CommandLine::prepare(int bits, std::string_view keywords) {
 }
 
 Input CommandLine::nextInput(const Prompt& prompt) {
-    return source_.next(prompt);
+    for (Input& input : selection_.take(prompt)) ahead_.push_back(std::move(input));
+    if (ahead_.empty()) return source_.next(prompt);
+    Input input = std::move(ahead_.front());
+    ahead_.pop_front();
+    return input;
+}
+
+void CommandLine::offerSelection() {
+    ahead_.clear();
+    selection_.offer();
+}
+
+void CommandLine::withdrawSelection() {
+    ahead_.clear();
+    selection_.withdraw();
 }
 
 Answer CommandLine::ask(Prompt prompt, const Conventions& conventions) {

@@ -1,10 +1,12 @@
 // The command line: where all text goes out and all answers come in.
 #pragma once
 
+#include <deque>
 #include <optional>
 #include <string>
 #include <string_view>
 
+#include "hostcad/editor/implied_selection.h"
 #include "hostcad/editor/prompt.h"
 
 namespace hostcad {
@@ -36,8 +38,12 @@ class CommandLine {
     void prepare(int bits, std::string_view keywords);
     // Asks until an answer fits. The rules of prepare() are used up.
     Answer ask(Prompt prompt, const Conventions& conventions);
-    // One input from the user, whatever it is.
+    // One input from the user, whatever it is: what is selected already, where the prompt may take that.
     Input nextInput(const Prompt& prompt);
+    // What is selected may answer the first prompt from now on, or no longer.
+    void offerSelection();
+    void withdrawSelection();
+    ImpliedSelection& selection() { return selection_; }
     bool isAnsweredByScript() const { return source_.isScript(); }
     // The keyword or other text that the last prompt got in place of a value.
     const std::string& lastWord() const { return lastWord_; }
@@ -45,6 +51,8 @@ class CommandLine {
   private:
     Output& output_;
     InputSource& source_;
+    ImpliedSelection selection_;
+    std::deque<Input> ahead_;  // of the selection, for the prompts to come
     int bits_ = 0;
     std::string keywords_;
     std::string lastWord_;

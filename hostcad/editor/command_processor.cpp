@@ -65,8 +65,10 @@ bool CommandProcessor::start(std::string_view typed) {
     command_ = factories_[name](host_);
     activeName_ = name;
     if (command_->isUndoable()) currentDrawing().beginUndoGroup();
+    changesBefore_ = currentDrawing().changes();
     command_->start();
     settle();
+    takeSelection();
     return true;
 }
 
@@ -131,7 +133,17 @@ void CommandProcessor::settle() {
     if (command_ && command_->isDone()) end();
 }
 
+// A command that a program runs has its answers from the program, but for what that has selected for it.
+void CommandProcessor::takeSelection() {
+    if (!command_ || !isScripted_) return;
+    for (const Input& input : host_.selection().takeForProgram(command_->prompt()))
+        if (command_) feed(input);
+}
+
 void CommandProcessor::end() {
+    // What a command was to work on is done with.
+    const bool hasChanged = command_->isUndoable() && currentDrawing().changes() != changesBefore_;
+    if (hasChanged && !host_.selection().isEmpty()) host_.select({});
     if (command_->isUndoable()) currentDrawing().endUndoGroup();
     command_.reset();
     activeName_.clear();

@@ -57,6 +57,7 @@ class CommandProcessor {
   private:
     bool start(std::string_view typed);
     bool runLispCommand(const std::string& name);
+    void takeSelection();
     void settle();
     void end();
 
@@ -64,6 +65,7 @@ class CommandProcessor {
     std::map<std::string, Factory> factories_;
     std::unique_ptr<Command> command_;
     std::string activeName_;
+    uint64_t changesBefore_ = 0;  // of the drawing, when the command began
     bool isScripted_ = false;
 };
 

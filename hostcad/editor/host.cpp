@@ -4,6 +4,8 @@
 #include <filesystem>
 
 #include "hostcad/drawing/current_drawing.h"
+#include "hostcad/drawing/dictionaries.h"
+#include "hostcad/drawing/host_names.h"
 #include "hostcad/dxf/blank_drawing.h"
 #include "hostcad/dxf/dxf.h"
 #include "hostcad/editor/area_check.h"
@@ -126,10 +128,19 @@ Answer Host::ask(Prompt prompt) {
     return answer;
 }
 
+void Host::select(std::vector<ObjectId> entities) {
+    std::vector<EntityName> names(entities.size());
+    for (size_t i = 0; i < entities.size(); ++i) nameOf(entities[i], names[i].data());
+    view_.select(names);
+    selection().set(std::move(entities), true);
+}
+
 // --- Running -----------------------------------------------------------------------------------------
 
 bool Host::runLine(const std::string& line) {
+    commandLine_.offerSelection();
     bool done = runTyped(text::trim(line));
+    commandLine_.withdrawSelection();
     if (std::string lost = lostLinks_->takeLine(); !lost.empty()) write(lost);
     return done;
 }
@@ -246,12 +257,21 @@ std::string Host::saveDrawing(const std::string& name, bool isCopy) {
     if (!writeDxf(drawing, path, drawing.format(), error)) return whyNotSaved(path, error);
     previous.keep();
     lastSaved_ = path;
+    tellWhatIsNotInFile();
     if (isCopy && path != drawing.path()) return "";
     if (holdsDrawings_ && path != hold_.path()) hold_ = std::move(hold);
     drawing.setPath(path);
     drawing.setModified(false);
     keptCopies_.forget();
     return "";
+}
+
+void Host::tellWhatIsNotInFile() {
+    const size_t lost = objectsLostInFile(currentDrawing());
+    if (lost == 0) return;
+    write(text::format(
+        "\nA file of R12 has no place for what programs keep in the drawing by names: %zu %s not in it.\n",
+        lost, lost == 1 ? "entry is" : "entries are"));
 }
 
 // --- Files -------------------------------------------------------------------------------------------

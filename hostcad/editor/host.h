@@ -41,6 +41,9 @@ class Host {
     CommandProcessor& commands() { return *commands_; }
     Modules& modules() { return *modules_; }
     Variables& variables() { return variables_; }
+    // What is selected, for the user too: the view shows it.
+    void select(std::vector<ObjectId> entities);
+    ImpliedSelection& selection() { return commandLine_.selection(); }
     View& view() { return view_; }
 
     void write(std::string_view text) { commandLine_.write(text); }
@@ -108,6 +111,7 @@ class Host {
     bool runTyped(std::string_view typed);
     std::string replaceDrawing(std::unique_ptr<class Drawing> drawing);
     void holdDrawing();
+    void tellWhatIsNotInFile();
     void readViewBox();
     void keepViewBox();
     void rememberViewBox();

@@ -26,10 +26,12 @@ class View {
     virtual void redraw() = 0;
     virtual void redrawEntity(const EntityName& entity, bool isDrawn) = 0;
     virtual void highlight(const EntityName& entity, bool on) = 0;
-    // A program shows the user these entities.
+    // These are selected now, by a program or because a command has ended; none empty the selection.
     virtual void select(const std::vector<EntityName>& entities) = 0;
     // Of what is seen now.
     virtual overlay::LabelCounts labelCounts() = 0;
+    // A program shows the user these entities, which the user has not selected.
+    virtual void present(const std::vector<EntityName>& entities) = 0;
     // The meter in the status bar; an empty label with no range takes it away.
     virtual void startMeter(const std::string& label, int from, int to) = 0;
     virtual void setMeter(int position) = 0;
@@ -47,6 +49,7 @@ class NoView : public View {
     void highlight(const EntityName&, bool) override {}
     void select(const std::vector<EntityName>&) override {}
     overlay::LabelCounts labelCounts() override { return {}; }
+    void present(const std::vector<EntityName>&) override {}
     void startMeter(const std::string&, int, int) override {}
     void setMeter(int) override {}
     void endMeter() override {}

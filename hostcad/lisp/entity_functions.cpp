@@ -1,4 +1,4 @@
-// Entities and symbol tables.
+// Entities, symbol tables and dictionaries.
 #include "hostcad/lisp/arguments.h"
 #include "hostcad/lisp/functions.h"
 #include "hostcad/lisp/interpreter.h"
@@ -33,9 +33,8 @@ Value entmake(Interpreter&, const Arguments& a) {
 }
 
 Value entmakex(Interpreter&, const Arguments& a) {
-    if (acdbEntMake(fromEntityList(a[0]).get()) != RTNORM) return {};
     ads_name made;
-    return entityOrNil(acdbEntLast(made), made);
+    return entityOrNil(acdbEntMakeX(fromEntityList(a[0]).get(), made), made);
 }
 
 Value entnext(Interpreter&, const Arguments& a) {
@@ -82,6 +81,37 @@ Value snvalid(Interpreter&, const Arguments& a) {
     return Value::truth(acdbSNValid(a.string(0).c_str(), a.integerOr(1, 0)) == RTNORM);
 }
 
+// --- Dictionaries ---
+
+Value namedobjdict(Interpreter&, const Arguments&) {
+    ads_name dictionary;
+    return entityOrNil(acdbNamedObjDict(dictionary), dictionary);
+}
+
+Value dictsearch(Interpreter&, const Arguments& a) {
+    return toEntityList(ResultList(acdbDictSearch(a.entity(0), a.string(1).c_str(), a.has(2))).get());
+}
+
+Value dictnext(Interpreter&, const Arguments& a) {
+    return toEntityList(ResultList(acdbDictNext(a.entity(0), a.has(1))).get());
+}
+
+// The name of the object that was added.
+Value dictadd(Interpreter&, const Arguments& a) {
+    return acdbDictAdd(a.entity(0), a.string(1).c_str(), a.entity(2)) == RTNORM ? a[2] : Value();
+}
+
+// The name of the object that is gone.
+Value dictremove(Interpreter&, const Arguments& a) {
+    ResultList found(acdbDictSearch(a.entity(0), a.string(1).c_str(), 0));
+    if (acdbDictRemove(a.entity(0), a.string(1).c_str()) != RTNORM) return {};
+    return Value::entity(found->resval.rlname);
+}
+
+Value dictrename(Interpreter&, const Arguments& a) {
+    return acdbDictRename(a.entity(0), a.string(1).c_str(), a.string(2).c_str()) == RTNORM ? a[2] : Value();
+}
+
 }  // namespace
 
 void defineEntityFunctions(Interpreter& lisp) {
@@ -99,6 +129,12 @@ void defineEntityFunctions(Interpreter& lisp) {
     lisp.define("TBLOBJNAME", 2, 2, tblobjname);
     lisp.define("REGAPP", 1, 1, regapp);
     lisp.define("SNVALID", 1, 2, snvalid);
+    lisp.define("NAMEDOBJDICT", 0, 0, namedobjdict);
+    lisp.define("DICTSEARCH", 2, 3, dictsearch);
+    lisp.define("DICTNEXT", 1, 2, dictnext);
+    lisp.define("DICTADD", 3, 3, dictadd);
+    lisp.define("DICTREMOVE", 2, 2, dictremove);
+    lisp.define("DICTRENAME", 3, 3, dictrename);
 }
 
 }  // namespace hostcad::lisp

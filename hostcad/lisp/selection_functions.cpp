@@ -69,8 +69,8 @@ Value ssget(Interpreter&, const Arguments& a) {
         places[1] = places[0];
     }
     ads_name set;
-    bool asks = mode.empty() || mode == "I";
-    return setOrNil(acedSSGet(asks ? nullptr : mode.c_str(), places[0], places[1], filter.get(), set), set);
+    return setOrNil(acedSSGet(mode.empty() ? nullptr : mode.c_str(), places[0], places[1], filter.get(), set),
+                    set);
 }
 
 // (ssadd), (ssadd entity), (ssadd entity set)
@@ -100,6 +100,21 @@ Value ssmemb(Interpreter&, const Arguments& a) {
     return acedSSMemb(a.entity(0), a.selectionSet(1)) == RTNORM ? a[0] : Value();
 }
 
+// (sssetfirst grips [set]): the window has no grips, so the first argument counts for nothing.
+Value sssetfirst(Interpreter&, const Arguments& a) {
+    if (acedSSSetFirst(a.has(1) ? a.selectionSet(1) : nullptr, nullptr) != RTNORM) return {};
+    return Value::list({Value(), a[1]});
+}
+
+// (ssgetfirst) gives a list of nil, for the grips, and the set that is selected, or nil.
+Value ssgetfirst(Interpreter&, const Arguments&) {
+    resbuf* item = nullptr;
+    if (acedSSGetFirst(nullptr, &item) != RTNORM) return {};
+    ResultList selected(item);
+    return Value::list(
+        {Value(), selected->restype == RTPICKS ? Value::selectionSet(selected->resval.rlname) : Value()});
+}
+
 }  // namespace
 
 void defineSelectionFunctions(Interpreter& lisp) {
@@ -109,6 +124,8 @@ void defineSelectionFunctions(Interpreter& lisp) {
     lisp.define("SSLENGTH", 1, 1, sslength);
     lisp.define("SSNAME", 2, 2, ssname);
     lisp.define("SSMEMB", 2, 2, ssmemb);
+    lisp.define("SSSETFIRST", 1, 2, sssetfirst);
+    lisp.define("SSGETFIRST", 0, 0, ssgetfirst);
 }
 
 }  // namespace hostcad::lisp

@@ -92,6 +92,7 @@ void MainWindow::makePanels() {
     list_ = new EntityList(this);
     list_->onSelected = [this](std::vector<ObjectId> ids) {
         canvas_->setSelected(std::move(ids));
+        if (host_) host_->selection().set(canvas_->selected(), false);
         showProperties();
     };
     list_->onChosen = [this] { zoomToSelected(); };
@@ -188,7 +189,11 @@ void MainWindow::zoomPrevious() {
 // --- Following the host ------------------------------------------------------------------------------------
 
 void MainWindow::select(std::vector<ObjectId> ids) {
-    isSelectedByProgram_ = false;
+    showSelected(std::move(ids));
+    if (host_) host_->selection().set(canvas_->selected(), false);
+}
+
+void MainWindow::showSelected(std::vector<ObjectId> ids) {
     canvas_->setSelected(std::move(ids));
     list_->select(canvas_->selected());
     showProperties();
@@ -198,8 +203,13 @@ void MainWindow::select(const std::vector<EntityName>& entities) {
     if (currentDrawing().serial() != shownDrawing_) return;
     std::vector<ObjectId> ids;
     for (const EntityName& entity : entities) ids.push_back(idOf(entity.data()));
-    select(std::move(ids));
-    isSelectedByProgram_ = showsSelectionAtPrompt_ = true;
+    showSelected(std::move(ids));
+    showsSelectionAtPrompt_ = true;
+}
+
+void MainWindow::present(const std::vector<EntityName>& entities) {
+    select(entities);
+    host_->selection().clear();
 }
 
 // Another drawing: nothing that points into the old one may stay.
@@ -211,7 +221,6 @@ void MainWindow::takeDrawing() {
     scene_.attach(&drawing);
     canvas_->setSelected({});
     canvas_->clearHighlights();
-    preselected_.clear();
 }
 
 void MainWindow::follow() {

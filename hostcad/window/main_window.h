@@ -68,6 +68,7 @@ class MainWindow : public QMainWindow, public Output, public InputSource, public
     void highlight(const EntityName& entity, bool on) override;
     void select(const std::vector<EntityName>& entities) override;
     overlay::LabelCounts labelCounts() override { return canvas_->labelCounts(); }
+    void present(const std::vector<EntityName>& entities) override;
     void startMeter(const std::string& label, int from, int to) override;
     void setMeter(int position) override;
     void endMeter() override;
@@ -126,7 +127,7 @@ class MainWindow : public QMainWindow, public Output, public InputSource, public
     bool isWaiting() const { return loop_ && !answer_; }
     // Lets the window live on while programs run: it is painted, and Escape ends them.
     void breathe();
-    std::optional<Input> queuedInput(const Prompt& prompt);
+    std::optional<Input> queuedInput();
     // A point, entity or set for a prompt for objects; with Shift it is taken out of the selection.
     void supplyObjects(Input input, Qt::KeyboardModifiers modifiers);
     void clicked(Point at, ObjectId hit, Qt::KeyboardModifiers modifiers);
@@ -140,6 +141,7 @@ class MainWindow : public QMainWindow, public Output, public InputSource, public
 
     // --- Following the host ---
     void select(std::vector<ObjectId> ids);
+    void showSelected(std::vector<ObjectId> ids);
     // Takes over what a command has changed: another drawing, other entities, the title.
     void follow();
     void takeDrawing();
@@ -177,13 +179,11 @@ class MainWindow : public QMainWindow, public Output, public InputSource, public
     QEventLoop* loop_ = nullptr;  // of the prompt that waits
     Prompt::Kind waitsFor_ = Prompt::Kind::Command;
     std::optional<Input> answer_;
-    std::deque<Input> queue_;            // answers to the prompts to come
-    std::vector<ObjectId> preselected_;  // what was selected when the command began
+    std::deque<Input> queue_;  // answers to the prompts to come
     QElapsedTimer lastBreath_;
     bool running_ = false;
     bool closing_ = false;
     bool propertiesAreOld_ = false;
-    bool isSelectedByProgram_ = false;
     bool showsSelectionAtPrompt_ = false;
     bool copyIsDue_ = false;                        // when the program that runs has ended
     std::pair<long, uint64_t> keptChanges_{-1, 0};  // the drawing and its changes in the copy

@@ -96,7 +96,6 @@ void MainWindow::runLine(const std::string& line) {
     lastBreath_.restart();
     lastLine_ = line;
     queue_.clear();
-    preselected_ = isSelectedByProgram_ ? std::vector<ObjectId>() : canvas_->selected();
     propertiesAreOld_ = !canvas_->selected().empty();  // a command may change the record that is shown
     panel_->write("\nCommand: " + line);
     {
@@ -186,7 +185,7 @@ void MainWindow::escape() {
 
 Input MainWindow::next(const Prompt& prompt) {
     follow();
-    if (std::optional<Input> input = queuedInput(prompt)) return *input;
+    if (std::optional<Input> input = queuedInput()) return *input;
     // The program stands still at a prompt, where it may have its selection shown.
     if (std::exchange(showsSelectionAtPrompt_, false)) fillProperties();
     waitsFor_ = prompt.kind;
@@ -206,20 +205,7 @@ Input MainWindow::next(const Prompt& prompt) {
     return answer_.value_or(closing_ ? Input::end() : Input::cancel());
 }
 
-std::optional<Input> MainWindow::queuedInput(const Prompt& prompt) {
-    // What is selected answers the first prompt of a command, where that takes objects, or the one entity.
-    std::vector<ObjectId> preselected = std::exchange(preselected_, {});
-    if (prompt.kind == Prompt::Kind::Entity && preselected.size() == 1 && queue_.empty()) {
-        const ObjectId entity = preselected.front();
-        EntityName name{};
-        nameOf(entity, name.data());
-        const Group* at = hostcad::find(currentDrawing().groups(entity), 10);
-        return Input::ofEntity(name, at ? Point{at->x(), at->y(), at->z()} : Point{});
-    }
-    if (prompt.kind == Prompt::Kind::Objects && !preselected.empty()) {
-        queue_.push_back(inputOf(preselected));
-        queue_.push_back(Input::enter());
-    }
+std::optional<Input> MainWindow::queuedInput() {
     if (queue_.empty()) return {};
     Input input = std::move(queue_.front());
     queue_.pop_front();

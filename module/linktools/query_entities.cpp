@@ -148,7 +148,7 @@ namespace {
 void showPicked(const ads_name entity, const std::string& key) {
     ShowEntityData(entity, key);
     SelectionSet picked;
-    if (acedSSAdd(entity, nullptr, picked.out()) == RTNORM) acedSSSetFirst(picked.name());
+    if (acedSSAdd(entity, nullptr, picked.out()) == RTNORM) acedSSShow(picked.name());
 }
 
 // What the first attribute of a survey point says.

@@ -70,16 +70,17 @@ resbuf* acdbDictNext(const ads_name dictionary, int rewind);
 // Gives an object a name in a dictionary, which owns it from then on. RTERROR when the name is taken or is
 // none (acdbSNValid), or the object has an owner already.
 int acdbDictAdd(const ads_name dictionary, const char* name, const ads_name object);
-// Takes a name out and erases its object, with all that hangs below it. acdbEntDel does the same.
+// Takes a name out and erases its object, with all that hangs below it, as acdbEntDel does. What every
+// drawing has (ACAD_LAYOUT and the like) can be neither removed nor renamed.
 int acdbDictRemove(const ads_name dictionary, const char* name);
 int acdbDictRename(const ads_name dictionary, const char* from, const char* to);
 
 // --- Selection sets -----------------------------------------------------------------------------------
 
-// mode: null asks the user; "I" what is selected already; "X" the whole drawing; "L" the last entity; "P" the previous set; "F" along a
-// fence and "WP", "CP" inside or crossing a polygon (first: a list of points as resbufs); "W" inside and "C"
-// crossing the box of two points (ads_point). filter: groups that must match, with -4 "<and" "and>" "<or"
-// "or>"
+// mode: null asks the user; "I" what is selected already; "X" the whole drawing; "L" the last entity; "P" the
+// previous set; "F" along a fence and "WP", "CP" inside or crossing a polygon (first: a list of points as
+// resbufs); "W" inside and "C" crossing the box of two points (ads_point). filter: groups that must match,
+// with -4 "<and" "and>" "<or" "or>"
 // "<not" "not>" "<xor" "xor>" and relational tests such as ">="; text may hold wild cards.
 // RTNORM with a new set that the caller frees; RTERROR when nothing was selected; RTCAN.
 int acedSSGet(const char* mode, const void* first, const void* second, const resbuf* filter, ads_name set);

@@ -278,6 +278,8 @@ class AcDbDatabase {
     std::string filename() const;
     // A number that no other drawing of this process has had.
     long serial() const;
+    // Whether its file has a place for dictionaries: those of R12 have none.
+    bool holdsDictionaries() const;
     // The entities of all spaces and sheets.
     std::vector<AcDbObjectId> entities() const;
     // Calls the observer after each change of such an entity: it came, was changed or went, be it by undo.
