@@ -1,8 +1,8 @@
 // Texts with names that are kept in the drawing and travel with it.
 //
-// They stand as XRECORDs in the drawing's dictionaries: NORVANE_GIS, below it a dictionary for each kind, and in
-// that an entry for each name. An entry begins with the version of whoever wrote it. What another version has
-// written is left as it is and not read; so is what is damaged.
+// They stand as XRECORDs in the drawing's dictionaries: NORVANE_GIS, below it a dictionary for each kind, and
+// in that an entry for each name. An entry begins with the version of whoever wrote it. What another version
+// has written is left as it is and not read; so is what is damaged.
 #pragma once
 
 #include <string>

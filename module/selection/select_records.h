@@ -21,16 +21,16 @@ struct RecordSelection {
 
 // The entities that lead to the records of a table for which a condition holds; an empty condition holds for
 // all. outputPath: a file or a connect string. The key of each link is the field that the link names. Nothing
-// is printed and no box is shown, but for the sign-in to a server. isBreak is asked now and then and stops the
-// work when it gives true.
+// is printed and no box is shown, but for the sign-in to a server. isBreak is asked now and then and stops
+// the work when it gives true.
 RecordSelection SelectRecords(const std::string& outputPath, const std::string& table,
                               const std::string& condition, const std::function<bool()>& isBreak = {});
 
 // How entities that were found join those that are selected now.
 enum class SelectionMode { kNew, kAdd, kSubtract, kIntersect };
 
-// Combines entities with the implied selection (acedSSGetFirst), makes the result the implied selection, which
-// the window shows and the next command takes, and gives the number of its members.
+// Combines entities with the implied selection (acedSSGetFirst), makes the result the implied selection,
+// which the window shows and the next command takes, and gives the number of its members.
 size_t ChangeSelection(SelectionMode mode, const std::vector<EntityName>& entities);
 
 // The members of a set, or of the implied selection, in their order.
