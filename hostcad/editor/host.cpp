@@ -139,33 +139,44 @@ void Host::select(std::vector<ObjectId> entities) {
 
 bool Host::runLine(const std::string& line) {
     commandLine_.offerSelection();
-    bool done = runTyped(text::trim(line));
+    const bool done = run([&] { return feedTyped(text::trim(line)); });
     commandLine_.withdrawSelection();
+    return done;
+}
+
+bool Host::perform(const std::function<void()>& action) {
+    return run([&] {
+        action();
+        return true;
+    });
+}
+
+bool Host::run(const std::function<bool()>& work) {
+    lisp_->clearCancel();
+    // What Lisp has changed before is a step of undo; what comes now is the next.
+    currentDrawing().beginUndoGroup();
+    currentDrawing().endUndoGroup();
+    bool done = false;
+    try {
+        done = work();
+        if (done) commands_->finish();
+    } catch (const lisp::Error& error) {
+        commands_->cancel();
+        done = error.kind == lisp::Error::Kind::Quit;
+        if (!done) tell(error);
+    }
     if (std::string lost = lostLinks_->takeLine(); !lost.empty()) write(lost);
     return done;
 }
 
-bool Host::runTyped(std::string_view typed) {
-    lisp_->clearCancel();
-    // What Lisp has changed before is a step of undo; what this line changes is the next.
-    currentDrawing().beginUndoGroup();
-    currentDrawing().endUndoGroup();
-    try {
-        if (!typed.empty() && (typed.front() == '(' || typed.front() == '!')) {
-            if (typed.front() == '!') typed.remove_prefix(1);
-            lisp::Value value = lisp_->runText(typed);
-            write("\n" + lisp::toText(value) + "\n");
-        } else if (commands_->feed(Input::ofText(std::string(typed))) == CommandProcessor::Result::Unknown) {
-            return false;
-        }
-        commands_->finish();
-        return true;
-    } catch (const lisp::Error& error) {
-        commands_->cancel();
-        if (error.kind == lisp::Error::Kind::Quit) return true;
-        tell(error);
-        return false;
-    }
+// False when no command has that name.
+bool Host::feedTyped(std::string_view typed) {
+    if (typed.empty() || (typed.front() != '(' && typed.front() != '!'))
+        return commands_->feed(Input::ofText(std::string(typed))) != CommandProcessor::Result::Unknown;
+    if (typed.front() == '!') typed.remove_prefix(1);
+    lisp::Value value = lisp_->runText(typed);
+    write("\n" + lisp::toText(value) + "\n");
+    return true;
 }
 
 void Host::runScript(const std::string& path) {

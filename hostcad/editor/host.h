@@ -2,6 +2,7 @@
 // over and a view to show, and drives it with lines of input; modules reach it through platform/ads.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -59,6 +60,8 @@ class Host {
     // A line typed at the command prompt: a command's name, a Lisp expression, or !symbol. Errors are told on
     // the command line; false after one.
     bool runLine(const std::string& line);
+    // The same for what a module does without a line, as one step of undo.
+    bool perform(const std::function<void()>& action);
     // A file of Lisp. Commands that it leaves unfinished are finished with the user. Throws lisp::Error.
     void runScript(const std::string& path);
     // Ends what is going on, as Escape does. May come from a signal handler.
@@ -108,7 +111,8 @@ class Host {
 
   private:
     void defineVariables();
-    bool runTyped(std::string_view typed);
+    bool run(const std::function<bool()>& work);
+    bool feedTyped(std::string_view typed);
     std::string replaceDrawing(std::unique_ptr<class Drawing> drawing);
     void holdDrawing();
     void tellWhatIsNotInFile();

@@ -25,6 +25,7 @@
 #include "hostcad/window/command_panel.h"
 #include "hostcad/window/entity_list.h"
 #include "hostcad/window/icons.h"
+#include "hostcad/window/panel_docks.h"
 #include "hostcad/window/picture_items.h"
 #include "hostcad/window/product_functions.h"
 #include "hostcad/window/properties.h"
@@ -94,6 +95,7 @@ void MainWindow::makePanels() {
         canvas_->setSelected(std::move(ids));
         if (host_) host_->selection().set(canvas_->selected(), false);
         showProperties();
+        modulePanels_->note({.selection = true});
     };
     list_->onChosen = [this] { zoomToSelected(); };
     list_->onMenu = [this](QPoint at) { showEntityMenu(at); };
@@ -121,6 +123,9 @@ void MainWindow::makePanels() {
     resizeDocks({commands}, {std::min(180, height() / 4)}, Qt::Vertical);
     resizeDocks({entities, details}, {260, 400}, Qt::Vertical);
     resizeDocks({entities, details}, {side, side}, Qt::Horizontal);
+    modulePanels_ = new PanelDocks(*this);
+    modulePanels_->onAction = [this](const std::function<void()>& action) { runAction(action); };
+    modulePanels_->onLeave = [this] { panel_->focusLine(); };
 }
 
 void MainWindow::makeStatusBar() {
@@ -166,6 +171,7 @@ void MainWindow::joinCanvas() {
     };
     canvas_->onViewMoved = [this](bool begins) {
         if (host_) host_->noteViewBox(canvas_->view(), begins);
+        modulePanels_->note({.view = true});
     };
 }
 
@@ -197,6 +203,7 @@ void MainWindow::showSelected(std::vector<ObjectId> ids) {
     canvas_->setSelected(std::move(ids));
     list_->select(canvas_->selected());
     showProperties();
+    modulePanels_->note({.selection = true});
 }
 
 void MainWindow::select(const std::vector<EntityName>& entities) {
@@ -221,6 +228,7 @@ void MainWindow::takeDrawing() {
     scene_.attach(&drawing);
     canvas_->setSelected({});
     canvas_->clearHighlights();
+    modulePanels_->note({true, true, true});
 }
 
 void MainWindow::follow() {
@@ -247,6 +255,7 @@ void MainWindow::follow() {
         if (ids.size() != canvas_->selected().size()) {
             canvas_->setSelected(std::move(ids));
             list_->select(canvas_->selected());
+            modulePanels_->note({.selection = true});
         }
         list_->drawingChanged();
         showProperties();
@@ -268,6 +277,7 @@ void MainWindow::tellProductOfDrawing() {
     toldDrawing_ = currentDrawing().serial();
     if (currentDrawing().path().empty()) return;
     scope::TemporaryValue running(running_, true);
+    const PanelDocks::Rest rest(*modulePanels_);
     try {
         callProduct(host_->lisp(), "DRAWING-OPENED");
     } catch (const lisp::Error& error) {
@@ -299,6 +309,7 @@ void MainWindow::show(const ViewBox& box) {
     // The host shows a view of each drawing that it takes, before anything else is done with it.
     if (currentDrawing().serial() != shownDrawing_) takeDrawing();
     canvas_->setView(box);
+    modulePanels_->note({.view = true});
 }
 
 void MainWindow::redraw() {

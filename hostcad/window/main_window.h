@@ -6,6 +6,7 @@
 #include <QEventLoop>
 #include <QMainWindow>
 #include <deque>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -29,6 +30,7 @@ namespace hostcad {
 class CommandPanel;
 class DocumentWindow;
 class EntityList;
+class PanelDocks;
 class StartPage;
 
 class MainWindow : public QMainWindow, public Output, public InputSource, public View {
@@ -54,6 +56,8 @@ class MainWindow : public QMainWindow, public Output, public InputSource, public
     CommandPanel& commandPanel() { return *panel_; }
     EntityList& entityList() { return *list_; }
     QTreeWidget& properties() { return *properties_; }
+    // Where panels of modules stand.
+    PanelDocks& modulePanels() { return *modulePanels_; }
 
     // Output, InputSource
     void write(std::string_view text) override;
@@ -122,6 +126,10 @@ class MainWindow : public QMainWindow, public Output, public InputSource, public
     // --- Lines and answers (window_input.cpp) ---
     void lineTyped(const std::string& line);
     void escape();
+    // Runs what a panel of a module does as a command.
+    void runAction(const std::function<void()>& action);
+    // A line or an action, and what the window takes over behind it.
+    void run(const std::function<void()>& work);
     // Gives the waiting prompt its answer.
     void supply(Input input);
     bool isWaiting() const { return loop_ && !answer_; }
@@ -169,6 +177,7 @@ class MainWindow : public QMainWindow, public Output, public InputSource, public
     QMenu* recent_ = nullptr;
     std::vector<MenuEntry> entityEntries_;  // of the menu in the list of entities
     QDockWidget* propertiesPanel_ = nullptr;
+    PanelDocks* modulePanels_ = nullptr;
     std::vector<std::pair<QAction*, std::string>> icons_;  // of the buttons, by name
     StartPage* startPage_ = nullptr;
     DocumentWindow* documents_ = nullptr;

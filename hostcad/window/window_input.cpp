@@ -7,6 +7,7 @@
 #include "hostcad/editor/file_boxes.h"
 #include "hostcad/window/command_panel.h"
 #include "hostcad/window/main_window.h"
+#include "hostcad/window/panel_docks.h"
 #include "hostcad/window/scene_picking.h"
 #include "hostcad/window/start_page.h"
 #include "platform/scope/temporary_value.h"
@@ -93,14 +94,23 @@ void MainWindow::runLine(const std::string& line) {
     }
     if (running_ || !host_) return;
     if (startPage_) startPage_->hide();
-    lastBreath_.restart();
     lastLine_ = line;
+    panel_->write("\nCommand: " + line);
+    run([&] { host_->runLine(line); });
+}
+
+void MainWindow::runAction(const std::function<void()>& action) {
+    run([&] { host_->perform(action); });
+}
+
+void MainWindow::run(const std::function<void()>& work) {
+    lastBreath_.restart();
     queue_.clear();
     propertiesAreOld_ = !canvas_->selected().empty();  // a command may change the record that is shown
-    panel_->write("\nCommand: " + line);
     {
         scope::TemporaryValue running(running_, true);
-        host_->runLine(line);
+        const PanelDocks::Rest rest(*modulePanels_);
+        work();
     }
     canvas_->clearHighlights();
     follow();
@@ -113,6 +123,7 @@ void MainWindow::runLine(const std::string& line) {
 
 void MainWindow::openDrawing(const std::string& path) {
     if (isWaiting() || running_ || !settleChanges(*host_)) return;
+    const PanelDocks::Rest rest(*modulePanels_);
     std::string problem = host_->openDrawing(path);
     if (problem.empty())
         panel_->write("\nOpened " + path + "\n");
@@ -152,6 +163,7 @@ bool MainWindow::offerKeptCopies() {
         int answer = ui::ask({"Unsaved Work", text, ui::kBoxYesNoCancel | ui::kBoxExclamation, ui::kCancel});
         if (answer == ui::kNo) KeptCopies::remove(copy);
         if (answer != ui::kYes) continue;
+        const PanelDocks::Rest rest(*modulePanels_);
         std::string problem = host_->recoverDrawing(copy);
         if (!problem.empty()) {
             showProblem(*host_, problem);

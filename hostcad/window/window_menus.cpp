@@ -16,6 +16,7 @@
 #include "hostcad/window/document_window.h"
 #include "hostcad/window/icons.h"
 #include "hostcad/window/main_window.h"
+#include "hostcad/window/panel_docks.h"
 #include "hostcad/window/start_page.h"
 #include "hostcad/window/view_printing.h"
 #include "platform/files/files.h"
@@ -198,6 +199,7 @@ std::string MainWindow::samplePath() const {
 // As a drawing without a name, so that the sample stays what it is.
 void MainWindow::openSample() {
     if (isWaiting() || isBusy() || !settleChanges(*host_)) return;
+    const PanelDocks::Rest rest(*modulePanels_);
     std::string problem = host_->newDrawing(samplePath());
     if (problem.empty())
         panel_->write("\nThis is the sample. Saving asks for a name.\n");

@@ -9,6 +9,7 @@
 
 #include "hostcad/editor/host.h"
 #include "hostcad/window/main_window.h"
+#include "hostcad/window/panel_docks.h"
 #include "platform/ui/qt/framed_marks.h"
 #include "platform/ui/qt/qt_backend.h"
 #include "platform/ui/qt/qt_text.h"
@@ -60,6 +61,7 @@ int runWindowProgram(int count, char** words, const Product& product) {
     ui::QtBackend backend(&window);
     QSettings settings;
     backend.keepSizesIn(settings);
+    backend.standPanelsIn(window.modulePanels());
     ui::setBackend(&backend);
     Host host(window, window, window);
     introduceProduct(host, product, QApplication::applicationDirPath().toStdString());

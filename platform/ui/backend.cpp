@@ -1,6 +1,7 @@
 #include "platform/ui/backend.h"
 
 #include "platform/files/files.h"
+#include "platform/ui/panel.h"
 
 namespace ui {
 namespace {
@@ -20,8 +21,24 @@ Backend* backend() {
     return presentBackend;
 }
 void setBackend(Backend* backend) {
+    if (presentBackend && presentBackend != backend) presentBackend->closePanels();
     presentBackend = backend;
     knownFonts.clear();
+}
+
+// Whoever answers by a script wants to see what the work comes to.
+bool Backend::showPanel(std::unique_ptr<Panel> panel) {
+    constexpr std::chrono::hours kToTheEnd{1};
+    const bool isOpen = panel->open();
+    if (isOpen) panel->onWindowChange({true, true, true});
+    while (panel->running()) {
+        while (panel->work(kToTheEnd)) {
+        }
+        panel->waitForEvent();
+        if (panel->running()) panel->onWindowChange({.selection = true});
+    }
+    if (isOpen) panel->close();
+    return isOpen;
 }
 
 int messageBox(const std::string& title, const std::string& text, unsigned flags) {

@@ -55,6 +55,8 @@ struct FileBox {
     bool several = false;  // existing files; see severalFiles
 };
 
+class Panel;
+
 class Backend {
   public:
     virtual ~Backend() = default;
@@ -69,6 +71,13 @@ class Backend {
         return std::nullopt;
     }
     virtual void close(Dialog& dialog) = 0;
+    // Shows a panel until it ends; a view with a window for panels puts it there instead, and keeps it. False
+    // when it cannot be made.
+    virtual bool showPanel(std::unique_ptr<Panel> panel);
+    // Those that stand in the window.
+    virtual Panel* openPanel(int /*resource*/) { return nullptr; }
+    virtual void closePanel(int /*resource*/) {}
+    virtual void closePanels() {}
     // kOk, kCancel, kYes or kNo.
     virtual int messageBox(const MessageBox& box) = 0;
     // The same; a view that has answers for certain questions uses those.
@@ -98,7 +107,7 @@ class Backend {
 };
 
 // The present backend; null when there is none. A program sets it once, a test for a while. It stays the
-// caller's.
+// caller's. The panels of the one before are closed.
 Backend* backend();
 void setBackend(Backend* backend);
 

@@ -1,7 +1,7 @@
 // A dialog that stands beside the picture in the program's window, until a person closes it.
 //
-// It is a model like any other dialog. Where the view has no window to put it into (a script, a program of its
-// own), it is shown as a dialog that waits, with the same steps and the same rules.
+// It is a model like any other dialog. Where the view has no window to put it into (a script, a program of
+// its own), it is shown as a dialog that waits, with the same steps and the same rules.
 #pragma once
 
 #include <chrono>
@@ -26,11 +26,12 @@ class Panel;
 class PanelPlace {
   public:
     virtual ~PanelPlace() = default;
-    // Runs an action as a command of its own, once nothing else runs.
-    virtual void perform(std::function<void()> action) = 0;
+    // Runs an action as a command of its own, once nothing else runs; not where the panel has ended by then.
+    virtual void perform(Panel& panel, std::function<void()> action) = 0;
     // Work is there again, see Panel::work.
     virtual void wake(Panel& panel) = 0;
-    // The keyboard goes back to the command line and the drawing.
+    // The panel comes into sight with the keyboard, or the keyboard goes back to the command line.
+    virtual void enter(Panel& panel) = 0;
     virtual void leave(Panel& panel) = 0;
 };
 
@@ -43,16 +44,17 @@ class Panel : public Dialog {
     // Told once when it is opened, with all of it, and then whenever something has changed and nothing runs.
     virtual void onWindowChange(const WindowChange&) {}
     // Goes on for about so long with what takes long, such as counting; false when nothing is left to do. It
-    // is called in idle time, and to the end where a script runs, until it gives false; then not before the
-    // next event or wake().
+    // is called in idle time, and to the end where a script runs, until it gives false; then not before
+    // onWindowChange or wake().
     virtual bool work(std::chrono::milliseconds) { return false; }
 
     // Does what changes the drawing, asks for something in it, or takes commands: as a command of its own,
-    // which one Undo takes back. At once where the panel is a dialog that waits, else soon; a panel that is
-    // closed before that does not do it.
+    // which one Undo takes back. At once where the panel is a dialog that waits, else soon.
     void perform(std::function<void()> action);
-    // There is work again that no event of a person has brought about.
+    // There is work again.
     void wake();
+    // Comes into sight with the keyboard, where it stands in a window.
+    void enter();
     // Escape, where no control has a use for it: back to the drawing.
     void onCancel() override;
     // Enter, where no control has a use for it.

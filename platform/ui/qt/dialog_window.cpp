@@ -1,10 +1,13 @@
 #include "platform/ui/qt/dialog_window.h"
 
+#include <QAction>
+#include <QApplication>
 #include <QBoxLayout>
 #include <QCloseEvent>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QKeyEvent>
+#include <QMainWindow>
 #include <QMenuBar>
 #include <QMimeData>
 #include <QScreen>
@@ -13,6 +16,7 @@
 #include <QUrl>
 #include <algorithm>
 
+#include "platform/ui/panel.h"
 #include "platform/ui/qt/control_widgets.h"
 #include "platform/ui/qt/frame_overlay.h"
 #include "platform/ui/qt/qt_text.h"
@@ -24,6 +28,23 @@ namespace {
 bool endsDialog(const Layout& part) {
     if (part.kind == Layout::Kind::Item) return part.control == kOk || part.control == kCancel;
     return std::any_of(part.children.begin(), part.children.end(), endsDialog);
+}
+
+// The dialog as a panel that stands in the program's window; null where it does not.
+Panel* placedPanel(Dialog& dialog) {
+    auto* panel = dynamic_cast<Panel*>(&dialog);
+    return panel && panel->place() ? panel : nullptr;
+}
+
+// What a person does to texts, cells and rows wherever the keyboard is.
+bool isEditing(const QKeyEvent& key) {
+    if (key.modifiers() & (Qt::AltModifier | Qt::MetaModifier)) return false;
+    if (!(key.modifiers() & Qt::ControlModifier)) return key.key() < Qt::Key_F1 || key.key() > Qt::Key_F35;
+    constexpr int kWithControl[] = {Qt::Key_A,    Qt::Key_C,      Qt::Key_V,    Qt::Key_X,   Qt::Key_Z,
+                                    Qt::Key_Y,    Qt::Key_Insert, Qt::Key_Home, Qt::Key_End, Qt::Key_Up,
+                                    Qt::Key_Down, Qt::Key_Left,   Qt::Key_Right};
+    return !(key.modifiers() & Qt::ShiftModifier) &&
+           std::find(std::begin(kWithControl), std::end(kWithControl), key.key()) != std::end(kWithControl);
 }
 
 // As large as what stands on it, where there is room.
@@ -39,11 +60,13 @@ class Ground : public QScrollArea {
 DialogWindow::DialogWindow(Dialog& dialog, QWidget* parent)
     : QDialog(parent),
       dialog_(dialog),
+      panel_(placedPanel(dialog)),
       focusMark_(new FrameOverlay(this, palette().color(QPalette::Highlight), 2)) {
     focusMark_->setObjectName("focus");
     setWindowTitle(toQt(dialog.title()));
-    setModal(true);
-    setSizeGripEnabled(true);
+    if (panel_) setWindowFlags(Qt::Widget);
+    setModal(!panel_);
+    setSizeGripEnabled(!panel_);
     if (dialog.font()) setFont(qtFont(*dialog.font()));
     setAcceptDrops(dialog.takesFiles());
     makeWidgets();
@@ -224,8 +247,19 @@ void DialogWindow::cellChanged(Grid& grid, CellPosition at) {
     if (ControlWidget* shown = find(grid.id())) shown->updateCell(at);
 }
 
+// A panel takes the keyboard from nobody.
 void DialogWindow::focusChanged(int) {
-    showFocus();
+    if (!panel_ || hasKeyboard()) showFocus();
+}
+
+bool DialogWindow::hasKeyboard() const {
+    const QWidget* owner = QApplication::focusWidget();
+    return owner && (owner == this || isAncestorOf(owner));
+}
+
+void DialogWindow::setResting(bool on) {
+    isResting_ = on;
+    setUpdatesEnabled(!on);
 }
 
 void DialogWindow::showFocus() {
@@ -236,6 +270,7 @@ void DialogWindow::showFocus() {
 }
 
 void DialogWindow::markFocus(QWidget* widget) {
+    if (panel_ && !hasKeyboard()) return;
     marked_ = widget;
     focusMark_->setParent(widget->parentWidget());
     focusMark_->showAt(widget->geometry());
@@ -247,6 +282,7 @@ void DialogWindow::titleChanged() {
 
 void DialogWindow::ended() {
     hide();
+    if (onEnded) onEnded();
 }
 
 // --- To the model -----------------------------------------------------------------------------------------
@@ -281,12 +317,34 @@ bool DialogWindow::openMenu(const QKeyEvent& key) {
     return false;
 }
 
+// In a panel the keys of the program's menus are theirs, but for those that edit, and the letters that the
+// panel's own captions have.
+bool DialogWindow::leavesToProgram(const QKeyEvent& key) const {
+    if (!panel_ || isEditing(key)) return false;
+    if (key.modifiers() & Qt::AltModifier) {
+        const auto& controls = dialog_.controls();
+        return std::none_of(controls.begin(), controls.end(), [&](const auto& control) {
+            return control->visible() && control->kind() != ControlKind::Edit &&
+                   mnemonicOf(control->text()) == key.key();
+        });
+    }
+    const QWidget* program = parentWidget();
+    while (program && !qobject_cast<const QMainWindow*>(program)) program = program->parentWidget();
+    if (!program) return false;
+    const QKeySequence pressed(key.keyCombination());
+    for (const auto* action : program->findChildren<QAction*>())
+        if (action->shortcut() == pressed) return true;
+    return false;
+}
+
 bool DialogWindow::eventFilter(QObject* watched, QEvent* event) {
     auto* widget = qobject_cast<QWidget*>(watched);
     if (event->type() == QEvent::ShortcutOverride) {
+        if (leavesToProgram(*static_cast<QKeyEvent*>(event))) return true;
         event->accept();
         return true;
     }
+    if (isResting_ && (event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease)) return true;
     if (event->type() == QEvent::KeyPress && dialog_.running()) {
         ControlWidget* control = widget ? find(widget->objectName().toInt()) : nullptr;
         if (control || watched == this) {
@@ -305,6 +363,7 @@ bool DialogWindow::eventFilter(QObject* watched, QEvent* event) {
         if (find(id) && dialog_.running()) dialog_.setFocus(id);
         markFocus(find(id) ? widgetOf(id) : widget);
     }
+    if (panel_ && event->type() == QEvent::FocusOut) focusMark_->hide();
     if ((event->type() == QEvent::Move || event->type() == QEvent::Resize) && watched == marked_)
         markFocus(marked_);
     return QDialog::eventFilter(watched, event);

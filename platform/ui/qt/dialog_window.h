@@ -1,7 +1,9 @@
-// The window of a dialog: widgets made from its model and kept in step with it, both ways.
+// The window of a dialog: widgets made from its model and kept in step with it, both ways. That of a panel
+// stands inside of the program's.
 #pragma once
 
 #include <QDialog>
+#include <functional>
 #include <map>
 #include <memory>
 
@@ -15,6 +17,7 @@ namespace ui {
 
 class ControlWidget;
 class FrameOverlay;
+class Panel;
 
 class DialogWindow : public QDialog, public DialogView {
   public:
@@ -25,6 +28,11 @@ class DialogWindow : public QDialog, public DialogView {
     QWidget* widgetOf(int id) const;
     // Gives the keyboard to the control that has the focus in the model.
     void showFocus();
+    // Of a panel: it is not asked for what it shows, and takes no keys.
+    void setResting(bool on);
+    bool hasKeyboard() const;
+    std::function<void()> onEnded;  // of a panel
+
     // Pixels of the model, at 96 dpi, as pixels of this screen.
     int scaled(int pixels) const;
 
@@ -60,11 +68,14 @@ class DialogWindow : public QDialog, public DialogView {
     void placeRectangles(QBoxLayout& column);
     int menuHeight() const;
     bool openMenu(const QKeyEvent& key);
+    bool leavesToProgram(const QKeyEvent& key) const;
     ControlWidget* find(int id) const;
     // What stands in the layout for a control; null when there is none.
     QWidget* placedOf(int id) const;
 
     Dialog& dialog_;
+    Panel* panel_;  // the dialog, where it is one that stands in the program's window
+    bool isResting_ = false;
     // Marks the control that has the keyboard.
     void markFocus(QWidget* widget);
 

@@ -21,6 +21,7 @@
 #include "platform/files/files.h"
 #include "platform/text/text.h"
 #include "platform/ui/qt/dialog_window.h"
+#include "platform/ui/qt/panel_area.h"
 #include "platform/ui/qt/qt_printing.h"
 #include "platform/ui/qt/qt_text.h"
 
@@ -85,7 +86,9 @@ QString sizeKey(const Dialog& dialog) {
 }  // namespace
 
 QtBackend::QtBackend(QWidget* owner) : owner_(owner) {}
-QtBackend::~QtBackend() = default;
+QtBackend::~QtBackend() {
+    closePanels();
+}
 
 QWidget* QtBackend::front() const {
     return windows_.empty() ? owner_ : windows_.back().second.get();
@@ -100,6 +103,8 @@ void QtBackend::returnToFront() const {
 DialogWindow* QtBackend::window(const Dialog& dialog) const {
     for (const auto& [shown, window] : windows_)
         if (shown == &dialog) return window.get();
+    for (const Standing& standing : panels_)
+        if (standing.panel.get() == &dialog) return standing.view.get();
     return nullptr;
 }
 
@@ -120,6 +125,12 @@ void QtBackend::keepSize(const Dialog& dialog, const DialogWindow& window) {
 }
 
 bool QtBackend::open(Dialog& dialog) {
+    if (Standing* standing = find(dialog)) {
+        standing->view = std::make_unique<DialogWindow>(dialog, nullptr);
+        standing->view->onEnded = [this] { QTimer::singleShot(0, &soon_, [this] { removeEndedPanels(); }); };
+        area_->add(*standing->panel, *standing->view);
+        return true;
+    }
     auto window = std::make_unique<DialogWindow>(dialog, front());
     restoreSize(dialog, *window);
     window->show();
@@ -141,7 +152,71 @@ std::optional<std::chrono::milliseconds> QtBackend::pictureInterval(int) {
     return std::chrono::milliseconds(100);
 }
 
+// --- Panels ------------------------------------------------------------------------------------------------
+
+QtBackend::Standing* QtBackend::find(const Dialog& panel) {
+    auto found = std::find_if(panels_.begin(), panels_.end(),
+                              [&](const Standing& standing) { return standing.panel.get() == &panel; });
+    return found == panels_.end() ? nullptr : &*found;
+}
+
+// As a dialog that waits, with a person who may act while it is at work.
+bool QtBackend::runPanel(Panel& panel) {
+    constexpr std::chrono::milliseconds kSlice{20};
+    const bool isOpen = panel.open();
+    if (isOpen) panel.onWindowChange({true, true, true});
+    while (panel.running()) {
+        if (panel.work(kSlice))
+            panel.takeEvents();
+        else
+            panel.waitForEvent();
+        if (panel.running()) panel.onWindowChange({.selection = true});
+    }
+    if (isOpen) panel.close();
+    return isOpen;
+}
+
+bool QtBackend::showPanel(std::unique_ptr<Panel> panel) {
+    if (!area_) return runPanel(*panel);
+    Panel& shown = *panel;
+    shown.setPlace(area_);
+    panels_.push_back({std::move(panel), nullptr});
+    const bool isMade = shown.open();
+    if (shown.running())
+        shown.enter();
+    else
+        std::erase_if(panels_, [&](const Standing& standing) { return standing.panel.get() == &shown; });
+    return isMade;
+}
+
+Panel* QtBackend::openPanel(int resource) {
+    for (const Standing& standing : panels_)
+        if (standing.panel->resource() == resource && standing.panel->running()) return standing.panel.get();
+    return nullptr;
+}
+
+void QtBackend::closePanel(int resource) {
+    if (Panel* panel = openPanel(resource)) panel->end(kCancel);
+    removeEndedPanels();
+}
+
+void QtBackend::closePanels() {
+    for (const Standing& standing : panels_) standing.panel->end(kCancel);
+    removeEndedPanels();
+}
+
+void QtBackend::removeEndedPanels() {
+    for (size_t i = panels_.size(); i-- > 0;) {
+        if (panels_[i].panel->running()) continue;
+        area_->remove(*panels_[i].panel);
+        panels_[i].panel->close();
+        panels_[i].view.reset();
+        panels_.erase(panels_.begin() + static_cast<std::ptrdiff_t>(i));
+    }
+}
+
 void QtBackend::close(Dialog& dialog) {
+    if (find(dialog)) return;  // it goes with its view
     if (const DialogWindow* closed = window(dialog)) keepSize(dialog, *closed);
     std::erase_if(windows_, [&](const auto& entry) { return entry.first == &dialog; });
     returnToFront();
