@@ -131,7 +131,9 @@ class PanelDock : public QDockWidget {
     }
 
     void rest() {
-        if (ground_) ground_->rest();
+        if (!ground_) return;
+        if (!isNew_) panel_->onRest();
+        ground_->rest();
     }
     void goOn() {
         if (!ground_) return;

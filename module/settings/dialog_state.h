@@ -37,6 +37,7 @@ constexpr int kAsciiSettings = 31;
 constexpr int kReferenceFiles = 32;
 constexpr int kImportedSets = 33;
 constexpr int kShapeExport = 34;  // what was checked, the folder and the features of the last export
+constexpr int kRecordsTable = 35;  // that the panel of records has shown last
 }  // namespace state
 
 // The value of an index; "" when there is none. The file is made when it is missing.

@@ -66,8 +66,10 @@ void LinkIndex::update() {
         drawing_ = drawing.serial();
         observer_ = drawing.addObserver([this](AcDbObjectId id) { changed_.insert(id.asLong()); });
         changed_.clear(), links_.clear(), byRecord_.clear();
+        ++revision_;
         for (AcDbObjectId id : drawing.entities()) read(id.asLong());
     }
+    if (!changed_.empty()) ++revision_;
     for (long id : changed_) forget(id), read(id);
     changed_.clear();
 }

@@ -28,6 +28,8 @@ class LinkIndex {
     // The one of the current drawing, as that is now.
     static const LinkIndex& OfDrawing();
 
+    // Another number whenever links may have changed.
+    unsigned long revision() const { return revision_; }
     // All of them, in the order in which the drawing got its entities.
     std::vector<const LinkedEntity*> all() const;
     // The link of an entity; null when it has none.
@@ -47,6 +49,7 @@ class LinkIndex {
     void forget(long id);
     void read(long id);
 
+    unsigned long revision_ = 0;
     long drawing_ = 0;  // its serial
     int observer_ = 0;
     std::unordered_set<long> changed_;  // entities that have to be read anew

@@ -189,6 +189,9 @@ class DropDown : public ItemControl {
     explicit DropDown(int id, bool editable = false)
         : ItemControl(ControlKind::DropDown, id, {}), editable_(editable) {}
     bool editable() const { return editable_; }
+    // The items are what the text may go on with: a view offers them while a person types.
+    bool offersItems() const { return offersItems_; }
+    void setOffersItems(bool on = true) { offersItems_ = on; }
     void select(int index) override;  // an editable one takes the item's text
     // Selects the whole text of an editable one. A view sees by the number that it was asked for again.
     void selectText();
@@ -196,6 +199,7 @@ class DropDown : public ItemControl {
 
   private:
     bool editable_;
+    bool offersItems_ = false;
     int textSelections_ = 0;
 };
 

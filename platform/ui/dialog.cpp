@@ -253,7 +253,8 @@ std::string Dialog::userActivate(Grid& grid, CellPosition at) {
     if (!grid.has(at.column, at.row)) return "there is no such cell";
     letGo_ = {};
     grid.setActive(at.column, at.row);
-    onCellClick(grid, at);
+    onCellsTaken(grid);
+    if (running_) onCellClick(grid, at);
     return {};
 }
 
@@ -263,6 +264,7 @@ std::string Dialog::userSelectTo(Grid& grid, CellPosition at) {
     if (!grid.has(at.column, at.row)) return "there is no such cell";
     letGo_ = {};
     grid.selectTo(at);
+    onCellsTaken(grid);
     return {};
 }
 

@@ -185,6 +185,8 @@ class Dialog {
     // A change of cells or rows was taken back.
     virtual void onUndo(Grid&) {}
     virtual void onCellClick(Grid&, CellPosition) {}
+    // Another cell has become the active one, or other cells are taken together.
+    virtual void onCellsTaken(Grid&) {}
     virtual void onHeadingClick(Grid&, int /*column*/) {}
     // True: it is dealt with; else the cell is edited.
     virtual bool onCellDoubleClick(Grid&, CellPosition) { return false; }

@@ -306,6 +306,7 @@ std::string Dialog::userSelectKey(Grid& grid, const Key& key) {
         return kPass;
     grid.selectTo({std::clamp(to.column, 1, std::max(1, grid.columns())),
                    std::clamp(to.row, 1, std::max(1, grid.rows()))});
+    onCellsTaken(grid);
     return {};
 }
 
@@ -360,6 +361,7 @@ std::string Dialog::userGridKey(Grid& grid, const Key& key) {
     else
         return kPass;
     grid.setActive(at.column, at.row);
+    onCellsTaken(grid);
     return {};
 }
 

@@ -43,6 +43,9 @@ class Panel : public Dialog {
 
     // Told once when it is opened, with all of it, and then whenever something has changed and nothing runs.
     virtual void onWindowChange(const WindowChange&) {}
+    // A command is about to begin, or the panel to be left alone for another reason: it finishes what it has
+    // half done.
+    virtual void onRest() {}
     // Goes on for about so long with what takes long, such as counting; false when nothing is left to do. It
     // is called in idle time, and to the end where a script runs, until it gives false; then not before
     // onWindowChange or wake().

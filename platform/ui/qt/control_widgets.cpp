@@ -1,7 +1,9 @@
 #include "platform/ui/qt/control_widgets.h"
 
+#include <QAbstractItemView>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QCompleter>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -12,6 +14,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSignalBlocker>
+#include <QStringListModel>
 #include <QStyle>
 #include <QTabBar>
 #include <QToolTip>
@@ -247,14 +250,43 @@ class DropDownWidget : public Shown<DropDown, QComboBox> {
         });
         if (!control_.editable()) return;
         q_->setCompleter(nullptr);  // what is typed is what counts
+        if (control_.offersItems()) offerItems();
         q_->lineEdit()->setObjectName(QString::number(control_.id()));
         q_->lineEdit()->installEventFilter(&window_);
-        QObject::connect(q_->lineEdit(), &QLineEdit::textEdited, q_,
-                         [this](const QString& text) { dialog_.userText(control_, fromQt(text)); });
+        QObject::connect(q_->lineEdit(), &QLineEdit::textEdited, q_, [this](const QString& text) {
+            dialog_.userText(control_, fromQt(text));
+            if (control_.offersItems() && dialog_.running()) showOffers();
+        });
     }
     bool takesText() const override { return control_.editable(); }
 
   private:
+    // The items stand below the line while a person types. None of them is picked as long as nobody goes to
+    // it, so that Enter is the dialog's.
+    void offerItems() {
+        q_->setInsertPolicy(QComboBox::NoInsert);
+        q_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+        offers_ = new QStringListModel(q_);
+        auto* completer = new QCompleter(offers_, q_);
+        completer->setCompletionMode(QCompleter::UnfilteredPopupCompletion);
+        completer->setWidget(q_->lineEdit());
+        QObject::connect(completer, QOverload<const QModelIndex&>::of(&QCompleter::activated), q_,
+                         [this](const QModelIndex& chosen) {
+                             dialog_.userPick(control_, chosen.row());
+                             if (dialog_.running()) update();
+                             q_->lineEdit()->setFocus();
+                         });
+        completer_ = completer;
+    }
+    void showOffers() {
+        QStringList items;
+        for (const std::string& item : control_.items()) items << toQt(item);
+        offers_->setStringList(items);
+        if (items.isEmpty() || control_.text().empty())
+            completer_->popup()->hide();
+        else
+            completer_->complete();
+    }
     void show() override {
         QStringList items;
         for (const std::string& item : control_.items()) items << toQt(item);
@@ -272,6 +304,8 @@ class DropDownWidget : public Shown<DropDown, QComboBox> {
     }
     QStringList shown_;
     int selections_ = 0;
+    QStringListModel* offers_ = nullptr;  // the widget's, as the next
+    QCompleter* completer_ = nullptr;
 };
 
 class ProgressWidget : public Shown<Progress, QProgressBar> {

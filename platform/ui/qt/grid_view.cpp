@@ -204,6 +204,12 @@ GridView::GridView(Grid& grid, Dialog& dialog, DialogWindow& window)
 void GridView::refresh() {
     if (refreshing_) return;
     refreshing_ = true;
+    // Whoever has scrolled away from the active cell to look around stays there.
+    const QModelIndex before = cells_->indexOf(shownActive_);
+    const bool isSeen = before.isValid() && viewport()->rect().intersects(visualRect(before));
+    const bool follows =
+        isSeen || !(shownActive_ == grid_.active()) || filling_ != grid_.filling() || editor_;
+    shownActive_ = grid_.active();
     if (filling_ != grid_.filling()) columns_.forget();
     filling_ = grid_.filling();
     heights_.forget();
@@ -211,7 +217,8 @@ void GridView::refresh() {
     frozen_.setCount(std::min(grid_.frozenColumns(), grid_.columns()));
     if (headings_ != grid_.headingChanges()) showHeadings();
     seeRows();
-    if (const QModelIndex active = cells_->indexOf(grid_.active()); active.isValid()) scrollTo(active);
+    if (const QModelIndex active = cells_->indexOf(grid_.active()); active.isValid() && follows)
+        scrollTo(active);
     followActive();
     refreshing_ = false;
 }

@@ -112,6 +112,7 @@ class GridView : public QTableView {
     RowHeights heights_;
     int filling_ = 0;  // the model's, of which the columns are
     int headings_ = 0;
+    CellPosition shownActive_{0, 0};
     QPointer<QWidget> editor_;
     CellPosition edited_;
     // The list of the cell stands open because the cell is edited, so that Enter goes on from the cell.
