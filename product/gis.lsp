@@ -23,6 +23,7 @@
 ;;   GIS-EDITOR     15  defines the features of the template
 ;;   GIS-UTILITIES  16  imports and edits tables
 ;;   GIS-TABLE          shows a table of the output database and puts its values right
+;;   GIS-RECORDS        the records of a table beside the drawing
 ;;   GIS-BLOCKS     17  inserts blocks from records
 ;;   GIS-QUERY      18  shows the records of entities that are picked
 ;;   GIS-RECORD     19  adds a record to the output database
@@ -528,6 +529,15 @@
 (defun c:gis-editor () (cf:gis_smart_prompting 15) (princ))
 (defun c:gis-blocks () (cf:gis_smart_prompting 17) (princ))
 (defun c:gis-table () (gis:edit-table) (princ))
+
+;; The panel of records; in a script it is a dialog (1801).
+(defun c:gis-records ()
+  (if (gis:databases-chosen) (gis:records-panel))
+  (princ))
+
+;; Fills the sheet of an entity that has been selected in the panel.
+(defun gis:new-record (entity / drawn isAuto)
+  (if (gis:databases-chosen) (gis:prompt-picked entity)))
 
 ;; The workbench on the output database; points that its imports are to draw are drawn when it is left.
 (defun c:gis-utilities ()

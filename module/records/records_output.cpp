@@ -1,0 +1,77 @@
+#include "module/records/records_output.h"
+
+#include <filesystem>
+#include <fstream>
+
+#include "module/store/cell_values.h"
+#include "platform/text/text.h"
+
+namespace norvane {
+
+namespace {
+
+// Texts of this length may be the beginning of longer ones.
+constexpr size_t kPerhapsCut = 900;  // bytes
+
+std::string quoted(const std::string& text, const char* special) {
+    if (text.find_first_of(special) == std::string::npos) return text;
+    return "\"" + text::replaceAll(text, "\"", "\"\"") + "\"";
+}
+
+// The whole texts of a row, by field.
+std::vector<std::string> textsOf(const RecordsTable& records, int row) {
+    std::vector<std::string> texts;
+    bool isPerhapsCut = false;
+    for (int column = RecordsTable::kFirstField; column <= records.columns(); ++column) {
+        texts.push_back(records.text(column, row));
+        isPerhapsCut |= texts.back().size() >= kPerhapsCut;
+    }
+    if (!isPerhapsCut) return texts;
+    const std::vector<RecordValues> whole = records.valuesOfRows(row, row);
+    for (size_t field = 0; !whole.empty() && field < texts.size(); ++field)
+        if (texts[field].size() >= kPerhapsCut)
+            texts[field] = ShownText(whole.front()[field], CellValueOf(records.fields()[field]));
+    return texts;
+}
+
+std::string lineOf(std::vector<std::string> texts, const char* separator, const char* end) {
+    const std::string special = std::string(separator) + "\"\r\n";
+    for (std::string& text : texts) text = quoted(text, special.c_str());
+    return text::join(texts, separator) + end;
+}
+
+std::vector<std::string> namesOf(const RecordsTable& records) {
+    std::vector<std::string> names;
+    for (const CDaoFieldInfo& field : records.fields()) names.push_back(field.name);
+    return names;
+}
+
+}  // namespace
+
+std::string RecordsAsText(const RecordsTable& records, int first, int last) {
+    std::string text = lineOf(namesOf(records), "\t", "\n");
+    for (int row = first; row <= last; ++row) text += lineOf(textsOf(records, row), "\t", "\n");
+    return text;
+}
+
+CsvOutcome SaveRecordsAsCsv(const RecordsTable& records, const std::string& path,
+                            const std::function<bool(int rows)>& goOn) {
+    const std::string beside = path + ".part";
+    std::error_code error;
+    auto giveUp = [&](CsvOutcome outcome) {
+        std::filesystem::remove(beside, error);
+        return outcome;
+    };
+    std::ofstream file(beside, std::ios::binary);
+    file << lineOf(namesOf(records), ",", "\r\n");
+    for (int row = 1; row <= records.rows() && file; ++row) {
+        file << lineOf(textsOf(records, row), ",", "\r\n");
+        if (!goOn(row)) return giveUp(CsvOutcome::kStopped);
+    }
+    file.close();
+    if (!file) return giveUp(CsvOutcome::kFailed);
+    std::filesystem::rename(beside, path, error);
+    return error ? giveUp(CsvOutcome::kFailed) : CsvOutcome::kWritten;
+}
+
+}  // namespace norvane
