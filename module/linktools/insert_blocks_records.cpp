@@ -114,7 +114,7 @@ class PlacementReader {
     }
 
     std::optional<double> numberOf(int column) const {
-        return column < 0 ? std::nullopt : NumberIn(records_.GetFieldValue(column));
+        return column < 0 ? std::nullopt : NumberFrom(records_.GetFieldValue(column));
     }
     std::optional<plane::Point> placeInRecord() const {
         const std::optional<double> northing = numberOf(northing_), easting = numberOf(easting_);

@@ -14,7 +14,7 @@ std::string comparable(const dao::Variant& value) {
 
 }  // namespace
 
-std::optional<double> NumberIn(const dao::Variant& value) {
+std::optional<double> NumberFrom(const dao::Variant& value) {
     if (value.isNull()) return std::nullopt;
     double number = 0;
     if (value.is<std::string>()) return text::wholeReal(text::trim(value.get<std::string>()));
@@ -46,7 +46,7 @@ void RecordTable::read(CDaoDatabase& database) {
         if (id >= 0) record.key = comparable(records.GetFieldValue(id));
         if (feature >= 0) record.feature = comparable(records.GetFieldValue(feature));
         for (size_t i = 0; i < kMeasureFieldCount; ++i)
-            if (measures[i] >= 0) record.measures[i] = NumberIn(records.GetFieldValue(measures[i]));
+            if (measures[i] >= 0) record.measures[i] = NumberFrom(records.GetFieldValue(measures[i]));
         for (auto& [keyField, places] : byKey_)
             if (const int place = placeOf(keyField); place >= 0)
                 places[place == id ? record.key : comparable(records.GetFieldValue(place))].push_back(

@@ -15,7 +15,7 @@
 namespace norvane {
 
 // The number that a value is, or that all of a text says; nothing for none.
-std::optional<double> NumberIn(const dao::Variant& value);
+std::optional<double> NumberFrom(const dao::Variant& value);
 
 class RecordTable {
   public:
