@@ -1,6 +1,6 @@
 # Sourced by ./run and ./test: installs what a fresh Debian 12 machine lacks, and builds a preset.
 
-packages="g++ clang-format cmake ninja-build pkg-config libsqlite3-dev sqlite3 libjpeg-dev libpng-dev libgif-dev libfreexl-dev
+packages="g++ clang-format cmake ninja-build pkg-config libsqlite3-dev sqlite3 libjpeg-dev libpng-dev libgif-dev libisal-dev libfreexl-dev
 liborcus-dev libgtest-dev qt6-base-dev python3 python3-ezdxf python3-pyshp mdbtools unixodbc-dev odbc-postgresql libsqliteodbc
 postgresql poppler-utils"
 

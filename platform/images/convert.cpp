@@ -11,7 +11,7 @@
 namespace images {
 
 bool convertToJpeg(std::string_view from, std::string_view to) {
-    const std::optional<std::string> bytes = readPictureFile(from);
+    const std::optional<PictureBytes> bytes = readPictureFile(from);
     const std::optional<Heading> heading = bytes ? headingOf(*bytes) : std::nullopt;
     if (!heading) return false;
     JpegWriter writer;

@@ -50,7 +50,7 @@ Format formatOf(std::string_view bytes) {
     return Format::kNone;
 }
 
-std::optional<std::string> readPictureFile(std::string_view path, size_t most) {
+std::optional<PictureBytes> readPictureFile(std::string_view path, size_t most) {
     constexpr size_t kLargest = size_t{1} << 29;
     std::error_code error;
     const std::filesystem::path file = files::onDisk(path);
@@ -58,11 +58,11 @@ std::optional<std::string> readPictureFile(std::string_view path, size_t most) {
     const std::uintmax_t size = std::filesystem::file_size(file, error);
     if (error || size > kLargest) return std::nullopt;
     std::ifstream stream(file, std::ios::binary);
-    std::string bytes(std::min(static_cast<size_t>(size), most), '\0');
+    if (!stream) return std::nullopt;
+    PictureBytes bytes(std::min(static_cast<size_t>(size), most));
     // It may have become shorter at this moment.
-    if (stream) stream.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    if (!stream.is_open()) return std::nullopt;
-    bytes.resize(static_cast<size_t>(stream.gcount()));
+    stream.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    bytes.shrink(static_cast<size_t>(stream.gcount()));
     return bytes;
 }
 
@@ -117,7 +117,7 @@ Image preview(std::string_view bytes, Size frame) {
 // Where the beginning of a file does not say it, the whole of it may.
 std::optional<Size> sizeOfFile(std::string_view path) {
     constexpr size_t kBeginning = size_t{1} << 18;
-    std::optional<std::string> bytes = readPictureFile(path, kBeginning);
+    std::optional<PictureBytes> bytes = readPictureFile(path, kBeginning);
     if (const std::optional<Size> size = bytes ? sizeOf(*bytes) : std::nullopt) return size;
     if (bytes && bytes->size() == kBeginning) bytes = readPictureFile(path);
     if (!bytes) return std::nullopt;
@@ -125,7 +125,7 @@ std::optional<Size> sizeOfFile(std::string_view path) {
 }
 
 Image previewOfFile(std::string_view path, Size frame) {
-    const std::optional<std::string> bytes = readPictureFile(path);
+    const std::optional<PictureBytes> bytes = readPictureFile(path);
     return bytes ? preview(*bytes, frame) : Image();
 }
 

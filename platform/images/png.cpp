@@ -5,13 +5,14 @@
 
 #include "platform/images/formats.h"
 #include "platform/images/guard.h"
+#include "platform/images/plain_png.h"
 
 namespace images {
 namespace {
 
 class PngReader {
   public:
-    explicit PngReader(std::string_view bytes) : bytes_(bytes) {
+    explicit PngReader(std::string_view bytes) : whole_(bytes), bytes_(bytes) {
         png_ = png_create_read_struct(
             PNG_LIBPNG_VER_STRING, this,
             [](png_structp png, png_const_charp) {
@@ -33,6 +34,7 @@ class PngReader {
 
     // Behind heading().
     bool read(Size size, RowSink& sink) {
+        if (isPlain()) return readPlainPng(chunks(), size, png_get_channels(png_, head_), sink);
         if (!guard_.run([this] { setUp(); })) return false;
         const size_t rowBytes = static_cast<size_t>(size.width) * kPixelBytes;
         if (png_get_rowbytes(png_, head_) != rowBytes) return false;
@@ -77,6 +79,20 @@ class PngReader {
         png_read_update_info(png_, head_);
     }
 
+    bool isPlain() const {
+        const png_byte kind = png_get_color_type(png_, head_);
+        const bool isColoured = kind == PNG_COLOR_TYPE_RGB || kind == PNG_COLOR_TYPE_RGBA;
+        return isColoured && png_get_bit_depth(png_, head_) == 8 &&
+               png_get_interlace_type(png_, head_) == PNG_INTERLACE_NONE &&
+               !png_get_valid(png_, head_, PNG_INFO_tRNS);
+    }
+    // The file from its first IDAT chunk on, whose head was read last.
+    std::string_view chunks() const {
+        constexpr size_t kChunkHead = 8;
+        return whole_.substr(whole_.size() - bytes_.size() - kChunkHead);
+    }
+
+    std::string_view whole_;
     std::string_view bytes_;  // what is left of them
     png_structp png_ = nullptr;
     png_infop head_ = nullptr;

@@ -17,14 +17,17 @@ class RowReducer : public RowSink {
     Image take();
 
   private:
+    void addOpaque(const uint8_t* row);
     void finishRow();
 
     Size needed_;
     Size size_;
     int factor_ = 1;
-    int gathered_ = 0;  // rows in the sums
-    int done_ = 0;      // rows of the result
-    std::vector<uint32_t> sums_;
+    int gathered_ = 0;              // rows in the sums
+    int done_ = 0;                  // rows of the result
+    std::vector<uint32_t> sums_;    // of the pixels of the result, of colours times what they cover
+    std::vector<uint16_t> opaque_;  // of the columns, in rows that cover everything
+    bool hasOpaque_ = false;
     Image result_;
 };
 
