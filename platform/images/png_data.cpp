@@ -76,19 +76,17 @@ size_t PngData::read(uint8_t* to, size_t count) {
     inflating.avail_out = static_cast<uint32_t>(count);
     while (inflating.avail_out > 0 && !state_->isAtEnd) {
         const bool isMore = inflating.avail_in > 0 || state_->refill();
-        const uint32_t left = inflating.avail_out;
-        int result = ISAL_DECOMP_OK;
         if (!state_->hasHead) {
             isal_zlib_header head{};
-            result = isal_read_zlib_header(&inflating, &head);
+            const int result = isal_read_zlib_header(&inflating, &head);
             state_->hasHead = result == ISAL_DECOMP_OK && !head.dict_flag;
-            if (result == ISAL_END_INPUT && isMore) continue;
-            state_->isAtEnd = !state_->hasHead;
+            state_->isAtEnd = !state_->hasHead && !(result == ISAL_END_INPUT && isMore);
             continue;
         }
-        result = isal_inflate(&inflating);
-        state_->isAtEnd = result != ISAL_DECOMP_OK || inflating.block_state == ISAL_BLOCK_FINISH ||
-                          (!isMore && inflating.avail_out == left);
+        const uint32_t in = inflating.avail_in, out = inflating.avail_out;
+        const bool isGood = isal_inflate(&inflating) == ISAL_DECOMP_OK;
+        const bool goesOn = inflating.avail_in != in || inflating.avail_out != out;
+        state_->isAtEnd = !isGood || !goesOn || inflating.block_state == ISAL_BLOCK_FINISH;
     }
     return count - inflating.avail_out;
 }

@@ -18,6 +18,8 @@ struct Writing {
     int level = 6;
     int strategy = Z_DEFAULT_STRATEGY;
     size_t chunk = 8192;
+    int interlacing = PNG_INTERLACE_NONE;
+    const uint8_t* clear = nullptr;  // a colour that covers nothing
 };
 
 // A picture of soft colours and noise, in which nothing is quite clear. Without the part that pixels cover
@@ -47,14 +49,20 @@ std::string pngOf(const Image& image, const Writing& writing) {
         nullptr);
     png_set_IHDR(png, info, static_cast<png_uint_32>(image.size.width),
                  static_cast<png_uint_32>(image.size.height), 8,
-                 writing.channels == 3 ? PNG_COLOR_TYPE_RGB : PNG_COLOR_TYPE_RGBA, PNG_INTERLACE_NONE, 0, 0);
+                 writing.channels == 3 ? PNG_COLOR_TYPE_RGB : PNG_COLOR_TYPE_RGBA, writing.interlacing, 0, 0);
+    if (writing.clear) {
+        png_color_16 colour{};
+        colour.red = writing.clear[0], colour.green = writing.clear[1], colour.blue = writing.clear[2];
+        png_set_tRNS(png, info, nullptr, 0, &colour);
+    }
     png_set_filter(png, 0, writing.filters);
     png_set_compression_level(png, writing.level);
     png_set_compression_strategy(png, writing.strategy);
     png_set_compression_buffer_size(png, writing.chunk);
     png_write_info(png, info);
     if (writing.channels == 3) png_set_filler(png, 0, PNG_FILLER_AFTER);
-    for (int y = 0; y < image.size.height; ++y) png_write_row(png, image.pixel(0, y));
+    for (int pass = png_set_interlace_handling(png); pass > 0; --pass)
+        for (int y = 0; y < image.size.height; ++y) png_write_row(png, image.pixel(0, y));
     png_write_end(png, info);
     png_destroy_write_struct(&png, &info);
     return bytes;
@@ -116,6 +124,17 @@ TEST(PngFiles, AreReadInAllWaysThatTheyAreWritten) {
         }
 }
 
+TEST(PngFiles, OfOtherKindsGoAnotherWay) {
+    const Size size = {40, 30};
+    Image image = pictureOf(size, 3);
+    EXPECT_EQ(
+        goodRows(image, preview(pngOf(image, {.channels = 3, .interlacing = PNG_INTERLACE_ADAM7}), size)),
+        size.height);
+    const std::string png = pngOf(image, {.channels = 3, .clear = image.pixel(7, 9)});
+    EXPECT_EQ(preview(png, size).pixel(7, 9)[3], 0);
+    EXPECT_EQ(preview(png, size).pixel(8, 9)[3], 255);
+}
+
 TEST(PngFiles, GiveTheRowsInFrontOfWhatIsDamaged) {
     const Image image = pictureOf({300, 1000}, 3);
     const std::string png = pngOf(image, {.channels = 3, .chunk = 4000});
@@ -140,6 +159,8 @@ TEST(PngFiles, GiveTheRowsInFrontOfWhatIsDamaged) {
     EXPECT_LT(behind, image.size.height);
     EXPECT_TRUE(preview(png.substr(0, chunks.front()), image.size).empty());
     EXPECT_TRUE(preview(png.substr(0, chunks.front() + 1), image.size).empty());
+    const std::string empty("\0\0\0\0IDAT\x35\xAF\x06\x1E", 12);
+    EXPECT_EQ(rowsOf(png.substr(0, middle - 8) + empty + png.substr(middle - 8)), image.size.height);
     // The sum of the last chunk comes behind all rows.
     EXPECT_EQ(damaged(png.size() - 13), image.size.height);
 }
