@@ -3,7 +3,7 @@
 //   overlay_bench [ENTITIES...]      1000, 10000 and 100000 without any
 //
 // A third of the entities are points, a third lines in all directions, a third closed polylines. All of them
-// have a label of about ten characters and a colour.
+// have a label of about ten characters and one of seven colours.
 #include <QApplication>
 #include <algorithm>
 #include <cstdio>
@@ -25,6 +25,7 @@ using namespace hostcad;
 namespace {
 
 constexpr int kRuns = 100;
+constexpr uint32_t kClasses[] = {0xE69F00, 0x56B4E9, 0x009E73, 0xF0E442, 0x0072B2, 0xD55E00, 0xCC79A7};
 
 double middle(std::vector<double> values) {
     std::sort(values.begin(), values.end());
@@ -67,7 +68,7 @@ void giveLabels() {
         overlay::EntityName name{};
         nameOf(id, name.data());
         labels.labels.push_back({name, "Lot " + std::to_string(++number) + "/A"});
-        colours.colours.push_back({name, uint32_t(number) * 2654435761u >> 8});
+        colours.colours.push_back({name, kClasses[static_cast<size_t>(number) % std::size(kClasses)]});
     }
     overlay::setLabels("bench", std::move(labels));
     overlay::setColours("bench", std::move(colours));

@@ -70,9 +70,12 @@ bool spotOf(const EntityName& entity, LabelSpot& spot) {
     const hostcad::ObjectId id = hostcad::idOf(entity.data());
     if (!id || !drawing.exists(id)) return false;
     const hostcad::LabelSpots spots = hostcad::labelSpots(drawing, id, Placement::ByEntity);
-    if (!spots.hasPlace()) return false;
-    spot = {spots.placement, spots.box.maxX, spots.box.centre().y, 0};
-    if (spots.count == 0) return true;
+    if (!spots.hasPlace) return false;
+    if (spots.count == 0) {
+        const hostcad::Box box = hostcad::extentsOf(drawing, id);
+        spot = {spots.placement, box.maxX, box.centre().y, 0};
+        return true;
+    }
     const hostcad::LabelSpot& first = spots.spots[0];
     spot = {spots.placement, first.x, first.y, std::atan2(first.alongY, first.alongX)};
     return true;

@@ -222,9 +222,10 @@ LabelSpots labelSpots(const Drawing& drawing, ObjectId entity, Placement wish) {
     Shape shape;
     shapeOf(drawing, entity, shape);
     const Box box = shape.box();
+    if (box.empty()) return found;
     for (double v : {box.minX, box.minY, box.maxX, box.maxY})
         if (!(std::abs(v) <= kFarAway)) return found;
-    found.box = box;
+    found.hasPlace = true;
     const Placement own = placementOf(drawing, entity, shape);
     found.placement = wish == Placement::ByEntity ? own : wish;
     if (found.placement == Placement::Inside) {

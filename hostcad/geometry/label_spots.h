@@ -18,13 +18,11 @@ struct LabelSpot {
 
 struct LabelSpots {
     overlay::Placement placement = overlay::Placement::Beside;
-    // In order of preference. Beside: none, the box is what the label stands beside. Inside: points surely
-    // inside of what encloses an area. Along: the middle of the line, and the middles of its halves.
+    // In order of preference. Beside: none, what the label stands beside is the entity's box. Inside: points
+    // surely inside of what encloses an area. Along: the middle of the line, and the middles of its halves.
     std::array<LabelSpot, 3> spots;
     uint8_t count = 0;
-    Box box;  // of the entity; empty where it has no place
-
-    bool hasPlace() const { return !box.empty(); }
+    bool hasPlace = false;  // else there is nothing to label: no lines, or none that end
 };
 
 // The spots of an entity for a wish, which need not be possible (see platform/ads/overlay.h).

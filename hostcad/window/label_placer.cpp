@@ -76,7 +76,8 @@ const LabelSpots& LabelPlacer::spotsOf(const Item& item) {
 
 // --- Placing -----------------------------------------------------------------------------------------------
 
-const std::vector<PlacedLabel>& LabelPlacer::place(const ViewPlace& place, QSizeF size, double margin) {
+const std::vector<PlacedLabel>& LabelPlacer::place(const ViewPlace& place, QSizeF size, double margin,
+                                                   const QRectF& covered) {
     const QRectF seen = seenBy(place, size);
     const bool hasChanged = update() || place.scale != scale_;
     if (!hasChanged && area_.contains(seen)) return placed_;
@@ -87,6 +88,10 @@ const std::vector<PlacedLabel>& LabelPlacer::place(const ViewPlace& place, QSize
     for (Item& item : items_) item.isPlaced = false;
     if (hasChanged) placed_.clear(), placedItems_.clear();
     keepPlaced();
+    if (!covered.isEmpty()) {
+        const QPointF middle = seen.topLeft() + covered.center();
+        cells_.take({middle.x(), middle.y(), covered.width() / 2, covered.height() / 2});
+    }
     placeNew();
     return placed_;
 }
@@ -97,8 +102,7 @@ void LabelPlacer::keepPlaced() {
     for (size_t i = 0; i < placed_.size(); ++i) {
         const PlacedLabel& label = placed_[i];
         const LabelBox box = boxOf(label, scale_);
-        if (!cells_.holds(box)) continue;
-        cells_.take(box);
+        if (!cells_.take(box)) continue;
         items_[placedItems_[i]].isPlaced = true;
         placed_[kept] = label;
         placedItems_[kept++] = placedItems_[i];
@@ -124,11 +128,10 @@ void LabelPlacer::placeNew() {
 
 void LabelPlacer::put(Item& item) {
     const LabelSpots& spots = spotsOf(item);
-    if (!spots.hasPlace()) return;
+    if (!spots.hasPlace) return;
     const std::span<const Candidate> candidates = candidatesFor(item, spots);
     for (const auto& [box, alignment] : candidates) {
-        if (!cells_.holds(box) || !cells_.isFree(box)) continue;
-        cells_.take(box);
+        if (!cells_.takeFree(box)) continue;
         item.isPlaced = true;
         placedItems_.push_back(static_cast<size_t>(&item - items_.data()));
         placed_.push_back({item.entity,
@@ -162,15 +165,14 @@ std::span<const LabelPlacer::Candidate> LabelPlacer::candidatesFor(const Item& i
             addAlong(spots, halfWidth, halfHeight);
             break;
         default:
-            addBeside(spots, halfWidth, halfHeight);
+            addBeside(scene_.entities()[item.place].box, halfWidth, halfHeight);
     }
     return candidates_;
 }
 
 // To the right and left, above and below, and at the corners.
-void LabelPlacer::addBeside(const LabelSpots& spots, double halfWidth, double halfHeight) {
+void LabelPlacer::addBeside(const Box& box, double halfWidth, double halfHeight) {
     using enum LabelAlignment;
-    const Box& box = spots.box;
     const double x = (box.minX + box.maxX) / 2 * scale_, y = -(box.minY + box.maxY) / 2 * scale_;
     const double across = box.width() / 2 * scale_ + kGap + halfWidth;
     const double upright = box.height() / 2 * scale_ + kGap + halfHeight;

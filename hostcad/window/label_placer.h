@@ -39,9 +39,11 @@ class LabelPlacer {
     // The scene shows the current drawing, and stays the caller's.
     explicit LabelPlacer(const Scene& scene) : scene_(scene) {}
 
-    // The labels for what a picture of this size shows, and for `margin` pixels round it. Sizes are in pixels
-    // of the desktop, as is the scale of the place.
-    const std::vector<PlacedLabel>& place(const ViewPlace& place, QSizeF size, double margin);
+    // The labels for what a picture of this size shows, and for `margin` pixels round it. No new label is put
+    // into the part that is `covered`, from the picture's upper left corner. Sizes are in pixels of the
+    // desktop, as is the scale of the place.
+    const std::vector<PlacedLabel>& place(const ViewPlace& place, QSizeF size, double margin,
+                                          const QRectF& covered = {});
     // Of the labels that were placed last, those of what a picture shows.
     overlay::LabelCounts counts(const ViewPlace& place, QSizeF size) const;
 
@@ -73,7 +75,7 @@ class LabelPlacer {
     void put(Item& item);
     const LabelSpots& spotsOf(const Item& item);
     std::span<const Candidate> candidatesFor(const Item& item, const LabelSpots& spots);
-    void addBeside(const LabelSpots& spots, double halfWidth, double halfHeight);
+    void addBeside(const Box& box, double halfWidth, double halfHeight);
     void addAlong(const LabelSpots& spots, double halfWidth, double halfHeight);
     double capitalOf(const overlay::LabelStyle& style) const {
         return style.isInPixels ? style.height : style.height * scale_;

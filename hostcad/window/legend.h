@@ -16,6 +16,7 @@ namespace hostcad {
 // The legends of the current drawing, laid out for a room. Sizes are in pixels of the desktop.
 class LegendPicture {
   public:
+    LegendPicture() = default;
     // What has no room is counted in the last row, and texts that are too long end in an ellipsis. `corner`
     // is the width that is kept free at the end of the first row.
     explicit LegendPicture(QSize room, int corner = 0);

@@ -16,6 +16,7 @@ constexpr int kButton = 20;
 
 LegendPanel::LegendPanel(QWidget* canvas) : QWidget(canvas), close_(new QToolButton(this)) {
     setCursor(Qt::ArrowCursor);
+    setAttribute(Qt::WA_NoMousePropagation);  // a click on it is none on the drawing behind it
     setAccessibleName("Legend");
     close_->setText("\u00D7");
     close_->setAccessibleName("Hide the legend");

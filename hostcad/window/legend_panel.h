@@ -30,7 +30,7 @@ class LegendPanel : public QWidget {
   private:
     void lay();
 
-    LegendPicture picture_{QSize()};
+    LegendPicture picture_;
     uint64_t revision_ = 0;
     bool isWanted_ = true;
     QToolButton* close_;

@@ -27,15 +27,15 @@ ScenePainter::ScenePainter(const Scene& scene, const ViewPlace& place, double pi
     : scene_(scene),
       place_{place.centre, place.scale * pixelRatio},
       pixelRatio_(pixelRatio),
-      surface_(surface),
-      lastShown_(readableOn(surface, 0)) {}
+      surface_(surface) {
+    colours_.fill({0, readableOn(surface, 0)});
+}
 
 uint32_t ScenePainter::shown(uint32_t colour) {
-    if (colour != lastColour_) {
-        lastColour_ = colour;
-        lastShown_ = readableOn(surface_, colour);
-    }
-    return lastShown_;
+    constexpr uint32_t kMixing = 2654435769;  // spreads what differs in any bit
+    ShownColour& known = colours_[colour * kMixing >> 26];
+    if (known.colour != colour) known = {colour, readableOn(surface_, colour)};
+    return known.shown;
 }
 
 void ScenePainter::begin(const QImage& picture) {

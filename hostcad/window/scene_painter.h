@@ -6,6 +6,7 @@
 #pragma once
 
 #include <QImage>
+#include <array>
 #include <cstdint>
 #include <vector>
 
@@ -59,8 +60,12 @@ class ScenePainter {
     double pixelRatio_;
     double halfWidth_ = 0, halfHeight_ = 0;
     Surface surface_;
-    uint32_t lastColour_ = 0, lastShown_ = 0;  // lines of one colour follow each other
-    Box area_;                                 // of the world that is seen
+    // Colours that were looked up: a drawing has few.
+    struct ShownColour {
+        uint32_t colour, shown;
+    };
+    std::array<ShownColour, 64> colours_;
+    Box area_;  // of the world that is seen
     std::vector<PendingText> texts_;
 };
 

@@ -7,6 +7,12 @@
 namespace hostcad {
 namespace {
 
+struct Range {
+    double from = INFINITY, to = -INFINITY;
+
+    void add(double at) { from = std::min(from, at), to = std::max(to, at); }
+};
+
 using Corners = std::array<QPointF, 4>;
 
 Corners cornersOf(const LabelBox& box) {
@@ -14,6 +20,23 @@ Corners cornersOf(const LabelBox& box) {
     const QPointF along = QPointF(box.alongX, -box.alongY) * box.halfWidth;
     const QPointF down = QPointF(box.alongY, box.alongX) * box.halfHeight;
     return {middle - along - down, middle + along - down, middle + along + down, middle - along + down};
+}
+
+// How far a turned box goes to the left and right between two heights.
+Range rangeBetween(const Corners& corners, double upper, double lower) {
+    Range range;
+    for (size_t i = 0; i < corners.size(); ++i) {
+        const QPointF a = corners[i], b = corners[(i + 1) % corners.size()];
+        const double high = std::max(upper, std::min(a.y(), b.y()));
+        const double low = std::min(lower, std::max(a.y(), b.y()));
+        if (high > low) continue;
+        if (a.y() == b.y()) {
+            range.add(a.x()), range.add(b.x());
+            continue;
+        }
+        for (double y : {high, low}) range.add(a.x() + (b.x() - a.x()) * (y - a.y()) / (b.y() - a.y()));
+    }
+    return range;
 }
 
 }  // namespace
@@ -29,43 +52,42 @@ void TakenCells::reset(const QRectF& area) {
     // Cells stand at the same places of the plan, wherever the area begins.
     left_ = std::floor(area.left() / kCell) * kCell;
     top_ = std::floor(area.top() / kCell) * kCell;
-    columns_ = static_cast<int>((area.right() - left_) / kCell) + 1;
-    rows_ = static_cast<int>((area.bottom() - top_) / kCell) + 1;
+    columns_ = columnOf(area.right()) + 1;
+    rows_ = rowOf(area.bottom()) + 1;
     words_ = columns_ / kWord + 1;
     taken_.assign(static_cast<size_t>(words_) * static_cast<size_t>(rows_), 0);
 }
 
+int TakenCells::columnOf(double x) const {
+    return static_cast<int>((x - left_) / kCell);
+}
+
+int TakenCells::rowOf(double y) const {
+    return static_cast<int>((y - top_) / kCell);
+}
+
+bool TakenCells::holds(const QRectF& bounds) const {
+    return bounds.left() >= area_.left() && bounds.right() <= area_.right() && bounds.top() >= area_.top() &&
+           bounds.bottom() <= area_.bottom();
+}
+
 template <class Visit>
-bool TakenCells::visitRows(const LabelBox& box, Visit visit) const {
-    const QRectF bounds = box.bounds();
-    auto cell = [](double at, int count) {
-        return static_cast<int>(std::clamp(std::floor(at / kCell), 0.0, count - 1.0));
-    };
-    if (!area_.intersects(bounds)) return true;
-    const int first = cell(bounds.top() - top_, rows_), last = cell(bounds.bottom() - top_, rows_);
-    double from = bounds.left(), to = bounds.right();
-    const bool isLevel = box.alongY == 0;
-    const Corners corners = isLevel ? Corners() : cornersOf(box);
+bool TakenCells::visitRows(const LabelBox& box, const QRectF& bounds, Visit visit) const {
+    const int first = rowOf(bounds.top()), last = rowOf(bounds.bottom());
+    if (box.alongY == 0) {
+        const int from = columnOf(bounds.left()), to = columnOf(bounds.right());
+        for (int row = first; row <= last; ++row)
+            if (!visit(row, from, to)) return false;
+        return true;
+    }
+    const Corners corners = cornersOf(box);
     for (int row = first; row <= last; ++row) {
-        if (!isLevel) {
-            // Where the four sides are in this row.
-            const double upper = top_ + row * kCell, lower = upper + kCell;
-            from = INFINITY, to = -INFINITY;
-            for (size_t i = 0; i < corners.size(); ++i) {
-                const QPointF a = corners[i], b = corners[(i + 1) % corners.size()];
-                const double high = std::max(upper, std::min(a.y(), b.y()));
-                const double low = std::min(lower, std::max(a.y(), b.y()));
-                if (high > low) continue;
-                for (double y : {high, low}) {
-                    const double part = a.y() == b.y() ? 0 : (y - a.y()) / (b.y() - a.y());
-                    const double x = a.x() + (b.x() - a.x()) * part;
-                    from = std::min(from, x), to = std::max(to, x);
-                }
-                if (a.y() == b.y()) from = std::min(from, b.x()), to = std::max(to, b.x());
-            }
-            if (from > to) continue;
-        }
-        if (!visit(row, cell(from - left_, columns_), cell(to - left_, columns_))) return false;
+        const double upper = top_ + row * kCell;
+        const Range range = rangeBetween(corners, upper, upper + kCell);
+        // Sums may go beyond the bounds by a rounding.
+        const int from = columnOf(std::max(range.from, bounds.left()));
+        const int to = columnOf(std::min(range.to, bounds.right()));
+        if (from <= to && !visit(row, from, to)) return false;
     }
     return true;
 }
@@ -76,16 +98,12 @@ uint64_t TakenCells::bits(int word, int from, int to) {
     return (~uint64_t{0} << first) & (~uint64_t{0} >> (kWord - 1 - last));
 }
 
-bool TakenCells::isTaken(double x, double y) const {
-    const int column = static_cast<int>((x - left_) / kCell), row = static_cast<int>((y - top_) / kCell);
-    if (column < 0 || column >= columns_ || row < 0 || row >= rows_) return false;
-    return taken_[static_cast<size_t>(row * words_ + column / kWord)] >> (column % kWord) & 1;
-}
-
-bool TakenCells::isFree(const LabelBox& box) const {
+bool TakenCells::isFree(const LabelBox& box, const QRectF& bounds) const {
     // Where labels are close to each other, the middle says it all.
-    if (isTaken(box.x, box.y)) return false;
-    return visitRows(box, [&](int row, int from, int to) {
+    const int middle = columnOf(box.x);
+    if (taken_[static_cast<size_t>(rowOf(box.y) * words_ + middle / kWord)] >> (middle % kWord) & 1)
+        return false;
+    return visitRows(box, bounds, [&](int row, int from, int to) {
         const uint64_t* words = taken_.data() + static_cast<ptrdiff_t>(row) * words_;
         for (int word = from / kWord; word <= to / kWord; ++word)
             if (words[word] & bits(word, from, to)) return false;
@@ -93,12 +111,26 @@ bool TakenCells::isFree(const LabelBox& box) const {
     });
 }
 
-void TakenCells::take(const LabelBox& box) {
-    visitRows(box, [&](int row, int from, int to) {
+void TakenCells::takeAll(const LabelBox& box, const QRectF& bounds) {
+    visitRows(box, bounds, [&](int row, int from, int to) {
         uint64_t* words = taken_.data() + static_cast<ptrdiff_t>(row) * words_;
         for (int word = from / kWord; word <= to / kWord; ++word) words[word] |= bits(word, from, to);
         return true;
     });
+}
+
+bool TakenCells::takeFree(const LabelBox& box) {
+    const QRectF bounds = box.bounds();
+    if (!holds(bounds) || !isFree(box, bounds)) return false;
+    takeAll(box, bounds);
+    return true;
+}
+
+bool TakenCells::take(const LabelBox& box) {
+    const QRectF bounds = box.bounds();
+    if (!holds(bounds)) return false;
+    takeAll(box, bounds);
+    return true;
 }
 
 }  // namespace hostcad

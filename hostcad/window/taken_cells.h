@@ -21,21 +21,25 @@ class TakenCells {
   public:
     // Begins with nothing taken, over an area.
     void reset(const QRectF& area);
-    bool holds(const LabelBox& box) const { return area_.contains(box.bounds()); }
-    // None of the cells of a box is taken.
-    bool isFree(const LabelBox& box) const;
-    void take(const LabelBox& box);
+    // Takes the cells of a box that is within the area; false when it is not, or one of them is taken.
+    bool takeFree(const LabelBox& box);
+    // Takes them whether they are free or not; false when the box is not within the area.
+    bool take(const LabelBox& box);
 
   private:
     static constexpr double kCell = 4;
     static constexpr int kWord = 64;
 
-    // Calls `visit` with each row of cells that a box touches, and its first and last cell there, until it
-    // gives false. False when that happened.
+    // Calls `visit` with each row of cells that a box within the area touches, and with its first and last
+    // cell there, until it gives false. False when that happened.
     template <class Visit>
-    bool visitRows(const LabelBox& box, Visit visit) const;
+    bool visitRows(const LabelBox& box, const QRectF& bounds, Visit visit) const;
     static uint64_t bits(int word, int from, int to);
-    bool isTaken(double x, double y) const;
+    bool holds(const QRectF& bounds) const;
+    bool isFree(const LabelBox& box, const QRectF& bounds) const;
+    void takeAll(const LabelBox& box, const QRectF& bounds);
+    int columnOf(double x) const;
+    int rowOf(double y) const;
 
     QRectF area_;
     double left_ = 0, top_ = 0;

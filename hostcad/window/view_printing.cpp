@@ -14,16 +14,22 @@ namespace {
 
 constexpr double kDesktopDots = 96;     // an inch
 constexpr double kFinestPicture = 300;  // dots an inch; finer ones cost memory and look the same
+constexpr int kLegendFromEdge = 10;     // pixels of the desktop
 
-// In the upper right corner, as on the screen.
-void paintLegend(QImage& picture, double ratio) {
-    constexpr double kFromEdge = 10;
-    const QSizeF room = QSizeF(picture.size()) / ratio - QSizeF(2 * kFromEdge, 2 * kFromEdge);
-    const LegendPicture legend(room.toSize());
+// Labels and legend. The legend is in the upper right corner, as on the screen, and no label is under it.
+void paintOverlay(QImage& picture, const Scene& scene, const ViewPlace& place, double ratio,
+                  bool withLegend) {
+    const QSizeF desktop = QSizeF(picture.size()) / ratio;
+    const QSize room = desktop.toSize() - 2 * QSize(kLegendFromEdge, kLegendFromEdge);
+    const LegendPicture legend = withLegend ? LegendPicture(room) : LegendPicture();
+    const QPointF corner(desktop.width() - legend.size().width() - kLegendFromEdge, kLegendFromEdge);
+    LabelPlacer labels(scene);
+    paintLabels(picture, labels.place(place, desktop, 0, QRectF(corner, legend.size())), place, ratio,
+                kPaper);
     if (legend.isEmpty()) return;
     QPainter painter(&picture);
     painter.scale(ratio, ratio);
-    painter.translate(picture.width() / ratio - legend.size().width() - kFromEdge, kFromEdge);
+    painter.translate(corner);
     legend.paint(painter, kPaper);
 }
 
@@ -44,9 +50,7 @@ bool printView(const Scene& scene, const ViewBox& view, bool withLegend, QPrinte
     const double ratio = dots / kDesktopDots;
     const ViewPlace place{{view.centre.x, view.centre.y}, scale / ratio};
     ScenePainter(scene, place, ratio, kPaper).paint(picture, {}, false, OverlayColours(scene).ofPlaces());
-    LabelPlacer labels(scene);
-    paintLabels(picture, labels.place(place, QSizeF(picture.size()) / ratio, 0), place, ratio, kPaper);
-    if (withLegend) paintLegend(picture, ratio);
+    paintOverlay(picture, scene, place, ratio, withLegend);
     const QSizeF size = QSizeF(picture.size()) / shrunk;
     painter.setRenderHint(QPainter::LosslessImageRendering);  // a photograph's loss shows on thin lines
     // The painter begins at the corner of what can be printed on.

@@ -391,6 +391,16 @@ TEST_F(WindowOverlay, TheLegendShowsItselfAndCanBeHidden) {
     EXPECT_GT(count(kRed), 100);
     EXPECT_GT(count(kGreen), 100);
     EXPECT_GT(count(kWhite), 30);  // the texts
+    // A click on it selects nothing of what is behind it.
+    const QPoint corner = legend.geometry().center();
+    const hostcad::ViewBox view = window_.canvas().view();
+    const double unit = view.height / window_.canvas().height();
+    const double x = view.centre.x + (corner.x() - window_.canvas().width() / 2.0) * unit;
+    const double y = view.centre.y - (corner.y() - window_.canvas().height() / 2.0) * unit;
+    makeLine(x - 100 * unit, y, x + 100 * unit, y);
+    window_.runLine("REGEN");
+    QTest::mouseClick(&legend, Qt::LeftButton, {}, legend.rect().center());
+    EXPECT_TRUE(window_.canvas().selected().empty());
     EXPECT_EQ(legend.geometry().right() + 11, window_.canvas().width());
     window_.resize(900, 700);
     QTest::qWait(20);
@@ -420,7 +430,10 @@ TEST_F(WindowOverlay, LabelsColoursAndLegendAreOnPaper) {
     const ObjectId edge = makePoint(2, 300);
     overlay::LabelSet labels;
     labels.style = {20, true, kRed, overlay::Placement::ByEntity};
-    labels.labels = {{name(square), "MMM"}, {name(edge), "Edge"}};
+    picture();
+    const hostcad::ViewBox seen = window_.canvas().view();
+    const ObjectId corner = makePoint(seen.width - 60, seen.height - 30);
+    labels.labels = {{name(square), "MMM"}, {name(edge), "Edge"}, {name(corner), "Hid"}};
     overlay::setLabels("TEST", labels);
     overlay::ColourSet colours;
     colours.colours = {{name(square), 0x0000FF}};
@@ -443,10 +456,13 @@ TEST_F(WindowOverlay, LabelsColoursAndLegendAreOnPaper) {
     // In the corner: the swatch, and black texts.
     EXPECT_GT(count(width * 0.7, height * 0.85, width, height, 0x0000FF), 500);
     EXPECT_GT(count(width * 0.7, height * 0.85, width, height, 0), 50);
+    EXPECT_GT(count(0, 280, 120, 320, kRed), 100);
+    EXPECT_EQ(count(width * 0.7, height * 0.5, width, height, kRed), 0);  // it would be under the legend
     // Without the legend.
     window_.canvas().legend().setWanted(false);
     std::filesystem::remove(path("page.pdf"));
     printPage(page);
     EXPECT_EQ(count(width * 0.7, height * 0.85, width, height, 0x0000FF), 0);
     EXPECT_GT(count(120, 150, 230, 200, kRed), 200);
+    EXPECT_GT(count(width * 0.7, height * 0.5, width, height, kRed), 100);
 }

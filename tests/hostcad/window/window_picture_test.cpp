@@ -137,7 +137,8 @@ TEST_F(WindowPicture, WhatIsSeenIsPrintedFittedInTheMiddleOfThePage) {
     EXPECT_NEAR(across / double(down), width / double(height), 0.01);
     EXPECT_GT(across, 2000);                // 300 dots an inch
     auto pixel = [&](double x, double y) {  // of the drawing
-        return page.picture.pixel(int(x / width * across), int((1 - y / height) * down)) & 0xFFFFFF;
+        const int row = std::min(int((1 - y / height) * down), down - 1);
+        return page.picture.pixel(int(x / width * across), row) & 0xFFFFFF;
     };
     EXPECT_EQ(pixel(150, 150), kRed);
     EXPECT_EQ(pixel(250, 150), kWhite);  // the paper, not the ground of the screen
