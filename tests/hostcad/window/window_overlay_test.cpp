@@ -45,11 +45,13 @@ class WindowOverlay : public DrawnWindow {
         hostcad::nameOf(id, made.data());
         return made;
     }
+    // The set has them in the opposite order of the drawing.
     void label(const std::map<ObjectId, std::string>& texts, overlay::LabelStyle style = {}) {
         overlay::LabelSet set;
         style.colour = kLabel;
         set.style = style;
-        for (const auto& [id, text] : texts) set.labels.push_back({name(id), text});
+        for (auto text = texts.rbegin(); text != texts.rend(); ++text)
+            set.labels.push_back({name(text->first), text->second});
         overlay::setLabels("TEST", std::move(set));
     }
     const PlacedLabel* labelOf(ObjectId id) {
@@ -160,6 +162,91 @@ TEST_F(WindowOverlay, LabelsStandBesidePointsInsideAreasAndAlongLines) {
     EXPECT_GT(labelOf(point)->at.x, 103);
 }
 
+TEST_F(WindowOverlay, LinesOfTextStandBelowEachOtherAndTowardsTheirPoint) {
+    const ObjectId first = makePoint(400, 300), second = makePoint(400, 300);
+    const ObjectId square = makeSquare(100, 100, 120), same = makeSquare(100, 100, 120);
+    makeLine(0, 160, 300, 160, "(62 . 1)");
+    label({{first, "MMMMMM\nM"}, {second, "MMMMMM\nM"}, {square, "MM"}, {same, "MM"}});
+    QImage shown = picture();
+    // To the right of the point, and to the left: the short line is at the point's side.
+    ASSERT_GT(labelOf(first)->at.x, 400);
+    ASSERT_LT(labelOf(second)->at.x, 400);
+    EXPECT_GT(labelPixels(shown, 404, 301, 490, 314), 60);
+    EXPECT_GT(labelPixels(shown, 404, 284, 425, 298), 20);
+    EXPECT_EQ(labelPixels(shown, 440, 284, 490, 298), 0);
+    EXPECT_GT(labelPixels(shown, 375, 284, 396, 298), 20);
+    EXPECT_EQ(labelPixels(shown, 300, 284, 360, 298), 0);
+    // What is behind a label is veiled.
+    ASSERT_NEAR(labelOf(square)->at.y, 160, 0.1);
+    EXPECT_EQ(pixels(shown, 148, 157, 172, 163, kRed), 0);
+    EXPECT_GT(pixels(shown, 102, 157, 125, 163, kRed), 20);
+    // Where the middle of an area is taken, there is its upper half.
+    ASSERT_NE(labelOf(same), nullptr);
+    EXPECT_NEAR(labelOf(same)->at.x, 160, 0.1);
+    EXPECT_NEAR(labelOf(same)->at.y, 190, 0.1);
+    // Each set has its own looks.
+    overlay::LabelSet other;
+    other.style.colour = kRed;
+    other.style.height = 20;
+    other.labels = {{name(makePoint(600, 200)), "M"}};
+    overlay::setLabels("ZZZ", other);
+    shown = picture();
+    EXPECT_GT(pixels(shown, 600, 180, 640, 220, kRed), 20);
+    EXPECT_GT(pixels(shown, 600, 206, 640, 209, kRed), 2);  // near the top of 20 pixels
+    EXPECT_GT(labelPixels(shown, 404, 301, 490, 314), 60);
+}
+
+TEST_F(WindowOverlay, OnlyWhatIsSeenIsCounted) {
+    std::map<ObjectId, std::string> texts{{makeSquare(100, 100, 60), "seen"}};
+    for (int i = 0; i < 5; ++i) texts[makeSquare(-100, 100, 60)] = "beyond";
+    label(texts);
+    picture();
+    EXPECT_GT(window_.canvas().labels().size(), 1u);
+    EXPECT_EQ(overlay::labelCounts().placed, 1u);
+    EXPECT_EQ(overlay::labelCounts().leftOut, 0u);
+    overlay::LabelStyle style;
+    style.height = 1;
+    label(texts, style);
+    EXPECT_EQ(overlay::labelCounts().tooSmall, 1u);
+}
+
+TEST(TakenCells, ABoxThatIsTakenMeetsNoOtherAndIsRefusedOnlyNearOne) {
+    std::mt19937 random(23);
+    std::uniform_real_distribution<double> x(0, 600), y(0, 400), angle(-M_PI / 2, M_PI / 2), size(2, 30);
+    const QRectF area(0, 0, 600, 400);
+    hostcad::TakenCells cells;
+    cells.reset(area);
+    auto corners = [](const hostcad::LabelBox& box, double more) {
+        PlacedLabel label;
+        label.at = {box.x, -box.y};
+        label.angle = static_cast<float>(std::atan2(box.alongY, box.alongX));
+        label.width = static_cast<float>(2 * (box.halfWidth + more));
+        label.height = static_cast<float>(2 * (box.halfHeight + more));
+        return cornersOf(label, 1);
+    };
+    std::vector<hostcad::LabelBox> taken;
+    size_t refused = 0;
+    for (int i = 0; i < 4000; ++i) {
+        const double turn = i % 3 == 0 ? 0 : angle(random);
+        const hostcad::LabelBox box{x(random),        y(random),      size(random),
+                                    size(random) / 4, std::cos(turn), std::sin(turn)};
+        bool meets = false, isNear = !area.contains(box.bounds());
+        for (const hostcad::LabelBox& other : taken) {
+            meets = meets || overlap(corners(box, 0), corners(other, 0));
+            isNear = isNear || overlap(corners(box, 6), corners(other, 0));
+        }
+        if (cells.takeFree(box)) {
+            ASSERT_FALSE(meets);
+            taken.push_back(box);
+        } else {
+            ASSERT_TRUE(isNear);
+            ++refused;
+        }
+    }
+    EXPECT_GT(taken.size(), 200u);
+    EXPECT_GT(refused, 2000u);
+}
+
 TEST_F(WindowOverlay, NoLabelIsOverAnotherAndThoseWithoutRoomAreCounted) {
     const std::map<ObjectId, std::string> texts = makeCrowd(240);
     label(texts);
@@ -186,7 +273,7 @@ TEST_F(WindowOverlay, NoLabelIsOverAnotherAndThoseWithoutRoomAreCounted) {
         EXPECT_TRUE(isMet) << text;
     }
     // The first of the drawing comes first, whatever the order in the set.
-    EXPECT_NE(labelOf(texts.begin()->first), nullptr);
+    for (size_t i = 1; i < placed.size(); ++i) EXPECT_LT(placed[i - 1].entity, placed[i].entity);
     // The same drawing gives the same places.
     window_.runLine("REGEN");
     const std::vector<PlacedLabel>& again = window_.canvas().labels();
@@ -360,6 +447,17 @@ TEST_F(WindowOverlay, ColoursStandInPlaceOfTheEntitysOwnAndMarksOverThem) {
     EXPECT_EQ(pixels(picture(), 90, 90, 310, 160, kGreen), 0);
     window_.runLine("U");
     EXPECT_NEAR(pixels(picture(), 90, 98, 310, 102, kGreen), 201, 2);
+    // Of two colours the last holds, and places in the picture may become others, as one that begins anew has
+    // them.
+    const ObjectId third = makeLine(100, 200, 300, 200, "(62 . 1)");
+    set.colours = {{name(third), kYellow}, {name(third), kGreen}};
+    overlay::setColours("TEST", set);
+    EXPECT_NEAR(pixels(picture(), 90, 198, 310, 202, kGreen), 201, 2);
+    window_.runLine("(entdel (entnext))");
+    window_.runLine("(command \"_.LAYER\" \"_N\" \"OTHER\" \"_C\" \"3\" \"OTHER\" \"\")");
+    EXPECT_NEAR(pixels(picture(), 90, 198, 310, 202, kGreen), 201, 2);
+    window_.runLine("U");
+    window_.runLine("U");
     set.colours = {{name(other), kYellow}, {name(line), 0}};
     overlay::setColours("TEST", set);
     shown = picture();
@@ -432,9 +530,12 @@ TEST_F(WindowOverlay, LabelsColoursAndLegendAreOnPaper) {
     labels.style = {20, true, kRed, overlay::Placement::ByEntity};
     picture();
     const hostcad::ViewBox seen = window_.canvas().view();
-    const ObjectId corner = makePoint(seen.width - 60, seen.height - 30);
+    const ObjectId corner = makePoint(seen.width - 115, seen.height - 30);
     labels.labels = {{name(square), "MMM"}, {name(edge), "Edge"}, {name(corner), "Hid"}};
     overlay::setLabels("TEST", labels);
+    labels.style.colour = kWhite;
+    labels.labels = {{name(makePoint(300, 300)), "White"}};
+    overlay::setLabels("WHITE", labels);
     overlay::ColourSet colours;
     colours.colours = {{name(square), 0x0000FF}};
     colours.legend = {"Use", {{0x0000FF, "Park", 1}}};
@@ -457,12 +558,15 @@ TEST_F(WindowOverlay, LabelsColoursAndLegendAreOnPaper) {
     EXPECT_GT(count(width * 0.7, height * 0.85, width, height, 0x0000FF), 500);
     EXPECT_GT(count(width * 0.7, height * 0.85, width, height, 0), 50);
     EXPECT_GT(count(0, 280, 120, 320, kRed), 100);
-    EXPECT_EQ(count(width * 0.7, height * 0.5, width, height, kRed), 0);  // it would be under the legend
+    EXPECT_GT(count(303, 285, 360, 315, 0), 100);  // white is black on paper
+    // To the right of its point a label would be under the legend, in part.
+    EXPECT_EQ(count(width - 112, height - 50, width - 80, height - 10, kRed), 0);
+    EXPECT_GT(count(width - 170, height - 50, width - 118, height - 10, kRed), 50);
     // Without the legend.
     window_.canvas().legend().setWanted(false);
     std::filesystem::remove(path("page.pdf"));
     printPage(page);
     EXPECT_EQ(count(width * 0.7, height * 0.85, width, height, 0x0000FF), 0);
     EXPECT_GT(count(120, 150, 230, 200, kRed), 200);
-    EXPECT_GT(count(width * 0.7, height * 0.5, width, height, kRed), 100);
+    EXPECT_GT(count(width - 112, height - 50, width - 80, height - 10, kRed), 50);
 }
