@@ -100,6 +100,7 @@ std::optional<Comparison> ConditionParser::takeComparison() {
 
 ConditionNode ConditionParser::test() {
     const Operand left = operand(std::nullopt);
+    if (tokens_.atEnd()) testedField_ = left.field;
     if (const std::optional<Comparison> sign = takeComparison())
         return comparison(left, *sign, operand(left.field));
     if (left.field) return fieldTest(*left.field, left.token);

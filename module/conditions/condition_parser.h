@@ -23,7 +23,8 @@ class ConditionParser {
     // What could follow where the text ended: a field, a value of a field.
     bool wantedField() const { return wantedField_; }
     std::optional<size_t> wantedValueOf() const { return wantedValueOf_; }
-    void wantField() { wantedField_ = wantedField_ || tokens_.atEnd(); }
+    // The field whose comparison would have followed.
+    std::optional<size_t> testedField() const { return testedField_; }
 
   private:
     struct Operand {
@@ -52,6 +53,7 @@ class ConditionParser {
     size_t values_ = 0;
     bool wantedField_ = false;
     std::optional<size_t> wantedValueOf_;
+    std::optional<size_t> testedField_;
 };
 
 }  // namespace norvane

@@ -43,8 +43,12 @@ std::string ConditionToken::shown() const {
     return std::string(cut) + (cut.size() < whole.size() ? "..." : "");
 }
 
+bool ConditionTokens::isTooLong(std::string_view text) {
+    return text.size() > kLongestText;
+}
+
 ConditionTokens::ConditionTokens(std::string_view text) {
-    if (text.size() > kLongestText)
+    if (isTooLong(text))
         throw FaultFound({0, 0, "The text is longer than " + std::to_string(kLongestText) + " characters."});
     if (size_t zero = text.find('\0'); zero != std::string_view::npos || !text::isValidUtf8(text))
         throw FaultFound(

@@ -32,6 +32,7 @@ class ConditionTokens {
   public:
     // Throws a FaultFound for a text that is too long or has a piece that is not closed or known.
     explicit ConditionTokens(std::string_view text);
+    static bool isTooLong(std::string_view text);
 
     const ConditionToken& peek(size_t ahead = 0) const;
     ConditionToken take();
