@@ -47,15 +47,18 @@ struct Order {
     }
 };
 
-// The order of two values of a record, which are of one kind.
-std::optional<int> orderOf(const dao::Variant& a, const dao::Variant& b) {
-    if (const std::string* left = TextIn(a), *right = TextIn(b); left && right)
-        return orderOf(text::upper(*left), text::upper(*right));
-    if (const std::optional<int64_t> left = SecondIn(a), right = SecondIn(b); left && right)
-        return orderOf(*left, *right);
-    if (const std::optional<double> left = NumberIn(a), right = NumberIn(b); left && right)
-        return orderOf(*left, *right);
-    return std::nullopt;
+// The order of two values of a record.
+std::optional<int> orderOf(const dao::Variant& a, const dao::Variant& b, ValueKind kind) {
+    if (kind == ValueKind::kText) {
+        const std::string *left = TextIn(a), *right = TextIn(b);
+        return left && right ? std::optional(orderOf(text::upper(*left), text::upper(*right))) : std::nullopt;
+    }
+    if (kind == ValueKind::kDate) {
+        const std::optional<int64_t> left = SecondIn(a), right = SecondIn(b);
+        return left && right ? std::optional(orderOf(*left, *right)) : std::nullopt;
+    }
+    const std::optional<double> left = NumberIn(a), right = NumberIn(b);
+    return left && right ? std::optional(orderOf(*left, *right)) : std::nullopt;
 }
 
 // wanted: numbers or texts, ascending.
@@ -79,7 +82,7 @@ Truth leafTruth(const ConditionNode& node, const std::vector<dao::Variant>& valu
         case ConditionNode::Kind::kCompare:
         case ConditionNode::Kind::kFields: {
             const std::optional<int> order = node.kind == ConditionNode::Kind::kFields
-                                                 ? orderOf(value, values[node.other])
+                                                 ? orderOf(value, values[node.other], node.valueKind)
                                                  : std::visit(Order{value}, node.values.front());
             return order ? truthOf(HoldsFor(node.comparison, *order)) : Truth::kUnknown;
         }

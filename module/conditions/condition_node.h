@@ -24,7 +24,7 @@ struct ConditionNode {
         kAll,      // of parts
         kAny,      // of parts
         kCompare,  // field, comparison, values[0]
-        kFields,   // field, comparison, other
+        kFields,   // field, comparison, other, both of a kind
         kIsOneOf,  // field, values: numbers or texts, ascending
         kIsLike,   // field, pattern
         kIsNull,   // field
@@ -34,6 +34,7 @@ struct ConditionNode {
     std::vector<ConditionNode> parts{};
     size_t field = 0;  // positions among the fields of the table
     size_t other = 0;
+    ValueKind valueKind = ValueKind::kNumber;
     Comparison comparison = Comparison::kEqual;
     std::vector<ComparedValue> values{};
     TextPattern pattern{};

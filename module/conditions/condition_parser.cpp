@@ -124,6 +124,7 @@ ConditionNode ConditionParser::comparison(const Operand& left, Comparison compar
     ConditionNode node{ConditionNode::Kind::kFields};
     node.field = *left.field;
     node.other = *right.field;
+    node.valueKind = kind;
     node.comparison = comparison;
     return node;
 }

@@ -111,6 +111,10 @@ class SearchWriter {
         return "?";
     }
     const char* numberParameter(const CDaoFieldInfo& field, double number);
+    // Whether texts are found by an index of a file. A column of SQLite without a type holds numbers too.
+    bool hasQuickEquality(const CDaoFieldInfo& field) const {
+        return engine_ == EngineKind::kAccess || (engine_ == EngineKind::kSqlite && field.type == dbText);
+    }
     bool isFile() const { return engine_ == EngineKind::kAccess || engine_ == EngineKind::kSqlite; }
 
     const std::vector<CDaoFieldInfo>& fields_;
@@ -247,7 +251,7 @@ std::string SearchWriter::textCompared(const CDaoFieldInfo& field, Comparison co
     const OtherLetters letters = plain ? OtherLetters{} : ordered ? allLetters() : lettersIn(upper);
     const std::string exact = folded(field, letters) + " " + SignOf(comparison) + " ";
     // The first part of an equality is less exact and finds by an index.
-    if (comparison == Comparison::kEqual && plain && isFile()) {
+    if (comparison == Comparison::kEqual && plain && hasQuickEquality(field)) {
         std::string quick = "(" + bracketed(field) + " = " + parameter(upper) + " COLLATE NOCASE AND ";
         return quick + exact + parameter(upper) + ")";
     }
@@ -346,7 +350,7 @@ std::string SearchWriter::isOneOfTexts(const ConditionNode& node, const CDaoFiel
         return " IN (" + text::join(parameters, ", ") + ")";
     };
     const std::string exact = folded(field, lettersIn(all)) + (node.isNegated ? " NOT" : "");
-    if (!isFile() || node.isNegated || !isAscii(all)) return exact + list();
+    if (!hasQuickEquality(field) || node.isNegated || !isAscii(all)) return exact + list();
     std::string quick = "(" + bracketed(field) + " COLLATE NOCASE" + list() + " AND ";
     return quick + exact + list() + ")";
 }

@@ -101,8 +101,7 @@ class Translator {
         const Token& t = tokens_[at_];
         if (isName(t) && escapes_ == 0) return name();
         ++at_;
-        const bool isCollation = t.kind == Token::kText && at_ >= 3 && token(at_ - 3).is("COLLATE");
-        if (isCollation) return std::string(t.whole);
+        if (at_ >= 3 && token(at_ - 3).is("COLLATE") && isCollation(at_ - 1)) return std::string(t.whole);
         if (t.kind == Token::kText && t.whole.front() == '"' && t.closed) return quotedText(t.text);
         if (t.kind == Token::kDate) return date(t);
         if (t.isSymbol("{")) ++escapes_;
@@ -116,6 +115,11 @@ class Translator {
         return out;
     }
 
+    // A name in double quotes behind COLLATE.
+    bool isCollation(size_t i) const {
+        return token(i).kind == Token::kText && token(i).whole.front() == '"' && token(i).closed;
+    }
+
     std::string name() {
         for (const Mention& mention : mentions_)
             if (mention.begin == at_) return tableName(mention);
@@ -123,6 +127,7 @@ class Translator {
         size_t open = behindBlanks(at_ + 1);
         if (t.kind == Token::kWord && token(open).isSymbol("(") && isOneOf(t, kFunctions))
             return function(open);
+        if (t.is("COLLATE") && isCollation(open)) return ++at_, std::string(t.whole);
         bool inList = at_ > listBegin_ && at_ < listEnd_;
         ++at_;
         if (t.kind == Token::kWord && !inList && (isKeyword(t) || token(open).isSymbol("(")))

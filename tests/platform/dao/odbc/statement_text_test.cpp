@@ -100,6 +100,7 @@ TEST(StatementText, LiteralsOfTheInterfaceAreThoseOfServers) {
     EXPECT_EQ(translated("SELECT #x# FROM tree"), "SELECT #x# FROM tree");
     EXPECT_EQ(translated("SELECT * FROM tree WHERE upper([PT_ID] COLLATE \"C\") = \"C\""),
               "SELECT * FROM tree WHERE upper(PT_ID COLLATE \"C\") = 'C'");
+    EXPECT_EQ(translated("SELECT * FROM tree WHERE a COLLATE \"C"), "SELECT * FROM tree WHERE a COLLATE \"C");
 }
 
 TEST(StatementText, RecordsOfOneTableAreKnown) {
