@@ -192,8 +192,19 @@ bool numberOf(const Variant& value, double& number) {
 }
 
 std::string dateAndTime(Date date) {
-    Calendar c = calendarOf(date);
-    return text::format("%04d-%02d-%02d %02d:%02d:%02d", c.year, c.month, c.day, c.hour, c.minute, c.second);
+    // Searches write one for each record that they look at, so it is not done by a format.
+    const Calendar c = calendarOf(date);
+    std::string out = "0000-00-00 00:00:00";
+    auto put = [&out](size_t behind, int value) {
+        for (; value > 0; value /= 10) out[--behind] = static_cast<char>('0' + value % 10);
+    };
+    put(4, c.year);
+    put(7, c.month);
+    put(10, c.day);
+    put(13, c.hour);
+    put(16, c.minute);
+    put(19, c.second);
+    return out;
 }
 
 std::string exactText(float value) {
