@@ -6,6 +6,7 @@
 
 #include "module/conditions/condition.h"
 #include "module/conditions/offers.h"
+#include "platform/text/text.h"
 #include "tests/module/conditions/condition_cases.h"
 #include "tests/platform/dao/odbc/postgres_server.h"
 
@@ -24,6 +25,8 @@ class Engines : public ::testing::TestWithParam<const char*> {
             if (!server.missing().empty()) GTEST_SKIP() << server.missing();
             server.answer("SET client_min_messages = warning; DROP SCHEMA IF EXISTS survey CASCADE");
             db.Open("", false, false, dao::ConnectString(server.connect()));
+        } else if (kind == "PostgreSQLWithUnicode") {
+            openOtherCluster();
         } else if (kind == "OtherServer") {
             const std::string driver = odbcDriver("libsqlite3odbc.so");
             if (driver.empty()) GTEST_SKIP() << "the ODBC driver of SQLite is not installed";
@@ -36,6 +39,21 @@ class Engines : public ::testing::TestWithParam<const char*> {
         }
     }
 
+    // A database whose server knows the cases of all letters; the others know those of the English alphabet.
+    void openOtherCluster() {
+        PostgresServer& server = PostgresServer::instance();
+        if (!server.missing().empty()) GTEST_SKIP() << server.missing();
+        static int number = 0;
+        const std::string name = "unicode" + std::to_string(++number);
+        const std::string said = server.answer("CREATE DATABASE " + name + " OWNER " + PostgresServer::kUser +
+                                                   " TEMPLATE template0 LOCALE 'C.UTF-8'",
+                                               "postgres");
+        if (!said.empty()) GTEST_SKIP() << said;
+        db.Open(
+            "", false, false,
+            dao::ConnectString(text::replaceAll(
+                server.connect(), std::string("DATABASE=") + PostgresServer::kDatabase, "DATABASE=" + name)));
+    }
     void readTable(const std::string& name) {
         table = name;
         records.clear();
@@ -92,7 +110,8 @@ class Engines : public ::testing::TestWithParam<const char*> {
 };
 
 INSTANTIATE_TEST_SUITE_P(Kinds, Engines,
-                         ::testing::Values("Access", "SQLite", "GeoPackage", "PostgreSQL", "OtherServer"),
+                         ::testing::Values("Access", "SQLite", "GeoPackage", "PostgreSQL",
+                                           "PostgreSQLWithUnicode", "OtherServer"),
                          [](const auto& name) { return std::string(name.param); });
 
 TEST_P(Engines, FindTheSameRecords) {
@@ -247,6 +266,41 @@ TEST_P(Engines, NamesOfAnyKindAreFields) {
         for (const char* test : {" = 'WERT É'", " LIKE 'w*É'", " > 'w'", " IS NOT NULL", " IN ('wert é')"})
             EXPECT_EQ(found(condition(name + test)), Ids{id}) << name << test;
     }
+}
+
+// Tables that are large enough for lookups and indexes.
+TEST_P(Engines, IndexesFindTheSameRecords) {
+    CDaoTableDef definition(&db);
+    definition.Create("KEYS");
+    definition.CreateField("ID", dbLong, 4);
+    definition.CreateField("NAME", dbText, 50);
+    definition.CreateField("PART", dbDouble, 8);
+    definition.Append();
+    const bool isAccess = std::string(GetParam()) == "Access";
+    if (isAccess) definition.CreatePrimaryKey({"ID"});
+    db.IndexForSearch("KEYS", {"NAME"});
+    static const char* const kNames[] = {"a1", "A1", "A1 ", " a1", "a-1", "É1", "é1", "e1", "a10"};
+    CDaoRecordset set(&db);
+    set.Open(dbOpenDynaset, "SELECT * FROM KEYS");
+    db.BeginTrans();
+    for (int id = 0; id < 1500; ++id) {
+        set.AddNew();
+        set.SetFieldValue(0, int32_t{id});
+        set.SetFieldValue(1, id < 9 ? std::string(kNames[id]) : "n" + std::to_string(id));
+        set.SetFieldValue(2, id % 7 / 4.0);
+        set.Update();
+    }
+    set.Close();
+    db.CommitTrans();
+    readTable("KEYS");
+    EXPECT_EQ(found(condition("NAME = 'A1'")), (Ids{0, 1}));
+    EXPECT_EQ(found(condition("NAME = 'a1 '")), (Ids{2}));
+    EXPECT_EQ(found(condition("NAME = 'é1'")), (Ids{5, 6}));
+    EXPECT_EQ(found(condition("NAME IN ('a1', 'N9', 'n1499')")), (Ids{0, 1, 9, 1499}));
+    EXPECT_EQ(found(condition("NAME = 'N77' AND ID = 77 AND PART = 0")), (Ids{77}));
+    EXPECT_EQ(found(condition("ID = 77 OR ID IN (5, 1499.0, 5.5)")), (Ids{5, 77, 1499}));
+    EXPECT_EQ(found(condition("PART = 0.25 AND ID < 10")), (Ids{1, 8}));
+    EXPECT_EQ(found(condition("NOT NAME LIKE 'n*'")), (Ids{0, 1, 2, 3, 4, 5, 6, 7, 8}));
 }
 
 TEST_P(Engines, LongConditionsAreTaken) {
