@@ -24,6 +24,7 @@
 ;;   GIS-UTILITIES  16  imports and edits tables
 ;;   GIS-TABLE          shows a table of the output database and puts its values right
 ;;   GIS-RECORDS        the records of a table beside the drawing
+;;   GIS-INDEX          gives tables an index of their keys
 ;;   GIS-BLOCKS     17  inserts blocks from records
 ;;   GIS-QUERY      18  shows the records of entities that are picked
 ;;   GIS-RECORD     19  adds a record to the output database
@@ -539,6 +540,9 @@
 (defun gis:new-record (entity / drawn isAuto)
   (if (gis:databases-chosen) (gis:prompt-picked entity)))
 
+;; Gives a table, or all of the output, an index by which records are found by their keys.
+(defun c:gis-index ()
+  (if (gis:databases-chosen) (gis:index (getstring T "\nTable <all>: ")))
 ;; The workbench on the output database; points that its imports are to draw are drawn when it is left.
 (defun c:gis-utilities ()
   (setq imported-points$ nil)

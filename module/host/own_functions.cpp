@@ -4,6 +4,7 @@
 #include "module/linktools/link_report.h"
 #include "module/linktools/linked_entities.h"
 #include "module/points/point_functions.h"
+#include "module/records/key_index.h"
 #include "module/titleblocks/title_operations.h"
 #include "module/transfer/export_operations.h"
 #include "module/transfer/import_dialog.h"
@@ -49,6 +50,7 @@ constexpr OwnFunction kFunctions[] = {
     {"gis:fill-titles", 1060, FillTitles},
     {"gis:compare-titles", 1061, CompareTitles},
     {"gis:drawings", 1062, ListDrawings},
+    {"gis:index", 1110, IndexTables},
 };
 
 }  // namespace

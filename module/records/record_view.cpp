@@ -115,8 +115,9 @@ void RecordView::look(bool showsAtOnce) {
 
 void RecordView::refresh() {
     fault_.clear();
-    noteChanged();
+    finder_.reset();
     isOutdated_ = false;
+    for (Page& page : pages_) page.isStale = true;
     try {
         newSource_ = dao::openTableRows(database_, table_);
         allNew_ = SearchAll(*newSource_);
@@ -162,6 +163,8 @@ bool RecordView::work(std::chrono::milliseconds most) {
             RowSearch* search = underWay();
             if (!search) return false;
             search->step();
+            // Rows that were shown while they were found may have come into another order.
+            if (search == shown_.get() && search->isDone()) pages_.clear();
             takeEnded();
         } while (std::chrono::steady_clock::now() < end);
     } catch (const CDaoException& error) {
@@ -327,9 +330,13 @@ RecordValues RecordView::values(long row) const {
     return record;
 }
 
-void RecordView::noteChanged() {
+void RecordView::noteChanged(RecordId id) {
     finder_.reset();
-    for (Page& page : pages_) page.isStale = true;
+    for (Page& page : pages_) {
+        const auto begin = rows().begin() + page.first;
+        const auto end = begin + static_cast<long>(page.records.size());
+        page.isStale = page.isStale || std::find(begin, end, id) != end;
+    }
 }
 
 void RecordView::forEachKey(const std::function<bool(const std::string& key)>& visit) const {

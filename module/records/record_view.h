@@ -100,8 +100,8 @@ class RecordView {
 
     // All values of a record, read now; none where it is gone. Throws what the engine says.
     RecordValues values(long row) const;
-    // What is shown of records is read anew: the caller, or somebody else, has changed or deleted some.
-    void noteChanged();
+    // What is shown of a record is read anew: the caller has changed or deleted it.
+    void noteChanged(RecordId id);
     // Whether records that were found are gone, so that refresh() would show others.
     bool isOutdated() const { return isOutdated_; }
 
@@ -138,13 +138,5 @@ class RecordView {
     mutable bool isOutdated_ = false;
     mutable std::unique_ptr<KeyFinder> finder_;  // made when it is first needed
 };
-
-// --- An index of the key field
-// ---------------------------------------------------------------------------------
-
-// Whether a table has so many records (20 000) that it deserves an index of the key field, and has none.
-bool NeedsIndex(CDaoDatabase& database, const std::string& table, const std::string& keyField);
-// Makes it. False: there is one already. Throws what the engine says.
-bool MakeIndex(CDaoDatabase& database, const std::string& table, const std::string& keyField);
 
 }  // namespace norvane

@@ -143,9 +143,9 @@ class CDaoDatabase {
     // An index by which records of a server are found by these text fields without regard to case; files need
     // none.
     void IndexForSearch(const std::string& table, const std::vector<std::string>& fields);
-    // An index of one field, of a text without regard to case. It lasts as soon as it is made, unless a
+    // An index of some fields, of texts without regard to case. It lasts as soon as it is made, unless a
     // transaction is under way.
-    void CreateIndex(const std::string& table, const std::string& field);
+    void CreateIndex(const std::string& table, const std::vector<std::string>& fields);
 
     // Statements that are to mean exactly the same everywhere have to be written for each.
     dao::EngineKind GetEngineKind() const;

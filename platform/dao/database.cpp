@@ -100,8 +100,8 @@ void CDaoDatabase::IndexForSearch(const std::string& table, const std::vector<st
     connection().indexForSearch(table, fields);
 }
 
-void CDaoDatabase::CreateIndex(const std::string& table, const std::string& field) {
-    connection().createIndex(table, field);
+void CDaoDatabase::CreateIndex(const std::string& table, const std::vector<std::string>& fields) {
+    connection().createIndex(table, fields);
     connection().commit();
 }
 

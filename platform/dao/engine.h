@@ -67,8 +67,8 @@ class Connection {
     // Makes an index by which records are found by these text fields without regard to case. An engine that
     // finds them fast enough without one makes none.
     virtual void indexForSearch(const std::string& /*table*/, const std::vector<std::string>& /*fields*/) {}
-    // Makes an index of one field, of a text without regard to case. Throws where it cannot be made.
-    virtual void createIndex(const std::string& table, const std::string& field);
+    // Makes an index of some fields, of texts without regard to case. Throws where it cannot be made.
+    virtual void createIndex(const std::string& table, const std::vector<std::string>& fields);
 
     virtual void execute(const std::string& sql, int options) = 0;
     // parameters: a value for each ? of the statement. Any other number of them is an error.

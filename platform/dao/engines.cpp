@@ -84,7 +84,7 @@ void Connection::createPrimaryKey(const std::string& table, const std::vector<st
     throw CDaoException("The table " + table + " cannot get a primary key in a database of this kind.");
 }
 
-void Connection::createIndex(const std::string& table, const std::string&) {
+void Connection::createIndex(const std::string& table, const std::vector<std::string>&) {
     throw CDaoException("The table " + table + " cannot get an index in a database of this kind.");
 }
 

@@ -253,13 +253,16 @@ std::unique_ptr<TableRows> AccessConnection::rows(const std::string& table) {
     return std::make_unique<AccessRows>(shared_from_this(), table);
 }
 
-void AccessConnection::createIndex(const std::string& table, const std::string& field) {
+void AccessConnection::createIndex(const std::string& table, const std::vector<std::string>& fields) {
     changeSchema([&] {
         const std::vector<CDaoFieldInfo>& present = this->table(table)->fields();
-        const int place = findField(present, field);
-        if (place < 0) noSuchField(field);
         jet::Index index;
-        index.name = index.columns.emplace_back().column = present[static_cast<size_t>(place)].name;
+        for (const std::string& name : fields) {
+            const int field = findField(present, name);
+            if (field < 0) noSuchField(name);
+            index.columns.push_back({present[static_cast<size_t>(field)].name});
+            index.name += (index.name.empty() ? "" : ", ") + index.columns.back().column;
+        }
         db_.createIndex(table, index);
     });
 }

@@ -53,7 +53,7 @@ class AccessConnection : public FileConnection, public std::enable_shared_from_t
     std::unique_ptr<Cursor> open(int type, const std::string& sql, int options,
                                  const std::vector<Variant>& parameters) override;
     std::unique_ptr<TableRows> rows(const std::string& table) override;
-    void createIndex(const std::string& table, const std::string& field) override;
+    void createIndex(const std::string& table, const std::vector<std::string>& fields) override;
 
     jet::Database& database() { return db_; }
     sqlite3* handle() const { return sql_.get(); }

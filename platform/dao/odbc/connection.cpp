@@ -367,17 +367,21 @@ void OdbcConnection::indexForSearch(const std::string& table, const std::vector<
     run("CREATE INDEX ON " + written(of) + " (" + text::join(keys, ", ") + ")");
 }
 
-void OdbcConnection::createIndex(const std::string& table, const std::string& field) {
+void OdbcConnection::createIndex(const std::string& table, const std::vector<std::string>& fields) {
     const Table& of = required(table);
-    const int place = findField(fieldsOf(of), field);
-    if (place < 0) noSuchField(field);
-    const CDaoFieldInfo& info = fieldsOf(of)[static_cast<size_t>(place)];
-    const std::string column = dialect().written(info.name);
-    if (dialect().postgres)
-        run("CREATE INDEX ON " + written(of) + " (" + PostgresRows::indexed(column, info.type) + ")");
-    else
-        run("CREATE INDEX " + dialect().written(dialect().forNew(of.name + "_" + info.name)) + " ON " +
-            written(of) + " (" + column + ")");
+    std::vector<std::string> columns;
+    std::string indexName = of.name;
+    for (const std::string& name : fields) {
+        const int field = findField(fieldsOf(of), name);
+        if (field < 0) noSuchField(name);
+        const CDaoFieldInfo& info = fieldsOf(of)[static_cast<size_t>(field)];
+        const std::string column = dialect().written(info.name);
+        columns.push_back(dialect().postgres ? PostgresRows::indexed(column, info.type) : column);
+        indexName += "_" + info.name;
+    }
+    // PostgreSQL finds a name that is free.
+    const std::string named = dialect().postgres ? "" : dialect().written(dialect().forNew(indexName)) + " ";
+    run("CREATE INDEX " + named + "ON " + written(of) + " (" + text::join(columns, ", ") + ")");
 }
 
 // --- Transactions -----------------------------------------------------------------------------------------

@@ -43,7 +43,7 @@ class OdbcConnection : public Connection,
     std::unique_ptr<Cursor> open(int type, const std::string& sql, int options,
                                  const std::vector<Variant>& parameters) override;
     std::unique_ptr<TableRows> rows(const std::string& table) override;
-    void createIndex(const std::string& table, const std::string& field) override;
+    void createIndex(const std::string& table, const std::vector<std::string>& fields) override;
     // There is nothing that waits to be made to last.
     void commit() override {}
     void beginTransaction() override;

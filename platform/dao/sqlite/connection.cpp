@@ -304,17 +304,21 @@ std::unique_ptr<TableRows> SqliteConnection::rows(const std::string& table) {
     return std::make_unique<SqliteRows>(shared_from_this(), name, rowId);
 }
 
-void SqliteConnection::createIndex(const std::string& table, const std::string& field) {
+void SqliteConnection::createIndex(const std::string& table, const std::vector<std::string>& fields) {
     requireTable(table);
-    const std::vector<CDaoFieldInfo> all = fields(table);
-    const int place = findField(all, field);
-    if (place < 0) noSuchField(field);
-    const CDaoFieldInfo& of = all[static_cast<size_t>(place)];
-    // A table of another program may compare its texts as they are written.
-    const std::string collation = isTextType(of.type) ? " COLLATE NOCASE" : "";
+    const std::vector<CDaoFieldInfo> present = this->fields(table);
+    std::vector<std::string> names, columns;
+    for (const std::string& name : fields) {
+        const int field = findField(present, name);
+        if (field < 0) noSuchField(name);
+        const CDaoFieldInfo& info = present[static_cast<size_t>(field)];
+        names.push_back(info.name);
+        // A table of another program may compare its texts as they are written.
+        columns.push_back(quotedName(info.name) + (isTextType(info.type) ? " COLLATE NOCASE" : ""));
+    }
     changeSchema([&] {
-        run("CREATE INDEX " + quotedName(table + " by " + of.name) + " ON " + quotedName(table) + " (" +
-            quotedName(of.name) + collation + ")");
+        run("CREATE INDEX " + quotedName(table + " by " + text::join(names, ", ")) + " ON " +
+            quotedName(table) + " (" + text::join(columns, ", ") + ")");
     });
 }
 

@@ -41,7 +41,7 @@ class SqliteConnection : public FileConnection, public std::enable_shared_from_t
     std::unique_ptr<Cursor> open(int type, const std::string& sql, int options,
                                  const std::vector<Variant>& parameters) override;
     std::unique_ptr<TableRows> rows(const std::string& table) override;
-    void createIndex(const std::string& table, const std::string& field) override;
+    void createIndex(const std::string& table, const std::vector<std::string>& fields) override;
 
     // Writes the file anew, in one step. Throws for a damaged one.
     void compact();

@@ -1,4 +1,5 @@
 // Tables that are odd, large or damaged under the eyes of a view.
+#include "module/records/key_index.h"
 #include "tests/module/records/trees.h"
 
 using norvane::RecordFilter;

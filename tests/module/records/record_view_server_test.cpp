@@ -1,4 +1,5 @@
 // A table on a PostgreSQL server that others change while it is shown.
+#include "module/records/key_index.h"
 #include "tests/module/records/trees.h"
 #include "tests/platform/dao/odbc/postgres_server.h"
 
@@ -31,20 +32,20 @@ TEST_F(RecordViewServer, WhatOthersChangeIsFollowed) {
     EXPECT_EQ(view.text(4, 2), "note 5");
     run("UPDATE survey.poles SET note = 'first' WHERE pt_id = 'P5'; "
         "UPDATE survey.poles SET note = 'second' WHERE pt_id = 'P5'");
-    view.noteChanged();
+    view.noteChanged(view.id(4));
     EXPECT_EQ(view.text(4, 2), "second") << "although the server keeps it at another place";
     EXPECT_EQ(view.values(4)[2], dao::Variant("second"));
     run("UPDATE survey.poles SET note = 'third' WHERE pt_id = 'P5'");
-    view.noteChanged();
+    view.noteChanged(view.id(4));
     EXPECT_EQ(view.text(4, 2), "third");
     run("BEGIN; DELETE FROM survey.poles WHERE pt_id = 'P5'; INSERT INTO survey.poles VALUES ('P5', 1, "
         "'anew'); "
         "COMMIT");
-    view.noteChanged();
+    view.noteChanged(view.id(4));
     EXPECT_EQ(view.text(4, 2), "anew") << "as a sheet saves a record";
     EXPECT_FALSE(view.isOutdated());
     run("DELETE FROM survey.poles WHERE pt_id = 'P5'");
-    view.noteChanged();
+    view.noteChanged(view.id(4));
     EXPECT_EQ(view.text(4, 2), "#Deleted");
     EXPECT_EQ(view.text(5, 2), "note 6");
     run("INSERT INTO survey.poles SELECT 'Q' || i, 1, 'more' FROM generate_series(1, 20000) i");

@@ -2,6 +2,7 @@
 #include <random>
 
 #include "module/conditions/condition.h"
+#include "module/records/key_index.h"
 #include "module/store/matching_records.h"
 #include "tests/module/records/trees.h"
 #ifdef NORVANE_ON_SERVER
@@ -77,7 +78,7 @@ TEST_P(RecordViewTest, EveryFieldSortsTheRowsWithAndWithoutAnIndex) {
     for (const bool hasIndex : {false, true}) {
         for (TreeField field : {kId, kSpecies, kHeight, kNumber}) {
             if (hasIndex) {
-                ASSERT_TRUE(norvane::MakeIndex(database_, table_, view.fields()[field].name));
+                database_.CreateIndex(table_, {view.fields()[field].name});
                 EXPECT_FALSE(norvane::MakeIndex(database_, table_, view.fields()[field].name))
                     << "there is one";
             }
@@ -139,6 +140,15 @@ TEST_P(RecordViewTest, WordsAndKeysLetThroughWhatTheySay) {
     workAll(view);
     std::vector<Tree> both;
     std::copy_if(trees_.begin(), trees_.end(), std::back_inserter(both), isOne);
+    EXPECT_EQ(keysOf(view), keysOf(sorted(both, kSpecies, true)));
+    filter.withoutKeys = true;
+    view.setFilter(filter);
+    // Rows are looked at while they are found.
+    for (; view.isWorking(); view.work(std::chrono::milliseconds(0)))
+        for (long row : {0L, view.shown() - 1}) EXPECT_NE(view.key(row), "") << row;
+    both.clear();
+    std::copy_if(trees_.begin(), trees_.end(), std::back_inserter(both),
+                 [&](const Tree& t) { return !isOne(t); });
     EXPECT_EQ(keysOf(view), keysOf(sorted(both, kSpecies, true)));
 }
 
@@ -270,7 +280,7 @@ TEST_P(RecordViewTest, WhateverHappensRowsAreThoseOfTheTable) {
         made.species = round % 2 ? "Yew" : "oak";
         addTrees(database_, table_, {made});
         trees_.push_back(made);
-        if (round == 12) norvane::MakeIndex(database_, table_, "HEIGHT");
+        if (round == 12) database_.CreateIndex(table_, {"HEIGHT"});
 
         view.refresh();
         workAll(view);
@@ -307,7 +317,7 @@ TEST_P(RecordViewTest, ADeletedRecordIsNotedAndGoesWithARefresh) {
     database_.Execute("DELETE FROM " + table_ + " WHERE PT_ID = '" + key + "'");
     EXPECT_TRUE(view.isThere(2)) << "as it was read";
     EXPECT_FALSE(view.isOutdated());
-    view.noteChanged();
+    view.noteChanged(view.id(2));
     EXPECT_EQ(view.text(2, kSpecies), "#Deleted");
     EXPECT_FALSE(view.isThere(2));
     EXPECT_EQ(view.key(2), "");
