@@ -1,13 +1,12 @@
 #include "module/records/row_search.h"
 
 #include <algorithm>
-#include <numeric>
 
 #include "module/conditions/condition.h"
 #include "module/records/row_order.h"
+#include "module/records/word_filter.h"
 #include "module/store/cell_values.h"
 #include "module/store/matching_records.h"
-#include "platform/text/text.h"
 
 namespace norvane {
 
@@ -45,31 +44,6 @@ class IndexSearch : public RowSearch {
 bool isShownAsText(const CDaoFieldInfo& field) {
     return field.type != dbBinary && field.type != dbLongBinary;
 }
-
-// Whether each of some words occurs in one of the texts of a record.
-class WordFilter {
-  public:
-    explicit WordFilter(const std::string& words) {
-        for (const std::string& word : text::split(text::upper(words), ' '))
-            if (!word.empty()) words_.push_back(word);
-    }
-
-    bool isEmpty() const { return words_.empty(); }
-    bool lets(std::span<const dao::Variant> values, std::span<const CellValue> kinds) {
-        texts_.clear();
-        for (size_t i = 0; i < kinds.size(); ++i) {
-            texts_ += ShownText(values[i], kinds[i]);
-            texts_ += '\n';  // no word goes on from one field to the next
-        }
-        texts_ = text::upper(texts_);
-        return std::all_of(words_.begin(), words_.end(),
-                           [&](const std::string& word) { return texts_.find(word) != std::string::npos; });
-    }
-
-  private:
-    std::vector<std::string> words_;
-    std::string texts_;
-};
 
 class MatchingSearch : public RowSearch {
   public:

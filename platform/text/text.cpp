@@ -142,7 +142,9 @@ std::string stripLeadingZeros(std::string s) {
 }
 
 std::string fromReal(double value) {
-    return stripZeros(format("%.9lf", value));
+    char digits[400];  // the largest double has 309 in front of its point
+    char* end = std::to_chars(std::begin(digits), std::end(digits), value, std::chars_format::fixed, 9).ptr;
+    return stripZeros(std::string(digits, end));
 }
 
 size_t readReal(std::string_view s, double& value) {
