@@ -27,6 +27,8 @@
 ;;   GIS-INDEX          gives tables an index of their keys
 ;;   GIS-BLOCKS     17  inserts blocks from records
 ;;   GIS-QUERY      18  shows the records of entities that are picked
+;;   GIS-SELECT         selects entities by a condition on their records
+;;   GIS-CONDITIONS     the same in a dialog, which keeps conditions in the drawing
 ;;   GIS-RECORD     19  adds a record to the output database
 ;;   GIS-POLYLINKS  20  links areas by the text inside
 ;;   GIS-AREACHECK       tells what is wrong with areas and the texts inside
@@ -478,6 +480,13 @@
   (cf:gis_smart_prompting 18)
   (setq query-goes-on$ nil)
   (princ))
+
+;; Selects the entities whose records fulfil a condition; the next command takes them. A routine that wants them as a
+;; set calls (gis:select TABLE CONDITION).
+(defun c:gis-select () (gis:select-by-condition) (princ))
+
+;; The same in a dialog, which also keeps conditions in the drawing under names.
+(defun c:gis-conditions () (gis:choose-condition) (princ))
 
 ;; Circles round the places of faults, on a layer of their own.
 (defun gis:mark-faults (faults / size)

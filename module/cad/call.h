@@ -37,7 +37,11 @@ struct Nil {};
 struct EntityName {
     ads_name name = {0, 0};
 };
-using LispResult = std::variant<int, double, std::string, Nil, EntityName, ResultBuffers>;
+// A new selection set, which Lisp owns from then on.
+struct SelectionName {
+    ads_name name = {0, 0};
+};
+using LispResult = std::variant<int, double, std::string, Nil, EntityName, SelectionName, ResultBuffers>;
 
 struct Call {
     // The list stays the caller's, as long as the call lasts.

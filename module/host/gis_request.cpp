@@ -34,6 +34,10 @@ struct Channel {
         GisReturnStatus = kReturnEntity;
         ads_name_set(value.name, GisReturnEntity);
     }
+    void operator()(const SelectionName& value) const {
+        GisReturnStatus = kReturnedList;
+        acedRetName(value.name, RTPICKS);
+    }
     void operator()(const ResultBuffers& value) const {
         GisReturnStatus = kReturnedList;
         acedRetList(value.get());

@@ -5,6 +5,7 @@
 #include "module/linktools/linked_entities.h"
 #include "module/points/point_functions.h"
 #include "module/records/key_index.h"
+#include "module/selection/selection_functions.h"
 #include "module/titleblocks/title_operations.h"
 #include "module/transfer/export_operations.h"
 #include "module/transfer/import_dialog.h"
@@ -51,6 +52,13 @@ constexpr OwnFunction kFunctions[] = {
     {"gis:compare-titles", 1061, CompareTitles},
     {"gis:drawings", 1062, ListDrawings},
     {"gis:index", 1110, IndexTables},
+    {"gis:select", 1100, SelectByCondition},
+    {"gis:records", 1101, GiveRecords},
+    {"gis:conditions", 1102, GiveConditions},
+    {"gis:keep-condition", 1103, KeepNamedCondition},
+    {"gis:remove-condition", 1104, RemoveNamedCondition},
+    {"gis:select-by-condition", 1105, AskAndSelect},
+    {"gis:choose-condition", 1106, ShowConditions},
 };
 
 }  // namespace

@@ -1,28 +1,29 @@
-// Entities of the drawing by a condition on their records, and records by entities.
+// Entities of the drawing by a condition on their records.
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "module/cad/call.h"
+#include "module/conditions/condition.h"
 
 namespace norvane {
 
 // What came of a condition.
 struct RecordSelection {
-    std::string problem;               // why there is nothing, a sentence; "" when it went well
-    bool isStopped = false;            // by Escape; there are no entities then
-    std::vector<EntityName> entities;  // linked to matching records, in the order of the drawing
-    size_t records = 0;                // that match
-    size_t recordsWithoutEntity = 0;   // of these
+    std::string problem;                  // why there is nothing, a sentence; "" when it went well
+    std::optional<ConditionFault> fault;  // where it is the condition that is wrong
+    bool isStopped = false;               // before its end; nothing is selected then
+    std::vector<EntityName> entities;     // linked to matching records, in the order of the drawing
+    size_t records = 0;                   // that match
+    size_t recordsWithoutEntity = 0;      // of these
 };
 
 // The entities that lead to the records of a table for which a condition holds; an empty condition holds for
-// all. outputPath: a file or a connect string. The key of each link is the field that the link names. Nothing
-// is printed and no box is shown, but for the sign-in to a server. isBreak is asked now and then and stops
-// the work when it gives true.
+// all. outputPath: a file or a connect string. Nothing is printed and no box is shown, but for the sign-in to
+// a server. isBreak is asked now and then and stops the work when it gives true.
 RecordSelection SelectRecords(const std::string& outputPath, const std::string& table,
                               const std::string& condition, const std::function<bool()>& isBreak = {});
 
@@ -36,5 +37,8 @@ size_t ChangeSelection(SelectionMode mode, const std::vector<EntityName>& entiti
 // The members of a set, or of the implied selection, in their order.
 std::vector<EntityName> MembersOf(const ads_name set);
 std::vector<EntityName> SelectedEntities();
+
+// "12 records, 10 entities, 2 records without an entity": what a person is told of a condition.
+std::string SummaryOf(const RecordSelection& selection);
 
 }  // namespace norvane

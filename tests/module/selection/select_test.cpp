@@ -1,0 +1,241 @@
+// Selection by condition: through Lisp, the command line and the dialog.
+#include "platform/text/text.h"
+#include "tests/module/module_fixture.h"
+#include "tests/platform/dao/scratch.h"
+
+namespace {
+
+class SelectTest : public ModuleTest {
+  protected:
+    // Points 1 to 6 lead to the records of TREE: two of an oak, which stands in two places, the last of
+    // another feature in the same table. Record 9 has no entity.
+    void SetUp() override {
+        ModuleTest::SetUp();
+        makeTemplate();
+        ASSERT_EQ(lisp("(cf:gis_smart_prompting 20 \"x\" \"none\" " + quoted("output.mdb") + ")"), "1");
+        lisp("(cf:gis_smart_prompting 2 1 " + quoted("template.mdb") + ") (cf:gis_smart_prompting 2 2 " +
+             quoted("output.mdb") + ")");
+        sqlite(
+            "output.mdb",
+            "create table TREES (PT_ID TEXT(255), GIS_KEY TEXT(255), SPECIES TEXT(255), DBH LONG); "
+            "insert into TREES values ('1','TREE','Oak',35), ('2','TREE','oak',20), ('3','TREE','Elm',50), "
+            "('4','TREE',NULL,NULL), ('5','SHRUB','Oak',3), ('9','TREE','Oak',99); "
+            "create table SIGNS (NO TEXT(50), KIND TEXT(50)); insert into SIGNS values ('1','stop')");
+        sqlite("template.mdb",
+               "create table ZGEO_LINKS (GIS_NAME TEXT(255), TABLE_NAME TEXT(255)); insert into ZGEO_LINKS "
+               "values "
+               "('TREE', 'TREES'), ('SHRUB', 'TREES')");
+        lisp("(regapp \"ZGEO_GIS_2000\") (setq tmpl " + quoted("template.mdb") + " outp " +
+             quoted("output.mdb") +
+             ")"
+             "(defun point (x feature field key) (entmakex (list '(0 . \"POINT\") (list 10 x 0.0 0.0) (list "
+             "-3 (cons "
+             "\"ZGEO_GIS_2000\" (mapcar '(lambda (s) (cons 1000 s)) (list tmpl outp feature field key)))))))"
+             "(defun places (set / all i) (setq i 0) (repeat (if set (sslength set) 0)"
+             " (setq all (cons (fix (cadr (assoc 10 (entget (ssname set i))))) all) i (1+ i))) (reverse all))"
+             "(defun found (table condition) (places (gis:select table condition)))"
+             "(defun selected () (places (cadr (ssgetfirst))))"
+             "(point 1.0 \"TREE\" \"PT_ID\" \"1\") (point 2.0 \"TREE\" \"PT_ID\" \" 2\") (point 3.0 \"Tree\" "
+             "\"PT_ID\" "
+             "\"3\") (point 4.0 \"TREE\" \"PT_ID\" \"4\") (point 5.0 \"SHRUB\" \"PT_ID\" \"5\") (point 6.0 "
+             "\"TREE\" "
+             "\"pt_id\" \"1\") (point 7.0 \"TREE\" \"PT_ID\" \"5\") (point 8.0 \"TREE\" \"PT_ID\" \"77\")"
+             "(point 9.0 \"SIGNS\" \"NO\" \"1\")");
+        printed();
+    }
+
+    std::string found(const std::string& table, const std::string& condition) {
+        return lisp("(found \"" + table + "\" \"" + text::replaceAll(condition, "\"", "\\\"") + "\")");
+    }
+    std::string error() { return lisp("gis:error$"); }
+    std::string selected() { return lisp("(selected)"); }
+    // GIS-SELECT with these answers; what it printed last.
+    std::string select(std::vector<std::string> inputs) {
+        printed();
+        inputs_ = std::move(inputs);
+        EXPECT_EQ(lisp("(gis:select-by-condition)"), "nil");
+        EXPECT_TRUE(inputs_.empty()) << inputs_.size() << " answers are left";
+        said_ = printed();
+        return said_.substr(said_.rfind('\n') + 1);
+    }
+
+    std::string said_;
+};
+
+}  // namespace
+
+TEST_F(SelectTest, RecordsFindTheirEntities) {
+    EXPECT_EQ(found("TREES", "SPECIES = 'oak'"), "(1 2 5 6)");
+    EXPECT_EQ(error(), "\"\"");
+    EXPECT_EQ(found("trees", "DBH > 30"), "(1 3 6)");
+    EXPECT_EQ(found("TREES", "DBH IS NULL"), "(4)");
+    EXPECT_EQ(found("TREES", "NOT DBH > 30"), "(2 5)");
+    EXPECT_EQ(found("TREES", ""), "(1 2 3 4 5 6)") << "a record of the other feature is not that of point 7";
+    EXPECT_EQ(found("SIGNS", "KIND LIKE 'st*'"), "(9)") << "links name the field of their key";
+    EXPECT_EQ(found("TREES", "DBH = 99"), "nil");
+    EXPECT_EQ(error(), "\"\"") << "a record without an entity is no error";
+    EXPECT_EQ(lisp("(type (gis:select \"TREES\" \"DBH > 30\" outp))"), "PICKSET");
+}
+
+TEST_F(SelectTest, WhatIsWrongIsToldAndSelectsNothing) {
+    EXPECT_EQ(found("ROCKS", "DBH > 30"), "nil");
+    EXPECT_EQ(error(), "\"The output database has no table \\\"ROCKS\\\".\"");
+    for (const char* bad : {"DBH >", "HEIGHT > 3", "1=1; DROP TABLE TREES", "DBH > 3) OR (1=1", "' OR ''='",
+                            "\x01\xFF", "PT_ID = (SELECT PT_ID FROM SIGNS)"}) {
+        EXPECT_EQ(found("TREES", bad), "nil") << bad;
+        EXPECT_NE(error(), "\"\"") << bad;
+    }
+    EXPECT_EQ(found("TREES; DROP TABLE TREES", "DBH > 30"), "nil");
+    EXPECT_EQ(found("TREES] WHERE 1=1 --", "DBH > 30"), "nil");
+    EXPECT_EQ(found("TREES", "SPECIES = 'x'' OR ''1''=''1'"), "nil");
+    EXPECT_EQ(error(), "\"\"") << "a quote in a value is one";
+    EXPECT_EQ(found("TREES", "DBH > 30"), "(1 3 6)") << "all is as it was";
+    EXPECT_EQ(lisp("(gis:select \"TREES\" \"DBH > 30\" \"/nowhere/gone.mdb\")"), "nil");
+    EXPECT_EQ(error(), "\"The output database /nowhere/gone.mdb is not there.\"");
+    write("text.mdb", "no database at all");
+    EXPECT_EQ(lisp("(gis:select \"TREES\" \"\" " + quoted("text.mdb") + ")"), "nil");
+    EXPECT_NE(error(), "\"\"");
+}
+
+TEST_F(SelectTest, SelectionsAreCombined) {
+    EXPECT_EQ(select({"TREES", "DBH > 30", ""}),
+              "3 records, 3 entities, 1 record without an entity; 3 entities are selected.");
+    EXPECT_EQ(selected(), "(1 3 6)");
+    EXPECT_EQ(select({"TREES", "SPECIES = 'Oak'", "Intersect"}),
+              "4 records, 4 entities, 1 record without an entity; 2 entities are selected.");
+    EXPECT_EQ(selected(), "(1 6)");
+    EXPECT_EQ(select({"", "DBH < 30", "a"}), "2 records, 2 entities; 4 entities are selected.")
+        << "the table is proposed";
+    EXPECT_EQ(selected(), "(1 6 2 5)");
+    EXPECT_EQ(select({"SIGNS", "", "Add"}), "1 record, 1 entity; 5 entities are selected.");
+    EXPECT_EQ(select({"TREES", "PT_ID IN ('1', '5')", "S"}),
+              "2 records, 3 entities; 2 entities are selected.");
+    EXPECT_EQ(selected(), "(2 9)");
+    EXPECT_EQ(select({"TREES", "DBH > 1000", ""}), "0 records, 0 entities; 0 entities are selected.");
+    EXPECT_EQ(selected(), "nil");
+    // The next command takes them.
+    select({"TREES", "DBH IS NULL", ""});
+    host_->runLine("ERASE");
+    EXPECT_EQ(found("TREES", ""), "(1 2 3 5 6)");
+}
+
+TEST_F(SelectTest, TheCommandLineSaysWhatThereIsAndWhatIsWrong) {
+    lisp("(gis:keep-condition \"Thick\" \"TREES\" \"DBH > 30\")");
+    EXPECT_EQ(select({"?", "rocks", "TREES", "?", "DBH >> 3", "thick", ""}),
+              "3 records, 3 entities, 1 record without an entity; 3 entities are selected.");
+    EXPECT_NE(said_.find("\nTables: TREES, SIGNS"), std::string::npos) << said_;
+    EXPECT_NE(said_.find("\nThick: TREES, DBH > 30"), std::string::npos) << said_;
+    EXPECT_NE(said_.find("\nThere is neither a table nor a condition \"rocks\"."), std::string::npos)
+        << said_;
+    EXPECT_NE(said_.find("\nFields: PT_ID, GIS_KEY, SPECIES, DBH"), std::string::npos) << said_;
+    EXPECT_NE(said_.find("\nDBH >> 3\n     ^ "), std::string::npos) << said_;
+    EXPECT_EQ(select({"THICK", ""}),
+              "3 records, 3 entities, 1 record without an entity; 3 entities are selected.")
+        << "the name alone is enough";
+    // Who ends it leaves the selection as it is.
+    inputs_ = {"TREES", "DBH IS NULL"};
+    lisp("(gis:select-by-condition)");
+    EXPECT_EQ(selected(), "(1 3 6)");
+    inputs_ = {"TREES", std::string(600, '1')};
+    printed();
+    lisp("(gis:select-by-condition)");
+    EXPECT_NE(printed().find("A condition as long as that"), std::string::npos);
+    lisp("(cf:gis_smart_prompting 2 2 " + quoted("gone.mdb") + ")");
+    EXPECT_EQ(select({}), "The output database " + path("gone.mdb") + " is not there.");
+}
+
+TEST_F(SelectTest, ConditionsTravelWithTheDrawing) {
+    EXPECT_EQ(lisp("(gis:conditions)"), "nil");
+    EXPECT_EQ(lisp("(gis:keep-condition \"Thick oaks\" \"TREES\" \"DBH > 30 AND SPECIES = 'oak'\")"),
+              "\"Thick oaks\"");
+    EXPECT_EQ(lisp("(gis:keep-condition \"All\" \"SIGNS\" \"\")"), "\"All\"");
+    EXPECT_EQ(lisp("(gis:keep-condition \"a*b\" \"SIGNS\" \"\")"), "nil");
+    EXPECT_EQ(error(), "\"\\\"a*b\\\" cannot be a name.\"");
+    ASSERT_EQ(host_->saveDrawing(path("kept.dxf")), "");
+    ASSERT_EQ(host_->newDrawing(), "");
+    EXPECT_EQ(lisp("(gis:conditions)"), "nil");
+    ASSERT_EQ(host_->openDrawing(path("kept.dxf")), "");
+    EXPECT_EQ(lisp("(gis:conditions)"),
+              "((\"All\" \"SIGNS\" \"\") (\"Thick oaks\" \"TREES\" \"DBH > 30 AND SPECIES = 'oak'\"))");
+    EXPECT_EQ(found("", "=thick oaks"), "(1 6)");
+    EXPECT_EQ(found("TREES", "=Thin oaks"), "nil");
+    EXPECT_NE(error(), "\"\"");
+    // What is kept is checked anew: it is never run as it stands.
+    lisp("(gis:keep-condition \"Bad\" \"TREES\" \"1=1; DROP TABLE TREES\")");
+    EXPECT_EQ(found("", "=Bad"), "nil");
+    EXPECT_NE(error(), "\"\"");
+    EXPECT_EQ(lisp("(gis:remove-condition \"bad\")"), "\"bad\"");
+    EXPECT_EQ(lisp("(gis:remove-condition \"bad\")"), "nil");
+    // One of a later version stays and is told.
+    lisp(
+        "(setq kind (cdr (assoc -1 (dictsearch (cdr (assoc -1 (dictsearch (namedobjdict) \"NORVANE_GIS\"))) "
+        "\"CONDITIONS\"))))"
+        "(dictadd kind \"Later\" (entmakex '((0 . \"XRECORD\") (100 . \"AcDbXrecord\") (90 . 2) (1 . "
+        "\"x\"))))");
+    EXPECT_EQ(lisp("(length (gis:conditions))"), "2");
+    EXPECT_EQ(error(), "\"\\\"Later\\\" was written by another version (2) and is not used.\"");
+    EXPECT_EQ(found("", "=Later"), "nil");
+    select({"TREES", "DBH = 50", ""});
+    EXPECT_NE(said_.find("\nCondition \"Later\" was written by another version (2) and is not used."),
+              std::string::npos)
+        << said_;
+}
+
+TEST_F(SelectTest, EntitiesGiveTheirRecords) {
+    EXPECT_EQ(
+        lisp("(mapcar 'cdr (gis:records (gis:select \"TREES\" \"DBH > 30\")))"),
+        "((\"TREES\" (\"PT_ID\" . \"1\") (\"GIS_KEY\" . \"TREE\") (\"SPECIES\" . \"Oak\") (\"DBH\" . "
+        "\"35\")) "
+        "(\"TREES\" (\"PT_ID\" . \"3\") (\"GIS_KEY\" . \"TREE\") (\"SPECIES\" . \"Elm\") (\"DBH\" . \"50\")) "
+        "(\"TREES\" (\"PT_ID\" . \"1\") (\"GIS_KEY\" . \"TREE\") (\"SPECIES\" . \"Oak\") (\"DBH\" . "
+        "\"35\")))");
+    EXPECT_EQ(
+        lisp("(mapcar '(lambda (r) (list (fix (cadr (assoc 10 (entget (car r))))) (cadr r))) (gis:records "
+             "(ssget "
+             "\"X\")))"),
+        "((1 \"TREES\") (2 \"TREES\") (3 \"TREES\") (4 \"TREES\") (5 \"TREES\") (6 \"TREES\") (9 \"SIGNS\"))")
+        << "points 7 and 8 have none";
+    EXPECT_EQ(lisp("(gis:records 5)"), "nil");
+    EXPECT_EQ(error(), "\"A selection set is needed.\"");
+    EXPECT_EQ(lisp("(gis:records (ssadd))"), "nil");
+}
+
+// The folder of a job has been moved: its links still lead to where it was.
+TEST_F(SelectTest, FilesBesideTheDrawingTakeThePlaceOfThoseThatAreGone) {
+    fs::create_directory(path("moved"));
+    for (const char* name : {"template.mdb", "output.mdb"}) fs::rename(path(name), path("moved/") + name);
+    ASSERT_EQ(host_->saveDrawing(path("moved/trees.dxf")), "");
+    lisp("(cf:gis_smart_prompting 2 2 " + quoted("moved/output.mdb") + ")");
+    EXPECT_EQ(found("TREES", "DBH > 30"), "(1 3 6)");
+    EXPECT_EQ(lisp("(length (gis:records (ssget \"X\")))"), "7");
+}
+
+TEST_F(SelectTest, TheDialogSelectsAndKeeps) {
+    auto type = [](int id, const char* text) {
+        return ui::Step{ui::Step::Kind::Text, std::to_string(id), text};
+    };
+    answer(1821, {show(), pick("1004", "TREES"), type(1006, "DBH > 30"), click("C&ount"), show(),
+                  click("&Keep as..."), show(), type(1006, "DBH >> 3"), click("&Select"), show(),
+                  pick("1010", "0"), click("&Rename..."), show(), click("&Select")});
+    answer(1822, {ui::Step{ui::Step::Kind::Text, "1001", "Thick"}, click("OK")});
+    answer(1822, {ui::Step{ui::Step::Kind::Text, "1001", "Very thick"}, click("OK")});
+    lisp("(gis:choose-condition)");
+    EXPECT_TRUE(shown("3 records, 3 entities, 1 record without an entity."));
+    EXPECT_TRUE(shown("Kept as \"Thick\"."));
+    EXPECT_EQ(printed(), "\n3 records, 3 entities, 1 record without an entity; 3 entities are selected.");
+    EXPECT_EQ(selected(), "(1 3 6)");
+    EXPECT_EQ(lisp("(gis:conditions)"), "((\"Very thick\" \"TREES\" \"DBH > 30\"))");
+    // Taking out of it, and a condition that goes.
+    answer(1821, {pick("1010", "0"), type(1006, "SPECIES = 'Elm'"),
+                  ui::Step{ui::Step::Kind::Click, "is taken o&ut of it"}, click("&Delete"), show(),
+                  click("&Select")});
+    lisp("(gis:choose-condition)");
+    EXPECT_EQ(selected(), "(1 6)");
+    EXPECT_TRUE(shown("\"Very thick\" is removed; U takes it back."));
+    EXPECT_EQ(lisp("(gis:conditions)"), "nil");
+    // Without a database nothing but Close can be done.
+    lisp("(cf:gis_smart_prompting 2 2 " + quoted("gone.mdb") + ")");
+    answer(1821, {show(), click("C&lose")});
+    lisp("(gis:choose-condition)");
+    EXPECT_TRUE(shown("gone.mdb is not there."));
+}
