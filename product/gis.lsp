@@ -32,6 +32,8 @@
 ;;   GIS-RECORD     19  adds a record to the output database
 ;;   GIS-POLYLINKS  20  links areas by the text inside
 ;;   GIS-AREACHECK       tells what is wrong with areas and the texts inside
+;;   GIS-LABELS         shows values of the records at the entities of a feature
+;;   GIS-COLOURS        colours the entities of a feature by a field of their records
 ;;   GIS-FEATURE    21  says whether a feature is defined
 
 ;; --- Current databases -----------------------------------------------------------------------------------
@@ -216,8 +218,9 @@
 (defun gis:server-p (path) (wcmatch (strcase path) "ODBC;*"))
 (defun gis:name (path) (substr path (1+ (gis:last-separator path))))
 
-;; The fields at the lower edge of the window. Reading a remembered value sets ret_string, which is the user's.
+;; The fields at the lower edge of the window, after each command: labels and colours follow it, too. Reading a remembered value sets ret_string, which is the user's.
 (defun window-status (/ ret_string)
+  (gis:refresh-annotation)
   (mapcar '(lambda (what path / text)
              (setq text (gis:database-text path))
              (cons (strcat what ": " (car text)) (cdr text)))
@@ -245,6 +248,7 @@
 ;; The window has opened a drawing. Where its links lead to other databases than the current ones, a line says so, and
 ;; where most of them do, they can be made current.
 (defun drawing-opened (/ ret_string databases all others most told)
+  (gis:refresh-annotation)
   (setq all 0 others 0 databases (gis:linked-databases))
   (foreach item databases
     (setq all (+ all (car item)))
@@ -617,6 +621,8 @@
 
 ;; GIS-IMPORT and GIS-POINTS stand with the points of coordinate files.
 (load "gis-points.lsp")
+;; GIS-LABELS, GIS-COLOURS and what goes with them.
+(load "gis-annotation.lsp")
 
 ;; --- Other programs --------------------------------------------------------------------------------------
 

@@ -19,7 +19,7 @@ void addPoint(ResultChain& groups, int code, double x, double y) {
 bool makeBox(double x, double y, const LegendLook& look, uint32_t colour) {
     const double right = x + kBoxWidth * look.height, top = y + kBoxHeight * look.height;
     ResultChain groups;
-    groups.addText(RTDXF0, "SOLID");
+    groups.addText(0, "SOLID");
     groups.addText(8, look.layer);
     groups.addInteger(62, NearestColourNumber(colour));
     groups.addInteger(420, static_cast<long>(colour));
@@ -31,7 +31,7 @@ bool makeBox(double x, double y, const LegendLook& look, uint32_t colour) {
 
 bool makeText(double x, double y, const LegendLook& look, double height, const std::string& text) {
     ResultChain groups;
-    groups.addText(RTDXF0, "TEXT");
+    groups.addText(0, "TEXT");
     groups.addText(8, look.layer);
     addPoint(groups, 10, x, y);
     groups.add(40).resval.rreal = height;

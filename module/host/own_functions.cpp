@@ -1,5 +1,7 @@
 #include "module/host/own_functions.h"
 
+#include "module/annotation/annotation_functions.h"
+#include "module/annotation/annotation_operations.h"
 #include "module/linktools/area_faults.h"
 #include "module/linktools/link_report.h"
 #include "module/linktools/linked_entities.h"
@@ -59,6 +61,15 @@ constexpr OwnFunction kFunctions[] = {
     {"gis:remove-condition", 1104, RemoveNamedCondition},
     {"gis:select-by-condition", 1105, AskAndSelect},
     {"gis:choose-condition", 1106, ShowConditions},
+    {"gis:labels", 1130, ChooseLabels},
+    {"gis:colours", 1131, ChooseColours},
+    {"gis:annotation", 1132, ListAnnotation},
+    {"gis:refresh-annotation", 1133, RefreshAnnotation},
+    {"gis:set-labels", 1134, SetLabels},
+    {"gis:set-colours", 1135, SetColours},
+    {"gis:make-texts", 1136, MakeTextsOfLabels},
+    {"gis:update-texts", 1137, UpdateTextsOfLabels},
+    {"gis:draw-legend", 1138, DrawLegendOfColours},
 };
 
 }  // namespace
