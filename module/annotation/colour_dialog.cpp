@@ -1,5 +1,6 @@
 #include "module/annotation/colour_dialog.h"
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -178,7 +179,9 @@ std::string ColourDialog::noticeNow() const {
     const size_t without = features_.at(feature_) - std::min(features_.at(feature_), values_.values.size());
     return text::counted(static_cast<long>(values_.values.size()), "entity has a record",
                          "entities have a record") +
-           (without > 0 ? ", " + std::to_string(without) + " have none and keep their colour." : ".");
+           (without == 1  ? ", 1 has none and keeps its colour."
+            : without > 1 ? ", " + std::to_string(without) + " have none and keep their colours."
+                          : ".");
 }
 
 // --- What is done in it ----------------------------------------------------------------------------------
@@ -265,6 +268,15 @@ void ColourDialog::onCellChange(ui::Grid&, ui::CellPosition at) {
 
 void ColourDialog::onUndo(ui::Grid& grid) {
     for (int row = 1; row <= grid.rows(); ++row) takeColour(row);
+}
+
+// Enter ends the typing of a colour; only then it is OK.
+bool ColourDialog::onKey(const ui::Key& key) {
+    auto& grid = get<ui::Grid>(kClasses);
+    if (focus() != kClasses || !key.is("Enter") || !grid.editing()) return false;
+    grid.setEditing(false);
+    grid.setActive(kColourColumn, std::min(grid.active().row + 1, grid.rows()));
+    return true;
 }
 
 bool ColourDialog::isReady() {

@@ -34,6 +34,7 @@ class ColourDialog : public ui::Dialog {
     void onTextChange(ui::Control& control) override;
     void onCellChange(ui::Grid& grid, ui::CellPosition at) override;
     void onUndo(ui::Grid& grid) override;
+    bool onKey(const ui::Key& key) override;
     void onOk() override;
 
     void addControls();

@@ -45,15 +45,14 @@ LabelDialog::LabelDialog(std::map<std::string, size_t> features, std::map<std::s
     using namespace ui;
     std::vector<Layout> lines;
     for (int i = 0; i < kLines; ++i) lines.push_back(row({item(kLineCaption + i), item(kLine + i, 1)}));
-    Layout expressions = row({column({table(std::move(lines)), spring()}, 2),
+    Layout height = row({item(kHeightCaption), item(kHeight, 1), item(kInUnits), item(kInPixels)});
+    Layout expressions = row({column({table(std::move(lines)), std::move(height), item(kShown), spring()}, 2),
                               column({item(kFieldsCaption), item(kFields, 1), item(kInsert)}, 1)},
                              1);
-    Layout height = row({item(kHeightCaption), item(kHeight), item(kInUnits), item(kInPixels), spring()});
-    setLayout(
-        column({row({item(kFeatureCaption), item(kFeature, 1), item(kCount, 1)}), std::move(expressions),
-                std::move(height), item(kShown), item(kPreviewCaption), item(kPreview, 1), item(kNotice),
-                row({item(kClear), item(kMakeTexts), spring(), item(kOk), item(kCancel)})}));
-    setSize({680, 560});
+    setLayout(column({row({item(kFeatureCaption), item(kFeature, 1), item(kCount, 1)}),
+                      std::move(expressions), item(kPreviewCaption), item(kPreview, 1), item(kNotice),
+                      row({item(kClear), item(kMakeTexts), spring(), item(kOk), item(kCancel)})}));
+    setSize({680, 480});
 }
 
 void LabelDialog::addControls() {
