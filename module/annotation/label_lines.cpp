@@ -9,11 +9,12 @@ namespace norvane {
 
 namespace {
 
-// A fault with the place that it is at.
+// A fault with the place that it is at, where its sentence does not name that.
 std::string sentenceOf(const ConditionFault& fault, std::string_view expression) {
     constexpr size_t kShown = 30;  // bytes
     if (fault.place >= expression.size()) return fault.sentence;
     const std::string_view place = text::cutToBytes(expression.substr(fault.place), kShown);
+    if (fault.sentence.find(place) != std::string::npos) return fault.sentence;
     return fault.sentence + " (At \"" + std::string(place) + "\".)";
 }
 

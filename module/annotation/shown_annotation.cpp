@@ -15,6 +15,7 @@
 #include "platform/ads/editor.h"
 #include "platform/ads/objects.h"
 #include "platform/ads/overlay.h"
+#include "platform/dao/dao.h"
 #include "platform/files/files.h"
 #include "platform/text/text.h"
 
@@ -25,8 +26,10 @@ namespace {
 constexpr const char* kLabels = "labels";
 constexpr const char* kColours = "colours";
 
-// When a file was written last, and its size; "" for none.
+// What is another text when a database has changed: of a file when it was written last and its size, "" for
+// none. A server tells of no changes: those of this program count.
 std::string stampOf(const std::string& path) {
+    if (IsOdbcPath(path)) return std::to_string(dao::changesMade());
     std::error_code error;
     const std::filesystem::path file(path);
     const auto time = std::filesystem::last_write_time(file, error);
@@ -96,8 +99,7 @@ void ShownAnnotation::readLinks() {
         files[entity->feature].insert({entity->outputPath, entity->templatePath});
     }
     for (auto& [feature, paths] : files)
-        for (const std::string& path : paths)
-            if (!IsOdbcPath(path)) links_[feature].files.push_back(PlaceOfDatabase(path));
+        for (const std::string& path : paths) links_[feature].databases.push_back(PlaceOfDatabase(path));
 }
 
 ShownAnnotation::Basis ShownAnnotation::basisOf(const std::string& feature, std::string definition) const {
@@ -105,7 +107,7 @@ ShownAnnotation::Basis ShownAnnotation::basisOf(const std::string& feature, std:
     const auto links = links_.find(feature);
     if (links == links_.end()) return basis;
     basis.links = links->second.sum;
-    for (const std::string& file : links->second.files) basis.databases += stampOf(file) + ";";
+    for (const std::string& path : links->second.databases) basis.databases += stampOf(path) + ";";
     return basis;
 }
 

@@ -11,8 +11,8 @@
 
 namespace norvane {
 
-// Of which records are read after each command. Labels and colours of larger tables stay as they are when
-// records change, until somebody asks for them.
+// Tables of so many records are read again after each command that may have changed them. Labels and colours
+// of larger tables stay as they are when records change, until somebody asks for them.
 constexpr size_t kMostRecordsBetweenCommands = 200'000;
 
 class ShownAnnotation {
@@ -45,7 +45,7 @@ class ShownAnnotation {
     using Sets = std::map<std::string, Shown>;  // by feature
     struct Links {
         uint64_t sum = 0;
-        std::vector<std::string> files;  // outputs and templates
+        std::vector<std::string> databases;  // outputs and templates, where they are
     };
 
     ShownAnnotation() = default;

@@ -103,6 +103,11 @@ enum class EngineKind { kAccess, kSqlite, kPostgres, kOtherServer };
 // can be read is saved. The file is as it was when this throws. connect: ";PWD=..." for one with a password.
 CompactReport compactDatabase(const std::string& path, const ConnectString& connect = ConnectString(),
                               const CompactProgress& progress = {});
+
+// Another number after each change of a database by this process, be it kept or not: for who shows records of
+// a server, which does not tell that they have changed.
+unsigned long changesMade();
+void noteChange();  // for the classes below
 }  // namespace dao
 
 class CDaoDatabase {

@@ -7,6 +7,23 @@
 #include "platform/dao/errors.h"
 #include "platform/text/text.h"
 
+namespace {
+
+unsigned long& changes() {
+    static unsigned long made = 0;
+    return made;
+}
+
+}  // namespace
+
+unsigned long dao::changesMade() {
+    return changes();
+}
+
+void dao::noteChange() {
+    ++changes();
+}
+
 CDaoDatabase::CDaoDatabase() = default;
 
 CDaoDatabase::~CDaoDatabase() {
@@ -107,6 +124,7 @@ void CDaoDatabase::CreateIndex(const std::string& table, const std::vector<std::
 
 void CDaoDatabase::Execute(const std::string& sql, int options) {
     listIsFresh_ = false;
+    dao::noteChange();
     connection().execute(sql, options);
 }
 
@@ -124,5 +142,6 @@ void CDaoDatabase::CommitTrans() {
 void CDaoDatabase::Rollback() {
     if (!std::exchange(transaction_, false)) throw CDaoException("No transaction is under way.");
     listIsFresh_ = false;
+    dao::noteChange();
     connection().endTransaction(false);
 }

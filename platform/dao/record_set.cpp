@@ -118,6 +118,7 @@ void CDaoRecordset::Update() {
                        !(fields[i].attributes & dbAutoIncrField);
         if (touched_[i] || missing) dao::checkValue(buffer_[i], fields[i]);
     }
+    dao::noteChange();
     if (mode_ == Mode::kAdd) {
         cursor_->insert(buffer_, touched_);
         ++visited_;
@@ -136,6 +137,7 @@ void CDaoRecordset::Delete() {
     requireUpdatable();
     requireRecord();
     mode_ = Mode::kNone;
+    dao::noteChange();
     cursor_->remove();
 }
 
