@@ -205,7 +205,7 @@ class ClientsBench {
                 if (lock == Lock::kTable)
                     done = ShowDatabaseErrors([&] { saveUnderTableLock(output, key, fields); });
                 else
-                    done = SaveRecord(output, key, fields);
+                    done = SaveRecord(output, key, fields).has_value();
             });
             if (done) tell(number, time.wall * 1000);
         }

@@ -218,7 +218,8 @@
 (defun gis:server-p (path) (wcmatch (strcase path) "ODBC;*"))
 (defun gis:name (path) (substr path (1+ (gis:last-separator path))))
 
-;; The fields at the lower edge of the window, after each command: labels and colours follow it, too. Reading a remembered value sets ret_string, which is the user's.
+;; The fields at the lower edge of the window, after each command: labels and colours follow it, too. Reading a
+;; remembered value sets ret_string, which is the user's.
 (defun window-status (/ ret_string)
   (gis:refresh-annotation)
   (mapcar '(lambda (what path / text)
@@ -556,6 +557,8 @@
 ;; Gives a table, or all of the output, an index by which records are found by their keys.
 (defun c:gis-index ()
   (if (gis:databases-chosen) (gis:index (getstring T "\nTable <all>: ")))
+  (princ))
+
 ;; The workbench on the output database; points that its imports are to draw are drawn when it is left.
 (defun c:gis-utilities ()
   (setq imported-points$ nil)

@@ -226,6 +226,10 @@ long AcDbDatabase::serial() const {
     return currentDrawing().serial();
 }
 
+long AcDbDatabase::undoStep() const {
+    return currentDrawing().undoStep();
+}
+
 std::vector<AcDbObjectId> AcDbDatabase::entities() const {
     const Drawing& drawing = currentDrawing();
     std::vector<AcDbObjectId> ids;

@@ -191,6 +191,8 @@ class Drawing {
 
     void beginUndoGroup();
     void endUndoGroup();
+    // Another number for each step: it grows where an outermost group begins or ends.
+    long undoStep() const { return undoStep_; }
     // Groups that begin between these two end no step: all is part of the step that was open before.
     void holdUndoStep() { ++groupDepth_; }
     void releaseUndoStep() { --groupDepth_; }
@@ -244,6 +246,7 @@ class Drawing {
     ObjectId firstLivingIn(ObjectId block, ObjectId id) const;
     const SymbolIndex& symbols(ObjectId table) const;
     const SymbolIndex& blockSymbols() const;
+    void endStep();
     bool exchange(std::vector<Step>& from, std::vector<Step>& to);
 
     DxfFormat format_;
@@ -268,6 +271,7 @@ class Drawing {
     std::vector<Step> redo_;
     Step step_;  // changes since the last finished step
     int groupDepth_ = 0;
+    long undoStep_ = 0;
     std::vector<std::pair<int, Observer>> observers_;
     int lastObserver_ = 0;
     std::function<void(ObjectId)> beforeChange_;

@@ -14,12 +14,17 @@ void Drawing::remember(ObjectId id) {
     ++changes_;
 }
 
+void Drawing::endStep() {
+    ++undoStep_;
+    if (!step_.empty()) undo_.push_back(std::exchange(step_, {}));
+}
+
 void Drawing::beginUndoGroup() {
-    if (groupDepth_++ == 0 && !step_.empty()) undo_.push_back(std::exchange(step_, {}));
+    if (groupDepth_++ == 0) endStep();
 }
 
 void Drawing::endUndoGroup() {
-    if (groupDepth_ > 0 && --groupDepth_ == 0 && !step_.empty()) undo_.push_back(std::exchange(step_, {}));
+    if (groupDepth_ > 0 && --groupDepth_ == 0) endStep();
 }
 
 // Takes a step from one list, puts its objects into the state that it noted, and notes their present state in

@@ -63,6 +63,10 @@ std::string kindMessage(const PromptRow& row) {
 
 }  // namespace
 
+std::optional<std::string> KindFault(const PromptRow& row, const std::string& value) {
+    return isOfKind(value, row.kind) ? std::nullopt : std::optional(kindMessage(row));
+}
+
 std::optional<PromptFault> ValidateRows(const std::string& feature, const std::vector<PromptRow>& rows,
                                         const PromptCells& cells) {
     for (size_t i = 0; i < rows.size(); ++i) {
@@ -73,8 +77,9 @@ std::optional<PromptFault> ValidateRows(const std::string& feature, const std::v
     for (size_t i = 0; i < rows.size(); ++i) {
         int row = static_cast<int>(i) + 1;
         std::string value = cells.cellText(2, row);
-        if (!rows[i].name.empty() && !value.empty() && !isOfKind(value, rows[i].kind))
-            return PromptFault{kindMessage(rows[i]), row};
+        if (rows[i].name.empty() || value.empty()) continue;
+        if (const std::optional<std::string> fault = KindFault(rows[i], value))
+            return PromptFault{*fault, row};
     }
     std::optional<std::string> fault = FeatureNameFault(feature);
     return fault ? std::optional(PromptFault{*fault}) : std::nullopt;

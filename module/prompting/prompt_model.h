@@ -53,6 +53,9 @@ class PromptCells {
 // 0: neither.
 int ClassifyNumber(const std::string& text);
 
+// Why a value that is not empty cannot stand in a row, by the row's kind; nothing when it can.
+std::optional<std::string> KindFault(const PromptRow& row, const std::string& value);
+
 // Why a sheet cannot be saved.
 struct PromptFault {
     std::string message;

@@ -41,7 +41,9 @@ struct FormRequest {
 // What the sheet has written: which record, and what is to follow.
 struct SavedRecord {
     std::string featureName;
+    std::string table;
     std::string keyValue;
+    bool isNew = false;  // false: the record was there before
     FormRequest form;
 };
 

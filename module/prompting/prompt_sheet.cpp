@@ -315,11 +315,13 @@ void PromptSheet::onOk() {
     if (focus() != ui::kOk || !template_ || !template_->IsOpen()) return;
     if (showFault()) return;
     writeState(table_, state::kOutputTable);
-    if (!save()) return;
+    const std::optional<SavedAs> as = save();
+    if (!as) return;
     ShowDatabaseErrors([&] { MarkFeatureCurrent(*template_, {feature_, table_}); });
     ShowDatabaseErrors([&] { template_->Close(); });
     closing_ = true;
-    saved_ = SavedRecord{feature_, request_.keyValue, rememberFormChoice()};
+    saved_ =
+        SavedRecord{feature_, table_, request_.keyValue, *as == SavedAs::kNewRecord, rememberFormChoice()};
     end(ui::kOk);
 }
 
@@ -363,7 +365,7 @@ std::vector<OutputField> PromptSheet::outputFields() const {
     return fields;
 }
 
-bool PromptSheet::save() {
+std::optional<SavedAs> PromptSheet::save() {
     return SaveRecord(request_.outputPath, recordKey(), outputFields());
 }
 

@@ -86,7 +86,7 @@ class PromptSheet : public ui::Dialog, private ImagePanel::Owner {
     std::string rowSeen(int number) const;
     std::vector<OutputField> outputFields() const;
     RecordKey recordKey() const;
-    bool save();
+    std::optional<SavedAs> save();
 
     // Forms of the output database.
     void fillForms();

@@ -10,6 +10,7 @@
 //     edits.undo()
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -50,6 +51,10 @@ class RecordEdits {
     // Begins with a row, as it was read: the values of all fields. The row before it has been written or
     // dropped; if not, it is dropped.
     void begin(RecordValues record);
+    // The same with a record that has been read only now, behind what the person sees of it. False, and no
+    // row is begun, where a field looks otherwise than it was shown: somebody has changed it. shown: the text
+    // of a field's cell, which may be its beginning.
+    bool begin(RecordValues record, const std::function<std::string(size_t field)>& shown);
     // Takes what was typed into a field of it. The sentence that tells why not; "" when it was taken.
     std::string type(size_t field, const std::string& text);
     // Whether there is something to write.
@@ -75,6 +80,8 @@ class RecordEdits {
     struct Done {
         RecordValues before, after;
     };
+    void changeWithin(const RecordValues& known, const std::vector<std::pair<size_t, dao::Variant>>& values,
+                      EditOutcome& outcome);
     EditOutcome change(const RecordValues& known, const std::vector<std::pair<size_t, dao::Variant>>& values);
 
     CDaoDatabase& database_;

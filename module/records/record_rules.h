@@ -39,8 +39,11 @@ class RecordRules {
                                                                std::map<size_t, dao::Variant> taken) const;
 
   private:
+    const std::vector<PromptRow>* rows(const RecordValues& record) const;
     const PromptRow* row(const RecordValues& record, size_t field) const;
     std::string feature(const RecordValues& record) const;
+    void addEquations(const RecordValues& record, const std::vector<PromptRow>& rows,
+                      std::map<size_t, dao::Variant>& taken) const;
 
     std::vector<CDaoFieldInfo> fields_;
     std::vector<SheetColumn> columns_;

@@ -40,6 +40,22 @@ DatabaseOutcome WithDatabase(const std::string& path, const std::function<void(C
     return done ? DatabaseOutcome::kDone : DatabaseOutcome::kFailed;
 }
 
+bool InTransaction(CDaoDatabase& database, const std::function<bool()>& work) {
+    database.BeginTrans();
+    bool isKept = false;
+    try {
+        isKept = work();
+    } catch (...) {
+        database.Rollback();
+        throw;
+    }
+    if (isKept)
+        database.CommitTrans();
+    else
+        database.Rollback();
+    return isKept;
+}
+
 void OpenDatabase(CDaoDatabase& database, const std::string& path) {
     if (!IsOdbcPath(path)) return database.Open(path);
     database.Open("", false, false, OpenConnectString(path));

@@ -28,6 +28,10 @@ DatabaseOutcome WithDatabase(const std::string& path, const std::function<void(C
 // Runs work on databases that the caller keeps open. False: the engine's words have been shown.
 bool ShowDatabaseErrors(const std::function<void()>& work);
 
+// Does work in a transaction, which is kept when the work gives true. Otherwise, and when an exception comes
+// through, all of it is taken back. What the work gives.
+bool InTransaction(CDaoDatabase& database, const std::function<bool()>& work);
+
 // Opens a file, or the source of a connect string that begins "ODBC;" and keeps what it was opened with.
 void OpenDatabase(CDaoDatabase& database, const std::string& path);
 

@@ -120,10 +120,7 @@ std::vector<const LinkedEntity*> LinkIndex::find(const std::string& outputPath, 
 
 // --- The entities of a record ----------------------------------------------------------------------------
 
-namespace {
-
-// The table that the template tells for the feature of a link; "" for none.
-std::string toldTable(const LinkedEntity& link) {
+std::string ToldTable(const LinkedEntity& link) {
     std::string table;
     if (files::exists(link.templatePath))
         WithDatabase(link.templatePath, [&](CDaoDatabase& database) {
@@ -131,6 +128,8 @@ std::string toldTable(const LinkedEntity& link) {
         });
     return table;
 }
+
+namespace {
 
 bool hasTable(const std::string& outputPath, const std::string& table) {
     bool isThere = false;
@@ -140,7 +139,7 @@ bool hasTable(const std::string& outputPath, const std::string& table) {
 }
 
 bool leadsTo(const LinkedEntity& link, const std::string& table) {
-    const std::string told = toldTable(link);
+    const std::string told = ToldTable(link);
     if (SameTable(table, told)) return true;
     return SameTable(table, link.feature) && (told.empty() || !hasTable(link.outputPath, told));
 }

@@ -57,6 +57,9 @@ class LinkIndex {
     std::unordered_multimap<std::string, long> byRecord_;
 };
 
+// The table that the template of a link tells for its feature; "" for none.
+std::string ToldTable(const LinkedEntity& link);
+
 // The entities that lead to a record of a table, in the order in which the drawing got them. A feature leads
 // to the table that its template tells, where the output has it, else to the one of its own name.
 std::vector<EntityName> EntitiesOfRecord(const std::string& outputPath, const std::string& table,

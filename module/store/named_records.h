@@ -3,6 +3,7 @@
 
 #include <optional>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 #include "module/store/link_index.h"
@@ -15,14 +16,26 @@ struct RecordName {
     std::string keyField, key;
     std::string feature;  // of GIS_KEY; "" for a record that tells none
 };
-// Whether two names are of one record, all in any case of letters.
-bool IsSameRecord(const RecordName& one, const RecordName& other);
+// Names of records, each once, in whatever case of letters.
+class RecordNames {
+  public:
+    // False when it is there already.
+    bool add(const RecordName& record);
+    bool contains(const RecordName& record) const;
+
+  private:
+    std::unordered_set<std::string> names_;
+};
 
 // The records that links lead to, each once, whether they are there or not. Reads each template and output
 // once; a link that is broken off, or whose output has no table for it, gives none.
 std::vector<RecordName> RecordsOfLinks(const std::vector<const LinkedEntity*>& links);
-// The entities that lead to a record, in the order in which the drawing got them.
-std::vector<EntityName> EntitiesOfRecord(const RecordName& record);
+// The links that lead to any of the records, each once; good until the drawing changes.
+std::vector<const LinkedEntity*> LinksToRecords(const std::vector<RecordName>& records);
+// Whether there is such a record. What an engine refuses has been shown in a box, and counts as none.
+bool IsRecordThere(const RecordName& record);
+// The records to which no entity leads, in their order.
+std::vector<RecordName> RecordsWithoutEntity(const std::vector<RecordName>& records);
 
 struct ErasedRecords {
     size_t erased = 0;

@@ -91,12 +91,13 @@ void clearField(CDaoRecordset& records, const std::string& name) {
     records.SetFieldValue(name, info.allowZeroLength ? dao::Variant(std::string()) : dao::Variant());
 }
 
-void writeThroughRecordset(CDaoDatabase& database, const RecordKey& key, const TableState& state,
-                           const std::vector<OutputField>& fields) {
+SavedAs writeThroughRecordset(CDaoDatabase& database, const RecordKey& key, const TableState& state,
+                              const std::vector<OutputField>& fields) {
     CDaoRecordset records(&database);
     records.Open(dbOpenDynaset,
                  FindRecordStatement(Route::kAccess, key, !state.gisKeyAdded, FindPurpose::kSave));
-    if (records.IsEOF())
+    const bool isNew = records.IsEOF();
+    if (isNew)
         records.AddNew();
     else
         records.Edit();
@@ -113,10 +114,11 @@ void writeThroughRecordset(CDaoDatabase& database, const RecordKey& key, const T
     }
     records.Update();
     records.Close();
+    return isNew ? SavedAs::kNewRecord : SavedAs::kPresentRecord;
 }
 
-void writeThroughStatements(CDaoDatabase& database, const RecordKey& key,
-                            const std::vector<OutputField>& fields) {
+SavedAs writeThroughStatements(CDaoDatabase& database, const RecordKey& key,
+                               const std::vector<OutputField>& fields) {
     RecordKey k = routed(Route::kOdbc, key);
     CDaoRecordset records(&database);
     // Two who save the same record at the same time must not both find none.
@@ -144,6 +146,7 @@ void writeThroughStatements(CDaoDatabase& database, const RecordKey& key,
         texts += (texts.empty() ? "" : ",") + quotedText(value);
     }
     database.Execute("INSERT INTO " + k.table + " (" + names + ") VALUES(" + texts + ")", dbSQLPassThrough);
+    return found ? SavedAs::kPresentRecord : SavedAs::kNewRecord;
 }
 
 }  // namespace
@@ -204,24 +207,25 @@ LoadedRecord LoadRecord(const std::string& path, const RecordKey& key) {
 
 namespace {
 
-void saveInto(CDaoDatabase& database, Route route, const RecordKey& key,
-              const std::vector<OutputField>& fields) {
+SavedAs saveInto(CDaoDatabase& database, Route route, const RecordKey& key,
+                 const std::vector<OutputField>& fields) {
     TableState state = EnsureOutputTable(database, key, fields);
     if (state.gisKeyAdded) FillGisKey(database, route, key, state);
-    WriteRecord(database, route, key, state, fields);
+    return WriteRecord(database, route, key, state, fields);
 }
 
 // A save that is refused leaves no table, no column and no value of GIS_KEY behind, and on a server, where
 // the record that is replaced is deleted first, no gap.
-void saveWholly(CDaoDatabase& database, Route route, const RecordKey& key,
-                const std::vector<OutputField>& fields) {
+SavedAs saveWholly(CDaoDatabase& database, Route route, const RecordKey& key,
+                   const std::vector<OutputField>& fields) {
     constexpr int kMostConflicts = 10;
     // What the sheet has read of the tables will do, unless somebody has changed them since.
     database.UseKnownTables();
     for (int conflicts = 0;;) {
+        SavedAs saved{};
         database.BeginTrans();
         try {
-            saveInto(database, route, key, fields);
+            saved = saveInto(database, route, key, fields);
         } catch (const CDaoConflict&) {
             // Someone else has made the table or a column of it at this moment. It is there now.
             database.Rollback();
@@ -232,24 +236,28 @@ void saveWholly(CDaoDatabase& database, Route route, const RecordKey& key,
             database.Rollback();
             continue;
         }
-        return database.CommitTrans();
+        database.CommitTrans();
+        return saved;
     }
 }
 
 }  // namespace
 
-bool SaveRecord(const std::string& path, const RecordKey& key, const std::vector<OutputField>& fields) {
-    if (!CheckDao()) return false;
-    return ShowDatabaseErrors([&] {
+std::optional<SavedAs> SaveRecord(const std::string& path, const RecordKey& key,
+                                  const std::vector<OutputField>& fields) {
+    std::optional<SavedAs> saved;
+    if (!CheckDao()) return saved;
+    const bool isDone = ShowDatabaseErrors([&] {
         Route route = RouteOf(path);
         CDaoDatabase database;
         if (route == Route::kAccess && !files::exists(path))
             database.Create(path, dbLangGeneral, dbVersion30);
         else
             OpenDatabase(database, path);
-        saveWholly(database, route, key, fields);
+        saved = saveWholly(database, route, key, fields);
         database.Close();
     });
+    return isDone ? saved : std::nullopt;
 }
 
 TableState EnsureOutputTable(CDaoDatabase& database, const RecordKey& key,
@@ -288,14 +296,12 @@ void FillGisKey(CDaoDatabase& database, Route route, const RecordKey& key, const
     }
 }
 
-void WriteRecord(CDaoDatabase& database, Route route, const RecordKey& key, const TableState& state,
-                 const std::vector<OutputField>& fields) {
+SavedAs WriteRecord(CDaoDatabase& database, Route route, const RecordKey& key, const TableState& state,
+                    const std::vector<OutputField>& fields) {
     RecordKey placed = key;
     placed.table = state.table;
-    if (route == Route::kOdbc)
-        writeThroughStatements(database, placed, fields);
-    else
-        writeThroughRecordset(database, placed, state, fields);
+    return route == Route::kOdbc ? writeThroughStatements(database, placed, fields)
+                                 : writeThroughRecordset(database, placed, state, fields);
 }
 
 CDaoFieldInfo KeyColumn(const std::string& name) {

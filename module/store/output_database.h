@@ -2,6 +2,7 @@
 #pragma once
 
 #include <map>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -56,9 +57,11 @@ struct LoadedRecord {
 // was found (also after an error, which has been shown), or the record.
 LoadedRecord LoadRecord(const std::string& path, const RecordKey& key);
 
-// Opens or creates the output database, creates or extends the table, and writes the record. False when that
-// failed; the reason has been shown. All of it is kept, or nothing.
-bool SaveRecord(const std::string& path, const RecordKey& key, const std::vector<OutputField>& fields);
+enum class SavedAs { kNewRecord, kPresentRecord };
+// Opens or creates the output database, creates or extends the table, and writes the record. Nothing when
+// that failed; the reason has been shown. All of it is kept, or nothing.
+std::optional<SavedAs> SaveRecord(const std::string& path, const RecordKey& key,
+                                  const std::vector<OutputField>& fields);
 
 // --- Their steps, on an open database. Exceptions pass through to the caller. ----------------------------
 
@@ -72,8 +75,8 @@ TableState EnsureOutputTable(CDaoDatabase& database, const RecordKey& key,
 // Gives GIS_KEY, just added to a table, a value in all its records: the feature or, in an ODBC source, the
 // name of the table.
 void FillGisKey(CDaoDatabase& database, Route route, const RecordKey& key, const TableState& state);
-void WriteRecord(CDaoDatabase& database, Route route, const RecordKey& key, const TableState& state,
-                 const std::vector<OutputField>& fields);
+SavedAs WriteRecord(CDaoDatabase& database, Route route, const RecordKey& key, const TableState& state,
+                    const std::vector<OutputField>& fields);
 
 // Adds a text column of 255 characters, or the column of an attribute's kind.
 CDaoFieldInfo KeyColumn(const std::string& name);

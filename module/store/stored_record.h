@@ -1,7 +1,9 @@
 // A record of a table, found again by what was read of it.
 #pragma once
 
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/dao/dao.h"
@@ -41,15 +43,19 @@ class StoredRecord {
     void erase();
 
   private:
-    RecordValues read();
-    void find();
-    void lock();
+    std::string comparison(size_t place, bool inCapitals) const;
     std::string condition() const;
+    void lock();
+    void open();
+    void find();
+    RecordValues read();
 
     CDaoDatabase& database_;
     std::string table_;
     const std::vector<CDaoFieldInfo>& fields_;
     const RecordValues& known_;
+    const bool onServer_;
+    const std::optional<size_t> pointId_, gisKey_;  // places
     State state_ = State::kGone;
     RecordValues present_;
     CDaoRecordset records_;

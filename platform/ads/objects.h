@@ -280,6 +280,9 @@ class AcDbDatabase {
     long serial() const;
     // Whether its file has a place for dictionaries: those of R12 have none.
     bool holdsDictionaries() const;
+    // A number that grows from one step of undo to the next: what changes while it stays the same is taken
+    // back together.
+    long undoStep() const;
     // The entities of all spaces and sheets.
     std::vector<AcDbObjectId> entities() const;
     // Calls the observer after each change of such an entity: it came, was changed or went, be it by undo.

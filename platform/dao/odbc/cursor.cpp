@@ -8,12 +8,13 @@
 namespace dao::odbc {
 namespace {
 
-// Reals and long values do not compare well.
-bool tellsApart(const CDaoFieldInfo& field) {
+// Reals and long values do not compare well; PostgreSQL compares texts of any length.
+bool tellsApart(const CDaoFieldInfo& field, const Dialect& dialect) {
     switch (field.type) {
+        case dbMemo:
+            return dialect.postgres;
         case dbSingle:
         case dbDouble:
-        case dbMemo:
         case dbLongBinary:
         case dbBinary:
         case dbDate:
@@ -104,7 +105,7 @@ const std::vector<size_t>& OdbcCursor::keyFields() {
     if (!key.empty() && keyFields_->size() == key.size()) return *keyFields_;
     keyFields_->clear();
     for (size_t i = 0; i < fields_.size(); ++i)
-        if (tellsApart(fields_[i])) keyFields_->push_back(i);
+        if (tellsApart(fields_[i], connection_->dialect())) keyFields_->push_back(i);
     if (keyFields_->empty())
         throw CDaoException("The table " + table_.name + " has no key: its records cannot be changed.");
     return *keyFields_;
