@@ -11,6 +11,8 @@
 ;;   GIS-TITLES      6  inserts or updates title blocks
 ;;   GIS-SETTINGS    7  the current template and output database
 ;;   GIS-AUDIT       8  finds and mends links that lead nowhere
+;;   GIS-UNLINK         takes links off entities, with their records or without
+;;   GIS-ERASE-NEW      erases records that were made new and that undo has left without a link
 ;;   GIS-REPORT         lists what is wrong between links and records
 ;;   GIS-EXPORT      9  linked entities with their records to a shape file
 ;;   GIS-EXPORTSET  10  the same for one kind of shape, without a dialog
@@ -523,6 +525,13 @@
                       "Yes")
                  (gis:mark-faults faults))))))
   (princ))
+
+;; Links off what is selected; whether the records go too is asked.
+(defun c:gis-unlink (/ set)
+  (if (setq set (ssget)) (gis:unlink set))
+  (princ))
+
+(defun c:gis-erase-new () (gis:erase-new-records) (princ))
 
 (defun c:gis-polylinks ()
   (if (gis:databases-chosen)

@@ -26,13 +26,18 @@ void LostLinks::watch() {
     });
 }
 
+bool LostLinks::isToldAlready() {
+    lisp::Symbol* told = lisp_.find("LINK-LOSS-TOLD$");
+    return told && !std::exchange(told->value, lisp::Value()).isNil();
+}
+
 std::string LostLinks::takeLine() {
     const std::string links = application();
     const Drawing& drawing = currentDrawing();
     const auto lost = std::count_if(changed_.begin(), changed_.end(),
                                     [&](ObjectId id) { return !isLinked(drawing, id, links); });
     changed_.clear();
-    if (lost == 0) return "";
+    if (isToldAlready() || lost == 0) return "";
     if (lost == 1) return "\nThe link of 1 entity is gone; its record stays in the database.\n";
     return "\nThe links of " + std::to_string(lost) +
            " entities are gone; their records stay in the database.\n";

@@ -2,7 +2,8 @@
 // the link off, or because either of its making is undone. The record stays, which nobody sees in the
 // drawing.
 //
-// What a link is, Lisp says: link-application$ is the application whose extended data is one.
+// What a link is, Lisp says: link-application$ is the application whose extended data is one. A program that
+// takes links off and tells by itself what becomes of the records sets link-loss-told$, which serves once.
 #pragma once
 
 #include <set>
@@ -24,6 +25,7 @@ class LostLinks {
 
   private:
     std::string application() const;
+    bool isToldAlready();
     bool isLinked(const Drawing& drawing, ObjectId id, const std::string& application) const;
 
     lisp::Interpreter& lisp_;

@@ -8,6 +8,8 @@
 #include "module/points/point_functions.h"
 #include "module/records/key_index.h"
 #include "module/selection/selection_functions.h"
+#include "module/records/erase_records.h"
+#include "module/records/unlink.h"
 #include "module/titleblocks/title_operations.h"
 #include "module/transfer/export_operations.h"
 #include "module/transfer/import_dialog.h"
@@ -50,6 +52,8 @@ constexpr OwnFunction kFunctions[] = {
     {"gis:linked-entities", 1032, GiveLinkedEntities},
     {"gis:area-faults", 1033, GiveAreaFaults},
     {"gis:edit-table", 1040, EditChosenTable},
+    {"gis:unlink", 1120, UnlinkEntities},
+    {"gis:erase-new-records", 1121, EraseNewRecordsOfRun},
     {"gis:fill-titles", 1060, FillTitles},
     {"gis:compare-titles", 1061, CompareTitles},
     {"gis:drawings", 1062, ListDrawings},

@@ -5,11 +5,13 @@
 #include "module/prompting/form_engine.h"
 #include "module/prompting/moved_files.h"
 #include "module/prompting/object_data.h"
+#include "module/prompting/old_record.h"
 #include "module/prompting/open_prompt_sheet.h"
 #include "module/prompting/request_files.h"
 #include "module/settings/current_databases.h"
 #include "module/settings/dialog_state.h"
 #include "module/store/gis_link.h"
+#include "module/store/new_records.h"
 #include "module/store/server_sign_in.h"
 #include "platform/files/files.h"
 
@@ -64,12 +66,16 @@ bool isComplete(const PromptRequest& r) {
 }  // namespace
 
 bool PromptAndLink(const PromptRequest& request, GisLink link) {
+    GisLink old;
+    const bool wasLinked = ReadGisLink(request.entity, old) == LinkState::kFound;
     const std::optional<SavedRecord> saved = OpenPromptSheet(request);
     if (!saved) return false;
     link.featureName = saved->featureName;
     link.keyField = request.keyField;
     link.keyValue = saved->keyValue;
-    WriteGisLink(request.entity, link);
+    if (WriteGisLink(request.entity, link) == RTNORM && wasLinked) AskAboutOldRecord(old, saved->featureName);
+    if (saved->isNew)
+        NoteNewRecord({link.outputPath.text(), saved->table, link.keyField, link.keyValue, link.featureName});
     ShowForm(saved->form, request.binDirectory);
     return true;
 }

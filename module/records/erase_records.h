@@ -12,34 +12,31 @@ namespace norvane {
 
 // Rows of one table, as they were read.
 struct RowsToErase {
-    std::string output;  // as links name it
-    std::string table;   // as it stands in the database
+    std::string output;              // as links name it
+    std::string table;               // as it stands in the database
+    std::string keyField = "PT_ID";  // by which links find the records
     std::vector<RecordValues> rows;
 };
 
 struct EraseReport {
-    bool isDone = false;   // false: the person has thought better of it, or nothing could be erased
     size_t records = 0;    // that were erased
     size_t links = 0;      // that were taken off entities
-    size_t linksLeft = 0;  // that lead nowhere now
-    size_t changed = 0;    // records that stay, since somebody has changed or erased them meanwhile
-    std::string message;   // a sentence that tells all of this, for the command line and the panel
+    size_t linksLeft = 0;  // to erased records: they lead nowhere now
+    size_t kept = 0;       // records that stay, since somebody has changed or erased them meanwhile
+    std::string message;   // a sentence that tells all of this; "" where the person has thought better of it
 };
 
-// Erases rows, after a question that counts them and the entities linked to them: "Yes" takes the links off,
-// "No" leaves them, without an answer nothing is erased. A row that was changed since it was read stays. All
-// or nothing in a file. Prints nothing. Changes the drawing where links are taken off: the caller makes a
-// step of undo of it.
+// Erases rows, after a question that counts them and the entities linked to them. "Yes" takes the links off,
+// "No" leaves them; without an answer nothing is erased. A row that has been changed since it was read stays.
+// Either all that can be is erased, or nothing. Prints nothing. The drawing changes where links are taken
+// off: the caller makes a step of undo of it.
 EraseReport EraseRows(CDaoDatabase& database, const RowsToErase& rows);
 
-// The same for the records that the last run has made and undo has left without a link: asked for with their
-// number and first keys, by default No. Prints nothing.
+// The same for records that were made new and that undo has left without a link, by default No; see
+// UnlinkedNewRecords. Without any, the message says so.
 EraseReport EraseNewRecords();
 
-// (gis:unlink SET): takes the links off entities, and asks whether the records go too, by default No. A
-// record that other entities lead to stays. Prints a line that counts; gives the number of links.
-void UnlinkEntities(Call& call);
-// (gis:erase-new-records): EraseNewRecords with its line; gives the number of records.
+// (gis:erase-new-records): EraseNewRecords with its line. Gives the number of records.
 void EraseNewRecordsOfRun(Call& call);
 
 }  // namespace norvane
