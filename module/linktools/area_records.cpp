@@ -85,7 +85,7 @@ class RecordWriter {
             records_.SetFieldValue("GIS_KEY", table_);
             records_.Update();
             ++result_.changed;
-            result_.links.push_back({std::move(id), std::move(key->second)});
+            result_.links.push_back({std::move(id), std::move(key->second), false});
             keys_.erase(key);
         }
     }
@@ -102,7 +102,7 @@ class RecordWriter {
             records_.SetFieldValue("PT_ID", id);
             records_.Update();
             ++result_.added;
-            result_.links.push_back({std::move(id), std::move(handles)});
+            result_.links.push_back({std::move(id), std::move(handles), true});
             tellLeft("\rChecking selected entities > %ld...", --left);
         }
     }

@@ -13,6 +13,7 @@ namespace norvane {
 struct RecordLinks {
     std::string id;
     std::vector<std::string> handles;
+    bool isNew = false;  // the record
 };
 
 struct AreaRecords {

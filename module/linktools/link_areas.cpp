@@ -14,6 +14,7 @@
 #include "module/prompting/request_files.h"
 #include "module/store/database.h"
 #include "module/store/gis_link.h"
+#include "module/store/new_records.h"
 #include "module/store/output_copy.h"
 #include "module/store/server_sign_in.h"
 #include "module/store/template_sync.h"
@@ -203,13 +204,17 @@ class AreaLinking {
 
     void writeLinks() {
         auto left = static_cast<long>(records_.links.size());
+        std::vector<std::string> added;
         acutPrintf("\rCreating GIS Links > %ld...", left);
         for (const RecordLinks& record : records_.links) {
             const GisLink link{dao::DatabasePath(templatePath_), dao::DatabasePath(outputPath_),
                                choice_.table, "PT_ID", record.id};
+            const long before = linked_;
             for (const std::string& handle : record.handles) writeLink(handle, link);
+            if (record.isNew && linked_ > before) added.push_back(record.id);
             if (--left % kTellEvery == 0) acutPrintf("\rCreating GIS Links > %ld...", left);
         }
+        if (!added.empty()) NoteNewRecords({outputPath_, choice_.table, "PT_ID", "", choice_.table}, added);
         isDone_ = true;
     }
 

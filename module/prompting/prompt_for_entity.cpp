@@ -73,9 +73,11 @@ bool PromptAndLink(const PromptRequest& request, GisLink link) {
     link.featureName = saved->featureName;
     link.keyField = request.keyField;
     link.keyValue = saved->keyValue;
-    if (WriteGisLink(request.entity, link) == RTNORM && wasLinked) AskAboutOldRecord(old, saved->featureName);
-    if (saved->isNew)
-        NoteNewRecord({link.outputPath.text(), saved->table, link.keyField, link.keyValue, link.featureName});
+    const bool isLinked = WriteGisLink(request.entity, link) == RTNORM;
+    if (isLinked && saved->isNew)
+        NoteNewRecords({link.outputPath.text(), saved->table, link.keyField, "", link.featureName},
+                       {link.keyValue});
+    if (isLinked && wasLinked) AskAboutOldRecord(old, saved->featureName);
     ShowForm(saved->form, request.binDirectory);
     return true;
 }

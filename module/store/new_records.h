@@ -10,8 +10,9 @@
 
 namespace norvane {
 
-// Notes that a record has been made, in the step of undo that is under way.
-void NoteNewRecord(const RecordName& record);
+// Notes that records have been made and linked, in the step of undo that is under way. They have all but
+// their keys in common.
+void NoteNewRecords(const RecordName& common, const std::vector<std::string>& keys);
 // The records of the last step that has any which no entity leads to now; these, in the order in which they
 // were made. Records of other drawings are forgotten.
 std::vector<RecordName> UnlinkedNewRecords();

@@ -123,7 +123,10 @@ bool PolylineImport::drawPart(const Part& part, const std::string& id, ImportRep
     }
     ++report.polylines;
     const GisLink link{settings_.templatePath, settings_.outputPath, settings_.tableName, "PT_ID", id};
-    if (!LinkNewEntity(*polyline.get(), link)) ++report.linksRefused;
+    if (LinkNewEntity(*polyline.get(), link))
+        report.linkedIds.insert(id);
+    else
+        ++report.linksRefused;
     return true;
 }
 

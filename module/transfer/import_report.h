@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 #include "module/transfer/import_settings.h"
@@ -16,6 +17,8 @@ using ImportResultList = std::vector<std::string>;
 struct ImportReport {
     ImportResultList points;
     size_t polylines = 0;
+    std::unordered_set<std::string> linkedIds;  // of records to which a polyline leads
+    std::vector<std::string> addedIds;          // of records that were added
     size_t recordsAdded = 0, recordsChanged = 0;
     bool recordsWritten = false;  // false: there is no engine
     bool featureAdded = false;

@@ -90,7 +90,11 @@ bool WriteRows(CDaoDatabase& database, const ImportShpSettings& settings, DbfHan
         }
     };
     progress.begin("Writing record : ");
-    const bool done = records.write(writeValues, [&](size_t left) { return progress.goOn(left); });
+    const auto writeRecord = [&](CDaoRecordset& record, const std::vector<size_t>& rows, bool isNew) {
+        for (size_t row : rows) writeValues(record, row);
+        if (isNew) report.addedIds.push_back(ids[rows.front()]);
+    };
+    const bool done = records.writeRecords(writeRecord, [&](size_t left) { return progress.goOn(left); });
     progress.end();
     report.recordsChanged = records.found();
     report.recordsAdded = records.added();

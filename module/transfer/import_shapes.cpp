@@ -4,6 +4,7 @@
 
 #include "module/settings/recent_values.h"
 #include "module/store/database.h"
+#include "module/store/new_records.h"
 #include "module/store/output_copy.h"
 #include "module/store/server_sign_in.h"
 #include "module/transfer/import_feature.h"
@@ -51,6 +52,7 @@ class ShapeImport {
 
   private:
     bool databasesOpen() const;
+    void noteNewRecords() const;
     bool readShapes();
     bool writeDatabases();
     void writeInto(CDaoDatabase& output, bool& kept);
@@ -73,9 +75,19 @@ bool ShapeImport::run() {
         return false;
     }
     report_.unreadable = progress_.unreadable();
+    noteNewRecords();
     if (!points_ || points_->putInPlace()) return true;
     acutPrintf("\nThe points cannot be put into %s", settings_.crdPath.c_str());
     return false;
+}
+
+// Those that undo would leave behind.
+void ShapeImport::noteNewRecords() const {
+    std::vector<std::string> keys;
+    for (const std::string& id : report_.addedIds)
+        if (report_.linkedIds.contains(id)) keys.push_back(id);
+    if (keys.empty()) return;
+    NoteNewRecords({settings_.outputPath, settings_.tableName, "PT_ID", "", settings_.tableName}, keys);
 }
 
 // Before anything is drawn. Without an engine there are no rows, and nothing to be opened.

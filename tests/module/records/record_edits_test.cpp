@@ -5,6 +5,7 @@
 
 #include "module/store/database.h"
 #include "tests/module/records/records_fixture.h"
+#include "tests/platform/dao/lock_timeout.h"
 #include "tests/platform/dao/odbc/postgres_server.h"
 
 namespace {
@@ -90,6 +91,18 @@ TEST_P(EditsOfFile, TheTemplateRulesItsRecords) {
     EXPECT_EQ(type("VOLUME", "7"), "VOLUME cannot be changed here.");
     EXPECT_FALSE(edits_->isChanged());
     EXPECT_EQ(edits_->write().state, State::kNothing);
+}
+
+TEST_P(EditsOfFile, WhatIsRequiredAndWasEmptyMayStaySo) {
+    others("1", "SPECIES", dao::Variant());
+    begin("1");
+    EXPECT_EQ(type("SPECIES", ""), "");
+    EXPECT_EQ(type("NOTE", "new"), "");
+    EXPECT_TRUE(edits_->write().isWritten());
+    EXPECT_EQ(type("SPECIES", "Oak"), "");
+    EXPECT_TRUE(edits_->write().isWritten());
+    EXPECT_EQ(type("SPECIES", ""), "Attribute SPECIES must be set!");
+    EXPECT_EQ(stored("1", "SPECIES") + stored("1", "NOTE"), "Oaknew");
 }
 
 TEST_P(EditsOfFile, ARowIsWrittenWhenItIsLeftAndTakenBack) {
@@ -233,6 +246,50 @@ TEST_P(EditsOfFile, OfTwoRecordsOfOneKeyTheRightOneIsChanged) {
     EXPECT_EQ(type("STEMS", "8"), "");
     EXPECT_TRUE(edits_->write().isWritten());
     EXPECT_EQ(::answer(path(GetParam()), "SELECT STEMS FROM TREES WHERE PT_ID = '1'"), "2\n8\n\n");
+}
+
+TEST_P(EditsOfFile, WideTablesAndHostileTextsAreNoTrouble) {
+    CDaoTableDef table(&database_);
+    table.Create("WIDE");
+    table.CreateField("PT_ID", dbText, 60);
+    for (int i = 1; i < 254; ++i) table.CreateField("F" + std::to_string(i), dbText, 20);
+    table.CreateField("PLAN", dbLongBinary, 0);
+    table.Append();
+    table.Close();
+    const std::string id = "'; DELETE FROM WIDE --\"]";
+    for (int i = 0; i < 2; ++i) {
+        CDaoRecordset records(&database_);
+        records.Open(dbOpenDynaset, "SELECT * FROM WIDE");
+        records.AddNew();
+        records.SetFieldValue("PT_ID", i == 0 ? id : "other");
+        records.SetFieldValue("PLAN", dao::Binary(3000, 7));
+        records.Update();
+    }
+    RecordEdits edits(database_, "WIDE", path("rules.mdb"));
+    const auto read = [&] {
+        CDaoRecordset records(&database_);
+        records.Open(dbOpenDynaset, "SELECT * FROM WIDE");
+        RecordValues values;
+        for (int i = 0; i < records.GetFieldCount(); ++i) values.push_back(records.GetFieldValue(i));
+        return values;
+    };
+    const RecordValues before = read();
+    edits.begin(before);
+    for (int i = 1; i < 254; ++i) EXPECT_EQ(RecordsTest::type(edits, "F" + std::to_string(i), "v'\"%"), "");
+    EXPECT_TRUE(edits.write().isWritten());
+    EXPECT_EQ(valueOf(edits, read(), "F253"), "v'\"%");
+    EXPECT_TRUE(edits.undo().isWritten());
+    EXPECT_EQ(read(), before);
+    // A column that has come since.
+    database_.DeleteTableDef("TREES");
+    CDaoTableDef changed(&database_);
+    changed.Open("WIDE");
+    changed.DeleteField("F1");
+    changed.Close();
+    EXPECT_EQ(RecordsTest::type(edits, "F2", "x"), "");
+    const EditOutcome failed = edits.write();
+    EXPECT_EQ(failed.state, State::kFailed);
+    EXPECT_NE(failed.message.find("The columns of WIDE have changed"), std::string::npos) << failed.message;
 }
 
 TEST_P(EditsOfFile, WhatTheDatabaseRefusesIsToldAndKept) {
@@ -379,6 +436,44 @@ TEST_F(TwoUsers, OnOneSqliteFileLoseNothingAndAreTold) {
     makeTrees("trees.sqlite");
     share([&](CDaoDatabase& database) { database.Open(path("trees.sqlite")); }, "TREES");
     EXPECT_EQ(::answer(path("trees.sqlite"), "SELECT STEMS, NOTE FROM TREES WHERE PT_ID = '1'"), expected());
+}
+
+TEST_F(TwoUsers, WhoWaitsTooLongIsToldAndWritesLater) {
+    for (const char* file : {"trees.mdb", "trees.sqlite"}) {
+        makeTrees(file);
+        const Turns turns;
+        const pid_t child = ::fork();
+        if (child == 0) {
+            CDaoDatabase database;
+            database.Open(path(file));
+            turns.await(false);
+            database.BeginTrans();
+            database.Execute("UPDATE TREES SET NOTE = 'theirs' WHERE PT_ID = '2'");
+            turns.give(false), turns.await(false);
+            database.CommitTrans();
+            database.Close();
+            ::_exit(0);
+        }
+        CDaoDatabase database;
+        database.Open(path(file));
+        RecordEdits edits(database, "TREES", "");
+        edits.begin(first(database, "TREES"));
+        EXPECT_EQ(type(edits, "NOTE", "mine"), "");
+        turns.give(true), turns.await(true);
+        {
+            const ShortLockTimeout timeout;
+            const EditOutcome failed = edits.write();
+            EXPECT_EQ(failed.state, State::kFailed);
+            EXPECT_NE(failed.message, "");
+            EXPECT_EQ(edits.undo().state, State::kNothing);
+        }
+        turns.give(true);
+        ::waitpid(child, nullptr, 0);
+        EXPECT_TRUE(edits.write().isWritten());
+        database.Close();
+        EXPECT_EQ(::answer(path(file), "SELECT NOTE FROM TREES WHERE PT_ID < '3' ORDER BY PT_ID"),
+                  "mine\ntheirs\n");
+    }
 }
 
 class TwoUsersOfServer : public TwoUsers {

@@ -108,6 +108,14 @@ TEST_F(UnlinkTest, ARecordThatOthersLeadToStays) {
     EXPECT_EQ(lisp("(linked)"), "1");
 }
 
+TEST_F(UnlinkTest, OfDoublesTheFirstIsErased) {
+    sql("insert into TREE values ('1','TREE',11)");
+    lisp("(tree \"TREE\" \"1\")");
+    ui_.answerQuestion("Unlink", "Yes");
+    EXPECT_EQ(unlinkAll(), "\n1 link taken off, 1 record erased.");
+    EXPECT_EQ(sql("select DBH from TREE where PT_ID = '1' and GIS_KEY = 'TREE'"), "11\n");
+}
+
 TEST_F(UnlinkTest, BadInputIsNoReasonToStop) {
     EXPECT_EQ(lisp("(gis:unlink)"), "0");
     EXPECT_EQ(lisp("(gis:unlink \"set\")"), "0");
@@ -325,6 +333,26 @@ TEST_F(NewRecords, OneStepOfUndoIsOneRun) {
     EXPECT_EQ(eraseNew(), "\nNo record that was made new has lost its link.");
     host_->newDrawing();
     EXPECT_EQ(eraseNew(), "\nNo record that was made new has lost its link.");
+}
+
+TEST_F(NewRecords, ThoseOfAreasAreKnown) {
+    sql("create table LOTS (PT_ID TEXT(255), GIS_KEY TEXT(255), LOT TEXT(255)); insert into LOTS values "
+        "('4','LOTS','A')");
+    lisp(
+        "(defun square (x label) (entmake (list '(0 . \"LWPOLYLINE\") '(100 . \"AcDbEntity\") '(100 . "
+        "\"AcDbPolyline\") "
+        "'(90 . 4) '(70 . 1) (list 10 x 0.0) (list 10 (+ x 10.0) 0.0) (list 10 (+ x 10.0) 10.0) (list 10 x "
+        "10.0))) "
+        "(entmake (list '(0 . \"TEXT\") (list 10 (+ x 5.0) 5.0 0.0) '(40 . 1.0) (cons 1 label)))) "
+        "(square 0.0 \"A\") (square 20.0 \"B\") (square 40.0 \"C\")");
+    inputs_ = {"Text", "ALL", ""};
+    answer(1390, {click("OK")});
+    const std::string line = said("(cf:gis_smart_prompting 20 \"x\" tmpl outp)");
+    ASSERT_NE(line.find("records changed 1, added 2."), std::string::npos) << line << ui_.log().back();
+    said("U");
+    ui_.answerQuestion("Erase new records", "Yes");
+    EXPECT_EQ(eraseNew(), "\n2 records erased.");
+    EXPECT_EQ(sql("select LOT from LOTS"), "A\n");
 }
 
 }  // namespace

@@ -65,6 +65,24 @@ TEST_F(Import, AreasBecomeLinkedPolylinesWithRecordsAndAFeature) {
         "defined.\nThe set does not say in which reference system its coordinates are.");
 }
 
+TEST_F(Import, RecordsWhosePolylinesAreUndoneAreErasedInOneStep) {
+    makeSet("plots", shape::kPolygon, {{"PT_ID"}},
+            {{{{0, 0, 0}, {0, 10, 0}, {10, 10, 0}, {0, 0, 0}}, {"A"}},
+             {{{20, 0, 0}, {20, 10, 0}, {30, 10, 0}, {20, 0, 0}}, {"B"}},
+             {{{20, 0, 0}}, {"C"}},
+             {{{40, 0, 0}, {40, 10, 0}, {50, 10, 0}, {40, 0, 0}}, {"D"}}});
+    sqlite("output.mdb",
+           "create table PLOTS (PT_ID TEXT(255), GIS_KEY TEXT(255)); insert into PLOTS values ('D','PLOTS')");
+    import("plots", {layer()});
+    EXPECT_EQ(output("select PT_ID from PLOTS order by PT_ID"), "A\nB\nC\nD\n");
+    EXPECT_EQ(lisp("(gis:erase-new-records)"), "0") << "C has never had an entity";
+    host_->runLine("U");
+    EXPECT_EQ(count("POLYLINE"), 0);
+    ui_.answerQuestion("Erase new records", "Yes");
+    EXPECT_EQ(lisp("(gis:erase-new-records)"), "2");
+    EXPECT_EQ(output("select PT_ID from PLOTS order by PT_ID"), "C\nD\n") << "D was there before";
+}
+
 TEST_F(Import, AFeatureThatIsDefinedStays) {
     makeSquares("tree");
     const std::string before = sqlite("template.mdb", "select * from ZGEO_SMART_PROMPTING");
