@@ -1,8 +1,10 @@
 #include "module/titleblocks/delimited_source.h"
 
 #include <algorithm>
+#include <fstream>
 #include <optional>
 #include <string_view>
+#include <utility>
 
 #include "module/exchange/file_stem.h"
 #include "module/titleblocks/heading_row.h"
@@ -34,6 +36,8 @@ class DelimitedText {
         }
         return true;
     }
+
+    bool isAtEnd() const { return rest_.empty(); }
 
   private:
     // False when the line ends behind the value.
@@ -78,38 +82,74 @@ class DelimitedText {
     char separator_ = ',';
 };
 
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+std::optional<std::string> readBeginning(const std::string& path) {
+    constexpr size_t kBeginning = size_t{1} << 16;
+    std::ifstream file(files::onDisk(path), std::ios::binary);
+    if (!file || files::isFolder(path)) return std::nullopt;
+    std::string bytes(kBeginning, '\0');
+    file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    bytes.resize(static_cast<size_t>(file.gcount()));
+    return bytes;
+}
+
 class DelimitedSource : public RecordSource {
   public:
-    explicit DelimitedSource(const std::string& path) : name_(text::upper(files::nameOf(FileStem(path)))) {
-        std::optional<std::string> content = files::read(path);
-        if (!content) throw CDaoException("The file \"" + path + "\" cannot be read.");
-        constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-        if (text::startsWith(*content, kByteOrderMark)) content->erase(0, kByteOrderMark.size());
-        content_ = text::isValidUtf8(*content) ? std::move(*content) : text::decode(*content);
-        if (content_.find('\0') != std::string::npos)
-            throw CDaoException("The file \"" + path + "\" is no text.");
+    explicit DelimitedSource(const std::string& path)
+        : path_(path), name_(text::upper(files::nameOf(FileStem(path)))) {
+        beginning_ = textOf(readBeginning(path));
     }
 
     std::vector<std::string> tables() override { return {name_}; }
 
     std::vector<std::string> columns(const std::string& table) override {
         std::vector<std::string> row;
-        if (!text::equalNoCase(table, name_) || !DelimitedText(content_).next(row)) return {};
+        if (!text::equalNoCase(table, name_)) return {};
+        if (!readHeading(row) && !DelimitedText(content()).next(row)) return {};
         return HeadingRow(row).names();
     }
 
     bool read(const std::string& table, const std::vector<std::string>& columns,
               const TakeRecord& take) override {
-        DelimitedText lines(content_);
+        if (!text::equalNoCase(table, name_)) return true;
+        DelimitedText lines(content());
         std::vector<std::string> row, values(columns.size());
-        if (!text::equalNoCase(table, name_) || !lines.next(row)) return true;
+        if (!lines.next(row)) return true;
         for (const std::vector<size_t> places = HeadingRow(row).placesOf(columns); lines.next(row);)
             if (PickCells(row, places, values) && !take(values)) return false;
         return true;
     }
 
   private:
-    std::string name_, content_;
+    // Without the mark of UTF-8.
+    std::string textOf(std::optional<std::string> bytes) const {
+        if (!bytes) throw CDaoException("The file \"" + path_ + "\" cannot be read.");
+        if (bytes->find('\0') != std::string::npos)
+            throw CDaoException("The file \"" + path_ + "\" is no text.");
+        if (text::startsWith(*bytes, kByteOrderMark)) bytes->erase(0, kByteOrderMark.size());
+        return std::move(*bytes);
+    }
+
+    // The heading from the beginning of the file. False where that does not tell it: it may go on, and what
+    // its letters are may hang on what is behind.
+    bool readHeading(std::vector<std::string>& row) const {
+        DelimitedText lines(beginning_);
+        return lines.next(row) && !lines.isAtEnd() &&
+               std::all_of(row.begin(), row.end(),
+                           [](const std::string& cell) { return text::isAscii(cell); });
+    }
+
+    const std::string& content() {
+        if (!content_) {
+            std::string bytes = textOf(files::read(path_));
+            content_ = text::isValidUtf8(bytes) ? std::move(bytes) : text::decode(bytes);
+        }
+        return *content_;
+    }
+
+    std::string path_, name_, beginning_;
+    std::optional<std::string> content_;
 };
 
 }  // namespace

@@ -25,7 +25,7 @@ TextSet KeysOf(const FillChoice& choice) {
         return keys;
     }
     for (const EntityName& insert : VisibleInserts(choice.block))
-        keys.add(keyOf(AttributesOfInsert(insert), choice.keyAttribute));
+        keys.add(AttributeText(insert, choice.keyAttribute));
     return keys;
 }
 

@@ -39,6 +39,16 @@ void forEachVisible(const resbuf* filter, Take take) {
     }
 }
 
+// Calls `take` with the groups of each attribute until it gives false.
+template <class Take>
+void forEachAttribute(const EntityName& insert, Take take) {
+    EntityName entity = insert;
+    while (acdbEntNext(entity.name, entity.name) == RTNORM) {
+        ResultBuffers groups(acdbEntGet(entity.name));
+        if (GroupText(groups.get(), 0) != "ATTRIB" || !take(std::move(groups))) break;
+    }
+}
+
 }  // namespace
 
 std::vector<std::string> BlocksWithAttributes() {
@@ -79,14 +89,22 @@ std::map<std::string, long> CountVisibleInserts() {
 
 std::vector<InsertAttribute> AttributesOfInsert(const EntityName& insert) {
     std::vector<InsertAttribute> attributes;
-    EntityName entity = insert;
-    while (acdbEntNext(entity.name, entity.name) == RTNORM) {
-        ResultBuffers groups(acdbEntGet(entity.name));
-        if (GroupText(groups.get(), 0) != "ATTRIB") break;
+    forEachAttribute(insert, [&](ResultBuffers groups) {
         std::string tag = GroupText(groups.get(), 2), text = GroupText(groups.get(), 1);
         attributes.push_back({std::move(tag), std::move(text), std::move(groups)});
-    }
+        return true;
+    });
     return attributes;
+}
+
+std::string AttributeText(const EntityName& insert, const std::string& tag) {
+    std::string found;
+    forEachAttribute(insert, [&](const ResultBuffers& groups) {
+        if (!text::equalNoCase(GroupText(groups.get(), 2), tag)) return true;
+        found = GroupText(groups.get(), 1);
+        return false;
+    });
+    return found;
 }
 
 std::string HandleOf(const EntityName& entity) {

@@ -28,6 +28,8 @@ struct InsertAttribute {
     ResultBuffers groups;  // the entity as it was read
 };
 std::vector<InsertAttribute> AttributesOfInsert(const EntityName& insert);
+// The text of the first attribute with a tag; "" without one.
+std::string AttributeText(const EntityName& insert, const std::string& tag);
 std::string HandleOf(const EntityName& entity);
 // Gives attributes their texts, and then brings the insert up to date. False when the drawing has not taken
 // one of the texts.

@@ -194,6 +194,22 @@ TEST_F(Sources, DelimitedTextIsATable) {
     EXPECT_EQ(all(path("c.csv"), "C"), "ONE");
     write("d.csv", std::string("a\0b", 3));
     EXPECT_EQ(refusal(path("d.csv")), "The file \"d.csv\" is no text.");
+    // The letters of a heading hang on what is far behind it, and a heading may be long.
+    const std::string line = std::string(1000, 'x') + "\n";
+    std::string lines;
+    while (lines.size() < 100000) lines += line;
+    for (const char* last : {"\xC3\xBC\n", "\xFC\n"}) {
+        write("f.csv", "K\xC3\xBC\n" + lines + last);
+        const std::string name = text::isValidUtf8(last) ? "K\u00DC" : "K\u00C3\u00BC";
+        EXPECT_EQ(open(path("f.csv"))->columns("F").at(0), name);
+        EXPECT_TRUE(all(path("f.csv"), "F").ends_with(";\u00FC"));
+    }
+    write("g.csv", "K," + std::string(70000, 'X') + ",L\n1,2,3\n");
+    EXPECT_EQ(open(path("g.csv"))->columns("G").size(), 3u);
+    // What is no text far behind is told when it is read.
+    write("h.csv", "K\n" + lines + std::string(1, '\0'));
+    EXPECT_EQ(open(path("h.csv"))->columns("H").size(), 1u);
+    EXPECT_THROW(all(path("h.csv"), "H"), CDaoException);
     write("e.csv", "");
     EXPECT_EQ(all(path("e.csv"), "E"), "");
 }
