@@ -84,7 +84,8 @@ bool TakenCells::visitRows(const LabelBox& box, const QRectF& bounds, Visit visi
     for (int row = first; row <= last; ++row) {
         const double upper = top_ + row * kCell;
         const Range range = rangeBetween(corners, upper, upper + kCell);
-        // Sums may go beyond the bounds by a rounding.
+        // A rounding may put a side beyond the bounds, or the bounds beyond all sides.
+        if (range.from > range.to) continue;
         const int from = columnOf(std::max(range.from, bounds.left()));
         const int to = columnOf(std::min(range.to, bounds.right()));
         if (from <= to && !visit(row, from, to)) return false;
