@@ -150,6 +150,7 @@ void MainWindow::rememberLayout() const {
     settings.setValue("window/geometry", saveGeometry());
     settings.setValue("window/panels", saveState());
     settings.setValue("window/columns", list_->view().horizontalHeader()->saveState());
+    settings.setValue("window/legend", canvas_->legend().isWanted());
 }
 
 // What is missing or does not fit stays as it is.
@@ -158,6 +159,7 @@ void MainWindow::restoreLayout() {
     restoreGeometry(settings.value("window/geometry").toByteArray());
     restoreState(settings.value("window/panels").toByteArray());
     list_->view().horizontalHeader()->restoreState(settings.value("window/columns").toByteArray());
+    canvas_->legend().setWanted(settings.value("window/legend", true).toBool());
 }
 
 void MainWindow::joinCanvas() {

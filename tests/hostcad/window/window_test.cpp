@@ -204,6 +204,7 @@ TEST_F(Window, SizePanelsAndColumnsAreRememberedFromRunToRun) {
     menuEntry("Properties")->trigger();
     window_.resizeDocks({window_.findChild<QDockWidget*>("commands")}, {240}, Qt::Vertical);
     view.setColumnWidth(hostcad::EntityTable::kLayer, 123);
+    window_.canvas().legend().setWanted(false);
     QTest::qWait(20);
     const int commands = window_.findChild<QDockWidget*>("commands")->height();
     EXPECT_GT(commands, 200);
@@ -219,6 +220,7 @@ TEST_F(Window, SizePanelsAndColumnsAreRememberedFromRunToRun) {
     EXPECT_TRUE(next.findChild<QDockWidget*>("entities")->isVisible());
     EXPECT_NEAR(next.findChild<QDockWidget*>("commands")->height(), commands, 4);
     EXPECT_EQ(next.entityList().view().columnWidth(hostcad::EntityTable::kLayer), 123);
+    EXPECT_FALSE(next.canvas().legend().isWanted());
     host_->lisp().setPulse({});
 }
 
