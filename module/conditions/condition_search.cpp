@@ -95,6 +95,7 @@ class SearchWriter {
     std::string numberCompared(const CDaoFieldInfo& field, Comparison comparison, double number);
     std::string realNearby(const CDaoFieldInfo& field, Comparison comparison, double wanted);
     std::string textCompared(const CDaoFieldInfo& field, Comparison comparison, const std::string& upper);
+    std::string indexed(const CDaoFieldInfo& field, const std::vector<std::string>& texts);
     std::string dateCompared(const CDaoFieldInfo& field, Comparison comparison, const Moments& moments);
     std::string fieldsCompared(const ConditionNode& node);
     std::string isOneOf(const ConditionNode& node);
@@ -104,6 +105,7 @@ class SearchWriter {
     std::string number(const CDaoFieldInfo& field) const;
     std::string isNumber(const CDaoFieldInfo& field, Comparison comparison) const;
     std::string date(const CDaoFieldInfo& field) const;
+    std::string equated(const CDaoFieldInfo& field, const std::string& upper) const;
     std::string folded(const CDaoFieldInfo& field, const OtherLetters& letters) const;
 
     const char* parameter(dao::Variant value) {
@@ -111,10 +113,6 @@ class SearchWriter {
         return "?";
     }
     const char* numberParameter(const CDaoFieldInfo& field, double number);
-    // Whether texts are found by an index of a file. A column of SQLite without a type holds numbers too.
-    bool hasQuickEquality(const CDaoFieldInfo& field) const {
-        return engine_ == EngineKind::kAccess || (engine_ == EngineKind::kSqlite && field.type == dbText);
-    }
     bool isFile() const { return engine_ == EngineKind::kAccess || engine_ == EngineKind::kSqlite; }
 
     const std::vector<CDaoFieldInfo>& fields_;
@@ -243,24 +241,37 @@ std::string SearchWriter::folded(const CDaoFieldInfo& field, const OtherLetters&
            dao::quotedText(letters.large) + ")";
 }
 
+// A field as it is found equal to a text of which this is the upper case.
+std::string SearchWriter::equated(const CDaoFieldInfo& field, const std::string& upper) const {
+    // SQLite knows the cases of the English alphabet, and has indexes for them. Columns without a type hold
+    // numbers too, which this would not find.
+    const bool hasTexts =
+        engine_ == EngineKind::kAccess || (engine_ == EngineKind::kSqlite && field.type == dbText);
+    if (hasTexts && isAscii(upper)) return bracketed(field) + " COLLATE NOCASE";
+    return folded(field, lettersIn(upper));
+}
+
 std::string SearchWriter::textCompared(const CDaoFieldInfo& field, Comparison comparison,
                                        const std::string& upper) {
-    const bool ordered = comparison != Comparison::kEqual && comparison != Comparison::kUnequal;
-    const bool plain = isAscii(upper);
-    if (engine_ == EngineKind::kOtherServer && (comparison != Comparison::kEqual || !plain)) return kAlways;
-    const OtherLetters letters = plain ? OtherLetters{} : ordered ? allLetters() : lettersIn(upper);
-    const std::string exact = folded(field, letters) + " " + SignOf(comparison) + " ";
-    // The first part of an equality is less exact and finds by an index.
-    if (comparison == Comparison::kEqual && plain && hasQuickEquality(field)) {
-        std::string quick = "(" + bracketed(field) + " = " + parameter(upper) + " COLLATE NOCASE AND ";
-        return quick + exact + parameter(upper) + ")";
-    }
-    if (comparison == Comparison::kEqual && plain && engine_ == EngineKind::kPostgres &&
-        field.type != dbGUID) {
-        std::string quick = "(upper(" + bracketed(field) + ") = upper(" + parameter(upper) + ") AND ";
-        return quick + exact + parameter(upper) + ")";
-    }
-    return exact + parameter(upper);
+    const bool isEqual = comparison == Comparison::kEqual, isUnequal = comparison == Comparison::kUnequal;
+    if (engine_ == EngineKind::kOtherServer && (!isEqual || !isAscii(upper))) return kAlways;
+    if (!isEqual && !isUnequal)
+        return folded(field, isAscii(upper) ? OtherLetters{} : allLetters()) + " " + SignOf(comparison) +
+               " " + parameter(upper);
+    const std::string quick = isEqual ? indexed(field, {upper}) : "";
+    std::string exact = equated(field, upper) + " " + SignOf(comparison) + " " + parameter(upper);
+    return quick.empty() ? exact : "(" + quick + " AND " + exact + ")";
+}
+
+// What is true of all records that have one of these texts, and lets PostgreSQL find them by the index that
+// IndexForSearch makes; "" where it cannot.
+std::string SearchWriter::indexed(const CDaoFieldInfo& field, const std::vector<std::string>& texts) {
+    if (engine_ != EngineKind::kPostgres || field.type == dbGUID ||
+        !std::all_of(texts.begin(), texts.end(), isAscii))
+        return "";
+    std::vector<std::string> list;
+    for (const std::string& text : texts) list.push_back(std::string("upper(") + parameter(text) + ")");
+    return "upper(" + bracketed(field) + ") IN (" + text::join(list, ", ") + ")";
 }
 
 std::string SearchWriter::isLike(const ConditionNode& node) {
@@ -340,19 +351,15 @@ std::string SearchWriter::isOneOf(const ConditionNode& node) {
 }
 
 std::string SearchWriter::isOneOfTexts(const ConditionNode& node, const CDaoFieldInfo& field) {
-    std::string all;
-    for (const ComparedValue& value : node.values) all += std::get<FoldedText>(value).upper;
+    std::vector<std::string> texts, list;
+    for (const ComparedValue& value : node.values) texts.push_back(std::get<FoldedText>(value).upper);
+    const std::string all = text::join(texts, "");
     if (engine_ == EngineKind::kOtherServer && (node.isNegated || !isAscii(all))) return kAlways;
-    auto list = [&] {
-        std::vector<std::string> parameters;
-        for (const ComparedValue& value : node.values)
-            parameters.emplace_back(parameter(std::get<FoldedText>(value).upper));
-        return " IN (" + text::join(parameters, ", ") + ")";
-    };
-    const std::string exact = folded(field, lettersIn(all)) + (node.isNegated ? " NOT" : "");
-    if (!hasQuickEquality(field) || node.isNegated || !isAscii(all)) return exact + list();
-    std::string quick = "(" + bracketed(field) + " COLLATE NOCASE" + list() + " AND ";
-    return quick + exact + list() + ")";
+    const std::string quick = node.isNegated ? "" : indexed(field, texts);
+    for (const std::string& one : texts) list.emplace_back(parameter(one));
+    std::string exact =
+        equated(field, all) + (node.isNegated ? " NOT IN (" : " IN (") + text::join(list, ", ") + ")";
+    return quick.empty() ? exact : "(" + quick + " AND " + exact + ")";
 }
 
 }  // namespace

@@ -20,9 +20,7 @@ std::optional<TextPattern> TextPattern::read(std::string_view pattern) {
     for (size_t at = 0; at < upper.size();) {
         const char32_t c = text::nextCodePoint(upper, at);
         if (c == '*') {
-            // Two runs in a row are one.
-            if (out.elements_.empty() || out.elements_.back().kind != Element::kRun)
-                out.elements_.push_back({Element::kRun});
+            out.elements_.push_back({Element::kRun});
         } else if (c == '?') {
             out.elements_.push_back({Element::kAny});
         } else if (c == '[') {

@@ -181,6 +181,7 @@ std::vector<ConditionCase> texts() {
          [](const Tree& t) { return below(t.name, "O") || above(t.name, "OZ"); }},
         {"NAME > 'é'", [](const Tree& t) { return above(t.name, "É"); }},
         {"NAME <= 'Ž'", [](const Tree& t) { return t.name && !above(t.name, "Ž"); }},
+        {"NAME BETWEEN 'Ža' AND 'Žz'", [](const Tree& t) { return t.id == 24 || t.id == 25; }},
         {"NAME < 'grö'", [](const Tree& t) { return below(t.name, "grö"); }},
         {"NAME >= 'ſ'", [](const Tree& t) { return t.name && !below(t.name, "ſ"); }},
         {"NAME = 'línea'", [](const Tree& t) { return t.id == 17 || t.id == 18; }},

@@ -47,6 +47,7 @@ TEST(Expressions, JoinAndAdd) {
     EXPECT_EQ(label("PRICE"), "123.4567");
     EXPECT_EQ(label("PRICE + 1"), "124.4567");
     EXPECT_EQ(label("ALIVE"), "Yes");
+    EXPECT_EQ(label("ALIVE + 1"), "Yes1");
     EXPECT_EQ(label("SEEN"), "2004-05-31 13:05:09");
     EXPECT_EQ(label("#2004-05-31#"), "2004-05-31");
     EXPECT_EQ(label("\"a\nb\""), "a\nb");

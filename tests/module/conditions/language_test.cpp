@@ -132,15 +132,17 @@ TEST(Conditions, HostileTextIsRefusedOrHarmless) {
 }
 
 TEST(Conditions, WordsOfTheLanguageCanBeFields) {
-    std::vector<CDaoFieldInfo> fields(3);
+    std::vector<CDaoFieldInfo> fields(4);
     fields[0].name = "NO";
     fields[0].type = dbLong;
     fields[1].name = "Like";
     fields[1].type = dbText;
     fields[2].name = "Größe";
     fields[2].type = dbDouble;
-    for (const char* good :
-         {"NO = 5", "[NO] = 5", "LIKE LIKE 'a*'", "[like] = 'x' AND NO > 5", "größe > 1.5", "GRÖßE IS NULL"})
+    fields[3].name = "FLAG";
+    fields[3].type = dbBoolean;
+    for (const char* good : {"NO = 5", "[NO] = 5", "LIKE LIKE 'a*'", "[like] = 'x' AND NO > 5", "größe > 1.5",
+                             "GRÖßE IS NULL", "FLAG = NO", "FLAG IN (YES, NO)"})
         EXPECT_EQ(faultOf(good, fields), "");
     ConditionFault fault;
     auto condition = Condition::read("GRÖßE > 1 AND (no = 1 OR NO = 2)", fields, fault);
