@@ -52,24 +52,24 @@ const char* KindName(ValueKind kind) {
     }
 }
 
-std::optional<double> NumberIn(const dao::Variant& value) {
+std::optional<double> ComparedNumber(const dao::Variant& value) {
     double number = 0;
     if (value.isNull() || value.is<dao::Date>() || !dao::numberOf(value, number) || std::isnan(number))
         return std::nullopt;
     return number;
 }
 
-const std::string* TextIn(const dao::Variant& value) {
+const std::string* ComparedText(const dao::Variant& value) {
     return value.is<std::string>() ? &value.get<std::string>() : nullptr;
 }
 
-std::optional<int64_t> SecondIn(const dao::Variant& value) {
+std::optional<int64_t> ComparedSecond(const dao::Variant& value) {
     if (!value.is<dao::Date>()) return std::nullopt;
     return secondOf(value.get<dao::Date>());
 }
 
-std::optional<bool> YesNoIn(const dao::Variant& value) {
-    const std::optional<double> number = NumberIn(value);
+std::optional<bool> ComparedYesNo(const dao::Variant& value) {
+    const std::optional<double> number = ComparedNumber(value);
     if (!number) return std::nullopt;
     return *number != 0;
 }

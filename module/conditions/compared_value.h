@@ -38,10 +38,10 @@ struct FoldedText {
 using ComparedValue = std::variant<double, FoldedText, Moments, bool>;
 
 // A value of a record; nothing for Null and for what is not of the field's kind, of which nothing is known.
-std::optional<double> NumberIn(const dao::Variant& value);
-const std::string* TextIn(const dao::Variant& value);
-std::optional<int64_t> SecondIn(const dao::Variant& value);
-std::optional<bool> YesNoIn(const dao::Variant& value);
+std::optional<double> ComparedNumber(const dao::Variant& value);
+const std::string* ComparedText(const dao::Variant& value);
+std::optional<int64_t> ComparedSecond(const dao::Variant& value);
+std::optional<bool> ComparedYesNo(const dao::Variant& value);
 
 // The second as a date.
 dao::Date DateOfSecond(int64_t second);

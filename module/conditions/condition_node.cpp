@@ -30,19 +30,19 @@ struct Order {
     const dao::Variant& value;
 
     std::optional<int> operator()(double wanted) const {
-        const std::optional<double> number = NumberIn(value);
+        const std::optional<double> number = ComparedNumber(value);
         return number ? std::optional(orderOf(*number, wanted)) : std::nullopt;
     }
     std::optional<int> operator()(const FoldedText& wanted) const {
-        const std::string* text = TextIn(value);
+        const std::string* text = ComparedText(value);
         return text ? std::optional(orderOf(text::upper(*text), wanted.upper)) : std::nullopt;
     }
     std::optional<int> operator()(const Moments& wanted) const {
-        const std::optional<int64_t> second = SecondIn(value);
+        const std::optional<int64_t> second = ComparedSecond(value);
         return second ? std::optional(orderOf(*second, wanted)) : std::nullopt;
     }
     std::optional<int> operator()(bool wanted) const {
-        const std::optional<bool> yes = YesNoIn(value);
+        const std::optional<bool> yes = ComparedYesNo(value);
         return yes ? std::optional(orderOf(*yes, wanted)) : std::nullopt;
     }
 };
@@ -50,14 +50,14 @@ struct Order {
 // The order of two values of a record.
 std::optional<int> orderOf(const dao::Variant& a, const dao::Variant& b, ValueKind kind) {
     if (kind == ValueKind::kText) {
-        const std::string *left = TextIn(a), *right = TextIn(b);
+        const std::string *left = ComparedText(a), *right = ComparedText(b);
         return left && right ? std::optional(orderOf(text::upper(*left), text::upper(*right))) : std::nullopt;
     }
     if (kind == ValueKind::kDate) {
-        const std::optional<int64_t> left = SecondIn(a), right = SecondIn(b);
+        const std::optional<int64_t> left = ComparedSecond(a), right = ComparedSecond(b);
         return left && right ? std::optional(orderOf(*left, *right)) : std::nullopt;
     }
-    const std::optional<double> left = NumberIn(a), right = NumberIn(b);
+    const std::optional<double> left = ComparedNumber(a), right = ComparedNumber(b);
     return left && right ? std::optional(orderOf(*left, *right)) : std::nullopt;
 }
 
@@ -65,11 +65,11 @@ std::optional<int> orderOf(const dao::Variant& a, const dao::Variant& b, ValueKi
 Truth isOneOf(const dao::Variant& value, const std::vector<ComparedValue>& wanted) {
     ComparedValue folded;
     if (std::holds_alternative<double>(wanted.front())) {
-        const std::optional<double> number = NumberIn(value);
+        const std::optional<double> number = ComparedNumber(value);
         if (!number) return Truth::kUnknown;
         folded = *number;
     } else {
-        const std::string* text = TextIn(value);
+        const std::string* text = ComparedText(value);
         if (!text) return Truth::kUnknown;
         folded = FoldedText{text::upper(*text)};
     }
@@ -89,7 +89,7 @@ Truth leafTruth(const ConditionNode& node, const std::vector<dao::Variant>& valu
         case ConditionNode::Kind::kIsOneOf:
             return isOneOf(value, node.values);
         case ConditionNode::Kind::kIsLike: {
-            const std::string* text = TextIn(value);
+            const std::string* text = ComparedText(value);
             return text ? truthOf(node.pattern.matches(*text)) : Truth::kUnknown;
         }
         default:

@@ -11,7 +11,7 @@ namespace {
 std::optional<double> readNumber(const dao::Variant& value) {
     if (value.is<bool>()) return std::nullopt;
     if (value.is<float>()) return text::wholeReal(dao::exactText(value.get<float>()));
-    return NumberIn(value);
+    return ComparedNumber(value);
 }
 
 dao::Variant sumOf(const ExpressionNode& node, const std::vector<dao::Variant>& values) {
@@ -34,7 +34,7 @@ dao::Variant sumOf(const ExpressionNode& node, const std::vector<dao::Variant>& 
 
 // A text that is a number is rounded as one; other values stay.
 dao::Variant rounded(dao::Variant value, int decimals) {
-    const std::string* text = TextIn(value);
+    const std::string* text = ComparedText(value);
     const std::optional<double> number = text ? text::wholeReal(text::trim(*text)) : readNumber(value);
     if (!number) return value;
     return dao::Variant(text::toReal(RoundedText(*number, decimals)));
