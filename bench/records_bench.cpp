@@ -111,8 +111,10 @@ void showPage(const RecordView& view, long first) {
 // Goes on until all is done, in slices as a window has them. The longest of them.
 double workAll(RecordView& view) {
     double longest = 0;
-    for (bool goesOn = true; goesOn;)
+    for (bool goesOn = true; goesOn;) {
         longest = std::max(longest, milliseconds([&] { goesOn = view.work(std::chrono::milliseconds(10)); }));
+        mostHeap = std::max(mostHeap, heap());
+    }
     if (!view.fault().empty()) std::printf("  %s\n", view.fault().c_str());
     return longest;
 }
@@ -230,12 +232,12 @@ class Bench {
         ofKeys.keys.reset();
         keys.reset();
         size_t found = 0;
-        tell("keys of a condition", milliseconds([&] {
-                 ForEachMatching(
-                     database_, table_, &*condition, {"PT_ID"},
-                     [&](std::span<const dao::Variant> values) { found += !RecordKeyOf(values[0]).empty(); });
-             }),
-             std::to_string(found) + " keys");
+        const double time = milliseconds([&] {
+            ForEachMatching(
+                database_, table_, &*condition, {"PT_ID"},
+                [&](std::span<const dao::Variant> values) { found += !RecordKeyOf(values[0]).empty(); });
+        });
+        tell("keys of a condition", time, std::to_string(found) + " keys");
         const std::string last = "P" + std::to_string(rows_);
         view_->setFilter({});
         tell("row of a key, without an index", milliseconds([&] {

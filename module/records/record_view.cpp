@@ -20,6 +20,8 @@ constexpr size_t kMostPages = 16;
 // Bytes of a text that a page keeps.
 constexpr size_t kMostShown = 1000;
 constexpr size_t kKeysAtOnce = 512;
+// Where a file is locked, each try to read takes seconds.
+constexpr std::chrono::seconds kPause{5};
 constexpr const char* kDeleted = "#Deleted";
 
 bool isShown(const CDaoFieldInfo& field) {
@@ -56,6 +58,12 @@ struct RecordView::Page {
     long first;
     std::vector<ReadRecord> records;
     bool isStale = false;  // to be read anew
+    // Of one that could not be read: when it is tried again.
+    std::optional<std::chrono::steady_clock::time_point> triedAgain;
+
+    bool isGood() const {
+        return !isStale && !(triedAgain && *triedAgain <= std::chrono::steady_clock::now());
+    }
 };
 
 RecordView::RecordView(CDaoDatabase& database, const std::string& table, const std::string& keyField)
@@ -243,7 +251,7 @@ void RecordView::followMoved(Page& page, std::span<const dao::RowNumber> wanted)
 RecordView::Page RecordView::readPage(long first) const {
     const auto count = static_cast<size_t>(std::min(kPageRecords, shown() - first));
     const std::span<const dao::RowNumber> wanted(rows().data() + first, count);
-    Page page{first, std::vector<ReadRecord>(count)};
+    Page page{first, std::vector<ReadRecord>(count), false, {}};
     const auto before =
         std::find_if(pages_.begin(), pages_.end(), [&](const Page& known) { return known.first == first; });
     for (size_t i = 0; i < count; ++i) {
@@ -258,6 +266,7 @@ RecordView::Page RecordView::readPage(long first) const {
         for (const ReadRecord& record : page.records) isOutdated_ = isOutdated_ || !record.note.empty();
     } catch (const CDaoException& error) {
         for (ReadRecord& record : page.records) record = {{}, "", "#Error: " + error.description()};
+        page.triedAgain = std::chrono::steady_clock::now() + kPause;
     }
     return page;
 }
@@ -266,7 +275,7 @@ const RecordView::ReadRecord& RecordView::record(long row) const {
     const long first = row / kPageRecords * kPageRecords;
     const auto found = std::find_if(pages_.begin(), pages_.end(), [&](const Page& page) {
         // The last page of a search that goes on gets longer.
-        return page.first == first && !page.isStale && row < first + static_cast<long>(page.records.size());
+        return page.first == first && row < first + static_cast<long>(page.records.size()) && page.isGood();
     });
     if (found != pages_.end()) {
         pages_.splice(pages_.begin(), pages_, found);
