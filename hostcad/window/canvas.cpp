@@ -191,6 +191,7 @@ void Canvas::setSelected(std::vector<ObjectId> ids) {
     ids.erase(std::unique(ids.begin(), ids.end()), ids.end());
     if (ids == selected_) return;
     selected_ = std::move(ids);
+    if (onSelected) onSelected();
     refresh();
 }
 

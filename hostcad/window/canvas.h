@@ -31,6 +31,8 @@ class Canvas : public QWidget {
     std::function<void(const Box& box, bool crossing, Qt::KeyboardModifiers)> onBox;
     // The user has moved the view; `begins` with the first step of a movement.
     std::function<void(bool begins)> onViewMoved;
+    // Other entities are selected than before.
+    std::function<void()> onSelected;
     std::function<void()> onRightClick;
 
     ViewBox view() const;

@@ -93,7 +93,7 @@ void MainWindow::makePanels() {
     list_ = new EntityList(this);
     list_->onSelected = [this](std::vector<ObjectId> ids) {
         canvas_->setSelected(std::move(ids));
-        if (host_) host_->selection().set(canvas_->selected(), false);
+        noteSelection();
         showProperties();
         modulePanels_->note({.selection = true});
     };
@@ -168,6 +168,7 @@ void MainWindow::joinCanvas() {
     canvas_->onBox = [this](const Box& box, bool crossing, Qt::KeyboardModifiers m) {
         boxDrawn(box, crossing, m);
     };
+    canvas_->onSelected = [this] { noteSelection(); };
     canvas_->onRightClick = [this] {
         if (isWaiting()) supply(Input::enter());
     };
@@ -198,6 +199,11 @@ void MainWindow::zoomPrevious() {
 
 void MainWindow::select(std::vector<ObjectId> ids) {
     showSelected(std::move(ids));
+    noteSelection();
+}
+
+// The next command takes it.
+void MainWindow::noteSelection() {
     if (host_) host_->selection().set(canvas_->selected(), false);
 }
 

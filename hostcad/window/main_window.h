@@ -150,6 +150,7 @@ class MainWindow : public QMainWindow, public Output, public InputSource, public
     // --- Following the host ---
     void select(std::vector<ObjectId> ids);
     void showSelected(std::vector<ObjectId> ids);
+    void noteSelection();
     // Takes over what a command has changed: another drawing, other entities, the title.
     void follow();
     void takeDrawing();
