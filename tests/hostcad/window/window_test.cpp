@@ -394,15 +394,16 @@ TEST(MenuFile, OffersWhatIsWrittenInIt) {
     EXPECT_TRUE(headings[4].isToolBar);
     EXPECT_EQ(headings[4].entries[0].icon, "new");
     auto more = hostcad::readMenuFile(NORVANE_SOURCE_DIR "/product/gis.mnu");
-    ASSERT_EQ(more.size(), 5u);
+    ASSERT_EQ(more.size(), 6u);
     EXPECT_EQ(more[0].caption, "&GIS");
     EXPECT_EQ(more[0].entries[0].command, "GIS-PROMPT");
     EXPECT_TRUE(more[0].entries[0].enabled);
     EXPECT_EQ(more[0].entries[6].command, "GIS-LINKS");
     EXPECT_EQ(more[0].entries.back().command, "GIS-TITLES");
     EXPECT_TRUE(more[0].entries.back().enabled);
-    EXPECT_EQ(more[1].caption, "&GIS/For p&rograms");
-    EXPECT_TRUE(more[3].isToolBar);
+    EXPECT_EQ(more[1].caption, "&GIS/&Records");
+    EXPECT_EQ(more[2].caption, "&GIS/For p&rograms");
+    EXPECT_TRUE(more[4].isToolBar);
     EXPECT_TRUE(hostcad::readMenuFile("no such file").empty());
     headings.insert(headings.end(), more.begin(), more.end());
     // Alt and a letter leads to one entry.
