@@ -272,3 +272,36 @@ TEST_F(WindowSelection, APickOfTheQueryShowsItsRecordWhileTheQueryGoesOn) {
     window_.runLine("GIS-QUERY");
     settle();
 }
+
+TEST_F(WindowSelection, WhatIsSelectedIsThePickfirstSetOfProgramsToo) {
+    const std::string members =
+        "(progn (setq set (cadr (ssgetfirst)) i -1 all nil) (repeat (if set (sslength set) 0)"
+        " (setq all (cons (cdr (assoc 5 (entget (ssname set (setq i (1+ i)))))) all))))";
+    for (int i = 0; i < 8; ++i) window_.canvas().zoomBy(1.5, pixelOf("315"));
+    click(pixelOf("315"));
+    EXPECT_EQ(lisp("(progn " + members + " all)"), "(\"315\")");
+    window_.runLine("(setq implied (ssget \"_I\"))");
+    EXPECT_EQ(lisp("(sslength implied)"), "1");
+    // What a program selects is shown, and the next command takes it.
+    lisp("(setq both (ssadd (handent \"310\") (ssadd (handent \"31A\")))) (sssetfirst nil both)");
+    EXPECT_EQ(window_.canvas().selected(), (std::vector<ObjectId>{byHandle("310"), byHandle("31A")}));
+    const size_t before = count();
+    window_.runLine("ERASE");
+    EXPECT_EQ(count(), before - 2);
+    EXPECT_EQ(selected(), 0u);
+    window_.runLine("U");
+    EXPECT_EQ(count(), before);
+    // A command of the user that changes the drawing ends a selection, one that changes nothing does not.
+    click(pixelOf("315"));
+    window_.runLine("REGEN");
+    EXPECT_EQ(selected(), 1u);
+    window_.runLine("(command \"_.POINT\" '(1.0 2.0 0.0))");
+    EXPECT_EQ(selected(), 0u);
+    lisp("(sssetfirst nil both)");
+    EXPECT_EQ(selected(), 2u);
+    press(Qt::Key_Escape);
+    EXPECT_EQ(lisp("(cadr (ssgetfirst))"), "nil");
+    lisp("(sssetfirst nil both)");
+    lisp("(sssetfirst nil nil)");
+    EXPECT_EQ(selected(), 0u);
+}
