@@ -46,11 +46,17 @@ void setOwner(Drawing& drawing, ObjectId object, uint64_t owner) {
     drawing.setGroups(object, groups);
 }
 
+// Files may nest dictionaries in a ring, or deeper than functions can call each other.
 void eraseBelow(Drawing& drawing, ObjectId object) {
-    if (isDictionary(drawing, object))
-        for (const DictionaryItem& item : itemsOf(drawing, object))
-            if (dictionaryOf(drawing, item.object) == object) eraseBelow(drawing, item.object);
-    drawing.setErased(object, true);
+    std::vector<ObjectId> left{object};
+    while (!left.empty()) {
+        const ObjectId next = left.back();
+        left.pop_back();
+        if (isDictionary(drawing, next))
+            for (const DictionaryItem& item : itemsOf(drawing, next))
+                if (dictionaryOf(drawing, item.object) == next) left.push_back(item.object);
+        drawing.setErased(next, true);
+    }
 }
 
 // Codes of an XRECORD's own groups. 5 and 105 would be taken for its handle, 100 for a subclass.

@@ -45,8 +45,9 @@ class SelectCommand {
         if (!tables_.problem.empty()) return printLine(tables_.problem);
         while (askTable() && askCondition()) {
             if (!find()) continue;
-            const std::optional<SelectionMode> mode = askMode();
-            if (mode) finish(*mode);
+            if (!found_.problem.empty()) return printLine(found_.problem);
+            if (found_.isStopped) return printLine("Stopped. What is selected stays as it was.");
+            if (const std::optional<SelectionMode> mode = askMode()) finish(*mode);
             return;
         }
     }
@@ -129,8 +130,6 @@ class SelectCommand {
     }
 
     void finish(SelectionMode mode) const {
-        if (!found_.problem.empty()) return printLine(found_.problem);
-        if (found_.isStopped) return printLine("Stopped. What is selected stays as it was.");
         const size_t selected = ChangeSelection(mode, found_.entities);
         printLine(SummaryOf(found_) + "; " +
                   text::counted(static_cast<long>(selected), "entity is", "entities are") + " selected.");

@@ -62,9 +62,8 @@ class SelectDialog : public ui::Dialog {
         add<ui::Button>(kRename, "&Rename...");
         add<ui::Button>(kDelete, "&Delete");
         add<ui::Label>(kRemarks);
-        add<ui::GroupBox>(kModeBox, "What is found");
-        const char* const modes[kModes] = {"is the &new selection", "is &added to it", "is taken o&ut of it",
-                                           "is all that sta&ys of it"};
+        add<ui::GroupBox>(kModeBox, "Selection");
+        const char* const modes[kModes] = {"&New", "&Add", "S&ubtract", "&Intersect"};
         for (int i = 0; i < kModes; ++i) add<ui::RadioButton>(kFirstMode + i, modes[i], 1);
         add<ui::Button>(kCount, "C&ount");
         add<ui::Button>(ui::kOk, "&Select", true);
@@ -198,6 +197,7 @@ class SelectDialog : public ui::Dialog {
         if (!DrawingHoldsDictionaries())
             remarks.insert(remarks.begin(), "A drawing of R12 keeps them only until it is closed.");
         find(kRemarks)->setText(text::join(remarks, " "));
+        find(kRemarks)->show(!remarks.empty());
         turnButtons();
     }
 

@@ -6,6 +6,7 @@
 #include "hostcad/dxf/blank_drawing.h"
 #include "hostcad/dxf/dxf.h"
 #include "platform/files/files.h"
+#include "platform/text/text.h"
 #include "tests/hostcad/host_fixture.h"
 #include "tests/hostcad/independent_reader.h"
 
@@ -65,7 +66,8 @@ TEST_F(Dictionaries, HoldObjectsUnderNames) {
     // An XRECORD gets new values as an entity does.
     run("(setq list (dictsearch app \"Third\")) (entmod (subst '(1 . \"three\") (assoc 1 list) list))");
     EXPECT_EQ(textOf("Third"), "\"three\"");
-    EXPECT_EQ(run("(type (dictremove app \"First\"))"), "ENAME");
+    EXPECT_EQ(run("(type (setq gone (dictremove app \"First\")))"), "ENAME");
+    EXPECT_EQ(run("(entget gone)"), "nil") << "it is erased, since nothing owns it any longer";
     EXPECT_EQ(textOf("First"), "nil");
     EXPECT_EQ(names(), "(\"Third\")");
     EXPECT_EQ(run("(entdel (cdr (assoc -1 (dictsearch app \"Third\"))))").substr(0, 1), "<");
@@ -164,7 +166,11 @@ TEST_F(Dictionaries, GoThroughFilesOfAllVersionsAndAnotherProgram) {
             "True ['First', 'Gr\u00fcn', 'Below']\n"
             "True [(1, 'one'), (90, 70000), (40, 2.5), (10, (1.0, 2.0, 3.0))]\n"
             "deep 3\n");
-        for (const std::string& path : {path_, path_ + ".again.dxf"}) {
+        DxfFormat binary = currentDrawing().format();
+        binary.binary = true;
+        std::string error;
+        ASSERT_TRUE(writeDxf(currentDrawing(), path_ + ".binary.dxf", binary, error)) << error;
+        for (const std::string& path : {path_, path_ + ".again.dxf", path_ + ".binary.dxf"}) {
             ASSERT_EQ(reopened(path), "");
             EXPECT_EQ(textOf("First"), "\"one\"") << path;
             EXPECT_EQ(run("(= (cdr (assoc 1 (dictsearch app \"Gr\u00fcn\"))) \"" + german + "\")"), "T")
@@ -241,6 +247,31 @@ TEST_F(Dictionaries, DamagedOnesAreUsable) {
     EXPECT_EQ(run("(type (dictadd app \"First\" " + record("new") + "))"), "ENAME");
     EXPECT_EQ(textOf("First"), "\"new\"");
     EXPECT_EQ(names(), "(\"First\")");
+}
+
+TEST_F(Dictionaries, RingsAndDeepNestsOfFilesAreErased) {
+    // Two that own each other, and a chain of many thousand.
+    constexpr int kChain = 50'000, kFirst = 0x100000;
+    std::string objects =
+        "  0\nDICTIONARY\n  5\nA0001\n330\nA0002\n100\nAcDbDictionary\n  3\nB\n350\nA0002\n"
+        "  0\nDICTIONARY\n  5\nA0002\n330\nA0001\n100\nAcDbDictionary\n  3\nA\n350\nA0001\n";
+    for (int i = 0; i < kChain; ++i)
+        objects += text::format("  0\nDICTIONARY\n  5\n%X\n330\n%X\n100\nAcDbDictionary\n  3\nN\n350\n%X\n",
+                                kFirst + i, i ? kFirst + i - 1 : 0xC, kFirst + i + 1);
+    std::string content, error;
+    ASSERT_TRUE(formatDxf(*blankDrawing(), blankDrawing()->format(), content, error));
+    const std::string root = "100\nAcDbDictionary\n281\n1\n";
+    content.insert(content.rfind("  0\nENDSEC"), objects);
+    content.insert(content.find(root) + root.size(),
+                   text::format("  3\nRING\n350\nA0001\n  3\nCHAIN\n350\n%X\n", kFirst));
+    std::ofstream(path_) << content;
+    ASSERT_EQ(host_.openDrawing(path_), "");
+    EXPECT_EQ(run("(type (dictremove (namedobjdict) \"CHAIN\"))"), "ENAME");
+    EXPECT_EQ(run(text::format("(entget (handent \"%X\"))", kFirst + kChain - 1)),
+              "error: bad argument type: lentityp nil");
+    EXPECT_EQ(run("(type (dictremove (namedobjdict) \"RING\"))"), "ENAME");
+    EXPECT_EQ(run("(setq ring (handent \"A0001\")) (entdel ring)").substr(0, 1), "<");
+    EXPECT_EQ(run("(list (handent \"A0001\") (handent \"A0002\"))"), "(nil nil)");
 }
 
 }  // namespace

@@ -37,9 +37,9 @@ TEST_F(QtSelect, AConditionIsTypedMendedKeptAndSelectedByKeyboardAlone) {
     does({title("Select by Condition"), focusOn(1006), type("DBH >> 30"), press(Qt::Key_S, Qt::AltModifier),
           focusOn(1006), [] { savePicture(); }, press(Qt::Key_A, Qt::ControlModifier), type("DBH > 30"),
           press(Qt::Key_O, Qt::AltModifier), says("3 records, 3 entities, 1 record without an entity."),
-          press(Qt::Key_K, Qt::AltModifier), title("Keep the Condition"), type("Thick"),
-          press(Qt::Key_Enter), title("Select by Condition"), says("Kept as \"Thick\"."),
-          [] { savePicture(); }, press(Qt::Key_S, Qt::AltModifier)});
+          press(Qt::Key_K, Qt::AltModifier), title("Keep the Condition"), type("Thick"), press(Qt::Key_Enter),
+          title("Select by Condition"), says("Kept as \"Thick\"."), [] { savePicture(); },
+          press(Qt::Key_S, Qt::AltModifier)});
     lisp("(gis:choose-condition)");
     EXPECT_EQ(selected(), "(1 3 6)");
     EXPECT_EQ(lisp("(cdr (assoc \"Thick\" (gis:conditions)))"), "(\"TREES\" \"DBH > 30\")");

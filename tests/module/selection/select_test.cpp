@@ -164,8 +164,7 @@ TEST_F(SelectTest, TheDialogSelectsAndKeeps) {
     EXPECT_EQ(lisp("(gis:conditions)"), "((\"Very thick\" \"TREES\" \"DBH > 30\"))");
     // Taking out of it, and a condition that goes.
     answer(1821, {pick("1010", "0"), type(1006, "SPECIES = 'Elm'"),
-                  ui::Step{ui::Step::Kind::Click, "is taken o&ut of it"}, click("&Delete"), show(),
-                  click("&Select")});
+                  ui::Step{ui::Step::Kind::Click, "S&ubtract"}, click("&Delete"), show(), click("&Select")});
     lisp("(gis:choose-condition)");
     EXPECT_EQ(selected(), "(1 6)");
     EXPECT_TRUE(shown("\"Very thick\" is removed; U takes it back."));
@@ -175,4 +174,32 @@ TEST_F(SelectTest, TheDialogSelectsAndKeeps) {
     answer(1821, {show(), click("C&lose")});
     lisp("(gis:choose-condition)");
     EXPECT_TRUE(shown("gone.mdb is not there."));
+}
+
+TEST_F(SelectTest, EscapeEndsASearchAndLeavesTheSelection) {
+    select({"TREES", "DBH IS NULL", ""});
+    onPrinted_ = [this](std::string_view text) {
+        if (text.find("its name, or [?]") != std::string_view::npos) host_->cancel();
+    };
+    inputs_ = {"TREES", "DBH > 30"};
+    printed();
+    lisp("(gis:select-by-condition)");
+    EXPECT_NE(printed().find("\nStopped. What is selected stays as it was."), std::string::npos);
+    onPrinted_ = {};
+    EXPECT_EQ(selected(), "(4)");
+}
+
+// An output of another engine, and links that name it by a path in other letters.
+TEST_F(SelectTest, OutputsOfSqliteAreSearchedToo) {
+    fs::remove(path("output.mdb"));
+    sqlite("output.db",
+           "create table TREES (PT_ID TEXT, SPECIES TEXT, DBH INTEGER); insert into TREES values "
+           "('1', 'Oak', 35), ('2', 'oak', 20), ('8', 'OAK', 30)");
+    lisp("(setq outp " + quoted("output.db") +
+         ") (cf:gis_smart_prompting 2 2 outp)"
+         "(point 11.0 \"TREE\" \"PT_ID\" \"1\") (setq outp (strcase outp)) (point 12.0 \"TREE\" \"PT_ID\" "
+         "\"2\")");
+    EXPECT_EQ(found("TREES", "SPECIES = 'OAK'"), "(11 12)");
+    EXPECT_EQ(select({"TREES", "SPECIES = 'OAK' AND DBH >= 30", ""}),
+              "2 records, 1 entity, 1 record without an entity; 1 entity is selected.");
 }
