@@ -44,11 +44,12 @@ void AskAboutOldRecord(const GisLink& link, const std::string& newFeature) {
     question.text = "The entity is linked to a record of " + feature +
                     " now. No entity leads to its old record, " + name +
                     ".\nDo you want to erase the old record? Undo does not bring it back.";
+    question.loses = true;
     if (ui::ask(question) != ui::kYes) {
         acutPrintf("\nThe old record, %s, stays in the database.", name.c_str());
         return;
     }
-    const bool isErased = EraseRecords({*old}).erased == 1;
+    const bool isErased = EraseRecords({*old}, [] { return true; }).erased == 1;
     acutPrintf("\nThe old record, %s, %s.", name.c_str(), isErased ? "is erased" : "could not be erased");
 }
 

@@ -20,6 +20,7 @@ namespace norvane {
 namespace {
 
 constexpr const char* kTitle = "Erase records";
+constexpr const char* kErasing = "Erasing records";
 
 std::optional<size_t> placeOf(const std::vector<CDaoFieldInfo>& fields, const std::string& name) {
     for (size_t i = 0; i < fields.size(); ++i)
@@ -54,7 +55,7 @@ class RowEraser {
         if (wanted_.rows.size() > kMostSearched && !database_.GetConnect().onServer()) return passThrough();
         ProgressDialog progress(kTitle, static_cast<long>(wanted_.rows.size()), acedUsrBrk);
         for (const RecordValues& row : wanted_.rows) {
-            if (!progress.step(static_cast<long>(erased_.size()), "Erasing records")) return false;
+            if (!progress.step(static_cast<long>(erased_.size()), kErasing)) return false;
             StoredRecord record(database_, wanted_.table, fields_, row);
             if (record.state() != StoredRecord::State::kSame) continue;
             record.erase();
@@ -73,7 +74,7 @@ class RowEraser {
         records.Open(dbOpenDynaset, SelectTable(wanted_.table));
         ProgressDialog progress(kTitle, static_cast<long>(wanted_.rows.size()), acedUsrBrk);
         for (; !records.IsEOF() && !left.empty(); records.MoveNext()) {
-            if (!progress.step(static_cast<long>(erased_.size()), "Erasing records")) return false;
+            if (!progress.step(static_cast<long>(erased_.size()), kErasing)) return false;
             RecordValues values;
             for (int i = 0; i < records.GetFieldCount(); ++i) values.push_back(records.GetFieldValue(i));
             auto [row, end] = left.equal_range(textOf(values));
@@ -108,6 +109,7 @@ int askToErase(size_t records, size_t links) {
     question.title = kTitle;
     question.text = recordsText(records);
     question.defaultAnswer = ui::kCancel;
+    question.loses = true;
     if (links == 0) {
         question.text += ", no entity linked to " + std::string(records == 1 ? "it" : "them");
         question.flags = ui::kBoxAlert | ui::kBoxOkCancel;
@@ -115,8 +117,8 @@ int askToErase(size_t records, size_t links) {
         question.text += ", " + text::counted(static_cast<long>(links), "entity", "entities") +
                          " linked to " + (records == 1 ? "it" : "them");
         question.flags = ui::kBoxAlert | ui::kBoxYesNoCancel;
-        question.yes = "Erase, links too";
-        question.no = "Erase, links stay";
+        question.yes = "Erase, links &too";
+        question.no = "Erase, links &stay";
     }
     question.text += ".\nDo you want to erase " + std::string(records == 1 ? "it" : "them") +
                      "? Undo does not bring records back.";
@@ -182,6 +184,12 @@ EraseReport EraseRows(CDaoDatabase& database, const RowsToErase& rows) {
     return report;
 }
 
+ErasedRecords EraseRecordsWatched(const std::vector<RecordName>& records) {
+    ProgressDialog progress(kTitle, static_cast<long>(records.size()), acedUsrBrk);
+    long done = 0;
+    return EraseRecords(records, [&] { return progress.step(done++, kErasing); });
+}
+
 EraseReport EraseNewRecords() {
     EraseReport report;
     const std::vector<RecordName> records = UnlinkedNewRecords();
@@ -195,12 +203,13 @@ EraseReport EraseNewRecords() {
                     (records.size() == 1 ? " that was made new has" : " that were made new have") +
                     " no link any more: " + firstKeys(records) + ".\nDo you want to erase " +
                     (records.size() == 1 ? "it" : "them") + "? Undo does not bring records back.";
+    question.loses = true;
     if (ui::ask(question) != ui::kYes) return report;
-    const ErasedRecords erased = EraseRecords(records);
+    const ErasedRecords erased = EraseRecordsWatched(records);
     report.records = erased.erased;
     report.kept = erased.missing.size();
     if (report.records + report.kept == records.size()) ForgetNewRecords(records);
-    report.message = messageOf(report);
+    report.message = erased.isStopped ? "Stopped. " + messageOf(report) : messageOf(report);
     return report;
 }
 

@@ -32,8 +32,11 @@ struct EraseReport {
 // off: the caller makes a step of undo of it.
 EraseReport EraseRows(CDaoDatabase& database, const RowsToErase& rows);
 
-// The same for records that were made new and that undo has left without a link, by default No; see
-// UnlinkedNewRecords. Without any, the message says so.
+// Erases records by their names, with a progress that can be stopped.
+ErasedRecords EraseRecordsWatched(const std::vector<RecordName>& records);
+
+// Erases the records that were made new and that undo has left without a link (UnlinkedNewRecords), after a
+// question, by default No. Without any, the message says so.
 EraseReport EraseNewRecords();
 
 // (gis:erase-new-records): EraseNewRecords with its line. Gives the number of records.

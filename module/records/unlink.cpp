@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "module/cad/lisp_symbols.h"
+#include "module/records/erase_records.h"
 #include "module/store/database.h"
 #include "module/store/gis_link.h"
 #include "module/store/named_records.h"
@@ -50,6 +51,7 @@ class Unlinker {
         std::string text = counted(taken_, "link", "links") + " taken off";
         if (erased_.erased > 0) text += ", " + counted(erased_.erased, "record", "records") + " erased";
         text += ".";
+        if (erased_.isStopped) text += " Stopped.";
         if (stay_ > 0) text += " " + counted(stay_, "record stays", "records stay") + " in the database.";
         if (shared_ > 0)
             text += " " + counted(shared_, "record stays", "records stay") +
@@ -72,11 +74,13 @@ class Unlinker {
         if (alone.empty()) return;
         ui::OwnQuestion question;
         question.title = "Unlink";
-        question.text = counted(taken_, "link", "links") + " taken off, of " +
-                        counted(alone.size(), "record", "records") + ".\nDo you want to erase " +
-                        (alone.size() == 1 ? "it" : "them") + " too? Undo does not bring records back.";
+        question.text = counted(taken_, "link", "links") + " taken off; " +
+                        counted(alone.size(), "record has", "records have") +
+                        " no link any more.\nDo you want to erase " + (alone.size() == 1 ? "it" : "them") +
+                        "? Undo does not bring records back.";
+        question.loses = true;
         const bool erases = CheckDao() && ui::ask(question) == ui::kYes;
-        if (erases) erased_ = EraseRecords(alone);
+        if (erases) erased_ = EraseRecordsWatched(alone);
         stay_ = alone.size() - erased_.erased - erased_.missing.size();
         // The person has decided about them.
         ForgetNewRecords(alone);

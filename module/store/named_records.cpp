@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <unordered_map>
 #include <utility>
 
 #include "module/store/database.h"
@@ -61,22 +62,90 @@ std::vector<const LinkedEntity*> linksTo(const RecordName& record, TablesOfLinks
     return links;
 }
 
-// Stands on the first record of a name, which is the one that its sheet shows. False without any.
-bool find(CDaoDatabase& database, const RecordName& record, CDaoRecordset& records) {
-    const std::string table = FindUserTable(database, record.table);
-    if (table.empty() || !FindField(database, table, record.keyField)) return false;
-    const bool hasGisKey = FindField(database, table, "GIS_KEY").has_value();
-    const Route route = RouteOf(record.output);
-    RecordKey key{table, record.keyField, record.key, record.feature};
-    if (route == Route::kOdbc) key.table = QualifiedTable(database, table);
-    records.Open(dbOpenDynaset, FindRecordStatement(route, key, hasGisKey, FindPurpose::kLoad));
-    return !records.IsEOF();
-}
+// A table of an open output, in which records are found as their sheets find them: the first of a name.
+class NamedTable {
+  public:
+    NamedTable(CDaoDatabase& database, const RecordName& record)
+        : database_(database),
+          table_(FindUserTable(database, record.table)),
+          route_(RouteOf(record.output)),
+          isThere_(!table_.empty() && FindField(database, table_, record.keyField)) {
+        if (!isThere_) return;
+        hasGisKey_ = FindField(database, table_, kGisKey).has_value();
+        if (route_ == Route::kOdbc) table_ = QualifiedTable(database, table_);
+    }
 
-bool eraseOne(CDaoDatabase& database, const RecordName& record) {
-    CDaoRecordset records(&database);
-    if (!find(database, record, records)) return false;
-    records.Delete();
+    // False without any.
+    bool find(const RecordName& record, CDaoRecordset& records) const {
+        if (!isThere_) return false;
+        const RecordKey key{table_, record.keyField, record.key, record.feature};
+        records.Open(dbOpenDynaset, FindRecordStatement(route_, key, hasGisKey_, FindPurpose::kLoad));
+        return !records.IsEOF();
+    }
+
+    // All records have the field of the key in common. False: it has been stopped.
+    bool erase(const std::vector<const RecordName*>& those, const std::function<bool()>& goOn,
+               ErasedRecords& result) const {
+        // A file is passed through once rather than searched for each of many.
+        constexpr size_t kMostSearched = 20;
+        if (isThere_ && route_ == Route::kAccess && those.size() > kMostSearched)
+            return passThrough(those, goOn, result);
+        for (const RecordName* record : those) {
+            if (!goOn()) return false;
+            CDaoRecordset records(&database_);
+            if (find(*record, records)) {
+                records.Delete();
+                ++result.erased;
+            } else {
+                result.missing.push_back(record->key);
+            }
+        }
+        return true;
+    }
+
+  private:
+    static constexpr const char* kGisKey = "GIS_KEY";
+
+    static std::string keyOf(const std::string& key, const std::string& feature) {
+        return text::upper(key) + '\n' + text::upper(feature);
+    }
+
+    bool passThrough(const std::vector<const RecordName*>& those, const std::function<bool()>& goOn,
+                     ErasedRecords& result) const {
+        std::unordered_map<std::string, const RecordName*> left;
+        for (const RecordName* record : those)
+            left.emplace(keyOf(record->key, hasGisKey_ ? record->feature : ""), record);
+        const std::string keyField = BracketedName(those.front()->keyField);
+        CDaoRecordset records(&database_);
+        records.Open(dbOpenDynaset, "SELECT " + keyField + (hasGisKey_ ? ", GIS_KEY" : "") + " FROM " +
+                                        BracketedName(table_));
+        for (; !records.IsEOF() && !left.empty(); records.MoveNext()) {
+            const auto record = left.find(keyOf(dao::toText(records.GetFieldValue(0)),
+                                                hasGisKey_ ? dao::toText(records.GetFieldValue(1)) : ""));
+            if (record == left.end()) continue;
+            if (!goOn()) return false;
+            records.Delete();
+            ++result.erased;
+            left.erase(record);
+        }
+        for (const auto& [key, record] : left) result.missing.push_back(record->key);
+        return true;
+    }
+
+    CDaoDatabase& database_;
+    std::string table_;
+    Route route_;
+    bool isThere_, hasGisKey_ = false;
+};
+
+// Within a transaction of the caller's. False: it has been stopped.
+bool eraseFrom(CDaoDatabase& database, const std::vector<const RecordName*>& records,
+               const std::function<bool()>& goOn, ErasedRecords& result) {
+    std::map<std::pair<std::string, std::string>, std::vector<const RecordName*>> byTable;
+    for (const RecordName* record : records)
+        byTable[{text::upper(record->table), text::upper(record->keyField)}].push_back(record);
+    for (const auto& [table, those] : byTable)
+        if (!NamedTable(database, *those.front()).erase(those, goOn, result)) return false;
     return true;
 }
 
@@ -118,7 +187,7 @@ bool IsRecordThere(const RecordName& record) {
     if (IsOutputThere(record.output))
         WithDatabase(record.output, [&](CDaoDatabase& database) {
             CDaoRecordset records(&database);
-            isThere = find(database, record, records);
+            isThere = NamedTable(database, record).find(record, records);
         });
     return isThere;
 }
@@ -131,23 +200,19 @@ std::vector<RecordName> RecordsWithoutEntity(const std::vector<RecordName>& reco
     return without;
 }
 
-ErasedRecords EraseRecords(const std::vector<RecordName>& records) {
+ErasedRecords EraseRecords(const std::vector<RecordName>& records, const std::function<bool()>& goOn) {
     ErasedRecords all;
     std::map<std::string, std::vector<const RecordName*>> byOutput;
     for (const RecordName& record : records)
         byOutput[text::upper(files::native(record.output))].push_back(&record);
     for (const auto& [output, those] : byOutput) {
         ErasedRecords erased;
-        const auto eraseAll = [&](CDaoDatabase& database) {
-            database.BeginTrans();
-            for (const RecordName* record : those)
-                if (eraseOne(database, *record))
-                    ++erased.erased;
-                else
-                    erased.missing.push_back(record->key);
-            database.CommitTrans();
+        const auto erase = [&](CDaoDatabase& database) {
+            all.isStopped =
+                !InTransaction(database, [&] { return eraseFrom(database, those, goOn, erased); });
         };
-        if (WithDatabase(those.front()->output, eraseAll) != DatabaseOutcome::kDone) continue;
+        if (WithDatabase(those.front()->output, erase) != DatabaseOutcome::kDone) continue;
+        if (all.isStopped) break;
         all.erased += erased.erased;
         all.missing.insert(all.missing.end(), erased.missing.begin(), erased.missing.end());
     }

@@ -1,7 +1,7 @@
 // Records by their names: the output, the table and the key, as links and runs know them.
 #pragma once
 
-#include <optional>
+#include <functional>
 #include <string>
 #include <unordered_set>
 #include <vector>
@@ -40,8 +40,10 @@ std::vector<RecordName> RecordsWithoutEntity(const std::vector<RecordName>& reco
 struct ErasedRecords {
     size_t erased = 0;
     std::vector<std::string> missing;  // keys of records that were not there
+    bool isStopped = false;            // those of the output at hand stay, and of the others behind it
 };
-// Erases records, all of an output or none of it; what an engine refuses has been shown in a box.
-ErasedRecords EraseRecords(const std::vector<RecordName>& records);
+// Erases records, all of an output or none of it; what an engine refuses has been shown in a box. goOn is
+// asked before each record, and stops the work when it gives false.
+ErasedRecords EraseRecords(const std::vector<RecordName>& records, const std::function<bool()>& goOn);
 
 }  // namespace norvane

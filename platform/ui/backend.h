@@ -30,6 +30,7 @@ struct MessageBox {
     unsigned flags = kBoxAlert;
     bool success = false;     // a view that has signs shows none of warning, whatever the flags say
     std::string yes{}, no{};  // what the two buttons say in place of that
+    int enter = 0;  // the button that Enter presses: kOk, kCancel, kYes or kNo; 0 leaves it to the view
 };
 
 // A question that we have added to what a tool asks. Scripts that do not know it run as before: it is
@@ -40,6 +41,7 @@ struct OwnQuestion {
     unsigned flags = kBoxAlert | kBoxYesNo;
     int defaultAnswer = kNo;  // where nobody answers: kOk, kCancel, kYes or kNo
     std::string yes{}, no{};  // what the two buttons say in place of that; a script may answer by it
+    bool loses = false;       // what cannot be brought back: Enter then gives the default answer
 };
 
 struct FileBox {
@@ -82,7 +84,8 @@ class Backend {
     virtual int messageBox(const MessageBox& box) = 0;
     // The same; a view that has answers for certain questions uses those.
     virtual int ask(const OwnQuestion& question) {
-        return messageBox({question.title, question.text, question.flags, false, question.yes, question.no});
+        return messageBox({question.title, question.text, question.flags, false, question.yes, question.no,
+                           question.loses ? question.defaultAnswer : 0});
     }
     virtual std::optional<std::string> fileBox(const FileBox& box) = 0;
     // The text that programs exchange.

@@ -51,6 +51,19 @@ QMessageBox::StandardButtons buttonsOf(unsigned flags) {
     }
 }
 
+QMessageBox::StandardButton buttonOf(int answer) {
+    switch (answer) {
+        case kYes:
+            return QMessageBox::Yes;
+        case kNo:
+            return QMessageBox::No;
+        case kCancel:
+            return QMessageBox::Cancel;
+        default:
+            return QMessageBox::Ok;
+    }
+}
+
 // "Text (*.txt)|*.txt;*.asc||" in Qt's way of writing it.
 QStringList nameFilters(const std::string& filter) {
     QStringList filters;
@@ -231,6 +244,7 @@ int QtBackend::messageBox(const MessageBox& box) {
     if (box.flags & kBoxTopMost) qt.setWindowFlag(Qt::WindowStaysOnTopHint);
     if (!box.yes.empty()) qt.button(QMessageBox::Yes)->setText(toQt(box.yes));
     if (!box.no.empty()) qt.button(QMessageBox::No)->setText(toQt(box.no));
+    if (box.enter != 0) qt.setDefaultButton(buttonOf(box.enter));
     int answer = qt.exec();
     returnToFront();
     switch (answer) {

@@ -3,6 +3,7 @@
 
 #include <thread>
 
+#include "module/records/erase_records.h"
 #include "module/store/database.h"
 #include "tests/module/records/records_fixture.h"
 #include "tests/platform/dao/lock_timeout.h"
@@ -546,6 +547,30 @@ TEST_F(TwoUsersOfServer, AChangeThatIsUnderWayIsWaitedFor) {
         EXPECT_EQ(valueOf(edits, refused.now, "STEMS"), "77");
         EXPECT_EQ(server().answer("SELECT stems, note FROM " + table + " WHERE pt_id = '1'"), "77|\n");
     }
+}
+
+TEST_F(TwoUsersOfServer, RowsAreErasedUnlessOthersHaveChangedThem) {
+    CDaoDatabase database;
+    open(database);
+    norvane::RowsToErase rows{server().connect(), "survey.trees", "PT_ID", {}};
+    for (const char* key : {"1", "2", "3"})
+        rows.rows.push_back(readRecord(database, "survey.trees", std::string("PT_ID = '") + key + "'"));
+    server().answer("UPDATE survey.trees SET note = 'theirs' WHERE pt_id = '2'");
+    ui_.answerQuestion("Erase records", "OK");
+    EXPECT_EQ(norvane::EraseRows(database, rows).message,
+              "2 records erased. 1 record stays: somebody has changed or erased it meanwhile.");
+    EXPECT_EQ(server().answer("SELECT pt_id, note FROM survey.trees"), "2|theirs\n");
+    database.Close();
+    // By their names.
+    const auto goOn = [] { return true; };
+    const norvane::ErasedRecords erased =
+        norvane::EraseRecords({{server().connect(), "survey.trees", "PT_ID", "2", "TREE"},
+                               {server().connect(), "survey.trees", "PT_ID", "3", "TREE"},
+                               {server().connect(), "survey.keyed", "PT_ID", "1", "BUSH"}},
+                              goOn);
+    EXPECT_EQ(erased.erased, 1U);
+    EXPECT_EQ(erased.missing, (std::vector<std::string>{"1", "3"}));
+    EXPECT_EQ(server().answer("SELECT count(*) FROM survey.trees"), "0\n");
 }
 
 TEST_F(TwoUsersOfServer, WhatWasTypedOutlivesTheServer) {

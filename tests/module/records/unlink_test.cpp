@@ -72,8 +72,8 @@ TEST_F(UnlinkTest, LinksGoAndRecordsStayUnlessOneAgrees) {
     EXPECT_EQ(unlinkAll(),
               "\n2 links taken off. 2 records stay in the database. Passed over: 1 entity without a link.");
     EXPECT_TRUE(
-        unanswered("[Unlink] \"2 links taken off, of 2 records.\nDo you want to erase them too? Undo does "
-                   "not bring records back.\"",
+        unanswered("[Unlink] \"2 links taken off; 2 records have no link any more.\nDo you want to erase "
+                   "them? Undo does not bring records back.\"",
                    "No"))
         << ui_.log().back();
     EXPECT_EQ(lisp("(linked)"), "0");
@@ -114,6 +114,22 @@ TEST_F(UnlinkTest, OfDoublesTheFirstIsErased) {
     ui_.answerQuestion("Unlink", "Yes");
     EXPECT_EQ(unlinkAll(), "\n1 link taken off, 1 record erased.");
     EXPECT_EQ(sql("select DBH from TREE where PT_ID = '1' and GIS_KEY = 'TREE'"), "11\n");
+}
+
+TEST_F(UnlinkTest, ManyRecordsAreErasedInOnePass) {
+    std::string values;
+    for (int i = 100; i < 160; ++i) values += (i > 100 ? ", ('" : "('") + std::to_string(i) + "','Tree',7)";
+    sql("insert into TREE values " + values + ", ('100','TREE',8), ('101','BUSH',8), (NULL,NULL,8)");
+    lisp("(setq i 98) (repeat 62 (tree \"TREE\" (itoa i)) (setq i (1+ i)))");
+    answer(1000, {click("Cancel")});
+    ui_.answerQuestion("Unlink", "Yes");
+    EXPECT_EQ(unlinkAll(), "\n62 links taken off. Stopped. 62 records stay in the database.");
+    EXPECT_EQ(sql("select count(*) from TREE"), "67\n");
+    said("U");
+    ui_.answerQuestion("Unlink", "Yes");
+    EXPECT_EQ(unlinkAll(), "\n62 links taken off, 60 records erased. 2 records were not there.");
+    EXPECT_EQ(sql("select PT_ID, DBH from TREE where DBH > 6 and DBH < 9"), "100|8\n101|8\n|8\n");
+    EXPECT_EQ(sql("select count(*) from TREE"), "7\n");
 }
 
 TEST_F(UnlinkTest, BadInputIsNoReasonToStop) {
