@@ -189,6 +189,24 @@ TEST(PngFiles, OfDataThatAreNoneGiveWhatThereIs) {
     EXPECT_EQ(rowsOf(dictionary), 0);
 }
 
+// What is read ahead of a fault is not waited for.
+TEST(PngFiles, OfWhichMuchIsReadAheadMayBeFaulty) {
+    const Size size = {2000, 600};
+    const std::string png = pngOf(pictureOf({1, 1}, 3), {.channels = 3});
+    const std::string row(1 + 3 * static_cast<size_t>(size.width), '\0');
+    std::string rows = row + row + "\x5" + row.substr(1);
+    for (int y = 3; y < size.height; ++y) rows += row;
+    std::string bytes = withData(png, packed(rows));
+    files::putBig32(&bytes[16], static_cast<uint32_t>(size.width));
+    files::putBig32(&bytes[20], static_cast<uint32_t>(size.height));
+    files::putBig32(&bytes[29],
+                    static_cast<uint32_t>(crc32_z(0, reinterpret_cast<const Bytef*>(&bytes[12]), 17)));
+    const Image read = preview(bytes, size);
+    ASSERT_EQ(read.size, size);
+    EXPECT_EQ(read.pixel(0, 1)[3], 255);
+    EXPECT_EQ(read.pixel(0, 2)[3], 0);
+}
+
 // Rows that cover everything are added up in another way than others.
 TEST(PngFiles, AreReducedAlikeWithRowsThatCoverAndRowsThatDoNot) {
     const Size size = {530, 260};
