@@ -65,10 +65,10 @@ struct Chord {
     double middle() const { return (from + to) / 2; }
 };
 
-// The inside of edges, by the even-odd rule.
+// What is inside of edges, by the even-odd rule, and within a box.
 class Area {
   public:
-    explicit Area(const Shape& shape) {
+    Area(const Shape& shape, const Box& box) : box_(box) {
         edges_ = shape.segments;
         std::vector<Point> points;
         for (const Arc& arc : shape.arcs) {
@@ -88,12 +88,12 @@ class Area {
 
     // Points in the middle of the area: where it is wide, and far from its top and bottom. None where it has
     // no inside.
-    bool findMiddle(const Box& box, LabelSpots& found) {
+    bool findMiddle(LabelSpots& found) {
         constexpr int kLevels = 16;
         double best = 0;
         Point at;
         for (int level = 1; level < kLevels; ++level) {
-            const double y = box.minY + box.height() * level / kLevels;
+            const double y = box_.minY + box_.height() * level / kLevels;
             for (const Chord& chord : chordsAt(y, true)) {
                 const double score = chord.length() * std::min(level, kLevels - level);
                 if (score <= best) continue;
@@ -132,8 +132,11 @@ class Area {
         chords_.clear();
         if (crossings_.size() % 2 != 0) return chords_;  // the edges have a gap
         std::sort(crossings_.begin(), crossings_.end());
-        for (size_t i = 0; i + 1 < crossings_.size(); i += 2)
-            chords_.push_back({crossings_[i], crossings_[i + 1]});
+        const double low = isLevel ? box_.minX : box_.minY, high = isLevel ? box_.maxX : box_.maxY;
+        for (size_t i = 0; i + 1 < crossings_.size(); i += 2) {
+            const Chord chord{std::max(low, crossings_[i]), std::min(high, crossings_[i + 1])};
+            if (chord.length() > 0) chords_.push_back(chord);
+        }
         return chords_;
     }
 
@@ -143,6 +146,7 @@ class Area {
         return {};
     }
 
+    Box box_;
     std::vector<Segment> edges_;
     std::vector<double> crossings_;
     std::vector<Chord> chords_;
@@ -178,6 +182,47 @@ std::vector<Point> courseOf(const Drawing& drawing, ObjectId id, const Shape& sh
         for (Point& p : points) p = own(p);
     }
     return points;
+}
+
+// Cuts a piece to what is within a box; false when nothing is.
+bool cut(Point& a, Point& b, const Box& box) {
+    const Point way = b - a, start = a;
+    double from = 0, to = 1;
+    auto cutBetween = [&](double at, double by, double low, double high) {
+        if (by == 0) return low <= at && at <= high;
+        const auto [enters, leaves] = std::minmax({(low - at) / by, (high - at) / by});
+        from = std::max(from, enters), to = std::min(to, leaves);
+        return from < to;
+    };
+    if (!cutBetween(a.x, way.x, box.minX, box.maxX) || !cutBetween(a.y, way.y, box.minY, box.maxY))
+        return false;
+    if (from > 0) a = start + way * from;
+    if (to < 1) b = start + way * to;
+    return true;
+}
+
+// The longest part of a line that is within a box without a break.
+std::vector<Point> longestPart(const std::vector<Point>& points, const Box& box) {
+    std::vector<Point> longest, part;
+    double most = 0, length = 0;
+    auto end = [&] {
+        if (length > most) longest = part, most = length;
+        part.clear();
+        length = 0;
+    };
+    for (size_t i = 1; i < points.size(); ++i) {
+        Point a = points[i - 1], b = points[i];
+        if (!cut(a, b, box)) {
+            end();
+            continue;
+        }
+        if (part.empty()) part.push_back(a);
+        part.push_back(b);
+        length += distance(a, b);
+        if (b.x != points[i].x || b.y != points[i].y) end();
+    }
+    end();
+    return longest;
 }
 
 Point pointAt(const std::vector<Point>& points, const std::vector<double>& begun, double length) {
@@ -217,25 +262,33 @@ bool findAlong(const std::vector<Point>& points, LabelSpots& found) {
 
 }  // namespace
 
-LabelSpots labelSpots(const Drawing& drawing, ObjectId entity, Placement wish) {
+LabelSpots labelSpots(const Drawing& drawing, ObjectId entity, Placement wish, const Box& within) {
     LabelSpots found;
     Shape shape;
     shapeOf(drawing, entity, shape);
-    const Box box = shape.box();
+    Box box = shape.box();
     if (box.empty()) return found;
     for (double v : {box.minX, box.minY, box.maxX, box.maxY})
         if (!(std::abs(v) <= kFarAway)) return found;
+    const bool isPart = !within.empty();
+    if (isPart) {
+        box.minX = std::max(box.minX, within.minX), box.maxX = std::min(box.maxX, within.maxX);
+        box.minY = std::max(box.minY, within.minY), box.maxY = std::min(box.maxY, within.maxY);
+    }
     found.hasPlace = true;
     const Placement own = placementOf(drawing, entity, shape);
     found.placement = wish == Placement::ByEntity ? own : wish;
     if (found.placement == Placement::Inside) {
-        if (own != Placement::Inside || !Area(shape).findMiddle(box, found)) {
-            const Point centre = box.centre();
-            found.spots[found.count++] = {centre.x, centre.y};
-        }
-    } else if (found.placement == Placement::Along) {
-        const bool isLine = own != Placement::Beside && findAlong(courseOf(drawing, entity, shape), found);
-        if (!isLine) found.placement = Placement::Beside;
+        const bool hasInside = own == Placement::Inside && Area(shape, box).findMiddle(found);
+        if (hasInside || isPart) return found;
+        const Point centre = box.centre();
+        found.spots[found.count++] = {centre.x, centre.y};
+    } else if (found.placement == Placement::Along && own != Placement::Beside) {
+        const std::vector<Point> course = courseOf(drawing, entity, shape);
+        if (findAlong(isPart ? longestPart(course, box) : course, found) || isPart) return found;
+        found.placement = Placement::Beside;
+    } else {
+        found.placement = Placement::Beside;
     }
     return found;
 }

@@ -25,7 +25,9 @@ struct LabelSpots {
     bool hasPlace = false;  // else there is nothing to label: no lines, or none that end
 };
 
-// The spots of an entity for a wish, which need not be possible (see platform/ads/overlay.h).
-LabelSpots labelSpots(const Drawing& drawing, ObjectId entity, overlay::Placement wish);
+// The spots of an entity for a wish, which need not be possible (see platform/ads/overlay.h). With a box that
+// is not empty, those of the part of its inside or course that is within the box; there may be none.
+LabelSpots labelSpots(const Drawing& drawing, ObjectId entity, overlay::Placement wish,
+                      const Box& within = {});
 
 }  // namespace hostcad

@@ -30,6 +30,17 @@ QRectF seenBy(const ViewPlace& place, QSizeF size) {
     return {centre - QPointF(size.width(), size.height()) / 2, size};
 }
 
+bool holds(const Box& box, double x, double y) {
+    return x >= box.minX && x <= box.maxX && y >= box.minY && y <= box.maxY;
+}
+
+Box worldOf(const QRectF& area, double scale) {
+    Box box;
+    box.add(area.left() / scale, -area.top() / scale);
+    box.add(area.right() / scale, -area.bottom() / scale);
+    return box;
+}
+
 }  // namespace
 
 // --- What there is -----------------------------------------------------------------------------------------
@@ -83,6 +94,7 @@ const std::vector<PlacedLabel>& LabelPlacer::place(const ViewPlace& place, QSize
     if (!hasChanged && area_.contains(seen)) return placed_;
     scale_ = place.scale;
     area_ = seen.adjusted(-margin, -margin, margin, margin);
+    seen_ = worldOf(seen, scale_);
     cells_.reset(area_);
     leftOut_.clear();
     for (Item& item : items_) item.isPlaced = false;
@@ -96,14 +108,16 @@ const std::vector<PlacedLabel>& LabelPlacer::place(const ViewPlace& place, QSize
     return placed_;
 }
 
-// Those that are still within the area stay where they are.
+// Those that are still within the area stay where they are, but for what has its label in what was seen of
+// it.
 void LabelPlacer::keepPlaced() {
     size_t kept = 0;
     for (size_t i = 0; i < placed_.size(); ++i) {
         const PlacedLabel& label = placed_[i];
-        const LabelBox box = boxOf(label, scale_);
-        if (!cells_.take(box)) continue;
-        items_[placedItems_[i]].isPlaced = true;
+        Item& item = items_[placedItems_[i]];
+        if (isLargerThanSeen(item) && !holds(seen_, label.at.x, label.at.y)) continue;
+        if (!cells_.take(boxOf(label, scale_))) continue;
+        item.isPlaced = true;
         placed_[kept] = label;
         placedItems_[kept++] = placedItems_[i];
     }
@@ -113,9 +127,7 @@ void LabelPlacer::keepPlaced() {
 
 void LabelPlacer::placeNew() {
     if (items_.empty()) return;
-    Box area;
-    area.add(area_.left() / scale_, -area_.top() / scale_);
-    area.add(area_.right() / scale_, -area_.bottom() / scale_);
+    const Box area = worldOf(area_, scale_);
     auto item = items_.begin();
     scene_.visit(area, [&](size_t place) {
         auto isBefore = [](const Item& a, size_t b) { return a.place < b; };
@@ -127,9 +139,13 @@ void LabelPlacer::placeNew() {
 }
 
 void LabelPlacer::put(Item& item) {
-    const LabelSpots& spots = spotsOf(item);
-    if (!spots.hasPlace) return;
-    const std::span<const Candidate> candidates = candidatesFor(item, spots);
+    const LabelSpots& whole = spotsOf(item);
+    if (!whole.hasPlace) return;
+    const bool isPart = isLabelledBeyond(item, whole);
+    const LabelSpots part =
+        isPart ? labelSpots(currentDrawing(), item.entity, item.style->placement, seen_) : LabelSpots();
+    const std::span<const Candidate> candidates = candidatesFor(item, isPart ? part : whole);
+    if (candidates.empty()) return;
     for (const auto& [box, alignment] : candidates) {
         if (!cells_.takeFree(box)) continue;
         item.isPlaced = true;
@@ -148,7 +164,17 @@ void LabelPlacer::put(Item& item) {
     leftOut_.push_back({candidates[0].box.x / scale_, -candidates[0].box.y / scale_});
 }
 
-// There is always one.
+bool LabelPlacer::isLargerThanSeen(const Item& item) const {
+    const Box& box = scene_.entities()[item.place].box;
+    return box.width() > seen_.width() || box.height() > seen_.height();
+}
+
+bool LabelPlacer::isLabelledBeyond(const Item& item, const LabelSpots& spots) const {
+    if (spots.count == 0 || !isLargerThanSeen(item)) return false;
+    return std::none_of(spots.spots.begin(), spots.spots.begin() + spots.count,
+                        [&](const LabelSpot& spot) { return holds(seen_, spot.x, spot.y); });
+}
+
 std::span<const LabelPlacer::Candidate> LabelPlacer::candidatesFor(const Item& item,
                                                                    const LabelSpots& spots) {
     const double capital = capitalOf(*item.style);
@@ -207,9 +233,7 @@ overlay::LabelCounts LabelPlacer::counts(const ViewPlace& place, QSizeF size) co
         counts.placed += seen.intersects(box.bounds());
     }
     for (const PlanePoint& at : leftOut_) counts.leftOut += seen.contains(at.x * scale_, -at.y * scale_);
-    Box area;
-    area.add(seen.left() / scale_, -seen.top() / scale_);
-    area.add(seen.right() / scale_, -seen.bottom() / scale_);
+    const Box area = worldOf(seen, scale_);
     for (const Item& item : items_) {
         if (item.place == Scene::kNowhere || capitalOf(*item.style) >= kSmallestCapital) continue;
         const SceneEntity& entity = scene_.entities()[item.place];

@@ -74,6 +74,9 @@ class LabelPlacer {
     void placeNew();
     void put(Item& item);
     const LabelSpots& spotsOf(const Item& item);
+    // What is larger than the picture, and would be labelled beyond it, has its label in what is seen of it.
+    bool isLabelledBeyond(const Item& item, const LabelSpots& spots) const;
+    bool isLargerThanSeen(const Item& item) const;
     std::span<const Candidate> candidatesFor(const Item& item, const LabelSpots& spots);
     void addBeside(const Box& box, double halfWidth, double halfHeight);
     void addAlong(const LabelSpots& spots, double halfWidth, double halfHeight);
@@ -91,6 +94,7 @@ class LabelPlacer {
     // Of the last placing. Pixels are those of the world times the scale, down.
     double scale_ = 0;
     QRectF area_;
+    Box seen_;  // of the world
     TakenCells cells_;
     std::vector<PlacedLabel> placed_;
     std::vector<size_t> placedItems_;  // of items_, in the order of placed_

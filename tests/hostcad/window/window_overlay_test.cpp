@@ -196,6 +196,47 @@ TEST_F(WindowOverlay, LinesOfTextStandBelowEachOtherAndTowardsTheirPoint) {
     EXPECT_GT(labelPixels(shown, 404, 301, 490, 314), 60);
 }
 
+TEST_F(WindowOverlay, WhatIsLargerThanTheViewIsLabelledInWhatIsSeenOfIt) {
+    const ObjectId square = makeSquare(0, 0, 100000);
+    const ObjectId line = makeLine(-90000, -90000, 190000, 190000);
+    label({{square, "Square"}, {line, "Line"}});
+    picture();
+    const QSize size = window_.canvas().size();
+    for (double x : {1000.0, 100.0, -300.0}) {
+        setPlace(x, x, 1);
+        auto isSeen = [&](const PlacedLabel* label) {
+            return label && std::abs(label->at.x - x) < size.width() / 2.0 &&
+                   std::abs(label->at.y - x) < size.height() / 2.0;
+        };
+        const bool hasInside = x + std::min(size.width(), size.height()) / 2.0 > 20;
+        EXPECT_EQ(isSeen(labelOf(square)), hasInside) << x;
+        if (hasInside) {
+            EXPECT_GT(std::min(labelOf(square)->at.x, labelOf(square)->at.y), 0);
+        }
+        ASSERT_TRUE(isSeen(labelOf(line))) << x;
+        EXPECT_NEAR(labelOf(line)->angle, M_PI / 4, 1e-3);
+        EXPECT_NEAR(labelOf(line)->at.y - labelOf(line)->at.x, std::sqrt(2) * (labelOf(line)->height / 2 + 3),
+                    1);
+    }
+    for (double x = 1000; x < 4000; x += 250) {
+        setPlace(x, 1000, 1);
+        ASSERT_NE(labelOf(square), nullptr) << x;
+        EXPECT_LT(std::abs(labelOf(square)->at.x - x), size.width() / 2.0) << x;
+    }
+    // With all of it in view they stand in the middle.
+    setPlace(50000, 50000, 500);
+    EXPECT_NEAR(labelOf(square)->at.x, 50000, 1);
+    // A line that comes into view twice has it where more is seen.
+    const ObjectId twice = makeOne(
+        "(0 . \"LWPOLYLINE\") (100 . \"AcDbEntity\") (100 . \"AcDbPolyline\") (90 . 5) (70 . 0) (10 -9000.0 "
+        "-1100.0) (10 9000.0 -1100.0) (10 9000.0 -9000.0) (10 1200.0 -9000.0) (10 1200.0 9000.0)");
+    label({{twice, "Twice"}});
+    setPlace(1000, -1100, 1);
+    ASSERT_NE(labelOf(twice), nullptr);
+    EXPECT_EQ(labelOf(twice)->angle, 0);
+    EXPECT_NEAR(labelOf(twice)->at.x, 1000, 1);
+}
+
 TEST_F(WindowOverlay, OnlyWhatIsSeenIsCounted) {
     std::map<ObjectId, std::string> texts{{makeSquare(100, 100, 60), "seen"}};
     for (int i = 0; i < 5; ++i) texts[makeSquare(-100, 100, 60)] = "beyond";
