@@ -235,6 +235,13 @@ TEST_F(WindowOverlay, WhatIsLargerThanTheViewIsLabelledInWhatIsSeenOfIt) {
     ASSERT_NE(labelOf(twice), nullptr);
     EXPECT_EQ(labelOf(twice)->angle, 0);
     EXPECT_NEAR(labelOf(twice)->at.x, 1000, 1);
+    // Also where it turns round beyond the view.
+    const ObjectId back = makeOne(
+        "(0 . \"LWPOLYLINE\") (100 . \"AcDbEntity\") (100 . \"AcDbPolyline\") (90 . 3) (70 . 0) (10 -9000.0 "
+        "-1100.0) (10 9000.0 -1150.0) (10 -9000.0 -1200.0)");
+    label({{back, "Back"}});
+    ASSERT_NE(labelOf(back), nullptr);
+    EXPECT_NEAR(labelOf(back)->at.x, 1000, 1);
 }
 
 TEST_F(WindowOverlay, OnlyWhatIsSeenIsCounted) {
