@@ -26,7 +26,7 @@ std::optional<Condition> Condition::read(std::string_view text, const std::vecto
 }
 
 bool Condition::holds(const std::vector<dao::Variant>& values) const {
-    return TruthOf(*root_, values) == Truth::kTrue;
+    return Holds(*root_, values);
 }
 
 ConditionSearch Condition::where(const CDaoDatabase& database) const {

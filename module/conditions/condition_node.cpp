@@ -7,10 +7,6 @@
 namespace norvane {
 namespace {
 
-Truth truthOf(bool value) {
-    return value ? Truth::kTrue : Truth::kFalse;
-}
-
 template <typename Value>
 int orderOf(const Value& a, const Value& b) {
     return a < b ? -1 : b < a ? 1 : 0;
@@ -62,38 +58,39 @@ std::optional<int> orderOf(const dao::Variant& a, const dao::Variant& b, ValueKi
 }
 
 // wanted: numbers or texts, ascending.
-Truth isOneOf(const dao::Variant& value, const std::vector<ComparedValue>& wanted) {
+std::optional<bool> isOneOf(const dao::Variant& value, const std::vector<ComparedValue>& wanted) {
     ComparedValue folded;
     if (std::holds_alternative<double>(wanted.front())) {
         const std::optional<double> number = ComparedNumber(value);
-        if (!number) return Truth::kUnknown;
+        if (!number) return std::nullopt;
         folded = *number;
     } else {
         const std::string* text = ComparedText(value);
-        if (!text) return Truth::kUnknown;
+        if (!text) return std::nullopt;
         folded = FoldedText{text::upper(*text)};
     }
-    return truthOf(std::binary_search(wanted.begin(), wanted.end(), folded));
+    return std::binary_search(wanted.begin(), wanted.end(), folded);
 }
 
-Truth leafTruth(const ConditionNode& node, const std::vector<dao::Variant>& values) {
-    const dao::Variant& value = values[node.field];
-    switch (node.kind) {
+// What a leaf says of a record, without its NOT; nothing where that is unknown.
+std::optional<bool> answerOf(const ConditionNode& leaf, const std::vector<dao::Variant>& values) {
+    const dao::Variant& value = values[leaf.field];
+    switch (leaf.kind) {
         case ConditionNode::Kind::kCompare:
         case ConditionNode::Kind::kFields: {
-            const std::optional<int> order = node.kind == ConditionNode::Kind::kFields
-                                                 ? orderOf(value, values[node.other], node.valueKind)
-                                                 : std::visit(Order{value}, node.values.front());
-            return order ? truthOf(HoldsFor(node.comparison, *order)) : Truth::kUnknown;
+            const std::optional<int> order = leaf.kind == ConditionNode::Kind::kFields
+                                                 ? orderOf(value, values[leaf.other], leaf.valueKind)
+                                                 : std::visit(Order{value}, leaf.values.front());
+            return order ? std::optional(HoldsFor(leaf.comparison, *order)) : std::nullopt;
         }
         case ConditionNode::Kind::kIsOneOf:
-            return isOneOf(value, node.values);
+            return isOneOf(value, leaf.values);
         case ConditionNode::Kind::kIsLike: {
             const std::string* text = ComparedText(value);
-            return text ? truthOf(node.pattern.matches(*text)) : Truth::kUnknown;
+            return text ? std::optional(leaf.pattern.matches(*text)) : std::nullopt;
         }
         default:
-            return truthOf(value.isNull());
+            return value.isNull();
     }
 }
 
@@ -183,21 +180,14 @@ ConditionNode Negated(ConditionNode node) {
     return node;
 }
 
-Truth TruthOf(const ConditionNode& node, const std::vector<dao::Variant>& values) {
-    if (node.kind == ConditionNode::Kind::kAll || node.kind == ConditionNode::Kind::kAny) {
-        const bool isAll = node.kind == ConditionNode::Kind::kAll;
-        const Truth decides = isAll ? Truth::kFalse : Truth::kTrue;
-        Truth truth = isAll ? Truth::kTrue : Truth::kFalse;
-        for (const ConditionNode& part : node.parts) {
-            const Truth one = TruthOf(part, values);
-            if (one == decides) return decides;
-            if (one == Truth::kUnknown) truth = Truth::kUnknown;
-        }
-        return truth;
-    }
-    const Truth truth = leafTruth(node, values);
-    if (!node.isNegated || truth == Truth::kUnknown) return truth;
-    return truth == Truth::kTrue ? Truth::kFalse : Truth::kTrue;
+bool Holds(const ConditionNode& node, const std::vector<dao::Variant>& values) {
+    auto holds = [&](const ConditionNode& part) { return Holds(part, values); };
+    if (node.kind == ConditionNode::Kind::kAll)
+        return std::all_of(node.parts.begin(), node.parts.end(), holds);
+    if (node.kind == ConditionNode::Kind::kAny)
+        return std::any_of(node.parts.begin(), node.parts.end(), holds);
+    const std::optional<bool> answer = answerOf(node, values);
+    return answer && *answer != node.isNegated;
 }
 
 void AppendFields(const ConditionNode& node, std::vector<size_t>& fields) {

@@ -1,4 +1,5 @@
-// The tree of a condition. NOT is not among its nodes: it is in its leaves, where each engine can answer it.
+// The tree of a condition. NOT is not among its nodes: it is in its leaves, where each engine can answer it
+// and where alone what is unknown makes a difference.
 #pragma once
 
 #include <vector>
@@ -40,13 +41,11 @@ struct ConditionNode {
     TextPattern pattern{};
 };
 
-// NOT of a condition. Of what is unknown it is as unknown.
+// NOT of a condition. Of a record of which a comparison cannot be known, neither that nor its NOT is true.
 ConditionNode Negated(ConditionNode node);
 
-enum class Truth { kFalse, kUnknown, kTrue };
-
 // values: of the fields of the table.
-Truth TruthOf(const ConditionNode& node, const std::vector<dao::Variant>& values);
+bool Holds(const ConditionNode& node, const std::vector<dao::Variant>& values);
 
 // The positions of the fields that a condition looks at, with repetitions.
 void AppendFields(const ConditionNode& node, std::vector<size_t>& fields);

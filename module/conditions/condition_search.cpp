@@ -166,7 +166,9 @@ std::string SearchWriter::compared(const ConditionNode& node) {
     if (const Moments* moments = std::get_if<Moments>(&value))
         return dateCompared(field, node.comparison, *moments);
     const bool wantsYes = std::get<bool>(value) == (node.comparison == Comparison::kEqual);
-    return bracketed(field) + (wantsYes ? " <> FALSE" : " = FALSE");
+    // Only PostgreSQL has values of their own for Yes and No.
+    return bracketed(field) + (wantsYes ? " <> " : " = ") +
+           (engine_ == EngineKind::kPostgres ? "FALSE" : "0");
 }
 
 // --- Numbers -------------------------------------------------------------------------------------------

@@ -72,7 +72,7 @@ dao::Variant ValueOf(const ExpressionNode& node, const std::vector<dao::Variant>
         case ExpressionNode::Kind::kFormat:
             return formatted(ValueOf(node.parts[0], values), node.format);
         default:
-            return ValueOf(node.parts[TruthOf(node.condition, values) == Truth::kTrue ? 0 : 1], values);
+            return ValueOf(node.parts[Holds(node.condition, values) ? 0 : 1], values);
     }
 }
 
