@@ -82,6 +82,7 @@ ConditionParser::Operand ConditionParser::operand(std::optional<size_t> compared
         tokens_.fail(out.token, comparedWith ? "A value is missing." : "A field is missing.");
     }
     if (comparedWith && out.token.is("NULL")) tokens_.fail(out.token, "Nothing equals NULL; write IS NULL.");
+    if (comparedWith) requireQuotes(out.token);
     // On the right, YES is a value, even where a field has this name.
     const bool isWord = out.token.kind == ConditionToken::kWord && YesNoWord(out.token);
     if (!(comparedWith && isWord)) out.field = takeField();
@@ -89,6 +90,14 @@ ConditionParser::Operand ConditionParser::operand(std::optional<size_t> compared
     if (!out.field && !out.literal)
         tokens_.fail(out.token, "A field or a value is expected in front of " + out.token.shown() + ".");
     return out;
+}
+
+// What a person writes first: SPECIES = oak.
+void ConditionParser::requireQuotes(const ConditionToken& token) const {
+    if (token.kind != ConditionToken::kWord || YesNoWord(token) || isLanguageWord(token)) return;
+    if (dao::findField(fields_, token.text) >= 0) return;
+    tokens_.fail(
+        token, "There is no field " + token.shown() + "; a text stands in quotes: '" + token.shown() + "'.");
 }
 
 std::optional<Comparison> ConditionParser::takeComparison() {
@@ -173,6 +182,7 @@ Literal ConditionParser::literalFor(size_t field) {
     std::optional<Literal> literal = TakeLiteral(tokens_);
     if (literal) return *literal;
     if (at.is("NULL")) tokens_.fail(at, "Nothing equals NULL; write IS NULL.");
+    requireQuotes(at);
     tokens_.fail(at,
                  at.isEnd ? "A value is missing." : "A value is expected in front of " + at.shown() + ".");
 }

@@ -37,6 +37,7 @@ class ConditionParser {
     ConditionNode negation();
     ConditionNode test();
     Operand operand(std::optional<size_t> comparedWith);
+    void requireQuotes(const ConditionToken& token) const;
     Literal literalFor(size_t field);
     std::optional<Comparison> takeComparison();
     ConditionNode comparison(const Operand& left, Comparison comparison, const Operand& right);

@@ -60,7 +60,10 @@ TEST(Conditions, AFaultHasItsPlaceAndASentence) {
          "digit ('20' comes "
          "behind '100')."},
         {"NAME = #2004-05-31#", "NAME = {#2004-05-31#} The field NAME holds text: write '2004-05-31'."},
-        {"NAME LIKE oak", "NAME LIKE {oak} A value is expected in front of oak."},
+        {"NAME LIKE oak", "NAME LIKE {oak} There is no field oak; a text stands in quotes: 'oak'."},
+        {"NAME = oak", "NAME = {oak} There is no field oak; a text stands in quotes: 'oak'."},
+        {"NAME IN (oak)", "NAME IN ({oak}) There is no field oak; a text stands in quotes: 'oak'."},
+        {"NAME LIKE NOTE", "NAME LIKE {NOTE} A value is expected in front of NOTE."},
         {"NAME LIKE 5", "NAME LIKE {5} The pattern of LIKE stands in quotes: 'oak*'."},
         {"SEEN > 5",
          "SEEN > {5} The field SEEN holds dates: write one as #2004-05-31# or #2004-05-31 13:45#."},
