@@ -126,10 +126,12 @@ TEST_F(Dictionaries, RefuseWhatWouldSpoilThem) {
 TEST_F(Dictionaries, AreUndoneAndDoneAgain) {
     host_.runLine("(setq app (dictadd (namedobjdict) \"APP\" (entmakex '((0 . \"DICTIONARY\")))))");
     host_.runLine("(dictadd app \"First\" " + record("one") + ")");
+    run("(setq first (cdr (assoc -1 (dictsearch app \"First\"))))");
     host_.runLine("(dictremove (namedobjdict) \"APP\")");
     EXPECT_EQ(run("(dictsearch (namedobjdict) \"APP\")"), "nil");
+    EXPECT_EQ(run("(entget first)"), "nil") << "with all that hangs below it";
     host_.runLine("U");
-    EXPECT_EQ(textOf("First"), "\"one\"") << "with all that hangs below it";
+    EXPECT_EQ(textOf("First"), "\"one\"");
     host_.runLine("U");
     EXPECT_EQ(names(), "nil");
     host_.runLine("REDO");

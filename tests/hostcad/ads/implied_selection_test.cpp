@@ -49,6 +49,17 @@ TEST_F(ImpliedSelectionTest, TheNextCommandTakesIt) {
     EXPECT_EQ(run("(getvar \"CMDNAMES\")"), "\"\"") << "it is over";
 }
 
+// A routine that gives its commands their answers would otherwise get other entities than it names.
+TEST_F(ImpliedSelectionTest, CommandsOfAProgramDoNotTakeWhatTheUserHasSelected) {
+    host_.selection().set({currentDrawing().lastEntity()}, false);
+    EXPECT_EQ(selected(), "1");
+    run("(command \"_.ERASE\" a \"\")");
+    EXPECT_EQ(living(), "(0 1 1)");
+    host_.selection().set({currentDrawing().lastEntity()}, false);
+    host_.runLine("(setq first (ssget))");
+    EXPECT_EQ(run("(sslength first)"), "1") << "a prompt of its own does";
+}
+
 TEST_F(ImpliedSelectionTest, OnlyTheFirstPromptOfALineTakesIt) {
     run("(defun c:two () (setq first (ssget)) (setq second (ssget)))");
     select("a b");

@@ -1,5 +1,6 @@
 // Selection by condition: through Lisp, the command line and the dialog.
 #include "tests/module/selection/select_fixture.h"
+#include "tests/platform/dao/odbc/postgres_server.h"
 
 TEST_F(SelectTest, RecordsFindTheirEntities) {
     EXPECT_EQ(found("TREES", "SPECIES = 'oak'"), "(1 2 5 6)");
@@ -202,4 +203,48 @@ TEST_F(SelectTest, OutputsOfSqliteAreSearchedToo) {
     EXPECT_EQ(found("TREES", "SPECIES = 'OAK'"), "(11 12)");
     EXPECT_EQ(select({"TREES", "SPECIES = 'OAK' AND DBH >= 30", ""}),
               "2 records, 1 entity, 1 record without an entity; 1 entity is selected.");
+}
+
+namespace {
+
+// Links, conditions that servers tell in their own way, records, and an error of the server.
+class SelectOnServer : public SelectTest {
+  protected:
+    void searchServer(const std::string& connect) {
+        lisp("(setq outp \"" + connect +
+             "\") (cf:gis_smart_prompting 2 2 outp)"
+             "(point 21.0 \"TREE\" \"PT_ID\" \"A1\") (point 22.0 \"TREE\" \"PT_ID\" \"A2\")"
+             "(point 23.0 \"TREE\" \"PT_ID\" \"A3\")");
+        EXPECT_EQ(found("TREES", "SPECIES = 'oak'"), "(21 22)") << error();
+        EXPECT_EQ(found("TREES", "SPECIES LIKE '*M' OR DBH < 25"), "(22 23)") << error();
+        EXPECT_EQ(found("TREES", ""), "(21 22 23)") << error();
+        EXPECT_EQ(select({"TREES", "DBH > 30", ""}),
+                  "3 records, 2 entities, 1 record without an entity; 2 entities are selected.");
+        EXPECT_EQ(lisp("(length (gis:records (cadr (ssgetfirst))))"), "2") << error();
+        EXPECT_EQ(found("ROCKS", ""), "nil");
+        EXPECT_NE(error(), "\"\"");
+    }
+    static constexpr const char* kRecords =
+        "create table TREES (PT_ID varchar(50), GIS_KEY varchar(50), SPECIES varchar(50), DBH integer);"
+        "insert into TREES values ('A1','TREE','Oak',35), ('a2','TREE','oak',20), ('A3','tree','Elm',50), "
+        "('A9','TREE','Yew',99);";
+};
+
+}  // namespace
+
+TEST_F(SelectOnServer, ThatTellsLessThanAConditionAsks) {
+    const std::string driver = odbcDriver("libsqlite3odbc.so");
+    if (driver.empty()) GTEST_SKIP() << "the ODBC driver of SQLite is not installed";
+    sqlite("server.db", kRecords);
+    searchServer("ODBC;DRIVER=" + driver + ";Database=" + path("server.db"));
+}
+
+TEST_F(SelectOnServer, OfPostgres) {
+    PostgresServer& server = PostgresServer::instance();
+    if (!server.missing().empty()) GTEST_SKIP() << server.missing();
+    ASSERT_EQ(server.answer("CREATE SCHEMA survey; SET search_path TO survey; " + std::string(kRecords)), "");
+    // Links have no password: the one that a person has given serves.
+    const std::string connect = server.source() + ";UID=" + PostgresServer::kUser;
+    answer(1601, {ui::Step{ui::Step::Kind::Text, "1007", PostgresServer::kPassword}, click("OK")});
+    searchServer(connect);
 }
