@@ -97,12 +97,16 @@ Channels channelsOf(Colour colour) {
             static_cast<double>(colour & 0xFF)};
 }
 
+// The number of the grey that others have; those below it are as good as hues of the circle, or white.
+constexpr int kGrey = 8;
+
 // The colour numbers from 10 on go round a circle of hues in steps of 15 degrees, with five shades each, of
 // which every second number is a pale one.
 Channels channelsOfNumber(int number) {
     constexpr double kShades[] = {1.0, 0.74, 0.5, 0.41, 0.31};
     const double hue = (number / 10 - 1) * 0.25, shade = kShades[number % 10 / 2];
     const double strength = number % 2 == 0 ? 1.0 : 0.33;
+    if (number == kGrey) return {128, 128, 128};
     Channels channels{};
     constexpr double kShifts[] = {5, 3, 1};  // of red, green and blue
     for (size_t i = 0; i < channels.size(); ++i) {
@@ -117,9 +121,10 @@ Channels channelsOfNumber(int number) {
 int NearestColourNumber(Colour colour) {
     constexpr int kFirst = 10, kLast = 249;
     const Channels wanted = channelsOf(colour);
-    int nearest = kFirst;
+    int nearest = kGrey;
     double least = -1;
-    for (int number = kFirst; number <= kLast; ++number) {
+    for (int number = kGrey; number <= kLast; ++number) {
+        if (number > kGrey && number < kFirst) continue;
         const Channels channels = channelsOfNumber(number);
         double distance = 0;
         for (size_t i = 0; i < channels.size(); ++i) distance += std::pow(channels[i] - wanted[i], 2);

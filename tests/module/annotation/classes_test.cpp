@@ -160,6 +160,7 @@ TEST(ColourRamp, NumbersOfColoursAreTheNearest) {
     EXPECT_EQ(NearestColourNumber(0xFF0000), 10);
     EXPECT_EQ(NearestColourNumber(0x00FE02), 90);
     EXPECT_EQ(NearestColourNumber(0x0000FF), 170);
+    EXPECT_EQ(NearestColourNumber(kOtherColour), 8);
 }
 
 TEST(Classes, ByValueEachTextHasOne) {

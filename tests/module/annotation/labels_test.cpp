@@ -230,6 +230,19 @@ TEST_F(Labels, ThatAreWrongKeepTheDialogOpen) {
     EXPECT_EQ(overlay::labelSets(), std::vector<std::string>());
 }
 
+// A mistake in what was typed for a feature that is not looked at any more.
+TEST_F(Labels, OfAnotherFeatureKeepTheDialogOpenToo) {
+    makeLots();
+    answer(1811, {type("Line 1:", "OWNERS"), pick("Feature:", "TREE"), type("Line 1:", "AGE"), click("OK"),
+                  show(), type("Line 1:", "OWNER"), click("OK")});
+    printed();
+    EXPECT_EQ(lisp("(gis:labels \"LOT\")"), "nil");
+    EXPECT_NE(picture(1811).find("OWNERS"), std::string::npos) << picture(1811);
+    EXPECT_EQ(
+        printed(),
+        "\nThe labels of LOT: 2 entities have one.\nThe labels of TREE: 4 entities have one, 2 without.");
+}
+
 TEST_F(Colours, AreDefinedInTheDialog) {
     answer(1812, {show(),
                   pick("Field:", "SPECIES"),

@@ -22,7 +22,7 @@ for entity in drawing.modelspace():
         continue
     if entity.dxftype() == "SOLID":
         corners = " ".join(place(entity.dxf.get(name)) for name in ("vtx0", "vtx1", "vtx2", "vtx3"))
-        print(f"SOLID {corners} #{entity.dxf.true_color:06X}")
+        print(f"SOLID {corners} #{entity.dxf.true_color:06X} {entity.dxf.color}")
         continue
     text = entity.dxf
     isAligned = text.halign or text.valign

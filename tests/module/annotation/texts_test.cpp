@@ -73,6 +73,14 @@ TEST_F(Texts, AreMadeAtTheirEntities) {
     EXPECT_EQ(lisp("(sslength (ssget \"X\" '((8 . \"TREE-LABELS\"))))"), "8");
 }
 
+// An entity of a sheet gets its text there.
+TEST_F(Texts, StandInTheSpaceOfTheirEntities) {
+    lisp("(entmake (list '(0 . \"POINT\") '(67 . 1) '(10 7.0 0.0 0.0) (to \"TREE\" \"99\")))");
+    make("\"TREE\"");
+    EXPECT_EQ(lisp("(sslength (ssget \"X\" '((8 . \"TREE-LABELS\") (67 . 1))))"), "2");
+    EXPECT_EQ(drawn("TREE-LABELS").find("Elm"), std::string::npos) << "not in the model";
+}
+
 TEST_F(Texts, FollowTheRecordsInTheirPlace) {
     make("\"TREE\"");
     // A person has moved one, and turned another.
@@ -182,7 +190,7 @@ TEST_F(Texts, LegendsAreDrawn) {
     const std::string key = drawn("KEY");
     for (const char* part :
          {"TREE: AGE at 100,197.4 height 2.6", "up to 40 (3) at 106.6,194", "40 to 120 (1)", "others (1)",
-          "SOLID 100,193.8 105,193.8 100,196.2 105,196.2 #"})
+          "SOLID 100,193.8 105,193.8 100,196.2 105,196.2 #3564E3 152", "#808080 8"})
         EXPECT_NE(key.find(part), std::string::npos) << part << "\n" << key;
     EXPECT_EQ(lisp("(gis:draw-legend \"LOT\" '(0.0 0.0))"), "nil");
     EXPECT_TRUE(printed().ends_with("\nLOT has no colours."));
