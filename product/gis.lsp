@@ -401,7 +401,7 @@
 (defun gis:prompt-picked (entity / saved feature key)
   (if (gis:output-there-p entity)
     (progn
-      (setq feature (gis:proposed-feature entity)
+      (setq feature (cond (panel-feature) ((gis:proposed-feature entity)))
             key (if isAuto "#AUTO#" (gis:record-key entity feature))
             saved (gis:prompt-entity entity key feature))
       ;; A point that was drawn for a record goes with it.
@@ -559,9 +559,14 @@
   (if (gis:databases-chosen) (gis:records-panel))
   (princ))
 
-;; Fills the sheet of an entity that has been selected in the panel.
-(defun gis:new-record (entity / drawn isAuto)
-  (if (gis:databases-chosen) (gis:prompt-picked entity)))
+;; Fills the sheet of an entity that has been selected in the panel. One without a record gets the feature of the table
+;; that is shown there, where the template has it.
+(defun gis:new-record (entity table / drawn isAuto panel-feature)
+  (if (gis:databases-chosen)
+    (progn
+      (if (and (not (gis:link entity)) (gis:feature-known-p table))
+        (setq panel-feature table))
+      (gis:prompt-picked entity))))
 
 ;; Gives a table, or all of the output, an index by which records are found by their keys.
 (defun c:gis-index ()

@@ -10,6 +10,8 @@
 #include "module/selection/selection_functions.h"
 #include "module/records/erase_records.h"
 #include "module/records/unlink.h"
+#include "module/records/key_index.h"
+#include "module/records/records_panel.h"
 #include "module/titleblocks/title_operations.h"
 #include "module/transfer/export_operations.h"
 #include "module/transfer/import_dialog.h"
@@ -74,6 +76,8 @@ constexpr OwnFunction kFunctions[] = {
     {"gis:make-texts", 1136, MakeTextsOfLabels},
     {"gis:update-texts", 1137, UpdateTextsOfLabels},
     {"gis:draw-legend", 1138, DrawLegendOfColours},
+    {"gis:index", 1110, IndexTables},
+    {"gis:records-panel", 1115, ShowRecordsPanel},
 };
 
 }  // namespace

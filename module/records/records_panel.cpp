@@ -8,6 +8,7 @@
 #include "module/dialogs/progress_dialog.h"
 #include "module/records/drawing_selection.h"
 #include "module/records/erase_records.h"
+#include "module/records/key_index.h"
 #include "module/records/records_output.h"
 #include "module/selection/select_records.h"
 #include "module/settings/current_databases.h"
@@ -125,13 +126,13 @@ void RecordsPanel::say(const std::string& text) {
 // --- The table -------------------------------------------------------------------------------------------
 
 void RecordsPanel::onOpen() {
-    if (wantedTable_.empty()) wantedTable_ = readState(state::kRecordsTable);
     openOutput();
     setFocus(kFilter);
 }
 
 void RecordsPanel::openOutput() {
     if (followsCurrent_) output_ = CurrentOutputPath();
+    if (records_ && wantedTable_.empty()) wantedTable_ = records_->table();
     closeTable("");
     std::vector<std::string> tables;
     std::string problem;
@@ -149,15 +150,20 @@ void RecordsPanel::openOutput() {
     } catch (const CDaoException& error) {
         problem = error.description();
     }
-    auto wanted = std::find_if(tables.begin(), tables.end(), [this](const std::string& table) {
-        return text::equalNoCase(table, wantedTable_);
-    });
-    const std::string shown = wanted != tables.end() ? *wanted : tables.empty() ? "" : tables.front();
+    const std::string shown = tableToShow(tables);
     fillTables(tables, shown);
     if (shown.empty())
         closeTable(problem);
     else
         openTable(shown);
+}
+
+// The one that is wanted, or was shown last, else the first.
+std::string RecordsPanel::tableToShow(const std::vector<std::string>& tables) {
+    for (const std::string& wanted : {std::exchange(wantedTable_, {}), readState(state::kRecordsTable)})
+        for (const std::string& table : tables)
+            if (text::equalNoCase(table, wanted)) return table;
+    return tables.empty() ? std::string() : tables.front();
 }
 
 void RecordsPanel::fillTables(const std::vector<std::string>& tables, const std::string& shown) {
@@ -176,8 +182,7 @@ void RecordsPanel::openTable(const std::string& table) {
     } catch (const CDaoException& error) {
         return closeTable(error.description());
     }
-    wantedTable_ = table;
-    writeState(table, state::kRecordsTable);
+    if (followsCurrent_) writeState(table, state::kRecordsTable);
     isIndexSettled_ = false;
     prepareGrid();
     find(kFilter)->setText("");
@@ -237,7 +242,7 @@ void RecordsPanel::showTable(const std::string& output, const std::string& table
     if (!writeRow()) return;
     followsCurrent_ = output.empty();
     if (!output.empty()) output_ = output;
-    if (!table.empty()) wantedTable_ = table;
+    wantedTable_ = table;
     openOutput();
 }
 
@@ -253,18 +258,14 @@ void RecordsPanel::refresh() {
 // --- Following -------------------------------------------------------------------------------------------
 
 void RecordsPanel::onWindowChange(const ui::WindowChange& change) {
-    // A table that is small is read anew after each command; of a large one what is shown.
+    // A small table is read anew after each command, a large one where links have changed: whoever saves a
+    // sheet writes the link too.
     constexpr long kQuicklyRead = 20'000;
     if (change.drawing) {
         if (followsCurrent_ && !text::equalNoCase(CurrentOutputPath(), output_)) openOutput();
-        if (records_) {
-            records_->followLinks();
-            if (records_->view().total() <= kQuicklyRead) {
-                if (!records_->refresh()) openOutput();
-            } else {
-                records_->view().noteChanged({});
-            }
-        }
+        const bool haveLinksChanged = records_ && records_->followLinks();
+        if (records_ && (haveLinksChanged || records_->view().total() <= kQuicklyRead))
+            if (!records_->refresh()) openOutput();
     }
     if (!records_) return;
     if (change.drawing || change.selection) followSelection(change.drawing);
@@ -439,7 +440,10 @@ void RecordsPanel::onCommand(int id) {
 }
 
 void RecordsPanel::onFocus(ui::Control& control) {
-    if (control.id() != kGrid) writeRow();
+    if (control.id() != kGrid)
+        writeRow();
+    else if (records_)
+        records_->enter(grid().active().row);
 }
 
 void RecordsPanel::onCellsTaken(ui::Grid&) {
@@ -456,6 +460,10 @@ void RecordsPanel::onCellsTaken(ui::Grid&) {
 void RecordsPanel::onCellChange(ui::Grid& grid, ui::CellPosition at) {
     say(records_->takeMessage());
     grid.cellChanged(at.column, at.row);
+}
+
+void RecordsPanel::onCellRefused(ui::Grid&, ui::CellPosition, const std::string& typed) {
+    say("\"" + typed + "\" is not taken. " + records_->takeMessage());
 }
 
 bool RecordsPanel::onCellDoubleClick(ui::Grid&, ui::CellPosition at) {
@@ -549,8 +557,10 @@ void RecordsPanel::newRecord() {
         ResultChain call;
         call.addText(RTSTR, "gis:new-record");
         ads_name_set(entity.name, call.add(RTENAME).resval.rlname);
+        call.addText(RTSTR, records_ ? records_->table() : "");
         ResultBuffers result;
-        acedInvoke(call.get(), result.out());
+        if (acedInvoke(call.get(), result.out()) != RTNORM)
+            say("The commands of the product are not loaded.");
         refresh();
     });
 }

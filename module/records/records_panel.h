@@ -48,6 +48,7 @@ class RecordsPanel : public ui::Panel {
     void onFocus(ui::Control& control) override;
     void onCellsTaken(ui::Grid& grid) override;
     void onCellChange(ui::Grid& grid, ui::CellPosition at) override;
+    void onCellRefused(ui::Grid& grid, ui::CellPosition at, const std::string& typed) override;
     bool onCellDoubleClick(ui::Grid& grid, ui::CellPosition at) override;
     void onHeadingClick(ui::Grid& grid, int column) override;
     bool onKey(const ui::Key& key) override;
@@ -59,6 +60,7 @@ class RecordsPanel : public ui::Panel {
 
     // Opens the database, or says why it is not shown.
     void openOutput();
+    std::string tableToShow(const std::vector<std::string>& tables);
     void openTable(const std::string& table);
     void closeTable(const std::string& why);
     void fillTables(const std::vector<std::string>& tables, const std::string& shown);

@@ -25,9 +25,9 @@ RecordsTable::RecordsTable(const std::string& output, const std::string& table,
                            const std::string& templatePath)
     : output_(output), selected_(std::make_shared<const RecordKeys>()), chosen_(selected_), seen_(selected_) {
     OpenDatabase(database_, output);
-    keyField_ = TableLinks::KeyFieldOf(output, FieldsOfTable(database_, table));
+    keyField_ = TableLinks::KeyFieldOf(output, table, FieldsOfTable(database_, table));
     view_ = std::make_unique<RecordView>(database_, table, keyField_);
-    links_ = std::make_unique<TableLinks>(output, database_, table, keyField_);
+    links_ = std::make_unique<TableLinks>(output, table, keyField_);
     links_->update();
     try {
         edits_ = std::make_unique<RecordEdits>(
@@ -189,17 +189,16 @@ void RecordsTable::takeTypes() {
 
 // Begins with a row as it is now. What somebody has changed since it was shown is shown before.
 bool RecordsTable::begin(int row) {
-    const RecordId id = view_->id(row - 1);
     auto shown = [&](size_t field) { return view_->text(row - 1, static_cast<int>(field)); };
     try {
         RecordValues record = view_->values(row - 1);
         if (record.empty()) {
-            view_->noteChanged(id);
+            view_->noteChanged(view_->id(row - 1));
             message_ = "Somebody has erased this record.";
             return false;
         }
         if (!edits_->begin(record, shown)) {
-            view_->noteChanged(id);
+            view_->noteChanged(view_->id(row - 1));
             edits_->begin(std::move(record));
             message_ = "Somebody has changed this record. It is shown as it is now.";
         }
@@ -261,10 +260,9 @@ bool RecordsTable::undo() {
     drop();
     const EditOutcome outcome = edits_->undo();
     message_ = outcome.message.empty() ? "Taken back." : outcome.message;
-    if (!written_.empty() && outcome.state != EditOutcome::State::kFailed) {
-        view_->noteChanged(written_.back());
-        written_.pop_back();
-    }
+    if (outcome.state == EditOutcome::State::kFailed || written_.empty()) return true;
+    view_->noteChanged(written_.back());
+    written_.pop_back();
     return true;
 }
 

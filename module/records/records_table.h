@@ -121,7 +121,7 @@ class RecordsTable : public ui::GridSource {
     std::optional<RecordId> current_;  // the record that is being changed
     mutable int currentRow_ = 0;
     std::vector<ui::CellType> types_;  // of its cells, by field
-    std::vector<RecordId> written_;    // in the order of what undo takes back
+    std::vector<RecordId> written_;    // in the order in which undo goes back
     std::string message_;
 };
 

@@ -16,12 +16,13 @@ namespace norvane {
 
 class TableLinks {
   public:
-    // output: as links name it. The database is that output, open; it stays the caller's.
-    TableLinks(std::string output, const CDaoDatabase& database, std::string table, std::string keyField);
+    // output: a path or a connect string. table: as it stands there.
+    TableLinks(std::string output, std::string table, std::string keyField);
 
-    // The key field of a table: PT_ID, or else the one of its fields that most links to the output name; ""
+    // The key field of a table: PT_ID, or else the one of its fields that most links to the table name; ""
     // where there is none.
-    static std::string KeyFieldOf(const std::string& output, const std::vector<CDaoFieldInfo>& fields);
+    static std::string KeyFieldOf(const std::string& output, const std::string& table,
+                                  const std::vector<CDaoFieldInfo>& fields);
 
     // Takes over what has changed in the drawing. False: nothing has.
     bool update();
@@ -38,15 +39,11 @@ class TableLinks {
         const std::vector<EntityName>& entities) const;
 
   private:
-    bool isLinkHere(const LinkedEntity& link) const;
-    bool leadsHere(const std::string& templatePath, const std::string& feature) const;
-
     std::string output_, table_, keyField_;
-    const CDaoDatabase& database_;
     std::optional<unsigned long> revision_;  // of the index
     std::unordered_map<std::string, std::vector<EntityName>> entities_;
+    std::unordered_map<long, std::string> keyOf_;  // by entity
     std::shared_ptr<const std::unordered_set<std::string>> keys_;
-    mutable std::unordered_map<std::string, bool> leadsHere_;  // by template and feature
 };
 
 }  // namespace norvane

@@ -182,6 +182,8 @@ class Dialog {
     virtual void onFocus(Control&) {}
     // A cell got another content by the user: text, choice or check mark.
     virtual void onCellChange(Grid&, CellPosition) {}
+    // The source of the grid has not taken what was typed into a cell.
+    virtual void onCellRefused(Grid&, CellPosition, const std::string& /*typed*/) {}
     // A change of cells or rows was taken back.
     virtual void onUndo(Grid&) {}
     virtual void onCellClick(Grid&, CellPosition) {}

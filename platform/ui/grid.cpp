@@ -420,9 +420,14 @@ void Grid::commitEdit() {
         source_->setText(at.column, at.row, editText_);
     }
     const bool differs = text(at.column, at.row) != before;
+    const bool isTyped = before != editText_;
     changed(at);
     // Typed text counts as a change by the user, whoever ends the editing.
-    if (differs && dialog()) dialog()->onCellChange(*this, at);
+    if (!dialog()) return;
+    if (differs)
+        dialog()->onCellChange(*this, at);
+    else if (isTyped)
+        dialog()->onCellRefused(*this, at, std::string(editText_));
 }
 
 void Grid::cancelEdit() {
