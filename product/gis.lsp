@@ -33,9 +33,12 @@
 ;;   GIS-CONDITIONS     the same in a dialog, which keeps conditions in the drawing
 ;;   GIS-RECORD     19  adds a record to the output database
 ;;   GIS-POLYLINKS  20  links areas by the text inside
-;;   GIS-AREACHECK       tells what is wrong with areas and the texts inside
+;;   GIS-AREACHECK      tells what is wrong with areas and the texts inside
 ;;   GIS-LABELS         shows values of the records at the entities of a feature
 ;;   GIS-COLOURS        colours the entities of a feature by a field of their records
+;;   GIS-MAKETEXTS, GIS-UPDATETEXTS, GIS-LEGEND  make entities of what the two show
+;;   GIS-UNLINK         takes links off entities, with their records or without
+;;   GIS-ERASE-NEW      erases records whose links undo has taken back
 ;;   GIS-FEATURE    21  says whether a feature is defined
 
 ;; --- Current databases -----------------------------------------------------------------------------------

@@ -6,12 +6,11 @@
 #include "module/linktools/link_report.h"
 #include "module/linktools/linked_entities.h"
 #include "module/points/point_functions.h"
-#include "module/records/key_index.h"
-#include "module/selection/selection_functions.h"
 #include "module/records/erase_records.h"
-#include "module/records/unlink.h"
 #include "module/records/key_index.h"
 #include "module/records/records_panel.h"
+#include "module/records/unlink.h"
+#include "module/selection/selection_functions.h"
 #include "module/titleblocks/title_operations.h"
 #include "module/transfer/export_operations.h"
 #include "module/transfer/import_dialog.h"
@@ -54,12 +53,9 @@ constexpr OwnFunction kFunctions[] = {
     {"gis:linked-entities", 1032, GiveLinkedEntities},
     {"gis:area-faults", 1033, GiveAreaFaults},
     {"gis:edit-table", 1040, EditChosenTable},
-    {"gis:unlink", 1120, UnlinkEntities},
-    {"gis:erase-new-records", 1121, EraseNewRecordsOfRun},
     {"gis:fill-titles", 1060, FillTitles},
     {"gis:compare-titles", 1061, CompareTitles},
     {"gis:drawings", 1062, ListDrawings},
-    {"gis:index", 1110, IndexTables},
     {"gis:select", 1100, SelectByCondition},
     {"gis:records", 1101, GiveRecords},
     {"gis:conditions", 1102, GiveConditions},
@@ -67,6 +63,10 @@ constexpr OwnFunction kFunctions[] = {
     {"gis:remove-condition", 1104, RemoveNamedCondition},
     {"gis:select-by-condition", 1105, AskAndSelect},
     {"gis:choose-condition", 1106, ShowConditions},
+    {"gis:index", 1110, IndexTables},
+    {"gis:records-panel", 1115, ShowRecordsPanel},
+    {"gis:unlink", 1120, UnlinkEntities},
+    {"gis:erase-new-records", 1121, EraseNewRecordsOfRun},
     {"gis:labels", 1130, ChooseLabels},
     {"gis:colours", 1131, ChooseColours},
     {"gis:annotation", 1132, ListAnnotation},
@@ -76,8 +76,6 @@ constexpr OwnFunction kFunctions[] = {
     {"gis:make-texts", 1136, MakeTextsOfLabels},
     {"gis:update-texts", 1137, UpdateTextsOfLabels},
     {"gis:draw-legend", 1138, DrawLegendOfColours},
-    {"gis:index", 1110, IndexTables},
-    {"gis:records-panel", 1115, ShowRecordsPanel},
 };
 
 }  // namespace

@@ -36,7 +36,7 @@ constexpr int kInsertBlocksGrid = 28;
 constexpr int kAsciiSettings = 31;
 constexpr int kReferenceFiles = 32;
 constexpr int kImportedSets = 33;
-constexpr int kShapeExport = 34;  // what was checked, the folder and the features of the last export
+constexpr int kShapeExport = 34;   // what was checked, the folder and the features of the last export
 constexpr int kRecordsTable = 35;  // that the panel of records has shown last
 }  // namespace state
 
