@@ -88,6 +88,15 @@ TEST_F(TextImportDialog, FieldsAreNamedTypedAndMarked) {
     EXPECT_TRUE(has(shown, "3    passed over bad")) << shown;
 }
 
+TEST_F(TextImportDialog, ASecondKeyTakesThePlaceOfTheFirst) {
+    const std::string shown =
+        importText("p.txt", {pick("1004", "1"), click("1015"), click("Set Key Field"), pick("1022", "4"),
+                             click("Set Key Field"), show(), click("2")});
+    EXPECT_TRUE(has(shown, " FIELD1 Char No")) << shown;
+    EXPECT_TRUE(has(shown, "> PT_ID  Char Yes")) << shown;
+    EXPECT_TRUE(has(shown, "1030 edit \"FIELD5\" (read-only)")) << shown;
+}
+
 TEST_F(TextImportDialog, EnterEndsANameAndImportsNothing) {
     const std::string shown = importText("p.txt", {pick("1004", "1"), click("1015"), pick("1022", "2"),
                                                    text("1024", "east"), key("Enter"), show(), click("2")});

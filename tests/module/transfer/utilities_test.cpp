@@ -79,17 +79,18 @@ TEST_F(Utilities, ValuesGoIntoColumnsThatAreThereByTheirType) {
         table.CreateField("MONEY", dbCurrency, 8);
         table.Append();
     }
-    write("a.not",
-          "PT_ID:1  GIS_FILE:KINDS.GIS\nYES,yes\nSHORT,12.9\nWHOLE,A\nSINGLE,1.5\nREAL,2.5 "
-          "m\nDAY,6/21/2005\n"
-          "WORD,\xDC"
-          "berlang\nLONG," +
-              std::string(300, 'x') +
-              "\nMONEY,5\n"
-              "PT_ID:2  GIS_FILE:KINDS.GIS\nYES,2\nDAY,soon\nPT_ID:3  GIS_FILE:KINDS.GIS\nYES,no\n");
+    write(
+        "a.not",
+        "PT_ID:1  GIS_FILE:KINDS.GIS\nYES,yes\nSHORT,12.9\nWHOLE,A\nSINGLE,1.5\nREAL,2.5 "
+        "m\nDAY,6/21/2005\n"
+        "WORD,\xDC"
+        "berlang\nLONG," +
+            std::string(300, 'x') +
+            "\nMONEY,5\n"
+            "PT_ID:2  GIS_FILE:KINDS.GIS\nYES,2\nDAY,soon\nPT_ID:3  GIS_FILE:KINDS.GIS\nYES,no\nWHOLE,+7\n");
     const std::string shown = importNotes("a.not");
     EXPECT_EQ(output("select PT_ID, YES, SHORT, WHOLE, SINGLE, REAL, DAY, WORD, MONEY from KINDS"),
-              "1|-1|12|0|1.5|2.5|2005-06-21|Überl|\n2|-1|||||||\n3|0|||||||\n");
+              "1|-1|12|0|1.5|2.5|2005-06-21|Überl|\n2|-1|||||||\n3|0||7|||||\n");
     EXPECT_EQ(output("select LONG from KINDS where PT_ID = '1'"), std::string(300, 'x') + "\n");
     for (const char* line :
          {"1 value cut to the size of its column", "1 value stored as 0 because it is no number",
