@@ -126,6 +126,7 @@ void LabelPlacer::keepPlaced() {
 }
 
 void LabelPlacer::placeNew() {
+    found_.clear();
     if (items_.empty()) return;
     const Box area = worldOf(area_, scale_);
     auto item = items_.begin();
@@ -134,8 +135,13 @@ void LabelPlacer::placeNew() {
         if (item != items_.end() && item->place < place)
             item = std::lower_bound(item, items_.end(), place, isBefore);
         for (; item != items_.end() && item->place == place; ++item)
-            if (!item->isPlaced && isReadable(capitalOf(*item->style))) put(*item);
+            if (!item->isPlaced && isReadable(capitalOf(*item->style))) found_.push_back(&*item);
     });
+    // An entity that is brought back may stand behind others in the picture.
+    auto isBefore = [](const Item* a, const Item* b) { return a->entity < b->entity; };
+    if (!std::is_sorted(found_.begin(), found_.end(), isBefore))
+        std::stable_sort(found_.begin(), found_.end(), isBefore);
+    for (Item* one : found_) put(*one);
 }
 
 void LabelPlacer::put(Item& item) {

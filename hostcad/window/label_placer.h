@@ -87,7 +87,7 @@ class LabelPlacer {
     const Scene& scene_;
     uint64_t setsRevision_ = 0;
     uint64_t sceneRevision_ = 0;
-    std::vector<Item> items_;        // in the order of the drawing
+    std::vector<Item> items_;        // by place in the scene
     std::vector<uint32_t> knownAt_;  // by place in the scene: one more than that in known_
     std::vector<KnownSpots> known_;
 
@@ -99,6 +99,7 @@ class LabelPlacer {
     std::vector<PlacedLabel> placed_;
     std::vector<size_t> placedItems_;  // of items_, in the order of placed_
     std::vector<PlanePoint> leftOut_;  // where they would be
+    std::vector<Item*> found_;         // to be placed, in the order of the drawing
     std::vector<Candidate> candidates_;
 };
 

@@ -407,6 +407,57 @@ TEST_F(WindowOverlay, LabelsFollowTheirEntities) {
     EXPECT_LE(window_.canvas().labels().size(), 1u);
 }
 
+// Labels follow every edit as if all had been placed anew.
+TEST_F(WindowOverlay, PlacesAreInStepWithEdits) {
+    currentDrawing().setModified(false);
+    open("survey.dxf");
+    hostcad::Drawing& drawing = currentDrawing();
+    std::vector<ObjectId> all;
+    std::map<ObjectId, std::string> texts;
+    for (ObjectId id = drawing.firstEntity(); id; id = drawing.nextEntity(id)) {
+        all.push_back(id);
+        texts[id] = std::to_string(id);
+    }
+    label(texts);
+    hostcad::Scene scene;
+    scene.attach(&drawing);
+    hostcad::LabelPlacer followed(scene);
+    const hostcad::Point centre = scene.extents().centre();
+    const hostcad::ViewPlace place{{centre.x, centre.y}, 0.9};
+    const ObjectId layer = drawing.firstPart(drawing.table("LAYER"));
+    std::mt19937 random(8);
+    for (int round = 0; round < 30; ++round) {
+        for (int i = 0; i < 8; ++i) {
+            const ObjectId id = all[random() % all.size()];
+            const hostcad::Groups old = drawing.groups(id);
+            const hostcad::Group* at = hostcad::find(old, 10);
+            if (!at || random() % 3 == 0) {
+                drawing.setErased(id, drawing.exists(id));
+                continue;
+            }
+            std::vector<hostcad::Group> groups(old.begin(), old.end());
+            groups[static_cast<size_t>(at - old.data())] =
+                drawing.arena().point(10, at->x() + double(random() % 200), at->y());
+            drawing.setGroups(id, groups);
+        }
+        // A change of a layer makes the whole picture anew.
+        if (round % 4 == 3) drawing.setGroups(layer, drawing.groups(layer));
+        scene.update();
+        hostcad::Scene freshScene;
+        freshScene.attach(&drawing);
+        hostcad::LabelPlacer fresh(freshScene);
+        const std::vector<PlacedLabel>& a = followed.place(place, {1000, 800}, 100);
+        const std::vector<PlacedLabel>& b = fresh.place(place, {1000, 800}, 100);
+        ASSERT_GT(a.size(), 30u);
+        ASSERT_EQ(a.size(), b.size()) << round;
+        for (size_t i = 0; i < a.size(); ++i) {
+            ASSERT_EQ(a[i].entity, b[i].entity) << round;
+            ASSERT_EQ(a[i].at.x, b[i].at.x) << round;
+            ASSERT_EQ(a[i].at.y, b[i].at.y) << round;
+        }
+    }
+}
+
 TEST_F(WindowOverlay, HeightsAreInPixelsOrInUnits) {
     const ObjectId point = makePoint(100, 100);
     overlay::LabelStyle style;
