@@ -88,7 +88,6 @@ class MatchingSearch : public RowSearch {
             sought_->insert(sought_->end(), found->begin(), found->end());
         }
         std::sort(sought_->begin(), sought_->end());
-        sought_->erase(std::unique(sought_->begin(), sought_->end()), sought_->end());
     }
 
     bool goOn() override {

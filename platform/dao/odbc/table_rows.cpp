@@ -162,13 +162,7 @@ void PostgresRows::run(const std::string& condition, const std::vector<Variant>&
     for (size_t field : fields) sql += ", " + connection_->dialect().written(fields_[field].name);
     Statement statement(connection_->handle());
     sql += " FROM " + table_ + " WHERE " + condition;
-    if (parameters.empty()) {
-        statement.execute(sql);
-    } else {
-        statement.prepare(sql);
-        for (size_t i = 0; i < parameters.size(); ++i) statement.bind(static_cast<int>(i) + 1, parameters[i]);
-        statement.executePrepared();
-    }
+    statement.execute(sql, parameters);
     std::vector<Column> columns;
     for (size_t i = 0; i < fields.size(); ++i) columns.push_back(statement.describe(static_cast<int>(i) + 2));
     std::vector<Variant> values;
@@ -189,7 +183,7 @@ bool PostgresRows::list(RowNumber& last, size_t count, std::vector<RowNumber>& r
 // them.
 bool PostgresRows::walk(RowNumber& last, size_t count, std::span<const size_t> fields, const Visit& visit) {
     const int64_t first = last == kBeforeAllRows ? 0 : blockOf(last);
-    if (last == kBeforeAllRows || first >= blocks_) blocks_ = blocks();
+    if (last == kBeforeAllRows) blocks_ = blocks();
     if (first >= blocks_) return false;
     // Of records that the server passes over itself more can be looked at in one go.
     constexpr int64_t kFirstBlocks = 8, kBlocksOfCondition = 400;
@@ -251,6 +245,7 @@ std::optional<std::vector<RowNumber>> PostgresRows::find(size_t field, const std
     std::vector<RowNumber> rows;
     run(indexed(connection_->dialect().written(info.name), info.type) + " = upper(" + quotedText(text) + ")",
         {}, {}, [&](RowNumber row, std::span<const Variant>) { rows.push_back(row); });
+    for (const auto& [row, now] : moved_) std::replace(rows.begin(), rows.end(), now, row);
     std::sort(rows.begin(), rows.end());
     return rows;
 }

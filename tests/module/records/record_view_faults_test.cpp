@@ -1,5 +1,6 @@
 // Tables that are odd, large or damaged under the eyes of a view.
 #include "module/records/key_index.h"
+#include "module/store/matching_records.h"
 #include "tests/module/records/trees.h"
 
 using norvane::RecordFilter;
@@ -56,6 +57,10 @@ TEST_P(RecordViewFaults, ATableOf255ColumnsWithLongTextsAndNoKeyIsShown) {
     view.setFilter(filter);
     workAll(view);
     EXPECT_EQ(view.shown(), 1) << "a word is found at the end of a long text";
+    filter.words = "X\xC3\x84\xC3\xA4 6";
+    view.setFilter(filter);
+    workAll(view);
+    EXPECT_EQ(view.shown(), 16) << "6, 16, 26, 36, 46, 56, 60 to 69 with letters of any alphabet in any case";
     filter.words.clear();
     filter.keys = std::make_shared<norvane::RecordKeys>(norvane::RecordKeys{"1"});
     view.setFilter(filter);
@@ -105,6 +110,26 @@ TEST_P(RecordViewFaults, FieldsThatHaveChangedAreReadAnew) {
     EXPECT_EQ(view.text(0, 1), "Oak");
 }
 
+TEST_P(RecordViewFaults, AnIndexOfManyEqualValuesAndNullsHasAllRecords) {
+    makeTreeTable(database_);
+    std::vector<Tree> trees;
+    for (int i = 0; i < 5000; ++i) {
+        Tree tree;
+        tree.id = "T" + std::to_string(i);
+        if (i % 2) tree.species = "oak";
+        tree.number = i;
+        trees.push_back(tree);
+    }
+    addTrees(database_, "TREES", trees);
+    database_.CreateIndex("TREES", {"SPECIES"});
+    RecordView view(database_, "TREES", "PT_ID");
+    for (bool descending : {false, true}) {
+        view.sortBy({kSpecies, descending});
+        workAll(view);
+        EXPECT_TRUE(keysOf(view) == keysOf(sorted(trees, kSpecies, descending))) << descending;
+    }
+}
+
 TEST_P(RecordViewFaults, AnEmptyTableHasNoRows) {
     makeTreeTable(database_);
     RecordView view(database_, "TREES", "PT_ID");
@@ -130,6 +155,12 @@ TEST_P(RecordViewFaults, ALargeTableDeservesAnIndexThatOthersCanUse) {
     RecordView view(database_, "TREES", "PT_ID");
     workAll(view);
     EXPECT_EQ(view.rowOf(std::string("T20000")), 20'000) << "in any case of letters";
+    int visited = 0;
+    EXPECT_FALSE(norvane::ForEachMatching(
+        database_, "TREES", nullptr, {"PT_ID"}, [&](std::span<const dao::Variant>) { ++visited; },
+        [] { return false; }));
+    EXPECT_GT(visited, 0);
+    EXPECT_LT(visited, 20'000) << "it was stopped";
     // Other programs have nothing to complain of, and records come and go as before.
     addTrees(database_, "TREES", {{"T20001", "Oak", 1.0, 20'001, ""}});
     database_.Execute("DELETE FROM TREES WHERE PT_ID = 'T5'");
@@ -213,6 +244,7 @@ TEST_F(ForeignTables, AnIndexThatTellsCapitalsFromOtherLettersIsNotUsed) {
     workAll(view);
     EXPECT_EQ(keysOf(view), (std::vector<std::string>{"A", "B", "B", "C"}));
     EXPECT_EQ(view.text(1, 0), "x") << "records of one value stay in the order of the table";
+    EXPECT_EQ(view.rowOf(std::string("B")), 1) << "the first of two";
     view.sortBy({0, false});
     workAll(view);
     EXPECT_EQ(view.shown(), 4) << "an index of some records is none of all";
@@ -231,6 +263,22 @@ TEST_F(ForeignTables, ValuesOfOtherTypesThanTheirColumnAreInOrderToo) {
     view.sortBy({1, false});
     workAll(view);
     EXPECT_EQ(keysOf(view), (std::vector<std::string>{"NULL", "REAL", "LESS", "BIG", "NONE", "TEXT"}));
+}
+
+TEST_F(ForeignTables, LongTextsAndDaysOfOldAreInOrder) {
+    make(
+        "CREATE TABLE T (PT_ID TEXT, NAME TEXT, SEEN DATETIME);"
+        "INSERT INTO T VALUES ('r', 'Quercus robur', '1899-12-28 18:00:00'), ('i', 'quercus ilex', "
+        "'1899-12-28 06:00:00'), ('p', 'QUERCUS PETRAEA', '1899-12-29 12:00:00'), ('q', 'Quercus', "
+        "'1899-12-30 01:00:00'), ('a', 'Quercus \xC3\xA4', '2004-05-31'), ('u', 'quercus \xC3\x84z', "
+        "'2004-05-31 00:00:01');");
+    RecordView view(database_, "T", "PT_ID");
+    view.sortBy({1, false});
+    workAll(view);
+    EXPECT_EQ(keysOf(view), (std::vector<std::string>{"Q", "I", "P", "R", "A", "U"}));
+    view.sortBy({2, false});
+    workAll(view);
+    EXPECT_EQ(keysOf(view), (std::vector<std::string>{"I", "R", "P", "Q", "A", "U"}));
 }
 
 }  // namespace

@@ -48,6 +48,26 @@ TEST_F(RecordViewServer, WhatOthersChangeIsFollowed) {
     view.noteChanged(view.id(4));
     EXPECT_EQ(view.text(4, 2), "#Deleted");
     EXPECT_EQ(view.text(5, 2), "note 6");
+    run("UPDATE survey.poles SET pt_id = 'P7' WHERE pt_id = 'P8'");
+    view.refresh();
+    workAll(view);
+    const auto rowOfNote = [&](const std::string& note) {
+        long row = 0;
+        while (row < view.shown() && view.text(row, 2) != note) ++row;
+        return row;
+    };
+    const long seventh = rowOfNote("note 7");
+    EXPECT_EQ(view.key(rowOfNote("note 8")), "P7");
+    run("UPDATE survey.poles SET note = 'note 7a' WHERE note = 'note 7'");
+    view.noteChanged(view.id(seventh));
+    EXPECT_EQ(view.text(seventh, 2), "note 7a") << "of two records of one key, the one that has moved";
+    run("DELETE FROM survey.poles WHERE note = 'note 7a'");
+    view.noteChanged(view.id(seventh));
+    EXPECT_EQ(view.text(seventh, 2), "#Deleted") << "the other one has a row of its own";
+    run("INSERT INTO survey.poles VALUES ('P7', 1, 'note 7b')");
+    view.noteChanged(view.id(seventh));
+    EXPECT_EQ(view.text(seventh, 2), "note 7b");
+    EXPECT_EQ(view.rowOf(std::string("P7")), std::min(seventh, rowOfNote("note 8")));
     run("INSERT INTO survey.poles SELECT 'Q' || i, 1, 'more' FROM generate_series(1, 20000) i");
     view.refresh();
     workAll(view);
