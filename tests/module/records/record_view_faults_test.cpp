@@ -1,6 +1,7 @@
 // Tables that are odd, large or damaged under the eyes of a view.
 #include "module/records/key_index.h"
 #include "module/store/matching_records.h"
+#include "platform/dao/jet/database.h"
 #include "tests/module/records/trees.h"
 
 using norvane::RecordFilter;
@@ -200,6 +201,31 @@ TEST(AccessIndexes, KeysThatNoIndexTakesLeaveTheTableAsItWas) {
     EXPECT_EQ(
         outputOf("mdb-schema --indexes '" + folder("keys.mdb") + "' mysql 2>/dev/null | grep -c 'ADD INDEX'"),
         "0\n");
+}
+
+TEST(AccessIndexes, ThoseOfSomeRecordsOrTheOtherWayRoundAreNotUsed) {
+    const ScratchFolder folder;
+    {
+        CDaoDatabase database;
+        database.Create(folder("trees.mdb"));
+        makeTreeTable(database);
+        addTrees(database, "TREES", someTrees(100));
+    }
+    {
+        jet::Database file(folder("trees.mdb"), {});
+        file.begin();
+        file.createIndex("TREES", {.name = "some", .columns = {{"SPECIES"}}, .ignoreNulls = true});
+        file.createIndex("TREES", {.name = "down", .columns = {{"NUMBER_OF", false}}});
+        file.commit();
+    }
+    CDaoDatabase database;
+    database.Open(folder("trees.mdb"));
+    RecordView view(database, "TREES", "PT_ID");
+    for (TreeField field : {kSpecies, kNumber}) {
+        view.sortBy({field, false});
+        workAll(view);
+        EXPECT_EQ(keysOf(view), keysOf(sorted(someTrees(100), field, false))) << field;
+    }
 }
 
 // Tables of other programs in an SQLite file.

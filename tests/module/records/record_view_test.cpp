@@ -348,7 +348,10 @@ TEST_P(RecordViewTest, ADeletedRecordIsNotedAndGoesWithARefresh) {
     EXPECT_TRUE(view.values(2).empty());
     EXPECT_TRUE(view.isThere(1) && view.isThere(3));
     EXPECT_TRUE(view.isOutdated());
+    database_.Execute("UPDATE " + table_ + " SET SPECIES = 'yew' WHERE PT_ID = '" + trees_[5].id + "'");
+    EXPECT_EQ(view.text(5, kSpecies), trees_[5].species.value_or("")) << "as it was read";
     view.refresh();
+    EXPECT_EQ(view.text(5, kSpecies), "yew");
     EXPECT_EQ(view.shown(), kTrees) << "rows stay until all are found anew";
     workAll(view);
     EXPECT_EQ(view.shown(), kTrees - 1);
