@@ -53,7 +53,7 @@ TEST_F(ImpliedSelectionTest, TheNextCommandTakesIt) {
 TEST_F(ImpliedSelectionTest, CommandsOfAProgramDoNotTakeWhatTheUserHasSelected) {
     host_.selection().set({currentDrawing().lastEntity()}, false);
     EXPECT_EQ(selected(), "1");
-    run("(command \"_.ERASE\" a \"\")");
+    host_.runLine("(command \"_.ERASE\" a \"\")");
     EXPECT_EQ(living(), "(0 1 1)");
     host_.selection().set({currentDrawing().lastEntity()}, false);
     host_.runLine("(setq first (ssget))");
@@ -94,6 +94,9 @@ TEST_F(ImpliedSelectionTest, ACommandThatChangesTheDrawingEmptiesIt) {
     select("a");
     host_.runLine("LIST");
     EXPECT_EQ(selected(), "1");
+    answer(Input::cancel());
+    host_.runLine("LINE");
+    EXPECT_EQ(selected(), "1") << "one that was ended before it has changed anything leaves it";
     run("(command \"_.POINT\" '(1.0 2.0 0.0))");
     EXPECT_EQ(selected(), "0");
     select("a");

@@ -24,7 +24,7 @@ class SelectTest : public ModuleTest {
         sqlite("template.mdb",
                "create table ZGEO_LINKS (GIS_NAME TEXT(255), TABLE_NAME TEXT(255)); insert into ZGEO_LINKS "
                "values "
-               "('TREE', 'TREES'), ('SHRUB', 'TREES')");
+               "('TREE', 'TREES'), ('SHRUB', 'TREES'), ('SIGNS', 'GONE')");
         lisp("(regapp \"ZGEO_GIS_2000\") (setq tmpl " + quoted("template.mdb") + " outp " +
              quoted("output.mdb") +
              ")"

@@ -217,6 +217,7 @@ class SelectOnServer : public SelectTest {
              "(point 23.0 \"TREE\" \"PT_ID\" \"A3\")");
         EXPECT_EQ(found("TREES", "SPECIES = 'oak'"), "(21 22)") << error();
         EXPECT_EQ(found("TREES", "SPECIES LIKE '*M' OR DBH < 25"), "(22 23)") << error();
+        EXPECT_EQ(found("TREES", "SPECIES <> 'elm' AND SPECIES NOT LIKE 'y*'"), "(21 22)") << error();
         EXPECT_EQ(found("TREES", ""), "(21 22 23)") << error();
         EXPECT_EQ(select({"TREES", "DBH > 30", ""}),
                   "3 records, 2 entities, 1 record without an entity; 2 entities are selected.");
