@@ -86,7 +86,7 @@ TEST_F(DrawingDictionaryTest, TextsOfAnyKindComeBackFromFiles) {
     while (words.size() < 10'000) words += "Gr\u00f6\u00dfe \u20ac\u6f22\U0001F333 ";
     const std::vector<std::pair<std::string, std::string>> kept = {
         {"Blanks", "  at both ends  "},
-        {"Escapes", "\\U+00E4 ^J ^M %41 %%u \\P {\\fArial;x}"},
+        {"Escapes", "\\U+00E4 \\U+6F22 ^J ^M %41 %%u \\P {\\fArial;x}"},
         {"Lines", "one\ntwo\r\nthree\n"},
         {"Every", every},
         {"Long \u00fc", words},
@@ -113,6 +113,18 @@ TEST_F(DrawingDictionaryTest, TextsOfAnyKindComeBackFromFiles) {
             for (const auto& [name, content] : kept) EXPECT_EQ(text(name), content) << file << " " << name;
         }
     }
+}
+
+// Later versions have to read it.
+TEST_F(DrawingDictionaryTest, StandsInGroupsThatProgramsLeaveAlone) {
+    texts_.write("a", " \\P^J 100% \n");
+    EXPECT_EQ(
+        run("(vl-remove-if '(lambda (g) (member (car g) '(-1 5 330))) " + record("a") + ")"),
+        "((0 . \"XRECORD\") (100 . \"AcDbXrecord\") (280 . 1) (90 . 1) (1 . \"%20%5CP%5EJ 100%25 %0A\"))");
+    texts_.write("a", std::string(450, 'x'));
+    EXPECT_EQ(run("(mapcar '(lambda (g) (strlen (cdr g))) (vl-remove-if-not '(lambda (g) (= (car g) 1)) " +
+                  record("a") + "))"),
+              "(200 200 50)");
 }
 
 TEST_F(DrawingDictionaryTest, WhatAnotherVersionHasWrittenIsLeftAlone) {
