@@ -26,10 +26,9 @@ namespace {
 constexpr const char* kLabels = "labels";
 constexpr const char* kColours = "colours";
 
-// What is another text when a database has changed: of a file when it was written last and its size, "" for
-// none. A server tells of no changes: those of this program count.
+// When a file was written last, and its size; "" for none, and for a source on a server, which tells of
+// nothing.
 std::string stampOf(const std::string& path) {
-    if (IsOdbcPath(path)) return std::to_string(dao::changesMade());
     std::error_code error;
     const std::filesystem::path file(path);
     const auto time = std::filesystem::last_write_time(file, error);
@@ -62,6 +61,11 @@ const char* const kStopped = "Stopped: they are not shown.";
 
 }  // namespace
 
+// The module may be unloaded while the drawing is open.
+ShownAnnotation::~ShownAnnotation() {
+    if (drawing_ == acdbCurDwg()->serial()) acdbCurDwg()->removeObserver(observer_);
+}
+
 ShownAnnotation& ShownAnnotation::OfDrawing() {
     static ShownAnnotation shown;
     shown.followDrawing();
@@ -78,7 +82,7 @@ void ShownAnnotation::followDrawing() {
     if (drawing_ == drawing.serial()) return;
     // The observer of another drawing is gone with it, and so is what was shown.
     drawing_ = drawing.serial();
-    drawing.addObserver([this](AcDbObjectId) { haveEntitiesChanged_ = true; });
+    observer_ = drawing.addObserver([this](AcDbObjectId) { haveEntitiesChanged_ = true; });
     haveEntitiesChanged_ = true;
     labels_.clear(), colours_.clear(), remarks_.clear();
 }
@@ -103,7 +107,8 @@ void ShownAnnotation::readLinks() {
 }
 
 ShownAnnotation::Basis ShownAnnotation::basisOf(const std::string& feature, std::string definition) const {
-    Basis basis{std::move(definition), 0, ""};
+    // What this program has changed may be in no file yet.
+    Basis basis{std::move(definition), 0, std::to_string(dao::changesMade()) + ";"};
     const auto links = links_.find(feature);
     if (links == links_.end()) return basis;
     basis.links = links->second.sum;

@@ -49,6 +49,7 @@ class ShownAnnotation {
     };
 
     ShownAnnotation() = default;
+    ~ShownAnnotation();
     ShownAnnotation(const ShownAnnotation&) = delete;
     ShownAnnotation& operator=(const ShownAnnotation&) = delete;
 
@@ -63,6 +64,7 @@ class ShownAnnotation {
     static void tell(const char* what, const std::string& feature, const Shown& now, const Shown& before);
 
     long drawing_ = 0;  // its serial
+    int observer_ = 0;
     bool haveEntitiesChanged_ = true;
     std::map<std::string, Links> links_;  // by feature
     Sets labels_, colours_;

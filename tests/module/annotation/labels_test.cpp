@@ -149,6 +149,43 @@ TEST_F(Labels, OfOtherVersionsAreKeptAndNotUsed) {
     EXPECT_NE(read("again.dxf").find("girth=12"), std::string::npos);
 }
 
+TEST_F(Labels, OfALaterVersionAreNotOverwritten) {
+    lisp("(gis:set-labels \"TREE\" \"SPECIES\")");
+    lisp("(command \"_.SAVEAS\" \"_R2000\" \"\" " + quoted("kept.dxf") + " \"_Y\")");
+    std::string drawing = read("kept.dxf");
+    const size_t version = drawing.rfind("\n 90\n", drawing.find("line=SPECIES"));
+    ASSERT_NE(version, std::string::npos);
+    const size_t digit = drawing.find('1', version + 5);
+    drawing[digit] = '7';
+    write("kept.dxf", drawing);
+    openDrawing(path("kept.dxf"));
+    EXPECT_NE(refresh().find("TREE"), std::string::npos) << "it is told";
+    EXPECT_EQ(labels(), "");
+    EXPECT_EQ(lisp("(gis:set-labels \"TREE\" \"AGE\")"), "nil");
+    EXPECT_NE(printed(), "");
+    lisp("(command \"_.SAVEAS\" \"_R2000\" \"\" " + quoted("again.dxf") + " \"_Y\")");
+    EXPECT_NE(read("again.dxf").find("line=SPECIES"), std::string::npos);
+}
+
+TEST_F(Labels, ComeBackFromAnotherProgram) {
+    makeLots();
+    lisp(
+        "(gis:set-labels \"TREE\" \"SPECIES & ' %^\\\\ ' & AGE\" 2.5) (gis:set-colours \"LOT\" \"OWNER\") "
+        "(gis:make-texts "
+        "\"TREE\")");
+    const std::string trees = labels(), lots = legend("LOT");
+    lisp("(command \"_.SAVEAS\" \"_R2004\" \"\" " + quoted("ours.dxf") + " \"_Y\")");
+    EXPECT_EQ(outputOf("/usr/bin/python3 -c \"import ezdxf; ezdxf.readfile('" + path("ours.dxf") +
+                       "').saveas('" + path("theirs.dxf") + "')\""),
+              "");
+    openDrawing(path("theirs.dxf"));
+    EXPECT_EQ(refresh(), "");
+    EXPECT_NE(trees, "");
+    EXPECT_EQ(labels(), trees);
+    EXPECT_EQ(legend("LOT"), lots);
+    EXPECT_EQ(lisp("(gis:update-texts)"), "0") << "the marks of texts name their entities still";
+}
+
 TEST_F(Labels, OfTenThousandCharactersAndOddOnesAreTaken) {
     const std::string text(10'000, 'x');
     sql("drop table TREE");
@@ -186,6 +223,16 @@ TEST_F(Colours, FollowTheValues) {
     EXPECT_EQ(lisp("(cdr (assoc 62 (entget (at 1.0))))"), "nil") << "entities stay as they are";
     EXPECT_EQ(lisp("(gis:set-colours \"TREE\")"), "0");
     EXPECT_EQ(overlay::colours("TREE"), nullptr);
+}
+
+TEST_F(Colours, WithoutRecordsHaveNoLegend) {
+    lisp("(gis:set-colours \"TREE\" \"SPECIES\")");
+    sql("drop table TREE");
+    EXPECT_EQ(refresh(), "\nThe colours of TREE: output.mdb has no table of TREE.\n");
+    EXPECT_EQ(overlay::colours("TREE"), nullptr);
+    makeTrees("SPECIES TEXT(50)");
+    EXPECT_EQ(refresh(), "");
+    EXPECT_EQ(legend(), "TREE: SPECIES|Fir 1|Oak 3|others 1");
 }
 
 // --- The dialogs -----------------------------------------------------------------------------------------
