@@ -198,6 +198,32 @@ TEST_F(Labels, OfTenThousandCharactersAndOddOnesAreTaken) {
     EXPECT_EQ(labels(), "1=" + text + ";2=a\nb\nc;3=%%d & [x];4=Fir;");
 }
 
+// A large table of an SQLite file is not read behind each command.
+TEST_F(Labels, OfLargeTablesWaitUntilSomebodyAsks) {
+    if (!haveSqlite3()) GTEST_SKIP() << "sqlite3 is not installed";
+    sqlite3(path("large.sqlite"),
+            "create table TREE (PT_ID TEXT, GIS_KEY TEXT, SPECIES TEXT); with recursive n(i) as (select 1 "
+            "union all "
+            "select i + 1 from n where i <= 200000) insert into TREE select i, 'TREE', 'Oak' || i from n");
+    lisp("(setq outp " + quoted("large.sqlite") +
+         ") (command \"_.ERASE\" \"_ALL\" \"\") (tree 1.0 \"7\") (tree 2.0 "
+         "\"200001\")");
+    EXPECT_EQ(lisp("(gis:set-labels \"TREE\" \"SPECIES\")"), "2");
+    EXPECT_EQ(labels(), "1=Oak7;2=Oak200001;");
+    sqlite3(path("large.sqlite"), "update TREE set SPECIES = 'Ash' where PT_ID = '7'");
+    EXPECT_EQ(
+        refresh(),
+        "\nRecords may have changed, and the labels of TREE are as they were. GIS-REFRESH brings them up "
+        "to date.\n");
+    EXPECT_EQ(refresh(), "") << "it has been said";
+    EXPECT_EQ(labels(), "1=Oak7;2=Oak200001;");
+    EXPECT_EQ(refresh("t"), "");
+    EXPECT_EQ(labels(), "1=Ash;2=Oak200001;");
+    lisp("(tree 3.0 \"8\")");
+    refresh();
+    EXPECT_EQ(labels(), "1=Ash;2=Oak200001;3=Oak8;") << "links are followed";
+}
+
 // Records of one key: that of the feature counts, wherever it stands in the table.
 TEST_F(Labels, AreOfTheRecordOfTheFeature) {
     sql("delete from TREE; insert into TREE values ('1','SHRUB','Box',1,1), ('1','TREE','Oak',1,1), "
