@@ -57,7 +57,7 @@ class Reading {
     long steps_ = 0;
 };
 
-const char* const kStopped = "Stopped: they are not shown.";
+const char* const kStopped = "Stopped: they are not shown until GIS-REFRESH.";
 
 }  // namespace
 
@@ -116,6 +116,12 @@ ShownAnnotation::Basis ShownAnnotation::basisOf(const std::string& feature, std:
     return basis;
 }
 
+bool ShownAnnotation::isOnServer(const std::string& feature) const {
+    const auto links = links_.find(feature);
+    return links != links_.end() &&
+           std::any_of(links->second.databases.begin(), links->second.databases.end(), IsOdbcPath);
+}
+
 bool ShownAnnotation::isDue(Sets& sets, const std::string& feature, const Basis& basis, const char* what,
                             bool all) const {
     const auto known = sets.find(feature);
@@ -123,7 +129,10 @@ bool ShownAnnotation::isDue(Sets& sets, const std::string& feature, const Basis&
     Shown& shown = known->second;
     if (shown.basis == basis) return false;
     const bool onlyRecords = shown.basis.definition == basis.definition && shown.basis.links == basis.links;
-    if (!onlyRecords || shown.records <= kMostRecordsBetweenCommands) return true;
+    if (!onlyRecords) return true;
+    // Nobody waits for a server that is away, or is asked to sign in, behind each command.
+    if (!shown.problems.empty() && isOnServer(feature)) return false;
+    if (shown.records <= kMostRecordsBetweenCommands) return true;
     shown.basis = basis;
     acutPrintf(
         "\nRecords may have changed, and the %s of %s are as they were. GIS-REFRESH brings them up to "

@@ -57,6 +57,7 @@ class ShownAnnotation {
     void followDrawing();
     void readLinks();
     Basis basisOf(const std::string& feature, std::string definition) const;
+    bool isOnServer(const std::string& feature) const;
     // Whether a set has to be made anew.
     bool isDue(Sets& sets, const std::string& feature, const Basis& basis, const char* what, bool all) const;
     static Shown showLabels(const std::string& feature, const FeatureLabels& labels);

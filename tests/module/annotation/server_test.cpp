@@ -55,6 +55,9 @@ TEST_F(LabelsOnServer, AServerThatIsGoneIsTold) {
     EXPECT_EQ(said.find("7319"), std::string::npos) << "no password is told";
     EXPECT_EQ(labels(), "");
     server().start();
+    EXPECT_EQ(lisp("(cf:gis_smart_prompting 19 outp 0 \"tree\" \"PT_ID\" \"9\" \"SPECIES\" \"Box\")"), "1.0");
+    EXPECT_EQ(refresh(), "");
+    EXPECT_EQ(labels(), "") << "it is not tried again behind each command";
     EXPECT_EQ(refresh("t"), "");
     EXPECT_EQ(labels(), "1=Oak;2=Fir;");
 }
