@@ -40,7 +40,7 @@ class Unlinker {
             linked.push_back(entity);
             links.push_back(link);
         }
-        records_ = RecordsOfLinks(links);
+        records_ = RecordsOfLinks(links, &nowhere_);
         for (const EntityName& one : linked) (EraseGisLink(one.name) == RTNORM ? taken_ : refused_) += 1;
         if (!records_.empty()) dealWithRecords();
     }
@@ -58,6 +58,8 @@ class Unlinker {
                     ", since other entities lead to " + (shared_ == 1 ? "it." : "them.");
         if (!erased_.missing.empty())
             text += " " + counted(erased_.missing.size(), "record was", "records were") + " not there.";
+        if (nowhere_ > 0)
+            text += " " + counted(nowhere_, "link", "links") + " led to no table that is there.";
         if (withoutLink_ > 0)
             text += " Passed over: " + counted(withoutLink_, "entity", "entities") + " without a link.";
         if (refused_ > 0)
@@ -88,7 +90,7 @@ class Unlinker {
 
     std::vector<RecordName> records_;
     ErasedRecords erased_;
-    size_t taken_ = 0, refused_ = 0, withoutLink_ = 0;
+    size_t taken_ = 0, refused_ = 0, withoutLink_ = 0, nowhere_ = 0;
     size_t shared_ = 0, stay_ = 0;  // records
 };
 

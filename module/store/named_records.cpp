@@ -159,16 +159,22 @@ bool RecordNames::contains(const RecordName& record) const {
     return names_.contains(comparable(record));
 }
 
-std::vector<RecordName> RecordsOfLinks(const std::vector<const LinkedEntity*>& links) {
+std::vector<RecordName> RecordsOfLinks(const std::vector<const LinkedEntity*>& links,
+                                       size_t* leadingNowhere) {
     std::vector<RecordName> records;
+    size_t nowhere = 0;
     RecordNames known;
     TablesOfLinks tables;
     for (const LinkedEntity* link : links) {
-        if (link->isBrokenOff || link->keyField.empty() || link->keyValue.empty()) continue;
-        RecordName record{link->outputPath, tables.find(*link), link->keyField, link->keyValue,
+        const bool isWhole = !link->isBrokenOff && !link->keyField.empty() && !link->keyValue.empty();
+        RecordName record{link->outputPath, isWhole ? tables.find(*link) : "", link->keyField, link->keyValue,
                           link->feature};
-        if (!record.table.empty() && known.add(record)) records.push_back(std::move(record));
+        if (record.table.empty())
+            ++nowhere;
+        else if (known.add(record))
+            records.push_back(std::move(record));
     }
+    if (leadingNowhere) *leadingNowhere = nowhere;
     return records;
 }
 

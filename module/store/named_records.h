@@ -28,8 +28,9 @@ class RecordNames {
 };
 
 // The records that links lead to, each once, whether they are there or not. Reads each template and output
-// once; a link that is broken off, or whose output has no table for it, gives none.
-std::vector<RecordName> RecordsOfLinks(const std::vector<const LinkedEntity*>& links);
+// once; a link that is broken off, or whose output has no table for it, gives none and is counted.
+std::vector<RecordName> RecordsOfLinks(const std::vector<const LinkedEntity*>& links,
+                                       size_t* leadingNowhere = nullptr);
 // The links that lead to any of the records, each once; good until the drawing changes.
 std::vector<const LinkedEntity*> LinksToRecords(const std::vector<RecordName>& records);
 // Whether there is such a record. What an engine refuses has been shown in a box, and counts as none.

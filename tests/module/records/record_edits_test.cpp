@@ -142,6 +142,13 @@ TEST_P(EditsOfFile, ARowIsWrittenWhenItIsLeftAndTakenBack) {
     EXPECT_EQ(type("HEIGHT", "1"), "");
     ASSERT_TRUE(edits_->write().isWritten());
     EXPECT_EQ(edits_->undoable(), 3U);
+    // An equation whose attributes stay as they are says nothing.
+    others("3", "VOLUME", 99.0);
+    begin("3");
+    EXPECT_EQ(type("NOTE", "third"), "");
+    ASSERT_TRUE(edits_->write().isWritten());
+    EXPECT_EQ(stored("3", "VOLUME"), "99");
+    EXPECT_TRUE(edits_->undo().isWritten());
     EXPECT_TRUE(edits_->undo().isWritten());
     EXPECT_EQ(tree("2"), second);
     EXPECT_TRUE(edits_->undo().isWritten());
