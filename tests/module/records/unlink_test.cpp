@@ -215,6 +215,7 @@ TEST_F(UnlinkTest, ManyRowsAreErasedInOnePass) {
     EXPECT_TRUE(shown("50 records, no entity linked to them."));
     EXPECT_EQ(sql("select count(*), min(PT_ID) from TREE where DBH > 6 and DBH < 10"), "13|100\n")
         << "and their doubles";
+    EXPECT_EQ(sql("select count(*) from TREE where PT_ID = '140' and X > 0.10000000005"), "1\n");
     // Stopped on the way, nothing is erased.
     rows.clear();
     for (int i = 150; i < 160; ++i) rows.push_back(row(std::to_string(i), "TREE", same));
