@@ -123,7 +123,7 @@ void MainWindow::makePanels() {
     resizeDocks({commands}, {std::min(180, height() / 4)}, Qt::Vertical);
     resizeDocks({entities, details}, {260, 400}, Qt::Vertical);
     resizeDocks({entities, details}, {side, side}, Qt::Horizontal);
-    modulePanels_ = new PanelDocks(*this);
+    modulePanels_ = new PanelDocks(*this, *commands);
     modulePanels_->onAction = [this](const std::function<void()>& action) { runAction(action); };
     modulePanels_->onLeave = [this] { panel_->focusLine(); };
 }

@@ -72,6 +72,7 @@ class Ground : public QWidget {
         view_.setResting(false);
         cover_->hide();
         view_.setGeometry(rect());
+        hasBeenLaidOut_ = true;
     }
 
   protected:
@@ -171,7 +172,8 @@ class PanelDock : public QDockWidget {
 
 // --- All of them -------------------------------------------------------------------------------------------
 
-PanelDocks::PanelDocks(QMainWindow& window) : QObject(&window), window_(window) {
+PanelDocks::PanelDocks(QMainWindow& window, QDockWidget& commands)
+    : QObject(&window), window_(window), commands_(commands) {
     for (QTimer* timer : {&telling_, &working_, &acting_}) timer->setSingleShot(true);
     connect(&telling_, &QTimer::timeout, this, [this] { tell(); });
     connect(&working_, &QTimer::timeout, this, [this] { work(); });
@@ -184,21 +186,34 @@ PanelDock* PanelDocks::dockOf(const ui::Panel& panel) const {
     return found == docks_.end() ? nullptr : *found;
 }
 
-// The dock of a number, where it stood in an earlier run of the program; at first beside the command line.
+// The dock of a number, where it stood in an earlier run of the program; at first above the command line.
 PanelDock& PanelDocks::dockFor(int resource) {
     for (PanelDock* dock : docks_)
         if (!dock->panel() && dock->objectName() == PanelDock::nameOf(resource)) return *dock;
     auto* made = new PanelDock(*this, resource);
     docks_.push_back(made);
-    if (!window_.restoreDockWidget(made)) window_.addDockWidget(Qt::BottomDockWidgetArea, made);
+    if (window_.restoreDockWidget(made)) return *made;
+    window_.addDockWidget(Qt::BottomDockWidgetArea, made);
+    if (!commands_.isFloating() && window_.dockWidgetArea(&commands_) == Qt::BottomDockWidgetArea)
+        window_.splitDockWidget(made, &commands_, Qt::Vertical);
+    hasNewDock_ = true;
     return *made;
+}
+
+// The height that a new panel wishes for, as long as the picture keeps the most of the window.
+void PanelDocks::giveHeight(PanelDock& dock, int height) {
+    const int room = window_.height() / 2, rest = room / 3;
+    window_.resizeDocks({&dock, &commands_},
+                        {std::min(height, room - rest), std::min(commands_.height(), rest)}, Qt::Vertical);
 }
 
 void PanelDocks::add(ui::Panel& panel, ui::DialogWindow& view) {
     PanelDock& dock = dockFor(panel.resource());
+    const int wished = view.height();
     dock.take(panel, view);
     if (isResting()) dock.rest();
     dock.show();
+    if (std::exchange(hasNewDock_, false)) giveHeight(dock, wished);
     if (!isResting()) dock.goOn();
     note({true, true, true});
 }

@@ -10,6 +10,7 @@
 
 #include "platform/ui/qt/panel_area.h"
 
+class QDockWidget;
 class QMainWindow;
 
 namespace hostcad {
@@ -18,7 +19,8 @@ class PanelDock;
 
 class PanelDocks : public QObject, public ui::PanelArea {
   public:
-    explicit PanelDocks(QMainWindow& window);
+    // A panel that has no place yet comes above that dock.
+    PanelDocks(QMainWindow& window, QDockWidget& commands);
 
     // Runs an action of a panel as a command of its own, now.
     std::function<void(const std::function<void()>&)> onAction;
@@ -57,6 +59,7 @@ class PanelDocks : public QObject, public ui::PanelArea {
 
     PanelDock* dockOf(const ui::Panel& panel) const;
     PanelDock& dockFor(int resource);
+    void giveHeight(PanelDock& dock, int height);
     void beginRest();
     void endRest();
     void tell();
@@ -65,7 +68,9 @@ class PanelDocks : public QObject, public ui::PanelArea {
     bool isResting() const { return rests_ > 0; }
 
     QMainWindow& window_;
+    QDockWidget& commands_;
     std::vector<PanelDock*> docks_;  // the window's
+    bool hasNewDock_ = false;  // that has no height yet
     int rests_ = 0;
     ui::WindowChange change_;
     const ui::Panel* entered_ = nullptr;  // gets the keyboard when the command has ended

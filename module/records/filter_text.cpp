@@ -101,7 +101,12 @@ std::vector<std::string> FilterOffers(const std::string& text, const std::vector
             if (std::string literal = LiteralOf(value); !literal.empty()) goOn.push_back(std::move(literal));
     goOn.insert(goOn.end(), offers.texts.begin(), offers.texts.end());
     if (goOn.size() > kMostOffers) goOn.resize(kMostOffers);
-    for (std::string& one : goOn) one = text.substr(0, offers.begin) + one;
+    std::string before = text.substr(0, offers.begin);
+    // What follows a piece that is whole stands apart from it.
+    if (offers.begin == text.size() && !text.empty() &&
+        std::string_view(" (,").find(text.back()) == std::string_view::npos)
+        before += ' ';
+    for (std::string& one : goOn) one = before + one;
     return goOn;
 }
 

@@ -96,10 +96,10 @@ void RecordsPanel::placeControls() {
     using namespace ui;
     setLayout(column({row({item(kTable - 1), item(kTable), item(kFilter - 1), item(kFilter, 1),
                            item(kChoice - 1), item(kChoice)}),
-                      item(kFault), item(kGrid, 1),
-                      row({item(kCount), item(kState, 1), item(kZoom), item(kMode), item(kSelectShown),
-                           item(kNew), item(kErase), item(kCopy), item(kSave)})}));
-    setSize({900, 260});
+                      row({item(kFault, 1)}), item(kGrid, 1), row({item(kCount), item(kState, 1)}),
+                      row({item(kZoom), item(kMode), item(kSelectShown), spring(), item(kNew), item(kErase),
+                           item(kCopy), item(kSave)})}));
+    setSize({900, 300});
 }
 
 void RecordsPanel::explainControls() {
@@ -508,7 +508,10 @@ bool RecordsPanel::onGridKey(const ui::Key& key) {
         // As in any table, on to the row below.
         grid().setEditing(false);
         const ui::CellPosition at = grid().active();
-        if (at.row < grid().rows()) userActivate(grid(), {at.column, at.row + 1});
+        if (at.row < grid().rows())
+            userActivate(grid(), {at.column, at.row + 1});
+        else
+            writeRow();
     } else {
         return false;
     }

@@ -286,6 +286,7 @@ class DropDownWidget : public Shown<DropDown, QComboBox> {
             completer_->popup()->hide();
         else
             completer_->complete();
+        completer_->popup()->setCurrentIndex({});
     }
     void show() override {
         QStringList items;

@@ -7,6 +7,7 @@
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QMainWindow>
 #include <QMenuBar>
 #include <QMimeData>
@@ -191,7 +192,11 @@ void DialogWindow::place(QBoxLayout& into, const Layout& part) {
             into.addStretch(part.stretch);
             break;
         case Layout::Kind::Item:
-            if (QWidget* widget = placedOf(part.control)) into.addWidget(widget, part.stretch);
+            if (QWidget* widget = placedOf(part.control)) {
+                into.addWidget(widget, part.stretch);
+                // A message does not make a panel wider than its place is.
+                if (panel_ && part.stretch > 0 && qobject_cast<QLabel*>(widget)) widget->setMinimumWidth(1);
+            }
             break;
         case Layout::Kind::Group: {
             QWidget* box = widgetOf(part.control);
