@@ -13,6 +13,7 @@
 #include <QMimeData>
 #include <QScreen>
 #include <QScrollArea>
+#include <QTableView>
 #include <QTimer>
 #include <QUrl>
 #include <algorithm>
@@ -46,6 +47,12 @@ bool isEditing(const QKeyEvent& key) {
                                     Qt::Key_Down, Qt::Key_Left,   Qt::Key_Right};
     return !(key.modifiers() & Qt::ShiftModifier) &&
            std::find(std::begin(kWithControl), std::end(kWithControl), key.key()) != std::end(kWithControl);
+}
+
+// A message does not make a panel wider than its place is, and a grid makes do with a few rows.
+void makeYielding(QWidget& widget) {
+    if (qobject_cast<QLabel*>(&widget)) widget.setMinimumWidth(1);
+    if (qobject_cast<QTableView*>(&widget)) widget.setMinimumHeight(widget.minimumHeight() / 2);
 }
 
 // As large as what stands on it, where there is room.
@@ -194,8 +201,7 @@ void DialogWindow::place(QBoxLayout& into, const Layout& part) {
         case Layout::Kind::Item:
             if (QWidget* widget = placedOf(part.control)) {
                 into.addWidget(widget, part.stretch);
-                // A message does not make a panel wider than its place is.
-                if (panel_ && part.stretch > 0 && qobject_cast<QLabel*>(widget)) widget->setMinimumWidth(1);
+                if (panel_ && part.stretch > 0) makeYielding(*widget);
             }
             break;
         case Layout::Kind::Group: {
