@@ -102,10 +102,10 @@ uint64_t TakenCells::bits(int word, int from, int to) {
 bool TakenCells::isFree(const LabelBox& box, const QRectF& bounds) const {
     // Where labels are close to each other, the middle says it all.
     const int middle = columnOf(box.x);
-    if (taken_[static_cast<size_t>(rowOf(box.y) * words_ + middle / kWord)] >> (middle % kWord) & 1)
-        return false;
-    return visitRows(box, bounds, [&](int row, int from, int to) {
-        const uint64_t* words = taken_.data() + static_cast<ptrdiff_t>(row) * words_;
+    const uint64_t* row = taken_.data() + static_cast<ptrdiff_t>(rowOf(box.y)) * words_;
+    if (row[middle / kWord] >> (middle % kWord) & 1) return false;
+    return visitRows(box, bounds, [&](int at, int from, int to) {
+        const uint64_t* words = taken_.data() + static_cast<ptrdiff_t>(at) * words_;
         for (int word = from / kWord; word <= to / kWord; ++word)
             if (words[word] & bits(word, from, to)) return false;
         return true;
