@@ -237,7 +237,7 @@ std::string SearchWriter::folded(const CDaoFieldInfo& field, const OtherLetters&
     // What the server itself makes of case depends on where it runs.
     const std::string text =
         field.type == dbGUID ? "CAST(" + bracketed(field) + " AS varchar)" : bracketed(field);
-    const std::string english = "upper(" + text + " COLLATE \"C\")";
+    std::string english = "upper(" + text + " COLLATE \"C\")";
     if (letters.large.empty()) return english;
     return "translate(" + english + ", " + dao::quotedText(letters.small) + ", " +
            dao::quotedText(letters.large) + ")";

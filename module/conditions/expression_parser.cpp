@@ -29,16 +29,16 @@ dao::Variant variantOf(const Literal& literal) {
 }  // namespace
 
 ExpressionNode ExpressionParser::sum() {
-    ExpressionNode first = term();
     ExpressionNode node{ExpressionNode::Kind::kSum};
+    node.parts.push_back(term());
     for (;;) {
         const bool adds = tokens_.takeSign("+");
         if (!adds && !tokens_.takeSign("&")) break;
-        if (node.parts.empty()) node.parts.push_back(std::move(first));
         node.adds.push_back(adds);
         node.parts.push_back(term());
     }
-    return node.parts.empty() ? std::move(first) : std::move(node);
+    if (node.parts.size() == 1) return std::move(node.parts.front());
+    return node;
 }
 
 ExpressionNode ExpressionParser::term() {
