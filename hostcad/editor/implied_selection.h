@@ -20,8 +20,12 @@ class ImpliedSelection {
     void set(std::vector<ObjectId> members, bool isByProgram);
     void clear() { set({}, false); }
 
-    // The next prompt may take it from now on, or no longer.
-    void offer() { isOffered_ = true; }
+    // The next prompt may take it from now on, or no longer. Whoever has made it, it now counts as the
+    // user's: a program that begins has not made it for its commands.
+    void offer() {
+        isOffered_ = true;
+        isByProgram_ = false;
+    }
     void withdraw() { isOffered_ = false; }
     // What answers a prompt that is asked now, in turn: for one that takes objects all of them and Enter, for
     // one that takes an entity the only one. Nothing for any other prompt. The offer is used up.

@@ -96,7 +96,8 @@ int acedSSDel(const ads_name entity, const ads_name set);
 int acedSSMemb(const ads_name entity, const ads_name set);
 
 // What is selected before a command begins: by the user in the window, or by a program. The next command that
-// asks for objects takes it as its answer, and so does acedSSGet with the mode "I". A command that has
+// asks for objects takes it as its answer, and acedSSGet gives it with the mode "I". A command that a program
+// runs takes what the program has selected itself, and no other selection. A command that has
 // changed the drawing, Escape and another drawing empty it.
 
 // Makes the members of a set the selection, and lets the window show them; null, or a set without members,

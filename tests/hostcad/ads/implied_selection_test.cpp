@@ -55,6 +55,10 @@ TEST_F(ImpliedSelectionTest, CommandsOfAProgramDoNotTakeWhatTheUserHasSelected) 
     EXPECT_EQ(selected(), "1");
     host_.runLine("(command \"_.ERASE\" a \"\")");
     EXPECT_EQ(living(), "(0 1 1)");
+    // Nor what another program has selected before.
+    select("c");
+    host_.runLine("(command \"_.ERASE\" b \"\")");
+    EXPECT_EQ(living(), "(0 0 1)");
     host_.selection().set({currentDrawing().lastEntity()}, false);
     host_.runLine("(setq first (ssget))");
     EXPECT_EQ(run("(sslength first)"), "1") << "a prompt of its own does";
