@@ -22,22 +22,20 @@ namespace {
 constexpr const char* kTitle = "Erase records";
 constexpr const char* kErasing = "Erasing records";
 
-std::optional<size_t> placeOf(const std::vector<CDaoFieldInfo>& fields, const std::string& name) {
-    for (size_t i = 0; i < fields.size(); ++i)
-        if (text::equalNoCase(fields[i].name, name)) return i;
-    return std::nullopt;
-}
-
 // Erases rows of an open table, within a transaction of the caller's.
 class RowEraser {
   public:
     RowEraser(CDaoDatabase& database, const RowsToErase& wanted)
-        : database_(database), wanted_(wanted), fields_(FieldsOfTable(database, wanted.table)) {}
+        : database_(database), wanted_(wanted), fields_(FieldsOfTable(database, wanted.table)) {
+        for (const RecordValues& row : wanted.rows)
+            if (row.size() != fields_.size())
+                throw CDaoException("The columns of " + wanted.table + " have changed: open it anew.");
+    }
 
     // The names by which links know these rows; a row without a key has none.
     std::vector<RecordName> names(const std::vector<const RecordValues*>& rows) const {
-        const std::optional<size_t> key = placeOf(fields_, wanted_.keyField),
-                                    feature = placeOf(fields_, "GIS_KEY");
+        const std::optional<size_t> key = PlaceOfField(fields_, wanted_.keyField),
+                                    feature = PlaceOfField(fields_, "GIS_KEY");
         std::vector<RecordName> names;
         for (const RecordValues* row : rows) {
             const std::string value = key ? dao::toText((*row)[*key]) : "";
@@ -104,25 +102,28 @@ std::string recordsText(size_t count) {
     return text::counted(static_cast<long>(count), "record", "records");
 }
 
-int askToErase(size_t records, size_t links) {
+enum class Erasing { kNothing, kWithLinks, kLinksStay };
+
+Erasing askToErase(size_t records, size_t links) {
     ui::OwnQuestion question;
     question.title = kTitle;
     question.text = recordsText(records);
-    question.defaultAnswer = ui::kCancel;
     question.loses = true;
     if (links == 0) {
         question.text += ", no entity linked to " + std::string(records == 1 ? "it" : "them");
-        question.flags = ui::kBoxAlert | ui::kBoxOkCancel;
     } else {
         question.text += ", " + text::counted(static_cast<long>(links), "entity", "entities") +
                          " linked to " + (records == 1 ? "it" : "them");
         question.flags = ui::kBoxAlert | ui::kBoxYesNoCancel;
+        question.defaultAnswer = ui::kCancel;
         question.yes = "Erase, links &too";
         question.no = "Erase, links &stay";
     }
     question.text += ".\nDo you want to erase " + std::string(records == 1 ? "it" : "them") +
                      "? Undo does not bring records back.";
-    return ui::ask(question);
+    const int answer = ui::ask(question);
+    if (answer == ui::kYes) return Erasing::kWithLinks;
+    return answer == ui::kNo && links > 0 ? Erasing::kLinksStay : Erasing::kNothing;
 }
 
 size_t takeLinksOff(const std::vector<const LinkedEntity*>& links) {
@@ -164,8 +165,8 @@ EraseReport EraseRows(CDaoDatabase& database, const RowsToErase& rows) {
         RowEraser eraser(database, rows);
         std::vector<const RecordValues*> all;
         for (const RecordValues& row : rows.rows) all.push_back(&row);
-        const int answer = askToErase(all.size(), LinksToRecords(eraser.names(all)).size());
-        if (answer == ui::kCancel) return report;
+        const Erasing erasing = askToErase(all.size(), LinksToRecords(eraser.names(all)).size());
+        if (erasing == Erasing::kNothing) return report;
         if (!InTransaction(database, [&] { return eraser.run(); })) {
             report.message = "Stopped: nothing is erased.";
             return report;
@@ -174,7 +175,7 @@ EraseReport EraseRows(CDaoDatabase& database, const RowsToErase& rows) {
         report.kept = all.size() - report.records;
         const std::vector<const LinkedEntity*> links = LinksToRecords(eraser.names(eraser.erased()));
         report.linksLeft = links.size();
-        if (answer == ui::kYes) report.links = takeLinksOff(links);
+        if (erasing == Erasing::kWithLinks) report.links = takeLinksOff(links);
         if (report.links > 0) SetLispString("link-loss-told$", "yes");
         report.linksLeft -= report.links;
         report.message = messageOf(report);

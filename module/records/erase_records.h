@@ -27,9 +27,9 @@ struct EraseReport {
 };
 
 // Erases rows, after a question that counts them and the entities linked to them. "Yes" takes the links off,
-// "No" leaves them; without an answer nothing is erased. A row that has been changed since it was read stays.
-// Either all that can be is erased, or nothing. Prints nothing. The drawing changes where links are taken
-// off: the caller makes a step of undo of it.
+// "No" leaves them, where there are any; without an answer nothing is erased. A row that has been changed
+// since it was read stays. Either all that can be is erased, or nothing. Prints nothing. The drawing changes
+// where links are taken off: the caller makes a step of undo of it.
 EraseReport EraseRows(CDaoDatabase& database, const RowsToErase& rows);
 
 // Erases records by their names, with a progress that can be stopped.

@@ -1,10 +1,9 @@
 #include "module/records/record_edits.h"
 
-#include <algorithm>
+#include <optional>
 #include <utility>
 
 #include "module/store/database.h"
-#include "platform/text/text.h"
 
 namespace norvane {
 
@@ -24,10 +23,8 @@ RecordEdits::RecordEdits(CDaoDatabase& database, const std::string& table, const
       rules_(fields_, templatePath, keyFields) {}
 
 int RecordEdits::fieldNamed(const std::string& name) const {
-    const auto found = std::find_if(fields_.begin(), fields_.end(), [&](const CDaoFieldInfo& field) {
-        return text::equalNoCase(field.name, name);
-    });
-    return found == fields_.end() ? -1 : static_cast<int>(found - fields_.begin());
+    const std::optional<size_t> place = PlaceOfField(fields_, name);
+    return place ? static_cast<int>(*place) : -1;
 }
 
 void RecordEdits::begin(RecordValues record) {

@@ -1,7 +1,6 @@
 #include "module/records/record_rules.h"
 
 #include <algorithm>
-#include <cmath>
 #include <optional>
 
 #include "module/prompting/special_codes.h"
@@ -108,7 +107,7 @@ bool RecordRules::isLocked(const RecordValues& record, size_t field) const {
 
 ui::CellType RecordRules::cell(const RecordValues& record, size_t field) const {
     if (isLocked(record, field)) return ui::CellType::fixed();
-    const ui::CellType ofColumn = CellTypeOf(columns_[field]);
+    ui::CellType ofColumn = CellTypeOf(columns_[field]);
     const PromptRow* known = row(record, field);
     if (!known || columns_[field].value == CellValue::kYesNo) return ofColumn;
     switch (DecideCell(*known).cell) {
@@ -170,11 +169,7 @@ void RecordRules::addEquations(const RecordValues& record, const std::vector<Pro
     std::vector<std::optional<size_t>> places;  // of the field of each row
     std::vector<std::string> texts;
     for (const PromptRow& row : rows) {
-        const auto field = std::find_if(fields_.begin(), fields_.end(), [&](const CDaoFieldInfo& info) {
-            return text::equalNoCase(info.name, row.name);
-        });
-        places.push_back(field == fields_.end() ? std::nullopt
-                                                : std::optional<size_t>(field - fields_.begin()));
+        places.push_back(PlaceOfField(fields_, row.name));
         if (!places.back())
             texts.emplace_back();
         else if (const auto typed = taken.find(*places.back()); typed != taken.end())

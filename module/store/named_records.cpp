@@ -42,9 +42,10 @@ class TablesOfLinks {
   private:
     const std::vector<std::string>& tablesOf(const std::string& output) {
         const auto [known, isNew] = outputs_.try_emplace(text::upper(files::native(output)));
+        std::vector<std::string>& tables = known->second;
         if (isNew && IsOutputThere(output))
-            WithDatabase(output, [&](const CDaoDatabase& database) { known->second = UserTables(database); });
-        return known->second;
+            WithDatabase(output, [&](const CDaoDatabase& database) { tables = UserTables(database); });
+        return tables;
     }
 
     std::map<std::pair<std::string, std::string>, std::string> told_;  // by template and feature
@@ -211,7 +212,8 @@ ErasedRecords EraseRecords(const std::vector<RecordName>& records, const std::fu
     std::map<std::string, std::vector<const RecordName*>> byOutput;
     for (const RecordName& record : records)
         byOutput[text::upper(files::native(record.output))].push_back(&record);
-    for (const auto& [output, those] : byOutput) {
+    for (const auto& output : byOutput) {
+        const std::vector<const RecordName*>& those = output.second;
         ErasedRecords erased;
         const auto erase = [&](CDaoDatabase& database) {
             all.isStopped =

@@ -24,12 +24,6 @@ bool canStandInStatement(const CDaoFieldInfo& field) {
     return field.name.find_first_of("[]") == std::string::npos;
 }
 
-std::optional<size_t> placeOf(const std::vector<CDaoFieldInfo>& fields, const char* name) {
-    for (size_t i = 0; i < fields.size(); ++i)
-        if (text::equalNoCase(fields[i].name, name)) return i;
-    return std::nullopt;
-}
-
 bool hasText(const RecordValues& values, std::optional<size_t> place) {
     return place && values[*place].is<std::string>() && !values[*place].get<std::string>().empty();
 }
@@ -54,6 +48,12 @@ std::vector<CDaoFieldInfo> FieldsOfTable(CDaoDatabase& database, const std::stri
     return fields;
 }
 
+std::optional<size_t> PlaceOfField(const std::vector<CDaoFieldInfo>& fields, const std::string& name) {
+    for (size_t i = 0; i < fields.size(); ++i)
+        if (text::equalNoCase(fields[i].name, name)) return i;
+    return std::nullopt;
+}
+
 StoredRecord::StoredRecord(CDaoDatabase& database, const std::string& table,
                            const std::vector<CDaoFieldInfo>& fields, const RecordValues& known)
     : database_(database),
@@ -61,8 +61,8 @@ StoredRecord::StoredRecord(CDaoDatabase& database, const std::string& table,
       fields_(fields),
       known_(known),
       onServer_(database.GetConnect().onServer()),
-      pointId_(placeOf(fields, kPointId)),
-      gisKey_(placeOf(fields, kGisKey)),
+      pointId_(PlaceOfField(fields, kPointId)),
+      gisKey_(PlaceOfField(fields, kGisKey)),
       records_(&database) {
     if (known_.size() != fields_.size())
         throw CDaoException("The columns of " + table + " have changed: open it anew.");

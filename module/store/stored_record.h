@@ -15,6 +15,8 @@ using RecordValues = std::vector<dao::Variant>;
 
 // The fields of a table, in its order.
 std::vector<CDaoFieldInfo> FieldsOfTable(CDaoDatabase& database, const std::string& table);
+// The place of a field of that name, in any case of letters; nothing for none.
+std::optional<size_t> PlaceOfField(const std::vector<CDaoFieldInfo>& fields, const std::string& name);
 
 // Nobody else changes the record before the transaction of the caller's ends, which has to be under way: in a
 // file that has one writer anyway, on a server by a lock of the record. The record is looked for by PT_ID and

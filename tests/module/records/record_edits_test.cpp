@@ -563,7 +563,7 @@ TEST_F(TwoUsersOfServer, RowsAreErasedUnlessOthersHaveChangedThem) {
     for (const char* key : {"1", "2", "3"})
         rows.rows.push_back(readRecord(database, "survey.trees", std::string("PT_ID = '") + key + "'"));
     server().answer("UPDATE survey.trees SET note = 'theirs' WHERE pt_id = '2'");
-    ui_.answerQuestion("Erase records", "OK");
+    ui_.answerQuestion("Erase records", "Yes");
     EXPECT_EQ(norvane::EraseRows(database, rows).message,
               "2 records erased. 1 record stays: somebody has changed or erased it meanwhile.");
     EXPECT_EQ(server().answer("SELECT pt_id, note FROM survey.trees"), "2|theirs\n");

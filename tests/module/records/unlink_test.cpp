@@ -209,7 +209,7 @@ TEST_F(UnlinkTest, ManyRowsAreErasedInOnePass) {
     std::vector<RecordValues> rows;
     for (int i = 100; i < 150; ++i) rows.push_back(row(std::to_string(i), "TREE", same));
     database_.Execute("UPDATE TREE SET DBH = 9 WHERE PT_ID = '149'");
-    ui_.answerQuestion("Erase records", "OK");
+    ui_.answerQuestion("Erase records", "Yes");
     EXPECT_EQ(erase(rows).message,
               "49 records erased. 1 record stays: somebody has changed or erased it meanwhile.");
     EXPECT_TRUE(shown("50 records, no entity linked to them."));
@@ -220,7 +220,7 @@ TEST_F(UnlinkTest, ManyRowsAreErasedInOnePass) {
     rows.clear();
     for (int i = 150; i < 160; ++i) rows.push_back(row(std::to_string(i), "TREE", same));
     answer(1000, {show(), show(), click("Cancel")});
-    ui_.answerQuestion("Erase records", "OK");
+    ui_.answerQuestion("Erase records", "Yes");
     EXPECT_EQ(erase(rows).message, "Stopped: nothing is erased.");
     EXPECT_EQ(sql("select count(*) from TREE where DBH = 7"), "11\n");
 }
