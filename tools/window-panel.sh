@@ -75,7 +75,6 @@ picture 03-offers
 press Down Return
 type_text " > 40"
 pause 1
-press Escape
 press Return
 pause 1
 picture 04-filtered
@@ -89,7 +88,7 @@ picture 06-zoomed
 # A value is changed, and its row written when it is left.
 press shift+Tab
 press Home Right Right Right Right
-row=$(jet output.mdb "SELECT PT_ID FROM TREE WHERE SPECIES = 'RED MAPLE' AND DBH > 40" | head -n 1)
+row=$(jet output.mdb "SELECT PT_ID FROM TREE WHERE SPECIES = 'RED MAPLE' AND DBH > 40" | sed -n 1p)
 before=$(value DBH "$row")
 type_text "99"
 press Return
@@ -111,6 +110,7 @@ pause 1
 picture 09-resting
 press Escape
 press ctrl+shift+r
+press alt+l
 press ctrl+a
 type_text "leaning"
 pause 2

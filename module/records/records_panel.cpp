@@ -120,7 +120,7 @@ void RecordsPanel::explainControls() {
 }
 
 void RecordsPanel::say(const std::string& text) {
-    find(kState)->setText(text);
+    find(kState)->setText(text::replaceAll(text, "\n", " "));  // a line
 }
 
 // --- The table -------------------------------------------------------------------------------------------
