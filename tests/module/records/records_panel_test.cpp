@@ -205,6 +205,21 @@ TEST_F(RecordsPanelTest, OtherTablesAndDatabasesAreShown) {
     EXPECT_NE(pictures()[0].find("'7'"), std::string::npos);
 }
 
+TEST_F(RecordsPanelTest, ALargeTableIsAskedAboutOnceForAnIndex) {
+    sql("create table DIGIT (I INTEGER)");
+    for (int digit = 0; digit < 10; ++digit) sql("insert into DIGIT values (" + std::to_string(digit) + ")");
+    sql("create table STONE (PT_ID TEXT(20), N INTEGER); insert into STONE select 'S', a.I from DIGIT a, "
+        "DIGIT b, DIGIT c, "
+        "DIGIT d, DIGIT e where e.I < 3; drop table DIGIT");
+    ui_.answerQuestion("Index", "Yes");
+    panel({pick("1002", "STONE"), show(), key("F5"), show()});
+    EXPECT_NE(pictures()[0].find("30 000 of 30 000"), std::string::npos);
+    EXPECT_NE(pictures()[0].find("The index is made."), std::string::npos);
+    EXPECT_EQ(lisp("(gis:index \"STONE\")"), "0") << "it is there";
+    panel({pick("1002", "STONE")});
+    EXPECT_FALSE(shown("question [Index]"));
+}
+
 TEST_F(RecordsPanelTest, WithoutADatabaseOrATableItSaysSo) {
     panel({show()}, " " + quoted("none.mdb"));
     EXPECT_NE(pictures()[0].find("There is no database " + path("none.mdb")), std::string::npos);
