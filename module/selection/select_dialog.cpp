@@ -252,7 +252,7 @@ class SelectDialog : public ui::Dialog {
 
     static NameFault nameFault() {
         return [](const std::string& text) -> std::string {
-            if (const std::string fault = EmptyNameFault(text); !fault.empty()) return fault;
+            if (std::string fault = EmptyNameFault(text); !fault.empty()) return fault;
             return IsEntryName(text)
                        ? ""
                        : "A name has up to 255 characters, and none of < > / \\ \" : ; ? * | , = `";

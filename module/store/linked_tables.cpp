@@ -60,8 +60,9 @@ const std::string& LinkedTables::placeOf(const std::string& path) {
 
 const std::vector<std::string>& LinkedTables::tablesOf(const std::string& output) {
     const auto [known, isNew] = tables_.try_emplace(output);
-    if (isNew) withDatabase(output, [&](CDaoDatabase& database) { known->second = UserTables(database); });
-    return known->second;
+    std::vector<std::string>& tables = known->second;
+    if (isNew) withDatabase(output, [&](CDaoDatabase& database) { tables = UserTables(database); });
+    return tables;
 }
 
 const std::string& LinkedTables::outputOf(const LinkedEntity& link) {
