@@ -363,7 +363,7 @@ void RecordsPanel::filter() {
     showFault();
     if (filter.fault) return;
     records_->setFilter(filter);
-    grid().setActive(grid().active().column, 1);
+    grid().setActive(std::max(RecordsTable::kFirstField, grid().active().column), 1);
     say("");
     showRows();
     wake();
@@ -413,7 +413,7 @@ void RecordsPanel::onSelection(ui::Control& control) {
         own_.clear();
         if (choice == RecordChoice::kSelected) records_->followSelection(selected_, false);
         records_->choose(choice);
-        grid().setActive(grid().active().column, 1);
+        grid().setActive(std::max(RecordsTable::kFirstField, grid().active().column), 1);
         showRows();
         wake();
     }
