@@ -70,7 +70,7 @@ class PanelDocks : public QObject, public ui::PanelArea {
     QMainWindow& window_;
     QDockWidget& commands_;
     std::vector<PanelDock*> docks_;  // the window's
-    bool hasNewDock_ = false;  // that has no height yet
+    bool hasNewDock_ = false;        // that has no height yet
     int rests_ = 0;
     ui::WindowChange change_;
     const ui::Panel* entered_ = nullptr;  // gets the keyboard when the command has ended
