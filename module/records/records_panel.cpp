@@ -15,6 +15,7 @@
 #include "module/settings/dialog_state.h"
 #include "module/setup/database_chooser.h"
 #include "module/store/database.h"
+#include "module/store/new_records.h"
 #include "module/store/server_sign_in.h"
 #include "module/store/user_tables.h"
 #include "platform/ads/editor.h"
@@ -88,6 +89,7 @@ void RecordsPanel::addControls() {
     add<ui::Button>(kSelectShown, "Sele&ct Shown");
     add<ui::Button>(kNew, "&New Record...");
     add<ui::Button>(kErase, "E&rase...");
+    add<ui::Button>(kEraseNew, "Erase &Unlinked...");
     add<ui::Button>(kCopy, "Cop&y");
     add<ui::Button>(kSave, "&Save as CSV...");
 }
@@ -98,7 +100,7 @@ void RecordsPanel::placeControls() {
                            item(kChoice - 1), item(kChoice)}),
                       row({item(kFault, 1)}), item(kGrid, 1), row({item(kCount), item(kState, 1)}),
                       row({item(kZoom), item(kMode), item(kSelectShown), spring(), item(kNew), item(kErase),
-                           item(kCopy), item(kSave)})}));
+                           item(kEraseNew), item(kCopy), item(kSave)})}));
     setSize({900, 300});
 }
 
@@ -112,6 +114,7 @@ void RecordsPanel::explainControls() {
     find(kSelectShown)->setExplanation("Selects the entities of all records that are shown.");
     find(kNew)->setExplanation("Opens the sheet for the entity that is selected.");
     find(kErase)->setExplanation("Erases the rows that are taken, after a question.");
+    find(kEraseNew)->setExplanation("Erases records that were made new and whose links undo has taken back.");
     find(kCopy)->setExplanation("Puts the rows that are taken into the clipboard. Ctrl+C takes cells alone.");
     find(kSave)->setExplanation("Writes all records that are shown.");
     grid().setSelectsCells(true);
@@ -342,6 +345,7 @@ void RecordsPanel::show() {
     find(kSave)->enable(hasRows);
     find(kSelectShown)->enable(hasRows && !records_->keyField().empty());
     find(kErase)->enable(hasRows && records_->obstacle().empty());
+    find(kEraseNew)->enable(!UnlinkedNewRecords().empty());
     find(kZoom)->enable(hasRows && !records_->entitiesOfRows(taken().first.row, taken().first.row).empty());
     find(kNew)->enable(followsCurrent_ && selected_.size() == 1);
     std::string count;
@@ -430,6 +434,8 @@ void RecordsPanel::onCommand(int id) {
             return newRecord();
         case kErase:
             return erase();
+        case kEraseNew:
+            return eraseNew();
         case kCopy:
             return copy();
         case kSave:
@@ -584,6 +590,17 @@ void RecordsPanel::erase() {
         } catch (const CDaoException& error) {
             message = error.description();
         }
+        if (!message.empty()) acutPrintf("\n%s", message.c_str());
+        refresh();
+        say(message);
+    });
+}
+
+// Those of all tables that the last run has left.
+void RecordsPanel::eraseNew() {
+    if (!writeRow()) return;
+    perform([this] {
+        const std::string message = EraseNewRecords().message;
         if (!message.empty()) acutPrintf("\n%s", message.c_str());
         refresh();
         say(message);

@@ -28,6 +28,7 @@ class RecordsPanel : public ui::Panel {
     static constexpr int kErase = 1015;
     static constexpr int kCopy = 1016;
     static constexpr int kSave = 1017;
+    static constexpr int kEraseNew = 1018;
 
     // output: "" for the current one, which it then follows. table: "" for the one that was shown last.
     RecordsPanel(std::string output, std::string table);
@@ -88,6 +89,7 @@ class RecordsPanel : public ui::Panel {
     void zoom();
     void newRecord();
     void erase();
+    void eraseNew();
     void copy();
     void save();
     void say(const std::string& text);

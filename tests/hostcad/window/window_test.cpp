@@ -225,7 +225,7 @@ TEST_F(Window, SizePanelsAndColumnsAreRememberedFromRunToRun) {
 }
 
 TEST_F(Window, OffersOnlyWhatIsThereAndHelp) {
-    QMenu* programs = menuEntry("For programs")->menu();
+    QMenu* programs = menuEntry("Called by programs")->menu();
     ASSERT_NE(programs, nullptr);
     EXPECT_EQ(programs->actions().size(), 4);
     EXPECT_EQ(menuEntry("Remembered value"), nullptr);  // not beside what a person needs
@@ -394,7 +394,7 @@ TEST(MenuFile, OffersWhatIsWrittenInIt) {
     EXPECT_TRUE(headings[4].isToolBar);
     EXPECT_EQ(headings[4].entries[0].icon, "new");
     auto more = hostcad::readMenuFile(NORVANE_SOURCE_DIR "/product/gis.mnu");
-    ASSERT_EQ(more.size(), 6u);
+    ASSERT_EQ(more.size(), 7u);
     EXPECT_EQ(more[0].caption, "&GIS");
     EXPECT_EQ(more[0].entries[0].command, "GIS-PROMPT");
     EXPECT_TRUE(more[0].entries[0].enabled);
@@ -402,19 +402,24 @@ TEST(MenuFile, OffersWhatIsWrittenInIt) {
     EXPECT_EQ(more[0].entries.back().command, "GIS-TITLES");
     EXPECT_TRUE(more[0].entries.back().enabled);
     EXPECT_EQ(more[1].caption, "&GIS/&Records");
-    EXPECT_EQ(more[2].caption, "&GIS/For p&rograms");
-    EXPECT_TRUE(more[4].isToolBar);
+    EXPECT_EQ(more[2].caption, "&GIS/Called b&y programs");
+    EXPECT_EQ(more[3].caption, "&View");
+    EXPECT_TRUE(more[5].isToolBar);
     EXPECT_TRUE(hostcad::readMenuFile("no such file").empty());
     headings.insert(headings.end(), more.begin(), more.end());
-    // Alt and a letter leads to one entry.
+    // Alt and a letter leads to one entry, whichever file has it, and to one of the menus within.
+    std::map<std::string, std::string> letters;  // by menu
+    const auto take = [&letters](const std::string& menu, const std::string& caption) {
+        const size_t mark = caption.find('&');
+        if (mark == std::string::npos) return;
+        const char letter = static_cast<char>(std::tolower(caption[mark + 1]));
+        EXPECT_EQ(letters[menu].find(letter), std::string::npos) << menu << ": " << caption;
+        letters[menu] += letter;
+    };
     for (const hostcad::MenuHeading& heading : headings) {
-        std::string letters;
-        for (const hostcad::MenuEntry& entry : heading.entries)
-            if (size_t mark = entry.caption.find('&'); mark != std::string::npos) {
-                char letter = static_cast<char>(std::tolower(entry.caption[mark + 1]));
-                EXPECT_EQ(letters.find(letter), std::string::npos) << entry.caption;
-                letters += letter;
-            }
+        for (const hostcad::MenuEntry& entry : heading.entries) take(heading.caption, entry.caption);
+        if (const size_t slash = heading.caption.find('/'); slash != std::string::npos)
+            take(heading.caption.substr(0, slash), heading.caption.substr(slash + 1));
     }
 }
 

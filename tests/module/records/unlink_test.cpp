@@ -344,6 +344,15 @@ TEST_F(NewRecords, ThoseThatUndoHasLeftAreErased) {
     EXPECT_EQ(keysOfTrees(), "1\n");
 }
 
+TEST_F(NewRecords, ThePanelErasesThem) {
+    makeTree("1"), makeTree("2");
+    said("U");
+    ui_.answerQuestion("Erase new records", "Yes");
+    answer(1801, {click("Erase Unlinked..."), {ui::Step::Kind::Close}});
+    EXPECT_NE(said("(gis:records-panel outp \"TREE\")").find("\n1 record erased."), std::string::npos);
+    EXPECT_EQ(keysOfTrees(), "1\n");
+}
+
 TEST_F(NewRecords, ARecordThatWasThereBeforeIsNone) {
     sql("create table TREE (PT_ID TEXT(255), GIS_KEY TEXT(255)); insert into TREE values ('1','TREE')");
     makeTree("1");
