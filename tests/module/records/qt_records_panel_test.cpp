@@ -240,7 +240,7 @@ TEST_F(RecordsInWindow, ByMouseAndBothWays) {
         if (!box || isAsked) return;
         isAsked = true;
         savePicture("question");
-        QTest::mouseClick(box->button(QMessageBox::Ok), Qt::LeftButton);
+        QTest::mouseClick(box->button(QMessageBox::Yes), Qt::LeftButton);
     });
     looks.start(20);
     QTest::mouseClick(&widget(RecordsPanel::kErase), Qt::LeftButton);
