@@ -108,8 +108,9 @@ class SearchWriter {
     std::string equated(const CDaoFieldInfo& field, const std::string& upper) const;
     std::string folded(const CDaoFieldInfo& field, const OtherLetters& letters) const;
 
-    const char* parameter(dao::Variant value) {
-        out_.parameters.push_back(std::move(value));
+    template <class Value>
+    const char* parameter(Value&& value) {
+        out_.parameters.emplace_back(std::forward<Value>(value));
         return "?";
     }
     const char* numberParameter(const CDaoFieldInfo& field, double number);
