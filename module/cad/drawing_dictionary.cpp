@@ -139,6 +139,18 @@ ResultBuffers recordOf(std::string_view text, int version) {
 
 }  // namespace
 
+std::string RemarkOn(const DictionaryEntry& entry) {
+    switch (entry.state) {
+        case DictionaryEntry::State::kOtherVersion:
+            return "\"" + entry.name + "\" was written by another version (" + std::to_string(entry.version) +
+                   ") and is not used.";
+        case DictionaryEntry::State::kDamaged:
+            return "\"" + entry.name + "\" is damaged and not used.";
+        default:
+            return "";
+    }
+}
+
 DrawingDictionary::DrawingDictionary(std::string_view kind, int version) : kind_(kind), version_(version) {}
 
 std::vector<DictionaryEntry> DrawingDictionary::entries() const {
@@ -194,19 +206,18 @@ bool DrawingDictionary::remove(std::string_view name) const {
 
 std::vector<std::string> DrawingDictionary::remarks() const {
     std::vector<std::string> remarks;
-    for (const DictionaryEntry& entry : entries()) {
-        if (entry.state == DictionaryEntry::State::kOtherVersion)
-            remarks.push_back("\"" + entry.name + "\" was written by another version (" +
-                              std::to_string(entry.version) + ") and is not used.");
-        if (entry.state == DictionaryEntry::State::kDamaged)
-            remarks.push_back("\"" + entry.name + "\" is damaged and not used.");
-    }
+    for (const DictionaryEntry& entry : entries())
+        if (std::string remark = RemarkOn(entry); !remark.empty()) remarks.push_back(std::move(remark));
     return remarks;
 }
 
 bool IsEntryName(std::string_view name) {
     return text::isValidUtf8(name) && text::trim(name) == name &&
            acdbSNValid(std::string(name).c_str(), 0) == RTNORM;
+}
+
+bool HasDrawingDictionaries() {
+    return below(root(), kApplication).has_value();
 }
 
 bool DrawingHoldsDictionaries() {

@@ -23,6 +23,9 @@ struct DictionaryEntry {
     State state = State::kReadable;
 };
 
+// What a user must know of an entry that is not read, a sentence; "" for a readable one.
+std::string RemarkOn(const DictionaryEntry& entry);
+
 class DrawingDictionary {
   public:
     // kind: "CONDITIONS", "LABELS" or the like, a name of capitals; version: the one that is written, and the
@@ -52,6 +55,9 @@ class DrawingDictionary {
 // Whether a text may be the name of an entry: 1 to 255 characters that the names of symbols may have, without
 // blanks round it.
 bool IsEntryName(std::string_view name);
+
+// Whether the drawing has the dictionary of all this, which stays when the last entry goes.
+bool HasDrawingDictionaries();
 
 // Whether the file of the drawing has a place for dictionaries. Those of R12 have none: entries are lost with
 // the session, and whoever writes one says so.

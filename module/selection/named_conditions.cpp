@@ -1,5 +1,7 @@
 #include "module/selection/named_conditions.h"
 
+#include <utility>
+
 #include "module/cad/drawing_dictionary.h"
 #include "platform/text/text.h"
 
@@ -19,6 +21,13 @@ std::optional<NamedCondition> read(const DictionaryEntry& entry) {
     const size_t separator = entry.text.find(kSeparator);
     if (entry.state != DictionaryEntry::State::kReadable || separator == std::string::npos) return {};
     return NamedCondition{entry.name, entry.text.substr(0, separator), entry.text.substr(separator + 1)};
+}
+
+// An entry without a table is damaged, too.
+std::string remarkOn(DictionaryEntry entry) {
+    if (entry.state == DictionaryEntry::State::kReadable && !read(entry))
+        entry.state = DictionaryEntry::State::kDamaged;
+    return RemarkOn(entry);
 }
 
 }  // namespace
@@ -54,11 +63,17 @@ bool RemoveCondition(std::string_view name) {
     return dictionary().remove(name);
 }
 
+std::string WhyNoCondition(std::string_view name) {
+    DictionaryEntry entry;
+    return dictionary().find(name, entry) ? remarkOn(std::move(entry))
+                                          : "The drawing keeps no condition \"" + std::string(name) + "\".";
+}
+
 std::vector<std::string> RemarksOnConditions() {
-    std::vector<std::string> remarks = dictionary().remarks();
-    for (const DictionaryEntry& entry : dictionary().entries())
-        if (entry.state == DictionaryEntry::State::kReadable && !read(entry))
-            remarks.push_back("\"" + entry.name + "\" is damaged and not used.");
+    std::vector<std::string> remarks;
+    for (DictionaryEntry& entry : dictionary().entries())
+        if (std::string remark = remarkOn(std::move(entry)); !remark.empty())
+            remarks.push_back(std::move(remark));
     return remarks;
 }
 

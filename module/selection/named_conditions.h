@@ -26,6 +26,8 @@ std::string KeepCondition(const NamedCondition& kept);
 std::string RenameCondition(std::string_view from, std::string_view to);
 // Also one that cannot be read. False when there is none.
 bool RemoveCondition(std::string_view name);
+// Why there is none of a name, or none that can be used, a sentence.
+std::string WhyNoCondition(std::string_view name);
 // What a person must know of those that cannot be read, a sentence each.
 std::vector<std::string> RemarksOnConditions();
 

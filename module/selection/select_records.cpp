@@ -87,6 +87,7 @@ class Search {
                 const std::optional<size_t> place = placeOf(links_[i]->keyField);
                 known->second = place ? keys_.size() : SIZE_MAX;
                 if (place) keys_.push_back({*place, columnOf(*place), {}});
+                if (!place && !links_[i]->keyField.empty()) result_.missingKeyField = links_[i]->keyField;
             }
             if (known->second != SIZE_MAX && !links_[i]->keyValue.empty())
                 keys_[known->second].links.emplace(links_[i]->keyValue, i);
@@ -240,6 +241,8 @@ std::string SummaryOf(const RecordSelection& selection) {
     if (selection.recordsWithoutEntity > 0)
         text += ", " + text::counted(static_cast<long>(selection.recordsWithoutEntity), "record", "records") +
                 " without an entity";
+    if (!selection.missingKeyField.empty())
+        text += " (links lead to a field " + selection.missingKeyField + ", which the table does not have)";
     return text;
 }
 

@@ -19,6 +19,7 @@ struct RecordSelection {
     std::vector<EntityName> entities;     // linked to matching records, in the order of the drawing
     size_t records = 0;                   // that match
     size_t recordsWithoutEntity = 0;      // of these
+    std::string missingKeyField;          // that links to the table name and it does not have; "" for none
 };
 
 // The entities that lead to the records of a table for which a condition holds; an empty condition holds for

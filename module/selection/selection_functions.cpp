@@ -39,8 +39,9 @@ void SelectByCondition(Call& call) {
     call.arguments.text(table), call.arguments.text(condition), call.arguments.text(output);
     call.result = Nil{};
     if (text::startsWith(condition, "=")) {
-        const std::optional<NamedCondition> kept = FindNamedCondition(text::trim(condition.substr(1)));
-        if (!kept) return setError("The drawing keeps no condition \"" + condition.substr(1) + "\".");
+        const std::string name(text::trim(std::string_view(condition).substr(1)));
+        const std::optional<NamedCondition> kept = FindNamedCondition(name);
+        if (!kept) return setError(WhyNoCondition(name));
         condition = kept->condition;
         if (table.empty()) table = kept->table;
     }

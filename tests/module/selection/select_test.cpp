@@ -57,6 +57,16 @@ TEST_F(SelectTest, SelectionsAreCombined) {
     EXPECT_EQ(found("TREES", ""), "(1 2 3 5 6)");
 }
 
+TEST_F(SelectTest, AKeyFieldThatIsGoneIsTold) {
+    sqlite("output.mdb",
+           "drop table SIGNS; create table SIGNS (NUM TEXT(50), KIND TEXT(50)); "
+           "insert into SIGNS values ('1', 'stop')");
+    EXPECT_EQ(
+        select({"SIGNS", "", ""}),
+        "1 record, 0 entities, 1 record without an entity (links lead to a field NO, which the table does "
+        "not have); 0 entities are selected.");
+}
+
 TEST_F(SelectTest, TheCommandLineSaysWhatThereIsAndWhatIsWrong) {
     lisp("(gis:keep-condition \"Thick\" \"TREES\" \"DBH > 30\")");
     EXPECT_EQ(select({"?", "rocks", "TREES", "?", "DBH >> 3", "thick", ""}),
@@ -113,6 +123,7 @@ TEST_F(SelectTest, ConditionsTravelWithTheDrawing) {
     EXPECT_EQ(lisp("(length (gis:conditions))"), "2");
     EXPECT_EQ(error(), "\"\\\"Later\\\" was written by another version (2) and is not used.\"");
     EXPECT_EQ(found("", "=Later"), "nil");
+    EXPECT_EQ(error(), "\"\\\"Later\\\" was written by another version (2) and is not used.\"");
     select({"TREES", "DBH = 50", ""});
     EXPECT_NE(said_.find("\nCondition \"Later\" was written by another version (2) and is not used."),
               std::string::npos)
