@@ -53,6 +53,13 @@ std::optional<size_t> LinkedRecordTable::find(std::string_view field) const {
     return std::nullopt;
 }
 
+std::vector<std::string> LinkedRecordTable::missingKeyFields() const {
+    std::vector<std::string> missing;
+    for (const auto& [field, groups] : groups_)
+        if (!field.empty() && !find(field)) missing.push_back(field);
+    return missing;
+}
+
 bool LinkedRecordTable::read(std::span<const size_t> fields, const Take& take, const GoOn& goOn) {
     // What is asked for comes first, then what records are found by.
     std::vector<std::string> columns;
@@ -124,7 +131,12 @@ void workOnOutput(const std::string& path, const Entities& entities, FeatureTabl
         if (table == tables.end()) table = tables.try_emplace(name->second, database, name->second).first;
         table->second.add(*entity);
     }
-    for (auto& [name, table] : tables) work(table);
+    for (auto& [name, table] : tables) {
+        for (const std::string& field : table.missingKeyFields())
+            problems.push_back("Table " + name + " has no field " + field +
+                               ", by which entities are linked to its records.");
+        work(table);
+    }
 }
 
 // Of a connect string no more is told than that it is one.

@@ -36,6 +36,8 @@ class LinkedRecordTable {
     // The place of a field among them, without regard to case; nothing for none.
     std::optional<size_t> find(std::string_view field) const;
     size_t entities() const { return count_; }
+    // The key fields that links name and the table does not have. Such links find no records.
+    std::vector<std::string> missingKeyFields() const;
 
     // Reads the table once, and hands over each record that entities lead to. Where several records have one
     // key, that of the feature comes last, else the first of the table; what was handed over before for the

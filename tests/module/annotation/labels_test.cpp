@@ -90,6 +90,19 @@ TEST_F(Labels, TellOnceWhyTheyAreNotShown) {
     EXPECT_NE(refresh().find("cannot be read"), std::string::npos);
 }
 
+TEST_F(Labels, TellThatTheFieldOfTheKeysIsGone) {
+    lisp("(gis:set-labels \"TREE\" \"SPECIES\") (gis:set-colours \"TREE\" \"AGE\")");
+    lisp("(gis:make-texts \"TREE\")");
+    sql("drop table TREE; create table TREE (POINT TEXT(255), GIS_KEY TEXT(255), SPECIES TEXT(50), AGE LONG);"
+        "insert into TREE values ('1','TREE','Oak',40)");
+    const std::string why = "Table TREE has no field PT_ID, by which entities are linked to its records.";
+    EXPECT_EQ(refresh(), "\nThe labels of TREE: " + why + "\n\nThe colours of TREE: " + why + "\n");
+    EXPECT_EQ(refresh(), "") << "it has been said";
+    EXPECT_EQ(lisp("(gis:update-texts)"), "0");
+    EXPECT_EQ(printed(), "\n" + why + "\nThe texts of TREE stay as they are.")
+        << "nobody is asked whether texts are to be erased that have only lost their field";
+}
+
 TEST_F(Labels, AreRefusedWhereTheyMakeNoSense) {
     for (const char* lines : {"\"SPECIE\"", "\"SPECIES &\"", "\"AGE\nUPPER(\""}) {
         EXPECT_EQ(lisp("(gis:set-labels \"TREE\" " + std::string(lines) + ")"), "nil") << lines;
