@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 
 #include "module/annotation/colour_dialog.h"
@@ -41,29 +42,28 @@ template <class Set>
 bool keepChanges(const char* what, const std::map<std::string, std::optional<Set>>& changes,
                  std::string (*keep)(std::string_view, const Set&), bool (*forget)(std::string_view),
                  size_t (ShownAnnotation::*shownOf)(const std::string&) const) {
-    bool isKept = true;
+    std::set<std::string> refused;
     for (const auto& [feature, set] : changes) {
         const std::string problem = set ? keep(feature, *set) : "";
         if (!set) forget(feature);
         if (problem.empty()) continue;
-        acutPrintf("\n%s", problem.c_str());
-        isKept = false;
+        acutPrintf("\nThe %s of %s are not kept: %s", what, feature.c_str(), problem.c_str());
+        refused.insert(feature);
     }
     if (!changes.empty() && !DrawingHoldsDictionaries())
-        acutPrintf(
-            "\nThe file of this drawing is of a version that has no place for %s: save it as a newer one, "
-            "or they are lost when it is closed.",
-            what);
+        acutPrintf("\nA file of R12 has no place for %s: this drawing has them until it is closed.", what);
     ShownAnnotation& shown = ShownAnnotation::OfDrawing();
     shown.refresh(false);
-    for (const auto& [feature, set] : changes)
+    for (const auto& [feature, set] : changes) {
+        if (refused.contains(feature)) continue;
         if (!set)
             acutPrintf("\nThe %s of %s are taken away.", what, feature.c_str());
         else if (!set->isShown)
             acutPrintf("\nThe %s of %s are kept and not shown.", what, feature.c_str());
         else
             tellShown(what, feature, (shown.*shownOf)(feature));
-    return isKept;
+    }
+    return refused.empty();
 }
 
 }  // namespace

@@ -1,4 +1,6 @@
 // Labels and colours of entities from their records, as the host is given them.
+#include "hostcad/drawing/current_drawing.h"
+#include "hostcad/dxf/blank_drawing.h"
 #include "tests/module/annotation/annotation_fixture.h"
 
 using Labels = Annotation;
@@ -172,12 +174,41 @@ TEST_F(Labels, OfALaterVersionAreNotOverwritten) {
     drawing[digit] = '7';
     write("kept.dxf", drawing);
     openDrawing(path("kept.dxf"));
-    EXPECT_NE(refresh().find("TREE"), std::string::npos) << "it is told";
+    EXPECT_EQ(refresh(),
+              "\nThe labels of TREE were written by another version (7). They are kept and not used.\n");
     EXPECT_EQ(labels(), "");
     EXPECT_EQ(lisp("(gis:set-labels \"TREE\" \"AGE\")"), "nil");
     EXPECT_NE(printed(), "");
+    answer(1811, {type("Line 1:", "AGE"), click("OK")});
+    EXPECT_EQ(lisp("(gis:labels)"), "nil");
+    EXPECT_EQ(printed(),
+              "\nThe labels of TREE are not kept: \"TREE\" was written by another version and is left as it "
+              "is.");
     lisp("(command \"_.SAVEAS\" \"_R2000\" \"\" " + quoted("again.dxf") + " \"_Y\")");
     EXPECT_NE(read("again.dxf").find("line=SPECIES"), std::string::npos);
+}
+
+TEST_F(Labels, OfFeaturesWithAnyNameAreKept) {
+    sqlite("template.mdb", "insert into ZGEO_LINKS values ('A/B 50%, Ö', 'LOTS')");
+    lisp("(entmake (list '(0 . \"POINT\") '(10 7.0 0.0 0.0) (to \"a/b 50%, ö\" \"A\")))");
+    EXPECT_EQ(lisp("(gis:set-labels \"A/b 50%, ö\" \"OWNER\")"), "1") << printed();
+    saveAndOpen();
+    EXPECT_EQ(refresh(), "");
+    EXPECT_EQ(labels("A/B 50%, Ö"), "7=Smith;");
+    EXPECT_EQ(lisp("(gis:set-labels \"A/B 50%, Ö\")"), "0");
+    EXPECT_EQ(labels("A/B 50%, Ö"), "");
+}
+
+TEST_F(Labels, OfADrawingOfR12AreToldToGoWithIt) {
+    hostcad::setCurrentDrawing(hostcad::blankDrawing(hostcad::DrawingVersion::R12));
+    lisp("(regapp \"ZGEO_GIS_2000\") (tree 1.0 \"1\")");
+    printed();
+    answer(1811, {type("Line 1:", "SPECIES"), click("OK")});
+    EXPECT_EQ(lisp("(gis:labels)"), "nil");
+    EXPECT_EQ(printed(),
+              "\nA file of R12 has no place for labels: this drawing has them until it is closed."
+              "\nThe labels of TREE: 1 entity has one.");
+    EXPECT_EQ(labels(), "1=Oak;");
 }
 
 TEST_F(Labels, ComeBackFromAnotherProgram) {
