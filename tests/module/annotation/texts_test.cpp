@@ -155,10 +155,11 @@ TEST_F(Texts, AnswerTheCommandLine) {
     lisp("(load \"gis.lsp\")");
     lisp("(gis:set-labels \"TREE\" \"SPECIES\" 12 \"PIXELS\")");
     printed();
-    inputs_ = {"", "Trees", "0.5"};
+    inputs_ = {"shrub", "", "Trees", "0.5"};
     lisp("(c:gis-maketexts)");
     const std::string said = printed();
     EXPECT_NE(said.find("Feature (LOT, TREE) <LOT>"), std::string::npos) << said;
+    EXPECT_NE(said.find("SHRUB is none of them."), std::string::npos) << said;
     EXPECT_TRUE(said.ends_with("\nTexts of LOT: 2 made, 0 changed.")) << said;
     inputs_ = {"tree", "", ""};
     lisp("(c:gis-maketexts)");
@@ -177,6 +178,8 @@ TEST_F(Texts, AnswerTheCommandLine) {
     sql("update TREE set SPECIES = 'Ash'");
     lisp("(c:gis-refresh)");
     EXPECT_TRUE(printed().ends_with("\nLOT: 2 labels, 2 colours.\nTREE: 5 labels, 0 colours."));
+    lisp("(gis:set-labels \"LOT\") (gis:set-labels \"TREE\") (gis:set-colours \"LOT\") (c:gis-refresh)");
+    EXPECT_TRUE(printed().ends_with("\nNothing is labelled or coloured."));
 }
 
 TEST_F(Texts, LegendsAreDrawn) {
