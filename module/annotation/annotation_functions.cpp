@@ -111,8 +111,10 @@ void SetLabels(Call& call) {
         return;
     }
     FeatureLabels labels;
-    for (std::string& line : text::split(lines, '\n'))
-        if (!text::trim(line).empty()) labels.lines.push_back(std::move(line));
+    for (const std::string& line : text::split(lines, '\n'))
+        if (!text::trim(line).empty()) labels.lines.emplace_back(text::trim(line));
+    if (labels.lines.size() > kMostLabelLines)
+        return refuse(call, "A label has up to " + std::to_string(kMostLabelLines) + " lines.");
     if (const double height = numberIn(call); height > 0) labels.height = height;
     labels.isOnScreen = text::equalNoCase(textIn(call), "PIXELS");
     std::string problem = LabelProblem(feature, labels.lines);

@@ -121,7 +121,8 @@ std::optional<FeatureLabels> FeatureLabelsOf(std::string_view text) {
         if (name == "on screen") return takeFlag(value, labels.isOnScreen);
         return name == "shown" && takeFlag(value, labels.isShown);
     });
-    return isWhole && !labels.lines.empty() ? std::optional(std::move(labels)) : std::nullopt;
+    const bool hasLines = !labels.lines.empty() && labels.lines.size() <= kMostLabelLines;
+    return isWhole && hasLines ? std::optional(std::move(labels)) : std::nullopt;
 }
 
 std::string TextOf(const FeatureColours& colours) {

@@ -14,8 +14,10 @@ namespace norvane {
 // The version of the texts; entries of others are kept and not used.
 constexpr int kAnnotationVersion = 1;
 
+constexpr size_t kMostLabelLines = 4;
+
 struct FeatureLabels {
-    std::vector<std::string> lines;  // an expression each
+    std::vector<std::string> lines;  // an expression each, 1 to kMostLabelLines
     double height = 2;
     bool isOnScreen = false;  // the height is in pixels and not in drawing units
     bool isShown = true;

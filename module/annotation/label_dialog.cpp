@@ -17,7 +17,7 @@ constexpr int kFeature = 1001, kLine = 1002, kFields = 1006, kInsert = 1007,
 constexpr int kInUnits = 1009, kInPixels = 1010, kShown = 1011, kPreview = 1012, kClear = 1030;
 constexpr int kFeatureCaption = 1101, kCount = 1102, kLineCaption = 1103, kFieldsCaption = 1107,
               kHeightCaption = 1108, kPreviewCaption = 1109, kNotice = 1110;
-constexpr int kLines = 4;
+constexpr int kLines = static_cast<int>(kMostLabelLines);
 constexpr int kUnitGroup = 1;
 constexpr size_t kShownRecords = 6;
 constexpr double kGreatestHeight = 1e6;

@@ -110,6 +110,8 @@ TEST_F(Labels, AreRefusedWhereTheyMakeNoSense) {
         EXPECT_EQ(lisp("(gis:set-labels \"TREE\" " + std::string(lines) + ")"), "nil") << lines;
         EXPECT_NE(printed(), "") << lines;
     }
+    EXPECT_EQ(lisp("(gis:set-labels \"TREE\" \"AGE\nAGE\nAGE\nAGE\nAGE\")"), "nil");
+    EXPECT_EQ(printed(), "\nA label has up to 4 lines.") << "the dialog could not show more";
     EXPECT_EQ(lisp("(gis:set-labels \"WELL\" \"PT_ID\")"), "nil");
     EXPECT_EQ(printed(), "\nNo entity is linked to a record of WELL.");
     EXPECT_EQ(overlay::labelSets(), std::vector<std::string>());
