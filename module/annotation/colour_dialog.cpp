@@ -141,6 +141,7 @@ void ColourDialog::readValues() {
 }
 
 void ColourDialog::showClasses() {
+    refused_.clear();
     const FeatureColours& colours = draft();
     const bool isByValue = colours.division == Division::kByValue, isChosen = !colours.field.empty();
     auto& grid = get<ui::Grid>(kClasses);
@@ -167,6 +168,7 @@ void ColourDialog::showClasses() {
 std::string ColourDialog::noticeNow() const {
     if (feature_.empty()) return "No entity of the drawing is linked to a record.";
     if (!problem_.empty()) return problem_;
+    if (!refused_.empty()) return refused_;
     const FeatureColours& colours = drafts_.at(feature_);
     if (colours.field.empty())
         return kept_.contains(feature_) ? "Without a field, OK takes the colours of " + feature_ + " away."
@@ -255,7 +257,7 @@ void ColourDialog::takeColour(int row) {
     const std::string typed = grid.text(kColourColumn, row);
     const std::optional<Colour> read = ColourIn(typed);
     if (read) colour = *read;
-    problem_ =
+    refused_ =
         read ? "" : "\"" + typed + "\" is no colour: #RRGGBB has two digits each of red, green and blue.";
     grid.setText(kColourColumn, row, ColourText(colour));
     grid.setColours(kColourColumn, row, static_cast<int>(colour), inkOn(colour));
@@ -280,7 +282,7 @@ bool ColourDialog::onKey(const ui::Key& key) {
 }
 
 bool ColourDialog::isReady() {
-    std::string problem = problem_;
+    std::string problem = problem_.empty() ? std::exchange(refused_, "") : problem_;
     for (const auto& [feature, colours] : changes())
         if (problem.empty() && colours && colours->classes.empty())
             problem = "The colours of " + feature + " have no classes.";

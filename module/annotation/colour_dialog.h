@@ -54,7 +54,8 @@ class ColourDialog : public ui::Dialog {
         drafts_;  // of the features that were looked at; without a field: none
     std::string feature_;
     FeatureValues values_;  // of the feature's field
-    std::string problem_;   // of what was typed
+    std::string problem_;   // which OK waits for
+    std::string refused_;   // a colour that was typed and is none: OK tells it once
 };
 
 }  // namespace norvane

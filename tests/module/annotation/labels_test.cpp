@@ -392,6 +392,18 @@ TEST_F(Colours, AreDefinedInTheDialog) {
     EXPECT_EQ(overlay::colourSets(), std::vector<std::string>());
 }
 
+// The cell shows the colour that holds; OK does not close over what was typed without a word.
+TEST_F(Colours, ThatAreNoneAreToldOnce) {
+    answer(1812, {pick("Field:", "SPECIES"),
+                  {ui::Step::Kind::Cell, "", "red", true, 1, 1},
+                  click("OK"),
+                  show(),
+                  click("OK")});
+    EXPECT_EQ(lisp("(gis:colours)"), "nil");
+    EXPECT_NE(picture(1812).find("\"red\" is no colour"), std::string::npos) << picture(1812);
+    EXPECT_EQ(legend(), "TREE: SPECIES|Fir 1|Oak 3|others 1");
+}
+
 TEST_F(Labels, NothingLinkedIsTold) {
     lisp("(command \"_.ERASE\" \"_ALL\" \"\")");
     answer(1811, {show(), click("Cancel")});
