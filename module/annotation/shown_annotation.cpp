@@ -10,6 +10,8 @@
 
 #include "module/annotation/feature_texts.h"
 #include "module/annotation/feature_values.h"
+#include "module/annotation/label_texts.h"
+#include "module/cad/drawing_dictionary.h"
 #include "module/dialogs/progress_dialog.h"
 #include "module/store/server_sign_in.h"
 #include "platform/ads/editor.h"
@@ -57,6 +59,16 @@ class Reading {
     long steps_ = 0;
 };
 
+// Texts keep their marks where programs and files of R12 drop dictionaries.
+void tellLostLabels() {
+    if (HasDrawingDictionaries()) return;
+    for (const auto& [feature, count] : FeaturesWithTexts())
+        acutPrintf(
+            "\nThe drawing has texts made of labels of %s, but not the labels: files of R12 and some "
+            "programs do not keep them. GIS-LABELS makes them anew.\n",
+            feature.c_str());
+}
+
 const char* const kStopped = "Stopped: they are not shown until GIS-REFRESH.";
 
 }  // namespace
@@ -83,7 +95,7 @@ void ShownAnnotation::followDrawing() {
     // The observer of another drawing is gone with it, and so is what was shown.
     drawing_ = drawing.serial();
     observer_ = drawing.addObserver([this](AcDbObjectId) { haveEntitiesChanged_ = true; });
-    haveEntitiesChanged_ = true;
+    haveEntitiesChanged_ = isNewDrawing_ = true;
     labels_.clear(), colours_.clear(), remarks_.clear();
 }
 
@@ -194,6 +206,7 @@ void ShownAnnotation::tell(const char* what, const std::string& feature, const S
 }
 
 void ShownAnnotation::refresh(bool all) {
+    if (std::exchange(isNewDrawing_, false)) tellLostLabels();
     const KeptAnnotation kept = ReadKeptAnnotation();
     if (kept.remarks != remarks_)
         for (const std::string& remark : kept.remarks) acutPrintf("\n%s\n", remark.c_str());

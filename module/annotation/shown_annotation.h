@@ -67,6 +67,7 @@ class ShownAnnotation {
     long drawing_ = 0;  // its serial
     int observer_ = 0;
     bool haveEntitiesChanged_ = true;
+    bool isNewDrawing_ = true;
     std::map<std::string, Links> links_;  // by feature
     Sets labels_, colours_;
     std::vector<std::string> remarks_;

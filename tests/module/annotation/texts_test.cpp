@@ -137,6 +137,22 @@ TEST_F(Texts, StayWhenNobodyKnowsWhatIsRight) {
     EXPECT_EQ(lisp("(sslength (ssget \"X\" '((8 . \"TREE-LABELS\"))))"), "8");
 }
 
+// A program that keeps extended data and drops dictionaries has saved the drawing.
+TEST_F(Texts, WhoseLabelsWereDroppedAreTold) {
+    make("\"LOT\"");
+    saveAndOpen();
+    EXPECT_EQ(refresh(), "") << "the labels are there";
+    lisp("(dictremove (namedobjdict) \"NORVANE_GIS\")");
+    saveAndOpen();
+    EXPECT_EQ(refresh(),
+              "\nThe drawing has texts made of labels of LOT, but not the labels: files of R12 and some "
+              "programs do not keep them. GIS-LABELS makes them anew.\n");
+    EXPECT_EQ(refresh(), "") << "once";
+    lisp("(gis:set-labels \"LOT\" \"OWNER\") (gis:set-labels \"LOT\")");
+    saveAndOpen();
+    EXPECT_EQ(refresh(), "") << "the user has taken them away";
+}
+
 TEST_F(Texts, AreCutToWhatADrawingTakes) {
     sql("drop table TREE");
     makeTrees("SPECIES MEMO");
