@@ -37,8 +37,7 @@
 
 (defun gis:ask-texts (feature / layer)
   (setq layer (getstring t (strcat "\nLayer <" feature "-LABELS>: ")))
-  (gis:make-texts feature (if (= layer "") (strcat feature "-LABELS") layer)
-                  (gis:ask-height (nth 4 (assoc feature (gis:annotation))))))
+  (gis:make-texts feature layer (gis:ask-height (nth 4 (assoc feature (gis:annotation))))))
 
 (defun gis:ask-legend (feature / at)
   (if (setq at (getpoint "\nUpper left corner of the legend: "))

@@ -11,6 +11,7 @@
 #include "module/annotation/label_texts.h"
 #include "module/annotation/legend_drawing.h"
 #include "module/annotation/shown_annotation.h"
+#include "module/cad/drawing_dictionary.h"
 #include "platform/ads/editor.h"
 #include "platform/ads/result_chain.h"
 #include "platform/text/text.h"
@@ -56,6 +57,14 @@ double standardHeight() {
 // Of texts that are made of labels, in drawing units.
 double heightOfTexts(const FeatureLabels& labels) {
     return labels.isOnScreen ? standardHeight() : labels.height;
+}
+
+// A layer for what is made of a feature: its name with what a layer's name cannot have as underlines.
+std::string layerOf(const std::string& feature, const char* what) {
+    std::string layer = feature + what;
+    for (char& c : layer)
+        if (!IsNameByte(c)) c = '_';
+    return layer;
 }
 
 void tellProblems(const std::vector<std::string>& problems) {
@@ -163,7 +172,7 @@ void MakeTextsOfLabels(Call& call) {
     if (labels == kept.labels.end()) return refuse(call, feature + " has no labels to make texts of.");
     TextLook look;
     look.layer = textIn(call);
-    if (look.layer.empty()) look.layer = feature + "-LABELS";
+    if (look.layer.empty()) look.layer = layerOf(feature, "-LABELS");
     if (acdbSNValid(look.layer.c_str(), 0) != RTNORM)
         return refuse(call, "\"" + look.layer + "\" cannot be the name of a layer.");
     look.height = numberIn(call);
@@ -223,7 +232,7 @@ void DrawLegendOfColours(Call& call) {
     if (!call.arguments.point(at)) return refuse(call, "A legend needs a point.");
     LegendLook look{{at[0], at[1], 0}, "", numberIn(call)};
     look.layer = textIn(call);
-    if (look.layer.empty()) look.layer = feature + "-LEGEND";
+    if (look.layer.empty()) look.layer = layerOf(feature, "-LEGEND");
     if (look.height <= 0) look.height = standardHeight();
     if (acdbSNValid(look.layer.c_str(), 0) != RTNORM)
         return refuse(call, "\"" + look.layer + "\" cannot be the name of a layer.");

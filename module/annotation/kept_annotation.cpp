@@ -21,15 +21,12 @@ DrawingDictionary keptColours() {
 
 // Names of entries have fewer characters than those of features; the others are written as %XX there.
 std::string entryOf(std::string_view feature) {
-    constexpr std::string_view kOthers = "<>/\\\":;?*|,=`%";
     std::string name;
-    for (char c : text::upper(text::trim(feature))) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (byte < ' ' || kOthers.find(c) != std::string_view::npos)
-            name += text::format("%%%02X", byte);
-        else
+    for (char c : text::upper(text::trim(feature)))
+        if (IsNameByte(c) && c != '%')
             name += c;
-    }
+        else
+            name += text::format("%%%02X", static_cast<unsigned char>(c));
     return name;
 }
 

@@ -216,6 +216,11 @@ bool IsEntryName(std::string_view name) {
            acdbSNValid(std::string(name).c_str(), 0) == RTNORM;
 }
 
+bool IsNameByte(char byte) {
+    return static_cast<unsigned char>(byte) >= ' ' &&
+           std::string_view("<>/\\\":;?*|,=`").find(byte) == std::string_view::npos;
+}
+
 bool HasDrawingDictionaries() {
     return below(root(), kApplication).has_value();
 }

@@ -56,6 +56,9 @@ class DrawingDictionary {
 // blanks round it.
 bool IsEntryName(std::string_view name);
 
+// Whether a byte of UTF-8 may stand in such a name, and in that of a layer.
+bool IsNameByte(char byte);
+
 // Whether the drawing has the dictionary of all this, which stays when the last entry goes.
 bool HasDrawingDictionaries();
 

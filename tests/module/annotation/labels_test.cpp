@@ -197,6 +197,8 @@ TEST_F(Labels, OfFeaturesWithAnyNameAreKept) {
     saveAndOpen();
     EXPECT_EQ(refresh(), "");
     EXPECT_EQ(labels("A/B 50%, Ö"), "7=Smith;");
+    EXPECT_EQ(lisp("(gis:make-texts \"A/B 50%, Ö\")"), "1");
+    EXPECT_EQ(lisp("(sslength (ssget \"X\" '((8 . \"A_B 50%_ Ö-LABELS\"))))"), "1");
     EXPECT_EQ(lisp("(gis:set-labels \"A/B 50%, Ö\")"), "0");
     EXPECT_EQ(labels("A/B 50%, Ö"), "");
 }
