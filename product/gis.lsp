@@ -37,8 +37,7 @@
 ;;   GIS-LABELS         shows values of the records at the entities of a feature
 ;;   GIS-COLOURS        colours the entities of a feature by a field of their records
 ;;   GIS-MAKETEXTS, GIS-UPDATETEXTS, GIS-LEGEND  make entities of what the two show
-;;   GIS-UNLINK         takes links off entities, with their records or without
-;;   GIS-ERASE-NEW      erases records whose links undo has taken back
+;;   GIS-REFRESH        reads the records behind labels and colours again
 ;;   GIS-FEATURE    21  says whether a feature is defined
 
 ;; --- Current databases -----------------------------------------------------------------------------------

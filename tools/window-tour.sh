@@ -53,7 +53,7 @@ find_middle
 
 press alt+g
 picture 06-gis-menu
-press r
+press y
 picture 07-for-programs
 press Escape Escape Escape
 type_line "GIS-TITLES"
