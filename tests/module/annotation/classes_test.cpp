@@ -78,7 +78,7 @@ double distanceOf(Colour one, Colour other) {
 
 std::vector<EntityValue> valuesOf(std::initializer_list<dao::Variant> values) {
     std::vector<EntityValue> all;
-    for (const dao::Variant& value : values) all.push_back({{}, value});
+    for (const dao::Variant& value : values) all.emplace_back().value = value;
     return all;
 }
 
@@ -169,7 +169,7 @@ TEST(Classes, ByValueEachTextHasOne) {
               "7;9;10;ash;oak;");
     std::vector<EntityValue> many;
     for (int i = 0; i < 100; ++i)
-        for (int times = 0; times < (i < 10 ? 1 : 2); ++times) many.push_back({{}, dao::Variant(int32_t{i})});
+        for (int times = 0; times < (i < 10 ? 1 : 2); ++times) many.emplace_back().value = dao::Variant(int32_t{i});
     const auto classes = ClassesOf(many, Division::kByValue, 0);
     ASSERT_EQ(classes.size(), kMostClassesByValue);
     EXPECT_EQ(classes.front().upTo, "10") << "the most frequent ones";
