@@ -1,6 +1,7 @@
 // What the host looks for when it loads the module: the messages, and the external functions.
 #include "module/host/gis_request.h"
 #include "module/host/own_functions.h"
+#include "module/records/records_panel.h"
 #include "platform/ads/editor.h"
 #include "platform/ads/runtime.h"
 
@@ -50,6 +51,10 @@ extern "C" AcRx::AppRetCode acrxEntryPoint(AcRx::AppMsgCode message, void* packe
         case AcRx::kUnloadDwgMsg:
             acrxUnlockApplication(packet);
             UnregisterGisFunctions();
+            break;
+        // A panel outlives commands and drawings, but not its code.
+        case AcRx::kUnloadAppMsg:
+            ui::closePanel(RecordsPanel::kResource);
             break;
         case AcRx::kInvkSubrMsg:
             HandleGisFunction();

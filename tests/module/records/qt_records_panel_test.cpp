@@ -274,6 +274,19 @@ TEST_F(RecordsInWindow, AnotherDrawingAndATableThatGoes) {
     EXPECT_EQ(keys(), "P1");
 }
 
+TEST_F(RecordsInWindow, ItGoesWithTheModule) {
+    openPanel();
+    clickCell(0, 4);
+    typeInto(grid(), "32");
+    window_.runLine("(arxunload \"norvane_gis\")");
+    EXPECT_FALSE(panel());
+    rest();
+    EXPECT_FALSE(window_.findChild<QDockWidget*>("panel-1801")->isVisible());
+    EXPECT_EQ(asked("select DBH from TREE where PT_ID = '74'"), "32\n") << "what was half typed";
+    window_.runLine("REGEN");
+    rest();
+}
+
 TEST_F(RecordsInWindow, ItComesBackWhereItWasAndFitsASmallWindow) {
     window_.resize(800, 600);
     openPanel();
