@@ -354,7 +354,8 @@ void MainWindow::endMeter() {
 // --- The frame ---------------------------------------------------------------------------------------------
 
 void MainWindow::closeEvent(QCloseEvent* event) {
-    if (!closing_ && (!host_ || host_->wantsQuit() || settleChanges(*host_))) closing_ = true;
+    if (!closing_ && modulePanels_->mayEnd() && (!host_ || host_->wantsQuit() || settleChanges(*host_)))
+        closing_ = true;
     if (!closing_) return event->ignore();
     if (isWaiting()) supply(Input::cancel());
     rememberLayout();

@@ -228,6 +228,13 @@ void PanelDocks::remove(ui::Panel& panel) {
     if (hadKeyboard && onLeave) onLeave();
 }
 
+// While they rest they have been asked to finish what they had half done.
+bool PanelDocks::mayEnd() {
+    return isResting() || std::all_of(docks_.begin(), docks_.end(), [](const PanelDock* dock) {
+               return !dock->panel() || !dock->panel()->running() || dock->panel()->mayEnd();
+           });
+}
+
 // --- Resting -----------------------------------------------------------------------------------------------
 
 void PanelDocks::beginRest() {

@@ -29,6 +29,9 @@ class PanelDocks : public QObject, public ui::PanelArea {
     // Something else is to be seen or has been selected: panels are told when nothing runs.
     void note(const ui::WindowChange& change);
 
+    // The program is about to end. False: a person wants to go on with a panel first.
+    bool mayEnd();
+
     // While one of these lives, panels rest: they show what they have shown, and none of their code is
     // called.
     class Rest {

@@ -27,6 +27,10 @@ void Panel::onCancel() {
         end(kCancel);
 }
 
+void Panel::onClose() {
+    if (mayEnd()) end(kCancel);
+}
+
 bool showPanel(std::unique_ptr<Panel> panel) {
     return backend() && backend()->showPanel(std::move(panel));
 }

@@ -62,8 +62,10 @@ class Panel : public Dialog {
     void onCancel() override;
     // Enter, where no control has a use for it.
     void onOk() override {}
-    // The window's own cross.
-    void onClose() override { end(kCancel); }
+    // Whether it can go, as far as it knows; it may ask the person. The window's own cross does so, and the
+    // end of the program.
+    virtual bool mayEnd() { return true; }
+    void onClose() override;
 
     // Null where the panel is a dialog that waits.
     PanelPlace* place() const { return place_; }

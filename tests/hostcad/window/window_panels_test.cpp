@@ -17,6 +17,7 @@ struct Seen {
     ui::WindowChange told;
     int times = 0, works = 0, undone = 0, asked = 0;
     bool isForbidden = false;  // nothing may be asked of it
+    bool mayEnd = true;
     std::vector<std::string> faults;
     std::function<void()> action;
 };
@@ -55,6 +56,7 @@ class TestPanel : public ui::Panel, public ui::GridSource {
         ++seen_.undone;
         return true;
     }
+    bool mayEnd() override { return seen_.mayEnd; }
     void onCommand(int id) override {
         if (id == kAct) perform(seen_.action);
     }
@@ -95,6 +97,13 @@ TEST_F(WindowPanels, APanelStandsBesideThePictureUntilItIsClosedAndComesBackToIt
     EXPECT_TRUE(widget(kEdit).hasFocus()) << "who opens it wants to use it";
     // All of the dock is the panel's.
     EXPECT_GT(widget(kGrid).width(), dock()->width() * 3 / 4);
+
+    // What it has half done may keep it, and the program.
+    seen_.mayEnd = false;
+    dock()->close();
+    EXPECT_TRUE(ui::openPanel(77));
+    EXPECT_FALSE(window_.QMainWindow::close());
+    seen_.mayEnd = true;
 
     window_.addDockWidget(Qt::LeftDockWidgetArea, dock());
     QTest::qWait(20);
