@@ -123,9 +123,8 @@ void RecordView::look(bool showsAtOnce) {
 
 void RecordView::refresh() {
     fault_.clear();
-    finder_.reset();
     isOutdated_ = false;
-    for (Page& page : pages_) page.isStale = true;
+    noteAllChanged();
     try {
         newSource_ = dao::openTableRows(database_, table_);
         allNew_ = SearchAll(*newSource_);
@@ -328,24 +327,39 @@ std::optional<long> RecordView::rowOf(const std::string& key) const {
     return first;
 }
 
-RecordValues RecordView::values(long row) const {
+bool RecordView::hasKeyIndex() const {
+    return keyField_ >= 0 && source_->hasIndex(static_cast<size_t>(keyField_));
+}
+
+std::vector<RecordValues> RecordView::values(long first, long count) const {
     std::vector<size_t> all(fields().size());
     std::iota(all.begin(), all.end(), size_t{0});
-    RecordValues record;
-    const RecordId wanted = id(row);
-    source_->read({&wanted, 1}, all, [&](dao::RowNumber, std::span<const dao::Variant> values) {
-        record.assign(values.begin(), values.end());
-    });
-    return record;
+    const std::span<const dao::RowNumber> wanted(rows().data() + first, static_cast<size_t>(count));
+    std::vector<RecordValues> records(wanted.size());
+    for (size_t begin = 0; begin < wanted.size(); begin += kPageRecords) {
+        const auto some = wanted.subspan(begin, std::min<size_t>(kPageRecords, wanted.size() - begin));
+        source_->read(some, all, [&](dao::RowNumber row, std::span<const dao::Variant> values) {
+            const auto at = std::find(some.begin(), some.end(), row) - some.begin();
+            records[begin + static_cast<size_t>(at)].assign(values.begin(), values.end());
+        });
+    }
+    return records;
 }
 
 void RecordView::noteChanged(RecordId id) {
+    // Nobody knows where a record without a key is now.
+    if (keyField_ < 0 && source_->changesNumbers()) return refresh();
     finder_.reset();
     for (Page& page : pages_) {
         const auto begin = rows().begin() + page.first;
         const auto end = begin + static_cast<long>(page.records.size());
         page.isStale = page.isStale || std::find(begin, end, id) != end;
     }
+}
+
+void RecordView::noteAllChanged() {
+    finder_.reset();
+    for (Page& page : pages_) page.isStale = true;
 }
 
 void RecordView::forEachKey(const std::function<bool(const std::string& key)>& visit) const {

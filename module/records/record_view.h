@@ -95,13 +95,18 @@ class RecordView {
     RecordId id(long row) const;
     // The row of a record; nothing where it is not shown.
     std::optional<long> rowOf(RecordId id) const;
-    // The first row of a key. Without an index the table is passed through once.
+    // The first row of a key. Without an index the table is passed through once. These throw what the engine
+    // says.
     std::optional<long> rowOf(const std::string& key) const;
+    bool hasKeyIndex() const;
 
-    // All values of a record, read now; none where it is gone. Throws what the engine says.
-    RecordValues values(long row) const;
-    // What is shown of a record is read anew: the caller has changed or deleted it.
+    // All values of some records, read now; none of one that is gone. Throws what the engine says.
+    std::vector<RecordValues> values(long first, long count) const;
+    RecordValues values(long row) const { return values(row, 1).front(); }
+    // What is shown of a record is read anew: the caller has changed or deleted it. Where it cannot be found
+    // again, the whole table is, see work().
     void noteChanged(RecordId id);
+    void noteAllChanged();
     // Whether records that were found are gone, so that refresh() would show others.
     bool isOutdated() const { return isOutdated_; }
 

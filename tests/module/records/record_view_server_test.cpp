@@ -75,6 +75,18 @@ TEST_F(RecordViewServer, WhatOthersChangeIsFollowed) {
     EXPECT_EQ(view.key(20298), "Q20000");
 }
 
+TEST_F(RecordViewServer, WithoutAKeyAChangedRecordIsFoundByListingTheTableAnew) {
+    run("CREATE TABLE survey.notes (note text); INSERT INTO survey.notes VALUES ('a'), ('b')");
+    RecordView view(database_, "survey.notes", "");
+    workAll(view);
+    ASSERT_EQ(view.shown(), 2);
+    run("UPDATE survey.notes SET note = 'c' WHERE note = 'a'");
+    view.noteChanged(view.id(0));
+    EXPECT_TRUE(view.isWorking());
+    workAll(view);
+    EXPECT_EQ(view.text(0, 0) + view.text(1, 0), "bc");
+}
+
 TEST_F(RecordViewServer, ViewsAndTablesInPartsAreShown) {
     run("CREATE VIEW survey.tall AS SELECT * FROM survey.poles WHERE height > 100;"
         "CREATE TABLE survey.parts (pt_id varchar(20), n integer) PARTITION BY RANGE (n);"
