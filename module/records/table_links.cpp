@@ -38,7 +38,8 @@ bool TableLinks::update() {
     keyOf_.clear();
     auto keys = std::make_shared<std::unordered_set<std::string>>();
     for (const LinkedEntity* link : LinkedTables().linksTo(output_, table_)) {
-        if (link->keyField != keyField_) continue;
+        // A link without a value leads to no record, and not to those without a key.
+        if (link->keyField != keyField_ || link->keyValue.empty()) continue;
         entities_[link->keyValue].push_back(link->entity);
         keyOf_.emplace(link->entity.name[0], link->keyValue);
         keys->insert(link->keyValue);
