@@ -18,23 +18,27 @@ std::string quoted(const std::string& text, const char* special) {
     return "\"" + text::replaceAll(text, "\"", "\"\"") + "\"";
 }
 
-// The whole texts of a row, by field.
+// The whole texts of a row, by field; none where the record is gone. Throws where it cannot be read.
 std::vector<std::string> textsOf(const RecordsTable& records, int row) {
     std::vector<std::string> texts;
+    const bool isThere = records.isThere(row);
     bool isPerhapsCut = false;
     for (int column = RecordsTable::kFirstField; column <= records.columns(); ++column) {
         texts.push_back(records.text(column, row));
         isPerhapsCut |= texts.back().size() >= kPerhapsCut;
     }
-    if (!isPerhapsCut) return texts;
+    if (isThere && !isPerhapsCut) return texts;
     const std::vector<RecordValues> whole = records.valuesOfRows(row, row);
-    for (size_t field = 0; !whole.empty() && field < texts.size(); ++field)
-        if (texts[field].size() >= kPerhapsCut)
+    if (whole.empty()) return {};
+    for (size_t field = 0; field < texts.size(); ++field)
+        if (!isThere || texts[field].size() >= kPerhapsCut)
             texts[field] = ShownText(whole.front()[field], CellValueOf(records.fields()[field]));
     return texts;
 }
 
+// "" for no texts.
 std::string lineOf(std::vector<std::string> texts, const char* separator, const char* end) {
+    if (texts.empty()) return {};
     const std::string special = std::string(separator) + "\"\r\n";
     for (std::string& text : texts) text = quoted(text, special.c_str());
     return text::join(texts, separator) + end;
@@ -64,9 +68,17 @@ CsvOutcome SaveRecordsAsCsv(const RecordsTable& records, const std::string& path
     };
     std::ofstream file(beside, std::ios::binary);
     file << lineOf(namesOf(records), ",", "\r\n");
-    for (int row = 1; row <= records.rows() && file; ++row) {
-        file << lineOf(textsOf(records, row), ",", "\r\n");
-        if (!goOn(row)) return giveUp(CsvOutcome::kStopped);
+    try {
+        int written = 0;
+        for (int row = 1; row <= records.rows() && file; ++row) {
+            const std::string line = lineOf(textsOf(records, row), ",", "\r\n");
+            if (line.empty()) continue;
+            file << line;
+            if (!goOn(++written)) return giveUp(CsvOutcome::kStopped);
+        }
+    } catch (const CDaoException&) {
+        giveUp(CsvOutcome::kFailed);
+        throw;
     }
     file.close();
     if (!file) return giveUp(CsvOutcome::kFailed);

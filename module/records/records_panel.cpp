@@ -15,6 +15,7 @@
 #include "module/settings/dialog_state.h"
 #include "module/setup/database_chooser.h"
 #include "module/store/database.h"
+#include "module/store/link_index.h"
 #include "module/store/new_records.h"
 #include "module/store/server_sign_in.h"
 #include "module/store/user_tables.h"
@@ -28,16 +29,10 @@ namespace norvane {
 
 namespace {
 
-constexpr const char* kTitle = "Records";
 constexpr const char* kOtherDatabase = "Another database...";
 constexpr const char* kCurrentDatabase = "The current output database";
-constexpr int kWidestColumn = 40;  // characters
 constexpr int kNarrowestColumn = 8;
 constexpr std::chrono::milliseconds kBetweenPictures{150};  // while rows are found
-
-constexpr const char* kChoices[] = {"All", "Of the selected entities", "Seen in the window", "Linked",
-                                    "Not linked"};
-constexpr const char* kModes[] = {"New selection", "Add to it", "Take out of it", "Of it only"};
 
 // 4567 as "4 567".
 std::string grouped(long count) {
@@ -54,76 +49,10 @@ bool isThere(const std::string& output) {
 }  // namespace
 
 RecordsPanel::RecordsPanel(std::string output, std::string table)
-    : Panel(kResource, kTitle),
-      output_(std::move(output)),
-      followsCurrent_(output_.empty()),
-      wantedTable_(std::move(table)) {
-    addControls();
-    placeControls();
-    explainControls();
-}
+    : output_(std::move(output)), followsCurrent_(output_.empty()), wantedTable_(std::move(table)) {}
 
 RecordsPanel::~RecordsPanel() {
     grid().setSource(nullptr);
-}
-
-// --- How it looks ----------------------------------------------------------------------------------------
-
-void RecordsPanel::addControls() {
-    add<ui::Label>(kTable - 1, "&Table:");
-    add<ui::DropDown>(kTable);
-    add<ui::Label>(kFilter - 1, "Fi&lter:");
-    add<ui::DropDown>(kFilter, true).setOffersItems();
-    add<ui::Label>(kChoice - 1, "Sho&w:");
-    auto& choices = add<ui::DropDown>(kChoice);
-    for (const char* choice : kChoices) choices.addItem(choice);
-    choices.select(0);
-    add<ui::Label>(kFault).show(false);
-    add<ui::Grid>(kGrid);
-    add<ui::Label>(kCount);
-    add<ui::Label>(kState);
-    add<ui::Button>(kZoom, "&Zoom To");
-    auto& modes = add<ui::DropDown>(kMode);
-    for (const char* mode : kModes) modes.addItem(mode);
-    modes.select(0);
-    add<ui::Button>(kSelectShown, "Sele&ct Shown");
-    add<ui::Button>(kNew, "&New Record...");
-    add<ui::Button>(kErase, "E&rase...");
-    add<ui::Button>(kEraseNew, "Erase &Unlinked...");
-    add<ui::Button>(kCopy, "Cop&y");
-    add<ui::Button>(kSave, "&Save as CSV...");
-}
-
-void RecordsPanel::placeControls() {
-    using namespace ui;
-    setLayout(column({row({item(kTable - 1), item(kTable), item(kFilter - 1), item(kFilter, 1),
-                           item(kChoice - 1), item(kChoice)}),
-                      row({item(kFault, 1)}), item(kGrid, 1), row({item(kCount), item(kState, 1)}),
-                      row({item(kZoom), item(kMode), item(kSelectShown), spring(), item(kNew), item(kErase),
-                           item(kEraseNew), item(kCopy), item(kSave)})}));
-    setSize({900, 300});
-}
-
-void RecordsPanel::explainControls() {
-    find(kTable)->setExplanation("F5 reads the table anew.");
-    find(kFilter)->setExplanation(
-        "Words that all occur in a record, or a condition on its fields: DBH > 30 AND SPECIES LIKE 'oak*'.");
-    find(kChoice)->setExplanation("Which records are shown, by the entities that lead to them.");
-    find(kZoom)->setExplanation("Shows the entities of the rows that are taken.");
-    find(kMode)->setExplanation("How the entities join those that are selected.");
-    find(kSelectShown)->setExplanation("Selects the entities of all records that are shown.");
-    find(kNew)->setExplanation("Opens the sheet for the entity that is selected.");
-    find(kErase)->setExplanation("Erases the rows that are taken, after a question.");
-    find(kEraseNew)->setExplanation("Erases records that were made new and whose links undo has taken back.");
-    find(kCopy)->setExplanation("Puts the rows that are taken into the clipboard. Ctrl+C takes cells alone.");
-    find(kSave)->setExplanation("Writes all records that are shown.");
-    grid().setSelectsCells(true);
-    grid().setWidestColumn(kWidestColumn);
-    grid().setFrozenColumns(1);
-}
-
-void RecordsPanel::say(const std::string& text) {
-    find(kState)->setText(text::replaceAll(text, "\n", " "));  // a line
 }
 
 // --- The table -------------------------------------------------------------------------------------------
@@ -139,6 +68,7 @@ void RecordsPanel::openOutput() {
     closeTable("");
     std::vector<std::string> tables;
     std::string problem;
+    awaitsTable_ = false;
     if (output_.empty())
         problem = "No output database is chosen.";
     else if (!isThere(output_))
@@ -149,12 +79,13 @@ void RecordsPanel::openOutput() {
             OpenDatabase(database, output_);
             tables = UserTables(database);
             if (tables.empty()) problem = "The database has no tables yet.";
+            awaitsTable_ = tables.empty();
         }
     } catch (const CDaoException& error) {
         problem = error.description();
     }
     const std::string shown = tableToShow(tables);
-    fillTables(tables, shown);
+    listTables(tables, shown);
     if (shown.empty())
         closeTable(problem);
     else
@@ -163,19 +94,31 @@ void RecordsPanel::openOutput() {
 
 // The one that is wanted, or was shown last, else the first.
 std::string RecordsPanel::tableToShow(const std::vector<std::string>& tables) {
+    if (tables.empty()) return {};
     for (const std::string& wanted : {std::exchange(wantedTable_, {}), readState(state::kRecordsTable)})
         for (const std::string& table : tables)
             if (text::equalNoCase(table, wanted)) return table;
-    return tables.empty() ? std::string() : tables.front();
+    return tables.front();
 }
 
-void RecordsPanel::fillTables(const std::vector<std::string>& tables, const std::string& shown) {
+void RecordsPanel::listTables(const std::vector<std::string>& tables, const std::string& shown) {
     auto& list = get<ui::DropDown>(kTable);
     list.clearItems();
     for (const std::string& table : tables) list.addItem(table);
     list.addItem(kOtherDatabase);
     if (!followsCurrent_) list.addItem(kCurrentDatabase);
     list.select(shown.empty() ? -1 : list.findExact(shown));
+    tables_ = tables;
+}
+
+// A sheet makes the table of a feature when the first record is saved.
+void RecordsPanel::followTables() {
+    try {
+        const std::vector<std::string> tables = UserTables(records_->database());
+        if (tables != tables_) listTables(tables, records_->table());
+    } catch (const CDaoException& error) {
+        say(error.description());
+    }
 }
 
 void RecordsPanel::openTable(const std::string& table) {
@@ -204,6 +147,8 @@ void RecordsPanel::closeTable(const std::string& why) {
     grid().setColumns(0);
     records_.reset();
     fault_.reset();
+    showFault();
+    offer();
     say(why);
     show();
 }
@@ -234,10 +179,9 @@ void RecordsPanel::chooseDatabase() {
     const std::string folder = IsOdbcPath(output_) ? "" : files::folderOf(output_);
     const std::optional<std::string> chosen = ChooseDatabase(DatabaseChooser::kOutput, folder);
     if (!running()) return;
-    if (chosen) {
-        output_ = *chosen;
-        followsCurrent_ = text::equalNoCase(output_, CurrentOutputPath());
-    }
+    if (!chosen) return listTables(tables_, records_ ? records_->table() : "");
+    output_ = *chosen;
+    followsCurrent_ = text::equalNoCase(output_, CurrentOutputPath());
     openOutput();
 }
 
@@ -254,6 +198,7 @@ void RecordsPanel::refresh() {
     if (!writeRow()) return;
     if (!records_->refresh() || !records_->view().fault().empty()) return openOutput();
     records_->followLinks();
+    followTables();
     showRows();
     wake();
 }
@@ -261,17 +206,22 @@ void RecordsPanel::refresh() {
 // --- Following -------------------------------------------------------------------------------------------
 
 void RecordsPanel::onWindowChange(const ui::WindowChange& change) {
-    // A small table is read anew after each command, a large one where links have changed: whoever saves a
-    // sheet writes the link too.
+    // The values that are seen are read anew after each command, and which records there are: of a small
+    // table always, of a large one where links have changed, since whoever saves a sheet writes the link too.
     constexpr long kQuicklyRead = 20'000;
     if (change.drawing) {
-        if (followsCurrent_ && !text::equalNoCase(CurrentOutputPath(), output_)) openOutput();
+        const bool isOther = followsCurrent_ && !text::equalNoCase(CurrentOutputPath(), output_);
+        if (isOther || (awaitsTable_ && !IsOdbcPath(output_))) openOutput();
+        followNewRecords();
         const bool haveLinksChanged = records_ && records_->followLinks();
-        if (records_ && (haveLinksChanged || records_->view().total() <= kQuicklyRead))
-            if (!records_->refresh()) openOutput();
+        if (haveLinksChanged) followTables();
+        if (records_ && !haveLinksChanged && records_->view().total() > kQuicklyRead)
+            records_->view().noteAllChanged();
+        else if (records_ && !records_->refresh())
+            openOutput();
     }
-    if (!records_) return;
     if (change.drawing || change.selection) followSelection(change.drawing);
+    if (!records_) return show();
     if (change.drawing || change.view) followSeen();
     showRows();
     wake();
@@ -288,6 +238,14 @@ void RecordsPanel::followSelection(bool isForced) {
     if (isOwn || !isOther) return;
     if (const std::optional<int> row = records_->markedRow(); row && writeRow())
         grid().setActive(std::max(1, grid().active().column), *row);
+}
+
+// To find out costs a look at each record that was made, and its tables.
+void RecordsPanel::followNewRecords() {
+    const unsigned long revision = LinkIndex::OfDrawing().revision();
+    if (linksRevision_ == revision) return;
+    linksRevision_ = revision;
+    hasUnlinkedNew_ = !UnlinkedNewRecords().empty();
 }
 
 void RecordsPanel::followSeen() {
@@ -345,7 +303,7 @@ void RecordsPanel::show() {
     find(kSave)->enable(hasRows);
     find(kSelectShown)->enable(hasRows && !records_->keyField().empty());
     find(kErase)->enable(hasRows && records_->obstacle().empty());
-    find(kEraseNew)->enable(!UnlinkedNewRecords().empty());
+    find(kEraseNew)->enable(hasUnlinkedNew_);
     find(kZoom)->enable(hasRows && !records_->entitiesOfRows(taken().first.row, taken().first.row).empty());
     find(kNew)->enable(followsCurrent_ && selected_.size() == 1);
     std::string count;
@@ -405,14 +363,16 @@ void RecordsPanel::onSelection(ui::Control& control) {
         return filter();
     }
     if (control.id() == kTable) {
-        if (!writeRow()) return;
+        if (!writeRow()) return listTables(tables_, records_->table());
         const std::string chosen = get<ui::DropDown>(kTable).selectedText();
         if (chosen == kOtherDatabase) return chooseDatabase();
         if (chosen == kCurrentDatabase) return showTable("", "");
         return openTable(chosen);
     }
-    if (control.id() == kChoice && records_ && writeRow()) {
-        const auto choice = static_cast<RecordChoice>(get<ui::DropDown>(kChoice).selected());
+    if (control.id() == kChoice && records_) {
+        auto& choices = get<ui::DropDown>(kChoice);
+        if (!writeRow()) return choices.select(static_cast<int>(records_->choice()));
+        const auto choice = static_cast<RecordChoice>(choices.selected());
         if (choice == RecordChoice::kSeen) records_->followSeen(SeenEntities());
         own_.clear();
         if (choice == RecordChoice::kSelected) records_->followSelection(selected_, false);
@@ -424,18 +384,16 @@ void RecordsPanel::onSelection(ui::Control& control) {
 }
 
 void RecordsPanel::onCommand(int id) {
+    if (id == kNew) return newRecord();
+    if (id == kEraseNew) return eraseNew();
     if (!records_) return;
     switch (id) {
         case kZoom:
             return zoom();
         case kSelectShown:
             return selectShown();
-        case kNew:
-            return newRecord();
         case kErase:
             return erase();
-        case kEraseNew:
-            return eraseNew();
         case kCopy:
             return copy();
         case kSave:
@@ -455,6 +413,7 @@ void RecordsPanel::onFocus(ui::Control& control) {
 void RecordsPanel::onCellsTaken(ui::Grid&) {
     if (!records_) return;
     records_->enter(grid().active().row);
+    if (records_->view().isWorking()) wake();
     if (const std::string message = records_->takeMessage(); !message.empty()) {
         say(message);
         grid().sourceChanged();
@@ -524,14 +483,12 @@ bool RecordsPanel::onGridKey(const ui::Key& key) {
     return true;
 }
 
-void RecordsPanel::onClose() {
+bool RecordsPanel::mayEnd() {
     grid().setEditing(false);
-    if (!writeRow()) {
-        const std::string question =
-            find(kState)->text() + "\n\nClose the panel all the same? What was typed into the row is lost.";
-        if (ui::ask({kTitle, question}) != ui::kYes) return;
-    }
-    Panel::onClose();
+    if (writeRow()) return true;
+    const std::string question =
+        find(kState)->text() + "\n\nClose the panel all the same? What was typed into the row is lost.";
+    return ui::ask({title(), question}) == ui::kYes;
 }
 
 // --- Changes ----------------------------------------------------------------------------------------------
@@ -539,6 +496,7 @@ void RecordsPanel::onClose() {
 bool RecordsPanel::writeRow() {
     if (!records_) return true;
     const bool isWritten = records_->leave();
+    if (records_->view().isWorking()) wake();
     if (const std::string message = records_->takeMessage(); !message.empty()) {
         say(message);
         grid().sourceChanged();
@@ -558,6 +516,7 @@ void RecordsPanel::undo() {
     }
     records_->enter(grid().active().row);
     showRows();
+    wake();
 }
 
 void RecordsPanel::newRecord() {
@@ -582,10 +541,10 @@ void RecordsPanel::erase() {
         rows.output = output_;
         rows.table = records_->table();
         if (!records_->keyField().empty()) rows.keyField = records_->keyField();
-        rows.rows = records_->valuesOfRows(taken().first.row, taken().last.row);
-        records_->drop();
         std::string message;
         try {
+            rows.rows = records_->valuesOfRows(taken().first.row, taken().last.row);
+            records_->drop();
             message = EraseRows(records_->database(), rows).message;
         } catch (const CDaoException& error) {
             message = error.description();
@@ -602,6 +561,7 @@ void RecordsPanel::eraseNew() {
     perform([this] {
         const std::string message = EraseNewRecords().message;
         if (!message.empty()) acutPrintf("\n%s", message.c_str());
+        linksRevision_.reset();
         refresh();
         say(message);
     });
@@ -609,16 +569,46 @@ void RecordsPanel::eraseNew() {
 
 // --- Entities and output ----------------------------------------------------------------------------------
 
+// Rows are read for it; nothing where they are so many that a person would wait.
+std::optional<std::vector<EntityName>> RecordsPanel::takenEntities() {
+    constexpr int kMost = 10'000;
+    if (taken().rows() <= kMost) return records_->entitiesOfRows(taken().first.row, taken().last.row);
+    say("The entities of more than " + grouped(kMost) + " rows are selected by a filter and Select Shown.");
+    return {};
+}
+
 void RecordsPanel::selectRows() {
     if (records_->keyField().empty()) return;
-    own_ = records_->entitiesOfRows(taken().first.row, taken().last.row);
+    std::optional<std::vector<EntityName>> entities = takenEntities();
+    if (!entities) return;
+    own_ = *std::move(entities);
     ChangeSelection(SelectionMode::kNew, own_);
     followSelection(false);
 }
 
+// Goes on to the end with what is still looked for. False: the person does not wait for it, or it cannot be
+// read.
+bool RecordsPanel::findAll() {
+    constexpr std::chrono::milliseconds kSlice{20};
+    ProgressDialog progress(title(), 0, [] { return acedUsrBrk() == 1; });
+    while (records_ && records_->view().work(kSlice))
+        if (!progress.step(0, grouped(records_->view().lookedAt()) + " records looked at")) {
+            say("Stopped.");
+            return false;
+        }
+    if (!records_) return false;
+    showRows();
+    return records_->view().fault().empty();
+}
+
 void RecordsPanel::selectShown() {
-    if (!writeRow()) return;
-    const std::vector<EntityName> entities = records_->entitiesShown([] { return acedUsrBrk() == 1; });
+    if (!writeRow() || !findAll()) return;
+    std::vector<EntityName> entities;
+    try {
+        entities = records_->entitiesShown([] { return acedUsrBrk() == 1; });
+    } catch (const CDaoException& error) {
+        return say(error.description());
+    }
     const auto mode = static_cast<SelectionMode>(get<ui::DropDown>(kMode).selected());
     const size_t selected = ChangeSelection(mode, entities);
     own_ = SelectedEntities();
@@ -628,18 +618,22 @@ void RecordsPanel::selectShown() {
 }
 
 void RecordsPanel::zoom() {
-    if (!records_) return;
     perform([this] {
-        const std::vector<EntityName> entities =
-            records_->entitiesOfRows(taken().first.row, taken().last.row);
-        if (entities.empty()) return say("No entity leads to these records.");
-        ShownEntities().show(entities);
+        if (!records_) return;
+        const std::optional<std::vector<EntityName>> entities = takenEntities();
+        if (!entities) return;
+        if (entities->empty()) return say("No entity leads to these records.");
+        ShownEntities().show(*entities);
     });
 }
 
 void RecordsPanel::copy() {
     const ui::CellRange range = taken();
-    ui::backend()->setClipboard(RecordsAsText(*records_, range.first.row, range.last.row));
+    try {
+        ui::backend()->setClipboard(RecordsAsText(*records_, range.first.row, range.last.row));
+    } catch (const CDaoException& error) {
+        return say(error.description());
+    }
     say(text::counted(range.rows(), "row is in the clipboard.", "rows are in the clipboard."));
 }
 
@@ -654,16 +648,23 @@ void RecordsPanel::save() {
     box.defaultExtension = "csv";
     box.askOverwrite = true;
     const std::optional<std::string> path = ui::fileBox(box);
-    if (!path || !records_) return;
+    if (!path || !records_ || !findAll()) return;
     const int count = records_->rows();
     ProgressDialog progress("Save Records", count);
-    const CsvOutcome outcome = SaveRecordsAsCsv(*records_, *path, [&](int rows) {
-        return progress.step(rows, "Record " + grouped(rows) + " of " + grouped(count));
-    });
-    say(outcome == CsvOutcome::kWritten
-            ? text::counted(count, "record is", "records are") + " in " + *path + "."
-        : outcome == CsvOutcome::kStopped ? "Stopped. Nothing was written."
-                                          : "Cannot write " + *path + ".");
+    int written = 0;
+    const auto goOn = [&](int records) {
+        written = records;
+        return progress.step(records, "Record " + grouped(records) + " of " + grouped(count));
+    };
+    try {
+        const CsvOutcome outcome = SaveRecordsAsCsv(*records_, *path, goOn);
+        say(outcome == CsvOutcome::kWritten
+                ? text::counted(written, "record is", "records are") + " in " + *path + "."
+            : outcome == CsvOutcome::kStopped ? "Stopped. Nothing was written."
+                                              : "Cannot write " + *path + ".");
+    } catch (const CDaoException& error) {
+        say("Nothing was written. " + error.description());
+    }
 }
 
 // --- The function -----------------------------------------------------------------------------------------

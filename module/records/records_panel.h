@@ -6,30 +6,13 @@
 #include <string>
 #include <vector>
 
+#include "module/records/records_form.h"
 #include "module/records/records_table.h"
-#include "platform/ui/panel.h"
 
 namespace norvane {
 
-class RecordsPanel : public ui::Panel {
+class RecordsPanel : public RecordsForm {
   public:
-    static constexpr int kResource = 1801;
-    static constexpr int kTable = 1002;
-    static constexpr int kFilter = 1004;
-    static constexpr int kChoice = 1006;
-    static constexpr int kFault = 1007;
-    static constexpr int kGrid = 1008;
-    static constexpr int kCount = 1009;
-    static constexpr int kState = 1010;
-    static constexpr int kZoom = 1011;
-    static constexpr int kMode = 1012;
-    static constexpr int kSelectShown = 1013;
-    static constexpr int kNew = 1014;
-    static constexpr int kErase = 1015;
-    static constexpr int kCopy = 1016;
-    static constexpr int kSave = 1017;
-    static constexpr int kEraseNew = 1018;
-
     // output: "" for the current one, which it then follows. table: "" for the one that was shown last.
     RecordsPanel(std::string output, std::string table);
     ~RecordsPanel() override;
@@ -53,18 +36,15 @@ class RecordsPanel : public ui::Panel {
     bool onCellDoubleClick(ui::Grid& grid, ui::CellPosition at) override;
     void onHeadingClick(ui::Grid& grid, int column) override;
     bool onKey(const ui::Key& key) override;
-    void onClose() override;
-
-    void addControls();
-    void placeControls();
-    void explainControls();
+    bool mayEnd() override;
 
     // Opens the database, or says why it is not shown.
     void openOutput();
     std::string tableToShow(const std::vector<std::string>& tables);
     void openTable(const std::string& table);
     void closeTable(const std::string& why);
-    void fillTables(const std::vector<std::string>& tables, const std::string& shown);
+    void listTables(const std::vector<std::string>& tables, const std::string& shown);
+    void followTables();
     void chooseDatabase();
     void prepareGrid();
     void refresh();
@@ -73,6 +53,7 @@ class RecordsPanel : public ui::Panel {
     void offer();
     void showFault();
     void followSelection(bool isForced);
+    void followNewRecords();
     void followSeen();
     void askForIndex();
     // Shows how much there is, and what can be done.
@@ -82,9 +63,10 @@ class RecordsPanel : public ui::Panel {
     bool onGridKey(const ui::Key& key);
     void undo();
 
-    ui::Grid& grid() const { return get<ui::Grid>(kGrid); }
     ui::CellRange taken() const { return grid().selection(); }
+    std::optional<std::vector<EntityName>> takenEntities();
     void selectRows();
+    bool findAll();
     void selectShown();
     void zoom();
     void newRecord();
@@ -92,16 +74,18 @@ class RecordsPanel : public ui::Panel {
     void eraseNew();
     void copy();
     void save();
-    void say(const std::string& text);
 
-    std::string output_;       // that is shown
-    bool followsCurrent_;      // output_ is the current output, whichever that is
-    std::string wantedTable_;  // to be shown when it is there
+    std::string output_;               // that is shown
+    bool followsCurrent_;              // output_ is the current output, whichever that is
+    std::string wantedTable_;          // to be shown when it is there
+    std::vector<std::string> tables_;  // in the list
+    bool awaitsTable_ = false;         // the output is there and has none yet
     std::unique_ptr<RecordsTable> records_;
-    std::vector<EntityName> selected_, own_;  // in the drawing; by rows of the panel
+    std::vector<EntityName> selected_, own_;      // in the drawing; by rows of the panel
+    std::optional<unsigned long> linksRevision_;  // for which the next is known
+    bool hasUnlinkedNew_ = false;
     bool isIndexSettled_ = false;
     std::chrono::steady_clock::time_point rowsShown_;
-    std::string filterFault_;
     std::optional<ConditionFault> fault_;
 };
 

@@ -90,15 +90,15 @@ int RecordsTable::orderColumn() const {
 }
 
 bool RecordsTable::refresh() {
-    auto names = [this] {
-        std::vector<std::string> all;
-        for (const CDaoFieldInfo& field : fields()) all.push_back(field.name);
+    auto columns = [this] {
+        std::vector<std::pair<std::string, int>> all;
+        for (const CDaoFieldInfo& field : fields()) all.emplace_back(field.name, field.type);
         return all;
     };
-    const std::vector<std::string> before = names();
+    const std::vector<std::pair<std::string, int>> before = columns();
     samples_.reset();
     view_->refresh();
-    return names() == before;
+    return columns() == before;
 }
 
 // --- The drawing ------------------------------------------------------------------------------------------
@@ -156,11 +156,15 @@ std::vector<EntityName> RecordsTable::entitiesShown(const std::function<bool()>&
 }
 
 std::optional<int> RecordsTable::markedRow() const {
-    if (selected_->empty() || view_->total() > kFewRecords) return {};
-    std::optional<long> row;
-    if (selected_->size() == 1) row = view_->rowOf(*selected_->begin());
-    if (!row) return {};
-    return static_cast<int>(*row) + 1;
+    if (selected_->size() != 1) return {};
+    try {
+        if (view_->total() > kFewRecords && !view_->hasKeyIndex()) return {};
+        const std::optional<long> row = view_->rowOf(*selected_->begin());
+        if (row) return static_cast<int>(*row) + 1;
+    } catch (const CDaoException&) {
+        // What cannot be read is told by the rows themselves.
+    }
+    return {};
 }
 
 bool RecordsTable::isMarked(int row) const {
@@ -170,13 +174,8 @@ bool RecordsTable::isMarked(int row) const {
 // --- Changes ----------------------------------------------------------------------------------------------
 
 // Rows change their places when others are filtered or put into another order.
-int RecordsTable::currentRow() const {
-    if (!current_) return 0;
-    if (currentRow_ >= 1 && currentRow_ <= rows() && view_->id(currentRow_ - 1) == *current_)
-        return currentRow_;
-    const std::optional<long> row = view_->rowOf(*current_);
-    currentRow_ = row ? static_cast<int>(*row) + 1 : 0;
-    return currentRow_;
+bool RecordsTable::isCurrent(int row) const {
+    return current_ && row >= 1 && row <= rows() && view_->id(row - 1) == *current_;
 }
 
 void RecordsTable::takeTypes() {
@@ -211,13 +210,12 @@ bool RecordsTable::begin(int row) {
 
 void RecordsTable::enter(int row) {
     const bool isThere = row >= 1 && row <= rows();
-    if (isThere && row == currentRow()) return;
+    if (isCurrent(row)) return;
     if (!leave()) return;
     current_.reset();
     types_.clear();
     if (!edits_ || !isThere || !begin(row)) return;
     current_ = view_->id(row - 1);
-    currentRow_ = row;
     takeTypes();
 }
 
@@ -267,11 +265,11 @@ bool RecordsTable::undo() {
 }
 
 std::vector<RecordValues> RecordsTable::valuesOfRows(int first, int last) const {
-    std::vector<RecordValues> records;
-    for (int row = std::max(1, first); row <= std::min(last, rows()); ++row) {
-        RecordValues record = view_->values(row - 1);
-        if (!record.empty()) records.push_back(std::move(record));
-    }
+    first = std::max(1, first);
+    last = std::min(last, rows());
+    if (first > last) return {};
+    std::vector<RecordValues> records = view_->values(first - 1, last - first + 1);
+    std::erase_if(records, [](const RecordValues& record) { return record.empty(); });
     return records;
 }
 
@@ -311,15 +309,15 @@ std::string RecordsTable::text(int column, int row) const {
         return entities ? std::to_string(entities->size()) : std::string();
     }
     const auto place = static_cast<size_t>(field);
-    if (isChanged() && edits_->isChanged(place) && row == currentRow()) return edits_->text(place);
+    if (isChanged() && edits_->isChanged(place) && isCurrent(row)) return edits_->text(place);
     return view_->text(row - 1, field);
 }
 
 // Several rows may be pasted into, a row at a time.
 void RecordsTable::setText(int column, int row, std::string text) {
     const int field = column - kFirstField;
-    if (row != currentRow()) enter(row);
-    if (field < 0 || row != currentRow()) {
+    if (!isCurrent(row)) enter(row);
+    if (field < 0 || !isCurrent(row)) {
         if (message_.empty()) message_ = obstacle_.empty() ? "This cannot be changed." : obstacle_;
         return;
     }
@@ -329,7 +327,7 @@ void RecordsTable::setText(int column, int row, std::string text) {
 
 const ui::CellType* RecordsTable::type(int column, int row) const {
     const int field = column - kFirstField;
-    if (field < 0 || types_.empty() || row != currentRow()) return nullptr;
+    if (field < 0 || types_.empty() || !isCurrent(row)) return nullptr;
     return &types_[static_cast<size_t>(field)];
 }
 

@@ -64,7 +64,7 @@ class RecordsTable : public ui::GridSource {
 
     // Of rows, the last one included; each entity once.
     std::vector<EntityName> entitiesOfRows(int first, int last) const;
-    // Of all rows that are shown. isBreak stops it, with none.
+    // Of all rows that are shown. isBreak stops it, with none. Throws what the engine says.
     std::vector<EntityName> entitiesShown(const std::function<bool()>& isBreak) const;
     // The first row of the selected entities, where it is quickly found.
     std::optional<int> markedRow() const;
@@ -85,7 +85,10 @@ class RecordsTable : public ui::GridSource {
     // What the person is to be told of the last of these, and of a text that a cell has not taken; "" for
     // nothing. It is told once.
     std::string takeMessage() { return std::exchange(message_, {}); }
-    // What was read of rows, for whoever erases them. Rows that are gone are left out.
+    // Whether the record of a row is there and can be read.
+    bool isThere(int row) const { return view_->isThere(row - 1); }
+    // The values of rows, read now, for whoever erases them. Rows that are gone are left out. Throws what the
+    // engine says.
     std::vector<RecordValues> valuesOfRows(int first, int last) const;
 
     // Values that the first records have in a field, for those who type a condition.
@@ -101,7 +104,7 @@ class RecordsTable : public ui::GridSource {
   private:
     void applyFilter();
     bool isMarked(int row) const;
-    int currentRow() const;
+    bool isCurrent(int row) const;
     bool begin(int row);
     void takeTypes();
     std::string typedText() const;
@@ -119,7 +122,6 @@ class RecordsTable : public ui::GridSource {
     std::shared_ptr<const RecordKeys> seen_;
 
     std::optional<RecordId> current_;  // the record that is being changed
-    mutable int currentRow_ = 0;
     std::vector<ui::CellType> types_;  // of its cells, by field
     std::vector<RecordId> written_;    // in the order in which undo goes back
     std::string message_;

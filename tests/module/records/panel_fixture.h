@@ -1,6 +1,8 @@
 // A drawing with trees that are linked to records, and the panel of records over them.
 #pragma once
 
+#include <functional>
+#include <optional>
 #include <regex>
 #include <string>
 #include <vector>
@@ -58,6 +60,30 @@ class RecordsPanelTest : public LinkTools {
         printed();
         EXPECT_EQ(lisp("(gis:records-panel" + arguments + ")"), "nil");
         return printed();
+    }
+    // The panel with steps that are made when it waits for them: a moment in which somebody else may be at
+    // work. The panel as each of them found it, and as it was closed.
+    std::vector<std::string> panelBeside(std::vector<std::function<ui::Step()>> steps) {
+        class Steps : public ui::Asker {
+          public:
+            explicit Steps(std::vector<std::function<ui::Step()>> steps) : steps_(std::move(steps)) {}
+            std::optional<ui::Step> step(const std::string& model) override {
+                if (seen.size() == steps_.size()) return {};
+                seen.push_back(model);
+                return steps_[seen.size() - 1]();
+            }
+            std::optional<std::string> answer(const std::string&) override { return {}; }
+            std::vector<std::string> seen;
+
+          private:
+            std::vector<std::function<ui::Step()>> steps_;
+        };
+        steps.emplace_back([] { return close(); });
+        Steps asker(std::move(steps));
+        ui_.setAsker(&asker);
+        lisp("(gis:records-panel)");
+        ui_.setAsker(nullptr);
+        return asker.seen;
     }
     // What each `show` saw.
     std::vector<std::string> pictures() const {

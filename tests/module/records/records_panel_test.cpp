@@ -1,9 +1,6 @@
 // The panel of records in scripts: the same model that stands in the window.
 #include "tests/module/records/panel_fixture.h"
 
-#include <functional>
-#include <optional>
-
 using Strings = std::vector<std::string>;
 
 TEST_F(RecordsPanelTest, ItShowsRecordsWithTheirEntitiesAndNarrowsThemDown) {
@@ -21,6 +18,15 @@ TEST_F(RecordsPanelTest, ItShowsRecordsWithTheirEntitiesAndNarrowsThemDown) {
     EXPECT_TRUE(::text::trim(lineOf(seen[0], "'T4'")).starts_with("'T4'"));
 }
 
+TEST_F(RecordsPanelTest, ALinkWithoutAKeyLeadsToNoRecordWithoutOne) {
+    sql("insert into TREE (GIS_KEY, SPECIES) values ('TREE', 'Yew')");
+    makePoint("e", "50.0 50.0 0.0");
+    linkTo("e", "");
+    panel({text("1004", "yew"), show(), pick("1006", "Linked"), show()});
+    EXPECT_TRUE(::text::trim(lineOf(pictures()[0], "'Yew'")).starts_with("''")) << pictures()[0];
+    EXPECT_EQ(lineOf(pictures()[1], "'Yew'"), "");
+}
+
 TEST_F(RecordsPanelTest, AWrongConditionIsToldWithItsPlaceAndLeavesWhatIsShown) {
     panel({text("1004", "DBH > 20"), text("1004", "DBH > 20 AND HIGHT < 3"), show(), text("1004", "DBH >"),
            show(), text("1004", "hight low"), show()});
@@ -33,6 +39,9 @@ TEST_F(RecordsPanelTest, AWrongConditionIsToldWithItsPlaceAndLeavesWhatIsShown) 
     EXPECT_EQ(keysIn(seen[2]), "");
     EXPECT_EQ(lineOf(seen[2], "1007 label"), "");
     EXPECT_NE(seen[2].find("0 of 5"), std::string::npos);
+    // The message goes with the table.
+    panel({text("1004", "DBH >"), pick("1002", "TREE"), show()});
+    EXPECT_EQ(lineOf(pictures()[0], "1007 label"), "");
 }
 
 TEST_F(RecordsPanelTest, WhatMayStandInAConditionIsOffered) {
@@ -114,38 +123,64 @@ TEST_F(RecordsPanelTest, ARowIsWrittenWhenItIsLeftAndTakenBack) {
     EXPECT_EQ(sql("select SPECIES from TREE where PT_ID = 'T4'"), "DOGWOOD\n");
 }
 
-// A question in between is a moment in which somebody else is at work.
 TEST_F(RecordsPanelTest, WhatSomebodyElseHasChangedIsNotOverwritten) {
-    class Between : public ui::Asker {
-      public:
-        explicit Between(RecordsPanelTest& test) : test_(test) {}
-        std::optional<ui::Step> step(const std::string& model) override {
-            if (steps_.empty()) return {};
-            if (steps_.size() == 1) shown = model;
-            auto next = steps_.front();
-            steps_.erase(steps_.begin());
-            return next();
-        }
-        std::optional<std::string> answer(const std::string&) override { return {}; }
-        std::string shown;
-
-      private:
-        RecordsPanelTest& test_;
-        std::vector<std::function<ui::Step()>> steps_ = {
-            [] { return cellAt(4, 1, "DOGWOOD"); },
-            [this] {
-                test_.sql("update TREE set SPECIES = 'Birch' where PT_ID = 'T1'");
-                return clickCell(2, 2);
-            },
-            [] { return close(); }};
-    } somebody(*this);
-    ui_.setAsker(&somebody);
-    lisp("(gis:records-panel)");
-    ui_.setAsker(nullptr);
+    const Strings seen = panelBeside({[] { return cellAt(4, 1, "DOGWOOD"); },
+                                      [this] {
+                                          sql("update TREE set SPECIES = 'Birch' where PT_ID = 'T1'");
+                                          return clickCell(2, 2);
+                                      }});
     EXPECT_EQ(sql("select SPECIES from TREE where PT_ID = 'T1'"), "Birch\n");
-    EXPECT_NE(lineOf(somebody.shown, "'T1'").find("Birch"), std::string::npos) << "what it is now is shown";
-    const std::string told = lineOf(somebody.shown, "1010");
+    EXPECT_NE(lineOf(seen.back(), "'T1'").find("Birch"), std::string::npos) << "what it is now is shown";
+    const std::string told = lineOf(seen.back(), "1010");
     EXPECT_NE(told.find("Not written: SPECIES = DOGWOOD."), std::string::npos) << told;
+}
+
+TEST_F(RecordsPanelTest, ATableThatGoesWhileItIsShownIsToldWhateverIsDone) {
+    // More than are kept of what was shown.
+    sql("create table DIGIT (I INTEGER)");
+    for (int digit = 0; digit < 10; ++digit) sql("insert into DIGIT values (" + std::to_string(digit) + ")");
+    for (int i = 0; i < 2; ++i)
+        sql("insert into TREE (PT_ID, DBH) select 'D', a.I from DIGIT a, DIGIT b, DIGIT c");
+    lisp("(sssetfirst nil (ssadd b))");
+    ui_.answerFile(path("trees.csv"));
+    const Strings seen = panelBeside({[this] {
+                                          sql("drop table TREE; drop table DIGIT");
+                                          return click("Select Shown");
+                                      },
+                                      [] { return click("Save as CSV..."); }, [] { return clickCell(2, 3); },
+                                      [] { return click("Copy"); }, [] { return click("Zoom To"); },
+                                      [] { return click("Erase..."); }, [] { return key("F5"); }});
+    ASSERT_EQ(seen.size(), 8u);
+    for (size_t after : {1, 2})
+        EXPECT_NE(lineOf(seen[after], "1010").find("TREE"), std::string::npos) << seen[after];
+    EXPECT_FALSE(fs::exists(path("trees.csv")));
+    EXPECT_FALSE(fs::exists(path("trees.csv.part")));
+    EXPECT_NE(seen.back().find("no tables"), std::string::npos) << seen.back();
+}
+
+TEST_F(RecordsPanelTest, TablesThatAreMadeMeanwhileAreInTheList) {
+    const char* const kPoles = "create table POLE (PT_ID TEXT(20)); insert into POLE values ('P1')";
+    Strings seen = panelBeside({[&] {
+                                    sql(kPoles);
+                                    return key("F5");
+                                },
+                                [] { return pick("1002", "POLE"); }});
+    EXPECT_NE(seen.back().find("'P1'"), std::string::npos);
+
+    // The first one of an output comes behind the next command.
+    makeOutput("fresh.mdb");
+    lisp("(cf:gis_smart_prompting 2 2 " + quoted("fresh.mdb") + ")");
+    ASSERT_EQ(lisp("(load \"gis.lsp\") t"), "T");
+    makePoint("e", "50.0 50.0 0.0");
+    lisp("(sssetfirst nil (ssadd e))");
+    answer(134, {click("Cancel")});
+    seen = panelBeside({[&] {
+        sqlite("fresh.mdb", kPoles);
+        return click("New Record...");
+    }});
+    ASSERT_EQ(seen.size(), 2u);
+    EXPECT_NE(seen[0].find("no tables"), std::string::npos);
+    EXPECT_NE(seen[1].find("'P1'"), std::string::npos) << seen[1];
 }
 
 TEST_F(RecordsPanelTest, RowsAreErasedAfterAQuestionThatCounts) {
@@ -218,6 +253,12 @@ TEST_F(RecordsPanelTest, ALargeTableIsAskedAboutOnceForAnIndex) {
     EXPECT_EQ(lisp("(gis:index \"STONE\")"), "0") << "it is there";
     panel({pick("1002", "STONE")});
     EXPECT_FALSE(shown("question [Index]"));
+    // By its index even a large table shows the row of an entity.
+    sql("insert into TREE (PT_ID, GIS_KEY) select PT_ID, 'TREE' from STONE");
+    EXPECT_EQ(lisp("(gis:index \"TREE\")"), "1");
+    lisp("(sssetfirst nil (ssadd b))");
+    panel({show()}, " \"\" \"TREE\"");
+    EXPECT_NE(pictures()[0].find("at (2, 2)"), std::string::npos);
 }
 
 TEST_F(RecordsPanelTest, WithoutADatabaseOrATableItSaysSo) {
