@@ -236,6 +236,14 @@ void RecordsPanel::followSelection(bool isForced) {
     if (!isOwn) own_.clear();
     records_->followSelection(selected_, isOwn);
     if (isOwn || !isOther) return;
+    seeksMarkedRow_ = true;
+    goToMarkedRow();
+}
+
+// Once all rows are listed.
+void RecordsPanel::goToMarkedRow() {
+    if (!seeksMarkedRow_ || records_->view().isWorking()) return;
+    seeksMarkedRow_ = false;
     if (const std::optional<int> row = records_->markedRow(); row && writeRow())
         grid().setActive(std::max(1, grid().active().column), *row);
 }
@@ -263,6 +271,7 @@ bool RecordsPanel::work(std::chrono::milliseconds most) {
     const bool goesOn = records_->view().work(most);
     const auto now = std::chrono::steady_clock::now();
     if (!goesOn || now - rowsShown_ > kBetweenPictures) showRows();
+    if (!goesOn) goToMarkedRow();
     if (!goesOn) askForIndex();
     return goesOn;
 }
@@ -412,6 +421,7 @@ void RecordsPanel::onFocus(ui::Control& control) {
 
 void RecordsPanel::onCellsTaken(ui::Grid&) {
     if (!records_) return;
+    seeksMarkedRow_ = false;
     records_->enter(grid().active().row);
     if (records_->view().isWorking()) wake();
     if (const std::string message = records_->takeMessage(); !message.empty()) {

@@ -53,6 +53,7 @@ class RecordsPanel : public RecordsForm {
     void offer();
     void showFault();
     void followSelection(bool isForced);
+    void goToMarkedRow();
     void followNewRecords();
     void followSeen();
     void askForIndex();
@@ -84,6 +85,7 @@ class RecordsPanel : public RecordsForm {
     std::vector<EntityName> selected_, own_;      // in the drawing; by rows of the panel
     std::optional<unsigned long> linksRevision_;  // for which the next is known
     bool hasUnlinkedNew_ = false;
+    bool seeksMarkedRow_ = false;
     bool isIndexSettled_ = false;
     std::chrono::steady_clock::time_point rowsShown_;
     std::optional<ConditionFault> fault_;

@@ -66,7 +66,7 @@ class RecordsTable : public ui::GridSource {
     std::vector<EntityName> entitiesOfRows(int first, int last) const;
     // Of all rows that are shown. isBreak stops it, with none. Throws what the engine says.
     std::vector<EntityName> entitiesShown(const std::function<bool()>& isBreak) const;
-    // The first row of the selected entities, where it is quickly found.
+    // The row of the selected entity, where it is quickly found. Ask when nothing is at work.
     std::optional<int> markedRow() const;
 
     // --- Changes

@@ -263,6 +263,11 @@ TEST_F(RecordsInWindow, AnotherDrawingAndATableThatGoes) {
     EXPECT_EQ(grid().model()->rowCount(), 0);
     EXPECT_FALSE(textOf(RecordsPanel::kState).isEmpty());
     savePicture("gone");
+    // The first table that comes is shown behind the next command.
+    sql("create table BUSH (PT_ID TEXT(9)); insert into BUSH values ('B1')");
+    window_.runLine("REGEN");
+    rest();
+    EXPECT_EQ(keys(), "B1");
     // Another output.
     std::filesystem::create_directory(path("elsewhere"));
     lisp("(cf:gis_smart_prompting 20 \"x\" \"none\" \"" + path("elsewhere/other.mdb") + "\")");
