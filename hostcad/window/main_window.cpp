@@ -105,6 +105,9 @@ void MainWindow::makePanels() {
     properties_->setAlternatingRowColors(true);
     properties_->header()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
     properties_->setAccessibleName("Properties");
+    // On a small screen it leaves room to a panel below.
+    constexpr int kLeastLines = 3;
+    properties_->setMinimumHeight(kLeastLines * properties_->fontMetrics().height());
     preparePictures(*properties_);
 
     auto dock = [this](const char* title, const char* name, QWidget* content, Qt::DockWidgetArea area) {
@@ -306,7 +309,7 @@ void MainWindow::fillProperties() {
         top->setFirstColumnSpanned(true);
         for (const auto& [name, value] : group.values) {
             auto* item = new QTreeWidgetItem(top, {toQt(name), toQt(value)});
-            item->setToolTip(1, toQt(value));
+            item->setToolTip(1, ui::tipOf(toQt(value)));
         }
         addPictures(*top, group.pictures);
         top->setExpanded(true);

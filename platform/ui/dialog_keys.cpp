@@ -38,7 +38,8 @@ void Dialog::userKeyUp(const Key& key) {
 std::string Dialog::userMnemonic(char letter) {
     for (size_t i = 0; i < controls_.size(); ++i) {
         Control& control = *controls_[i];
-        if (control.kind() == ControlKind::Edit || mnemonicOf(control.text()) != letter) continue;
+        const bool isTyped = control.kind() == ControlKind::Edit || control.kind() == ControlKind::DropDown;
+        if (isTyped || mnemonicOf(control.text()) != letter) continue;
         if (control.takesFocus()) return userClick(control);
         if (control.kind() == ControlKind::Label && i + 1 < controls_.size() &&
             controls_[i + 1]->takesFocus())

@@ -5,6 +5,7 @@
 #include <QComboBox>
 #include <QCompleter>
 #include <QGroupBox>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -56,7 +57,32 @@ class Shown : public ControlWidget {
     Q* q_;  // the window's
 };
 
-class LabelWidget : public Shown<Label, QLabel> {
+// A line that ends with an ellipsis where it has too little room, and is whole under the mouse.
+class ShortenedLabel : public QLabel {
+  public:
+    explicit ShortenedLabel(QWidget* parent) : QLabel(parent) {
+        setTextFormat(Qt::PlainText);  // whatever records say
+    }
+
+  protected:
+    void paintEvent(QPaintEvent* event) override {
+        if (!isCut()) return QLabel::paintEvent(event);
+        QPainter painter(this);
+        const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, contentsRect().width());
+        style()->drawItemText(&painter, contentsRect(), static_cast<int>(alignment()), palette(), isEnabled(),
+                              shown, foregroundRole());
+    }
+    bool event(QEvent* event) override {
+        if (event->type() != QEvent::ToolTip || !isCut()) return QLabel::event(event);
+        QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), tipOf(text()), this);
+        return true;
+    }
+
+  private:
+    bool isCut() const { return !buddy() && !text().contains('\n') && sizeHint().width() > width(); }
+};
+
+class LabelWidget : public Shown<Label, ShortenedLabel> {
   public:
     using Shown::Shown;
     void setBuddy(QWidget* buddy) override { q_->setBuddy(buddy); }
@@ -65,8 +91,13 @@ class LabelWidget : public Shown<Label, QLabel> {
     void show() override {
         constexpr Qt::Alignment kAlignments[] = {Qt::AlignLeft, Qt::AlignHCenter, Qt::AlignRight};
         q_->setAlignment(kAlignments[control_.alignment()] | Qt::AlignVCenter);
-        q_->setText(toQt(control_.text()));
+        const QString text = toQt(control_.text());
+        // What changes is a message, and does not make its window wider.
+        if (isShown_ && text != q_->text()) q_->setMinimumWidth(text.contains('\n') ? 0 : 1);
+        isShown_ = true;
+        q_->setText(text);
     }
+    bool isShown_ = false;
 };
 
 // A group box whose caption interrupts its upper line, as dialogs that are placed to the pixel expect: what
@@ -156,7 +187,7 @@ class EditWidget : public Shown<Edit, PathEdit> {
         if (q_->text() != text) {
             q_->setText(text);
             // A path is told apart by its end.
-            if (control_.readOnly()) q_->setToolTip(text);
+            if (control_.readOnly()) q_->setToolTip(tipOf(text));
         }
         if (control_.selectionTo() != from_ || control_.selectionFrom() != to_) {
             from_ = control_.selectionTo();

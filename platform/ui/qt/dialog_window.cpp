@@ -32,6 +32,11 @@ bool endsDialog(const Layout& part) {
     return std::any_of(part.children.begin(), part.children.end(), endsDialog);
 }
 
+// Told from a message, in which "&" is a character like any other.
+bool isCaption(const std::string& text) {
+    return !text.empty() && (text.find('&') != std::string::npos || text.back() == ':');
+}
+
 // The dialog as a panel that stands in the program's window; null where it does not.
 Panel* placedPanel(Dialog& dialog) {
     auto* panel = dynamic_cast<Panel*>(&dialog);
@@ -116,9 +121,10 @@ void DialogWindow::makeWidgets() {
         if (control->ownFont()) made->widget()->setFont(qtFont(*control->ownFont()));
         widgets_[control->id()] = std::move(made);
     }
-    // Labels lend their mnemonic to the control behind them.
+    // Captions lend their mnemonic and their name to the control behind them.
     for (size_t i = 0; i + 1 < dialog_.controls().size(); ++i)
-        if (dialog_.controls()[i]->kind() == ControlKind::Label)
+        if (const Control& control = *dialog_.controls()[i];
+            control.kind() == ControlKind::Label && isCaption(control.text()))
             find(dialog_.controls()[i]->id())->setBuddy(widgetOf(dialog_.controls()[i + 1]->id()));
 }
 

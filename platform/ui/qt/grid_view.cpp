@@ -76,8 +76,9 @@ QVariant GridCells::data(const QModelIndex& index, int role) const {
     const bool fixed = type.kind == CellKind::Static && !grid_.marksRows();
     switch (role) {
         case Qt::DisplayRole:
-        case Qt::ToolTipRole:
             return toQt(type.kind == CellKind::CheckBox ? type.label : grid_.text(at.column, at.row));
+        case Qt::ToolTipRole:
+            return tipOf(data(index, Qt::DisplayRole).toString());
         case Qt::CheckStateRole:
             if (type.kind != CellKind::CheckBox) return {};
             return static_cast<int>(grid_.checked(at.column, at.row) ? Qt::Checked : Qt::Unchecked);

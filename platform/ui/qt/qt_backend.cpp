@@ -298,6 +298,7 @@ void QtBackend::information(const std::string& text, int milliseconds) {
     box.setWindowTitle(front() ? front()->windowTitle() : QString());
     auto* inside = new QVBoxLayout(&box);
     auto* label = new QLabel(toQt(text));
+    label->setTextFormat(Qt::PlainText);
     label->setMargin(12);
     inside->addWidget(label);
     QTimer::singleShot(milliseconds, &box, &QDialog::accept);

@@ -3,6 +3,7 @@
 #include <QFontDatabase>
 #include <QGuiApplication>
 #include <QScreen>
+#include <QTextDocument>
 
 namespace ui {
 namespace {
@@ -45,6 +46,10 @@ std::string nameOf(const QKeyEvent& event) {
 }
 
 }  // namespace
+
+QString tipOf(const QString& text) {
+    return Qt::mightBeRichText(text) ? Qt::convertFromPlainText(text) : text;
+}
 
 std::optional<Key> keyOf(const QKeyEvent& event) {
     Key key;

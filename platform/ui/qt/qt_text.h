@@ -20,6 +20,9 @@ inline std::string fromQt(const QString& text) {
     return text.toStdString();
 }
 
+// What stands under the mouse: a text as it is, also one that looks like HTML.
+QString tipOf(const QString& text);
+
 // Nothing for a key that is none to a dialog: a modifier alone, a dead key.
 std::optional<Key> keyOf(const QKeyEvent& event);
 

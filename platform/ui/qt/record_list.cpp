@@ -22,8 +22,10 @@ class Items : public QAbstractTableModel {
     int columnCount(const QModelIndex& parent = {}) const override { return parent.isValid() ? 0 : columns_; }
     QVariant data(const QModelIndex& index, int role) const override {
         const bool chosen = list_.isSelected(index.row());
-        if (role == Qt::DisplayRole || role == Qt::ToolTipRole)
-            return toQt(list_.text(index.row(), index.column()));
+        if (role == Qt::DisplayRole || role == Qt::ToolTipRole) {
+            const QString text = toQt(list_.text(index.row(), index.column()));
+            return role == Qt::ToolTipRole ? tipOf(text) : text;
+        }
         if (role == Qt::BackgroundRole && chosen) return view_.palette().highlight();
         if (role == Qt::ForegroundRole && chosen) return view_.palette().highlightedText();
         return {};

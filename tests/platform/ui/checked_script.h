@@ -36,7 +36,8 @@ class CheckedScript : public ui::ScriptedBackend {
             if (auto* menu = dynamic_cast<const ui::Menu*>(control.get())) {
                 for (const ui::Menu::Entry& entry : menu->entries())
                     if (entry.level == 0) add(entry.caption);
-            } else if (control->visible() && control->kind() != ui::ControlKind::Edit) {
+            } else if (control->visible() && control->kind() != ui::ControlKind::Edit &&
+                       control->kind() != ui::ControlKind::DropDown) {
                 add(control->text());
             }
         }

@@ -4,6 +4,7 @@
 #include <QComboBox>
 #include <QFileDialog>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QListWidget>
 #include <QMenuBar>
 #include <QMessageBox>
@@ -282,6 +283,27 @@ TEST_F(QtUi, AnEditThatIsFullShowsThatItRefusesMore) {
           see(refuses, "pasted"), press(Qt::Key_Tab), see(takes, "left"), press(Qt::Key_Escape)});
     dialog.runModal();
     EXPECT_EQ(dialog.find(kName)->text(), "MH 1");
+}
+
+TEST_F(QtUi, AMessageIsShownAsItStands) {
+    class Told : public ui::Dialog {
+      public:
+        Told() : Dialog(902, "Told") {
+            add<ui::Label>(kNameLabel);
+            add<ui::Edit>(kName);
+            add<ui::Button>(ui::kOk, "OK");
+            setLayout(ui::column({ui::item(kNameLabel), ui::item(kName), ui::item(ui::kOk)}));
+            setSize({300, 120});
+        }
+    } dialog;
+    const std::string told = "No field <b>x</b> &y " + std::string(200, 'z');
+    auto label = [] { return child<QLabel>(kNameLabel); };
+    does({[&] { dialog.find(kNameLabel)->setText(told); },
+          see([&] { return label()->text().toStdString() == told; }, "text"),
+          see([&] { return label()->textFormat() == Qt::PlainText; }, "no tags"),
+          see([&] { return label()->width() <= window()->width(); }, "within its window"),
+          see([&] { return !label()->buddy(); }, "no letter of another control"), press(Qt::Key_Escape)});
+    dialog.runModal();
 }
 
 TEST_F(QtUi, BoxesAnswerWhatWasPressed) {
