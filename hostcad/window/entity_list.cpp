@@ -174,6 +174,9 @@ EntityList::EntityList(QWidget* parent)
     filter_->setAccessibleName("Filter of the entity list");
     view_->setModel(table_);
     view_->setAccessibleName("Entities");
+    // On a small screen it leaves room to a panel below.
+    constexpr int kLeastLines = 3;
+    view_->setMinimumHeight(kLeastLines * view_->fontMetrics().height());
     view_->setSelectionBehavior(QAbstractItemView::SelectRows);
     view_->setSelectionMode(QAbstractItemView::ExtendedSelection);
     view_->setAlternatingRowColors(true);
