@@ -312,7 +312,7 @@ void RecordsPanel::show() {
     find(kSave)->enable(hasRows);
     find(kSelectShown)->enable(hasRows && !records_->keyField().empty());
     find(kErase)->enable(hasRows && records_->obstacle().empty());
-    find(kEraseNew)->enable(hasUnlinkedNew_);
+    find(kEraseNew)->show(hasUnlinkedNew_);  // seldom, and wide
     find(kZoom)->enable(hasRows && !records_->entitiesOfRows(taken().first.row, taken().first.row).empty());
     find(kNew)->enable(followsCurrent_ && selected_.size() == 1);
     std::string count;

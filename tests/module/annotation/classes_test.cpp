@@ -169,7 +169,8 @@ TEST(Classes, ByValueEachTextHasOne) {
               "7;9;10;ash;oak;");
     std::vector<EntityValue> many;
     for (int i = 0; i < 100; ++i)
-        for (int times = 0; times < (i < 10 ? 1 : 2); ++times) many.emplace_back().value = dao::Variant(int32_t{i});
+        for (int times = 0; times < (i < 10 ? 1 : 2); ++times)
+            many.emplace_back().value = dao::Variant(int32_t{i});
     const auto classes = ClassesOf(many, Division::kByValue, 0);
     ASSERT_EQ(classes.size(), kMostClassesByValue);
     EXPECT_EQ(classes.front().upTo, "10") << "the most frequent ones";
