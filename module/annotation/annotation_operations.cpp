@@ -37,6 +37,16 @@ void tellShown(const char* what, const std::string& feature, size_t shown) {
     acutPrintf(".");
 }
 
+// Who labels a whole plan sees nothing of letters that grow with the drawing before zooming in.
+void tellTooSmall(const FeatureLabels& labels) {
+    constexpr double kLinesInView = 150;  // of letters that can be read
+    resbuf view{};
+    if (!labels.isOnScreen && acedGetVar("VIEWSIZE", &view) == RTNORM && view.restype == RTREAL &&
+        labels.height * kLinesInView < view.resval.rreal)
+        acutPrintf(" They are too small to be read in this view: zoom in, or give their height in pixels.");
+}
+void tellTooSmall(const FeatureColours&) {}
+
 // Keeps what a dialog has changed, shows it, and tells of it. False where something could not be kept.
 template <class Set>
 bool keepChanges(const char* what, const std::map<std::string, std::optional<Set>>& changes,
@@ -56,12 +66,14 @@ bool keepChanges(const char* what, const std::map<std::string, std::optional<Set
     shown.refresh(false);
     for (const auto& [feature, set] : changes) {
         if (refused.contains(feature)) continue;
-        if (!set)
+        if (!set) {
             acutPrintf("\nThe %s of %s are taken away.", what, feature.c_str());
-        else if (!set->isShown)
+        } else if (!set->isShown) {
             acutPrintf("\nThe %s of %s are kept and not shown.", what, feature.c_str());
-        else
+        } else {
             tellShown(what, feature, (shown.*shownOf)(feature));
+            tellTooSmall(*set);
+        }
     }
     return refused.empty();
 }

@@ -319,7 +319,9 @@ TEST_F(Labels, AreDefinedInTheDialog) {
                   type("Height:", "1,5"), show(), click("OK")});
     printed();
     EXPECT_EQ(lisp("(gis:labels)"), "nil");
-    EXPECT_EQ(printed(), "\nThe labels of TREE: 5 entities have one, 1 without.");
+    EXPECT_EQ(printed(),
+              "\nThe labels of TREE: 5 entities have one, 1 without. They are too small to be read in this "
+              "view: zoom in, or give their height in pixels.");
     EXPECT_EQ(labels(), "1=Oak 40\n12.5 m;2=oak 7\n3.25 m;3=OAK 120\n20 m;4=Fir 40\n9 m;5=m;");
     EXPECT_EQ(overlay::labels("TREE")->style.height, 1.5);
     const std::string seen = picture(1811);
