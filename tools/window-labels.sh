@@ -54,7 +54,7 @@ pause 1
 picture 07-colours
 press Return
 await "survey.dxf"
-look_at "1631073.2976,480639.8444" 340
+look_at "1631073.2976,480639.8444" 200
 pause 1
 picture 08-coloured
 
@@ -111,10 +111,27 @@ press ctrl+shift+r
 press alt+n
 await "GIS Smart Prompting"
 pause 1
+press Down
+type_line "14"
 picture 17-sheet
-press Escape
-pause 1
+click_at -137 -22  # OK
 await "survey.dxf"
+pause 1
+[ "$(jet output.mdb "SELECT count(*) FROM TREE")" = $((records + 1)) ] || fail "no record is new"
+press Escape
+press ctrl+z
+pause 1
+press ctrl+shift+r
+picture 17-left-behind
+press alt+u
+await "Erase new records"
+picture 17-question
+press alt+y
+await "survey.dxf"
+pause 1
+[ "$(jet output.mdb "SELECT count(*) FROM TREE")" = "$records" ] || fail "the new record stays"
+press ctrl+shift+r
+press Escape
 
 # --- Texts, and the drawing opened again ---------------------------------------------------------------------
 
