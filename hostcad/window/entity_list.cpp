@@ -175,7 +175,7 @@ EntityList::EntityList(QWidget* parent)
     view_->setModel(table_);
     view_->setAccessibleName("Entities");
     // On a small screen it leaves room to a panel below.
-    constexpr int kLeastLines = 3;
+    constexpr int kLeastLines = 4;  // with the heading and a scroll bar
     view_->setMinimumHeight(kLeastLines * view_->fontMetrics().height());
     view_->setSelectionBehavior(QAbstractItemView::SelectRows);
     view_->setSelectionMode(QAbstractItemView::ExtendedSelection);
